@@ -1,0 +1,59 @@
+#include <iostream>
+#include <limits>
+#include <memory>
+
+#include "ExportGuard.h"
+#include "LibraryVersion.h"
+#include "SolverGame.h"
+#include "voxam.h"
+
+namespace {
+
+std::unique_ptr<SolverGame> solverGame;
+
+constexpr double FAILED_SCORE = std::numeric_limits<float>::max();
+
+void printBannerOnce() {
+    static bool initialized = false;
+    if (initialized) return;
+    initialized = true;
+    std::cout << "VoxamApp386Game lib version " << libVersion << std::endl;
+}
+
+}  // namespace
+
+void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int loadCount, const float* loadData,
+                    int supportCount, const float* supportData, int numberOfLoadCases) {
+    guardExport([&] {
+        printBannerOnce();
+        const auto loads = TopologyOptimizationComponentData::load(loadData, loadCount);
+        const auto supports = TopologyOptimizationComponentData::load(supportData, supportCount);
+        // The old solver goes first: when the new one cannot be built there is none.
+        solverGame.reset();
+        solverGame = std::make_unique<SolverGame>(nelx, nely, ndopt, ndvis, loads, supports,
+                                                  numberOfLoadCases);
+    });
+}
+
+double _SolveVoxamGame(const float* densities, float* elementValues) {
+    return guardExport(
+        [&]() -> double {
+            return solverGame ? solverGame->solve(densities, elementValues) : FAILED_SCORE;
+        },
+        [&](const char*) {
+            SolverGame::zeroArray(solverGame->getNumberOfElements(), elementValues);
+            return FAILED_SCORE;
+        });
+}
+
+void _DestroyVoxamGame() {
+    guardExport([] { solverGame.reset(); });
+}
+
+void printVoxamData(const std::vector<TopologyOptimizationComponentData>& records,
+                    const std::string& title) {
+    guardExport([&] {
+        std::cout << title << std::endl;
+        for (TopologyOptimizationComponentData record : records) record.print();
+    });
+}

@@ -1,0 +1,37 @@
+#include "ParallelFor.h"
+
+#if defined(VOXAM_PARALLEL_DISPATCH)
+
+#include <dispatch/dispatch.h>
+
+void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+    dispatch_apply_f(count, dispatch_get_global_queue(0, 0), context, task);
+}
+
+#elif defined(VOXAM_PARALLEL_STD)
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+#include <vector>
+
+void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+    std::atomic<size_t> next = 0;
+    const auto work = [&] {
+        for (size_t index = next++; index < count; index = next++) task(context, index);
+    };
+    const size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    std::vector<std::jthread> helpers(count == 0 ? 0 : std::min(cores, count) - 1);
+    for (auto& helper : helpers) helper = std::jthread(work);
+    work();
+}
+
+#else
+
+#include <tbb/parallel_for.h>
+
+void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+    tbb::parallel_for(size_t{0}, count, [=](size_t index) { task(context, index); });
+}
+
+#endif

@@ -1,0 +1,26 @@
+// What both solvers need to set up a problem.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+
+#include "TopologyOptimizationComponentData.h"
+#include "dense_matrix.h"
+
+/// The product of sizes. Throws std::bad_alloc when it exceeds the range of int, the index type of
+/// the linear algebra: no machine could hold such a problem.
+unsigned checkedProduct(std::initializer_list<uint64_t> sizes);
+
+/// A capacity clamped to the range of int: it is only a first guess, and lists grow as needed.
+int clampedCapacity(std::initializer_list<uint64_t> sizes);
+
+/// A column of NaN: reading an entry before it is written shows. Throws std::bad_alloc.
+kmat::DenseMatrix undefinedVector(unsigned rows);
+
+/// Whether the record's node lies on a grid of nodesX x nodesY nodes.
+bool isOnGrid(const TopologyOptimizationComponentData& record, unsigned nodesX, unsigned nodesY);
+
+/// The node of a record that lies on the grid.
+inline unsigned nodeOf(const TopologyOptimizationComponentData& record, unsigned nodesY) {
+    return static_cast<unsigned>(record.x) * nodesY + static_cast<unsigned>(record.y);
+}

@@ -1,0 +1,22 @@
+#include "kmat_exception.h"
+
+#include <utility>
+
+namespace kmat {
+
+std::unique_ptr<KmatException> KmatException::lastException;
+
+KmatException::KmatException(std::string message) : message(std::move(message)) {}
+
+const char* KmatException::what() const noexcept { return message.c_str(); }
+
+void KmatException::createKmatException(std::string message) {
+    lastException.reset();
+    lastException = std::make_unique<KmatException>(std::move(message));
+}
+
+KmatException* KmatException::getLastException() { return lastException.get(); }
+
+void KmatException::clearLastException() { lastException.reset(); }
+
+}  // namespace kmat
