@@ -1,0 +1,53 @@
+#include "energy_scale.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <vector>
+
+namespace {
+
+constexpr std::array<Colour, 6> stops = {{{0.78, 0.78, 0.78},
+                                          {0.86, 0.65, 0.49},
+                                          {0.87, 0.47, 0.26},
+                                          {0.79, 0.28, 0.17},
+                                          {0.58, 0.13, 0.18},
+                                          {0.32, 0.04, 0.14}}};
+
+constexpr float solid = 0.5f;           // density from which an element counts for the span
+constexpr double lowestShare = 0.05;    // of the solid elements lie below the scale
+constexpr double highestShare = 0.997;  // of the solid elements lie on it or below
+constexpr double maxSpan = 1e4;         // four decades; more would flatten the colours
+constexpr double minSpan = 10;
+
+}  // namespace
+
+EnergyScale::EnergyScale(const Field& energies, const Field& densities) {
+    const auto& all = energies.values;
+    mean = std::accumulate(all.begin(), all.end(), 0.0) / static_cast<double>(all.size());
+    std::vector<double> working;
+    for (const float least : {solid, 0.0f}) {
+        if (!working.empty()) break;
+        for (std::size_t i = 0; i < all.size(); ++i)
+            if (densities.values[i] >= least && all[i] > 0) working.push_back(all[i]);
+    }
+    if (working.empty()) return;
+    std::sort(working.begin(), working.end());
+    const auto quantile = [&](double share) {
+        return working[static_cast<std::size_t>(share * static_cast<double>(working.size()))] /
+               mean;
+    };
+    to = quantile(highestShare);
+    from = std::clamp(quantile(lowestShare), to / maxSpan, to / minSpan);
+}
+
+double EnergyScale::position(double multiple) const {
+    if (multiple <= from) return 0;
+    return std::min(1.0, std::log(multiple / from) / std::log(to / from));
+}
+
+Colour EnergyScale::colour(double position) {
+    const double place = std::clamp(position, 0.0, 1.0) * (stops.size() - 1);
+    const auto below = std::min(static_cast<std::size_t>(place), stops.size() - 2);
+    return mix(stops[below], stops[below + 1], place - static_cast<double>(below));
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+/// A fault of what the user handed in: a scene, an image, an output path, an option. Its text is
+/// one sentence that names the file, the key and the allowed values; the program prints it and
+/// exits with status 2.
+class InputError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The text with every control character replaced by a space.
+inline std::string onOneLine(std::string text) {
+    for (char& character : text)
+        if (static_cast<unsigned char>(character) < ' ' || character == '\x7f') character = ' ';
+    return text;
+}

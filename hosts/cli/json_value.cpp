@@ -1,0 +1,146 @@
+#include "json_value.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <set>
+
+#include "input_error.h"
+
+using nlohmann::json;
+
+namespace {
+
+// Far above the largest grid written as numbers; it only keeps an endless input from filling
+// memory.
+constexpr std::size_t maxFileBytes = 64u << 20;
+
+std::string readText(const std::filesystem::path& file) {
+    if (std::filesystem::is_directory(file))
+        throw InputError(file.string() + ": is a directory, expected a scene file");
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw InputError(file.string() + ": cannot be read: " + std::strerror(errno));
+    std::string text;
+    std::vector<char> buffer(1u << 16);
+    while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
+           stream.gcount() > 0) {
+        text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
+        if (text.size() > maxFileBytes)
+            throw InputError(file.string() + ": is larger than 64 MiB, too large for a scene");
+    }
+    return text;
+}
+
+// The parser would silently keep the last of two equal keys, and a scene lose its first loads.
+class DuplicateKeys {
+public:
+    explicit DuplicateKeys(std::string source) : file(std::move(source)) {}
+
+    bool operator()(json::parse_event_t event, const json& parsed) {
+        if (event == json::parse_event_t::object_start) keysOfObjects.emplace_back();
+        if (event == json::parse_event_t::object_end) keysOfObjects.pop_back();
+        if (event == json::parse_event_t::key) {
+            const auto key = parsed.get<std::string>();
+            if (!keysOfObjects.back().insert(key).second)
+                throw InputError(file + ": key \"" + key + "\" stands twice in the same object");
+        }
+        return true;
+    }
+
+private:
+    std::string file;
+    std::vector<std::set<std::string>> keysOfObjects;
+};
+
+std::string withoutExceptionName(const std::string& what) {
+    const auto end = what.find("] ");
+    return end == std::string::npos ? what : what.substr(end + 2);
+}
+
+std::string shortNumber(double value) { return json(value).dump(); }
+
+std::string outside(const std::string& found, const std::string& from, const std::string& to) {
+    return found + " is outside " + from + ".." + to;
+}
+
+}  // namespace
+
+json readJsonFile(const std::filesystem::path& file) {
+    const std::string text = readText(file);
+    DuplicateKeys duplicateKeys(file.string());
+    try {
+        return json::parse(text, [&](int, json::parse_event_t event, json& parsed) {
+            return duplicateKeys(event, parsed);
+        });
+    } catch (const json::exception& error) {
+        throw InputError(file.string() + ": " + withoutExceptionName(error.what()));
+    }
+}
+
+JsonValue::JsonValue(const json& document, std::string source)
+    : value(&document), file(std::move(source)) {}
+
+void JsonValue::fail(const std::string& what) const {
+    throw InputError(file + ": " + (path.empty() ? "" : path + ": ") + what);
+}
+
+void JsonValue::expect(bool typeMatches, const std::string& what) const {
+    if (!typeMatches)
+        fail("expected " + what + ", found " +
+             (value->is_number() ? value->dump() : value->type_name()));
+}
+
+void JsonValue::allowOnly(const std::vector<std::string>& keys) const {
+    expect(value->is_object(), "an object");
+    for (const auto& [key, ignored] : value->items()) {
+        if (std::find(keys.begin(), keys.end(), key) != keys.end()) continue;
+        std::string allowed;
+        for (const auto& name : keys) allowed += (allowed.empty() ? "" : ", ") + name;
+        JsonValue(*value, file, path.empty() ? key : path + "." + key)
+            .fail("unknown key; allowed keys: " + allowed);
+    }
+}
+
+std::optional<JsonValue> JsonValue::find(const std::string& key) const {
+    const auto found = value->find(key);
+    if (found == value->end()) return std::nullopt;
+    return JsonValue(*found, file, path.empty() ? key : path + "." + key);
+}
+
+JsonValue JsonValue::at(const std::string& key) const {
+    if (auto found = find(key)) return *found;
+    JsonValue(*value, file, path.empty() ? key : path + "." + key).fail("missing key");
+}
+
+std::vector<JsonValue> JsonValue::elements(const std::string& what) const {
+    expect(value->is_array(), what);
+    std::vector<JsonValue> result;
+    result.reserve(value->size());
+    for (const auto& element : *value)
+        result.push_back(
+            JsonValue(element, file, path + "[" + std::to_string(result.size()) + "]"));
+    return result;
+}
+
+int JsonValue::integer(int from, int to, const std::string& note) const {
+    expect(value->is_number_integer(), "a whole number");
+    const double number = value->get<double>();
+    if (number < from || number > to)
+        fail(outside(value->dump(), std::to_string(from), std::to_string(to)) + note);
+    return static_cast<int>(number);
+}
+
+double JsonValue::number(double from, double to) const {
+    expect(value->is_number(), "a number");
+    const double number = value->get<double>();
+    if (number < from || number > to)
+        fail(outside(value->dump(), shortNumber(from), shortNumber(to)));
+    return number;
+}
+
+std::string JsonValue::text() const {
+    expect(value->is_string(), "a text");
+    return value->get<std::string>();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Reads a JSON file. Throws InputError when it cannot be read, is malformed (with line and column)
+/// or has the same key twice in one object.
+nlohmann::json readJsonFile(const std::filesystem::path& file);
+
+/// A value of a JSON document together with the file it comes from and its place there, such as
+/// loads[2].x. Every reader checks the type and the range, and throws InputError naming both.
+/// The document must outlive the value.
+class JsonValue {
+public:
+    JsonValue(const nlohmann::json& document, std::string file);
+
+    [[noreturn]] void fail(const std::string& what) const;
+
+    const nlohmann::json& raw() const { return *value; }
+
+    /// Fails unless the value is an object with no keys but these.
+    void allowOnly(const std::vector<std::string>& keys) const;
+    std::optional<JsonValue> find(const std::string& key) const;
+    JsonValue at(const std::string& key) const;
+
+    /// The elements of an array; `what` describes what it should hold, for the error.
+    std::vector<JsonValue> elements(const std::string& what) const;
+
+    /// `note` follows the range in the error, to tell where the range comes from.
+    int integer(int from, int to, const std::string& note = "") const;
+    double number(double from, double to) const;
+    std::string text() const;
+
+private:
+    JsonValue(const nlohmann::json& element, const std::string& source, std::string place)
+        : value(&element), file(source), path(std::move(place)) {}
+
+    void expect(bool typeMatches, const std::string& what) const;
+
+    const nlohmann::json* value;
+    std::string file;
+    std::string path;
+};

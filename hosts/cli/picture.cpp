@@ -1,0 +1,276 @@
+#include "picture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "canvas.h"
+#include "energy_scale.h"
+#include "input_error.h"
+
+namespace {
+
+constexpr int maxPictureSide = 8192;
+constexpr double comfortableSide = 900;
+
+constexpr Colour voidColour = {0.955, 0.955, 0.945};
+constexpr Colour solidGrey = {0.2, 0.2, 0.22};
+constexpr Colour ink = {0.13, 0.13, 0.15};
+constexpr Colour faintInk = {0.42, 0.42, 0.45};
+constexpr Colour supportColour = {0.25, 0.35, 0.4};
+// Cool colours, to stand out from the energies; further load cases start again.
+constexpr std::array<Colour, 4> loadColours = {
+    {{0.05, 0.35, 0.75}, {0.0, 0.55, 0.45}, {0.45, 0.2, 0.7}, {0.0, 0.55, 0.75}}};
+
+constexpr double longestArrow = 44;
+constexpr double longestArrowOfRow = 32;
+constexpr double shortestArrow = 20;
+constexpr double arrowSpacing = 20;
+constexpr double supportSize = 11;
+constexpr double supportSpacing = 18;
+
+const Colour& loadColour(int loadCase) {
+    return loadColours[static_cast<std::size_t>(loadCase) % loadColours.size()];
+}
+
+class PictureDrawing {
+public:
+    PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, int pixelsPerElement)
+        : scene(drawnScene),
+          content(drawn),
+          scale(pixelsPerElement),
+          width(std::max(scale * scene.width + 2 * pictureMargin, minPictureWidth)),
+          height(pictureHeader + scale * scene.height + 2 * pictureMargin + pictureLegend),
+          plate{double((width - scale * scene.width) / 2), pictureHeader + pictureMargin},
+          canvas(width, height) {
+        if (content.energies) energyScale.emplace(*content.energies, content.material);
+    }
+
+    RgbImage draw() {
+        drawHeader();
+        drawPlate();
+        for (const Support& support : scene.supports) drawSupport(support);
+        for (const Load& load : scene.loads) drawLoad(load);
+        drawLegend();
+        return canvas.image();
+    }
+
+private:
+    void drawHeader() {
+        const double room = width - 2.0 * left;
+        canvas.fittedText(content.title, {left, 30}, 19, room, ink);
+        canvas.fittedText(content.subtitle, {left, 52}, 14, room, faintInk);
+    }
+
+    Colour colourOfCell(int x, int y) const {
+        const double density = std::clamp(content.material.at(x, y), 0.0f, 1.0f);
+        return mix(voidColour, energyScale ? energyColour(x, y) : solidGrey, density);
+    }
+
+    Colour energyColour(int x, int y) const {
+        const double energy = content.energies->at(x, y);
+        const double average = energyScale->average();
+        return EnergyScale::colour(average > 0 ? energyScale->position(energy / average) : 0);
+    }
+
+    void drawPlate() {
+        const double plateWidth = scale * scene.width;
+        const double plateHeight = scale * scene.height;
+        canvas.cells(plate, plateWidth, plateHeight, content.material.width,
+                     content.material.height, [this](int x, int y) { return colourOfCell(x, y); });
+        canvas.frame(plate, plateWidth, plateHeight, faintInk);
+    }
+
+    Point position(double x, double y) const { return plate + scale * Point{x, y}; }
+
+    bool onPlate(Point p) const {
+        const Point far = position(scene.width, scene.height);
+        return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
+    }
+
+    /// Places on the nodes of a rectangle for a symbol each: its corners and, evenly between them,
+    /// as many as stay `spacing` pixels apart.
+    template <typename Visit>
+    void forSpacedPlaces(const NodeRange& columns, const NodeRange& rows, double spacing,
+                         Visit visit) const {
+        const auto intervals = [&](const NodeRange& range) {
+            const int all = range.to - range.from;
+            return std::min(all, std::max(1, int(all * scale / spacing)));
+        };
+        const auto place = [](const NodeRange& range, int step, int of) {
+            return range.from + double(range.to - range.from) * step / std::max(1, of);
+        };
+        const int across = intervals(columns);
+        const int down = intervals(rows);
+        for (int i = 0; i <= across; ++i)
+            for (int j = 0; j <= down; ++j)
+                visit(position(place(columns, i, across), place(rows, j, down)));
+    }
+
+    /// Unit vector from the plate to the side on which the symbol of a support stands.
+    Point outward(const Support& support) const {
+        const double x = 0.5 * (support.x.from + support.x.to);
+        const double y = 0.5 * (support.y.from + support.y.to);
+        const Point sideways = {x <= 0.5 * scene.width ? -1.0 : 1.0, 0};
+        const Point upright = {0, y < 0.5 * scene.height ? -1.0 : 1.0};
+        if (!support.fixY) return sideways;
+        if (!support.fixX) return upright;
+        if (support.x.count() != support.y.count())
+            return support.x.count() < support.y.count() ? sideways : upright;
+        const double toSide = std::min(x, scene.width - x);
+        const double toTopOrBottom = std::min(y, scene.height - y);
+        return toSide < toTopOrBottom ? sideways : upright;
+    }
+
+    /// A triangle for a pin, a triangle on a roller where one direction stays free.
+    void supportSymbol(Point tip, Point out, bool roller) {
+        const Point across = {-out.y, out.x};
+        const double size = roller ? 0.75 * supportSize : supportSize;
+        const Point base = tip + size * out;
+        canvas.polygon({tip, base + 0.6 * size * across, base + -0.6 * size * across},
+                       supportColour);
+        if (roller) canvas.disc(base + 0.22 * supportSize * out, 0.22 * supportSize, supportColour);
+        const Point ground = tip + (1.25 * supportSize) * out;
+        canvas.line(ground + 0.8 * supportSize * across, ground + -0.8 * supportSize * across,
+                    supportColour, 1.5);
+    }
+
+    void drawSupport(const Support& support) {
+        const Point out = outward(support);
+        forSpacedPlaces(support.x, support.y, supportSpacing, [&](Point node) {
+            supportSymbol(node, out, !(support.fixX && support.fixY));
+        });
+    }
+
+    void arrow(Point tail, Point direction, double length, const Colour& colour) {
+        const Point across = {-direction.y, direction.x};
+        const Point tip = tail + length * direction;
+        const Point neck = tip + -11 * direction;
+        canvas.polygon({tail + 1.5 * across, neck + 1.5 * across, neck + 5.5 * across, tip,
+                        neck + -5.5 * across, neck + -1.5 * across, tail + -1.5 * across},
+                       colour);
+    }
+
+    double largestForce() const {
+        double largest = 0;
+        for (const Load& load : scene.loads)
+            largest = std::max(largest, std::hypot(load.fx, load.fy));
+        return largest;
+    }
+
+    /// An arrow ends at its node, or begins there where it points off the plate.
+    void drawLoad(const Load& load) {
+        const double force = std::hypot(load.fx, load.fy);
+        if (force == 0) return;
+        const Point direction = (1 / force) * Point{load.fx, load.fy};
+        const bool single = load.x.count() == 1 && load.y.count() == 1;
+        const double room = (single ? longestArrow : longestArrowOfRow) - shortestArrow;
+        const double length = shortestArrow + room * force / largestForce();
+        forSpacedPlaces(load.x, load.y, arrowSpacing, [&](Point node) {
+            const bool pointsOff = !onPlate(node + direction);
+            arrow(pointsOff ? node : node + -length * direction, direction, length,
+                  loadColour(load.loadCase));
+        });
+    }
+
+    void drawLegend() {
+        const Point corner = {left, height - pictureLegend + 18.0};
+        energyScale ? drawEnergyBar(corner) : drawDensityBar(corner);
+        drawSymbolKey({width - 220.0, corner.y});
+    }
+
+    void drawBar(Point corner, const std::string& caption, Colour (*colourAt)(double)) {
+        canvas.text(caption, corner, 12, ink);
+        const Point bar = corner + Point{0, 9};
+        canvas.cells(bar, barWidth, barHeight, int(barWidth), 1,
+                     [&](int x, int) { return colourAt(x / (barWidth - 1)); });
+        canvas.frame(bar, barWidth, barHeight, faintInk);
+    }
+
+    void tick(Point corner, double position, const std::string& label) {
+        const Point foot = corner + Point{position * barWidth, 9 + barHeight};
+        canvas.line(foot, foot + Point{0, 4}, faintInk, 1);
+        canvas.text(label, foot + Point{0, 16}, 11, ink, 0.5);
+    }
+
+    static std::string shortNumber(double value) {
+        char text[32];
+        std::snprintf(text, sizeof text, "%g", value);
+        return text;
+    }
+
+    void drawEnergyBar(Point corner) {
+        drawBar(corner, "Energy of an element as a multiple of the average", EnergyScale::colour);
+        const double span = std::log10(energyScale->upper() / energyScale->lower());
+        for (int decade = -12; decade <= 12; ++decade)
+            for (const int digit : {1, 2, 5}) {
+                // Between the decades only where there is room for the numbers.
+                if (digit != 1 && span > 2.6) continue;
+                const double multiple = digit * std::pow(10.0, decade);
+                if (multiple >= energyScale->lower() && multiple <= energyScale->upper())
+                    tick(corner, energyScale->position(multiple), shortNumber(multiple));
+            }
+    }
+
+    void drawDensityBar(Point corner) {
+        drawBar(corner, "Density",
+                [](double density) { return mix(voidColour, solidGrey, density); });
+        for (const double density : {0.0, 0.5, 1.0}) tick(corner, density, shortNumber(density));
+    }
+
+    void drawSymbolKey(Point corner) {
+        double x = corner.x;
+        const double y = corner.y + 15;
+        supportSymbol({x + 7, y - 8}, {0, 1}, false);
+        canvas.text("held", {x + 20, y + 4}, 12, ink);
+        supportSymbol({x + 65, y - 8}, {0, 1}, true);
+        canvas.text("held in one direction", {x + 78, y + 4}, 12, ink);
+        const int cases = std::min<int>(scene.loadCases, loadColours.size());
+        const std::string caption = scene.loadCases > 1 ? "load case" : "load";
+        for (int loadCase = 0; loadCase < cases; ++loadCase) {
+            arrow({x, y + 27}, {1, 0}, 22, loadColour(loadCase));
+            const std::string number = scene.loadCases > 1 ? std::to_string(loadCase) : "";
+            const std::string label = loadCase == 0 ? caption + " " + number : number;
+            canvas.text(label, {x + 27, y + 31}, 12, ink);
+            x += 27 + canvas.textWidth(label, 12) + 10;
+        }
+    }
+
+    static constexpr double left = 20;
+    static constexpr double barWidth = 290;
+    static constexpr double barHeight = 13;
+
+    const Scene& scene;
+    const PictureContent& content;
+    int scale;
+    int width;
+    int height;
+    Point plate;
+    Canvas canvas;
+    std::optional<EnergyScale> energyScale;
+};
+
+int largestScale(const Scene& scene, double sideways, double upright) {
+    const double across = (sideways - 2 * pictureMargin) / scene.width;
+    const double down =
+        (upright - 2 * pictureMargin - pictureHeader - pictureLegend) / scene.height;
+    return std::clamp(int(std::min(across, down)), minPictureScale, maxPictureScale);
+}
+
+}  // namespace
+
+int defaultPictureScale(const Scene& scene) {
+    return largestScale(scene, comfortableSide, 1.2 * comfortableSide);
+}
+
+void checkPictureScale(const Scene& scene, int scale) {
+    const int largest = largestScale(scene, maxPictureSide, maxPictureSide);
+    if (scale > largest)
+        throw InputError("--scale: " + std::to_string(scale) + " is outside 1.." +
+                         std::to_string(largest) + " for a grid of " + std::to_string(scene.width) +
+                         " x " + std::to_string(scene.height) + " elements");
+}
+
+RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale) {
+    return PictureDrawing(scene, content, scale).draw();
+}

@@ -1,0 +1,57 @@
+#include "png_image.h"
+
+#include <png.h>
+
+#include <memory>
+#include <string>
+
+#include "input_error.h"
+
+namespace {
+
+struct PngImage : png_image {
+    PngImage() : png_image{} { version = PNG_IMAGE_VERSION; }
+    PngImage(const PngImage&) = delete;
+    PngImage& operator=(const PngImage&) = delete;
+    ~PngImage() { png_image_free(this); }
+};
+
+std::string sizeText(unsigned width, unsigned height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+}
+
+}  // namespace
+
+Field readGreyPng(const std::filesystem::path& file, int width, int height) {
+    PngImage png;
+    const auto fail = [&](const std::string& why) {
+        throw InputError("image " + file.string() + ": " + why);
+    };
+    if (!png_image_begin_read_from_file(&png, file.c_str())) fail(png.message);
+    // The size is checked before anything is decoded: a small file may unpack to gigabytes.
+    Field field(width, height);
+    if (png.width != static_cast<unsigned>(width) || png.height != static_cast<unsigned>(height))
+        fail("is " + sizeText(png.width, png.height) + " pixels, expected " +
+             sizeText(static_cast<unsigned>(width), static_cast<unsigned>(height)) + " (grid)");
+    png.format = PNG_FORMAT_GRAY;
+    png.flags |= PNG_IMAGE_FLAG_16BIT_sRGB;
+    std::vector<std::uint8_t> grey(field.values.size());
+    const png_color white = {255, 255, 255};
+    if (!png_image_finish_read(&png, &white, grey.data(), 0, nullptr)) fail(png.message);
+    for (std::size_t i = 0; i < grey.size(); ++i)
+        field.values[i] = static_cast<float>(grey[i]) / 255.0f;
+    return field;
+}
+
+std::vector<std::uint8_t> encodePng(const RgbImage& image) {
+    PngImage png;
+    png.width = static_cast<png_uint_32>(image.width);
+    png.height = static_cast<png_uint_32>(image.height);
+    png.format = PNG_FORMAT_RGB;
+    png_alloc_size_t bytes = PNG_IMAGE_PNG_SIZE_MAX(png);
+    std::vector<std::uint8_t> result(bytes);
+    if (!png_image_write_to_memory(&png, result.data(), &bytes, 0, image.pixels.data(), 0, nullptr))
+        throw std::runtime_error(std::string("PNG encoder: ") + png.message);
+    result.resize(bytes);
+    return result;
+}

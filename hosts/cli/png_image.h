@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "field.h"
+
+/// A picture of width * height pixels, three bytes (red, green, blue) each, row by row from the
+/// top.
+struct RgbImage {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> pixels;
+};
+
+/// Reads a PNG file as grey values from 0 (black) to 1 (white). Colours become their luminance,
+/// transparency shows white. Throws InputError when the file cannot be read or is not of this size.
+Field readGreyPng(const std::filesystem::path& file, int width, int height);
+
+/// The bytes of a PNG file. Throws std::runtime_error when the encoder fails.
+std::vector<std::uint8_t> encodePng(const RgbImage& image);

@@ -1,0 +1,344 @@
+// The command line program: what it reads, draws and writes, in process, and what a user sees of
+// it, by running it.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "energy_scale.h"
+#include "input_error.h"
+#include "output_file.h"
+#include "picture.h"
+#include "png_image.h"
+#include "scene.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path scenes = VOXAM_SCENES;
+
+std::string contents(const fs::path& file) {
+    std::ifstream stream(file);
+    return (std::ostringstream() << stream.rdbuf()).str();
+}
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+/// A bar of one row of elements, held at the left and pulled at the right: its loads, its densities
+/// and whatever else a test wants to say.
+std::string bar(const std::string& densities, const std::string& more = "",
+                const std::string& loads = R"([{"x": 4, "y": [0, 1], "fx": 1}])") {
+    return R"({"grid": {"width": 4, "height": 1}, "supports": [{"x": 0, "y": [0, 1], "fix": "x"},)"
+           R"({"x": 0, "y": 0, "fix": "y"}], "loads": )" +
+           loads + (densities.empty() ? "" : ", \"densities\": " + densities) + more + "}";
+}
+
+class Cli : public testing::Test {
+protected:
+    Cli() { fs::create_directory(work); }
+    ~Cli() override { fs::remove_all(directory); }
+
+    fs::path write(const std::string& name, const std::string& text) const {
+        std::ofstream(directory / name) << text;
+        return directory / name;
+    }
+
+    /// Runs the program with the scene directory as its working directory.
+    Outcome run(const std::string& arguments, const std::string& before = "") const {
+        const fs::path out = work / "out";
+        const fs::path err = work / "err";
+        const std::string command = "cd " + directory.string() + " && { " + before + " " +
+                                    VOXAM_PROGRAM + " " + arguments + "; } >" + out.string() +
+                                    " 2>" + err.string();
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out), contents(err)};
+    }
+
+    /// Names of everything that lies beside the scenes.
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(directory))
+            if (entry.path() != work) names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    void expectError(const Outcome& outcome, const std::string& text) const {
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err.rfind("voxam: ", 0), 0u) << outcome.err;
+        EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    }
+
+    static fs::path newDirectory() {
+        std::string name = (fs::temp_directory_path() / "voxam-cli-XXXXXX").string();
+        return mkdtemp(name.data());
+    }
+
+    fs::path directory = newDirectory();
+    fs::path work = directory / "work";
+};
+
+TEST_F(Cli, sharesALoadAmongItsNodesAndSplitsSupportsIntoDirections) {
+    const auto scene =
+        readScene(write("s.json", R"({"grid": {"width": 3, "height": 2}, "loadCases": 2,
+            "loads": [{"x": [1, 2], "y": [0, 1], "fx": 8, "fy": -2, "loadCase": 1}],
+            "supports": [{"x": 0, "y": 2, "fix": "xy"}, {"x": 3, "y": [1, 2], "fix": "y"}]})"));
+    EXPECT_EQ(loadRecords(scene), (std::vector<float>{1, 0, 2, -0.5f, 1, 1, 1, 2, -0.5f, 1,  //
+                                                      2, 0, 2, -0.5f, 1, 2, 1, 2, -0.5f, 1}));
+    EXPECT_EQ(supportRecords(scene), (std::vector<float>{0, 2, 0, 0, 0, 0, 2, 1, 0, 0,  //
+                                                         3, 1, 1, 0, 0, 3, 2, 1, 0, 0}));
+    EXPECT_FALSE(scene.densities);
+    EXPECT_EQ(scene.title, "s");
+}
+
+TEST_F(Cli, readsEveryFormOfDensities) {
+    std::vector<std::uint8_t> greys;
+    for (const int grey : {0, 255, 102, 153})
+        greys.insert(greys.end(), 3, static_cast<std::uint8_t>(grey));
+    writeFile(directory / "drawn.png", encodePng({4, 1, greys}));
+    const std::vector<float> expected = {1, 0, 0.6f, 0.4f};
+    for (const char* densities : {R"(["#.64"])", "[[1, 0, 0.6, 0.4]]", R"({"png": "drawn.png"})"}) {
+        const auto scene = readScene(write("s.json", bar(densities)));
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_NEAR(scene.densities->values[i], expected[i], 1e-7) << densities << " " << i;
+    }
+    const auto uniform = readScene(write("s.json", bar("0.25")));
+    EXPECT_EQ(uniform.densities->values, std::vector<float>(4, 0.25f));
+}
+
+TEST(CliField, elementOrderRunsDownTheColumns) {
+    Field field(3, 2);
+    field.values = {0, 1, 2, 3, 4, 5};
+    EXPECT_EQ(toElementOrder(field), (std::vector<float>{0, 3, 1, 4, 2, 5}));
+    EXPECT_EQ(fromElementOrder(toElementOrder(field), 3, 2).values, field.values);
+}
+
+TEST_F(Cli, pngKeepsEveryGrey) {
+    RgbImage image{16, 16, {}};
+    for (int grey = 0; grey < 256; ++grey)
+        image.pixels.insert(image.pixels.end(), 3, static_cast<std::uint8_t>(grey));
+    writeFile(directory / "greys.png", encodePng(image));
+    const Field field = readGreyPng(directory / "greys.png", 16, 16);
+    for (std::size_t i = 0; i < 256; ++i)
+        EXPECT_FLOAT_EQ(field.values[i], static_cast<float>(i) / 255.0f);
+}
+
+TEST(CliEnergyScale, darkensWithEnergyAndEndsAtTheExtremes) {
+    double last = 1;
+    for (int step = 0; step <= 20; ++step) {
+        const Colour colour = EnergyScale::colour(step / 20.0);
+        const double luminance = 0.2126 * colour[0] + 0.7152 * colour[1] + 0.0722 * colour[2];
+        EXPECT_LT(luminance, last);
+        last = luminance;
+    }
+    Field energies(100, 1);
+    for (int i = 0; i < 100; ++i) energies.at(i, 0) = static_cast<float>(i + 1);
+    const EnergyScale scale(energies, Field(100, 1, 1.0f));
+    EXPECT_DOUBLE_EQ(scale.average(), 50.5);
+    EXPECT_EQ(scale.position(scale.lower()), 0);
+    EXPECT_EQ(scale.position(scale.upper()), 1);
+    EXPECT_NEAR(scale.position(std::sqrt(scale.lower() * scale.upper())), 0.5, 1e-12);
+    const EnergyScale idle(Field(2, 2), Field(2, 2, 1.0f));  // nothing works: no division by zero
+    EXPECT_EQ(idle.average(), 0);
+    EXPECT_GT(idle.upper(), idle.lower());
+}
+
+TEST_F(Cli, drawsCellsWhereTheyBelong) {
+    const Scene scene = readScene(write("s.json", bar(R"(["#..#"])")));
+    const int scale = 40;
+    const auto pixelAt = [](const RgbImage& image, int x, int y) {
+        const auto* pixel = &image.pixels[3 * static_cast<std::size_t>(y * image.width + x)];
+        return std::vector<int>(pixel, pixel + 3);
+    };
+    Field fine(8, 2);  // two cells per element each way
+    fine.at(0, 1) = 1;
+    const RgbImage grey = drawPicture(scene, {fine, std::nullopt, "fine", ""}, scale);
+    ASSERT_EQ(grey.width, minPictureWidth);
+    ASSERT_EQ(grey.height, pictureHeader + 2 * pictureMargin + pictureLegend + scale);
+    const int left = (grey.width - 4 * scale) / 2;
+    const int top = pictureHeader + pictureMargin;
+    EXPECT_GT(pixelAt(grey, left + 10, top + 10)[0], 230);
+    EXPECT_LT(pixelAt(grey, left + 10, top + 30)[0], 70);
+    EXPECT_GT(pixelAt(grey, left + 30, top + 30)[0], 230);
+
+    Field energies(4, 1);
+    energies.values = {1, 0, 0, 100};
+    const auto coloured = drawPicture(scene, {*scene.densities, energies, "hot", ""}, scale);
+    const auto cool = pixelAt(coloured, left + 20, top + 20);
+    const auto hot = pixelAt(coloured, left + 3 * scale + 20, top + 20);
+    EXPECT_EQ(cool[0], cool[2]);
+    EXPECT_GT(hot[0], 2 * hot[1]);
+    EXPECT_GT(cool[0], hot[0]);
+}
+
+TEST_F(Cli, scoresABarAsByHand) {
+    // A bar of length 4 and section 1 stretches by 4 under a unit force; the work is 4.
+    write("bar.json", bar("1", R"(, "title": "A bar")"));
+    const Outcome one = run("score bar.json");
+    EXPECT_EQ(one.status, 0);
+    EXPECT_EQ(one.err, "");
+    for (const char* line :
+         {"A bar\n", "compliance       4\n", "material used    100.0 %  (4 of 4 elements)\n",
+          "  10 %          1 elements                    25.0 %\n"})
+        EXPECT_NE(one.out.find(line), std::string::npos) << line << one.out;
+
+    // Twice the force in another load case does four times the work. Keys that only concern the
+    // optimiser are passed over.
+    write("two.json", bar("1", R"(, "loadCases": 2, "volumeFraction": 0.4, "subdivision": 2,
+        "meshFactor": 2, "penalty": 3, "passive": [], "blob": [], "loadCasesInUse": 3,
+        "timeline": [], "iterations": 50)",
+                          R"([{"x": 4, "y": [0, 1], "fx": 1}, {"x": 4, "y": [0, 1], "fx": -2,
+                              "loadCase": 1}])"));
+    EXPECT_NE(run("score two.json").out.find("compliance       20\n"), std::string::npos);
+}
+
+TEST_F(Cli, scoresAndDrawsTheShippedScenes) {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(scenes)) {
+        if (entry.path().extension() != ".json") continue;
+        SCOPED_TRACE(entry.path().filename());
+        const Scene scene = readScene(entry.path());
+        EXPECT_FALSE(scene.description.empty());
+        const bool supported = entry.path().stem() != "unsupported";
+        const Outcome outcome =
+            run("score " + entry.path().string() + " --picture p.png --scale 8");
+        EXPECT_EQ(outcome.status, supported ? 0 : 1) << outcome.err;
+        EXPECT_EQ(outcome.out.find("not supported") == std::string::npos, supported);
+        const int width = std::max(8 * scene.width + 2 * pictureMargin, minPictureWidth);
+        const int height = 8 * scene.height + 2 * pictureMargin + pictureHeader + pictureLegend;
+        EXPECT_NO_THROW(readGreyPng(directory / "p.png", width, height));
+        EXPECT_EQ(files(), std::vector<std::string>{"p.png"});
+        ++count;
+    }
+    EXPECT_GE(count, 5);
+}
+
+TEST_F(Cli, namesWhatIsWrongWithAScene) {
+    write("text.png", "not an image");
+    writeFile(directory / "small.png", encodePng({1, 1, {0, 0, 0}}));
+    const std::string loadAt = R"(, "y": 0, "fx": 1}])";
+    const auto load = [&](const std::string& x) { return bar("1", "", R"([{"x": )" + x + loadAt); };
+    const struct {
+        std::string scene;
+        const char* error;
+    } cases[] = {
+        {"{\n\"grid\": ]", "s.json: parse error at line 2, column 9: "},
+        {"[1e999]", "number overflow"},
+        {"[]", "s.json: expected an object, found array"},
+        {"{}", "s.json: grid: missing key"},
+        {R"({"grid": {"width": 4}})", "grid.height: missing key"},
+        {R"({"grid": {"width": 4, "hight": 1}})",
+         "grid.hight: unknown key; allowed keys: width, height"},
+        {R"({"grid": {"width": 1001, "height": 1}})", "grid.width: 1001 is outside 1..1000"},
+        {R"({"grid": {"width": 99999999999999999999, "height": 1}})", "found 1e+20"},
+        {R"({"grid": {"width": 4.5, "height": 1}})", "expected a whole number, found 4.5"},
+        {R"({"grid": {"width": "4", "height": 1}})", "expected a whole number, found string"},
+        {bar("1", R"(, "suports": [])"), "suports: unknown key; allowed keys: title, description"},
+        {bar("1", R"(, "loads": [])"), "key \"loads\" stands twice"},
+        {bar("1", "", "[]"), "loads: needs at least one load"},
+        {bar("1", "", R"([{"x": 0, "y": 0}])"), "loads[0]: needs a force: fx, fy or both"},
+        {bar("1", "", R"([{"x": 0, "y": 0, "fx": 1e7}])"), "loads[0].fx: 10000000.0 is outside"},
+        {load("5"), "loads[0].x: 5 is outside 0..4 (nodes of the grid)"},
+        {load("[2, 5]"), "loads[0].x[1]: 5 is outside 0..4"},
+        {load("[3, 2]"), "loads[0].x: the range runs backwards"},
+        {load("[3]"), "loads[0].x: a range has two numbers"},
+        {load(R"(0, "loadCase": 1)"),
+         "loads[0].loadCase: 1 is outside 0..0 (the scene's loadCases"},
+        {R"({"grid": {"width": 1, "height": 1}, "loads": [{"x": 0, "y": 0, "fx": 1}],
+            "supports": [{"x": 0, "y": 0, "fix": "z"}]})",
+         R"(supports[0].fix: "z" is not one of "x", "y", "xy")"},
+        {bar(""), "densities: missing key"},
+        {bar("1.5"), "densities: 1.5 is outside 0.0..1.0"},
+        {bar("true"), "densities: expected rows, one number for all, or"},
+        {bar("[[1, 1, -0.5, 1]]"), "densities[0][2]: -0.5 is outside"},
+        {bar("[[1, 1]]"), "densities[0]: 2 numbers, expected 4 (grid.width)"},
+        {bar(R"(["####", "####"])"), "densities: 2 rows, expected 1 (grid.height)"},
+        {bar(R"(["###"])"), "densities[0]: 3 characters, expected 4"},
+        {bar(R"(["#x.."])"), "densities[0]: column 1 holds 'x'"},
+        {bar(R"(["\n..."])"), "densities[0]: column 0 holds another character"},
+        {bar(R"({"png": "none.png"})"), "densities.png: image none.png: No such file"},
+        {bar(R"({"png": "text.png"})"), "text.png: "},
+        {bar(R"({"png": "small.png"})"), "small.png: is 1 x 1 pixels, expected 4 x 1 (grid)"},
+    };
+    for (const auto& [scene, error] : cases) {
+        SCOPED_TRACE(scene);
+        write("s.json", scene);
+        expectError(run("score s.json --picture p.png"), error);
+        EXPECT_EQ(files(), (std::vector<std::string>{"s.json", "small.png", "text.png"}));
+    }
+}
+
+TEST_F(Cli, namesWhatIsWrongWithTheCommand) {
+    write("s.json", bar("1"));
+    write("wide.json", R"({"grid": {"width": 1000, "height": 1}, "densities": 1, "supports": [],
+        "loads": [{"x": 0, "y": 0, "fx": 1}]})");
+    fs::create_directory(directory / "full.png");
+    const auto before = files();
+    const struct {
+        const char* arguments;
+        const char* error;
+    } cases[] = {
+        {"", "a command is required"},
+        {"skore s.json", "skore"},
+        {"score", "scene is required"},
+        {"score s.json --colour", "--colour"},
+        {"score s.json --scale 2", "--scale requires --picture"},
+        {"score s.json --picture p.png --scale 65", "not in range 1 to 64"},
+        {"score wide.json --picture p.png --scale 9", "--scale: 9 is outside 1..8"},
+        {"score none.json", "none.json: cannot be read: No such file"},
+        {"score .", ".: is a directory"},
+        {"score s.json --picture full.png", "full.png: cannot be written: not a regular file"},
+        {"score s.json --picture /dev/null", "/dev/null: cannot be written: not a regular file"},
+        {"score s.json --picture none/p.png",
+         "none/p.png: cannot be written: there is no directory"},
+        {"score s.json --picture ./s.json", "it is an input of the scene"},
+        {"score s.json >/dev/full", "standard output cannot be written"},
+    };
+    for (const auto& [arguments, error] : cases) {
+        SCOPED_TRACE(arguments);
+        expectError(run(arguments), error);
+        EXPECT_EQ(files(), before);
+    }
+}
+
+TEST_F(Cli, leavesTheOldPictureWhenTheNewOneCannotBeFinished) {
+    write("s.json", bar("1"));
+    write("p.png", "old");
+    // A limit on the size of files stands for a disk that runs full half-way.
+    expectError(run("score s.json --picture p.png", "trap '' XFSZ; ulimit -f 1;"),
+                "p.png: cannot be written: File too large");
+    EXPECT_EQ(files(), (std::vector<std::string>{"p.png", "s.json"}));
+    EXPECT_EQ(contents(directory / "p.png"), "old");
+
+    fs::create_symlink("p.png", directory / "link.png");
+    EXPECT_EQ(run("score s.json --picture link.png").status, 0);
+    EXPECT_TRUE(fs::is_symlink(directory / "link.png"));
+    EXPECT_EQ(contents(directory / "p.png").substr(1, 3), "PNG");
+}
+
+TEST_F(Cli, explainsItself) {
+    const struct {
+        const char* arguments;
+        const char* text;
+    } cases[] = {
+        {"--help", "score"}, {"score --help", "1  not supported"}, {"--version", "voxam 1."}};
+    for (const auto& [arguments, text] : cases) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_NE(outcome.out.find(text), std::string::npos) << outcome.out;
+        EXPECT_EQ(outcome.err, "");
+    }
+}
+
+}  // namespace
