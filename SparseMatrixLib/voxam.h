@@ -68,6 +68,108 @@ extern "C" {
 #endif
 
 /* ------------------------------------------------------------------------------------------------
+ * App: optimise a design, one iteration per call
+ * --------------------------------------------------------------------------------------------- */
+
+/** Where the time of one iteration went, in milliseconds of wall time. */
+typedef struct RuntimeStat {
+    float totalTime;       /**< the whole iteration */
+    float updateTime;      /**< design update with its volume constraint */
+    float stateTime;       /**< state solve: the next three and what lies between them */
+    float assembleTime;    /**< assembly of the stiffness matrix */
+    float factorizeTime;   /**< numeric factorisation */
+    float solveTime;       /**< solution of all load cases in use */
+    float sensitivityTime; /**< compliance, sensitivities and their filtering */
+    float meshTime;        /**< the picture, and the measure of change */
+} RuntimeStat;
+
+/**
+ * Creates the optimiser with a uniform design, or restarts the one there is.
+ * The first call of a process prints one version line on standard output.
+ *
+ * textureWidth, textureHeight  nelx and nely, the coarse grid: loads, supports, passive cells and
+ *                              the blob are given on it
+ * subdivision     fine cells per element edge, 1 or more: the design has this much more detail
+ * meshFactor      picture cells per fine cell edge, 1 or more
+ * volumeFraction  material of the starting design, 0 to 1
+ * numLoadCases    independent force vectors that may be used
+ * restartId       any number
+ *
+ * THE OPTIMISER IS KEPT when there is one and textureWidth, textureHeight and restartId are those of
+ * the last create call. Only its volume fraction and iteration counters are then set; the design and
+ * the settings stay, AND SO DO subdivision, meshFactor AND numLoadCases: new values of these are
+ * ignored, and the picture keeps its old size. To change them, or to start afresh, pass another
+ * restartId.
+ *
+ * The picture has textureWidth * subdivision * meshFactor columns and textureHeight * subdivision *
+ * meshFactor rows, of the values in force.
+ *
+ * When memory does not suffice for the sizes, or the volume fraction is not a finite number, there
+ * is no optimiser afterwards. _UpdateVoxamApp must follow before the first iteration.
+ */
+VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision, int meshFactor,
+                             float volumeFraction, int numLoadCases, int restartId);
+
+/**
+ * Sends all settings to the optimiser, any time between iterations. The design is kept, and an error
+ * text is withdrawn. Without an optimiser does nothing.
+ *
+ * loadCount, loadData        loads, 5 * loadCount floats
+ * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
+ * volumeFraction   material to use, 0 to 1; the design follows by at most 5 % per iteration
+ * passiveData      fixed elements, or null for none: three counts V, S, T, then V pairs (x, y) of
+ *                  elements that stay void, S that stay solid, T that stay solid of a second kind:
+ *                  3 + 2 * (V + S + T) shorts; a negative count is 0. An element outside the grid
+ *                  is an assertion
+ * loadCaseCount    number of entries in loadCaseIndices
+ * loadCaseIndices  load cases in use, from 0, read as signed char; those that do not exist are
+ *                  ignored. A load of a case not in use has no effect
+ * blobData         elements of the blob: a count c and then c pairs (x, y), 1 + 2 * c shorts; null
+ *                  or a count below 1 means no blob. Elements outside the grid are ignored
+ */
+VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int supportCount,
+                               const float* supportData, float volumeFraction,
+                               const short* passiveData, int loadCaseCount,
+                               const char* loadCaseIndices, const short* blobData);
+
+/**
+ * Runs one iteration.
+ *
+ * messageLength, messageBuffer  length in bytes of a buffer for a text that is cut to fit and always
+ *                terminated: empty on success. Null or a length below 1 gets no text
+ * output         the picture, one float per cell, row by row from the top: 0 solid, 1 void. Written
+ *                on success only; null: not written
+ * change         largest change of a density in this iteration; written on success only; may be null
+ * stat           timings, written on success only; may be null
+ * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
+ *
+ * Returns the compliance of the design that the iteration started from. When something is wrong with
+ * the problem the buffer gets a text, the picture is not touched, and each further iteration repeats
+ * the text until _UpdateVoxamApp is called:
+ *   "Change load / support"             the plate cannot be solved; returns the last compliance
+ *   "Change load/support"               the structure is not held; returns -1.0
+ *   "Load cannot be on top of support"  the loads do no work; returns -1.0
+ * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such as
+ * lack of memory returns -1.0 with its own text.
+ */
+VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float* output,
+                                  double* change, RuntimeStat* stat, float penalty);
+
+/**
+ * Runs one iteration like _IterateVoxamApp and then moves the blob along its boundary, to where
+ * material is least useful.
+ *
+ * blobResult     textureWidth * textureHeight ints, row by row from the top: 1 in the blob, else 0;
+ *                written by each call that finds an optimiser; may be null
+ */
+VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer, float* output,
+                                          double* change, RuntimeStat* stat, int* blobResult,
+                                          float penalty);
+
+/** Releases the optimiser. Without one it does nothing. */
+VOXAM_API void _DestroyVoxamApp(void);
+
+/* ------------------------------------------------------------------------------------------------
  * Game: score a design that somebody else made
  * --------------------------------------------------------------------------------------------- */
 

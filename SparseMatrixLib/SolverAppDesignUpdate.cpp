@@ -1,0 +1,138 @@
+// Optimality criteria with a move limit, and the continuation of the stiffness floor.
+
+#include <algorithm>
+#include <cmath>
+
+#include "SolverApp.h"
+#include "SolverConstants.h"
+#include "assertion.h"
+
+using kmat::DenseMatrix;
+
+namespace {
+
+constexpr double MOVE_LIMIT = 0.2F;
+
+// The multiplier is found among 0 .. 10000 while nothing is known of it.
+constexpr double WIDEST_MULTIPLIER = 10000.0;
+
+// Passive cells leave fewer free ones to take up an error of the volume.
+constexpr double TOLERANCE_WITH_PASSIVE_CELLS = 1e-9;
+constexpr double TOLERANCE = 0.001F;
+
+constexpr int MOST_WIDENINGS = 20;
+
+constexpr int EMIN_PERIOD = 7;
+
+// An interval that contains the multiplier, and by how much it widens when it does not.
+struct Bracket {
+    double l1;
+    double l2;
+    double widening;
+
+    double relativeWidth() const { return (l2 - l1) / (l2 + l1); }
+};
+
+constexpr Bracket WIDEST_BRACKET = {0.0, WIDEST_MULTIPLIER, WIDEST_MULTIPLIER / 2.0};
+
+Bracket initialBracket(int iteration, double lambda, double lambdaPrevious) {
+    if (iteration < 2) return WIDEST_BRACKET;
+    if (iteration == 2) return {0.0, 2.0 * lambda, lambda};
+    const double least = lambda > 1.0 ? 0.005 * lambda : 0.005;
+    const double widening = std::max(least, std::fabs(lambda - lambdaPrevious));
+    return {lambda - widening, lambda + widening, widening};
+}
+
+}  // namespace
+
+void SolverApp::optimalityCriteriaUpdateOfRHO() {
+    const double tolerance = passiveBlock.IsEmpty() ? TOLERANCE : TOLERANCE_WITH_PASSIVE_CELLS;
+    Bracket bracket = initialBracket(iteration, lambda, lambdaPrevious);
+    // A multiplier that is not positive, after a failed iteration or an inactive constraint, leaves
+    // a bracket in which no step would be made and nothing written to rhoNew.
+    if (!(bracket.relativeWidth() > tolerance)) bracket = WIDEST_BRACKET;
+
+    double& l1 = bracket.l1;
+    double& l2 = bracket.l2;
+    double lmid = (l1 + l2) * 0.5;
+    for (int widenings = 0;; ++widenings) {
+        bool l1Moved = false;
+        bool l2Moved = false;
+        // With both ends at 0 the width is not a number, and the loop must end.
+        while (bracket.relativeWidth() > tolerance) {
+            lmid = (l1 + l2) / 2.0;
+            const bool exhausted = lmid == l1 || lmid == l2;
+            if (linearisedVolume(lmid) > 0.0) {
+                l1 = lmid;
+                l1Moved = true;
+            } else {
+                l2 = lmid;
+                l2Moved = true;
+            }
+            if (exhausted) break;  // floating point can halve no further
+        }
+        if (widenings == MOST_WIDENINGS) break;
+        if (!l1Moved)
+            l1 = std::max(0.0, l1 - 2.0 * bracket.widening);
+        else if (!l2Moved)
+            l2 += 2.0 * bracket.widening;
+        else
+            break;
+        bracket.widening *= 2.0;
+    }
+
+    lambdaPrevious = lambda;
+    lambda = lmid;
+    rho.swap(rhoNew);
+}
+
+// Writes the design for one multiplier to rhoNew and returns its relative excess of volume,
+// linearised about the present design.
+double SolverApp::linearisedVolume(double multiplier) {
+    const bool hasPassiveCells = !passiveBlock.IsEmpty();
+    double volume = 0.0;
+    for (unsigned e = 0; e < numberOfElements; ++e) {
+        const double x = rho(e, 0);
+        // The order of every min and max decides what becomes of a NaN: a cell that was passive
+        // void (density 0, hence no sensitivity) and is set free restarts at the move limit.
+        double xnew = std::max(
+            x - MOVE_LIMIT,
+            std::min(
+                x + MOVE_LIMIT,
+                std::max(Emin, std::min(1.0, x * std::sqrt(-dc(e, 0) / multiplier / dv(e, 0))))));
+        if (!hasPassiveCells) {
+            rhoNew(e, 0) = xnew;
+            volume += (xnew - x) * dv(e, 0);
+            continue;
+        }
+        const int kind = passiveBlock.getFineGridElement(static_cast<int>(e));
+        if (kind == PassiveBlock::VOID) xnew = 0.0;
+        if (kind == PassiveBlock::SOLID || kind == PassiveBlock::SECOND_SOLID) xnew = 1.0;
+        const double mask = blobMaskOfFineCell(e);
+        rhoNew(e, 0) = xnew;
+        rhoPhys(e, 0) = mask > 0.0 ? 0.0 : xnew;
+        volume += (1.0 - mask) * (rhoPhys(e, 0) - x) * dv(e, 0);
+    }
+    return volume + constraint;
+}
+
+void SolverApp::adjustEminBasedOnMovementChanges() {
+    if (movementChanged) {
+        Emin = EMIN_START;
+        movementChanged = false;
+        loop = 1;
+    } else if (iteration % EMIN_PERIOD == 0) {
+        Emin = std::max(EminLowerLimit, EminFactor * Emin);
+    }
+}
+
+double SolverApp::maxDelta(const DenseMatrix& a, const DenseMatrix& b) {
+    const size_t size = size_t{a.getRows()} * a.getColumns();
+    // Hosts look this report up by its line.
+    VOXAM_ASSERT_AT("SparseMatrixLib/SolverApp.cpp", 843, size == b.getRows() * b.getColumns());
+    double largest = 0.0;
+    for (size_t i = 0; i < size; ++i) {
+        largest = std::max(largest, std::fabs(a.begin()[i] - b.begin()[i]));
+    }
+    return largest;
+}

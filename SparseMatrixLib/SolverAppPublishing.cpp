@@ -1,0 +1,64 @@
+// From the physical densities to what the host shows: the picture, or a text.
+
+#include <algorithm>
+#include <cmath>
+
+#include "MessageBuffer.h"
+#include "SolverApp.h"
+#include "voxam.h"
+
+void SolverApp::projectToMesh() {
+    map2Mesh(rhoPhys.begin(), static_cast<int>(nelx * subdivision),
+             static_cast<int>(nely * subdivision), static_cast<int>(meshFactor), meshRho.begin());
+}
+
+void SolverApp::map2Mesh(const double* source, int nx, int ny, int factor, double* target) {
+    if (nx < 1 || ny < 1 || factor < 1) return;
+    const size_t height = static_cast<size_t>(ny) * factor;
+    for (int i = 0; i < nx; ++i) {
+        // One mesh column, then its copies.
+        double* const column = target + i * factor * height;
+        for (int j = 0; j < ny; ++j) {
+            std::fill_n(column + static_cast<size_t>(j) * factor, factor,
+                        source[static_cast<size_t>(i) * ny + j]);
+        }
+        for (int a = 1; a < factor; ++a) std::copy_n(column, height, column + a * height);
+    }
+}
+
+void SolverApp::projectHeaviside() {
+    constexpr double beta = 6.0;
+    constexpr double eta = 0.5;
+    constexpr double tanhBetaEta = 0.9950547536867305;
+    for (double& v : meshRhoFiltered) {
+        v = (std::tanh(beta * (v - eta)) + tanhBetaEta) / (2.0 * tanhBetaEta);
+    }
+}
+
+void SolverApp::createAndPublishResult(float* output, int messageLength, char* messageBuffer,
+                                       RuntimeStat* stat) {
+    writeText(message, messageLength, messageBuffer);
+    if (!message.empty()) return;
+    if (stat) {
+        *stat = {static_cast<float>(iterationTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(updateTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(stateTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(assembleTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(factorizeTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(solveTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(sensitivityTimer.getElapsedTimeInMilliSec()),
+                 static_cast<float>(meshTimer.getElapsedTimeInMilliSec())};
+    }
+    if (output) publishPicture(output);
+}
+
+void SolverApp::publishPicture(float* output) const {
+    const unsigned width = nelx * subdivision * meshFactor;
+    const unsigned height = nely * subdivision * meshFactor;
+    const double* density = meshRhoFiltered.begin();
+    for (size_t c = 0; c < width; ++c) {
+        for (size_t r = 0; r < height; ++r) {
+            output[r * width + c] = static_cast<float>(1.0 - density[c * height + r]);
+        }
+    }
+}
