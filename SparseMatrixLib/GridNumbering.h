@@ -15,7 +15,7 @@ using ElementDofs = std::array<unsigned, ELEMENT_DOFS>;
 
 /// Global degrees of freedom of element (x, y) on a grid with `nodesY` nodes per column, in the
 /// order of the element matrix: nodes (x, y), (x + 1, y), (x + 1, y + 1), (x, y + 1).
-inline ElementDofs elementDofs(unsigned x, unsigned y, unsigned nodesY) {
+constexpr ElementDofs elementDofs(unsigned x, unsigned y, unsigned nodesY) {
     const unsigned p = 2 * (x * nodesY + y);
     const unsigned q = 2 * ((x + 1) * nodesY + y);
     return {p, p + 1, q, q + 1, q + 2, q + 3, p + 2, p + 3};

@@ -11,6 +11,9 @@
 
 namespace {
 
+// Room for the first triplets of a filter that is not built yet.
+constexpr int FILTER_CAPACITY = 200;
+
 kmat::SparseMatrix emptyFilter() { return {0, 0, true, FILTER_CAPACITY}; }
 
 }  // namespace
@@ -97,16 +100,36 @@ SolverApp::SolverApp(unsigned nelx, unsigned nely, unsigned subdivision, unsigne
       EminFactor(0.25),
       EminLowerLimit(1e-7F),
       lambda(0.0),
-      lambdaPrevious(0.0) {
+      lambdaPrevious(0.0),
+      HNonZero(emptyFilter()),
+      HcoarseNonZero(emptyFilter()),
+      meshHNonZero(emptyFilter()) {
     if (!std::isfinite(volumeFraction)) throw std::invalid_argument("volume fraction not finite");
     for (int k = 0; k < numLoadCases; ++k) {
         F.push_back(undefinedVector(ndof));
         U.push_back(undefinedVector(ndof));
     }
     KE.reset(ElementStiffnessMatrix::createElementStiffnessMatrix(static_cast<int>(subdivision)));
+    makeWorkSpace();
     setFilterMat();
     setFilterMatBlob();
     reset();
+}
+
+void SolverApp::makeWorkSpace() {
+    const size_t blocks = size_t{subdivision} * subdivision;
+    KEUpper.reserve(blocks * ELEMENT_UPPER_ENTRIES);
+    for (size_t m = 0; m < blocks; ++m) {
+        const double* matrix = KE.get() + m * ELEMENT_MATRIX_SIZE;
+        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) KEUpper.push_back(matrix[8 * k + l]);
+    }
+    power.resize(numberOfElements);
+    powerLessOne.resize(numberOfElements);
+    columnDisplacements.resize(ELEMENT_DOFS * paddedToLanes(nely));
+    columnEnergies.resize(blocks * paddedToLanes(nely));
+    compliances.resize(numberOfElements);
+    passiveKinds.resize(numberOfElements);
+    fineBlobMask.resize(numberOfElements);
 }
 
 void SolverApp::reset() {

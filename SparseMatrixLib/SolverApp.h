@@ -1,12 +1,13 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "GridNumbering.h"
 #include "PassiveBlock.h"
+#include "StiffnessPattern.h"
 #include "Timer.h"
 #include "TopologyOptimizationComponentData.h"
 #include "dense_matrix.h"
@@ -182,10 +183,15 @@ private:
     void buildForces();
     bool solveLoadCases();
     unsigned fineElement(unsigned ix, unsigned iy, unsigned a, unsigned b) const;
-    void assembleColumn(unsigned ix, double voidFloor);
-    void addElementMatrix(const ElementDofs& dof, const double* matrix, double modulus);
+    void makeWorkSpace();
+    double modulus(unsigned e, bool withPassiveVoid, double voidFloor);
+    void addColumn(unsigned ix, double voidFloor);
     void addSensitivities(const kmat::DenseMatrix& u);
+    void computeColumnEnergies(unsigned ix, const kmat::DenseMatrix& u);
+    void collectPassiveCells();
     double linearisedVolume(double multiplier);
+    void designFor(double multiplier);
+    double volumeWithPassiveCells();
     void setBlob(const short* blobData);
     void resetBlobBookkeeping();
 
@@ -279,6 +285,21 @@ private:
     double lambda;          ///< multiplier of the last update
     double lambdaPrevious;  ///< and of the one before
     std::string message;    ///< error text for the host; suppresses the picture
+
+    // Work space of the iterations, made once.
+    kmat::SparseMatrix HNonZero;  ///< the filters without their explicit zeros, for the products
+    kmat::SparseMatrix HcoarseNonZero;
+    kmat::SparseMatrix meshHNonZero;
+    std::vector<double> KEUpper;  ///< upper triangles of KE's blocks, in ELEMENT_UPPER_PAIRS order
+    std::vector<ElementEntries> elementEntries;  ///< coarse: where K holds each upper triangle
+    std::vector<double> power;                   ///< fine: rhoPhys ^ penalty at the last assembly
+    std::vector<double> powerLessOne;            ///< fine: rhoPhys ^ (penalty - 1)
+    std::vector<double> columnDisplacements;     ///< of one column of elements, by local dof
+    std::vector<double> columnEnergies;          ///< of one column of elements, by sub-element
+    std::vector<double> compliances;             ///< fine: shares of one load case
+    std::vector<int8_t> passiveKinds;            ///< fine: kind bits during an update
+    std::vector<double> fineBlobMask;            ///< fine: blob mask during an update
+
     Timer assembleTimer;
     Timer factorizeTimer;
     Timer solveTimer;

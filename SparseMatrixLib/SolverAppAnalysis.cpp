@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "SolverApp.h"
+#include "SolverConstants.h"
 #include "SolverSetup.h"
 #include "kmat_exception.h"
 
@@ -19,6 +20,23 @@ constexpr double SUPPORT_STIFFNESS = 1.0e8;
 constexpr double LARGEST_SENSIBLE = 1e15;
 // Below this the loads do no work: they act on supports.
 constexpr double SMALLEST_SENSIBLE = 1e-10;
+
+// u' KE u of LANES elements. Their displacements lie side by side, those of the next local degree
+// of freedom `stride` further on.
+void energiesOfLanes(const double* matrix, const double* displacements, size_t stride,
+                     double* energies) {
+    std::array<double, LANES> ce{};
+    for (size_t k = 0; k < ELEMENT_DOFS; ++k) {
+        for (size_t l = 0; l < ELEMENT_DOFS; ++l) {
+            const double stiffness = matrix[ELEMENT_DOFS * k + l];
+            const double* uk = displacements + k * stride;
+            const double* ul = displacements + l * stride;
+            for (size_t i = 0; i < LANES; ++i) ce[i] += stiffness * uk[i] * ul[i];
+        }
+    }
+    // Round-off may make an energy negative.
+    for (size_t i = 0; i < LANES; ++i) energies[i] = std::max(0.0, ce[i]);
+}
 
 }  // namespace
 
@@ -96,29 +114,52 @@ void SolverApp::setObjectivePlusSens() {
 
 void SolverApp::addSensitivities(const DenseMatrix& u) {
     const double volumeShare = 1.0 / (numberOfElements * volumeFraction);
-    for (unsigned iy = 0; iy < nely; ++iy) {
-        for (unsigned ix = 0; ix < nelx; ++ix) {
-            const ElementDofs dof = elementDofs(ix, iy, nodesY);
+    const unsigned blocks = subdivision * subdivision;
+    for (unsigned ix = 0; ix < nelx; ++ix) {
+        computeColumnEnergies(ix, u);
+        for (unsigned iy = 0; iy < nely; ++iy) {
             const unsigned ci = nely * ix + iy;
-            const double* matrix = KE.get();
+            const double* energy = columnEnergies.data() + iy;
             for (unsigned b = 0; b < subdivision; ++b) {
-                for (unsigned a = 0; a < subdivision; ++a, matrix += ELEMENT_MATRIX_SIZE) {
+                for (unsigned a = 0; a < subdivision; ++a, energy += paddedToLanes(nely)) {
                     const unsigned e = fineElement(ix, iy, a, b);
-                    double ce = 0.0;
-                    for (size_t k = 0; k < ELEMENT_DOFS; ++k) {
-                        for (size_t l = 0; l < ELEMENT_DOFS; ++l) {
-                            ce += matrix[8 * k + l] * u(dof[k], 0) * u(dof[l], 0);
-                        }
-                    }
-                    ce = std::max(0.0, ce);  // round-off may make an energy negative
-                    const double density = rhoPhys(e, 0);
-                    objective += (Emin + std::pow(density, penalty) * (E0 - Emin)) * ce;
-                    const double dE = (E0 - Emin) * penalty * std::pow(density, penalty - 1.0);
+                    const double ce = *energy;
+                    const double dE = (E0 - Emin) * penalty * powerLessOne[e];
+                    compliances[e] = (Emin + power[e] * (E0 - Emin)) * ce;
                     dc(e, 0) -= (1.0 - blobMask(ci, 0)) * ce * dE;
-                    blobSensitivity(ci, 0) += ce * dE * rho(e, 0) / (subdivision * subdivision);
+                    blobSensitivity(ci, 0) += ce * dE * rho(e, 0) / blocks;
                     dv(e, 0) += volumeShare;
                 }
             }
+        }
+    }
+    // Summed along the rows of the plate, across the order of storage: the order is part of the
+    // result.
+    for (unsigned iy = 0; iy < nely; ++iy) {
+        for (unsigned ix = 0; ix < nelx; ++ix) {
+            for (unsigned b = 0; b < subdivision; ++b) {
+                for (unsigned a = 0; a < subdivision; ++a) {
+                    objective += compliances[fineElement(ix, iy, a, b)];
+                }
+            }
+        }
+    }
+}
+
+// Strain energies of the sub-elements of one coarse column for unit modulus, block by block.
+void SolverApp::computeColumnEnergies(unsigned ix, const DenseMatrix& u) {
+    const size_t stride = paddedToLanes(nely);
+    for (unsigned iy = 0; iy < nely; ++iy) {
+        const ElementDofs dof = elementDofs(ix, iy, nodesY);
+        for (size_t k = 0; k < ELEMENT_DOFS; ++k) {
+            columnDisplacements[k * stride + iy] = u(dof[k], 0);
+        }
+    }
+    const size_t blocks = size_t{subdivision} * subdivision;
+    for (size_t m = 0; m < blocks; ++m) {
+        for (size_t iy = 0; iy < stride; iy += LANES) {
+            energiesOfLanes(KE.get() + m * ELEMENT_MATRIX_SIZE, columnDisplacements.data() + iy,
+                            stride, columnEnergies.data() + m * stride + iy);
         }
     }
 }

@@ -1,6 +1,5 @@
 #include <cmath>
 
-#include "GridNumbering.h"
 #include "ParallelFor.h"
 #include "SolverApp.h"
 
@@ -11,14 +10,12 @@ namespace {
 constexpr double VOID_FLOOR_FIRST = 1e-9F;
 constexpr double VOID_FLOOR = 1e-9;
 
-constexpr int VOID_BIT = PassiveBlock::VOID;
-
 }  // namespace
 
 void SolverApp::assemble() {
     if (!assembled) {
-        for (unsigned ix = 0; ix < nelx; ++ix) assembleColumn(ix, VOID_FLOOR_FIRST);
-        K.build();
+        elementEntries = buildStiffnessPattern(K, nelx, nely);
+        for (unsigned ix = 0; ix < nelx; ++ix) addColumn(ix, VOID_FLOOR_FIRST);
         assembled = true;
         return;
     }
@@ -30,35 +27,36 @@ void SolverApp::assemble() {
     for (unsigned first : {0U, 1U}) {
         parallelFor(tasks, [this, first](size_t i) {
             const auto ix = static_cast<unsigned>(2 * i) + first;
-            if (ix < nelx) assembleColumn(ix, VOID_FLOOR);
+            if (ix < nelx) addColumn(ix, VOID_FLOOR);
         });
     }
 }
 
-void SolverApp::assembleColumn(unsigned ix, double voidFloor) {
+// Adds the elements of one coarse column to the values of K.
+void SolverApp::addColumn(unsigned ix, double voidFloor) {
     const bool withPassiveVoid = passiveBlock.hasPassiveVoid();
+    double* const values = K.getValues();
     for (unsigned iy = 0; iy < nely; ++iy) {
-        const ElementDofs dof = elementDofs(ix, iy, nodesY);
-        const double* matrix = KE.get();
+        const ElementEntries& entries = elementEntries[nely * ix + iy];
+        std::array<double, ELEMENT_UPPER_ENTRIES> sums;
+        for (size_t i = 0; i < sums.size(); ++i) sums[i] = values[entries[i]];
+        const double* upper = KEUpper.data();
         for (unsigned b = 0; b < subdivision; ++b) {
-            for (unsigned a = 0; a < subdivision; ++a, matrix += ELEMENT_MATRIX_SIZE) {
-                const unsigned e = fineElement(ix, iy, a, b);
-                const bool isVoid =
-                    withPassiveVoid &&
-                    (passiveBlock.getFineGridElement(static_cast<int>(e)) & VOID_BIT);
-                const double floor = isVoid ? voidFloor : Emin;
-                const double modulus = (E0 - floor) * std::pow(rhoPhys(e, 0), penalty) + floor;
-                addElementMatrix(dof, matrix, modulus);
+            for (unsigned a = 0; a < subdivision; ++a, upper += ELEMENT_UPPER_ENTRIES) {
+                const double E = modulus(fineElement(ix, iy, a, b), withPassiveVoid, voidFloor);
+                for (size_t i = 0; i < sums.size(); ++i) sums[i] += upper[i] * E;
             }
         }
+        for (size_t i = 0; i < sums.size(); ++i) values[entries[i]] = sums[i];
     }
 }
 
-void SolverApp::addElementMatrix(const ElementDofs& dof, const double* matrix, double modulus) {
-    for (size_t k = 0; k < ELEMENT_DOFS; ++k) {
-        for (size_t l = 0; l < ELEMENT_DOFS; ++l) {
-            if (dof[k] > dof[l]) continue;
-            K.getValue(dof[k], dof[l]) += matrix[8 * k + l] * modulus;
-        }
-    }
+// SIMP interpolation. The powers are kept for the compliance and the sensitivities.
+double SolverApp::modulus(unsigned e, bool withPassiveVoid, double voidFloor) {
+    power[e] = std::pow(rhoPhys(e, 0), penalty);
+    powerLessOne[e] = std::pow(rhoPhys(e, 0), penalty - 1.0);
+    const bool isVoid = withPassiveVoid && (passiveBlock.getFineGridElement(static_cast<int>(e)) &
+                                            PassiveBlock::VOID) != 0;
+    const double floor = isVoid ? voidFloor : Emin;
+    return (E0 - floor) * power[e] + floor;
 }

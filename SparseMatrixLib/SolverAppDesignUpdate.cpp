@@ -52,6 +52,7 @@ void SolverApp::optimalityCriteriaUpdateOfRHO() {
     // a bracket in which no step would be made and nothing written to rhoNew.
     if (!(bracket.relativeWidth() > tolerance)) bracket = WIDEST_BRACKET;
 
+    collectPassiveCells();
     double& l1 = bracket.l1;
     double& l2 = bracket.l2;
     double lmid = (l1 + l2) * 0.5;
@@ -89,31 +90,50 @@ void SolverApp::optimalityCriteriaUpdateOfRHO() {
 // Writes the design for one multiplier to rhoNew and returns its relative excess of volume,
 // linearised about the present design.
 double SolverApp::linearisedVolume(double multiplier) {
-    const bool hasPassiveCells = !passiveBlock.IsEmpty();
+    designFor(multiplier);
+    if (!passiveBlock.IsEmpty()) return volumeWithPassiveCells() + constraint;
     double volume = 0.0;
     for (unsigned e = 0; e < numberOfElements; ++e) {
-        const double x = rho(e, 0);
-        // The order of every min and max decides what becomes of a NaN: a cell that was passive
-        // void (density 0, hence no sensitivity) and is set free restarts at the move limit.
-        double xnew = std::max(
-            x - MOVE_LIMIT,
-            std::min(
-                x + MOVE_LIMIT,
-                std::max(Emin, std::min(1.0, x * std::sqrt(-dc(e, 0) / multiplier / dv(e, 0))))));
-        if (!hasPassiveCells) {
-            rhoNew(e, 0) = xnew;
-            volume += (xnew - x) * dv(e, 0);
-            continue;
-        }
-        const int kind = passiveBlock.getFineGridElement(static_cast<int>(e));
-        if (kind == PassiveBlock::VOID) xnew = 0.0;
-        if (kind == PassiveBlock::SOLID || kind == PassiveBlock::SECOND_SOLID) xnew = 1.0;
-        const double mask = blobMaskOfFineCell(e);
-        rhoNew(e, 0) = xnew;
-        rhoPhys(e, 0) = mask > 0.0 ? 0.0 : xnew;
-        volume += (1.0 - mask) * (rhoPhys(e, 0) - x) * dv(e, 0);
+        volume += (rhoNew(e, 0) - rho(e, 0)) * dv(e, 0);
     }
     return volume + constraint;
+}
+
+// The order of every min and max decides what becomes of a NaN: a cell that was passive
+// void (density 0, hence no sensitivity) and is set free restarts at the move limit.
+void SolverApp::designFor(double multiplier) {
+    const double* const x = rho.begin();
+    const double* const compliance = dc.begin();
+    const double* const volume = dv.begin();
+    double* const xnew = rhoNew.begin();
+    const double least = Emin;
+    for (unsigned e = 0; e < numberOfElements; ++e) {
+        const double optimal = x[e] * std::sqrt(-compliance[e] / multiplier / volume[e]);
+        xnew[e] = std::max(x[e] - MOVE_LIMIT,
+                           std::min(x[e] + MOVE_LIMIT, std::max(least, std::min(1.0, optimal))));
+    }
+}
+
+// Puts the passive cells of rhoNew right, masks the physical densities and sums the volume.
+double SolverApp::volumeWithPassiveCells() {
+    double volume = 0.0;
+    for (unsigned e = 0; e < numberOfElements; ++e) {
+        const int kind = passiveKinds[e];
+        if (kind == PassiveBlock::VOID) rhoNew(e, 0) = 0.0;
+        if (kind == PassiveBlock::SOLID || kind == PassiveBlock::SECOND_SOLID) rhoNew(e, 0) = 1.0;
+        rhoPhys(e, 0) = fineBlobMask[e] > 0.0 ? 0.0 : rhoNew(e, 0);
+        volume += (1.0 - fineBlobMask[e]) * (rhoPhys(e, 0) - rho(e, 0)) * dv(e, 0);
+    }
+    return volume;
+}
+
+// Looks up once what every step of the bisection asks of every cell.
+void SolverApp::collectPassiveCells() {
+    if (passiveBlock.IsEmpty()) return;
+    for (unsigned e = 0; e < numberOfElements; ++e) {
+        passiveKinds[e] = static_cast<int8_t>(passiveBlock.getFineGridElement(static_cast<int>(e)));
+        fineBlobMask[e] = blobMaskOfFineCell(e);
+    }
 }
 
 void SolverApp::adjustEminBasedOnMovementChanges() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "SolverApp.h"
 #include "SolverConstants.h"
@@ -11,38 +12,50 @@ using kmat::SparseMatrix;
 
 namespace {
 
+// A filter as it is kept, and without its explicit zeros, which a product need not visit.
+struct Filter {
+    SparseMatrix weights;
+    SparseMatrix nonZero;
+};
+
 // Weights of a grid of nx x ny cells, upper triangle. Each cell is paired with the cells of its own
 // and the following columns, in rows from `before` rows back up to but excluding `after` rows
 // ahead, and as many columns ahead. Weights of 0 in this neighbourhood are stored.
-SparseMatrix coneFilter(unsigned nx, unsigned ny, double radius, int before, int after) {
-    SparseMatrix weights(nx * ny, nx * ny, true, FILTER_CAPACITY);
+//
+// Written column by column, that is by the second cell of each pair.
+Filter coneFilter(unsigned nx, unsigned ny, double radius, int before, int after) {
     const auto columns = static_cast<int>(nx);
     const auto rows = static_cast<int>(ny);
-    for (int i1 = 0; i1 < columns; ++i1) {
-        for (int j1 = 0; j1 < rows; ++j1) {
-            for (int i2 = i1; i2 < std::min(i1 + after, columns); ++i2) {
-                // Within the own column the upper triangle starts at the cell itself.
-                const int firstRow = i2 == i1 ? j1 : std::max(j1 - before, 0);
-                for (int j2 = firstRow; j2 < std::min(j1 + after, rows); ++j2) {
+    const unsigned cells = nx * ny;
+    const size_t most = size_t{cells} * static_cast<size_t>(after * (before + after));
+    kmat::SparseColumnWriter all(cells, cells, kmat::SYMMETRIC_UPPER, most);
+    kmat::SparseColumnWriter nonZero(cells, cells, kmat::SYMMETRIC_UPPER, most);
+    for (int i2 = 0; i2 < columns; ++i2) {
+        for (int j2 = 0; j2 < rows; ++j2) {
+            for (int i1 = std::max(i2 - after + 1, 0); i1 <= i2; ++i1) {
+                // Within the own column the upper triangle ends at the cell itself.
+                const int lastRow = i1 == i2 ? j2 : std::min(j2 + before, rows - 1);
+                for (int j1 = std::max(j2 - after + 1, 0); j1 <= lastRow; ++j1) {
                     const int squared = (i1 - i2) * (i1 - i2) + (j1 - j2) * (j1 - j2);
-                    weights.getValue(static_cast<unsigned>(i1 * rows + j1),
-                                     static_cast<unsigned>(i2 * rows + j2)) +=
-                        std::max(0.0, radius - std::sqrt(squared));
+                    const double weight = std::max(0.0, radius - std::sqrt(squared));
+                    all.add(i1 * rows + j1, weight);
+                    if (weight > 0.0) nonZero.add(i1 * rows + j1, weight);
                 }
             }
+            all.endColumn();
+            nonZero.endColumn();
         }
     }
-    weights.build();
-    return weights;
+    return {all.finish(), nonZero.finish()};
 }
 
 // Deliberately lopsided: from R + 1 cells back to R - 1 cells ahead.
-SparseMatrix lopsidedConeFilter(unsigned nx, unsigned ny, double radius) {
+Filter lopsidedConeFilter(unsigned nx, unsigned ny, double radius) {
     const int R = static_cast<int>(std::ceil(radius));
     return coneFilter(nx, ny, radius, R + 1, R);
 }
 
-SparseMatrix symmetricConeFilter(unsigned nx, unsigned ny, double radius) {
+Filter symmetricConeFilter(unsigned nx, unsigned ny, double radius) {
     const int R = static_cast<int>(std::floor(radius));
     return coneFilter(nx, ny, radius, R, R + 1);
 }
@@ -65,35 +78,42 @@ void applyMaximumRule(DenseMatrix& normaliser, unsigned count) {
 }  // namespace
 
 void SolverApp::setFilterMat() {
-    H = lopsidedConeFilter(nelx * subdivision, nely * subdivision, rmin);
-    Hs = rowSums(H);
+    Filter fine = lopsidedConeFilter(nelx * subdivision, nely * subdivision, rmin);
+    H = std::move(fine.weights);
+    HNonZero = std::move(fine.nonZero);
+    Hs = rowSums(HNonZero);
     applyMaximumRule(Hs, numberOfCoarseElements);
 
+    // Without fine cells there is nothing to filter: radius 0 pairs no cells.
     const double coarseRadius = subdivision > 0 ? rmin / subdivision : 0.0;
-    Hcoarse = lopsidedConeFilter(nelx, nely, coarseRadius);
-    HsCoarse = rowSums(Hcoarse);
+    Filter coarse = lopsidedConeFilter(nelx, nely, coarseRadius);
+    Hcoarse = std::move(coarse.weights);
+    HcoarseNonZero = std::move(coarse.nonZero);
+    HsCoarse = rowSums(HcoarseNonZero);
     applyMaximumRule(HsCoarse, numberOfCoarseElements);
 
-    meshH = symmetricConeFilter(nelx * subdivision * meshFactor, nely * subdivision * meshFactor,
-                                meshRmin);
-    meshHs = rowSums(meshH);
+    Filter mesh = symmetricConeFilter(nelx * subdivision * meshFactor,
+                                      nely * subdivision * meshFactor, meshRmin);
+    meshH = std::move(mesh.weights);
+    meshHNonZero = std::move(mesh.nonZero);
+    meshHs = rowSums(meshHNonZero);
 }
 
 void SolverApp::setFilterMatBlob() {
-    blobH = symmetricConeFilter(nelx, nely, rminBlob);
+    blobH = symmetricConeFilter(nelx, nely, rminBlob).weights;
     blobHs = rowSums(blobH);
 }
 
 void SolverApp::filterSensitivities() {
     if (useDensityFilter) {
-        H.multiply(false, 1.0, 0.0, dc, dcFiltered);
-        H.multiply(false, 1.0, 0.0, dv, dvFiltered);
+        HNonZero.multiply(false, 1.0, 0.0, dc, dcFiltered);
+        HNonZero.multiply(false, 1.0, 0.0, dv, dvFiltered);
         dcFiltered.elemDivide(Hs, dc);
         dvFiltered.elemDivide(Hs, dv);
         return;
     }
     dc.elemMultiply(rho);
-    H.multiply(false, 1.0, 0.0, dc, dcFiltered);
+    HNonZero.multiply(false, 1.0, 0.0, dc, dcFiltered);
     dcFiltered.elemDivide(Hs, dc);
     // No guard on the density: it is 0 only in passive void cells, whose value is never used.
     dc.elemDivide(rho);
@@ -107,7 +127,7 @@ void SolverApp::filterBlobSensitivities() {
         w(i, 0) = std::max(leastWeight, 1.0 - blobMask(i, 0));
     }
     blobSensitivity.elemMultiply(w);
-    Hcoarse.multiply(false, 1.0, 0.0, blobSensitivity, blobSensitivityFiltered);
+    HcoarseNonZero.multiply(false, 1.0, 0.0, blobSensitivity, blobSensitivityFiltered);
     blobSensitivityFiltered.elemDivide(HsCoarse, blobSensitivity);
     blobSensitivity.elemDivide(w);
 }
@@ -122,6 +142,6 @@ void SolverApp::filterBlobDensities(int mode) {
 }
 
 void SolverApp::densityFilterWithModifiedRadius() {
-    meshH.multiply(false, 1.0, 0.0, meshRho, meshRhoFiltered);
+    meshHNonZero.multiply(false, 1.0, 0.0, meshRho, meshRhoFiltered);
     meshRhoFiltered.elemDivide(meshHs);
 }

@@ -77,7 +77,7 @@ void SolverApp::continueVolumeFraction() {
 
 void SolverApp::updatePhysicalDensities() {
     if (useDensityFilter) {
-        H.multiply(false, 1.0, 0.0, rho, rhoPhys);
+        HNonZero.multiply(false, 1.0, 0.0, rho, rhoPhys);
         rhoPhys.elemDivide(Hs);
         return;
     }

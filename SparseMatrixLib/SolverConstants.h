@@ -2,8 +2,13 @@
 // to double on purpose: the widened value is the constant.
 #pragma once
 
+#include <cstddef>
+
 /// Stiffness floor of void at the start and after each change of settings.
 inline constexpr double EMIN_START = 0.01F;
 
-/// Room for the first triplets of a filter.
-inline constexpr int FILTER_CAPACITY = 200;
+/// Elements that are computed side by side, each in its own lane of the processor's vectors: the
+/// sum of each is formed in its own order and has the bits of a scalar loop.
+inline constexpr size_t LANES = 8;
+
+constexpr size_t paddedToLanes(size_t count) { return (count + LANES - 1) / LANES * LANES; }

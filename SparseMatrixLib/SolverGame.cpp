@@ -136,22 +136,21 @@ unsigned SolverGame::fixedDof(const TopologyOptimizationComponentData& support) 
 }
 
 void SolverGame::assemble(const float* densities) {
-    if (isAnalyzed) K.zero();
-    for (unsigned x = 0; x < nelx; ++x) {
-        for (unsigned y = 0; y < nely; ++y) {
-            // Linear in the density on purpose: the penalisation is the objective's alone.
-            const float Ee = Emin + (E0 - Emin) * densities[x * nely + y];
-            const ElementDofs dof = elementDofs(x, y, nodesY);
-            for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
-                for (size_t b = 0; b < ELEMENT_DOFS; ++b) {
-                    if (dof[a] > dof[b]) continue;
-                    K.getValue(dof[a], dof[b]) += static_cast<float>(KE[8 * a + b] * Ee);
-                }
-            }
+    const bool first = !isAnalyzed;
+    if (first)
+        elementEntries = buildStiffnessPattern(K, nelx, nely);
+    else
+        K.zero();
+    double* const values = K.getValues();
+    for (unsigned e = 0; e < nelem; ++e) {
+        // Linear in the density on purpose: the penalisation is the objective's alone.
+        const float Ee = Emin + (E0 - Emin) * densities[e];
+        const int* entry = elementEntries[e].data();
+        for (const auto& [a, b] : ELEMENT_UPPER_PAIRS) {
+            values[*entry++] += static_cast<float>(KE[ELEMENT_DOFS * a + b] * Ee);
         }
     }
-    if (isAnalyzed) return;
-    K.build();
+    if (!first) return;
     factor = K.analyze();
     isAnalyzed = true;
 }
@@ -180,7 +179,7 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
             float ce = 0.0F;
             for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
                 for (size_t b = 0; b < ELEMENT_DOFS; ++b) {
-                    ce = static_cast<float>(ce + KE[8 * a + b] * displacement[dof[a]] *
+                    ce = static_cast<float>(ce + KE[ELEMENT_DOFS * a + b] * displacement[dof[a]] *
                                                      displacement[dof[b]]);
                 }
             }

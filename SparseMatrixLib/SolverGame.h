@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "StiffnessPattern.h"
 #include "TopologyOptimizationComponentData.h"
 #include "dense_matrix.h"
 #include "factor.h"
@@ -77,4 +78,5 @@ private:
     bool isAnalyzed;
     std::unique_ptr<float[]> elementEnergy;
     std::vector<kmat::DenseMatrix> U;
+    std::vector<ElementEntries> elementEntries;  ///< where K holds each element's entries
 };

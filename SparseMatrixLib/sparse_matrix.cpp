@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace kmat {
@@ -43,8 +44,10 @@ double& SparseMatrix::clearedScratch() {
 
 SparseEntry SparseMatrixIter::operator*() const {
     const int* columns = matrix->jColumn;
-    int column = columns[index];
-    if (!matrix->triplet) {
+    int column = 0;
+    if (matrix->triplet) {
+        column = columns[index];
+    } else {
         const int* next = std::upper_bound(columns, columns + matrix->ncol + 1, index);
         column = static_cast<int>(next - columns) - 1;
     }
@@ -198,8 +201,8 @@ void SparseMatrix::build() {
         sparse.reset(cholmod_triplet_to_sparse(triplet.get(), triplet->nnz, common));
         triplet.reset();
     } else {
-        sparse.reset(cholmod_allocate_sparse(nrow, ncol, 0, /*sorted=*/0, /*packed=*/1, symmetry,
-                                             CHOLMOD_REAL, common));
+        sparse.reset(cholmod_allocate_sparse(nrow, ncol, 0, /*sorted=*/0,
+                                             /*packed=*/1, symmetry, CHOLMOD_REAL, common));
     }
     viewSparse();
 }
@@ -223,6 +226,18 @@ void SparseMatrix::append(const SparseMatrix& other) {
     std::copy_n(other.jColumn, added, jColumn + own);
     std::copy_n(other.iRow, added, iRow + own);
     triplet->nnz = own + added;
+}
+
+SparseColumnWriter::SparseColumnWriter(unsigned rows, unsigned columns, Symmetry symmetry,
+                                       size_t mostEntries)
+    : record(cholmod_allocate_sparse(rows, columns, mostEntries, /*sorted=*/1, /*packed=*/1,
+                                     symmetry, CHOLMOD_REAL, ConfigSingleton::getCommonPtr())),
+      count(0) {
+    if (!record) throw std::bad_alloc();
+    values = static_cast<double*>(record->x);
+    rowIndices = static_cast<int*>(record->i);
+    columnEnd = static_cast<int*>(record->p);
+    *columnEnd = 0;
 }
 
 }  // namespace kmat
