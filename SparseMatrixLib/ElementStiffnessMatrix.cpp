@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 #include "GridNumbering.h"
+#include "SolverSetup.h"
 
 namespace {
 
@@ -88,8 +91,8 @@ void fillSubSquares(int n, double* blocks) {
 }  // namespace
 
 double* ElementStiffnessMatrix::createElementStiffnessMatrix(int subdivisions) {
-    const auto n = static_cast<size_t>(subdivisions);
-    auto* blocks = new double[n * n * ELEMENT_MATRIX_SIZE];
+    const auto n = static_cast<uint64_t>(std::abs(int64_t{subdivisions}));
+    auto* blocks = new double[checkedProduct({n, n, ELEMENT_MATRIX_SIZE})];
     if (subdivisions == 1) fillExact(blocks);
     if (subdivisions > 1) fillSubSquares(subdivisions, blocks);
     return blocks;

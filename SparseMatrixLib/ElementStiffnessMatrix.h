@@ -13,6 +13,7 @@ public:
     /// (and symmetric), which the caller releases with delete[]. With 1 the block is the exact
     /// element matrix. With n > 1 block i * n + j belongs to the sub-square in row i (y) and column
     /// j (x); it acts on the degrees of freedom of the whole element, and the blocks sum to the
-    /// midpoint-rule approximation of the element matrix. Below 1 nothing is filled.
+    /// midpoint-rule approximation of the element matrix. Below 1 nothing is filled. Throws
+    /// std::bad_alloc.
     static double* createElementStiffnessMatrix(int subdivisions);
 };

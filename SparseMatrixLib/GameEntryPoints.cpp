@@ -9,7 +9,8 @@
 
 namespace {
 
-std::unique_ptr<SolverGame> solverGame;
+// Deliberately never destroyed: a host may call in an exit handler.
+std::unique_ptr<SolverGame>& solverGame = *new std::unique_ptr<SolverGame>;
 
 constexpr double FAILED_SCORE = std::numeric_limits<float>::max();
 
@@ -26,10 +27,10 @@ void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int loadCount, con
                     int supportCount, const float* supportData, int numberOfLoadCases) {
     guardExport([&] {
         printBannerOnce();
-        const auto loads = TopologyOptimizationComponentData::load(loadData, loadCount);
-        const auto supports = TopologyOptimizationComponentData::load(supportData, supportCount);
         // The old solver goes first: when the new one cannot be built there is none.
         solverGame.reset();
+        const auto loads = TopologyOptimizationComponentData::load(loadData, loadCount);
+        const auto supports = TopologyOptimizationComponentData::load(supportData, supportCount);
         solverGame = std::make_unique<SolverGame>(nelx, nely, ndopt, ndvis, loads, supports,
                                                   numberOfLoadCases);
     });

@@ -29,7 +29,7 @@ constexpr ElementDofs elementDofs(unsigned x, unsigned y, unsigned nodesY) {
 /// result runs past the coarse grid, and whoever uses it must take such a cell as no cell.
 inline int coarseCellOfFineCell(unsigned fineCell, unsigned fineScale, unsigned subdivision,
                                 unsigned height) {
-    if (fineScale == 0 || subdivision == 0 || height == 0) return -1;
+    if (fineScale * height == 0 || subdivision == 0) return -1;
     return static_cast<int>(fineCell / (fineScale * height) * height +
                             fineCell / subdivision % height);
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 #include "ElementStiffnessMatrix.h"
 #include "GridNumbering.h"
@@ -60,6 +61,10 @@ float SolverGame::solve(const float* densities, float* elementValues) {
 }
 
 bool SolverGame::solveStateCHOL(const float* densities) {
+    for (int lc : loadCases) {
+        U[lc].zero();
+        F[lc].zero();
+    }
     if (!densities || !recordsFitPlate() || !supportsHoldPlate()) return false;
     applyLoads();
     assemble(densities);
@@ -73,8 +78,9 @@ bool SolverGame::solveStateCHOL(const float* densities) {
         return false;
     }
     for (int lc : loadCases) {
-        U[lc] = kmat::solve(factor, F[lc]);
-        if (U[lc].getRows() == 0) return false;
+        DenseMatrix u = kmat::solve(factor, F[lc]);
+        if (u.getRows() != ndof) return false;
+        U[lc] = std::move(u);
     }
     return true;
 }
@@ -117,12 +123,6 @@ bool SolverGame::supportsHoldPlate() const {
 }
 
 void SolverGame::applyLoads() {
-    for (int lc : loadCases) {
-        // A failed solve leaves an empty matrix behind.
-        if (U[lc].getRows() == 0) U[lc] = undefinedVector(ndof);
-        U[lc].zero();
-        F[lc].zero();
-    }
     for (const auto& load : loads) {
         const unsigned node = nodeOf(load, nodesY);
         F[load.loadCase](2 * node, 0) += load.fx;
@@ -152,7 +152,7 @@ void SolverGame::assemble(const float* densities) {
     }
     if (!first) return;
     factor = K.analyze();
-    isAnalyzed = true;
+    isAnalyzed = factor.isInitialized();
 }
 
 float SolverGame::setObjective(const float* densities, float* elementValues) {

@@ -64,7 +64,7 @@ private:
     unsigned nodesY;
     unsigned ndof;
     unsigned nelem;
-    float reserved;  ///< kept for hosts that inspect the object; nothing reads it
+    float reserved;  ///< set and never read
     float E0;        ///< Young's modulus of solid material
     float Emin;      ///< Young's modulus of void
     double penal;    ///< penalisation exponent of the objective

@@ -51,7 +51,7 @@ public:
         return out;
     }
 
-    /// Deliberately prints nothing; a place for a host's own diagnosis build.
+    /// Prints nothing.
     void print() const {}
 
 private:

@@ -18,4 +18,6 @@ namespace voxam {
                  : ::voxam::assertionFailed(#condition, source, line, __func__))
 
 /// Stops the process unless `condition` holds. The report quotes the condition as written here.
-#define VOXAM_ASSERT(condition) VOXAM_ASSERT_AT(__FILE__, __LINE__, condition)
+#define VOXAM_ASSERT(condition)         \
+    ((condition) ? static_cast<void>(0) \
+                 : ::voxam::assertionFailed(#condition, __FILE__, __LINE__, __func__))

@@ -56,7 +56,7 @@ void DenseMatrix::swap(DenseMatrix& other) noexcept {
 
 DenseMatrix DenseMatrix::copy() const {
     DenseMatrix result(nrow, ncol, std::nan(""));
-    std::copy(begin(), end(), result.begin());
+    if (result.dense) std::copy(begin(), end(), result.begin());
     return result;
 }
 
@@ -103,7 +103,7 @@ void DenseMatrix::multiply(bool transposeA, bool transposeB, double alpha, doubl
     const unsigned m = transposeA ? ncol : nrow;
     const unsigned n = transposeB ? b.nrow : b.ncol;
     const unsigned k = transposeA ? nrow : ncol;
-    if (m == 0 || n == 0) return;
+    if (m == 0 || n == 0 || !c.dense) return;
     if (k == 0) {  // the sum is empty
         if (beta == 0.0)
             c.zero();
@@ -180,6 +180,7 @@ DenseMatrix operator*(const DenseMatrix& LHS, const DenseMatrix& RHS) {
     const unsigned m = LHS.getRows();
     const unsigned k = LHS.getColumns();
     DenseMatrix result(m, RHS.getColumns(), std::nan(""));
+    if (!result.begin()) return result;
     if (RHS.getColumns() != 1 || m == 0 || k == 0) {
         LHS.multiply(false, false, 1.0, 0.0, RHS, result);
     } else {
@@ -191,6 +192,7 @@ DenseMatrix operator*(const DenseMatrix& LHS, const DenseMatrix& RHS) {
 
 DenseMatrix transposed(const DenseMatrix& M) {
     DenseMatrix result(M.getColumns(), M.getRows(), std::nan(""));
+    if (!result.begin()) return result;
     for (unsigned c = 0; c < M.getColumns(); ++c) {
         for (unsigned r = 0; r < M.getRows(); ++r) result(c, r) = M(r, c);
     }

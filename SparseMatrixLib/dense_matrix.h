@@ -14,7 +14,8 @@ class Factor;
 ///
 /// Movable, not copyable; copy() duplicates. Operators that receive a temporary reuse its storage.
 /// Sizes are the caller's business: no operation checks that operands conform. A matrix that was
-/// moved from, or whose record CHOLMOD could not make, is 0 x 0 and safe to use and destroy.
+/// moved from, or whose record CHOLMOD could not make for want of memory, is 0 x 0; it may be
+/// destroyed, assigned to, printed and asked for its size.
 class DenseMatrix {
 public:
     /// A rows x cols matrix filled with `value`. A NaN deliberately leaves the storage unwritten,

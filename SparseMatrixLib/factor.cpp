@@ -26,16 +26,17 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
     return false;
 }
 
+Factor factorizeOnce(const SparseMatrix& A) {
+    Factor factor = A.analyze();
+    factor.factorize(A);
+    return factor;
+}
+
 }  // namespace
 
 Factor SparseMatrix::analyze() const {
     const SingleThreadedCholmod guard;
     return Factor(cholmod_analyze(sparse.get(), ConfigSingleton::getCommonPtr()));
-}
-
-Factor& Factor::operator=(Factor&& other) noexcept {
-    if (this != &other) factor = std::move(other.factor);
-    return *this;
 }
 
 void Factor::factorize(const SparseMatrix& A) {
@@ -45,7 +46,8 @@ void Factor::factorize(const SparseMatrix& A) {
     // By its defaults CHOLMOD factorises small matrices into LDL', where a negative pivot is no
     // error. A diagonal entry that is not positive proves the matrix not positive definite.
     if (common->status == CHOLMOD_OK && hasNonPositiveDiagonal(*A.sparse)) {
-        cholmod_error(CHOLMOD_NOT_POSDEF, __FILE__, __LINE__, "not positive definite", common);
+        cholmod_error(CHOLMOD_NOT_POSDEF, "SparseMatrixLib/factor.cpp", __LINE__,
+                      "not positive definite", common);
     }
     const int status = std::exchange(common->status, CHOLMOD_OK);
     if (status != CHOLMOD_OK) KmatException::createKmatException(ConfigSingleton::getLastError());
@@ -62,16 +64,6 @@ SparseMatrix solve(const Factor& F, const SparseMatrix& B) {
     return SparseMatrix(cholmod_spsolve(CHOLMOD_A, F.factor.get(), B.sparse.get(),
                                         ConfigSingleton::getCommonPtr()));
 }
-
-namespace {
-
-Factor factorizeOnce(const SparseMatrix& A) {
-    Factor factor = A.analyze();
-    factor.factorize(A);
-    return factor;
-}
-
-}  // namespace
 
 DenseMatrix solve(const SparseMatrix& A, const DenseMatrix& b) {
     return solve(factorizeOnce(A), b);

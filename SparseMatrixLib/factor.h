@@ -8,7 +8,8 @@ namespace kmat {
 /// Sparse Cholesky factorisation of a symmetric positive definite matrix: analyse once, refactorise
 /// many times. SparseMatrix::analyze() makes the symbolic part from a built matrix; factorize()
 /// computes the values, again whenever the matrix values change and its pattern does not. Nothing
-/// re-analyses by itself. Movable, not copyable; one thread at a time.
+/// re-analyses by itself. The matrix must be stored as symmetric: of an ASYMMETRIC matrix A,
+/// CHOLMOD factorises A A'. Movable, not copyable; one thread at a time.
 class Factor {
 public:
     /// An empty factor: nothing analysed yet.
@@ -17,7 +18,7 @@ public:
     explicit Factor(cholmod_factor* record) : factor(record) {}
 
     Factor(Factor&& other) noexcept = default;
-    Factor& operator=(Factor&& other) noexcept;
+    Factor& operator=(Factor&& other) noexcept = default;
     virtual ~Factor() = default;
 
     /// Whether a symbolic analysis is held.

@@ -4,7 +4,8 @@
 
 namespace kmat {
 
-std::unique_ptr<KmatException> KmatException::lastException;
+// Deliberately never destroyed: a host may still solve in an exit handler.
+std::unique_ptr<KmatException>& KmatException::lastException = *new std::unique_ptr<KmatException>;
 
 KmatException::KmatException(std::string message) : message(std::move(message)) {}
 

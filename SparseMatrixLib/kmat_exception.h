@@ -29,7 +29,7 @@ public:
 private:
     std::string message;
 
-    static std::unique_ptr<KmatException> lastException;
+    static std::unique_ptr<KmatException>& lastException;
 };
 
 }  // namespace kmat

@@ -117,11 +117,11 @@ int SparseMatrix::getNumberOfElements() const {
 }
 
 int SparseMatrix::find(unsigned row, unsigned column) const {
-    if (!sparse || row >= nrow || column >= ncol) return -1;
     if ((symmetry == SYMMETRIC_UPPER && row > column) ||
         (symmetry == SYMMETRIC_LOWER && row < column)) {
         std::swap(row, column);
     }
+    if (!sparse || row >= nrow || column >= ncol) return -1;
     const int wanted = static_cast<int>(row);
     // Signed bounds: the step below the first index must end the search, not wrap around.
     int lo = jColumn[column];

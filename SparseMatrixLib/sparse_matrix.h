@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <iosfwd>
 
 #include "cholmod_records.h"
@@ -65,7 +64,8 @@ public:
     /// room for at first; 0 picks a number from the size, at most 100000. The list grows by itself.
     SparseMatrix(unsigned rows, unsigned columns, bool symmetric, int initialNumberOfElements);
 
-    /// Adopts a compressed record of real values and int indices. Null gives a 0 x 0 matrix.
+    /// Adopts a compressed record of real values and int indices, packed and with sorted columns.
+    /// Null gives a 0 x 0 matrix.
     explicit SparseMatrix(cholmod_sparse* record);
 
     SparseMatrix(SparseMatrix&& other) noexcept;

@@ -1,7 +1,8 @@
 /*
  * Voxam: two-dimensional structural topology optimisation for interactive hosts.
  *
- * This is the one header a host needs. It is valid C11 and C++.
+ * This is the one header a host needs. It is valid C11 and C++. (A C++ host that wants to call
+ * printVoxamData also includes TopologyOptimizationComponentData.h beside it.)
  *
  * The plate
  * ---------
@@ -30,7 +31,8 @@
  *     load      node x  node y  force in x               force y    load case, from 0
  *     support   node x  node y  direction: 0 = x, 1 = y  not used   not used
  *
- * A support holds one direction of one node; hold both with two records.
+ * A support holds one direction of one node; hold both with two records. A direction d other than
+ * 0 and 1 is taken as the degree of freedom 2 * node + d, if the plate has it.
  *
  * Ownership, null and zero
  * ------------------------
@@ -40,8 +42,9 @@
  * Errors
  * ------
  * No exception leaves a function. A problem of the input comes back as a value that each function
- * names. Only a violated precondition that is called an assertion below ends the process, with a
- * report on standard error.
+ * names. CHOLMOD, which solves the equations, also prints its warnings on standard output. Only a
+ * violated precondition that is called an assertion below ends the process, with a report on
+ * standard error.
  *
  * Threads
  * -------
@@ -95,11 +98,11 @@ typedef struct RuntimeStat {
  * numLoadCases    independent force vectors that may be used
  * restartId       any number
  *
- * THE OPTIMISER IS KEPT when there is one and textureWidth, textureHeight and restartId are those of
- * the last create call. Only its volume fraction and iteration counters are then set; the design and
- * the settings stay, AND SO DO subdivision, meshFactor AND numLoadCases: new values of these are
- * ignored, and the picture keeps its old size. To change them, or to start afresh, pass another
- * restartId.
+ * THE OPTIMISER IS KEPT when there is one and textureWidth, textureHeight and restartId are those
+ * of the last create call. Only its volume fraction and iteration counters are then set; the
+ * design and the settings stay, AND SO DO subdivision, meshFactor AND numLoadCases: new values of
+ * these are ignored, and the picture keeps its old size. To change them, or to start afresh, pass
+ * another restartId.
  *
  * The picture has textureWidth * subdivision * meshFactor columns and textureHeight * subdivision *
  * meshFactor rows, of the values in force.
@@ -111,8 +114,8 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
                              float volumeFraction, int numLoadCases, int restartId);
 
 /**
- * Sends all settings to the optimiser, any time between iterations. The design is kept, and an error
- * text is withdrawn. Without an optimiser does nothing.
+ * Sends all settings to the optimiser, any time between iterations. The design is kept, and an
+ * error text is withdrawn. Without an optimiser does nothing.
  *
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
@@ -135,22 +138,24 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
 /**
  * Runs one iteration.
  *
- * messageLength, messageBuffer  length in bytes of a buffer for a text that is cut to fit and always
- *                terminated: empty on success. Null or a length below 1 gets no text
+ * messageLength  length in bytes of messageBuffer
+ * messageBuffer  gets a text, cut to fit and always terminated: empty on success. Null, or a length
+ *                below 1, gets no text
  * output         the picture, one float per cell, row by row from the top: 0 solid, 1 void. Written
  *                on success only; null: not written
- * change         largest change of a density in this iteration; written on success only; may be null
+ * change         largest change of a density in this iteration; written on success only; may be
+ *                null
  * stat           timings, written on success only; may be null
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *
- * Returns the compliance of the design that the iteration started from. When something is wrong with
- * the problem the buffer gets a text, the picture is not touched, and each further iteration repeats
- * the text until _UpdateVoxamApp is called:
+ * Returns the compliance of the design that the iteration started from. When something is wrong
+ * with the problem the buffer gets a text, the picture is not touched, and each further iteration
+ * repeats the text until _UpdateVoxamApp is called:
  *   "Change load / support"             the plate cannot be solved; returns the last compliance
  *   "Change load/support"               the structure is not held; returns -1.0
  *   "Load cannot be on top of support"  the loads do no work; returns -1.0
- * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such as
- * lack of memory returns -1.0 with its own text.
+ * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
+ * as lack of memory returns -1.0 with its own text.
  */
 VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float* output,
                                   double* change, RuntimeStat* stat, float penalty);
@@ -183,26 +188,31 @@ VOXAM_API void _DestroyVoxamApp(void);
  * loadData           5 * loadCount floats
  * supportCount       number of records in supportData
  * supportData        5 * supportCount floats; the direction is truncated towards zero
- * numberOfLoadCases  independent force vectors; each load names one of 0 .. numberOfLoadCases - 1
+ * numberOfLoadCases  independent force vectors; each load names one of 0 .. numberOfLoadCases - 1;
+ *                    negative counts as 0
  *
- * When memory does not suffice there is no solver afterwards. A record that lies outside the plate
- * or names a load case that does not exist is reported by each _SolveVoxamGame.
+ * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is
+ * no solver afterwards. A record that lies outside the plate or names a load case that does not
+ * exist is reported by each _SolveVoxamGame.
  */
 VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int loadCount,
                               const float* loadData, int supportCount, const float* supportData,
                               int numberOfLoadCases);
 
 /**
- * Scores one density field: the compliance, summed over the load cases. Smaller is stiffer.
+ * Scores one density field: the compliance, summed over the load cases. Among designs of densities
+ * near 0 and 1 a smaller one is stiffer, and at density 1 it is force times displacement. In
+ * between the stiffness is linear in the density while the score weighs each element's energy with
+ * the cube of its density, so partly filled designs score lower than they deserve.
  *
  * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null: the call fails
  * elementValues  nelx * nely floats in element order, written: each element's share of the
  *                compliance; null: not written
  *
- * Returns the compliance (force times displacement, in units of force squared per modulus and
- * thickness). When the plate cannot be solved (its supports leave it free to move, a record is
- * invalid) returns the largest float, 3.4028234663852886e38, with all element values 0; the next
- * call starts clean. Without a solver returns the same number and writes nothing.
+ * Returns the compliance, in units of force squared per modulus and thickness. When the plate
+ * cannot be solved (its supports leave it free to move, a record is invalid) returns the largest
+ * float, 3.4028234663852886e38, with all element values 0; the next call starts clean. Without a
+ * solver returns the same number and writes nothing.
  */
 VOXAM_API double _SolveVoxamGame(const float* densities, float* elementValues);
 
