@@ -27,7 +27,8 @@ Filter coneFilter(unsigned nx, unsigned ny, double radius, int before, int after
     const auto columns = static_cast<int>(nx);
     const auto rows = static_cast<int>(ny);
     const unsigned cells = nx * ny;
-    const size_t most = size_t{cells} * static_cast<size_t>(after * (before + after));
+    const size_t most =
+        size_t{cells} * static_cast<size_t>(after) * static_cast<size_t>(before + after);
     kmat::SparseColumnWriter all(cells, cells, kmat::SYMMETRIC_UPPER, most);
     kmat::SparseColumnWriter nonZero(cells, cells, kmat::SYMMETRIC_UPPER, most);
     for (int i2 = 0; i2 < columns; ++i2) {

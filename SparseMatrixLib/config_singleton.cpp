@@ -4,6 +4,12 @@
 
 #include <memory>
 
+// Null when the BLAS is not OpenBLAS.
+extern "C" {
+[[gnu::weak]] int openblas_get_num_threads();
+[[gnu::weak]] void openblas_set_num_threads(int count);
+}
+
 namespace kmat {
 
 namespace {
@@ -56,10 +62,16 @@ void errorHandler(int /*status*/, const char* /*file*/, int /*line*/, const char
     context().lastError = message ? message : "";
 }
 
-SingleThreadedCholmod::SingleThreadedCholmod() : hostsActiveLevels(omp_get_max_active_levels()) {
+SingleThreadedCholmod::SingleThreadedCholmod()
+    : hostsActiveLevels(omp_get_max_active_levels()),
+      hostsBlasThreads(openblas_get_num_threads ? openblas_get_num_threads() : 0) {
     omp_set_max_active_levels(0);
+    if (openblas_set_num_threads) openblas_set_num_threads(1);
 }
 
-SingleThreadedCholmod::~SingleThreadedCholmod() { omp_set_max_active_levels(hostsActiveLevels); }
+SingleThreadedCholmod::~SingleThreadedCholmod() {
+    omp_set_max_active_levels(hostsActiveLevels);
+    if (openblas_set_num_threads) openblas_set_num_threads(hostsBlasThreads);
+}
 
 }  // namespace kmat

@@ -34,9 +34,12 @@ public:
 /// caller of the CHOLMOD routine to decide.
 void errorHandler(int status, const char* file, int line, const char* message);
 
-/// While one of these lives, CHOLMOD's OpenMP loops on this thread run without a team. CHOLMOD
+/// While one of these lives, CHOLMOD computes on the calling thread alone: its OpenMP loops run
+/// without a team, and OpenBLAS, where it is the BLAS, without its threads. Left alone, CHOLMOD
 /// starts a fixed team whatever the machine has, which slows the factorisation of matrices of an
-/// interactive size two to three times on two cores. The host's own setting is restored.
+/// interactive size two to three times on two cores, and the threads of the BLAS make a frame's
+/// time depend on what else the machine does. The host's own settings are restored; that of
+/// OpenBLAS is one for the process, so meanwhile it holds for the host's other threads too.
 class SingleThreadedCholmod {
 public:
     SingleThreadedCholmod();
@@ -46,6 +49,7 @@ public:
 
 private:
     int hostsActiveLevels;
+    int hostsBlasThreads;
 };
 
 }  // namespace kmat

@@ -175,6 +175,11 @@ public:
     /// size: for small matrices.
     bool operator==(const SparseMatrix& B) const;
 
+    // Places where a debugging build of the layer may check; empty otherwise.
+    void assertValidIndex(unsigned /*row*/, unsigned /*column*/) const {}
+    void assertHasSparse() const {}
+    void assertValidInitAddValue(unsigned /*row*/, unsigned /*column*/) const {}
+
 private:
     friend class DenseMatrix;
     friend class Factor;
@@ -198,11 +203,6 @@ private:
     void scale(double scalar);
     void viewTriplet();
     void viewSparse();
-
-    // Checks of a debugging build of the layer; they are places to hook in, and empty.
-    void assertValidIndex(unsigned /*row*/, unsigned /*column*/) const {}
-    void assertHasSparse() const {}
-    void assertValidInitAddValue(unsigned /*row*/, unsigned /*column*/) const {}
 
     RecordPtr<cholmod_sparse> sparse;
     RecordPtr<cholmod_triplet> triplet;
