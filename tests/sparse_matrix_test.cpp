@@ -102,6 +102,7 @@ TEST(SparseMatrixTest, StatesFromSizedToMovedFrom) {
     swap(m, target);
     EXPECT_EQ(stored(m), (Entries{{1, 4, 7.0}}));
     EXPECT_EQ(m.getColumns(), 5U);
+    EXPECT_EQ(target.getValue(1, 0), 3.0);  // the mirror image: still symmetric
     m = std::move(target);
     SparseMatrix last(std::move(m));
     EXPECT_EQ(last.getRows(), 3U);

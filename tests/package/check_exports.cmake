@@ -1,5 +1,7 @@
 # The dynamic symbols of LIBRARY must be exactly the names in the file EXPORTS.
 
+cmake_minimum_required(VERSION 3.25)
+
 execute_process(COMMAND "${NM}" -D --defined-only --format=posix "${LIBRARY}"
     OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX REPLACE " [^\n]*\n" ";" found "${symbols}")

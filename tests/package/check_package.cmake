@@ -1,6 +1,8 @@
 # Installs BUILD_DIR to a scratch prefix, moves it, builds the example against it both ways that
 # the README names, and compares what the programs print with the expected text.
 
+cmake_minimum_required(VERSION 3.25)
+
 set(prefix "${SCRATCH_DIR}/moved")
 file(REMOVE_RECURSE "${SCRATCH_DIR}")
 file(MAKE_DIRECTORY "${SCRATCH_DIR}")

@@ -1,5 +1,7 @@
 # README must show the example program and its output exactly as they are in EXAMPLE_DIR.
 
+cmake_minimum_required(VERSION 3.25)
+
 file(READ "${README}" readme)
 foreach(block IN ITEMS "c score_plate.c" "text score_plate.txt")
     separate_arguments(block)
