@@ -29,9 +29,17 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
 #else
 
 #include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
 
 void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
-    tbb::parallel_for(size_t{0}, count, [=](size_t index) { task(context, index); });
+    // Isolated on both sides: a host that calls from within its own tasks, and cancels them, must not
+    // cancel these, nor may this thread take up the host's tasks while it waits for them.
+    tbb::this_task_arena::isolate([=] {
+        tbb::task_group_context independent(tbb::task_group_context::isolated);
+        tbb::parallel_for(
+            size_t{0}, count, [=](size_t index) { task(context, index); }, tbb::auto_partitioner(),
+            independent);
+    });
 }
 
 #endif

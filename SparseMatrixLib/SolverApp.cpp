@@ -1,5 +1,6 @@
 #include "SolverApp.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <stdexcept>
@@ -103,8 +104,10 @@ SolverApp::SolverApp(unsigned nelx, unsigned nely, unsigned subdivision, unsigne
       lambdaPrevious(0.0),
       HNonZero(emptyFilter()),
       HcoarseNonZero(emptyFilter()),
-      meshHNonZero(emptyFilter()) {
+      meshHNonZero(emptyFilter()),
+      coarseWork(undefinedVector(numberOfCoarseElements)) {
     if (!std::isfinite(volumeFraction)) throw std::invalid_argument("volume fraction not finite");
+    checkedProduct({static_cast<uint64_t>(std::max(numLoadCases, 0)), ndof});
     for (int k = 0; k < numLoadCases; ++k) {
         F.push_back(undefinedVector(ndof));
         U.push_back(undefinedVector(ndof));
@@ -121,7 +124,8 @@ void SolverApp::makeWorkSpace() {
     KEUpper.reserve(blocks * ELEMENT_UPPER_ENTRIES);
     for (size_t m = 0; m < blocks; ++m) {
         const double* matrix = KE.get() + m * ELEMENT_MATRIX_SIZE;
-        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) KEUpper.push_back(matrix[8 * k + l]);
+        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS)
+            KEUpper.push_back(matrix[ELEMENT_DOFS * k + l]);
     }
     power.resize(numberOfElements);
     powerLessOne.resize(numberOfElements);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <cstdint>
 #include <memory>
 #include <set>
 #include <string>
@@ -112,10 +112,11 @@ public:
     // --- SolverAppAnalysis.cpp ----------------------------------------------------------------
 
     /// Builds the loads, assembles, imposes the supports, factorises and solves every load case in
-    /// use into U. False when a record does not fit the plate or the factorisation or a solve
-    /// fails; U then keeps its values.
+    /// use into U. False when a record does not fit the plate or the factorisation fails, and U
+    /// then keeps its values, or when a solve fails, and U keeps those from that load case on.
     bool solveStateCHOL();
-    /// Compliance and its sensitivities, summed over the load cases in use.
+    /// Compliance and its sensitivities, summed over the load cases in use, of the densities that
+    /// the last solveStateCHOL() assembled.
     void setObjectivePlusSens();
     /// Relative excess of the volume of rhoPhys over volumeFraction.
     void computeConstraint();
@@ -171,7 +172,7 @@ public:
     static double clamp(double x, double lo1, double lo2, double hi1, double hi2);
 
 private:
-    friend class SolverAppInspector;
+    friend class SolverAppInspector;  // the tests and benchmarks look inside with it
 
     void continueVolumeFraction();
     void updatePhysicalDensities();
@@ -236,7 +237,7 @@ private:
     kmat::SparseMatrix meshH;
     kmat::DenseMatrix meshHs;
     kmat::DenseMatrix rhoNew;      ///< fine: result of the update, exchanged with rho
-    kmat::DenseMatrix fineWork;    ///< fine: scratch
+    kmat::DenseMatrix fineWork;    ///< fine: nothing reads or writes it
     double rminBlob;               ///< radius of the blob's filter in coarse elements
     double circleInterfaceSize;    ///< interface of a disc of the blob's area, in elements
     double objectivePrevious;      ///< compliance of the last blob step
@@ -287,9 +288,13 @@ private:
     std::string message;    ///< error text for the host; suppresses the picture
 
     // Work space of the iterations, made once.
-    kmat::SparseMatrix HNonZero;  ///< the filters without their explicit zeros, for the products
+    //
+    // The filters without their explicit zeros serve the products. A zero would only make a
+    // difference by spreading a value that is no number to cells that it does not concern.
+    kmat::SparseMatrix HNonZero;
     kmat::SparseMatrix HcoarseNonZero;
     kmat::SparseMatrix meshHNonZero;
+    kmat::DenseMatrix coarseWork;
     std::vector<double> KEUpper;  ///< upper triangles of KE's blocks, in ELEMENT_UPPER_PAIRS order
     std::vector<ElementEntries> elementEntries;  ///< coarse: where K holds each upper triangle
     std::vector<double> power;                   ///< fine: rhoPhys ^ penalty at the last assembly

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "SolverApp.h"
@@ -18,6 +19,8 @@ struct Filter {
     SparseMatrix nonZero;
 };
 
+Filter emptyFilter() { return {SparseMatrix(0, 0, true, 0), SparseMatrix(0, 0, true, 0)}; }
+
 // Weights of a grid of nx x ny cells, upper triangle. Each cell is paired with the cells of its own
 // and the following columns, in rows from `before` rows back up to but excluding `after` rows
 // ahead, and as many columns ahead. Weights of 0 in this neighbourhood are stored.
@@ -27,10 +30,9 @@ Filter coneFilter(unsigned nx, unsigned ny, double radius, int before, int after
     const auto columns = static_cast<int>(nx);
     const auto rows = static_cast<int>(ny);
     const unsigned cells = nx * ny;
-    const size_t most =
-        size_t{cells} * static_cast<size_t>(after) * static_cast<size_t>(before + after);
-    kmat::SparseColumnWriter all(cells, cells, kmat::SYMMETRIC_UPPER, most);
-    kmat::SparseColumnWriter nonZero(cells, cells, kmat::SYMMETRIC_UPPER, most);
+    const auto neighbours = size_t{1} * std::min(after, columns) * std::min(before + after, rows);
+    kmat::SparseColumnWriter all(cells, cells, kmat::SYMMETRIC_UPPER, cells * neighbours);
+    kmat::SparseColumnWriter nonZero(cells, cells, kmat::SYMMETRIC_UPPER, cells * neighbours);
     for (int i2 = 0; i2 < columns; ++i2) {
         for (int j2 = 0; j2 < rows; ++j2) {
             for (int i1 = std::max(i2 - after + 1, 0); i1 <= i2; ++i1) {
@@ -52,17 +54,21 @@ Filter coneFilter(unsigned nx, unsigned ny, double radius, int before, int after
 
 // Deliberately lopsided: from R + 1 cells back to R - 1 cells ahead.
 Filter lopsidedConeFilter(unsigned nx, unsigned ny, double radius) {
+    if (nx == 0 || ny == 0) return emptyFilter();
     const int R = static_cast<int>(std::ceil(radius));
     return coneFilter(nx, ny, radius, R + 1, R);
 }
 
 Filter symmetricConeFilter(unsigned nx, unsigned ny, double radius) {
+    if (nx == 0 || ny == 0) return emptyFilter();
     const int R = static_cast<int>(std::floor(radius));
     return coneFilter(nx, ny, radius, R, R + 1);
 }
 
 DenseMatrix rowSums(const SparseMatrix& weights) {
-    return weights * DenseMatrix(weights.getRows(), 1, 1.0);
+    DenseMatrix sums = weights * DenseMatrix(weights.getRows(), 1, 1.0);
+    if (sums.getRows() != weights.getRows()) throw std::bad_alloc();
+    return sums;
 }
 
 // The first `count` cells share the largest of their row sums, so that with one fine cell per
@@ -116,14 +122,15 @@ void SolverApp::filterSensitivities() {
     dc.elemMultiply(rho);
     HNonZero.multiply(false, 1.0, 0.0, dc, dcFiltered);
     dcFiltered.elemDivide(Hs, dc);
-    // No guard on the density: it is 0 only in passive void cells, whose value is never used.
+    // No guard on the density: it is 0 only in passive void cells. One that is set free brings a
+    // value that is no number, and the update knows how to deal with it.
     dc.elemDivide(rho);
 }
 
 void SolverApp::filterBlobSensitivities() {
     if (useDensityFilter) return;
     constexpr double leastWeight = 0.001;
-    DenseMatrix w(numberOfCoarseElements, 1, 0.0);
+    DenseMatrix& w = coarseWork;
     for (unsigned i = 0; i < numberOfCoarseElements; ++i) {
         w(i, 0) = std::max(leastWeight, 1.0 - blobMask(i, 0));
     }
@@ -137,9 +144,8 @@ void SolverApp::filterBlobDensities(int mode) {
     if (mode != 0 && mode != 2) return;
     const DenseMatrix& mask = mode == 0 ? blobMask : circleMask;
     DenseMatrix& filtered = mode == 0 ? blobMaskFiltered : circleMaskFiltered;
-    DenseMatrix normalised = mask.copy();
-    normalised.elemDivide(blobHs);
-    blobH.multiply(false, 1.0, 0.0, normalised, filtered);
+    mask.elemDivide(blobHs, coarseWork);
+    blobH.multiply(false, 1.0, 0.0, coarseWork, filtered);
 }
 
 void SolverApp::densityFilterWithModifiedRadius() {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "SolverApp.h"
 
@@ -7,17 +8,21 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
                                const std::vector<TopologyOptimizationComponentData>& supports,
                                float volumeFraction, const short* passiveData, int loadCaseCount,
                                const signed char* loadCaseIndices, const short* blobData) {
-    this->loads = loads;
-    this->supports = supports;
+    // What can fail for want of memory comes first: then nothing has changed.
+    auto newLoads = loads;
+    auto newSupports = supports;
+    std::set<int> newLoadCases;
+    for (int k = 0; loadCaseIndices && k < loadCaseCount; ++k) {
+        const int lc = loadCaseIndices[k];
+        if (lc >= 0 && lc < numLoadCases) newLoadCases.insert(lc);
+    }
+
+    this->loads = std::move(newLoads);
+    this->supports = std::move(newSupports);
+    loadCases = std::move(newLoadCases);
     targetVolumeFraction = volumeFraction;
     passiveBlock.update(passiveData);
     movementChanged = true;
-
-    loadCases.clear();
-    for (int k = 0; loadCaseIndices && k < loadCaseCount; ++k) {
-        const int lc = loadCaseIndices[k];
-        if (lc >= 0 && lc < numLoadCases) loadCases.insert(lc);
-    }
 
     setBlob(blobData);
     for (unsigned i = 0; i < numberOfElements; ++i) {

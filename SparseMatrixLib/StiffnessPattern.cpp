@@ -18,14 +18,15 @@ void forEachElement(unsigned nelx, unsigned nely, const Visit& visit) {
 
 std::vector<ElementEntries> buildStiffnessPattern(kmat::SparseMatrix& K, unsigned nelx,
                                                   unsigned nely) {
-    K.reserveTriplets(clampedCapacity({nelx, nely, ELEMENT_UPPER_ENTRIES}));
+    std::vector<ElementEntries> entries(size_t{nelx} * nely);
+    K = kmat::SparseMatrix(K.getRows(), K.getColumns(), true,
+                           clampedCapacity({nelx, nely, ELEMENT_UPPER_ENTRIES}));
+    if (!entries.empty() && !K.allocateTriplets()) throw std::bad_alloc();
     forEachElement(nelx, nely, [&](unsigned, const ElementDofs& dof) {
         for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) K.getValue(dof[k], dof[l]);
     });
     K.build();
     if (!K.getValues()) throw std::bad_alloc();
-
-    std::vector<ElementEntries> entries(size_t{nelx} * nely);
     forEachElement(nelx, nely, [&](unsigned element, const ElementDofs& dof) {
         int* entry = entries[element].data();
         for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) *entry++ = K.find(dof[k], dof[l]);

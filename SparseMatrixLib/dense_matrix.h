@@ -98,8 +98,8 @@ public:
     void inverse();
 
     /// The sum of the products along the falling diagonals less those along the rising ones. For up
-    /// to 3 x 3 this is the determinant; beyond, deliberately, it is not. Uses the leading
-    /// getColumns() rows; NaN when there are fewer, 0.0 for an empty matrix.
+    /// to 3 x 3 this is the determinant; beyond, deliberately, it is not. 0.0 for an empty
+    /// matrix, NaN for one with fewer rows than columns; with more rows it makes no sense.
     double determinant() const;
 
     DenseMatrix& operator+=(const DenseMatrix& RHS);

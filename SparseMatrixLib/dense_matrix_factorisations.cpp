@@ -21,6 +21,10 @@ namespace kmat {
 
 namespace {
 
+int clampedInt(size_t value) {
+    return static_cast<int>(std::min<size_t>(value, std::numeric_limits<int>::max()));
+}
+
 void recordLapackFailure(int info) {
     const std::string number = std::to_string(-info);
     if (info < 0) {
@@ -32,9 +36,9 @@ void recordLapackFailure(int info) {
     }
 }
 
-// Reported without calling LAPACK, which would read past the end of the array,
+// What LAPACK would report, without calling it: with too few columns it reads past the end of the
+// array, and with too few rows some of its builds stop the process.
 constexpr int TOO_FEW_COLUMNS = -3;
-// or which, in some builds, stops the process.
 constexpr int TOO_FEW_ROWS = -4;
 
 DenseMatrix solveInPlace(DenseMatrix& A, DenseMatrix&& B) {
@@ -61,7 +65,7 @@ void DenseMatrix::inverse() {
     if (nrow > ncol) return recordLapackFailure(TOO_FEW_COLUMNS);
     if (nrow == 0) return;
     const int n = static_cast<int>(nrow);
-    const int workspaceLength = n * n;
+    const int workspaceLength = clampedInt(size_t{nrow} * nrow);
     std::vector<int> pivots(nrow + 1);
     std::vector<double> workspace(size_t{nrow} * nrow);
     int info = 0;

@@ -111,9 +111,6 @@ public:
     /// built.
     bool allocateTriplets();
 
-    /// Makes room for `count` triplets before the first one is added.
-    void reserveTriplets(int count) { tripletCapacity = std::max(tripletCapacity, count); }
-
     /// Enlarges the triplet list by half, rounded up. When memory does not suffice the list stays.
     void increaseTripletCapacity();
 

@@ -94,7 +94,8 @@ typedef struct RuntimeStat {
  *                              the blob are given on it
  * subdivision     fine cells per element edge, 1 or more: the design has this much more detail
  * meshFactor      picture cells per fine cell edge, 1 or more
- * volumeFraction  material of the starting design, 0 to 1
+ * volumeFraction  material of the starting design, above 0 and up to 1. It changes by factors, so a
+ *                 design that starts at 0 never leaves it
  * numLoadCases    independent force vectors that may be used
  * restartId       any number
  *
@@ -115,11 +116,16 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
 
 /**
  * Sends all settings to the optimiser, any time between iterations. The design is kept, and an
- * error text is withdrawn. Without an optimiser does nothing.
+ * error text is withdrawn. Without an optimiser, or without the memory to copy the records, does
+ * nothing.
+ *
+ * PASSIVE AND BLOB CELLS COME TO LIE WHERE THEY ARE GIVEN ONLY WHEN meshFactor EQUALS subdivision.
+ * Otherwise the design takes them for cells of other columns.
  *
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
- * volumeFraction   material to use, 0 to 1; the design follows by at most 5 % per iteration
+ * volumeFraction   material to use, above 0 and up to 1; the design follows by at most 5 % per
+ *                  iteration (infinitely long, if the number is not finite)
  * passiveData      fixed elements, or null for none: three counts V, S, T, then V pairs (x, y) of
  *                  elements that stay void, S that stay solid, T that stay solid of a second kind:
  *                  3 + 2 * (V + S + T) shorts; a negative count is 0. An element outside the grid
@@ -151,7 +157,8 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * Returns the compliance of the design that the iteration started from. When something is wrong
  * with the problem the buffer gets a text, the picture is not touched, and each further iteration
  * repeats the text until _UpdateVoxamApp is called:
- *   "Change load / support"             the plate cannot be solved; returns the last compliance
+ *   "Change load / support"             the plate cannot be solved; returns the last compliance,
+ *                                       0 if there was none
  *   "Change load/support"               the structure is not held; returns -1.0
  *   "Load cannot be on top of support"  the loads do no work; returns -1.0
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
@@ -165,7 +172,8 @@ VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float*
  * material is least useful.
  *
  * blobResult     textureWidth * textureHeight ints, row by row from the top: 1 in the blob, else 0;
- *                written by each call that finds an optimiser; may be null
+ *                written by each call that finds an optimiser and does not fail for want of memory;
+ *                may be null
  */
 VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer, float* output,
                                           double* change, RuntimeStat* stat, int* blobResult,
@@ -218,6 +226,18 @@ VOXAM_API double _SolveVoxamGame(const float* densities, float* elementValues);
 
 /** Releases the game solver. Without one it does nothing. */
 VOXAM_API void _DestroyVoxamGame(void);
+
+/* ------------------------------------------------------------------------------------------------
+ * Performance test
+ * --------------------------------------------------------------------------------------------- */
+
+/**
+ * Times four ways of assembling the stiffness matrix on five plates and prints one table for each on
+ * standard output: a line per way, and in it for 1, 2, 4 and 8 assemblies the total time and, in
+ * parentheses, the part that built the pattern, in milliseconds. Takes a second or so, and keeps a
+ * few kilobytes of memory for good. Needs no solver and touches none.
+ */
+VOXAM_API void _VoxamPerformanceTest(void);
 
 #ifdef __cplusplus
 /**
