@@ -156,4 +156,26 @@ inline Records tension(int nelx, int nely, float stress) {
     return loads;
 }
 
+/// What a host sends to the optimiser in one update.
+struct Settings {
+    Records loads;
+    Records supports;
+    float volumeFraction = 0.5F;
+    std::vector<short> passive = {0, 0, 0};
+    std::vector<char> loadCases = {0};
+    std::vector<short> blob = {0};
+};
+
+/// A plate whose left edge is held, pulled down in the middle of the right edge.
+inline Settings cantilever(int nelx, int nely) {
+    Settings settings;
+    for (int y = 0; y <= nely; ++y) {
+        for (const float direction : {0.0F, 1.0F}) {
+            settings.supports.add(0, static_cast<float>(y), direction);
+        }
+    }
+    settings.loads.add(static_cast<float>(nelx), static_cast<float>(nely / 2), 0, 1);
+    return settings;
+}
+
 }  // namespace test
