@@ -1,0 +1,44 @@
+// Runs the benchmarks. Takes --quick, and the options of Google Benchmark that start with
+// --benchmark_; its JSON is what --benchmark_out=FILE writes.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "suite.h"
+#include "table.h"
+#include "voxam.h"
+
+namespace {
+
+// Removes --quick from the arguments and says whether it was there.
+bool takeQuick(int& argc, char** argv) {
+    char** const end = std::remove(argv + 1, argv + argc, std::string_view("--quick"));
+    const bool found = end != argv + argc;
+    argc = static_cast<int>(end - argv);
+    return found;
+}
+
+// The library's banners, before the first table.
+void printBanners() {
+    _InitVoxamApp(1, 1, 1, 1, 0.5F, 1, 0);
+    _DestroyVoxamApp();
+    _InitVoxamGame(1, 1, 1, 1, 0, nullptr, 0, nullptr, 1);
+    _DestroyVoxamGame();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Suite suite(takeQuick(argc, argv));
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+    addAppBenchmarks(suite);
+    addGameBenchmarks(suite);
+    addAssemblyBenchmarks(suite);
+    printBanners();
+    TableReporter table(suite.getSections());
+    const size_t count = benchmark::RunSpecifiedBenchmarks(&table);
+    benchmark::Shutdown();
+    return count == 0 || table.hasFailures() ? 1 : 0;
+}
