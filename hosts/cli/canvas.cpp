@@ -72,9 +72,16 @@ void Canvas::frame(Point corner, double width, double height, const Colour& colo
 }
 
 void Canvas::line(Point from, Point to, const Colour& colour, double thickness) {
+    lines({{from, to}}, colour, thickness);
+}
+
+void Canvas::lines(const std::vector<std::array<Point, 2>>& ends, const Colour& colour,
+                   double thickness) {
     cairo_new_path(context.get());
-    cairo_move_to(context.get(), from.x, from.y);
-    cairo_line_to(context.get(), to.x, to.y);
+    for (const auto& [from, to] : ends) {
+        cairo_move_to(context.get(), from.x, from.y);
+        cairo_line_to(context.get(), to.x, to.y);
+    }
     strokePath(colour, thickness);
 }
 

@@ -33,6 +33,9 @@ public:
     /// A rectangle's outline, one pixel wide, just outside it.
     void frame(Point corner, double width, double height, const Colour& colour);
     void line(Point from, Point to, const Colour& colour, double thickness);
+    /// Separate lines of one colour.
+    void lines(const std::vector<std::array<Point, 2>>& ends, const Colour& colour,
+               double thickness);
 
     /// Filled shapes with a white rim that sets them off from whatever lies beneath.
     void polygon(const std::vector<Point>& corners, const Colour& colour);

@@ -140,6 +140,18 @@ double JsonValue::number(double from, double to) const {
     return number;
 }
 
+Range JsonValue::range(int last, const std::string& note) const {
+    if (!value->is_array()) {
+        const int only = integer(0, last, note);
+        return {only, only};
+    }
+    const auto ends = elements("a range");
+    if (ends.size() != 2) fail("a range has two numbers, [from, to]");
+    const Range range{ends[0].integer(0, last, note), ends[1].integer(0, last, note)};
+    if (range.from > range.to) fail("the range runs backwards, expected [from, to]");
+    return range;
+}
+
 std::string JsonValue::text() const {
     expect(value->is_string(), "a text");
     return value->get<std::string>();

@@ -11,6 +11,14 @@
 /// or has the same key twice in one object.
 nlohmann::json readJsonFile(const std::filesystem::path& file);
 
+/// Inclusive range of node or element coordinates; a single one has from == to.
+struct Range {
+    int from = 0;
+    int to = 0;
+
+    int count() const { return to - from + 1; }
+};
+
 /// A value of a JSON document together with the file it comes from and its place there, such as
 /// loads[2].x. Every reader checks the type and the range, and throws InputError naming both.
 /// The document must outlive the value.
@@ -33,6 +41,8 @@ public:
     /// `note` follows the range in the error, to tell where the range comes from.
     int integer(int from, int to, const std::string& note = "") const;
     double number(double from, double to) const;
+    /// A whole number from 0 to `last`, or [from, to] of two such numbers.
+    Range range(int last, const std::string& note) const;
     std::string text() const;
 
 private:

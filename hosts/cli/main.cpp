@@ -1,10 +1,14 @@
+#include <voxam.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <string>
 
 #include "input_error.h"
+#include "optimise_command.h"
 #include "picture.h"
+#include "scene.h"
 #include "score_command.h"
 
 namespace {
@@ -44,6 +48,62 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
     return score;
 }
 
+CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
+    CLI::App* optimise = app.add_subcommand(
+        "optimise", "Find the stiffest design for a scene and an amount of material");
+    optimise
+        ->add_option("scene", options.scene, "Scene file: grid, loads, supports and volumeFraction")
+        ->type_name("SCENE.json")
+        ->required();
+    optimise
+        ->add_option("--iterations", options.iterations,
+                     "How many iterations to run\n(default: what the scene says, or else 100)")
+        ->type_name("N")
+        ->check(CLI::Range(1, Scene::maxIterations));
+    optimise
+        ->add_option("--until", options.until,
+                     "Stop when no density changes by as much as this in an iteration; not in\n"
+                     "the first 20 iterations, and not before all changes of the timeline and\n"
+                     "20 iterations more")
+        ->type_name("CHANGE")
+        ->check(CLI::PositiveNumber);
+    optimise->add_option("--picture", options.picture, "Draw the last design")
+        ->type_name("OUT.png");
+    optimise
+        ->add_option("--frames", options.frames,
+                     "Draw the design after each iteration: frame-0001.png and so on in this\n"
+                     "directory, which is made when needed")
+        ->type_name("DIR");
+    optimise
+        ->add_option("--history", options.history,
+                     "Write a line for each iteration, as it ends: compliance, volume, change\n"
+                     "and all timings in milliseconds")
+        ->type_name("OUT.csv");
+    optimise->add_flag("--blob", options.movesBlob,
+                       "Let the blob of the scene move to where material is least useful");
+    optimise->footer(
+        "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with picture and\n"
+        "summary; the second one ends it at once.\n"
+        "Exit status:\n"
+        "  0  optimised\n"
+        "  1  the library could not go on: one line on standard error tells the iteration and\n"
+        "     why, and the picture shows the last design, if there was one. A text that is\n"
+        "     followed by a change of the timeline does not end the run.\n"
+        "  2  an error in the scene, the options or a file; one line on standard error tells\n"
+        "     which\n"
+        "  130, 143  ended by SIGINT, SIGTERM\n");
+    return optimise;
+}
+
+CLI::App* addPerformance(CLI::App& app) {
+    CLI::App* performance = app.add_subcommand(
+        "performance", "Time four ways of assembling the equations, on plates of five sizes");
+    performance->footer(
+        "Prints a table for each plate: a line per way, and in it for 1, 2, 4 and 8 assemblies\n"
+        "the milliseconds in all and, in parentheses, those that built the sparsity pattern.\n");
+    return performance;
+}
+
 int run(int argc, char** argv) {
     CLI::App app("Voxam: topology optimisation of plates from the command line.", "voxam");
     app.set_version_flag("--version", "voxam " VOXAM_CLI_VERSION);
@@ -51,6 +111,9 @@ int run(int argc, char** argv) {
 
     ScoreOptions scoreOptions;
     const CLI::App* score = addScore(app, scoreOptions);
+    OptimiseOptions optimiseOptions;
+    const CLI::App* optimise = addOptimise(app, optimiseOptions);
+    const CLI::App* performance = addPerformance(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -58,6 +121,11 @@ int run(int argc, char** argv) {
         return report(std::string(error.what()) + " (voxam --help tells the usage)");
     }
     if (score->parsed()) return runScore(scoreOptions);
+    if (optimise->parsed()) return runOptimise(optimiseOptions);
+    if (performance->parsed()) {
+        _VoxamPerformanceTest();
+        return 0;
+    }
     return report("a command is required, such as score (voxam --help tells the usage)");
 }
 

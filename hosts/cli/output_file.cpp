@@ -80,3 +80,10 @@ void writeFile(const fs::path& target, const std::vector<std::uint8_t>& bytes) {
     errno = 0;
     if (!temporary.write(bytes) || !temporary.moveTo(file)) fail(target, std::strerror(errno));
 }
+
+void createDirectory(const fs::path& directory) {
+    std::error_code error;
+    fs::create_directory(directory, error);
+    if (error) fail(directory, error.message());
+    if (access(directory.c_str(), W_OK | X_OK) != 0) fail(directory, std::strerror(errno));
+}

@@ -12,3 +12,6 @@ void checkOutput(const std::filesystem::path& target,
 /// Writes a file whole or not at all: the bytes go to a temporary file in the same directory that
 /// takes the target's name when complete. Throws InputError when that fails.
 void writeFile(const std::filesystem::path& target, const std::vector<std::uint8_t>& bytes);
+
+/// Makes sure that there is a directory to write files to, whose parent exists. Throws InputError.
+void createDirectory(const std::filesystem::path& directory);

@@ -22,6 +22,13 @@ constexpr Colour supportColour = {0.25, 0.35, 0.4};
 constexpr std::array<Colour, 4> loadColours = {
     {{0.05, 0.35, 0.75}, {0.0, 0.55, 0.45}, {0.45, 0.2, 0.7}, {0.0, 0.55, 0.75}}};
 
+constexpr Colour blobColour = {0.35, 0.65, 0.92};
+constexpr double blobShare = 0.55;
+// A light and a dark one would each be lost on some of the material; these show on all of it.
+constexpr std::array<Colour, 3> passiveColours = {
+    {{0.9, 0.5, 0.05}, {0.15, 0.65, 0.25}, {0.8, 0.25, 0.6}}};
+constexpr double outlineThickness = 2;
+
 constexpr double longestArrow = 44;
 constexpr double longestArrowOfRow = 32;
 constexpr double shortestArrow = 20;
@@ -42,13 +49,18 @@ public:
           width(std::max(scale * scene.width + 2 * pictureMargin, minPictureWidth)),
           height(pictureHeader + scale * scene.height + 2 * pictureMargin + pictureLegend),
           plate{double((width - scale * scene.width) / 2), pictureHeader + pictureMargin},
-          canvas(width, height) {
+          canvas(width, height),
+          blob(scene.width, scene.height) {
         if (content.energies) energyScale.emplace(*content.energies, content.material);
+        for (const Cell& cell : scene.blob) blob.at(cell.x, cell.y) = 1;
     }
 
     RgbImage draw() {
         drawHeader();
         drawPlate();
+        drawPassive(scene.passive.voids, passiveColours[0]);
+        drawPassive(scene.passive.solids, passiveColours[1]);
+        drawPassive(scene.passive.secondSolids, passiveColours[2]);
         for (const Support& support : scene.supports) drawSupport(support);
         for (const Load& load : scene.loads) drawLoad(load);
         drawLegend();
@@ -64,7 +76,11 @@ private:
 
     Colour colourOfCell(int x, int y) const {
         const double density = std::clamp(content.material.at(x, y), 0.0f, 1.0f);
-        return mix(voidColour, energyScale ? energyColour(x, y) : solidGrey, density);
+        const Colour colour =
+            mix(voidColour, energyScale ? energyColour(x, y) : solidGrey, density);
+        const bool inBlob = blob.at(x * blob.width / content.material.width,
+                                    y * blob.height / content.material.height) > 0;
+        return inBlob ? mix(colour, blobColour, blobShare) : colour;
     }
 
     Colour energyColour(int x, int y) const {
@@ -88,16 +104,33 @@ private:
         return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
     }
 
+    /// Lines where an element of the list borders on one that is not in it, or on nothing.
+    void drawPassive(const Cells& cells, const Colour& colour) {
+        if (cells.empty()) return;
+        Field inside(scene.width + 2, scene.height + 2);
+        for (const Cell& cell : cells) inside.at(cell.x + 1, cell.y + 1) = 1;
+        std::vector<std::array<Point, 2>> border;
+        for (const auto& [x, y] : cells) {
+            if (inside.at(x, y + 1) == 0) border.push_back({position(x, y), position(x, y + 1)});
+            if (inside.at(x + 2, y + 1) == 0)
+                border.push_back({position(x + 1, y), position(x + 1, y + 1)});
+            if (inside.at(x + 1, y) == 0) border.push_back({position(x, y), position(x + 1, y)});
+            if (inside.at(x + 1, y + 2) == 0)
+                border.push_back({position(x, y + 1), position(x + 1, y + 1)});
+        }
+        canvas.lines(border, colour, outlineThickness);
+    }
+
     /// Places on the nodes of a rectangle for a symbol each: its corners and, evenly between them,
     /// as many as stay `spacing` pixels apart.
     template <typename Visit>
-    void forSpacedPlaces(const NodeRange& columns, const NodeRange& rows, double spacing,
+    void forSpacedPlaces(const Range& columns, const Range& rows, double spacing,
                          Visit visit) const {
-        const auto intervals = [&](const NodeRange& range) {
+        const auto intervals = [&](const Range& range) {
             const int all = range.to - range.from;
             return std::min(all, std::max(1, int(all * scale / spacing)));
         };
-        const auto place = [](const NodeRange& range, int step, int of) {
+        const auto place = [](const Range& range, int step, int of) {
             return range.from + double(range.to - range.from) * step / std::max(1, of);
         };
         const int across = intervals(columns);
@@ -220,7 +253,8 @@ private:
 
     void drawSymbolKey(Point corner) {
         double x = corner.x;
-        const double y = corner.y + 15;
+        const bool hasAreas = !scene.passive.empty() || !scene.blob.empty();
+        const double y = corner.y + (hasAreas ? 3 : 15);
         supportSymbol({x + 7, y - 8}, {0, 1}, false);
         canvas.text("held", {x + 20, y + 4}, 12, ink);
         supportSymbol({x + 65, y - 8}, {0, 1}, true);
@@ -232,8 +266,24 @@ private:
             const std::string number = scene.loadCases > 1 ? std::to_string(loadCase) : "";
             const std::string label = loadCase == 0 ? caption + " " + number : number;
             canvas.text(label, {x + 27, y + 31}, 12, ink);
-            x += 27 + canvas.textWidth(label, 12) + 10;
+            x += 27 + canvas.textWidth(label, 12) + 5;
         }
+        drawAreaKey({corner.x, y + 43});
+    }
+
+    void drawAreaKey(Point corner) {
+        const auto entry = [&](bool present, const char* label, const Colour& colour, bool filled) {
+            if (!present) return;
+            const Colour inner = filled ? mix(voidColour, colour, blobShare) : voidColour;
+            canvas.cells(corner, 11, 11, 1, 1, [&](int, int) { return inner; });
+            canvas.frame(corner, 11, 11, filled ? faintInk : colour);
+            canvas.text(label, corner + Point{17, 10}, 12, ink);
+            corner.x += 17 + canvas.textWidth(label, 12) + 10;
+        };
+        entry(!scene.passive.voids.empty(), "kept void", passiveColours[0], false);
+        entry(!scene.passive.solids.empty(), "solid", passiveColours[1], false);
+        entry(!scene.passive.secondSolids.empty(), "solid 2", passiveColours[2], false);
+        entry(!scene.blob.empty(), "blob", blobColour, true);
     }
 
     static constexpr double left = 20;
@@ -247,6 +297,7 @@ private:
     int height;
     Point plate;
     Canvas canvas;
+    Field blob;  // 1 in the blob
     std::optional<EnergyScale> energyScale;
 };
 
@@ -261,6 +312,12 @@ int largestScale(const Scene& scene, double sideways, double upright) {
 
 int defaultPictureScale(const Scene& scene) {
     return largestScale(scene, comfortableSide, 1.2 * comfortableSide);
+}
+
+int refinedPictureScale(const Scene& scene, int refinement) {
+    const int plain = defaultPictureScale(scene);
+    const int refined = std::max(1, (plain + refinement / 2) / refinement) * refinement;
+    return refined <= largestScale(scene, maxPictureSide, maxPictureSide) ? refined : plain;
 }
 
 void checkPictureScale(const Scene& scene, int scale) {

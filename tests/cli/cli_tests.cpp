@@ -1,15 +1,8 @@
 // The command line program: what it reads, draws and writes, in process, and what a user sees of
 // it, by running it.
-#include <gtest/gtest.h>
-#include <stdlib.h>
-#include <sys/wait.h>
-
-#include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 
+#include "cli_fixture.h"
 #include "energy_scale.h"
 #include "input_error.h"
 #include "output_file.h"
@@ -17,22 +10,7 @@
 #include "png_image.h"
 #include "scene.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-const fs::path scenes = VOXAM_SCENES;
-
-std::string contents(const fs::path& file) {
-    std::ifstream stream(file);
-    return (std::ostringstream() << stream.rdbuf()).str();
-}
-
-struct Outcome {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
 
 /// A bar of one row of elements, held at the left and pulled at the right: its loads, its densities
 /// and whatever else a test wants to say.
@@ -42,52 +20,6 @@ std::string bar(const std::string& densities, const std::string& more = "",
            R"({"x": 0, "y": 0, "fix": "y"}], "loads": )" +
            loads + (densities.empty() ? "" : ", \"densities\": " + densities) + more + "}";
 }
-
-class Cli : public testing::Test {
-protected:
-    Cli() { fs::create_directory(work); }
-    ~Cli() override { fs::remove_all(directory); }
-
-    fs::path write(const std::string& name, const std::string& text) const {
-        std::ofstream(directory / name) << text;
-        return directory / name;
-    }
-
-    /// Runs the program with the scene directory as its working directory.
-    Outcome run(const std::string& arguments, const std::string& before = "") const {
-        const fs::path out = work / "out";
-        const fs::path err = work / "err";
-        const std::string command = "cd " + directory.string() + " && { " + before + " " +
-                                    VOXAM_PROGRAM + " " + arguments + "; } >" + out.string() +
-                                    " 2>" + err.string();
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out), contents(err)};
-    }
-
-    /// Names of everything that lies beside the scenes.
-    std::vector<std::string> files() const {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(directory))
-            if (entry.path() != work) names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-    void expectError(const Outcome& outcome, const std::string& text) const {
-        EXPECT_EQ(outcome.status, 2);
-        EXPECT_EQ(outcome.err.rfind("voxam: ", 0), 0u) << outcome.err;
-        EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
-        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
-    }
-
-    static fs::path newDirectory() {
-        std::string name = (fs::temp_directory_path() / "voxam-cli-XXXXXX").string();
-        return mkdtemp(name.data());
-    }
-
-    fs::path directory = newDirectory();
-    fs::path work = directory / "work";
-};
 
 TEST_F(Cli, sharesALoadAmongItsNodesAndSplitsSupportsIntoDirections) {
     const auto scene =
@@ -210,6 +142,7 @@ TEST_F(Cli, scoresAndDrawsTheShippedScenes) {
         SCOPED_TRACE(entry.path().filename());
         const Scene scene = readScene(entry.path());
         EXPECT_FALSE(scene.description.empty());
+        if (!scene.densities) continue;
         const bool supported = entry.path().stem() != "unsupported";
         const Outcome outcome =
             run("score " + entry.path().string() + " --picture p.png --scale 8");
@@ -331,8 +264,10 @@ TEST_F(Cli, explainsItself) {
     const struct {
         const char* arguments;
         const char* text;
-    } cases[] = {
-        {"--help", "score"}, {"score --help", "1  not supported"}, {"--version", "voxam 1."}};
+    } cases[] = {{"--help", "score"},
+                 {"score --help", "1  not supported"},
+                 {"optimise --help", "130, 143  ended by"},
+                 {"--version", "voxam 1."}};
     for (const auto& [arguments, text] : cases) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.status, 0);

@@ -1,0 +1,35 @@
+#include "drawing.h"
+
+namespace {
+
+void checkSize(const JsonValue& value, std::size_t found, int expected, const std::string& what,
+               const std::string& key) {
+    if (found != static_cast<std::size_t>(expected))
+        value.fail(std::to_string(found) + " " + what + ", expected " + std::to_string(expected) +
+                   " (grid." + key + ")");
+}
+
+}  // namespace
+
+std::vector<JsonValue> drawingRows(const JsonValue& value, int height, const std::string& what) {
+    auto rows = value.elements(what);
+    checkSize(value, rows.size(), height, "rows", "height");
+    return rows;
+}
+
+void checkDrawingRow(const JsonValue& row, std::size_t found, int width, const std::string& what) {
+    checkSize(row, found, width, what, "width");
+}
+
+std::string drawingRow(const JsonValue& row, int width) {
+    auto characters = row.text();
+    checkDrawingRow(row, characters.size(), width, "characters");
+    return characters;
+}
+
+void failAtCharacter(const JsonValue& row, int x, char character, const std::string& expected) {
+    const bool printable = character > ' ' && character <= '~';
+    row.fail("column " + std::to_string(x) + " holds " +
+             (printable ? "'" + std::string(1, character) + "'" : "another character") +
+             ", expected " + expected);
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+/// From now on the first SIGINT or SIGTERM is only remembered; the next one ends the process at
+/// once, as usual.
+void watchForInterruption();
+
+/// The signal that came, or 0.
+int interruption();

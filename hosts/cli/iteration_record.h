@@ -1,0 +1,12 @@
+#pragma once
+
+#include <voxam.h>
+
+/// What is told about an iteration.
+struct IterationRecord {
+    int iteration = 0;      ///< from 1
+    double compliance = 0;  ///< of the design before the iteration
+    double volume = 0;      ///< mean density of the picture, 0 to 1
+    double change = 0;      ///< largest change of a density
+    RuntimeStat times = {};
+};

@@ -1,0 +1,67 @@
+#include "optimiser.h"
+
+#include <array>
+#include <stdexcept>
+
+Optimiser::Optimiser(const Scene& scene) : width(scene.width), height(scene.height) {
+    start(scene);
+}
+
+void Optimiser::start(const Scene& scene) {
+    refinement = scene.subdivision * scene.meshFactor;
+    const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    picture.assign(cells * static_cast<std::size_t>(refinement * refinement), 1);
+    blobMask.assign(cells, 0);
+    _InitVoxamApp(width, height, scene.subdivision, scene.meshFactor,
+                  static_cast<float>(scene.volumeFraction), scene.loadCases, restartId);
+    update(scene);
+}
+
+void Optimiser::update(const Scene& scene) {
+    const auto loads = loadRecords(scene);
+    const auto supports = supportRecords(scene);
+    const auto passive = passiveRecords(scene.passive);
+    const auto blobCells = cellRecords(scene.blob);
+    const std::vector<char> cases(scene.loadCasesInUse.begin(), scene.loadCasesInUse.end());
+    _UpdateVoxamApp(static_cast<int>(loads.size() / 5), loads.data(),
+                    static_cast<int>(supports.size() / 5), supports.data(),
+                    static_cast<float>(scene.volumeFraction), passive.data(),
+                    static_cast<int>(cases.size()), cases.data(), blobCells.data());
+}
+
+void Optimiser::restart(const Scene& scene, bool keepsDesign) {
+    if (!keepsDesign) ++restartId;
+    start(scene);
+}
+
+Optimiser::Outcome Optimiser::iterate(double penalty, bool movesBlob) {
+    std::array<char, 256> message = {};
+    constexpr int length = static_cast<int>(message.size());
+    const auto exponent = static_cast<float>(penalty);
+    Outcome outcome;
+    outcome.compliance = movesBlob ? _IterateVoxamAppWithBlob(
+                                         length, message.data(), picture.data(), &outcome.change,
+                                         &outcome.times, blobMask.data(), exponent)
+                                   : _IterateVoxamApp(length, message.data(), picture.data(),
+                                                      &outcome.change, &outcome.times, exponent);
+    outcome.message = message.data();
+    // The problem of the scene is not at fault, and no change of it would help.
+    if (outcome.message.rfind("No optimiser", 0) == 0)
+        throw std::runtime_error("not enough memory to optimise");
+    return outcome;
+}
+
+Field Optimiser::material() const {
+    Field field(width * refinement, height * refinement);
+    for (std::size_t i = 0; i < picture.size(); ++i) field.values[i] = 1 - picture[i];
+    return field;
+}
+
+Cells Optimiser::blob() const {
+    Cells cells;
+    auto inBlob = blobMask.begin();
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            if (*inBlob++ != 0) cells.push_back({x, y});
+    return cells;
+}

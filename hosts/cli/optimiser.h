@@ -1,0 +1,52 @@
+#pragma once
+
+#include <voxam.h>
+
+#include <string>
+#include <vector>
+
+#include "field.h"
+#include "scene.h"
+
+/// The library's one optimiser, for as long as this object lives.
+class Optimiser {
+public:
+    /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory.
+    explicit Optimiser(const Scene& scene);
+    Optimiser(const Optimiser&) = delete;
+    Optimiser& operator=(const Optimiser&) = delete;
+    ~Optimiser() { _DestroyVoxamApp(); }
+
+    /// Sends everything that a scene says about the problem; the design stays.
+    void update(const Scene& scene);
+
+    /// Starts afresh, or goes on with the design and starts only the schedules of the library anew.
+    void restart(const Scene& scene, bool keepsDesign);
+
+    struct Outcome {
+        std::string message;    ///< empty on success; the rest is valid on success only
+        double compliance = 0;  ///< of the design before the iteration
+        double change = 0;      ///< largest change of a density
+        RuntimeStat times = {};
+    };
+
+    /// Runs one iteration, and then moves the blob when it is to move.
+    Outcome iterate(double penalty, bool movesBlob);
+
+    /// The design after the last successful iteration, 0 (void) to 1 (solid), at the resolution of
+    /// the picture.
+    Field material() const;
+
+    /// Where the blob was after the last iteration that moved it.
+    Cells blob() const;
+
+private:
+    void start(const Scene& scene);
+
+    int width;
+    int height;
+    int refinement = 1;  // picture cells per edge of an element
+    int restartId = 1;
+    std::vector<float> picture;
+    std::vector<int> blobMask;
+};

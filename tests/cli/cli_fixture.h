@@ -1,0 +1,75 @@
+// What the tests of the command line program share: running it among files of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+inline const fs::path scenes = VOXAM_SCENES;
+
+inline std::string contents(const fs::path& file) {
+    std::ifstream stream(file);
+    return (std::ostringstream() << stream.rdbuf()).str();
+}
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class Cli : public testing::Test {
+protected:
+    Cli() { fs::create_directory(work); }
+    ~Cli() override { fs::remove_all(directory); }
+
+    fs::path write(const std::string& name, const std::string& text) const {
+        std::ofstream(directory / name) << text;
+        return directory / name;
+    }
+
+    /// Runs the program with the scene directory as its working directory.
+    Outcome run(const std::string& arguments, const std::string& before = "") const {
+        const fs::path out = work / "out";
+        const fs::path err = work / "err";
+        const std::string command = "cd " + directory.string() + " && { " + before + " " +
+                                    VOXAM_PROGRAM + " " + arguments + "; } >" + out.string() +
+                                    " 2>" + err.string();
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out), contents(err)};
+    }
+
+    /// Names of everything that lies beside the scenes.
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(directory))
+            if (entry.path() != work) names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    void expectError(const Outcome& outcome, const std::string& text) const {
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err.rfind("voxam: ", 0), 0u) << outcome.err;
+        EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    }
+
+    static fs::path newDirectory() {
+        std::string name = (fs::temp_directory_path() / "voxam-cli-XXXXXX").string();
+        return mkdtemp(name.data());
+    }
+
+    fs::path directory = newDirectory();
+    fs::path work = directory / "work";
+};

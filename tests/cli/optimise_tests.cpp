@@ -1,0 +1,398 @@
+// voxam optimise: what it reads from a scene, and what a user sees of a run.
+#include <png.h>
+
+#include <cstdio>
+
+#include "cli_fixture.h"
+#include "picture.h"
+#include "png_image.h"
+#include "scene.h"
+
+namespace {
+
+constexpr const char* held = R"([{"x": 0, "y": [0, 6], "fix": "xy"}])";
+
+/// A small cantilever of two load cases, its supports, and whatever else a test wants to say.
+std::string cantilever(const std::string& more = "", const std::string& supports = held) {
+    return R"({"grid": {"width": 12, "height": 6}, "volumeFraction": 0.5, "loadCases": 2, "loads": [
+        {"x": 12, "y": 3, "fy": 1}, {"x": 12, "y": 3, "fy": 2, "loadCase": 1}], "supports": )" +
+           supports + (more.empty() ? "" : ", " + more) + "}";
+}
+
+/// The number `column` (0 is the iteration) of each line of a history.
+std::vector<double> column(const std::string& history, std::size_t number) {
+    std::istringstream lines(history);
+    std::string line;
+    std::vector<double> values;
+    std::getline(lines, line);
+    while (std::getline(lines, line)) {
+        std::istringstream fields(line);
+        std::string field;
+        for (std::size_t i = 0; i <= number; ++i) std::getline(fields, field, ',');
+        values.push_back(std::stod(field));
+    }
+    return values;
+}
+
+class Optimise : public Cli {
+protected:
+    /// Runs a scene and returns a column of its history, by default the compliance.
+    std::vector<double> history(const std::string& scene, int iterations, std::size_t number = 1) {
+        write("run.json", scene);
+        const Outcome outcome =
+            run("optimise run.json --history run.csv --iterations " + std::to_string(iterations));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return column(contents(directory / "run.csv"), number);
+    }
+
+    Scene read(const std::string& more) { return readSceneToOptimise(write("s.json", more)); }
+
+    /// The picture of a scene, one pixel from each element.
+    struct Picture {
+        RgbImage image;
+        int scale;
+
+        const std::uint8_t* pixel(int x, int y) const {
+            const int left = (image.width - 12 * scale) / 2;
+            const int across = left + x * scale + scale / 2;
+            const int down = pictureHeader + pictureMargin + y * scale + scale / 2;
+            return &image.pixels[3 * static_cast<std::size_t>(down * image.width + across)];
+        }
+        int red(int x, int y) const { return pixel(x, y)[0]; }
+        bool isBlob(int x, int y) const { return pixel(x, y)[2] > pixel(x, y)[0] + 20; }
+    };
+
+    Picture draw(const std::string& text, const std::string& options = "") {
+        const Scene scene = read(text);
+        EXPECT_EQ(run("optimise s.json --picture p.png " + options).status, 0);
+        return {readColours(directory / "p.png"),
+                refinedPictureScale(scene, scene.subdivision * scene.meshFactor)};
+    }
+
+    static RgbImage readColours(const fs::path& file) {
+        png_image png = {};
+        png.version = PNG_IMAGE_VERSION;
+        EXPECT_TRUE(png_image_begin_read_from_file(&png, file.c_str()));
+        png.format = PNG_FORMAT_RGB;
+        RgbImage image{int(png.width), int(png.height), {}};
+        image.pixels.resize(PNG_IMAGE_SIZE(png));
+        EXPECT_TRUE(png_image_finish_read(&png, nullptr, image.pixels.data(), 0, nullptr));
+        return image;
+    }
+
+    static void expectText(const std::string& text, const std::string& part) {
+        EXPECT_NE(text.find(part), std::string::npos) << part << "\nis not in\n" << text;
+    }
+};
+
+TEST_F(Optimise, readsEveryFormOfElements) {
+    const Scene shapes = read(cantilever(R"("passive": {
+            "void": [{"x": [0, 1], "y": 5}, {"x": 1, "y": 5}],
+            "solid": [{"x": 12, "y": 0, "radius": 1}], "secondSolid": [{"x": 3, "y": 2}]},
+        "blob": [{"x": 6, "y": 3, "radius": [1, 2]}])"));
+    const std::vector<short> expected = {2, 1, 1, 0, 5, 1, 5, 11, 0, 3, 2};
+    EXPECT_EQ(passiveRecords(shapes.passive), expected);
+    const Scene drawn = read(cantilever(R"("passive": ["...........#", "............",
+        "...2........", "............", "............", "oo.........."])"));
+    EXPECT_EQ(passiveRecords(drawn.passive), expected);
+    // The four elements at the centre are nearer than 1, the corners of 4 x 4 farther than 2.
+    EXPECT_EQ(cellRecords(shapes.blob), (std::vector<short>{8, 4, 2, 4, 3, 5, 1, 5, 4,  //
+                                                            6, 1, 6, 4, 7, 2, 7, 3}));
+}
+
+TEST_F(Optimise, readsSettingsAndTimeline) {
+    const Scene plain = read(cantilever());
+    EXPECT_EQ(plain.loadCasesInUse, (std::vector<int>{0, 1}));
+    EXPECT_EQ(std::vector<double>({plain.penalty, 1.0 * plain.subdivision, 1.0 * plain.meshFactor,
+                                   1.0 * plain.iterations}),
+              (std::vector<double>{3, 1, 1, 100}));
+
+    Scene scene = read(cantilever(R"("densities": "not read", "iterations": 9, "timeline": [
+        {"iteration": 4, "loadCasesInUse": [1], "penalty": 2, "blob": [{"x": 1, "y": 2}]},
+        {"iteration": 9, "supports": [], "restart": {"design": "new", "subdivision": 2,
+                                                     "meshFactor": 2}}])"));
+    ASSERT_EQ(scene.timeline.size(), 2u);
+    EXPECT_EQ(scene.timeline[1].summary, "supports, restart");
+    for (const Change& change : scene.timeline) apply(change, scene);
+    EXPECT_EQ(scene.loadCasesInUse, std::vector<int>{1});
+    EXPECT_EQ(scene.penalty, 2);
+    EXPECT_EQ(cellRecords(scene.blob), (std::vector<short>{1, 1, 2}));
+    EXPECT_TRUE(scene.supports.empty());
+    EXPECT_EQ(scene.loads.size(), 2u);
+    EXPECT_EQ(scene.subdivision * 10 + scene.meshFactor, 22);
+    EXPECT_FALSE(scene.timeline[1].restart->keepsDesign);
+}
+
+TEST_F(Optimise, namesWhatIsWrongWithAScene) {
+    const auto timeline = [](const std::string& change) {
+        return cantilever(R"("timeline": [{"iteration": 5, "penalty": 2}, )" + change + "]");
+    };
+    const std::string wide = R"({"grid": {"width": 1000, "height": 500}, "volumeFraction": 0.5,
+        "supports": [], "loads": [{"x": 0, "y": 0, "fx": 1}], )";
+    const struct {
+        std::string scene;
+        const char* error;
+    } cases[] = {
+        {R"({"grid": {"width": 1, "height": 1}, "loads": [], "supports": []})",
+         "volumeFraction: missing key"},
+        {R"({"grid": {"width": 1, "height": 1}, "loads": [], "volumeFraction": 0.5})",
+         "supports: missing key"},
+        {cantilever(R"("volumefraction": 1)"), "volumefraction: unknown key"},
+        {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
+         "timeline[1].volumeFraction: 1.5 is outside 0.0..1.0"},
+        {cantilever(R"("penalty": 11)"), "penalty: 11 is outside 1.0..10.0"},
+        {cantilever(R"("subdivision": 0)"), "subdivision: 0 is outside 1..16"},
+        {wide + R"("subdivision": 2})",
+         "refines the design to 2000 x 1000 cells, allowed are at most 1000000"},
+        {wide + R"("meshFactor": 4})", "refines the picture to 4000 x 2000 cells"},
+        {cantilever(R"("iterations": 0)"), "iterations: 0 is outside 1..1000000"},
+        {cantilever(R"("loadCasesInUse": [0, 2])"),
+         "loadCasesInUse[1]: 2 is outside 0..1 (the scene's loadCases is 2)"},
+        {cantilever(R"("loadCasesInUse": [-1])"), "loadCasesInUse[0]: -1 is outside 0..1"},
+        {cantilever(R"("loadCasesInUse": [])"), "loadCasesInUse: needs at least one load case"},
+        {cantilever(R"("passive": {"voids": []})"),
+         "passive.voids: unknown key; allowed keys: void, solid, secondSolid"},
+        {cantilever(R"("passive": {"void": [{"x": 12, "y": 0}]})"),
+         "passive.void[0].x: 12 is outside 0..11 (elements of the grid)"},
+        {cantilever(R"("passive": {"solid": [{"x": 0, "y": [0, 6]}]})"),
+         "passive.solid[0].y[1]: 6 is outside 0..5"},
+        {cantilever(R"("passive": {"void": [{"x": 1, "y": 2}], "solid": [{"x": [0, 1], "y": 2}]})"),
+         "passive.solid[0]: element x 1, y 2 is in passive.void already"},
+        {cantilever(R"("passive": ["............"])"), "passive: 1 rows, expected 6 (grid.height)"},
+        {cantilever(R"("passive": ["............", "...", "", "", "", ""])"),
+         "passive[1]: 3 characters, expected 12"},
+        {cantilever(R"("passive": ["...1........", "", "", "", "", ""])"),
+         "passive[0]: column 3 holds '1', expected '.' (free), 'o' (void)"},
+        {wide + R"("passive": {"void": [{"x": [0, 99], "y": [0, 327]}]}})",
+         "passive: 32800 elements, allowed are at most 32767"},
+        {cantilever(R"("blob": [{"x": 3, "y": 6}])"), "blob[0].y: 6 is outside 0..5"},
+        {cantilever(R"("blob": [{"x": 13, "y": 3, "radius": 1}])"), "blob[0].x: 13 is outside"},
+        {cantilever(R"("blob": [{"x": 3, "y": 3, "radius": [2, 1]}])"),
+         "blob[0]: has no element of the grid"},
+        {cantilever(R"("blob": [{"x": 3, "y": 3, "radius": -1}])"),
+         "blob[0].radius: -1 is outside"},
+        {cantilever(R"("blob": [{"x": 3, "y": 3}], "subdivision": 2)"),
+         "subdivision 2 and meshFactor 1 have to be equal"},
+        {timeline(R"({"iteration": 6, "restart": {"design": "new", "meshFactor": 2},
+                      "passive": {"void": [{"x": 3, "y": 3}]}})"),
+         "timeline[1]: subdivision 1 and meshFactor 2 have to be equal"},
+        {timeline(R"({"iteration": 5, "penalty": 3})"),
+         "timeline[1].iteration: 5 is outside 6..100"},
+        {timeline(R"({"iteration": 101, "penalty": 3})"), "within the iterations of the scene"},
+        {timeline(R"({"iteration": 6})"), "timeline[1]: changes nothing"},
+        {timeline(R"({"penalty": 3})"), "timeline[1].iteration: missing key"},
+        {timeline(R"({"iteration": 6, "iterations": 7})"), "timeline[1].iterations: unknown key"},
+        {timeline(R"({"iteration": 6, "loads": [{"x": 13, "y": 0, "fx": 1}]})"),
+         "timeline[1].loads[0].x: 13 is outside 0..12"},
+        {timeline(R"({"iteration": 6, "restart": {"design": "old"}})"),
+         R"(timeline[1].restart.design: "old" is not one of "new", "keep")"},
+        {timeline(R"({"iteration": 6, "restart": {"design": "keep", "subdivision": 2}})"),
+         "timeline[1].restart.subdivision: unknown key; allowed keys: design"},
+    };
+    for (const auto& [scene, error] : cases) {
+        SCOPED_TRACE(scene);
+        write("s.json", scene);
+        expectError(run("optimise s.json --picture p.png --history h.csv --frames f"), error);
+        EXPECT_EQ(files(), std::vector<std::string>{"s.json"});
+    }
+}
+
+TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
+    write("s.json", cantilever());
+    const struct {
+        const char* arguments;
+        const char* error;
+    } cases[] = {
+        {"", "scene is required"},
+        {"s.json --iterations 0", "not in range 1 to 1000000"},
+        {"s.json --until -1", "--until"},
+        {"s.json --blob", "s.json: blob: no elements, needed for --blob"},
+        {"s.json --history s.json", "s.json: cannot be written: it is an input of the scene"},
+        {"s.json --history none/h.csv", "there is no directory"},
+        {"s.json --history ./p --picture p", "--history: names the same file as --picture"},
+        {"s.json --frames none/f", "none/f: cannot be written: No such file"},
+        {"s.json --frames s.json", "s.json: cannot be written: "},
+    };
+    for (const auto& [arguments, error] : cases) {
+        SCOPED_TRACE(arguments);
+        expectError(run(std::string("optimise ") + arguments), error);
+        EXPECT_EQ(files(), std::vector<std::string>{"s.json"});
+    }
+}
+
+TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
+    write("s.json", cantilever(R"("title": "Bracket", "subdivision": 2, "meshFactor": 2)"));
+    const Outcome outcome =
+        run("optimise s.json --iterations 12 --picture p.png --frames frames --history h.csv");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out.find('\r'), std::string::npos);  // no terminal, no live line
+    for (const char* text :
+         {"Bracket\n", "12 x 6 elements, picture 48 x 24 cells\n", "iterations         12 of 12\n",
+          "50.0 % asked for\n", "  iteration            100.0 % "})
+        expectText(outcome.out, text);
+
+    const std::string csv = contents(directory / "h.csv");
+    EXPECT_EQ(csv.substr(0, csv.find('\n')),
+              "iteration,compliance,volume,change,totalTime,updateTime,stateTime,assembleTime,"
+              "factorizeTime,solveTime,sensitivityTime,meshTime");
+    const auto iterations = column(csv, 0);
+    ASSERT_EQ(iterations.size(), 12u);
+    const auto volumes = column(csv, 2);
+    const auto times = column(csv, 4);
+    const auto sensitivityTimes = column(csv, 10);
+    std::vector<int> plainLines;
+    for (std::size_t i = 0; i < 12; ++i) {
+        EXPECT_EQ(iterations[i], i + 1.0);
+        EXPECT_TRUE(volumes[i] > 0.3 && volumes[i] < 0.7) << volumes[i];
+        EXPECT_TRUE(times[i] > sensitivityTimes[i] && sensitivityTimes[i] >= 0);
+        char plainLine[32];
+        std::snprintf(plainLine, sizeof plainLine, "\n%9zu  ", i + 1);
+        if (outcome.out.find(plainLine) != std::string::npos)
+            plainLines.push_back(static_cast<int>(i + 1));
+        char frame[32];
+        std::snprintf(frame, sizeof frame, "frames/frame-%04zu.png", i + 1);
+        EXPECT_EQ(contents(directory / frame).substr(1, 3), "PNG");
+    }
+    EXPECT_EQ(plainLines, (std::vector<int>{1, 10, 12}));
+    EXPECT_EQ(contents(directory / "frames/frame-0012.png"), contents(directory / "p.png"));
+    EXPECT_EQ(files(), (std::vector<std::string>{"frames", "h.csv", "p.png", "s.json"}));
+}
+
+TEST_F(Optimise, tellsTheLibraryWhatTheSceneSays) {
+    const double both = history(cantilever(), 1).front();
+    // The second load is twice the first, and does four times the work on the same plate.
+    EXPECT_NEAR(history(cantilever(R"("loadCasesInUse": [0])"), 1).front(), both / 5, 1e-9 * both);
+    EXPECT_NEAR(history(cantilever(R"("loadCasesInUse": [1])"), 1).front(), both / 5 * 4,
+                1e-9 * both);
+    EXPECT_GT(history(cantilever(R"("penalty": 4)"), 1).front(), 1.5 * both);
+}
+
+TEST_F(Optimise, picturesShowWhatIsFixed) {
+    // Void and solid where the design would have them the other way round.
+    const auto picture = draw(cantilever(R"("iterations": 5, "subdivision": 2, "meshFactor": 2,
+        "passive": {"void": [{"x": 1, "y": 0}], "solid": [{"x": 10, "y": 5}],
+                    "secondSolid": [{"x": 0, "y": 2}]}, "blob": [{"x": 2, "y": 5}])"));
+    EXPECT_GT(picture.red(1, 0), 230);
+    EXPECT_LT(picture.red(10, 5), 60);
+    EXPECT_LT(picture.red(0, 2), 60);
+    EXPECT_TRUE(picture.isBlob(2, 5));
+    EXPECT_FALSE(picture.isBlob(1, 0) || picture.isBlob(10, 5));
+}
+
+TEST_F(Optimise, movesTheBlobAndKeepsItsPlaceWhenTheSceneChanges) {
+    const std::string blob = R"("iterations": 12, "blob": [{"x": 3, "y": 0}, {"x": 4, "y": 0},
+        {"x": 3, "y": 1}, {"x": 4, "y": 1}])";
+    const std::string change = blob + R"(, "timeline": [{"iteration": 12, "volumeFraction": 0.4}])";
+    const auto stays = [](const Picture& picture) {
+        return picture.isBlob(3, 0) + picture.isBlob(4, 0) + picture.isBlob(3, 1) +
+               picture.isBlob(4, 1);
+    };
+    EXPECT_EQ(stays(draw(cantilever(blob))), 4);
+    EXPECT_GE(stays(draw(cantilever(blob), "--blob --iterations 1")), 2);
+    const int after = stays(draw(cantilever(blob), "--blob"));
+    EXPECT_LT(after, 3);
+    EXPECT_LE(stays(draw(cantilever(change), "--blob")), after);
+}
+
+TEST_F(Optimise, followsTheTimeline) {
+    const auto at = [](int iteration, const std::string& change) {
+        return cantilever(R"("timeline": [{"iteration": )" + std::to_string(iteration) + ", " +
+                          change + "}]");
+    };
+    const auto plain = history(cantilever(), 8);
+    // Twice the first force of a plate with both: 4 + 4 instead of 1 + 4.
+    const auto loads = history(at(6, R"("loads": [{"x": 12, "y": 3, "fy": 2},
+        {"x": 12, "y": 3, "fy": 2, "loadCase": 1}])"),
+                               8);
+    EXPECT_EQ(loads[4], plain[4]);
+    const auto again = history(at(6, R"("volumeFraction": 0.5)"), 8);
+    EXPECT_NEAR(loads[5], again[5] * 8 / 5, 1e-9 * loads[5]);
+
+    EXPECT_EQ(history(at(6, R"("penalty": 3)"), 8), plain);
+    EXPECT_GT(history(at(6, R"("penalty": 4)"), 8)[5], 1.05 * plain[5]);
+
+    // A new start has the uniform design of the first iteration; the other one keeps its design.
+    const auto renewed = history(at(6, R"("restart": {"design": "new"})"), 8);
+    EXPECT_DOUBLE_EQ(renewed[5], plain[0]);
+    EXPECT_DOUBLE_EQ(renewed[7], plain[2]);
+    EXPECT_LT(history(at(6, R"("restart": {"design": "keep"})"), 6)[5], 0.8 * plain[0]);
+    const auto volumes = history(at(6, R"("volumeFraction": 0.3)"), 40, 2);
+    EXPECT_GT(volumes[4], 0.45);
+    EXPECT_LT(volumes[39], 0.36);
+}
+
+TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
+    write("s.json", cantilever(R"("timeline": [{"iteration": 30, "penalty": 3.5}])"));
+    expectText(run("optimise s.json --until 2").out,
+               "iterations         50 of 100, then the change was below 2\n");
+    // Not reached, so not waited for.
+    expectText(run("optimise s.json --until 2 --iterations 29").out,
+               "iterations         20 of 29,");
+    expectText(run("optimise s.json --until 1e-30").out, "iterations         100 of 100\n");
+}
+
+TEST_F(Optimise, tellsWhatTheLibrarySays) {
+    write("free.json", cantilever("", "[]"));
+    const Outcome free = run("optimise free.json --picture p.png --history h.csv");
+    EXPECT_EQ(free.status, 1);
+    EXPECT_EQ(free.err, "voxam: free.json: iteration 1: Change load/support\n");
+    expectText(free.out, "iterations         0 of 100, then stopped: Change load/support\n");
+    EXPECT_EQ(files(), (std::vector<std::string>{"free.json", "h.csv"}));
+
+    const std::string later = R"("timeline": [{"iteration": 3, "supports": []},
+        {"iteration": 5, "penalty": 2}, {"iteration": 9, "supports": )" +
+                              std::string(held) + "}]";
+    write("mended.json", cantilever(later));
+    const Outcome mended = run("optimise mended.json --iterations 10 --history h.csv");
+    EXPECT_EQ(mended.status, 0);
+    EXPECT_EQ(mended.err, "");
+    expectText(mended.out, "3  Change load/support; goes on with the change at iteration 5\n");
+    EXPECT_EQ(column(contents(directory / "h.csv"), 0), (std::vector<double>{1, 2, 9, 10}));
+
+    const Outcome cut = run("optimise mended.json --iterations 8 --picture p.png");
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_EQ(cut.err, "voxam: mended.json: iteration 5: Change load/support\n");
+    EXPECT_TRUE(fs::exists(directory / "p.png"));
+}
+
+TEST_F(Optimise, signalsEndARunInGoodOrder) {
+    write("s.json", cantilever());
+    for (const auto& [signal, status] :
+         {std::pair("INT", 130), std::pair("TERM", 143), std::pair("KILL", 137)}) {
+        SCOPED_TRACE(signal);
+        fs::remove(directory / "p.png");
+        write("h.csv", "");
+        const Outcome outcome =
+            run("optimise s.json --iterations 1000000 --picture p.png --history h.csv & pid=$!; "
+                "while [ $(wc -l <h.csv) -lt 4 ]; do sleep 0.01; done; kill -" +
+                std::string(signal) + " $pid; wait $pid");
+        EXPECT_EQ(outcome.status, status) << outcome.err;
+        const std::string csv = contents(directory / "h.csv");
+        EXPECT_EQ(csv.back(), '\n');
+        const auto iterations = column(csv, 0);
+        EXPECT_GE(iterations.size(), 3u);
+        EXPECT_EQ(iterations.back(), static_cast<double>(iterations.size()));
+        const bool inGoodOrder = status != 137;
+        EXPECT_EQ(outcome.out.find(", then interrupted\n") != std::string::npos, inGoodOrder);
+        EXPECT_EQ(fs::exists(directory / "p.png"), inGoodOrder);
+    }
+}
+
+TEST_F(Optimise, runsTheShippedScenes) {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(scenes)) {
+        if (entry.path().extension() != ".json") continue;
+        if (contents(entry.path()).find("volumeFraction") == std::string::npos) continue;
+        SCOPED_TRACE(entry.path().filename());
+        const Scene scene = readSceneToOptimise(entry.path());
+        EXPECT_FALSE(scene.description.empty());
+        const Outcome outcome = run("optimise " + entry.path().string() + " --iterations 2" +
+                                    (scene.blob.empty() ? "" : " --blob"));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        ++count;
+    }
+    EXPECT_GE(count, 7);
+}
+
+}  // namespace
