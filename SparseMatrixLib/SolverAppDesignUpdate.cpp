@@ -36,7 +36,8 @@ struct Bracket {
 constexpr Bracket WIDEST_BRACKET = {0.0, WIDEST_MULTIPLIER, WIDEST_MULTIPLIER / 2.0};
 
 Bracket initialBracket(int iteration, double lambda, double lambdaPrevious) {
-    if (iteration < 2) return WIDEST_BRACKET;
+    // A multiplier that is not positive comes from a failed iteration or an inactive constraint.
+    if (iteration < 2 || (iteration == 2 && !(lambda > 0.0))) return WIDEST_BRACKET;
     if (iteration == 2) return {0.0, 2.0 * lambda, lambda};
     const double least = lambda > 1.0 ? 0.005 * lambda : 0.005;
     const double widening = std::max(least, std::fabs(lambda - lambdaPrevious));
@@ -48,8 +49,7 @@ Bracket initialBracket(int iteration, double lambda, double lambdaPrevious) {
 void SolverApp::optimalityCriteriaUpdateOfRHO() {
     const double tolerance = passiveBlock.IsEmpty() ? TOLERANCE : TOLERANCE_WITH_PASSIVE_CELLS;
     Bracket bracket = initialBracket(iteration, lambda, lambdaPrevious);
-    // A multiplier that is not positive, after a failed iteration or an inactive constraint, leaves
-    // a bracket in which no step would be made and nothing written to rhoNew.
+    // In a bracket about such a multiplier no step might be made, and nothing written to rhoNew.
     if (!(bracket.relativeWidth() > tolerance)) bracket = WIDEST_BRACKET;
 
     collectPassiveCells();

@@ -149,8 +149,8 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *                below 1, gets no text
  * output         the picture, one float per cell, row by row from the top: 0 solid, 1 void. Written
  *                on success only; null: not written
- * change         largest change of a density in this iteration; written on success only; may be
- *                null
+ * change         largest change of a density in this iteration; not written when something is wrong
+ *                with this iteration; may be null
  * stat           timings, written on success only; may be null
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *

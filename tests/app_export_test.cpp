@@ -102,8 +102,8 @@ struct Host {
         const std::vector<char> written = text.take();
         const auto end = std::find(written.begin(), written.end(), '\0');
         EXPECT_EQ(end == written.end(), length < 1);
-        const Result result = {compliance, std::string(written.begin(), end), picture.take(),
-                               mask.take(), change.take()[0]};
+        Result result = {compliance, std::string(written.begin(), end), picture.take(), mask.take(),
+                         change.take()[0]};
         if (!result.text.empty()) {
             EXPECT_TRUE(untouched(result.picture) && untouched(times.take()));
         } else if (length > 1) {

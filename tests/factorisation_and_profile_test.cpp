@@ -5,8 +5,9 @@
 
 #include <cmath>
 #include <random>
-#include <regex>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "PerformanceTest.h"
 #include "dense_matrix.h"
@@ -122,7 +123,7 @@ TEST(PerformanceTest, PrintsOneTablePerPlate) {
     std::string line;
     for (const std::string& pattern : expected) {
         ASSERT_TRUE(std::getline(printed, line));
-        EXPECT_TRUE(std::regex_match(line, std::regex(pattern))) << line;
+        EXPECT_THAT(line, testing::MatchesRegex(pattern));
     }
     EXPECT_FALSE(std::getline(printed, line));
 

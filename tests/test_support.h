@@ -174,7 +174,8 @@ inline Settings cantilever(int nelx, int nely) {
             settings.supports.add(0, static_cast<float>(y), direction);
         }
     }
-    settings.loads.add(static_cast<float>(nelx), static_cast<float>(nely / 2), 0, 1);
+    const int middle = nely / 2;
+    settings.loads.add(static_cast<float>(nelx), static_cast<float>(middle), 0, 1);
     return settings;
 }
 
