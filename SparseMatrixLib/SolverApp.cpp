@@ -107,7 +107,8 @@ SolverApp::SolverApp(unsigned nelx, unsigned nely, unsigned subdivision, unsigne
       meshHNonZero(emptyFilter()),
       coarseWork(undefinedVector(numberOfCoarseElements)) {
     if (!std::isfinite(volumeFraction)) throw std::invalid_argument("volume fraction not finite");
-    checkedProduct({static_cast<uint64_t>(std::max(numLoadCases, 0)), ndof});
+    // Before memory is taken for as many vectors.
+    checkedProduct({static_cast<unsigned>(std::max(numLoadCases, 0)), ndof});
     for (int k = 0; k < numLoadCases; ++k) {
         F.push_back(undefinedVector(ndof));
         U.push_back(undefinedVector(ndof));

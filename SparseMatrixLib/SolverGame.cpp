@@ -45,7 +45,9 @@ SolverGame::SolverGame(int nelx, int nely, int ndopt, int ndvis,
     VOXAM_ASSERT(ndopt == 1);
     VOXAM_ASSERT(ndvis == 1);
     elementEnergy.reset(new float[nelem]);
-    loadCases.resize(static_cast<size_t>(std::max(numberOfLoadCases, 0)));
+    const auto caseCount = static_cast<unsigned>(std::max(numberOfLoadCases, 0));
+    checkedProduct({caseCount, ndof});  // before memory is taken for as many vectors
+    loadCases.resize(caseCount);
     std::iota(loadCases.begin(), loadCases.end(), 0);
     for (size_t k = 0; k < loadCases.size(); ++k) {
         U.push_back(undefinedVector(ndof));
