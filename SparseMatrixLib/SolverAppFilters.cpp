@@ -19,7 +19,13 @@ struct Filter {
     SparseMatrix nonZero;
 };
 
-Filter emptyFilter() { return {SparseMatrix(0, 0, true, 0), SparseMatrix(0, 0, true, 0)}; }
+SparseMatrix noWeights() {
+    SparseMatrix weights(0, 0, true, 0);
+    weights.build();
+    return weights;
+}
+
+Filter emptyFilter() { return {noWeights(), noWeights()}; }
 
 // Weights of a grid of nx x ny cells, upper triangle. Each cell is paired with the cells of its own
 // and the following columns, in rows from `before` rows back up to but excluding `after` rows
