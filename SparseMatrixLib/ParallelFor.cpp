@@ -32,8 +32,8 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
 #include <tbb/task_arena.h>
 
 void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
-    // Isolated on both sides: a host that calls from within its own tasks, and cancels them, must not
-    // cancel these, nor may this thread take up the host's tasks while it waits for them.
+    // Isolated on both sides: a host that calls from within its own tasks, and cancels them, must
+    // not cancel these, nor may this thread take up the host's tasks while it waits for them.
     tbb::this_task_arena::isolate([=] {
         tbb::task_group_context independent(tbb::task_group_context::isolated);
         tbb::parallel_for(

@@ -188,6 +188,7 @@ private:
     double modulus(unsigned e, bool withPassiveVoid, double voidFloor);
     void addColumn(unsigned ix, double voidFloor);
     void addSensitivities(const kmat::DenseMatrix& u);
+    void addCompliances();
     void computeColumnEnergies(unsigned ix, const kmat::DenseMatrix& u);
     void collectPassiveCells();
     double linearisedVolume(double multiplier);

@@ -1,7 +1,9 @@
 // One state solve: forces, stiffness, supports, displacements; then compliance and sensitivities.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include "SolverApp.h"
 #include "SolverConstants.h"
@@ -12,9 +14,6 @@ using kmat::DenseMatrix;
 using kmat::KmatException;
 
 namespace {
-
-// Replaces the diagonal entry of a supported degree of freedom (penalty method).
-constexpr double SUPPORT_STIFFNESS = 1.0e8;
 
 // Beyond this the structure is not held, whatever the factorisation says.
 constexpr double LARGEST_SENSIBLE = 1e15;
@@ -133,8 +132,11 @@ void SolverApp::addSensitivities(const DenseMatrix& u) {
             }
         }
     }
-    // Summed along the rows of the plate, across the order of storage: the order is part of the
-    // result.
+    addCompliances();
+}
+
+// Along the rows of the plate, across the order of storage: the order is part of the result.
+void SolverApp::addCompliances() {
     for (unsigned iy = 0; iy < nely; ++iy) {
         for (unsigned ix = 0; ix < nelx; ++ix) {
             for (unsigned b = 0; b < subdivision; ++b) {

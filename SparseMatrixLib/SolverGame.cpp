@@ -17,9 +17,6 @@ using kmat::DenseMatrix;
 
 namespace {
 
-// Stiffness of the spring that holds a supported degree of freedom.
-constexpr double SUPPORT_PENALTY = 1.0e8;
-
 constexpr float FAILED_OBJECTIVE = std::numeric_limits<float>::max();
 
 }  // namespace
@@ -72,7 +69,7 @@ bool SolverGame::solveStateCHOL(const float* densities) {
     assemble(densities);
     for (const auto& support : supports) {
         const unsigned d = fixedDof(support);
-        K.getValue(d, d) += SUPPORT_PENALTY;
+        K.getValue(d, d) += SUPPORT_STIFFNESS;
     }
     factor.factorize(K);
     if (kmat::KmatException::getLastException()) {

@@ -7,6 +7,10 @@
 #include "TopologyOptimizationComponentData.h"
 #include "dense_matrix.h"
 
+/// Stiffness on the diagonal of a supported degree of freedom (penalty method): the optimiser puts
+/// it in place of the assembled one, the game adds it.
+inline constexpr double SUPPORT_STIFFNESS = 1.0e8;
+
 /// The product of sizes. Throws std::bad_alloc when it exceeds the range of int, the index type of
 /// the linear algebra: no machine could hold such a problem.
 unsigned checkedProduct(std::initializer_list<uint64_t> sizes);

@@ -29,7 +29,10 @@ std::vector<ElementEntries> buildStiffnessPattern(kmat::SparseMatrix& K, unsigne
     if (!K.getValues()) throw std::bad_alloc();
     forEachElement(nelx, nely, [&](unsigned element, const ElementDofs& dof) {
         int* entry = entries[element].data();
-        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) *entry++ = K.find(dof[k], dof[l]);
+        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) {
+            *entry = K.find(dof[k], dof[l]);
+            if (*entry++ < 0) throw std::bad_alloc();  // the list of triplets could not hold it
+        }
     });
     return entries;
 }

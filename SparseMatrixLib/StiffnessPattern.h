@@ -27,9 +27,9 @@ inline constexpr auto ELEMENT_UPPER_PAIRS = [] {
 /// values in the order of ELEMENT_UPPER_PAIRS.
 using ElementEntries = std::array<int, ELEMENT_UPPER_ENTRIES>;
 
-/// Replaces K by a built symmetric matrix of its size with the pattern of a plate of nelx x nely elements and
-/// with all values 0. Returns the entries of every element in element order. Remembering them
-/// spares each assembly a search for every contribution. Throws std::bad_alloc.
+/// Replaces K by a built symmetric matrix of its size with the pattern of a plate of nelx x nely
+/// elements and all values 0. Returns the entries of every element in element order. Remembering
+/// them spares each assembly a search for every contribution. Throws std::bad_alloc.
 ///
 /// Adding contributions to the built values one after the other gives the same bits as summing them
 /// as triplets in the same order.

@@ -157,9 +157,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * Returns the compliance of the design that the iteration started from. When something is wrong
  * with the problem the buffer gets a text, the picture is not touched, and each further iteration
  * repeats the text until _UpdateVoxamApp is called:
- *   "Change load / support"             the plate cannot be solved (a record is invalid, or a larger
- *                                       plate is not held); returns the last compliance, 0 if
- *                                       there was none
+ *   "Change load / support"             the plate cannot be solved (a record is invalid, or a
+ *                                       larger plate is not held); returns the last compliance,
+ *                                       0 if there was none
  *   "Change load/support"               the structure is not held; returns -1.0
  *   "Load cannot be on top of support"  the loads do no work; returns -1.0
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
@@ -233,8 +233,8 @@ VOXAM_API void _DestroyVoxamGame(void);
  * --------------------------------------------------------------------------------------------- */
 
 /**
- * Times four ways of assembling the stiffness matrix on five plates and prints one table for each on
- * standard output: a line per way, and in it for 1, 2, 4 and 8 assemblies the total time and, in
+ * Times four ways of assembling the stiffness matrix on five plates and prints one table for each
+ * on standard output: a line per way, and in it for 1, 2, 4 and 8 assemblies the total time and, in
  * parentheses, the part that built the pattern, in milliseconds. Takes a second or so, and keeps a
  * few kilobytes of memory for good. Needs no solver and touches none.
  */
