@@ -5,12 +5,12 @@
 
 namespace {
 
-constexpr std::array<int, 2> watched = {SIGINT, SIGTERM};
+constexpr std::array<int, 2> WATCHED = {SIGINT, SIGTERM};
 volatile std::sig_atomic_t received = 0;
 
 extern "C" void remember(int signal) {
     received = signal;
-    for (const int each : watched) std::signal(each, SIG_DFL);
+    for (const int each : WATCHED) std::signal(each, SIG_DFL);
 }
 
 }  // namespace
@@ -20,7 +20,7 @@ void watchForInterruption() {
     action.sa_handler = remember;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
-    for (const int each : watched) sigaction(each, &action, nullptr);
+    for (const int each : WATCHED) sigaction(each, &action, nullptr);
 }
 
 int interruption() { return received; }

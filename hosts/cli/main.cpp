@@ -13,11 +13,11 @@
 
 namespace {
 
-constexpr int usageOrInputError = 2;
+constexpr int USAGE_OR_INPUT_ERROR = 2;
 
 int report(const std::string& message) {
     std::fprintf(stderr, "voxam: %s\n", onOneLine(message).c_str());
-    return usageOrInputError;
+    return USAGE_OR_INPUT_ERROR;
 }
 
 CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
@@ -37,7 +37,7 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
                      "Pixels per element of the picture\n"
                      "(default: as many as make it about 900 pixels wide)")
         ->type_name("N")
-        ->check(CLI::Range(minPictureScale, maxPictureScale))
+        ->check(CLI::Range(MIN_PICTURE_SCALE, MAX_PICTURE_SCALE))
         ->needs(picture);
     score->footer(
         "Exit status:\n"
@@ -59,7 +59,7 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         ->add_option("--iterations", options.iterations,
                      "How many iterations to run\n(default: what the scene says, or else 100)")
         ->type_name("N")
-        ->check(CLI::Range(1, Scene::maxIterations));
+        ->check(CLI::Range(1, Scene::MAX_ITERATIONS));
     optimise
         ->add_option("--until", options.until,
                      "Stop when no density changes by as much as this in an iteration; not in\n"

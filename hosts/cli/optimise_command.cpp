@@ -15,7 +15,7 @@
 #include "output_file.h"
 #include "picture.h"
 #include "progress.h"
-#include "scene.h"
+#include "scene_reader.h"
 #include "time_table.h"
 
 namespace fs = std::filesystem;
@@ -24,7 +24,7 @@ namespace {
 
 // Iterations after the start and after each change in which a small change of the densities does
 // not count: the library moves volume and stiffness of the void step by step.
-constexpr int settlingIterations = 20;
+constexpr int SETTLING_ITERATIONS = 20;
 
 double mean(const Field& field) {
     return std::accumulate(field.values.begin(), field.values.end(), 0.0) /
@@ -47,7 +47,7 @@ public:
           current(std::move(scene)),
           timeline(current.timeline),
           last(options.iterations.value_or(current.iterations)),
-          scale(refinedPictureScale(current, current.subdivision * current.meshFactor)),
+          scale(refinedPictureScale(current, current.refinement())),
           optimiser(current),
           progress(last) {
         if (!options.history.empty()) history.emplace(options.history);
@@ -86,7 +86,7 @@ public:
 
     void printSummary() const {
         std::printf("%s\n", current.title.c_str());
-        const int refinement = current.subdivision * current.meshFactor;
+        const int refinement = current.refinement();
         std::printf("  grid               %d x %d elements, picture %d x %d cells\n", current.width,
                     current.height, refinement * current.width, refinement * current.height);
         std::printf("  iterations         %zu of %d%s\n", records.size(), last,
@@ -113,9 +113,9 @@ private:
         apply(change, current);
         if (change.restart)
             optimiser.restart(current, change.restart->keepsDesign);
-        else if (change.concernsSettings())
+        else if (change.concernsProblem())
             optimiser.update(current);
-        progress.note(iteration, "changes: " + change.summary);
+        progress.note(iteration, "changes: " + change.summary());
         lastChange = iteration;
     }
 
@@ -127,7 +127,7 @@ private:
         progress.show(records.back());
         if (history) history->add(records.back());
         if (!options.frames.empty()) draw(options.frames / formatted("frame-%04d.png", iteration));
-        const bool settled = iteration - lastChange >= settlingIterations && !changesLeft();
+        const bool settled = iteration - lastChange >= SETTLING_ITERATIONS && !changesLeft();
         converged = settled && options.until && outcome.change < *options.until;
     }
 
@@ -199,7 +199,8 @@ void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
 }  // namespace
 
 int runOptimise(const OptimiseOptions& options) {
-    Scene scene = readSceneToOptimise(options.scene);
+    Scene scene = readScene(options.scene);
+    requireOptimisation(scene);
     if (options.movesBlob && scene.blob.empty())
         throw InputError(options.scene.string() + ": blob: no elements, needed for --blob");
     prepareOutputs(options, scene);

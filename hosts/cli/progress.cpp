@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int interval = 10;  // iterations from one plain line to the next
-constexpr std::size_t barWidth = 24;
-constexpr const char* eraseLine = "\r\x1b[K";
+constexpr int INTERVAL = 10;  // iterations from one plain line to the next
+constexpr std::size_t BAR_WIDTH = 24;
+constexpr const char* ERASE_LINE = "\r\x1b[K";
 
 bool canOverwriteLines() {
     const char* terminal = std::getenv("TERM");
@@ -27,8 +27,8 @@ std::size_t terminalWidth() {
 }
 
 std::string bar(int done, int of) {
-    const auto filled = barWidth * static_cast<std::size_t>(done) / static_cast<std::size_t>(of);
-    return "[" + std::string(filled, '#') + std::string(barWidth - filled, '.') + "]";
+    const auto filled = BAR_WIDTH * static_cast<std::size_t>(done) / static_cast<std::size_t>(of);
+    return "[" + std::string(filled, '#') + std::string(BAR_WIDTH - filled, '.') + "]";
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ void Progress::show(const IterationRecord& record) {
     latest = record;
     if (live)
         showLive(record);
-    else if (record.iteration == 1 || record.iteration % interval == 0)
+    else if (record.iteration == 1 || record.iteration % INTERVAL == 0)
         showPlain(record);
 }
 
@@ -51,7 +51,7 @@ void Progress::showLive(const IterationRecord& record) {
                   double(record.times.totalTime));
     std::string line = bar(record.iteration, last) + text;
     line.resize(std::min(line.size(), terminalWidth()));
-    std::printf("%s%s", eraseLine, line.c_str());
+    std::printf("%s%s", ERASE_LINE, line.c_str());
     std::fflush(stdout);
     lineOpen = true;
 }
@@ -67,7 +67,7 @@ void Progress::showPlain(const IterationRecord& record) {
 
 void Progress::note(int iteration, const std::string& text) {
     showPending();
-    std::printf("%s%9d  %s\n", live ? eraseLine : "", iteration, text.c_str());
+    std::printf("%s%9d  %s\n", live ? ERASE_LINE : "", iteration, text.c_str());
     std::fflush(stdout);
     lineOpen = false;
 }

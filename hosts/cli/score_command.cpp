@@ -1,58 +1,18 @@
 #include "score_command.h"
 
-#include <voxam.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <functional>
-#include <limits>
 #include <numeric>
-#include <stdexcept>
 #include <string>
 
-#include "input_error.h"
+#include "game.h"
 #include "output_file.h"
 #include "picture.h"
-#include "scene.h"
+#include "scene_reader.h"
 
 namespace {
-
-struct Score {
-    bool supported = false;
-    double compliance = 0;
-    Field energies;
-};
-
-/// The library's one game solver, for as long as this object lives.
-class GameSolver {
-public:
-    explicit GameSolver(const Scene& scene) : width(scene.width), height(scene.height) {
-        const auto loads = loadRecords(scene);
-        const auto supports = supportRecords(scene);
-        _InitVoxamGame(width, height, 1, 1, static_cast<int>(loads.size() / 5), loads.data(),
-                       static_cast<int>(supports.size() / 5), supports.data(), scene.loadCases);
-    }
-    GameSolver(const GameSolver&) = delete;
-    GameSolver& operator=(const GameSolver&) = delete;
-    ~GameSolver() { _DestroyVoxamGame(); }
-
-    Score score(const Field& densities) {
-        // Without a solver nothing is written, which tells want of memory from want of supports.
-        constexpr float unwritten = -1;
-        std::vector<float> values(densities.values.size(), unwritten);
-        Score result;
-        result.compliance = _SolveVoxamGame(toElementOrder(densities).data(), values.data());
-        if (values.front() == unwritten) throw std::runtime_error("not enough memory to solve");
-        result.supported = result.compliance < std::numeric_limits<float>::max();
-        result.energies = fromElementOrder(values, width, height);
-        return result;
-    }
-
-private:
-    int width;
-    int height;
-};
 
 double sum(const Field& field) {
     return std::accumulate(field.values.begin(), field.values.end(), 0.0);
@@ -106,15 +66,14 @@ std::string subtitle(const Scene& scene, const Score& score) {
 
 int runScore(const ScoreOptions& options) {
     const Scene scene = readScene(options.scene);
-    if (!scene.densities)
-        throw InputError(options.scene.string() + ": densities: missing key, needed for a score");
+    requireScore(scene);
     const int scale = options.scale.value_or(defaultPictureScale(scene));
     if (!options.picture.empty()) {
         checkPictureScale(scene, scale);
         checkOutput(options.picture, scene.files);
     }
 
-    const Score score = GameSolver(scene).score(*scene.densities);
+    const Score score = Game(scene).score(*scene.densities);
 
     RgbImage picture;
     if (!options.picture.empty()) {

@@ -17,7 +17,7 @@ float rest(const RuntimeStat& t) {
            t.updateTime - t.meshTime;
 }
 
-const std::vector<Part> parts = {{"assembly", &RuntimeStat::assembleTime},
+const std::vector<Part> PARTS = {{"assembly", &RuntimeStat::assembleTime},
                                  {"factorisation", &RuntimeStat::factorizeTime},
                                  {"solves", &RuntimeStat::solveTime},
                                  {"sensitivities", &RuntimeStat::sensitivityTime},
@@ -38,7 +38,7 @@ void printTimeTable(const std::vector<IterationRecord>& records) {
     double total = 0;
     for (const auto& record : records) total += double(record.times.totalTime);
     std::printf("\n  where the time went    share       median\n");
-    for (const Part& part : parts) {
+    for (const Part& part : PARTS) {
         std::vector<float> times;
         times.reserve(records.size());
         for (const auto& record : records) times.push_back(part.time(record.times));

@@ -8,7 +8,9 @@
 #include "output_file.h"
 #include "picture.h"
 #include "png_image.h"
-#include "scene.h"
+#include "records.h"
+#include "scene_reader.h"
+#include "scene_writer.h"
 
 namespace {
 
@@ -96,10 +98,10 @@ TEST_F(Cli, drawsCellsWhereTheyBelong) {
     Field fine(8, 2);  // two cells per element each way
     fine.at(0, 1) = 1;
     const RgbImage grey = drawPicture(scene, {fine, std::nullopt, "fine", ""}, scale);
-    ASSERT_EQ(grey.width, minPictureWidth);
-    ASSERT_EQ(grey.height, pictureHeader + 2 * pictureMargin + pictureLegend + scale);
+    ASSERT_EQ(grey.width, MIN_PICTURE_WIDTH);
+    ASSERT_EQ(grey.height, PICTURE_HEADER + 2 * PICTURE_MARGIN + PICTURE_LEGEND + scale);
     const int left = (grey.width - 4 * scale) / 2;
-    const int top = pictureHeader + pictureMargin;
+    const int top = PICTURE_HEADER + PICTURE_MARGIN;
     EXPECT_GT(pixelAt(grey, left + 10, top + 10)[0], 230);
     EXPECT_LT(pixelAt(grey, left + 10, top + 30)[0], 70);
     EXPECT_GT(pixelAt(grey, left + 30, top + 30)[0], 230);
@@ -128,7 +130,7 @@ TEST_F(Cli, scoresABarAsByHand) {
     // Twice the force in another load case does four times the work. Keys that only concern the
     // optimiser are passed over.
     write("two.json", bar("1", R"(, "loadCases": 2, "volumeFraction": 0.4, "subdivision": 2,
-        "meshFactor": 2, "penalty": 3, "passive": [], "blob": [], "loadCasesInUse": 3,
+        "meshFactor": 2, "penalty": 3, "passive": {}, "blob": [], "loadCasesInUse": [1],
         "timeline": [], "iterations": 50)",
                           R"([{"x": 4, "y": [0, 1], "fx": 1}, {"x": 4, "y": [0, 1], "fx": -2,
                               "loadCase": 1}])"));
@@ -148,13 +150,44 @@ TEST_F(Cli, scoresAndDrawsTheShippedScenes) {
             run("score " + entry.path().string() + " --picture p.png --scale 8");
         EXPECT_EQ(outcome.status, supported ? 0 : 1) << outcome.err;
         EXPECT_EQ(outcome.out.find("not supported") == std::string::npos, supported);
-        const int width = std::max(8 * scene.width + 2 * pictureMargin, minPictureWidth);
-        const int height = 8 * scene.height + 2 * pictureMargin + pictureHeader + pictureLegend;
+        const int width = std::max(8 * scene.width + 2 * PICTURE_MARGIN, MIN_PICTURE_WIDTH);
+        const int height = 8 * scene.height + 2 * PICTURE_MARGIN + PICTURE_HEADER + PICTURE_LEGEND;
         EXPECT_NO_THROW(readGreyPng(directory / "p.png", width, height));
         EXPECT_EQ(files(), std::vector<std::string>{"p.png"});
         ++count;
     }
     EXPECT_GE(count, 5);
+}
+
+TEST_F(Cli, writesScenesThatReadBackAsTheSame) {
+    // A bit of everything, with elements of a disc that lie in a rectangle as well.
+    write("all.json", R"({"title": "All \"kinds\" of keys", "description": "\u00e4",
+        "grid": {"width": 4, "height": 3}, "loadCases": 3, "loadCasesInUse": [2, 0],
+        "loads": [{"x": [0, 4], "y": 1, "fx": -0.1}, {"x": 4, "y": 3, "fy": 1e-7, "loadCase": 2},
+                  {"x": 1, "y": 1, "fx": 0}],
+        "supports": [{"x": 0, "y": [0, 3], "fix": "x"}, {"x": 0, "y": 0, "fix": "xy"}],
+        "densities": [[0.1, 1, 0, 0.25], [0, 1, 1, 1], [1, 1, 1, 1]],
+        "volumeFraction": 0.3, "penalty": 2.5, "subdivision": 3, "meshFactor": 3, "iterations": 77,
+        "passive": {"void": [{"x": 1, "y": 1, "radius": 1.2}, {"x": [1, 2], "y": [0, 1]}],
+                    "solid": [{"x": 3, "y": 2}], "secondSolid": [{"x": 0, "y": 2}]},
+        "blob": [{"x": 4, "y": 0, "radius": [0.2, 1]}],
+        "timeline": [{"iteration": 5, "loads": [{"x": 1, "y": 1, "fy": 2}], "passive": {}},
+                     {"iteration": 6, "restart": {"design": "keep"}},
+                     {"iteration": 7, "restart": {"design": "new", "subdivision": 2,
+                                                  "meshFactor": 2}, "loadCasesInUse": [1]}]})");
+    std::vector<fs::path> files = {directory / "all.json"};
+    for (const auto& entry : fs::directory_iterator(scenes))
+        if (entry.path().extension() == ".json") files.push_back(entry.path());
+    ASSERT_GE(files.size(), 14u);
+    for (const auto& file : files) {
+        SCOPED_TRACE(file);
+        const Scene scene = readScene(file);
+        const std::string written = sceneText(scene);
+        Scene again = parseScene(written, file);
+        again.files = scene.files;
+        EXPECT_EQ(again, scene) << written;
+        EXPECT_EQ(sceneText(again), written);
+    }
 }
 
 TEST_F(Cli, namesWhatIsWrongWithAScene) {
@@ -177,7 +210,7 @@ TEST_F(Cli, namesWhatIsWrongWithAScene) {
         {R"({"grid": {"width": 99999999999999999999, "height": 1}})", "found 1e+20"},
         {R"({"grid": {"width": 4.5, "height": 1}})", "expected a whole number, found 4.5"},
         {R"({"grid": {"width": "4", "height": 1}})", "expected a whole number, found string"},
-        {bar("1", R"(, "suports": [])"), "suports: unknown key; allowed keys: title, description"},
+        {bar("1", R"(, "suports": [])"), "suports: unknown key; allowed keys: $schema, title"},
         {bar("1", R"(, "loads": [])"), "key \"loads\" stands twice"},
         {bar("1", "", "[]"), "loads: needs at least one load"},
         {bar("1", "", R"([{"x": 0, "y": 0}])"), "loads[0]: needs a force: fx, fy or both"},

@@ -6,7 +6,8 @@
 #include "cli_fixture.h"
 #include "picture.h"
 #include "png_image.h"
-#include "scene.h"
+#include "records.h"
+#include "scene_reader.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ protected:
         return column(contents(directory / "run.csv"), number);
     }
 
-    Scene read(const std::string& more) { return readSceneToOptimise(write("s.json", more)); }
+    Scene read(const std::string& more) { return readScene(write("s.json", more)); }
 
     /// The picture of a scene, one pixel from each element.
     struct Picture {
@@ -55,7 +56,7 @@ protected:
         const std::uint8_t* pixel(int x, int y) const {
             const int left = (image.width - 12 * scale) / 2;
             const int across = left + x * scale + scale / 2;
-            const int down = pictureHeader + pictureMargin + y * scale + scale / 2;
+            const int down = PICTURE_HEADER + PICTURE_MARGIN + y * scale + scale / 2;
             return &image.pixels[3 * static_cast<std::size_t>(down * image.width + across)];
         }
         int red(int x, int y) const { return pixel(x, y)[0]; }
@@ -65,8 +66,7 @@ protected:
     Picture draw(const std::string& text, const std::string& options = "") {
         const Scene scene = read(text);
         EXPECT_EQ(run("optimise s.json --picture p.png " + options).status, 0);
-        return {readColours(directory / "p.png"),
-                refinedPictureScale(scene, scene.subdivision * scene.meshFactor)};
+        return {readColours(directory / "p.png"), refinedPictureScale(scene, scene.refinement())};
     }
 
     static RgbImage readColours(const fs::path& file) {
@@ -107,12 +107,12 @@ TEST_F(Optimise, readsSettingsAndTimeline) {
                                    1.0 * plain.iterations}),
               (std::vector<double>{3, 1, 1, 100}));
 
-    Scene scene = read(cantilever(R"("densities": "not read", "iterations": 9, "timeline": [
+    Scene scene = read(cantilever(R"("densities": 0.5, "iterations": 9, "timeline": [
         {"iteration": 4, "loadCasesInUse": [1], "penalty": 2, "blob": [{"x": 1, "y": 2}]},
         {"iteration": 9, "supports": [], "restart": {"design": "new", "subdivision": 2,
                                                      "meshFactor": 2}}])"));
     ASSERT_EQ(scene.timeline.size(), 2u);
-    EXPECT_EQ(scene.timeline[1].summary, "supports, restart");
+    EXPECT_EQ(scene.timeline[1].summary(), "supports, restart");
     for (const Change& change : scene.timeline) apply(change, scene);
     EXPECT_EQ(scene.loadCasesInUse, std::vector<int>{1});
     EXPECT_EQ(scene.penalty, 2);
@@ -133,13 +133,14 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
         std::string scene;
         const char* error;
     } cases[] = {
-        {R"({"grid": {"width": 1, "height": 1}, "loads": [], "supports": []})",
+        {R"({"grid": {"width": 1, "height": 1}, "supports": [],
+            "loads": [{"x": 0, "y": 0, "fx": 1}]})",
          "volumeFraction: missing key"},
         {R"({"grid": {"width": 1, "height": 1}, "loads": [], "volumeFraction": 0.5})",
          "supports: missing key"},
         {cantilever(R"("volumefraction": 1)"), "volumefraction: unknown key"},
         {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
-         "timeline[1].volumeFraction: 1.5 is outside 0.0..1.0"},
+         "timeline[1].volumeFraction: 1.5 is outside 0.01..1.0"},
         {cantilever(R"("penalty": 11)"), "penalty: 11 is outside 1.0..10.0"},
         {cantilever(R"("subdivision": 0)"), "subdivision: 0 is outside 1..16"},
         {wide + R"("subdivision": 2})",
@@ -385,7 +386,7 @@ TEST_F(Optimise, runsTheShippedScenes) {
         if (entry.path().extension() != ".json") continue;
         if (contents(entry.path()).find("volumeFraction") == std::string::npos) continue;
         SCOPED_TRACE(entry.path().filename());
-        const Scene scene = readSceneToOptimise(entry.path());
+        const Scene scene = readScene(entry.path());
         EXPECT_FALSE(scene.description.empty());
         const Outcome outcome = run("optimise " + entry.path().string() + " --iterations 2" +
                                     (scene.blob.empty() ? "" : " --blob"));

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr Colour white = {1, 1, 1};
+constexpr Colour WHITE = {1, 1, 1};
 
 // The surface keeps a pixel as one 32-bit number in the machine's byte order: unused, red, green,
 // blue from the highest byte to the lowest.
@@ -42,7 +42,7 @@ Canvas::Canvas(int width, int height)
     cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
     cairo_set_font_options(context.get(), options);
     cairo_font_options_destroy(options);
-    use(white);
+    use(WHITE);
     cairo_paint(context.get());
 }
 
@@ -57,7 +57,7 @@ void Canvas::strokePath(const Colour& colour, double thickness) {
 }
 
 void Canvas::fillWithRim(const Colour& colour) {
-    use(white);
+    use(WHITE);
     cairo_set_line_width(context.get(), 2.5);
     cairo_set_line_join(context.get(), CAIRO_LINE_JOIN_ROUND);
     cairo_stroke_preserve(context.get());

@@ -7,18 +7,18 @@
 
 namespace {
 
-constexpr std::array<Colour, 6> stops = {{{0.78, 0.78, 0.78},
+constexpr std::array<Colour, 6> STOPS = {{{0.78, 0.78, 0.78},
                                           {0.86, 0.65, 0.49},
                                           {0.87, 0.47, 0.26},
                                           {0.79, 0.28, 0.17},
                                           {0.58, 0.13, 0.18},
                                           {0.32, 0.04, 0.14}}};
 
-constexpr float solid = 0.5f;           // density from which an element counts for the span
-constexpr double lowestShare = 0.05;    // of the solid elements lie below the scale
-constexpr double highestShare = 0.997;  // of the solid elements lie on it or below
-constexpr double maxSpan = 1e4;         // four decades; more would flatten the colours
-constexpr double minSpan = 10;
+constexpr float SOLID = 0.5f;            // density from which an element counts for the span
+constexpr double LOWEST_SHARE = 0.05;    // of the solid elements lie below the scale
+constexpr double HIGHEST_SHARE = 0.997;  // of the solid elements lie on it or below
+constexpr double MAX_SPAN = 1e4;         // four decades; more would flatten the colours
+constexpr double MIN_SPAN = 10;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ EnergyScale::EnergyScale(const Field& energies, const Field& densities) {
     const auto& all = energies.values;
     mean = std::accumulate(all.begin(), all.end(), 0.0) / static_cast<double>(all.size());
     std::vector<double> working;
-    for (const float least : {solid, 0.0f}) {
+    for (const float least : {SOLID, 0.0f}) {
         if (!working.empty()) break;
         for (std::size_t i = 0; i < all.size(); ++i)
             if (densities.values[i] >= least && all[i] > 0) working.push_back(all[i]);
@@ -37,8 +37,8 @@ EnergyScale::EnergyScale(const Field& energies, const Field& densities) {
         return working[static_cast<std::size_t>(share * static_cast<double>(working.size()))] /
                mean;
     };
-    to = quantile(highestShare);
-    from = std::clamp(quantile(lowestShare), to / maxSpan, to / minSpan);
+    to = quantile(HIGHEST_SHARE);
+    from = std::clamp(quantile(LOWEST_SHARE), to / MAX_SPAN, to / MIN_SPAN);
 }
 
 double EnergyScale::position(double multiple) const {
@@ -47,7 +47,7 @@ double EnergyScale::position(double multiple) const {
 }
 
 Colour EnergyScale::colour(double position) {
-    const double place = std::clamp(position, 0.0, 1.0) * (stops.size() - 1);
-    const auto below = std::min(static_cast<std::size_t>(place), stops.size() - 2);
-    return mix(stops[below], stops[below + 1], place - static_cast<double>(below));
+    const double place = std::clamp(position, 0.0, 1.0) * (STOPS.size() - 1);
+    const auto below = std::min(static_cast<std::size_t>(place), STOPS.size() - 2);
+    return mix(STOPS[below], STOPS[below + 1], place - static_cast<double>(below));
 }

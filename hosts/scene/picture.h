@@ -19,8 +19,8 @@ struct PictureContent {
     std::string subtitle;
 };
 
-constexpr int minPictureScale = 1;
-constexpr int maxPictureScale = 64;
+constexpr int MIN_PICTURE_SCALE = 1;
+constexpr int MAX_PICTURE_SCALE = 64;
 
 /// Pixels per element that make a picture about 900 pixels wide (less for a tall plate).
 int defaultPictureScale(const Scene& scene);
@@ -35,11 +35,11 @@ void checkPictureScale(const Scene& scene, int scale);
 /// Draws the plate at `scale` pixels per element, its loads as arrows and its supports as
 /// triangles, its passive elements outlined and its blob tinted, below a title and above a legend.
 /// The plate's top left corner lies at
-/// ((width - scale * scene.width) / 2, pictureHeader + pictureMargin).
+/// ((width - scale * scene.width) / 2, PICTURE_HEADER + PICTURE_MARGIN).
 RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale);
 
 /// Pixels around the plate, for arrows and supports, and above and below that for text.
-constexpr int pictureMargin = 50;
-constexpr int pictureHeader = 52;
-constexpr int pictureLegend = 84;
-constexpr int minPictureWidth = 560;
+constexpr int PICTURE_MARGIN = 50;
+constexpr int PICTURE_HEADER = 52;
+constexpr int PICTURE_LEGEND = 84;
+constexpr int MIN_PICTURE_WIDTH = 560;

@@ -38,7 +38,7 @@ public:
     Field material() const;
 
     /// Where the blob was after the last iteration that moved it.
-    Cells blob() const;
+    Area blob() const;
 
 private:
     void start(const Scene& scene);

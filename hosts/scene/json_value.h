@@ -1,23 +1,19 @@
 #pragma once
 
 #include <filesystem>
-#include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
-/// Reads a JSON file. Throws InputError when it cannot be read, is malformed (with line and column)
-/// or has the same key twice in one object.
-nlohmann::json readJsonFile(const std::filesystem::path& file);
+#include "range.h"
 
-/// Inclusive range of node or element coordinates; a single one has from == to.
-struct Range {
-    int from = 0;
-    int to = 0;
+/// The text of a file that may be a scene. Throws InputError when it cannot be read or is too large.
+std::string readText(const std::filesystem::path& file);
 
-    int count() const { return to - from + 1; }
-};
+/// Reads JSON. Throws InputError when it is malformed (with line and column) or has the same key
+/// twice in one object; `file` is named there.
+nlohmann::json parseJson(const std::string& text, const std::filesystem::path& file);
 
 /// A value of a JSON document together with the file it comes from and its place there, such as
 /// loads[2].x. Every reader checks the type and the range, and throws InputError naming both.
@@ -44,6 +40,8 @@ public:
     /// A whole number from 0 to `last`, or [from, to] of two such numbers.
     Range range(int last, const std::string& note) const;
     std::string text() const;
+    /// A text that is one of these.
+    std::string oneOf(const std::vector<std::string>& allowed) const;
 
 private:
     JsonValue(const nlohmann::json& element, const std::string& source, std::string place)

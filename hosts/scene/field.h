@@ -19,6 +19,8 @@ struct Field {
     float& at(int x, int y) { return values[index(x, y)]; }
     float at(int x, int y) const { return values[index(x, y)]; }
 
+    bool operator==(const Field&) const = default;
+
 private:
     std::size_t index(int x, int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +

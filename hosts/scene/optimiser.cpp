@@ -3,12 +3,14 @@
 #include <array>
 #include <stdexcept>
 
+#include "records.h"
+
 Optimiser::Optimiser(const Scene& scene) : width(scene.width), height(scene.height) {
     start(scene);
 }
 
 void Optimiser::start(const Scene& scene) {
-    refinement = scene.subdivision * scene.meshFactor;
+    refinement = scene.refinement();
     const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     picture.assign(cells * static_cast<std::size_t>(refinement * refinement), 1);
     blobMask.assign(cells, 0);
@@ -57,11 +59,12 @@ Field Optimiser::material() const {
     return field;
 }
 
-Cells Optimiser::blob() const {
-    Cells cells;
-    auto inBlob = blobMask.begin();
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            if (*inBlob++ != 0) cells.push_back({x, y});
-    return cells;
+Area Optimiser::blob() const {
+    Area area;
+    for (int x = 0; x < width; ++x)
+        for (int y = 0; y < height; ++y)
+            if (blobMask[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                         static_cast<std::size_t>(x)] != 0)
+                area.cells.push_back({x, y});
+    return area;
 }

@@ -14,24 +14,7 @@ namespace {
 
 // Far above the largest grid written as numbers; it only keeps an endless input from filling
 // memory.
-constexpr std::size_t maxFileBytes = 64u << 20;
-
-std::string readText(const std::filesystem::path& file) {
-    if (std::filesystem::is_directory(file))
-        throw InputError(file.string() + ": is a directory, expected a scene file");
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw InputError(file.string() + ": cannot be read: " + std::strerror(errno));
-    std::string text;
-    std::vector<char> buffer(1u << 16);
-    while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
-           stream.gcount() > 0) {
-        text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
-        if (text.size() > maxFileBytes)
-            throw InputError(file.string() + ": is larger than 64 MiB, too large for a scene");
-    }
-    return text;
-}
+constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
 
 // The parser would silently keep the last of two equal keys, and a scene lose its first loads.
 class DuplicateKeys {
@@ -67,8 +50,24 @@ std::string outside(const std::string& found, const std::string& from, const std
 
 }  // namespace
 
-json readJsonFile(const std::filesystem::path& file) {
-    const std::string text = readText(file);
+std::string readText(const std::filesystem::path& file) {
+    if (std::filesystem::is_directory(file))
+        throw InputError(file.string() + ": is a directory, expected a scene file");
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw InputError(file.string() + ": cannot be read: " + std::strerror(errno));
+    std::string text;
+    std::vector<char> buffer(1u << 16);
+    while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
+           stream.gcount() > 0) {
+        text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
+        if (text.size() > MAX_FILE_BYTES)
+            throw InputError(file.string() + ": is larger than 64 MiB, too large for a scene");
+    }
+    return text;
+}
+
+json parseJson(const std::string& text, const std::filesystem::path& file) {
     DuplicateKeys duplicateKeys(file.string());
     try {
         return json::parse(text, [&](int, json::parse_event_t event, json& parsed) {
@@ -155,4 +154,12 @@ Range JsonValue::range(int last, const std::string& note) const {
 std::string JsonValue::text() const {
     expect(value->is_string(), "a text");
     return value->get<std::string>();
+}
+
+std::string JsonValue::oneOf(const std::vector<std::string>& allowed) const {
+    const std::string found = text();
+    if (std::find(allowed.begin(), allowed.end(), found) != allowed.end()) return found;
+    std::string list;
+    for (const auto& name : allowed) list += (list.empty() ? "\"" : ", \"") + name + "\"";
+    fail("\"" + found + "\" is not one of " + list);
 }

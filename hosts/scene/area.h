@@ -1,0 +1,50 @@
+#pragma once
+
+#include <compare>
+#include <vector>
+
+/// An element of the grid.
+struct Cell {
+    int x = 0;
+    int y = 0;
+
+    auto operator<=>(const Cell&) const = default;
+};
+
+using Cells = std::vector<Cell>;
+
+/// The elements whose centre is at least `inner` and less than `outer` from a point of the plate; a
+/// disc where `inner` is 0. It may reach beyond the plate.
+struct Ring {
+    double x = 0;
+    double y = 0;
+    double inner = 0;
+    double outer = 0;
+
+    bool contains(const Cell& cell) const;
+    bool operator==(const Ring&) const = default;
+};
+
+/// A set of elements.
+struct Area {
+    Cells cells;  ///< each once, by ascending x and then y
+    /// The discs and rings that some of the elements were given as, for a smooth outline. Whoever
+    /// takes an element away takes the rings away that it was in.
+    std::vector<Ring> rings;
+
+    bool empty() const { return cells.empty(); }
+    bool operator==(const Area&) const = default;
+};
+
+/// Elements that the optimiser leaves void, solid, or solid of a second kind. None is in two areas.
+struct PassiveAreas {
+    Area voids;
+    Area solids;
+    Area secondSolids;
+
+    bool empty() const { return voids.empty() && solids.empty() && secondSolids.empty(); }
+    bool operator==(const PassiveAreas&) const = default;
+};
+
+/// The elements of a ring on a grid, in the order of an area.
+Cells cellsOf(const Ring& ring, int width, int height);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+#include "scene.h"
+
+/// The library's records of five floats each, one for each node of a load.
+std::vector<float> loadRecords(const Settings& settings);
+
+/// The library's records of five floats each, one for each held direction of each node.
+std::vector<float> supportRecords(const Settings& settings);
+
+/// The library's records of a list of elements: a count, and then x and y of each.
+std::vector<short> cellRecords(const Area& area);
+
+/// The library's records: the three counts, and then the elements of each kind.
+std::vector<short> passiveRecords(const PassiveAreas& passive);

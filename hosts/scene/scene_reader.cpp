@@ -1,0 +1,195 @@
+#include "scene_reader.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "drawing.h"
+#include "input_error.h"
+#include "json_value.h"
+#include "png_image.h"
+#include "setting_keys.h"
+
+namespace {
+
+constexpr const char* CHANGE_ORDER =
+    " (after the change before it, and within the iterations of the scene)";
+
+/// These, and the keys of the settings.
+std::vector<std::string> withSettingKeys(std::vector<std::string> keys) {
+    for (const SettingKey& key : settingKeys()) keys.emplace_back(key.name);
+    return keys;
+}
+
+float densityOfCharacter(const JsonValue& row, char character, int x) {
+    if (character == '#') return 1.0f;
+    if (character == '.') return 0.0f;
+    if (character >= '0' && character <= '9') return static_cast<float>(character - '0') / 10.0f;
+    failAtCharacter(row, x, character, "'#' (solid), '.' (void) or a digit (tenths)");
+}
+
+void readDensityRow(const JsonValue& row, Field& densities, int y) {
+    if (row.raw().is_string()) {
+        const auto characters = drawingRow(row, densities.width);
+        for (int x = 0; x < densities.width; ++x)
+            densities.at(x, y) =
+                densityOfCharacter(row, characters[static_cast<std::size_t>(x)], x);
+        return;
+    }
+    const auto numbers = row.elements("a row of characters or an array of numbers");
+    checkDrawingRow(row, numbers.size(), densities.width, "numbers");
+    for (int x = 0; x < densities.width; ++x)
+        densities.at(x, y) = static_cast<float>(numbers[static_cast<std::size_t>(x)].number(0, 1));
+}
+
+Field readDensityImage(const JsonValue& value, Scene& scene) {
+    value.allowOnly({"png"});
+    const JsonValue name = value.at("png");
+    const auto file = scene.files.front().parent_path() / name.text();
+    scene.files.push_back(file);
+    try {
+        Field densities = readGreyPng(file, scene.width, scene.height);
+        for (float& density : densities.values) density = 1.0f - density;
+        return densities;
+    } catch (const InputError& error) {
+        name.fail(error.what());
+    }
+}
+
+Field readDensities(const JsonValue& value, Scene& scene) {
+    const auto& json = value.raw();
+    if (json.is_number())
+        return Field(scene.width, scene.height, static_cast<float>(value.number(0, 1)));
+    if (json.is_object()) return readDensityImage(value, scene);
+    const auto rows =
+        drawingRows(value, scene.height, "rows, one number for all, or {\"png\": file}");
+    Field densities(scene.width, scene.height);
+    for (int y = 0; y < scene.height; ++y)
+        readDensityRow(rows[static_cast<std::size_t>(y)], densities, y);
+    return densities;
+}
+
+std::string wholeNumber(double value) { return std::to_string(std::llround(value)); }
+
+int readRefinement(const JsonValue& value, const char* key) {
+    const auto refinement = value.find(key);
+    return refinement ? refinement->integer(1, Scene::MAX_REFINEMENT) : 1;
+}
+
+/// Fills `subdivision` and `meshFactor` of a scene or of a restart.
+template <typename Target>
+void readRefinements(const JsonValue& value, const Scene& scene, Target& target) {
+    target.subdivision = readRefinement(value, "subdivision");
+    target.meshFactor = readRefinement(value, "meshFactor");
+    const auto check = [&](const char* what, double refinement, double mostCells) {
+        const double columns = refinement * scene.width;
+        const double rows = refinement * scene.height;
+        if (columns * rows > mostCells || std::max(columns, rows) > Scene::MAX_FINE_SIDE)
+            value.fail("refines the " + std::string(what) + " to " + wholeNumber(columns) + " x " +
+                       wholeNumber(rows) + " cells, allowed are at most " + wholeNumber(mostCells) +
+                       ", and " + wholeNumber(Scene::MAX_FINE_SIDE) + " along a side");
+    };
+    check("design", target.subdivision, Scene::MAX_DESIGN_CELLS);
+    check("picture", target.subdivision * target.meshFactor, Scene::MAX_PICTURE_CELLS);
+}
+
+Restart readRestart(const JsonValue& value, const Scene& scene) {
+    value.allowOnly({"design", "subdivision", "meshFactor"});
+    Restart restart;
+    restart.keepsDesign = value.at("design").oneOf({"new", "keep"}) == "keep";
+    if (restart.keepsDesign)
+        value.allowOnly({"design"});
+    else
+        readRefinements(value, scene, restart);
+    return restart;
+}
+
+Change readChange(const JsonValue& value, const Scene& scene) {
+    value.allowOnly(withSettingKeys({"iteration", "restart"}));
+    Change change;
+    for (const SettingKey& key : settingKeys())
+        if (const auto setting = value.find(key.name)) {
+            key.read(*setting, scene, change.settings);
+            change.keys.emplace_back(key.name);
+        }
+    const int first = scene.timeline.empty() ? 2 : scene.timeline.back().iteration + 1;
+    change.iteration = value.at("iteration").integer(first, scene.iterations, CHANGE_ORDER);
+    if (const auto restart = value.find("restart")) change.restart = readRestart(*restart, scene);
+    if (change.keys.empty() && !change.restart) value.fail("changes nothing");
+    return change;
+}
+
+void checkPlacement(const JsonValue& value, const Scene& scene) {
+    if (scene.subdivision == scene.meshFactor) return;
+    if (scene.passive.empty() && scene.blob.empty()) return;
+    value.fail("subdivision " + std::to_string(scene.subdivision) + " and meshFactor " +
+               std::to_string(scene.meshFactor) +
+               " have to be equal, or passive cells and blob would not lie where they should");
+}
+
+void readTimeline(const JsonValue& value, Scene& scene) {
+    const auto changes = value.elements("an array of changes");
+    if (changes.size() > static_cast<std::size_t>(Scene::MAX_CHANGES))
+        value.fail(std::to_string(changes.size()) + " changes, allowed are at most " +
+                   std::to_string(Scene::MAX_CHANGES));
+    Scene later = scene;
+    for (const auto& change : changes) {
+        scene.timeline.push_back(readChange(change, scene));
+        apply(scene.timeline.back(), later);
+        checkPlacement(change, later);
+    }
+}
+
+/// The plate without what acts on it.
+Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
+    root.allowOnly(
+        withSettingKeys({"$schema", "title", "description", "grid", "loadCases", "densities",
+                         "subdivision", "meshFactor", "iterations", "timeline"}));
+    Scene scene;
+    scene.files.push_back(file);
+    scene.title = onOneLine(file.stem().string());
+    if (const auto title = root.find("title")) scene.title = onOneLine(title->text());
+    if (const auto description = root.find("description")) scene.description = description->text();
+
+    const JsonValue grid = root.at("grid");
+    grid.allowOnly({"width", "height"});
+    scene.width = grid.at("width").integer(1, Scene::MAX_SIDE, " (elements)");
+    scene.height = grid.at("height").integer(1, Scene::MAX_SIDE, " (elements)");
+    if (const auto loadCases = root.find("loadCases"))
+        scene.loadCases = loadCases->integer(1, Scene::MAX_LOAD_CASES);
+    scene.loadCasesInUse = allLoadCases(scene);
+    return scene;
+}
+
+[[noreturn]] void failWithout(const Scene& scene, const std::string& key, const std::string& why) {
+    throw InputError(scene.files.front().string() + ": " + key + ": missing key, " + why);
+}
+
+}  // namespace
+
+Scene readScene(const std::filesystem::path& file) { return parseScene(readText(file), file); }
+
+Scene parseScene(const std::string& text, const std::filesystem::path& file) {
+    const auto document = parseJson(text, file);
+    const JsonValue root(document, file.string());
+    Scene scene = readPlate(root, file);
+    for (const char* key : {"loads", "supports"}) root.at(key);
+    for (const SettingKey& key : settingKeys())
+        if (const auto setting = root.find(key.name)) key.read(*setting, scene, scene);
+    if (const auto densities = root.find("densities"))
+        scene.densities = readDensities(*densities, scene);
+    readRefinements(root, scene, scene);
+    checkPlacement(root, scene);
+    if (const auto iterations = root.find("iterations"))
+        scene.iterations = iterations->integer(1, Scene::MAX_ITERATIONS);
+    if (const auto timeline = root.find("timeline")) readTimeline(*timeline, scene);
+    return scene;
+}
+
+void requireScore(const Scene& scene) {
+    if (!scene.densities) failWithout(scene, "densities", "needed for a score");
+}
+
+void requireOptimisation(const Scene& scene) {
+    if (scene.volumeFraction == 0)
+        failWithout(scene, "volumeFraction", "needed for an optimisation");
+}
