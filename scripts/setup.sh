@@ -19,6 +19,17 @@ requirements=(
     "libbenchmark-dev:Google Benchmark"
 )
 
+# What else the tests need, so that the other scripts stay lean: scripts/test adds it to the list.
+test_requirements=(
+    "python3-numpy:Python 3.9 with NumPy, for the tests of the Python package"
+    "python3-pytest:pytest"
+    "python3-matplotlib:matplotlib"
+    "python3-pip:pip"
+    "python3-setuptools:setuptools"
+    "python3-wheel:wheel"
+    "mypy:mypy"
+)
+
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"

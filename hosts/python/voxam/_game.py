@@ -1,0 +1,78 @@
+"""The scorer of designs that somebody else made."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass
+from typing import Iterable
+
+import numpy as np
+import numpy.typing as npt
+
+from . import _library
+from ._library import OutOfMemoryError, ProblemError
+from ._plate import LoadLike, Plate, SupportLike
+
+_FAILED_SCORE = float(np.finfo(np.float32).max)
+_ADVICE = (
+    "the plate cannot be solved. Hold it in x, in y and against turning, and join or remove parts "
+    "that touch nothing: on plates of some 500 elements and more they have no score"
+)
+
+
+@dataclass(frozen=True, eq=False)
+class Score:
+    """What a design is worth."""
+
+    compliance: float  #: over all load cases; smaller is stiffer
+    energies: npt.NDArray[np.float32]  #: [y, x], each element's share of the compliance
+
+
+class Game(_library.Solver):
+    """Scores designs for a plate with its loads and supports."""
+
+    _destroy_function = "_DestroyVoxamGame"
+
+    def __init__(
+        self,
+        width: int,
+        height: int,
+        loads: Iterable[LoadLike],
+        supports: Iterable[SupportLike],
+        *,
+        load_cases: int = 1,
+    ) -> None:
+        """Takes a plate of width x height elements. Raises OutOfMemoryError when it is too large
+        for this machine."""
+        self._plate = Plate.checked(width, height, load_cases)
+        load_records = self._plate.load_records(loads)
+        support_records = self._plate.support_records(supports)
+        self._claim()
+        with self._in_use() as library:
+            library._InitVoxamGame(
+                self._plate.width, self._plate.height, 1, 1, len(load_records),
+                load_records.ctypes, len(support_records), support_records.ctypes, load_cases)
+            # Without densities the call fails, and sets the energies only if there is a solver.
+            energies = self._untouched()
+            library._SolveVoxamGame(None, energies.ctypes)
+        if np.isnan(energies[0, 0]):
+            self.close()
+            raise OutOfMemoryError(
+                f"not enough memory for {width} x {height} elements: make the plate smaller")
+
+    def solve(self, densities: npt.ArrayLike) -> Score:
+        """Scores one design: an array [y, x] of shape (height, width), from 0 (void) to 1 (solid).
+
+        Compare designs whose densities are near 0 and 1; partly filled elements score lower than
+        they deserve. Scores of many powers of ten mean that a load hangs on void. Raises
+        ProblemError when the plate cannot be solved; the next call starts clean.
+        """
+        columns = self._plate.densities(densities)
+        energies = self._untouched()
+        with self._in_use() as library:
+            compliance = library._SolveVoxamGame(columns.ctypes, energies.ctypes)
+        if compliance >= _FAILED_SCORE:
+            raise ProblemError("", _ADVICE)
+        return Score(compliance, energies.T)
+
+    def _untouched(self) -> npt.NDArray[np.float32]:
+        return np.full((self._plate.width, self._plate.height), np.nan, np.float32)

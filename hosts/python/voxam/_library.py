@@ -1,0 +1,190 @@
+"""The shared library: where it is, what it exports, and who may call it."""
+
+from __future__ import annotations
+
+import contextlib
+import ctypes
+import ctypes.util
+import os
+import pathlib
+import sys
+import threading
+import weakref
+from typing import Any, ClassVar, Iterator, List, Optional, Type, TypeVar
+
+ENVIRONMENT_VARIABLE = "VOXAM_LIBRARY"
+_FILE_NAMES = {
+    "darwin": ("libvoxam.1.dylib", "libvoxam.dylib"),
+    "win32": ("voxam.dll", "libvoxam.dll"),
+}.get(sys.platform, ("libvoxam.so.1", "libvoxam.so"))
+
+
+class VoxamError(RuntimeError):
+    """What can go wrong beside wrong arguments."""
+
+
+class LibraryNotFoundError(VoxamError):
+    """The shared library is nowhere, or is not what it should be."""
+
+
+class OutOfMemoryError(VoxamError, MemoryError):
+    """The plate or its refinement is too large for this machine."""
+
+
+class ProblemError(VoxamError):
+    """Something is wrong with loads or supports; changed ones mend it. `text` is the library's own
+    text, empty if it has none."""
+
+    def __init__(self, text: str, advice: str) -> None:
+        super().__init__(f"{text}: {advice}" if text else advice)
+        self.text = text
+
+
+class RuntimeStat(ctypes.Structure):
+    """The library's record of the times of an iteration."""
+
+    _fields_ = [
+        (name + "Time", ctypes.c_float)
+        for name in ("total", "update", "state", "assemble", "factorize", "solve", "sensitivity",
+                     "mesh")
+    ]
+
+
+_INT = ctypes.c_int
+_FLOAT = ctypes.c_float
+_DOUBLE = ctypes.c_double
+_ARRAY = ctypes.c_void_p  # takes `array.ctypes`, or None for a null pointer
+_PROTOTYPES = {
+    "_InitVoxamApp": (None, [_INT, _INT, _INT, _INT, _FLOAT, _INT, _INT]),
+    "_UpdateVoxamApp": (None, [_INT, _ARRAY, _INT, _ARRAY, _FLOAT, _ARRAY, _INT, _ARRAY, _ARRAY]),
+    "_IterateVoxamApp": (_DOUBLE, [_INT, _ARRAY, _ARRAY, _ARRAY, _ARRAY, _FLOAT]),
+    "_IterateVoxamAppWithBlob": (
+        _DOUBLE, [_INT, _ARRAY, _ARRAY, _ARRAY, _ARRAY, _ARRAY, _FLOAT]),
+    "_DestroyVoxamApp": (None, []),
+    "_InitVoxamGame": (None, [_INT, _INT, _INT, _INT, _INT, _ARRAY, _INT, _ARRAY, _INT]),
+    "_SolveVoxamGame": (_DOUBLE, [_ARRAY, _ARRAY]),
+    "_DestroyVoxamGame": (None, []),
+    "_VoxamPerformanceTest": (None, []),
+}
+
+# The library takes no lock itself. Reentrant, because a solver that was forgotten is destroyed by
+# the garbage collector, which may run while this thread is preparing a call.
+_lock = threading.RLock()
+_loaded: Optional[ctypes.CDLL] = None
+_process_that_called: Optional[int] = None
+
+
+def _candidates() -> List[str]:
+    named = os.environ.get(ENVIRONMENT_VARIABLE)
+    if named:
+        return [named]
+    package = pathlib.Path(__file__).resolve().parent
+    beside = [folder / name for folder in (package, package.parent) for name in _FILE_NAMES]
+    installed = ctypes.util.find_library("voxam")
+    return [
+        *(str(file) for file in beside if file.is_file()),
+        *([installed] if installed else []),
+        *_FILE_NAMES,
+    ]
+
+
+def _load() -> ctypes.CDLL:
+    refusals = []
+    for candidate in _candidates():
+        try:
+            library = ctypes.CDLL(candidate)
+            for name, (result, arguments) in _PROTOTYPES.items():
+                function = getattr(library, name)
+                function.restype = result
+                function.argtypes = arguments
+        except (OSError, AttributeError) as refusal:
+            refusals.append(f"    {candidate}: {refusal}")
+        else:
+            return library
+    raise LibraryNotFoundError(
+        f"the Voxam library cannot be loaded. Set the environment variable {ENVIRONMENT_VARIABLE} "
+        f"to the path of {_FILE_NAMES[-1]}, put the file into {pathlib.Path(__file__).parent}, or "
+        "install it where the system looks for libraries. Tried:\n" + "\n".join(refusals)
+    )
+
+
+@contextlib.contextmanager
+def exclusive() -> Iterator[Any]:
+    """The library, for this thread alone."""
+    global _loaded, _process_that_called
+    with _lock:
+        if _loaded is None:
+            _loaded = _load()
+        if _process_that_called not in (None, os.getpid()):
+            raise VoxamError(
+                "this process was forked from one that had called the Voxam library, whose worker "
+                'threads it lacks: start processes with multiprocessing.get_context("spawn")'
+            )
+        _process_that_called = os.getpid()
+        yield _loaded
+
+
+def performance_test() -> None:
+    """Times ways of assembling the equations on this machine, and prints tables on the standard
+    output of the process."""
+    with exclusive() as library:
+        library._VoxamPerformanceTest()
+
+
+_AnySolver = TypeVar("_AnySolver", bound="Solver")
+
+
+class Solver:
+    """What `Optimiser` and `Game` have in common: one of each kind in a process, used until it is
+    closed, by one thread at a time."""
+
+    _destroy_function: ClassVar[str]
+    _alive: ClassVar[Optional[object]] = None  # a token of the one of this kind
+
+    def _claim(self) -> None:
+        """Becomes the one of its kind. What another copy of this package may have left in the
+        library is destroyed: the library might keep it, with other sizes."""
+        kind = type(self)
+        with exclusive() as library:
+            if kind._alive is not None:
+                raise VoxamError(
+                    f"there can be one {kind.__name__} in a process: close() the other one first, "
+                    "or create each in a with statement"
+                )
+            token = object()
+            getattr(library, self._destroy_function)()
+            kind._alive = token
+            self._finalizer = weakref.finalize(self, _release, kind, token)
+
+    @contextlib.contextmanager
+    def _in_use(self) -> Iterator[Any]:
+        with exclusive() as library:
+            if self.closed:
+                raise VoxamError(
+                    f"this {type(self).__name__} is closed: create another one to go on")
+            yield library
+
+    @property
+    def closed(self) -> bool:
+        """Whether it was closed."""
+        return not self._finalizer.alive
+
+    def close(self) -> None:
+        """Frees what it holds, after a call of another thread has come to its end. Closing twice
+        does no harm."""
+        self._finalizer()
+
+    def __enter__(self: _AnySolver) -> _AnySolver:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()
+
+
+def _release(kind: Type[Solver], token: object) -> None:
+    with _lock:
+        if kind._alive is not token or _loaded is None:
+            return
+        kind._alive = None
+        if _process_that_called == os.getpid():
+            getattr(_loaded, kind._destroy_function)()

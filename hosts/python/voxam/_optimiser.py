@@ -1,0 +1,319 @@
+"""The optimiser."""
+
+from __future__ import annotations
+
+import ctypes
+from dataclasses import dataclass, fields
+from typing import Iterable, NamedTuple, Optional, Sequence, Tuple
+
+import numpy as np
+import numpy.typing as npt
+
+from . import _library
+from ._library import OutOfMemoryError, ProblemError, RuntimeStat, VoxamError
+from ._plate import (LARGEST_INT, LOAD_CASES_IN_USE, LoadLike, Mask, Plate, SupportLike,
+                     cell_records, finite, fraction, whole)
+
+_TEXT_LENGTH = 256
+_NO_OPTIMISER = "No optimiser"
+_ADVICE = {
+    "Change load / support":
+        "the equations cannot be solved, most often because the plate is not held. Hold it in x, "
+        "in y and against turning, then update()",
+    "Change load/support":
+        "the loads push the plate away. Hold it in x, in y and against turning, and scale the "
+        "forces to about 1, then update(); if the design was torn, restart() as well",
+    "Load cannot be on top of support":
+        "the loads do no work. Put a force of a load case in use on a node that is not held, then "
+        "update()",
+}
+
+
+@dataclass(frozen=True)
+class Times:
+    """Where the time of an iteration went, in milliseconds."""
+
+    total: float  #: the whole iteration
+    update: float  #: design update with its volume constraint
+    state: float  #: state solve: the next three and what lies between them
+    assemble: float  #: assembly of the stiffness matrix
+    factorize: float  #: numeric factorisation
+    solve: float  #: solution of all load cases in use
+    sensitivity: float  #: compliance, sensitivities and their filtering
+    mesh: float  #: the picture, and the measure of change
+
+
+@dataclass(frozen=True, eq=False)
+class Iteration:
+    """What an iteration came to."""
+
+    compliance: float  #: of the design that the iteration started from; smaller is stiffer
+    change: float  #: the largest change of a density, 0 to 1
+    picture: npt.NDArray[np.float32]  #: [y, x], 0 solid and 1 void, of Optimiser.picture_shape
+    times: Times
+    blob: Optional[npt.NDArray[np.bool_]]  #: [y, x], where the blob moved to; None if it did not
+
+    @property
+    def volume(self) -> float:
+        """Material of the picture, 0 to 1."""
+        return 1.0 - float(self.picture.mean(dtype=np.float64))
+
+
+class _Settings(NamedTuple):
+    """The library's records of an update."""
+
+    loads: npt.NDArray[np.float32]
+    supports: npt.NDArray[np.float32]
+    volume_fraction: float
+    passive: npt.NDArray[np.int16]
+    load_cases: npt.NDArray[np.int8]
+    blob: npt.NDArray[np.int16]
+
+    @property
+    def has_cells(self) -> bool:
+        return bool(self.passive[:3].any() or self.blob[0])
+
+
+class Optimiser(_library.Solver):
+    """Looks for the stiffest design that can be made of a given amount of material.
+
+    Create it, `update()` it with the problem, and `iterate()`. Most of the shape is there after 20
+    to 50 iterations. Change the problem by further updates, while the design goes on.
+    """
+
+    _destroy_function = "_DestroyVoxamApp"
+    _restart_id = 0
+
+    def __init__(
+        self,
+        width: int,
+        height: int,
+        *,
+        volume_fraction: float = 0.5,
+        subdivision: int = 1,
+        mesh_factor: int = 1,
+        load_cases: int = 1,
+    ) -> None:
+        """Starts with a uniform design.
+
+        width, height    elements of the plate in x and y
+        volume_fraction  material to use, above 0 and up to 1
+        subdivision      cells of the design per edge of an element: more detail. Up to 4 serve
+                         well; beyond, the design falls apart into dots
+        mesh_factor      cells of the picture per edge of such a cell
+        load_cases       number of load cases; the compliance is the sum over those in use
+
+        Raises OutOfMemoryError, but not before the first iteration, when this machine has not
+        enough memory.
+        """
+        self._plate = Plate.checked(width, height, load_cases)
+        self._volume_fraction = fraction(volume_fraction, "volume_fraction")
+        self._subdivision = 0
+        self._mesh_factor = 0
+        self._settings: Optional[_Settings] = None
+        refinement = self._checked_refinement(subdivision, mesh_factor)
+        self._claim()
+        self._create(*refinement)
+
+    @property
+    def picture_shape(self) -> Tuple[int, int]:
+        """Rows and columns of the picture."""
+        refinement = self._subdivision * self._mesh_factor
+        return self._plate.height * refinement, self._plate.width * refinement
+
+    @property
+    def blob(self) -> Optional[npt.NDArray[np.bool_]]:
+        """[y, x], where the blob is; None if there is none."""
+        if self._settings is None or self._settings.blob[0] < 1:
+            return None
+        mask = self._plate.mask(None, "blob")
+        cells = self._settings.blob[1:].reshape(-1, 2)
+        mask[cells[:, 1], cells[:, 0]] = True
+        return mask
+
+    def update(
+        self,
+        loads: Iterable[LoadLike],
+        supports: Iterable[SupportLike],
+        *,
+        volume_fraction: Optional[float] = None,
+        void: Optional[Mask] = None,
+        solid: Optional[Mask] = None,
+        second_solid: Optional[Mask] = None,
+        load_cases_in_use: Optional[Sequence[int]] = None,
+        blob: Optional[Mask] = None,
+    ) -> None:
+        """Sends the whole problem, any time between iterations. The design goes on from where it
+        is. What is left out is not remembered: no mask means no such elements.
+
+        volume_fraction          material to use; the one in force if left out
+        void, solid              masks of bool, [y, x], of elements that stay empty or solid
+        second_solid             the same as solid, for hosts that tell two kinds apart
+        load_cases_in_use        such as [0, 2]; all if left out
+        blob                     mask of the elements of a hole that iterate(move_blob=True) moves,
+                                 and that stays where it is otherwise. An update puts the hole
+                                 here: to leave it where it is, pass the property blob
+
+        Masks need mesh_factor to be equal to subdivision. An error leaves everything as it was.
+        """
+        wanted = self._volume_fraction if volume_fraction is None else volume_fraction
+        settings = _Settings(
+            self._plate.load_records(loads),
+            self._plate.support_records(supports),
+            fraction(wanted, "volume_fraction"),
+            self._passive_record(void, solid, second_solid),
+            self._load_cases(load_cases_in_use),
+            cell_records([("blob", self._plate.mask(blob, "blob"))]),
+        )
+        with self._in_use() as library:
+            _check_placement(settings, self._subdivision, self._mesh_factor)
+            self._settings = settings
+            self._volume_fraction = settings.volume_fraction
+            self._send(library)
+
+    def iterate(
+        self,
+        penalty: float = 3.0,
+        *,
+        move_blob: bool = False,
+        out: Optional[npt.NDArray[np.float32]] = None,
+    ) -> Iteration:
+        """Runs one iteration, and then moves the blob if it is to move.
+
+        penalty  exponent that makes half-filled cells a poor use of material, above 0
+        out      array that gets the picture: float32, C-contiguous, of picture_shape; a new one if
+                 left out
+
+        Raises ProblemError when the plate cannot be optimised as it is; an update mends it, and
+        the design goes on. `out` is not touched then.
+        """
+        exponent = finite(penalty, "penalty")
+        if exponent <= 0:
+            raise ValueError(f"penalty: {penalty!r} is not above 0")
+        text = ctypes.create_string_buffer(_TEXT_LENGTH)
+        change = ctypes.c_double()
+        stat = RuntimeStat()
+        with self._in_use() as library:
+            if self._settings is None:
+                raise VoxamError("there is nothing to optimise yet: call update() first")
+            picture = self._picture(out)
+            outputs = (_TEXT_LENGTH, text, picture.ctypes, ctypes.byref(change),
+                       ctypes.byref(stat))
+            cells = np.full((self._plate.height, self._plate.width), -1, np.intc)
+            if move_blob:
+                compliance = library._IterateVoxamAppWithBlob(*outputs, cells.ctypes, exponent)
+            else:
+                compliance = library._IterateVoxamApp(*outputs, exponent)
+            blob = cells == 1 if cells[0, 0] >= 0 else None
+            if blob is not None:
+                self._settings = self._settings._replace(blob=cell_records([("blob", blob)]))
+            if text.value:
+                self._fail(text.value.decode("utf-8", "replace"))
+        times = Times(*(getattr(stat, field.name + "Time") for field in fields(Times)))
+        return Iteration(compliance, change.value, picture, times, blob)
+
+    def restart(
+        self,
+        *,
+        keep_design: bool = False,
+        subdivision: Optional[int] = None,
+        mesh_factor: Optional[int] = None,
+    ) -> None:
+        """Begins again with the problem of the last update, from a uniform design and, if given, at
+        another detail; the picture's shape changes with it. With keep_design only the library's
+        schedule of iterations begins again."""
+        if keep_design and not (subdivision is None and mesh_factor is None):
+            raise ValueError("a design that is kept keeps its subdivision and mesh_factor")
+        with self._in_use() as library:
+            refinement = self._checked_refinement(
+                self._subdivision if subdivision is None else subdivision,
+                self._mesh_factor if mesh_factor is None else mesh_factor,
+            )
+            if self._settings is not None:
+                _check_placement(self._settings, *refinement)
+            if not keep_design:
+                library._DestroyVoxamApp()
+            self._create(*refinement)
+            if self._settings is not None:
+                self._send(library)
+
+    def _checked_refinement(self, subdivision: int, mesh_factor: int) -> Tuple[int, int]:
+        refinement = (
+            whole(subdivision, "subdivision", 1, LARGEST_INT),
+            whole(mesh_factor, "mesh_factor", 1, LARGEST_INT),
+        )
+        scale = refinement[0] * refinement[1]
+        if self._plate.width * self._plate.height * scale * scale > LARGEST_INT:
+            raise ValueError(
+                f"subdivision {subdivision} and mesh_factor {mesh_factor} make a picture of more "
+                "cells than the library can number: lower them"
+            )
+        return refinement
+
+    def _create(self, subdivision: int, mesh_factor: int) -> None:
+        """Creates the library's optimiser, or only restarts the schedule of the one there is."""
+        with self._in_use() as library:
+            library._InitVoxamApp(self._plate.width, self._plate.height, subdivision, mesh_factor,
+                                  self._volume_fraction, self._plate.load_cases, self._restart_id)
+            self._subdivision, self._mesh_factor = subdivision, mesh_factor
+
+    def _send(self, library: ctypes.CDLL) -> None:
+        settings = self._settings
+        assert settings is not None
+        library._UpdateVoxamApp(
+            len(settings.loads), settings.loads.ctypes,
+            len(settings.supports), settings.supports.ctypes,
+            settings.volume_fraction, settings.passive.ctypes,
+            len(settings.load_cases), settings.load_cases.ctypes,
+            settings.blob.ctypes)
+
+    def _passive_record(self, *masks: Optional[Mask]) -> npt.NDArray[np.int16]:
+        names = ("void", "solid", "second_solid")
+        lists = [(name, self._plate.mask(mask, name)) for name, mask in zip(names, masks)]
+        taken = np.zeros((self._plate.height, self._plate.width), np.intp)
+        for _, mask in lists:
+            taken += mask
+        if taken.max() > 1:
+            y, x = np.argwhere(taken > 1)[0]
+            both = " and ".join(name for name, mask in lists if mask[y, x])
+            raise ValueError(f"element [{y}, {x}] is in both {both}")
+        return cell_records(lists)
+
+    def _load_cases(self, in_use: Optional[Sequence[int]]) -> npt.NDArray[np.int8]:
+        exist = self._plate.load_cases
+        if in_use is None:
+            if exist > LOAD_CASES_IN_USE:
+                raise ValueError(f"load_cases_in_use: name them, of {exist} load cases only the "
+                                 f"first {LOAD_CASES_IN_USE} can be used")
+            in_use = range(exist)
+        last = min(exist, LOAD_CASES_IN_USE) - 1
+        return np.array([whole(case, f"load_cases_in_use[{i}]", 0, last)
+                         for i, case in enumerate(in_use)], np.int8)
+
+    def _picture(self, out: Optional[npt.NDArray[np.float32]]) -> npt.NDArray[np.float32]:
+        if out is None:
+            return np.empty(self.picture_shape, np.float32)
+        if not isinstance(out, np.ndarray) or out.dtype != np.float32:
+            raise TypeError("out: an array of numpy.float32 is needed")
+        if out.shape != self.picture_shape:
+            raise ValueError(f"out: shape {out.shape} is not the picture's, {self.picture_shape}")
+        if not (out.flags.c_contiguous and out.flags.writeable):
+            raise ValueError("out: the array has to be C-contiguous and writeable")
+        return out
+
+    def _fail(self, text: str) -> None:
+        if text.startswith(_NO_OPTIMISER) or text == "std::bad_alloc":
+            raise OutOfMemoryError(
+                f"not enough memory for {self._plate.width} x {self._plate.height} elements with "
+                f"subdivision {self._subdivision} and mesh_factor {self._mesh_factor}: close this "
+                "optimiser and create a smaller one")
+        if text in _ADVICE:
+            raise ProblemError(text, _ADVICE[text])
+        raise VoxamError(f"{text}: close this optimiser and create a smaller one")
+
+
+def _check_placement(settings: _Settings, subdivision: int, mesh_factor: int) -> None:
+    if settings.has_cells and subdivision != mesh_factor:
+        raise ValueError(
+            f"subdivision {subdivision} and mesh_factor {mesh_factor} have to be equal, or masks "
+            "and blob would not lie where they should")

@@ -1,0 +1,332 @@
+"""Scene files, the JSON files that the program ``voxam optimise`` runs.
+
+Read are all keys that an optimisation needs: grid, loads, supports, loadCases, loadCasesInUse,
+volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
+Not read are densities, which are for a score, and description.
+"""
+
+from __future__ import annotations
+
+import difflib
+import json
+import pathlib
+from dataclasses import dataclass
+from typing import Any, Callable, Dict, Generator, List, Optional, Sequence, Tuple, Union
+
+import numpy as np
+import numpy.typing as npt
+
+from ._library import ProblemError
+from ._optimiser import Iteration, Optimiser
+from ._plate import Load, Support
+
+_SETTINGS = ("loads", "supports", "volumeFraction", "penalty", "passive", "blob", "loadCasesInUse")
+_SCENE_KEYS = ("title", "description", "grid", "loadCases", "densities", "subdivision",
+               "meshFactor", "iterations", "timeline", *_SETTINGS)
+_PASSIVE_KINDS = {"void": "void", "solid": "solid", "secondSolid": "second_solid"}
+_PASSIVE_CHARACTERS = {"o": "void", "#": "solid", "2": "second_solid"}
+
+
+class SceneError(ValueError):
+    """Something in a scene file is not as it has to be; names the file, the key and the value."""
+
+
+@dataclass(frozen=True)
+class Change:
+    """A change of the timeline: what it replaces of a scene's settings, before an iteration."""
+
+    iteration: int
+    settings: Dict[str, Any]
+    restart: Optional[Dict[str, Any]]  #: arguments of Optimiser.restart
+
+
+@dataclass(frozen=True)
+class Scene:
+    """A plate, what acts on it, and how it is optimised."""
+
+    title: str
+    width: int
+    height: int
+    load_cases: int
+    iterations: int
+    subdivision: int
+    mesh_factor: int
+    settings: Dict[str, Any]  #: the penalty, and else the arguments of Optimiser.update
+    timeline: Tuple[Change, ...]
+
+
+def run(
+    scene: Scene, iterations: Optional[int] = None, move_blob: bool = False
+) -> Generator[Tuple[int, Iteration], None, None]:
+    """Optimises a scene, with the changes of its timeline: yields the number of each iteration,
+    from 1, and what it came to. Raises ProblemError when an iteration fails and no later change
+    can mend it; else goes on with that change."""
+    last = scene.iterations if iterations is None else iterations
+    changes = [change for change in scene.timeline if change.iteration <= last]
+    settings = dict(scene.settings)
+    with Optimiser(scene.width, scene.height, volume_fraction=settings["volume_fraction"],
+                   subdivision=scene.subdivision, mesh_factor=scene.mesh_factor,
+                   load_cases=scene.load_cases) as optimiser:
+        _update(optimiser, settings)
+        number = 1
+        while number <= last:
+            if changes and changes[0].iteration == number:
+                _make(changes.pop(0), optimiser, settings)
+            try:
+                result = optimiser.iterate(settings["penalty"], move_blob=move_blob)
+            except ProblemError:
+                if not changes:
+                    raise
+                number = changes[0].iteration
+                continue
+            if move_blob:
+                settings["blob"] = result.blob
+            yield number, result
+            number += 1
+
+
+def _update(optimiser: Optimiser, settings: Dict[str, Any]) -> None:
+    optimiser.update(**{key: value for key, value in settings.items() if key != "penalty"})
+
+
+def _make(change: Change, optimiser: Optimiser, settings: Dict[str, Any]) -> None:
+    settings.update(change.settings)
+    if change.restart is not None:
+        _update(optimiser, settings)
+        optimiser.restart(**change.restart)
+    elif change.settings.keys() - {"penalty"}:
+        _update(optimiser, settings)
+
+
+def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
+    """Reads a scene to optimise. Raises SceneError, or OSError when the file cannot be read."""
+    path = pathlib.Path(file)
+    try:
+        document = json.loads(path.read_text("utf-8"), object_pairs_hook=_without_duplicates)
+    except ValueError as error:
+        raise SceneError(f"{path}: {error}") from None
+    return _Reader(_Value(document, str(path), "")).scene(path.stem)
+
+
+def _without_duplicates(pairs: List[Tuple[str, Any]]) -> Dict[str, Any]:
+    members = dict(pairs)
+    if len(members) < len(pairs):
+        keys = [key for key, _ in pairs]
+        twice = next(key for key in keys if keys.count(key) > 1)
+        raise ValueError(f'key "{twice}" stands twice in the same object')
+    return members
+
+
+class _Value:
+    """A value of the document, which knows where it stands."""
+
+    def __init__(self, raw: Any, file: str, path: str) -> None:
+        self.raw = raw
+        self._file = file
+        self._path = path
+
+    def fail(self, what: str) -> SceneError:
+        return SceneError(": ".join(part for part in (self._file, self._path, what) if part))
+
+    def find(self, key: str) -> Optional[_Value]:
+        if key not in self.raw:
+            return None
+        return _Value(self.raw[key], self._file, f"{self._path}.{key}" if self._path else key)
+
+    def at(self, key: str) -> _Value:
+        found = self.find(key)
+        if found is None:
+            raise self.fail(f'"{key}" is missing')
+        return found
+
+    def allow_only(self, keys: Sequence[str]) -> None:
+        if not isinstance(self.raw, dict):
+            raise self.fail("an object is needed")
+        for key in self.raw:
+            if key not in keys:
+                near = difflib.get_close_matches(key, keys, 1)
+                hint = f'did you mean "{near[0]}"?' if near else "allowed are " + ", ".join(keys)
+                raise self.fail(f'unknown key "{key[:40]}"; {hint}')
+
+    def elements(self) -> List[_Value]:
+        if not isinstance(self.raw, list):
+            raise self.fail("an array is needed")
+        return [_Value(raw, self._file, f"{self._path}[{i}]") for i, raw in enumerate(self.raw)]
+
+    def text(self) -> str:
+        if not isinstance(self.raw, str):
+            raise self.fail("a text is needed")
+        return self.raw
+
+    def number(self, least: float, most: float) -> float:
+        if isinstance(self.raw, bool) or not isinstance(self.raw, (int, float)):
+            raise self.fail("a number is needed")
+        if not least <= self.raw <= most:
+            raise self.fail(f"{self.raw} is outside {least:g}..{most:g}")
+        return self.raw
+
+    def integer(self, least: int, most: int) -> int:
+        if isinstance(self.raw, float):
+            raise self.fail(f"{self.raw} is not a whole number")
+        return int(self.number(least, most))
+
+    def numbers(self, read: Callable[[_Value], Any]) -> Tuple[Any, Any]:
+        """A pair [from, to], or one number for both."""
+        if not isinstance(self.raw, list):
+            return read(self), read(self)
+        if len(self.raw) != 2:
+            raise self.fail("two numbers are needed, [from, to]")
+        first, second = (read(element) for element in self.elements())
+        if first > second:
+            raise self.fail(f"{first} is larger than {second}")
+        return first, second
+
+    def range(self, most: int) -> range:
+        first, last = self.numbers(lambda value: value.integer(0, most))
+        return range(first, last + 1)
+
+
+class _Reader:
+    def __init__(self, root: _Value) -> None:
+        root.allow_only(_SCENE_KEYS)
+        grid = root.at("grid")
+        grid.allow_only(("width", "height"))
+        self._root = root
+        self._width = grid.at("width").integer(1, 1000)
+        self._height = grid.at("height").integer(1, 1000)
+        self._load_cases = self._count(root, "loadCases", 64, 1)
+
+    def scene(self, name: str) -> Scene:
+        root = self._root
+        for key in ("loads", "supports", "volumeFraction"):
+            root.at(key)
+        title = root.find("title")
+        iterations = self._count(root, "iterations", 1000000, 100)
+        timeline = root.find("timeline")
+        changes: List[Change] = []
+        for value in timeline.elements() if timeline else []:
+            changes.append(self._change(value, changes[-1].iteration if changes else 1, iterations))
+        return Scene(
+            title.text() if title else name, self._width, self._height, self._load_cases,
+            iterations, settings={"penalty": 3.0, **self._settings(root)},
+            timeline=tuple(changes), **self._refinement(root))
+
+    @staticmethod
+    def _count(value: _Value, key: str, most: int, default: int) -> int:
+        found = value.find(key)
+        return found.integer(1, most) if found else default
+
+    def _refinement(self, value: _Value) -> Dict[str, int]:
+        return {"subdivision": self._count(value, "subdivision", 16, 1),
+                "mesh_factor": self._count(value, "meshFactor", 16, 1)}
+
+    def _change(self, value: _Value, after: int, iterations: int) -> Change:
+        value.allow_only(("iteration", "restart", *_SETTINGS))
+        iteration = value.at("iteration").integer(after + 1, iterations)
+        restart = value.find("restart")
+        return Change(iteration, self._settings(value), self._restart(restart) if restart else None)
+
+    def _restart(self, value: _Value) -> Dict[str, Any]:
+        value.allow_only(("design", "subdivision", "meshFactor"))
+        design = value.at("design")
+        if design.raw == "keep":
+            value.allow_only(("design",))
+            return {"keep_design": True}
+        if design.raw != "new":
+            raise design.fail('neither "new" nor "keep"')
+        return self._refinement(value)
+
+    def _settings(self, value: _Value) -> Dict[str, Any]:
+        readers: Dict[str, Callable[[_Value], Dict[str, Any]]] = {
+            "loads": lambda found: {"loads": self._loads(found)},
+            "supports": lambda found: {"supports": self._supports(found)},
+            "volumeFraction": lambda found: {"volume_fraction": found.number(0, 1)},
+            "penalty": lambda found: {"penalty": found.number(1, 10)},
+            "passive": self._passive,
+            "blob": lambda found: {"blob": self._shapes(found)},
+            "loadCasesInUse": lambda found: {"load_cases_in_use": self._cases(found)},
+        }
+        settings: Dict[str, Any] = {}
+        for key, read in readers.items():
+            found = value.find(key)
+            if found:
+                settings.update(read(found))
+        return settings
+
+    def _loads(self, value: _Value) -> List[Load]:
+        loads = []
+        for load in value.elements():
+            load.allow_only(("x", "y", "fx", "fy", "loadCase"))
+            if "fx" not in load.raw and "fy" not in load.raw:
+                raise load.fail("a force is needed: fx, fy or both")
+            nodes = self._nodes(load)
+            forces = [load.find("fx"), load.find("fy")]
+            fx, fy = (force.number(-1e6, 1e6) / len(nodes) if force else 0.0 for force in forces)
+            case = load.find("loadCase")
+            load_case = case.integer(0, self._load_cases - 1) if case else 0
+            loads += [Load(x, y, fx, fy, load_case) for x, y in nodes]
+        if not loads:
+            raise value.fail("at least one load is needed")
+        return loads
+
+    def _supports(self, value: _Value) -> List[Support]:
+        supports = []
+        for support in value.elements():
+            support.allow_only(("x", "y", "fix"))
+            fix = support.at("fix")
+            if fix.raw not in ("x", "y", "xy"):
+                raise fix.fail('not one of "x", "y", "xy"')
+            supports += [Support(x, y, fix.raw) for x, y in self._nodes(support)]
+        return supports
+
+    def _nodes(self, value: _Value) -> List[Tuple[int, int]]:
+        columns, rows = value.at("x").range(self._width), value.at("y").range(self._height)
+        return [(x, y) for x in columns for y in rows]
+
+    def _cases(self, value: _Value) -> List[int]:
+        cases = sorted({case.integer(0, self._load_cases - 1) for case in value.elements()})
+        if not cases:
+            raise value.fail("at least one load case is needed")
+        return cases
+
+    def _passive(self, value: _Value) -> Dict[str, Any]:
+        if isinstance(value.raw, list):
+            return self._drawing(value)
+        value.allow_only(tuple(_PASSIVE_KINDS))
+        lists = {kind: value.find(key) for key, kind in _PASSIVE_KINDS.items()}
+        return {kind: self._shapes(found) if found else None for kind, found in lists.items()}
+
+    def _drawing(self, value: _Value) -> Dict[str, Any]:
+        rows = value.elements()
+        for row in rows:
+            if len(row.text()) != self._width or set(row.text()) - set(".o#2"):
+                raise row.fail(f'{self._width} characters ".", "o", "#" or "2" are needed')
+        if len(rows) != self._height:
+            raise value.fail(f"{self._height} rows are needed, not {len(rows)}")
+        drawing = np.array([list(row.text()) for row in rows])
+        return {kind: drawing == character for character, kind in _PASSIVE_CHARACTERS.items()}
+
+    def _shapes(self, value: _Value) -> npt.NDArray[np.bool_]:
+        mask = np.zeros((self._height, self._width), bool)
+        for shape in value.elements():
+            shape.allow_only(("x", "y", "radius"))
+            radius = shape.find("radius")
+            if radius:
+                mask |= self._ring(shape, radius)
+            else:
+                columns = shape.at("x").range(self._width - 1)
+                rows = shape.at("y").range(self._height - 1)
+                mask[rows.start:rows.stop, columns.start:columns.stop] = True
+        return mask
+
+    def _ring(self, shape: _Value, radius: _Value) -> npt.NDArray[np.bool_]:
+        inner, outer = radius.numbers(lambda value: value.number(0, 2000))
+        if not isinstance(radius.raw, list):
+            inner = 0
+        y, x = np.arange(self._height)[:, np.newaxis] + 0.5, np.arange(self._width) + 0.5
+        centre = shape.at("x").number(0, self._width), shape.at("y").number(0, self._height)
+        distance = np.hypot(x - centre[0], y - centre[1])
+        ring = (distance >= inner) & (distance < outer)
+        if not ring.any():
+            raise shape.fail("has no element of the grid")
+        return np.asarray(ring)

@@ -1,0 +1,88 @@
+"""The scorer, against the program and against its own laws."""
+
+import json
+import os
+import re
+import subprocess
+
+import numpy as np
+import pytest
+from conftest import SCENES, cantilever, wall
+
+import voxam
+
+
+def drawn(name):
+    scene = json.loads((SCENES / name).read_text())
+    tenths = {"#": 1.0, ".": 0.0, **{str(i): i / 10 for i in range(10)}}
+    return np.array([[tenths[character] for character in row] for row in scene["densities"]])
+
+
+def test_scores_what_the_program_scores():
+    picture = subprocess.run([os.environ["VOXAM_PROGRAM"], "score", SCENES / "cantilever.json"],
+                             check=True, capture_output=True, text=True).stdout
+    told = float(re.search(r"compliance +([0-9.e+]+)", picture).group(1))
+    densities = drawn("cantilever.json")
+    with voxam.Game(60, 40, [voxam.Load(60, 20, fy=1)], wall(40)) as game:
+        score = game.solve(densities)
+        assert score.compliance == pytest.approx(told, rel=1e-4)
+        assert score.energies.shape == densities.shape
+        assert score.energies.sum() == pytest.approx(score.compliance, rel=1e-4)
+        assert np.all(score.energies[densities == 0] < 1e-6 * score.energies.max())
+
+
+def test_energies_are_indexed_y_x():
+    # A strip pulled along x: the row that carries the load has the energy.
+    loads = [voxam.Load(6, y, fx=0.5) for y in (2, 3)]
+    densities = np.zeros((4, 6))
+    densities[2] = 1
+    with voxam.Game(6, 4, loads, wall(4)) as game:
+        for given in densities, densities.astype(bool), np.asfortranarray(densities), \
+                densities.astype(np.float32), densities.tolist():
+            score = game.solve(given)
+            assert score.compliance == pytest.approx(6, rel=0.05)  # force squared x length / area
+            assert np.all(score.energies[2] > 0.5)
+            assert np.all(np.delete(score.energies, 2, axis=0) < 1e-3)
+
+
+def test_load_cases_add_up():
+    loads = [voxam.Load(6, 0, 1, 0, 0), voxam.Load(6, 4, 0, 1, 1)]
+    solid = np.ones((4, 6))
+    scores = []
+    for chosen in loads[:1], loads[1:], loads:
+        with voxam.Game(6, 4, chosen, wall(4), load_cases=2) as game:
+            scores.append(game.solve(solid).compliance)
+    assert scores[2] == pytest.approx(scores[0] + scores[1], rel=1e-5)
+
+
+def test_an_unsupported_plate_says_so_and_the_game_goes_on():
+    solid = np.ones((2, 3))
+    with voxam.Game(3, 2, [voxam.Load(3, 1, fy=1)], [voxam.Support(0, 0)]) as game:
+        for _ in range(2):
+            with pytest.raises(voxam.ProblemError, match="Hold it in x, in y and against turning"):
+                game.solve(solid)
+
+
+@pytest.mark.parametrize("densities, complaint", [
+    (np.ones((3, 2)), r"shape \(3, 2\) is not \(height, width\) = \(2, 3\)"),
+    (np.ones(6), r"shape \(6,\)"),
+    (np.full((2, 3), np.nan), "from 0 .void. to 1"),
+    (np.full((2, 3), 255), "from 0 .void. to 1"),
+    ([["a"] * 3] * 2, "an array of numbers"),
+])
+def test_refuses_wrong_densities(densities, complaint):
+    with voxam.Game(3, 2, *cantilever(3, 2)) as game:
+        with pytest.raises((ValueError, TypeError), match="^densities: .*" + complaint):
+            game.solve(densities)
+        assert game.solve(np.ones((2, 3))).compliance > 0
+
+
+def test_one_game_at_a_time_until_it_is_closed():
+    with pytest.raises(ValueError, match=r"supports\[0\].x: 4 is outside 0..3"):
+        voxam.Game(3, 2, [], [voxam.Support(4, 0)])
+    game = voxam.Game(3, 2, *cantilever(3, 2))
+    with pytest.raises(voxam.VoxamError, match="one Game in a process"):
+        voxam.Game(3, 2, *cantilever(3, 2))
+    game.close()
+    with pytest.raises(voxam.VoxamError, match="this Game is closed"):
+        game.solve(np.ones((2, 3)))

@@ -1,0 +1,294 @@
+"""The optimiser, against the real library."""
+
+import gc
+import threading
+
+import numpy as np
+import pytest
+from conftest import cantilever, mask, wall
+
+import voxam
+
+
+def middles_of_elements(picture):
+    """Of an optimiser of 12 x 8 elements at (2, 2)."""
+    return picture.reshape(8, 4, 12, 4)[:, 1:3, :, 1:3].mean(axis=(1, 3))
+
+
+def test_masks_and_picture_are_indexed_y_x(plate):
+    void, solid, second = mask(12, 8, (2, 1), (3, 1)), mask(12, 8, (9, 0)), mask(12, 8, (5, 6))
+    plate.update(*cantilever(12, 8), void=void, solid=solid, second_solid=second)
+    for _ in range(15):
+        result = plate.iterate()
+    assert result.picture.shape == plate.picture_shape == (32, 48)
+    middles = middles_of_elements(result.picture)
+    assert np.all(middles[void] > 0.98)
+    assert np.all(middles[solid | second] < 0.02)
+
+
+def test_a_plate_pulled_down_forms_the_mirror_image_of_one_pulled_up():
+    pictures = []
+    for y, fy in (3, 1.0), (9, -1.0):
+        with voxam.Optimiser(18, 12, volume_fraction=0.4) as optimiser:
+            optimiser.update([voxam.Load(18, y, 0, fy)], wall(12))
+            for _ in range(15):
+                result = optimiser.iterate()
+            pictures.append(result.picture)
+    assert np.allclose(pictures[0], pictures[1][::-1], atol=1e-4)
+    assert not np.allclose(pictures[0], pictures[1], atol=0.5)
+    assert pictures[0][3, 17] < 0.5 < pictures[0][11, 17]  # material where the load is
+
+
+def test_iteration_tells_what_happened(plate):
+    results = [plate.iterate() for _ in range(20)]
+    assert results[-1].compliance < 0.5 * results[0].compliance
+    assert results[-1].volume == pytest.approx(0.5, abs=0.05)
+    assert all(0 < result.change <= 1 for result in results)
+    assert all(result.blob is None for result in results)
+    times = results[-1].times
+    rounding = 0.01
+    assert times.total + rounding >= times.update + times.state + times.sensitivity + times.mesh
+    assert times.state + rounding >= times.assemble + times.factorize + times.solve > 0
+
+
+def test_writes_into_the_array_of_the_caller_and_nowhere_else(plate):
+    rows, columns = plate.picture_shape
+    frame = np.full((rows + 2, columns), 77, np.float32)
+    result = plate.iterate(out=frame[1:-1])
+    assert result.picture.base is frame
+    assert np.all(frame[[0, -1]] == 77) and np.all(frame[1:-1] <= 1.001)
+    plate.update([], wall(8))
+    frame[:] = 77
+    with pytest.raises(voxam.ProblemError):
+        plate.iterate(out=frame[1:-1])
+    assert np.all(frame == 77)
+
+
+@pytest.mark.parametrize("out, error", [
+    (np.empty((32, 47), np.float32), ValueError),
+    (np.empty((48, 32), np.float32), ValueError),
+    (np.empty((32, 48)), TypeError),
+    (np.empty((48, 32), np.float32).T, ValueError),
+    (np.empty((32, 96), np.float32)[:, ::2], ValueError),
+    (np.broadcast_to(np.float32(0), (32, 48)), ValueError),
+    ([[0.0] * 48] * 32, TypeError),
+])
+def test_refuses_arrays_that_the_picture_does_not_fit(plate, out, error):
+    with pytest.raises(error, match="^out: "):
+        plate.iterate(out=out)
+
+
+def test_texts_say_what_to_do_until_an_update_mends_it(plate):
+    loads, supports = cantilever(12, 8)
+    before = plate.iterate().compliance
+    for problem, text, cure in [
+        (([voxam.Load(0, 4, 1, 1)], supports), "Load cannot be on top of support", "not held"),
+        (([], supports), "Load cannot be on top of support", "Put a force"),
+        ((loads, supports[:1]), "Change load", "Hold it"),
+        (([voxam.Load(12, 4, 1e9)], supports), "Change load/support", "scale the forces"),
+    ]:
+        plate.update(*problem)
+        for _ in range(2):
+            with pytest.raises(voxam.ProblemError, match=cure) as error:
+                plate.iterate()
+            assert error.value.text.startswith(text)
+    plate.update(loads, supports)
+    assert 0 < plate.iterate().compliance < 1.5 * before
+
+
+def test_load_cases_in_use():
+    loads = [voxam.Load(12, 0, 0, 1, 0), voxam.Load(12, 8, 1, 0, 1)]
+    compliances = {}
+    for cases in [0], [1], [0, 1], None, [1, 0, 1]:
+        with voxam.Optimiser(12, 8, load_cases=2) as optimiser:
+            optimiser.update(loads, wall(8), load_cases_in_use=cases)
+            compliances[str(cases)] = optimiser.iterate().compliance
+    both = compliances["[0]"] + compliances["[1]"]
+    for cases in "[0, 1]", "None", "[1, 0, 1]":
+        assert compliances[cases] == pytest.approx(both, rel=1e-9)
+    with voxam.Optimiser(2, 2, load_cases=200) as optimiser:
+        with pytest.raises(ValueError, match="the first 128"):
+            optimiser.update([voxam.Load(2, 0, 1)], wall(2))
+        optimiser.update([voxam.Load(2, 0, 1, 0, 127)], wall(2), load_cases_in_use=[127])
+        assert optimiser.iterate().compliance > 0
+
+
+def test_blob_moves_is_tracked_and_stays(plate):
+    start = mask(12, 8, *((x, y) for x in range(4, 7) for y in range(1, 4)))
+    assert plate.blob is None
+    plate.update(*cantilever(12, 8), blob=start)
+    assert np.array_equal(plate.blob, start)
+    for _ in range(10):
+        result = plate.iterate(move_blob=True)
+        assert np.count_nonzero(result.blob) == 9
+        assert np.array_equal(plate.blob, result.blob)
+    assert not np.array_equal(plate.blob, start)
+    moved = plate.blob
+    plate.update(*cantilever(12, 8), blob=plate.blob)
+    holes = middles_of_elements(plate.iterate().picture) > 0.98
+    assert np.all(holes[moved]) and not np.all(holes[start])
+    assert np.array_equal(plate.blob, moved)
+
+
+def test_restart_keeps_or_forgets_the_design(plate):
+    first = [plate.iterate().compliance for _ in range(10)]
+    plate.restart(keep_design=True)
+    assert plate.iterate().compliance < 0.7 * first[0]
+    assert plate.picture_shape == (32, 48)
+    plate.restart(subdivision=1, mesh_factor=3)
+    assert plate.iterate().picture.shape == plate.picture_shape == (24, 36)
+    plate.restart(subdivision=2, mesh_factor=2)
+    assert [plate.iterate().compliance for _ in range(10)] == first
+    with pytest.raises(ValueError, match="keeps its subdivision"):
+        plate.restart(keep_design=True, mesh_factor=1)
+    assert plate.picture_shape == (32, 48)
+
+
+def test_volume_fraction_stays_until_it_is_named():
+    volumes = []
+    for again in {"volume_fraction": 0.3}, {}:
+        with voxam.Optimiser(12, 8, volume_fraction=0.6) as plate:
+            plate.update(*cantilever(12, 8), volume_fraction=0.3)
+            plate.iterate()
+            plate.update(*cantilever(12, 8), **again)
+            volumes.append([plate.iterate().volume for _ in range(15)])
+    assert volumes[0] == volumes[1]
+    assert volumes[0][-1] < 0.4
+
+
+@pytest.mark.parametrize("settings, complaint", [
+    ({"loads": [(13, 0, 1, 0)]}, r"loads\[0\].x: 13 is outside 0..12"),
+    ({"loads": [(0, 0), (0, -1, 1, 0)]}, r"loads\[1\].y: -1 is outside 0..8"),
+    ({"loads": [(0.5, 0, 1, 0)]}, r"loads\[0\].x: 0.5 is not a whole number"),
+    ({"loads": [(0, 0, float("nan"))]}, r"loads\[0\].fx: nan is not a finite number"),
+    ({"loads": [(0, 0, 0, 1e39)]}, r"loads\[0\].fy: 1e\+39 is not a finite number"),
+    ({"loads": [(0, 0, "up")]}, r"loads\[0\].fx: 'up' is not a number"),
+    ({"loads": [(0, 0, 0, 1, 1)]}, r"loads\[0\].load_case: 1 is outside 0..0"),
+    ({"loads": [(1,)]}, r"loads\[0\]: \(1,\) is no Load"),
+    ({"supports": [(0, 9)]}, r"supports\[0\].y: 9 is outside 0..8"),
+    ({"supports": [(0, 8, "yx")]}, r"supports\[0\].fix: 'yx'"),
+    ({"volume_fraction": 0}, "volume_fraction: 0 is not above 0"),
+    ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0"),
+    ({"volume_fraction": 1.01}, "volume_fraction: 1.01 is not above 0"),
+    ({"void": np.zeros((12, 8), bool)}, r"void: shape \(12, 8\) is not \(height, width\) = \(8, 12"),
+    ({"solid": np.zeros((8, 12))}, "solid: a mask of bool"),
+    ({"void": mask(12, 8, (3, 2)), "second_solid": mask(12, 8, (3, 2))},
+     r"element \[2, 3\] is in both void and second_solid"),
+    ({"load_cases_in_use": [0, 1]}, r"load_cases_in_use\[1\]: 1 is outside 0..0"),
+])
+def test_refuses_wrong_settings_and_keeps_the_old_ones(plate, settings, complaint):
+    loads, supports = cantilever(12, 8)
+    with pytest.raises((ValueError, TypeError), match=complaint):
+        plate.update(**{"loads": loads, "supports": supports, **settings})
+    assert plate.iterate().compliance > 0
+
+
+@pytest.mark.parametrize("sizes, complaint", [
+    ({"width": 0}, "width: 0 is outside"),
+    ({"width": 3.0}, "width: 3.0 is not a whole number"),
+    ({"width": 30000, "height": 40000}, "more than the library can number"),
+    ({"load_cases": 2**30}, "more than the library can number"),
+    ({"subdivision": 0}, "subdivision: 0 is outside"),
+    ({"subdivision": 2**20, "mesh_factor": 2**20}, "more cells than the library can number"),
+    ({"volume_fraction": float("nan")}, "volume_fraction: nan"),
+])
+def test_refuses_wrong_sizes(sizes, complaint):
+    with pytest.raises((ValueError, TypeError), match=complaint):
+        voxam.Optimiser(**{"width": 4, "height": 3, **sizes})
+    voxam.Optimiser(4, 3).close()  # nothing is left behind
+
+
+def test_masks_that_would_be_misplaced_or_too_long_are_refused(plate):
+    cells = mask(12, 8, (1, 1))
+    plate.update(*cantilever(12, 8), blob=cells)
+    with pytest.raises(ValueError, match="have to be equal"):
+        plate.restart(mesh_factor=1)
+    plate.restart(subdivision=1, mesh_factor=1)
+    plate.update(*cantilever(12, 8))
+    plate.restart(mesh_factor=2)
+    with pytest.raises(ValueError, match="have to be equal"):
+        plate.update(*cantilever(12, 8), void=cells)
+    plate.close()
+    with voxam.Optimiser(200, 170) as large:
+        with pytest.raises(ValueError, match="void: 34000 elements, the most are 32767"):
+            large.update(*cantilever(200, 170), void=np.ones((170, 200), bool))
+    with voxam.Optimiser(40000, 1) as long:
+        with pytest.raises(ValueError, match="beyond x or y 32767"):
+            long.update(*cantilever(40000, 1), solid=mask(40000, 1, (39000, 0)))
+
+
+def test_one_optimiser_at_a_time(plate):
+    with pytest.raises(voxam.VoxamError, match="one Optimiser in a process: close"):
+        voxam.Optimiser(3, 2)
+    assert plate.iterate().compliance > 0
+    with voxam.Game(3, 2, *cantilever(3, 2)) as game:  # one of each kind
+        assert game.solve(np.ones((2, 3))).compliance > 0
+    plate.close()
+    plate.close()
+    assert plate.closed
+    with voxam.Optimiser(3, 2) as other:
+        plate.close()
+        other.update(*cantilever(3, 2))
+        assert other.iterate().compliance > 0
+        for use in plate.iterate, plate.restart, lambda: plate.update([], []):
+            with pytest.raises(voxam.VoxamError, match="this Optimiser is closed"):
+                use()
+
+
+def test_a_forgotten_optimiser_makes_room_for_the_next():
+    for _ in range(3):
+        voxam.Optimiser(3, 2)
+    cycle = [voxam.Optimiser(3, 2)]
+    cycle.append(cycle)
+    del cycle
+    gc.collect()
+    with voxam.Optimiser(3, 2) as optimiser:
+        with pytest.raises(voxam.VoxamError, match="call update"):
+            optimiser.iterate()
+
+
+def test_threads_wait_for_one_another(plate):
+    def results(count):
+        return [plate.iterate().compliance for _ in range(count)]
+
+    alone = results(40)
+    plate.restart()
+    together, failures = [], []
+
+    def work():
+        try:
+            for _ in range(10):
+                together.extend(results(1))
+                with pytest.raises(voxam.VoxamError):
+                    voxam.Optimiser(3, 2)
+        except BaseException as failure:
+            failures.append(failure)
+
+    threads = [threading.Thread(target=work) for _ in range(4)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert not failures
+    assert sorted(together) == sorted(alone)
+
+
+def test_closing_waits_for_the_iteration_of_another_thread():
+    for _ in range(5):
+        optimiser = voxam.Optimiser(60, 40)
+        optimiser.update(*cantilever(60, 40))
+        started = threading.Event()
+        count = []
+
+        def work():
+            started.set()
+            with pytest.raises(voxam.VoxamError, match="closed"):
+                while True:
+                    count.append(optimiser.iterate().compliance)
+
+        thread = threading.Thread(target=work)
+        thread.start()
+        started.wait()
+        optimiser.close()
+        thread.join()
+        assert all(compliance > 0 for compliance in count)

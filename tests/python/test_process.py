@@ -1,0 +1,137 @@
+"""What takes a process of its own: finding the library, want of memory, forks, the program."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+
+import pytest
+from conftest import PACKAGE, SCENES
+
+LIBRARY = pathlib.Path(os.environ["VOXAM_LIBRARY"])
+CREATE = "import voxam; voxam.Optimiser(3, 2).close()"
+
+
+def python(*arguments, **environment):
+    variables = {**os.environ, **environment}
+    return subprocess.run([sys.executable, *arguments], capture_output=True, text=True,
+                          timeout=120, env={k: v for k, v in variables.items() if v is not None})
+
+
+@pytest.mark.parametrize("place", ["package", "package/voxam", "installed"])
+def test_finds_the_library_beside_the_package_or_installed(place, tmp_path):
+    shutil.copytree(PACKAGE / "voxam", tmp_path / "package" / "voxam")
+    folder = tmp_path / place
+    folder.mkdir(exist_ok=True)
+    (folder / "libvoxam.so").symlink_to(LIBRARY)
+    path = str(folder) if place == "installed" else None
+    done = python("-c", CREATE, VOXAM_LIBRARY=None, PYTHONPATH=str(tmp_path / "package"),
+                  LD_LIBRARY_PATH=path)
+    assert (done.returncode, done.stderr) == (0, "")
+
+
+@pytest.mark.parametrize("library, reason", [
+    ("/nowhere/libvoxam.so", "cannot open shared object file"),
+    ("libm.so.6", "undefined symbol: _InitVoxamApp"),
+])
+def test_tells_why_the_library_cannot_be_loaded(library, reason):
+    done = python("-c", CREATE, VOXAM_LIBRARY=library)
+    assert done.returncode == 1
+    assert "LibraryNotFoundError" in done.stderr and "VOXAM_LIBRARY" in done.stderr
+    assert f"{library}: " in done.stderr and reason in done.stderr
+
+
+WITHOUT_MEMORY = """
+import resource, voxam
+wall = [voxam.Support(0, y) for y in range(401)]
+load = [voxam.Load(400, 200, fy=1)]
+voxam.Optimiser(2, 2).close()
+resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
+for make in (lambda: voxam.Optimiser(400, 400, mesh_factor=16),
+             lambda: voxam.Game(400, 400, load, wall, load_cases=3000)):
+    try:
+        with make() as solver:
+            solver.update(load, wall)
+            solver.iterate()
+    except MemoryError as error:
+        print(type(error).__name__, error)
+with voxam.Optimiser(4, 4) as optimiser:
+    optimiser.update([voxam.Load(4, 2, fy=1)], wall[:5])
+    print(optimiser.iterate().compliance > 0)
+"""
+
+
+def test_want_of_memory_is_an_error_of_its_own():
+    lines = python("-c", WITHOUT_MEMORY).stdout.splitlines()
+    refusals = [line for line in lines if line.startswith("OutOfMemoryError not enough memory")]
+    assert len(refusals) == 2 and lines[-1] == "True", lines
+
+
+FORK = """
+import multiprocessing, voxam
+def create(_):
+    try:
+        voxam.Optimiser(3, 2)
+    except voxam.VoxamError as error:
+        return str(error)
+if __name__ == "__main__":
+    context = multiprocessing.get_context("{method}")
+    voxam.Optimiser(3, 2).close()
+    print(context.Pool(1).map(create, [0]))
+"""
+
+
+@pytest.mark.parametrize("method, answer", [("fork", "this process was forked"), ("spawn", "None")])
+def test_processes_for_parallel_work_are_spawned(method, answer, tmp_path):
+    program = tmp_path / "host.py"
+    program.write_text(FORK.replace("{method}", method))
+    assert answer in python(str(program)).stdout
+
+
+def test_the_program_saves_pictures_and_animations(tmp_path):
+    scene = str(SCENES / "optimise-cantilever.json")
+    for name, start in ("a.png", b"\x89PNG"), ("a.gif", b"GIF89a"):
+        file = tmp_path / name
+        done = python("-m", "voxam", scene, "--iterations", "3", "--save", str(file))
+        assert (done.returncode, done.stderr) == (0, "")
+        assert file.read_bytes().startswith(start)
+
+
+def test_the_program_tells_errors_in_one_line(tmp_path):
+    free = tmp_path / "free.json"
+    free.write_text('{"grid": {"width": 4, "height": 4}, "volumeFraction": 0.5, "supports": [],'
+                    '"loads": [{"x": 1, "y": 1, "fy": 1}]}')
+    for arguments, status, complaint in [
+        ([str(tmp_path / "no.json")], 2, "No such file"),
+        ([str(SCENES / "arch.json")], 2, 'arch.json: "volumeFraction" is missing'),
+        ([str(free)], 1, "no display"),
+        ([str(free), "--save", str(tmp_path / "a.png")], 1, "Hold it in x"),
+        ([str(free), "--save", str(tmp_path / "a.jpeg2")], 2, "a.jpeg2"),
+        ([str(free), "--iterations", "0", "--save", "a.png"], 2, "--iterations"),
+    ]:
+        done = python("-m", "voxam", *arguments)
+        assert done.returncode == status, done.stderr
+        assert complaint in done.stderr and done.stderr.count("\n") == 1
+
+
+def test_the_example_runs():
+    done = python(str(PACKAGE / "examples" / "cantilever.py"))
+    assert (done.returncode, done.stderr) == (0, "")
+
+
+def test_the_package_installs(tmp_path):
+    shutil.copytree(PACKAGE, tmp_path / "source")
+    done = python("-m", "pip", "install", "--no-index", "--no-deps", "--no-build-isolation",
+                  "--target", str(tmp_path / "site"), str(tmp_path / "source"))
+    assert done.returncode == 0, done.stderr
+    assert (tmp_path / "site" / "voxam" / "py.typed").is_file()
+    done = python("-c", CREATE + "; print(voxam.__file__)", PYTHONPATH=str(tmp_path / "site"))
+    assert str(tmp_path / "site") in done.stdout
+
+
+def test_the_host_of_the_documentation_runs():
+    text = (PACKAGE.parents[1] / "docs" / "hosting.md").read_text()
+    block = text.partition("\n## Python\n")[2].partition("```python\n")[2].partition("```")[0]
+    done = python("-c", "import numpy, voxam\n" + block + "print(score.energies.shape)")
+    assert done.stderr == "" and "(40, 60)" in done.stdout

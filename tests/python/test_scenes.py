@@ -1,0 +1,126 @@
+"""Scenes, against the program that they are written for."""
+
+import json
+
+import numpy as np
+import pytest
+from conftest import SCENES, history
+
+from voxam import ProblemError, scenes
+
+# Every key that the optimiser reads, and the changes that a timeline can make.
+CHANGEFUL = {
+    "title": "Changes",
+    "grid": {"width": 24, "height": 16},
+    "volumeFraction": 0.45,
+    "iterations": 40,
+    "subdivision": 2,
+    "meshFactor": 2,
+    "penalty": 2.5,
+    "loadCases": 3,
+    "loadCasesInUse": [0, 2],
+    "loads": [
+        {"x": 24, "y": [6, 9], "fy": 1},
+        {"x": 20, "y": 0, "fx": 0.5, "fy": -0.25, "loadCase": 2},
+    ],
+    "supports": [{"x": 0, "y": [0, 16], "fix": "x"}, {"x": [0, 1], "y": 16, "fix": "y"}],
+    "passive": {
+        "void": [{"x": 12, "y": 8, "radius": 2}],
+        "solid": [{"x": 12, "y": 8, "radius": [2, 3]}],
+        "secondSolid": [{"x": [22, 23], "y": [7, 8]}],
+    },
+    "blob": [{"x": [5, 7], "y": [3, 5]}],
+    "timeline": [
+        {"iteration": 8, "volumeFraction": 0.4, "penalty": 3},
+        {"iteration": 14, "restart": {"design": "keep"}},
+        {"iteration": 18, "supports": []},
+        {"iteration": 22, "supports": [{"x": 0, "y": [0, 16], "fix": "xy"}], "blob": []},
+        {"iteration": 26, "restart": {"design": "new", "subdivision": 1, "meshFactor": 1},
+         "passive": ["." * 22 + "2#"] * 15 + ["o" * 24]},
+        {"iteration": 32, "loads": [{"x": 24, "y": 4, "fy": 1}], "loadCasesInUse": [0]},
+    ],
+}
+
+
+def check_against_program(file, folder, iterations, move_blob=False):
+    options = ["--iterations", str(iterations)] + ["--blob"] * move_blob
+    rows = history(file, folder, *options)
+    ours = list(scenes.run(scenes.read_scene(file), iterations, move_blob))
+    assert [row["iteration"] for row in rows] == [number for number, _ in ours]
+    for row, (_, result) in zip(rows, ours):
+        assert result.compliance == pytest.approx(row["compliance"], rel=1e-6)
+        assert result.change == pytest.approx(row["change"], rel=1e-4, abs=1e-7)
+        assert result.volume == pytest.approx(row["volume"], rel=1e-6)
+    return ours
+
+
+@pytest.mark.parametrize("name", ["optimise-cantilever", "bridge-two-cases", "l-bracket", "wheel"])
+def test_gives_the_compliances_of_the_program(name, tmp_path):
+    check_against_program(SCENES / f"{name}.json", tmp_path, 12)
+
+
+@pytest.mark.parametrize("move_blob", [False, True])
+def test_follows_a_timeline_as_the_program_does(move_blob, tmp_path):
+    file = tmp_path / "changes.json"
+    file.write_text(json.dumps(CHANGEFUL))
+    ours = check_against_program(file, tmp_path, 40, move_blob)
+    numbers = [number for number, _ in ours]
+    assert set(range(1, 41)) - set(numbers) == set(range(18, 22))  # nothing held the plate
+    assert ours[0][1].picture.shape == (64, 96)
+    assert ours[-1][1].picture.shape == (16, 24)
+
+
+def test_raises_what_no_change_can_mend(tmp_path):
+    file = tmp_path / "free.json"
+    file.write_text(json.dumps({**CHANGEFUL, "supports": [], "timeline": []}))
+    with pytest.raises(ProblemError):
+        list(scenes.run(scenes.read_scene(file)))
+
+
+def test_reads_discs_rings_and_drawings_alike(tmp_path):
+    file = tmp_path / "scene.json"
+    file.write_text(json.dumps(CHANGEFUL))
+    settings = scenes.read_scene(file).settings
+    drawing = np.full((16, 24), ".")
+    for kind, character in ("void", "o"), ("solid", "#"), ("second_solid", "2"):
+        drawing[settings[kind]] = character
+    assert "".join(drawing[8]) == ".........##oooo##.....22"[:9] + "#oooo#" + ".......22"
+    file.write_text(json.dumps({**CHANGEFUL, "passive": ["".join(row) for row in drawing]}))
+    for kind in ("void", "solid", "second_solid"):
+        assert np.array_equal(scenes.read_scene(file).settings[kind], settings[kind])
+
+
+@pytest.mark.parametrize("changes, complaint", [
+    ({"volumeFracton": 0.4}, 'unknown key "volumeFracton"; did you mean "volumeFraction"?'),
+    ({"volumeFraction": "much"}, "volumeFraction: a number is needed"),
+    ({"volumeFraction": True}, "volumeFraction: a number is needed"),
+    ({"grid": {"width": 24}}, 'grid: "height" is missing'),
+    ({"grid": {"width": 24, "height": 0}}, "grid.height: 0 is outside 1..1000"),
+    ({"loads": [{"x": 25, "y": 0, "fy": 1}]}, "loads[0].x: 25 is outside 0..24"),
+    ({"loads": [{"x": 2.0, "y": 0, "fy": 1}]}, "loads[0].x: 2.0 is not a whole number"),
+    ({"loads": [{"x": [4, 3], "y": 0, "fy": 1}]}, "loads[0].x: 4 is larger than 3"),
+    ({"loads": [{"x": 3, "y": 0, "fy": 1, "loadCase": 3}]}, "loads[0].loadCase: 3 is outside 0..2"),
+    ({"supports": [{"x": 0, "y": 0, "fix": "XY"}]}, 'supports[0].fix: not one of "x", "y", "xy"'),
+    ({"passive": {"void": [{"x": 24, "y": 1}]}}, "passive.void[0].x: 24 is outside 0..23"),
+    ({"passive": ["." * 24] * 15}, "passive: 16 rows are needed, not 15"),
+    ({"blob": [{"x": 0.5, "y": 0, "radius": 0.1}]}, "blob[0]: has no element of the grid"),
+    ({"timeline": [{"iteration": 1, "penalty": 3}]}, "timeline[0].iteration: 1 is outside 2..40"),
+])
+def test_names_file_key_and_value(changes, complaint, tmp_path):
+    file = tmp_path / "scene.json"
+    file.write_text(json.dumps({**CHANGEFUL, **changes}))
+    with pytest.raises(scenes.SceneError) as error:
+        scenes.read_scene(file)
+    assert str(error.value) == f"{file}: {complaint}"
+
+
+@pytest.mark.parametrize("text, complaint", [
+    ('{"grid": 1, "grid": 2}', "stands twice"),
+    ('{"grid": ', "line 1 column 10"),
+    ("[]", "an object is needed"),
+])
+def test_refuses_what_is_no_scene(text, complaint, tmp_path):
+    file = tmp_path / "scene.json"
+    file.write_text(text)
+    with pytest.raises(scenes.SceneError, match=complaint):
+        scenes.read_scene(file)
