@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "GridNumbering.h"
-#include "SolverSetup.h"
 
 namespace {
 

@@ -1,9 +1,11 @@
-// Numbering of the plate's nodes, elements and degrees of freedom, shared by all solvers: column by
-// column, two degrees of freedom per node, x before y.
+// Sizes and numbering of the plate's nodes, elements and degrees of freedom, shared by all solvers:
+// column by column, two degrees of freedom per node, x before y.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 
 inline constexpr size_t ELEMENT_DOFS = 8;
 inline constexpr size_t ELEMENT_MATRIX_SIZE = ELEMENT_DOFS * ELEMENT_DOFS;
@@ -33,3 +35,36 @@ inline int coarseCellOfFineCell(unsigned fineCell, unsigned fineScale, unsigned 
     return static_cast<int>(fineCell / (fineScale * height) * height +
                             fineCell / subdivision % height);
 }
+
+/// The product of sizes. Throws std::bad_alloc when it exceeds the range of int, the index type of
+/// the linear algebra: no machine could hold such a problem.
+unsigned checkedProduct(std::initializer_list<uint64_t> sizes);
+
+/// The three grids of a design problem, each counted column by column:
+///  - coarse, nelx x nely elements: the finite-element analysis;
+///  - fine, each coarse element split into subdivision x subdivision cells: the design;
+///  - mesh, each fine cell shown as meshFactor x meshFactor cells: the picture.
+struct DesignGrids {
+    /// Throws std::bad_alloc when a number of cells exceeds the range of int.
+    DesignGrids(unsigned nelx, unsigned nely, unsigned subdivision, unsigned meshFactor);
+
+    /// The fine cell at column a and row b of coarse element (ix, iy).
+    unsigned fineElement(unsigned ix, unsigned iy, unsigned a, unsigned b) const {
+        return ((subdivision * ix + a) * nely + iy) * subdivision + b;
+    }
+    unsigned coarseElement(unsigned ix, unsigned iy) const { return nely * ix + iy; }
+
+    /// The coarse cell of fine cell i by coarseCellOfFineCell(); see there where it is exact.
+    int getCoarseGridIndex(int i) const {
+        return coarseCellOfFineCell(static_cast<unsigned>(i), subdivision * meshFactor, subdivision,
+                                    nely);
+    }
+
+    unsigned nelx;
+    unsigned nely;
+    unsigned subdivision;
+    unsigned meshFactor;
+    unsigned numberOfCoarseElements;
+    unsigned numberOfElements;  ///< fine cells
+    unsigned numberOfMeshElements;
+};

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
-
-/// Version of the library, as the banners print it.
-inline const std::string libVersion = "1.1.2";
+/// Version of the library, as the banners print it. Plain characters: a host may create a solver in
+/// an exit handler, when objects with a destructor are gone.
+inline constexpr char libVersion[] = "1.1.2";

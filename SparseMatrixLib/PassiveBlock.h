@@ -37,6 +37,9 @@ public:
     /// is none.
     int getFineGridElement(int i) const;
 
+    /// Whether the coarse cell that holds fine cell i is void, whatever else it is.
+    bool isVoid(int i) const { return (getFineGridElement(i) & VOID) != 0; }
+
 private:
     std::vector<int8_t> cells;
     bool empty;

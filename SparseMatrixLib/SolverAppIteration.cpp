@@ -1,4 +1,4 @@
-// The driver of one design iteration.
+// The drivers: one design iteration, and the same with a step of the blob.
 
 #include "SolverApp.h"
 
@@ -16,18 +16,18 @@ double SolverApp::runIteration(int messageLength, char* messageBuffer, float* ou
     ++iteration;
     continueVolumeFraction();
     ++loop;
-    iterationTimer.start();
+    timers.iterationTimer.start();
     adjustEminBasedOnMovementChanges();
     rhoOld.set(rho.begin());
 
     // 2. State: displacements of every load case.
-    stateTimer.start();
+    timers.stateTimer.start();
     const bool solved = solveStateCHOL();
-    stateTimer.stop();
+    timers.stateTimer.stop();
 
     if (solved) {
         // 3. Compliance and sensitivities.
-        sensitivityTimer.start();
+        timers.sensitivityTimer.start();
         setObjectivePlusSens();
         if (!verifyValidLoadAndSupports()) {
             createAndPublishResult(output, messageLength, messageBuffer, stat);
@@ -35,31 +35,31 @@ double SolverApp::runIteration(int messageLength, char* messageBuffer, float* ou
         }
         filterSensitivities();
         filterBlobSensitivities();
-        sensitivityTimer.stop();
+        timers.sensitivityTimer.stop();
 
         // 4. Design.
-        updateTimer.start();
+        timers.updateTimer.start();
         computeConstraint();
         optimalityCriteriaUpdateOfRHO();
         updatePhysicalDensities();
         computeConstraint();
-        updateTimer.stop();
+        timers.updateTimer.stop();
 
         // 5. Display.
-        meshTimer.start();
+        timers.meshTimer.start();
         projectToMesh();
         densityFilterWithModifiedRadius();
         if (useHeaviside) projectHeaviside();
         change = maxDelta(rhoOld, rho);
-        meshTimer.stop();
+        timers.meshTimer.stop();
     } else {
-        message = "Change load / support";
+        fail("Change load / support");
     }
 
     // 6. Result.
-    iterationTimer.stop();
+    timers.iterationTimer.stop();
     createAndPublishResult(output, messageLength, messageBuffer, stat);
-    ++blobIteration;
+    ++blob.blobIteration;
     return objective;
 }
 
@@ -75,15 +75,29 @@ void SolverApp::continueVolumeFraction() {
     }
 }
 
-void SolverApp::updatePhysicalDensities() {
-    if (useDensityFilter) {
-        HNonZero.multiply(false, 1.0, 0.0, rho, rhoPhys);
-        rhoPhys.elemDivide(Hs);
-        return;
-    }
-    rhoPhys.set(rho.begin());
-    if (hasBlob <= 0) return;
-    for (unsigned i = 0; i < numberOfElements; ++i) {
-        if (blobMaskOfFineCell(i) == 1.0) rhoPhys(i, 0) = 0.0;
-    }
+double SolverApp::runIterationWithBlob(int messageLength, char* messageBuffer, float* output,
+                                       double& change, RuntimeStat* stat, int* blobOut) {
+    const double result = runIteration(messageLength, messageBuffer, output, change, stat);
+    if (blob.blobStage >= 2) updateBlobMoveLimit();
+    redistributeBlob();
+    findBlobInterface(0);
+    blob.blobConvergedPrevious = blob.blobConverged;
+    blob.blobIteration = 1;
+    ++blob.blobStage;
+    createAndPublishBlobResult(blobOut);
+    return result;
+}
+
+void SolverApp::redistributeBlob() {
+    prepareInterfaceRedistribution();
+    updateBlob();
+}
+
+double SolverApp::clamp(double x, double lo, double hi) {
+    if (lo > x) return lo;
+    return hi < x ? hi : x;
+}
+
+double SolverApp::clamp(double x, double lo1, double lo2, double hi1, double hi2) {
+    return clamp(clamp(x, lo1, hi1), lo2, hi2);
 }

@@ -1,5 +1,6 @@
+// What the host can change while the optimiser runs.
+
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "SolverApp.h"
@@ -14,57 +15,37 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
     std::set<int> newLoadCases;
     for (int k = 0; loadCaseIndices && k < loadCaseCount; ++k) {
         const int lc = loadCaseIndices[k];
-        if (lc >= 0 && lc < numLoadCases) newLoadCases.insert(lc);
+        if (lc >= 0 && lc < equilibrium.numLoadCases()) newLoadCases.insert(lc);
     }
 
-    this->loads = std::move(newLoads);
-    this->supports = std::move(newSupports);
+    equilibrium.loads = std::move(newLoads);
+    equilibrium.supports = std::move(newSupports);
     loadCases = std::move(newLoadCases);
     targetVolumeFraction = volumeFraction;
     passiveBlock.update(passiveData);
     movementChanged = true;
 
     setBlob(blobData);
-    for (unsigned i = 0; i < numberOfElements; ++i) {
+    for (unsigned i = 0; i < grids.numberOfElements; ++i) {
         rhoPhys(i, 0) = (1.0 - blobMaskOfFineCell(i)) * rho(i, 0);
     }
-    resetBlobBookkeeping();
-    message.clear();
+    withdrawMessage();
 }
 
 void SolverApp::setBlob(const short* blobData) {
     blobMask.fill(0.0);
     const int count = blobData ? std::max<int>(blobData[0], 0) : 0;
-    blobCellCount = count;
     for (int k = 1; k <= count; ++k) {
-        const int x = blobData[2 * k - 1];
-        const int y = blobData[2 * k];
-        const bool onGrid =
-            x >= 0 && static_cast<unsigned>(x) < nelx && y >= 0 && static_cast<unsigned>(y) < nely;
-        if (onGrid) blobMask(static_cast<unsigned>(x) * nely + static_cast<unsigned>(y), 0) = 1.0;
+        // A negative coordinate lies far outside as an unsigned one.
+        const auto x = static_cast<unsigned>(blobData[2 * k - 1]);
+        const auto y = static_cast<unsigned>(blobData[2 * k]);
+        if (x < grids.nelx && y < grids.nely) blobMask(grids.coarseElement(x, y), 0) = 1.0;
     }
-    hasBlob = blobCellCount > 0.0 ? 1 : 0;
+    hasBlob = count > 0 ? 1 : 0;
+    blob.restart(count, blobMask, passiveBlock);
 }
 
-void SolverApp::resetBlobBookkeeping() {
-    constexpr double noObjectiveYet = 1e10;
-    blobConverged = 0;
-    blobConvergedPrevious = 0;
-    blobCounter = 0;
-    objectivePrevious = noObjectiveYet;
-    objectivePrevious2 = noObjectiveYet;
-    blobStage = 0;
-    blobPreparedCount = 0.0;
-    blobMoveCount = 0.0;
-    blobIteration = 1;
-
-    findBlobInterface(0);
-    equivalentCircleMoI();
-    interfaceSizeOfEquivalentCircle();
-
-    // About a tenth of the interface of a disc of the blob's area, as an even number of elements.
-    blobMoveLimitLarge = 0.0;
-    blobMoveLimit = 2.0 * std::round(circleInterfaceSize * 0.2 * 0.5);
-    blobMoveLimitMax = blobMoveLimit;
-    blobMoveLimitFraction = blobMoveLimit;
+double SolverApp::blobMaskOfFineCell(unsigned fineCell) const {
+    const auto cell = static_cast<unsigned>(getCoarseGridIndex(static_cast<int>(fineCell)));
+    return cell < grids.numberOfCoarseElements ? blobMask(cell, 0) : 0.0;
 }

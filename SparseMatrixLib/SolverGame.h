@@ -3,11 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "StiffnessPattern.h"
+#include "Equilibrium.h"
 #include "TopologyOptimizationComponentData.h"
 #include "dense_matrix.h"
-#include "factor.h"
-#include "sparse_matrix.h"
 
 /// Single-shot solver: scores density fields that the host proposes, on a fixed plate with fixed
 /// loads and supports. The first evaluation builds the stiffness pattern and analyses it; later
@@ -27,8 +25,8 @@ public:
 
     /// Evaluates one design: writes each element's penalised strain energy, summed over the load
     /// cases, and returns their sum, the compliance. When the plate cannot be solved the values are
-    /// 0 and the result is the largest float. Null densities cannot be solved; with null element
-    /// values these are not written.
+    /// 0 and the result is the largest float. Densities that are null or not all finite cannot be
+    /// solved; null element values are not written.
     float solve(const float* densities, float* elementValues);
 
     /// Assembles, applies loads and supports, factorises and solves every load case into U. False
@@ -49,34 +47,19 @@ public:
     int getNumberOfElements() const { return static_cast<int>(nelem); }
 
     /// Displacements of one load case after a successful solveStateCHOL, by degree of freedom.
-    const kmat::DenseMatrix& getDisplacements(int loadCase) const { return U[loadCase]; }
+    const kmat::DenseMatrix& getDisplacements(int loadCase) const {
+        return equilibrium.U[loadCase];
+    }
 
 private:
-    bool recordsFitPlate() const;
-    bool supportsHoldPlate() const;
-    void applyLoads();
-    unsigned fixedDof(const TopologyOptimizationComponentData& support) const;
     void addElementEnergies(const float* densities, const kmat::DenseMatrix& u, float& objective);
 
-    unsigned nelx;
-    unsigned nely;
-    unsigned nodesX;
-    unsigned nodesY;
-    unsigned ndof;
+    Equilibrium equilibrium;
     unsigned nelem;
-    float reserved;  ///< set and never read
-    float E0;        ///< Young's modulus of solid material
-    float Emin;      ///< Young's modulus of void
-    double penal;    ///< penalisation exponent of the objective
+    float reserved = 1.3F;  ///< set and never read
+    float E0 = 1.0F;        ///< Young's modulus of solid material
+    float Emin = 1e-13F;    ///< Young's modulus of void
+    double penal = 3.0;     ///< penalisation exponent of the objective
     std::vector<int> loadCases;
-    std::vector<TopologyOptimizationComponentData> loads;
-    std::vector<TopologyOptimizationComponentData> supports;
-    std::unique_ptr<double[]> KE;
-    kmat::SparseMatrix K;
-    kmat::Factor factor;
-    std::vector<kmat::DenseMatrix> F;
-    bool isAnalyzed;
     std::unique_ptr<float[]> elementEnergy;
-    std::vector<kmat::DenseMatrix> U;
-    std::vector<ElementEntries> elementEntries;  ///< where K holds each element's entries
 };

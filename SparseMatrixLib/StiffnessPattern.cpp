@@ -1,38 +1,79 @@
 #include "StiffnessPattern.h"
 
-#include <new>
-
-#include "SolverSetup.h"
+#include <algorithm>
 
 namespace {
 
-// Calls visit(element, dof) for every element in element order.
-template <typename Visit>
-void forEachElement(unsigned nelx, unsigned nely, const Visit& visit) {
-    for (unsigned x = 0; x < nelx; ++x) {
-        for (unsigned y = 0; y < nely; ++y) visit(x * nely + y, elementDofs(x, y, nely + 1));
+constexpr unsigned DOFS_PER_NODE = 2;
+
+// The nodes of a plate and those among their neighbours that come before them.
+class NodeGrid {
+public:
+    NodeGrid(unsigned nelx, unsigned nely) : nodesX(nelx + 1), nodesY(nely + 1) {}
+
+    // Calls visit(neighbour) for the node and for each neighbour with a lower number, in ascending
+    // order: at most three in the column before and one above.
+    template <typename Visit>
+    void forEachCoupledNode(unsigned x, unsigned y, const Visit& visit) const {
+        const unsigned node = x * nodesY + y;
+        if (x > 0 && y > 0) visit(node - nodesY - 1);
+        if (x > 0) visit(node - nodesY);
+        if (x > 0 && y + 1 < nodesY) visit(node - nodesY + 1);
+        if (y > 0) visit(node - 1);
+        visit(node);
     }
-}
+
+    // Pairs of coupled nodes, each pair once and each node with itself.
+    uint64_t numberOfPairs() const {
+        const uint64_t w = nodesX;
+        const uint64_t h = nodesY;
+        return w * h + w * (h - 1) + (w - 1) * h + 2 * (w - 1) * (h - 1);
+    }
+
+    unsigned nodesX;
+    unsigned nodesY;
+};
 
 }  // namespace
 
-std::vector<ElementEntries> buildStiffnessPattern(kmat::SparseMatrix& K, unsigned nelx,
-                                                  unsigned nely) {
-    std::vector<ElementEntries> entries(size_t{nelx} * nely);
-    K = kmat::SparseMatrix(K.getRows(), K.getColumns(), true,
-                           clampedCapacity({nelx, nely, ELEMENT_UPPER_ENTRIES}));
-    if (!entries.empty() && !K.allocateTriplets()) throw std::bad_alloc();
-    forEachElement(nelx, nely, [&](unsigned, const ElementDofs& dof) {
-        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) K.getValue(dof[k], dof[l]);
-    });
-    K.build();
-    if (!K.getValues()) throw std::bad_alloc();
-    forEachElement(nelx, nely, [&](unsigned element, const ElementDofs& dof) {
-        int* entry = entries[element].data();
-        for (const auto& [k, l] : ELEMENT_UPPER_PAIRS) {
-            *entry = K.find(dof[k], dof[l]);
-            if (*entry++ < 0) throw std::bad_alloc();  // the list of triplets could not hold it
+kmat::SparseMatrix stiffnessPattern(unsigned nelx, unsigned nely) {
+    const NodeGrid grid(nelx, nely);
+    const unsigned ndof = checkedProduct({DOFS_PER_NODE, grid.nodesX, grid.nodesY});
+    const bool hasElements = nelx > 0 && nely > 0;
+    // The upper triangle of the block of a node with itself has three entries instead of four.
+    const uint64_t entries =
+        hasElements ? 4 * grid.numberOfPairs() - uint64_t{grid.nodesX} * grid.nodesY : 0;
+    kmat::SparseColumnWriter writer(ndof, ndof, kmat::SYMMETRIC_UPPER, checkedProduct({entries}));
+    for (unsigned x = 0; x < grid.nodesX; ++x) {
+        for (unsigned y = 0; y < grid.nodesY; ++y) {
+            for (unsigned direction = 0; direction < DOFS_PER_NODE; ++direction) {
+                const unsigned column = DOFS_PER_NODE * (x * grid.nodesY + y) + direction;
+                const auto addRows = [&](unsigned node) {
+                    for (unsigned d = 0; d < DOFS_PER_NODE; ++d) {
+                        const unsigned row = DOFS_PER_NODE * node + d;
+                        if (row <= column) writer.add(static_cast<int>(row), 0.0);
+                    }
+                };
+                if (hasElements) grid.forEachCoupledNode(x, y, addRows);
+                writer.endColumn();
+            }
         }
-    });
+    }
+    return writer.finish();
+}
+
+std::vector<ElementEntries> findElementEntries(const kmat::SparseMatrix& pattern, unsigned nelx,
+                                               unsigned nely) {
+    std::vector<ElementEntries> entries;
+    entries.reserve(size_t{nelx} * nely);
+    for (unsigned x = 0; x < nelx; ++x) {
+        for (unsigned y = 0; y < nely; ++y) {
+            const ElementDofs dof = elementDofs(x, y, nely + 1);
+            ElementEntries& found = entries.emplace_back();
+            std::transform(
+                ELEMENT_UPPER_PAIRS.begin(), ELEMENT_UPPER_PAIRS.end(), found.begin(),
+                [&](const auto& pair) { return pattern.find(dof[pair.first], dof[pair.second]); });
+        }
+    }
     return entries;
 }

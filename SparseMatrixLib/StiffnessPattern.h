@@ -27,11 +27,14 @@ inline constexpr auto ELEMENT_UPPER_PAIRS = [] {
 /// values in the order of ELEMENT_UPPER_PAIRS.
 using ElementEntries = std::array<int, ELEMENT_UPPER_ENTRIES>;
 
-/// Replaces K by a built symmetric matrix of its size with the pattern of a plate of nelx x nely
-/// elements and all values 0. Returns the entries of every element in element order. Remembering
-/// them spares each assembly a search for every contribution. Throws std::bad_alloc.
+/// A built symmetric matrix with the pattern of a plate of nelx x nely elements, upper triangle,
+/// all values 0. A plate without elements has no entries. Throws std::bad_alloc.
 ///
-/// Adding contributions to the built values one after the other gives the same bits as summing them
-/// as triplets in the same order.
-std::vector<ElementEntries> buildStiffnessPattern(kmat::SparseMatrix& K, unsigned nelx,
-                                                  unsigned nely);
+/// Adding contributions to the built values one after the other gives the same bits as listing them
+/// as triplets in the same order and compressing the list.
+kmat::SparseMatrix stiffnessPattern(unsigned nelx, unsigned nely);
+
+/// The entries of every element in element order, of a matrix with that pattern. Remembering them
+/// spares each assembly a search for every contribution.
+std::vector<ElementEntries> findElementEntries(const kmat::SparseMatrix& pattern, unsigned nelx,
+                                               unsigned nely);

@@ -6,9 +6,11 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <new>
 #include <ostream>
 #include <utility>
 
+#include "assertion.h"
 #include "sparse_matrix.h"
 
 namespace kmat {
@@ -28,6 +30,14 @@ DenseMatrix::DenseMatrix(unsigned rows, unsigned cols, double value)
     : DenseMatrix(
           cholmod_allocate_dense(rows, cols, rows, CHOLMOD_REAL, ConfigSingleton::getCommonPtr())) {
     if (!std::isnan(value)) fill(value);
+}
+
+DenseMatrix undefinedVector(unsigned rows) {
+    const double undefined = std::nan("");
+    DenseMatrix vector(rows, 1, undefined);
+    if (!vector.begin()) throw std::bad_alloc();
+    vector.fill(undefined);
+    return vector;
 }
 
 DenseMatrix::DenseMatrix(cholmod_dense* record)
@@ -130,6 +140,7 @@ void DenseMatrix::multiplyAddTo(double alpha, DenseMatrix& c) const {
 void DenseMatrix::transpose() { *this = transposed(std::as_const(*this)); }
 
 DenseMatrix& DenseMatrix::operator+=(const DenseMatrix& RHS) {
+    VOXAM_ASSERT(size() == RHS.size());
     cblas_daxpy(blasCount(size()), 1.0, RHS.begin(), 1, begin(), 1);
     return *this;
 }

@@ -102,6 +102,7 @@ public:
     /// matrix, NaN for one with fewer rows than columns; with more rows it makes no sense.
     double determinant() const;
 
+    /// Sums and differences, here and below, take matrices with equally many values (assertion).
     DenseMatrix& operator+=(const DenseMatrix& RHS);
     DenseMatrix& operator-=(const DenseMatrix& RHS);
     DenseMatrix& operator*=(double scalar);
@@ -125,6 +126,9 @@ private:
 };
 
 inline void swap(DenseMatrix& a, DenseMatrix& b) noexcept { a.swap(b); }
+
+/// A column of NaN: reading an entry before it is written shows. Throws std::bad_alloc.
+DenseMatrix undefinedVector(unsigned rows);
 
 DenseMatrix operator+(const DenseMatrix& LHS, const DenseMatrix& RHS);
 DenseMatrix operator+(DenseMatrix&& LHS, const DenseMatrix& RHS);

@@ -30,14 +30,14 @@ void recordLapackFailure(int info) {
     if (info < 0) {
         KmatException::createKmatException("The " + number + " -th argument had an illegal value");
     } else if (info > 0) {
-        // The minus signs of the pivot's position are deliberate: hosts match this text.
+        // The minus signs of the pivot's position are deliberate: the text has always had them.
         KmatException::createKmatException("U(" + number + "," + number +
                                            ") is exactly zero. The factor U is exactly singular.");
     }
 }
 
-// What LAPACK would report, without calling it: with too few columns it reads past the end of the
-// array, and with too few rows some of its builds stop the process.
+// Reported in LAPACK's manner without calling it, which does not know the number of columns and
+// would read past the end of the array; with too few rows some of its builds stop the process.
 constexpr int TOO_FEW_COLUMNS = -3;
 constexpr int TOO_FEW_ROWS = -4;
 

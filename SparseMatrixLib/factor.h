@@ -25,9 +25,11 @@ public:
     bool isInitialized() const { return factor != nullptr; }
 
     /// Computes the numeric factorisation of the built matrix A, whose pattern must be the analysed
-    /// one. A failure is recorded as a KmatException with CHOLMOD's message: above all a matrix
-    /// that is not positive definite, but any other warning or error too. The factor keeps what
-    /// CHOLMOD left in it.
+    /// one. Any warning or error of CHOLMOD is recorded as a KmatException with its message, and so
+    /// is a diagonal entry of A that is not positive. The factor keeps what CHOLMOD left in it.
+    ///
+    /// Not every matrix that is not positive definite is noticed: small ones CHOLMOD factorises
+    /// into LDL', where a negative pivot is no error.
     void factorize(const SparseMatrix& A);
 
 private:

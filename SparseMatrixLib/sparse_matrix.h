@@ -242,9 +242,11 @@ private:
     int count;
 };
 
-// Algebra of built matrices. Operands that are not built, or whose sizes do not fit, are stopped by
-// assertions. A variant that receives a temporary leaves its result in the temporary. When CHOLMOD
-// itself fails, for want of memory, the result is 0 x 0 and ConfigSingleton::getLastError() tells.
+// Algebra of built matrices. Between sparse matrices, operands that are not built or whose sizes do
+// not fit are stopped by assertions; a scaled matrix must be built (assertion). A variant that
+// receives a temporary leaves its result in the temporary. When CHOLMOD fails, for want of memory or
+// because a dense operand does not fit, the result has no values, and
+// ConfigSingleton::getLastError() tells why.
 
 SparseMatrix operator+(const SparseMatrix& LHS, const SparseMatrix& RHS);
 SparseMatrix operator+(SparseMatrix&& LHS, const SparseMatrix& RHS);

@@ -137,7 +137,8 @@ DenseMatrix operator*(const DenseMatrix& X, const SparseMatrix& A) {
 
 void SparseMatrix::transpose() {
     VOXAM_ASSERT(symmetry == ASYMMETRIC);
-    *this = transposed(std::as_const(*this));
+    SparseMatrix result = transposed(std::as_const(*this));
+    if (result.sparse) *this = std::move(result);  // else CHOLMOD had nothing to transpose
 }
 
 SparseMatrix transposed(const SparseMatrix& M) {

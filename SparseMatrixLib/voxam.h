@@ -41,6 +41,7 @@
  *
  * Errors
  * ------
+ * A node, load case or force that is not a finite number is as invalid as one that does not exist.
  * No exception leaves a function. A problem of the input comes back as a value that each function
  * names. CHOLMOD, which solves the equations, also prints its warnings on standard output. Only a
  * violated precondition that is called an assertion below ends the process, with a report on
@@ -94,8 +95,9 @@ typedef struct RuntimeStat {
  *                              the blob are given on it
  * subdivision     fine cells per element edge, 1 or more: the design has this much more detail
  * meshFactor      picture cells per fine cell edge, 1 or more
- * volumeFraction  material of the starting design, above 0 and up to 1. It changes by factors, so a
- *                 design that starts at 0 never leaves it
+ * volumeFraction  material of the starting design, above 0 and up to 1. It changes by factors, so
+ *                 it never leaves 0, and a constraint of volume 0 means nothing: started at 0, the
+ *                 plate turns solid
  * numLoadCases    independent force vectors that may be used
  * restartId       any number
  *
@@ -109,7 +111,8 @@ typedef struct RuntimeStat {
  * meshFactor rows, of the values in force.
  *
  * When memory does not suffice for the sizes, or the volume fraction is not a finite number, there
- * is no optimiser afterwards. _UpdateVoxamApp must follow before the first iteration.
+ * is no optimiser afterwards; a call that keeps the optimiser ignores such a number and keeps the
+ * volume fraction. _UpdateVoxamApp must follow before the first iteration.
  */
 VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision, int meshFactor,
                              float volumeFraction, int numLoadCases, int restartId);
@@ -160,8 +163,17 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *   "Change load / support"             the plate cannot be solved (a record is invalid, or a
  *                                       larger plate is not held); returns the last compliance,
  *                                       0 if there was none
- *   "Change load/support"               the structure is not held; returns -1.0
- *   "Load cannot be on top of support"  the loads do no work; returns -1.0
+ *   "Change load/support"               the displacements are too large: the compliance, the sum of
+ *                                       the squared displacements or its ratio to the compliance is
+ *                                       above 1e15. The structure is not held, or the forces are
+ *                                       too large (scale them to about 1: a compliance goes with
+ *                                       the square of the force), or the design was torn and hangs
+ *                                       by void (begin afresh with another restartId); returns -1.0
+ *   "Load cannot be on top of support"  the loads do no work, or next to none: the compliance is
+ *                                       below 1e-10. They act on supports, or the forces are too
+ *                                       small (scale them); returns -1.0
+ * The compliance and `change` may be something else than a number only when the host's own numbers
+ * were none or far out of range (a penalty that is not finite, a volume fraction of 0).
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
  * as lack of memory returns -1.0 with its own text.
  */
@@ -214,7 +226,12 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * between the stiffness is linear in the density while the score weighs each element's energy with
  * the cube of its density, so partly filled designs score lower than they deserve.
  *
- * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null: the call fails
+ * A part of the design that touches nothing may make the plate unsolvable: in single precision such
+ * a part can come out slightly less than held by the void around it. From some 500 elements on that
+ * gives the largest float, on smaller plates a score. Leave such parts out before scoring.
+ *
+ * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density that
+ *                is not a finite number: the call fails
  * elementValues  nelx * nely floats in element order, written: each element's share of the
  *                compliance; null: not written
  *
@@ -235,8 +252,9 @@ VOXAM_API void _DestroyVoxamGame(void);
 /**
  * Times four ways of assembling the stiffness matrix on five plates and prints one table for each
  * on standard output: a line per way, and in it for 1, 2, 4 and 8 assemblies the total time and, in
- * parentheses, the part that built the pattern, in milliseconds. Takes a second or so, and keeps a
- * few kilobytes of memory for good. Needs no solver and touches none.
+ * parentheses, the part that built the pattern, in milliseconds. Takes a second or so, and
+ * keeps the element matrices of each assembly for good, 0.6 MB a call. Needs no solver and touches
+ * none.
  */
 VOXAM_API void _VoxamPerformanceTest(void);
 

@@ -127,7 +127,7 @@ CholmodFloor& floorOf(const Plate& plate) {
     auto& floor = floors[plate.grid() + "/" + plate.refinement()];
     if (!floor) {
         const auto app = warmSolver(plate, cantilever(plate));
-        floor = std::make_unique<CholmodFloor>(app->K, app->F[0]);
+        floor = std::make_unique<CholmodFloor>(app->equilibrium.K, app->equilibrium.F[0]);
     }
     return *floor;
 }

@@ -10,23 +10,14 @@ class SolverAppInspector : public SolverApp {
 public:
     using SolverApp::SolverApp;
 
-    using SolverApp::blobCellCount, SolverApp::blobConverged, SolverApp::blobConvergedPrevious,
-        SolverApp::blobH, SolverApp::blobHs, SolverApp::blobInterface, SolverApp::blobInterfaceSize,
-        SolverApp::blobIteration, SolverApp::blobJoining, SolverApp::blobLeaving,
-        SolverApp::blobMask, SolverApp::blobMoveCount, SolverApp::blobMoveLimit,
-        SolverApp::blobMoveLimitFraction, SolverApp::blobMoveLimitLarge,
-        SolverApp::blobMoveLimitMax, SolverApp::blobSensitivity, SolverApp::blobStage,
-        SolverApp::circleInterface, SolverApp::circleInterfaceSize, SolverApp::circleMask,
-        SolverApp::circleMoI, SolverApp::circleRadiusSquared, SolverApp::constraint, SolverApp::dc,
-        SolverApp::dv, SolverApp::Emin, SolverApp::F, SolverApp::H, SolverApp::hasBlob,
-        SolverApp::Hcoarse, SolverApp::Hs, SolverApp::HsCoarse, SolverApp::iteration, SolverApp::K,
-        SolverApp::lambda, SolverApp::lambdaPrevious, SolverApp::loop, SolverApp::meshH,
-        SolverApp::meshHs, SolverApp::meshRho, SolverApp::meshRhoFiltered, SolverApp::message,
-        SolverApp::ndof, SolverApp::nely, SolverApp::nodesY, SolverApp::numberOfElements,
-        SolverApp::numberOfMeshElements, SolverApp::objective, SolverApp::objectivePrevious,
-        SolverApp::objectivePrevious2, SolverApp::passiveBlock, SolverApp::penalty, SolverApp::rho,
-        SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::subdivision, SolverApp::U,
-        SolverApp::useDensityFilter, SolverApp::useHeaviside, SolverApp::volumeFraction;
+    using SolverApp::blob, SolverApp::blobMask, SolverApp::blobSensitivity, SolverApp::constraint,
+        SolverApp::dc, SolverApp::dv, SolverApp::Emin, SolverApp::equilibrium, SolverApp::grids,
+        SolverApp::H, SolverApp::hasBlob, SolverApp::iteration, SolverApp::lambda,
+        SolverApp::lambdaPrevious, SolverApp::loop, SolverApp::meshH, SolverApp::meshRho,
+        SolverApp::meshRhoFiltered, SolverApp::message, SolverApp::objective,
+        SolverApp::passiveBlock, SolverApp::penalty, SolverApp::powers, SolverApp::rho,
+        SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::useDensityFilter, SolverApp::useHeaviside,
+        SolverApp::volumeFraction;
 };
 
 namespace test {

@@ -1,13 +1,12 @@
-// The blob: a region of the coarse grid that stays empty and keeps its size, while each step moves
-// some elements of its boundary from where material is useful to where it is least so.
+#include "Blob.h"
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
 #include <numbers>
+#include <numeric>
 
 #include "DataElem.h"
-#include "SolverApp.h"
 
 using kmat::DenseMatrix;
 
@@ -21,6 +20,18 @@ void markInterface(const DenseMatrix& smoothedMask, DenseMatrix& interface) {
     interface.fill(1.0);
     for (unsigned i = 0; i < smoothedMask.getRows(); ++i) {
         if (smoothedMask(i, 0) < OUTSIDE || smoothedMask(i, 0) > INSIDE) interface(i, 0) = 0.0;
+    }
+}
+
+// A cell of several kinds is neither void nor solid, and stays.
+void excludePassiveCells(const PassiveBlock& passive, DenseMatrix& interface) {
+    if (passive.IsEmpty()) return;
+    for (unsigned i = 0; i < interface.getRows(); ++i) {
+        const int kind = passive.getCoarseGridElement(static_cast<int>(i));
+        if (kind == PassiveBlock::VOID || kind == PassiveBlock::SOLID ||
+            kind == PassiveBlock::SECOND_SOLID) {
+            interface(i, 0) = 0.0;
+        }
     }
 }
 
@@ -45,49 +56,79 @@ void takeFirst(const std::vector<DataElem>& candidates, double count,
     }
 }
 
+double sum(const DenseMatrix& v) { return std::accumulate(v.begin(), v.end(), 0.0); }
+
 double evenPart(double count) { return 2.0 * std::floor(count * 0.5); }
 
 }  // namespace
 
-double SolverApp::runIterationWithBlob(int messageLength, char* messageBuffer, float* output,
-                                       double& change, RuntimeStat* stat, int* blobOut) {
-    const double result = runIteration(messageLength, messageBuffer, output, change, stat);
-    if (blobStage >= 2) updateBlobMoveLimit();
-    redistributeBlob();
-    findBlobInterface(0);
-    blobConvergedPrevious = blobConverged;
+Blob::Blob(unsigned nelx, unsigned nely)
+    : nelx(nelx),
+      nely(nely),
+      circleMask(kmat::undefinedVector(nelx * nely)),
+      blobInterface(kmat::undefinedVector(nelx * nely)),
+      circleInterface(kmat::undefinedVector(nelx * nely)),
+      blobMaskFiltered(kmat::undefinedVector(nelx * nely)),
+      circleMaskFiltered(kmat::undefinedVector(nelx * nely)),
+      blobSensitivityFiltered(kmat::undefinedVector(nelx * nely)) {}
+
+void Blob::setFilterMatBlob() { blobH = ConeFilter(nelx, nely, rminBlob); }
+
+void Blob::restart(double cells, const DenseMatrix& blobMask, const PassiveBlock& passive) {
+    constexpr double noObjectiveYet = 1e10;
+    blobCellCount = cells;
+    blobConverged = 0;
+    blobConvergedPrevious = 0;
+    blobCounter = 0;
+    objectivePrevious = noObjectiveYet;
+    objectivePrevious2 = noObjectiveYet;
+    blobStage = 0;
+    blobPreparedCount = 0.0;
+    blobMoveCount = 0.0;
     blobIteration = 1;
-    ++blobStage;
-    createAndPublishBlobResult(blobOut);
-    return result;
+
+    findBlobInterface(0, blobMask, passive);
+    equivalentCircleMoI();
+    interfaceSizeOfEquivalentCircle(blobMask, passive);
+
+    // About a tenth of the interface of a disc of the blob's area, as an even number of elements.
+    blobMoveLimitLarge = 0.0;
+    blobMoveLimit = 2.0 * std::round(circleInterfaceSize * 0.2 * 0.5);
+    blobMoveLimitMax = blobMoveLimit;
+    blobMoveLimitFraction = blobMoveLimit;
 }
 
-void SolverApp::findBlobInterface(int mode) {
-    if (mode == 0) {
-        filterBlobDensities(0);
-        markInterface(blobMaskFiltered, blobInterface);
-        excludePassiveCellsFromInterface();
-        blobInterfaceSize = sum(blobInterface);
-    } else if (mode == 1) {
-        filterBlobDensities(2);
-        markInterface(circleMaskFiltered, circleInterface);
+void Blob::filterBlobSensitivities(const DenseMatrix& blobMask, DenseMatrix& blobSensitivity) {
+    // Not 0 in the blob, where the division below would bring back no number.
+    constexpr double leastWeight = 0.001;
+    const auto weight = [&](unsigned i) { return std::max(leastWeight, 1.0 - blobMask(i, 0)); };
+    for (unsigned i = 0; i < blobMask.getRows(); ++i) blobSensitivity(i, 0) *= weight(i);
+    Hcoarse.apply(blobSensitivity, blobSensitivityFiltered);
+    for (unsigned i = 0; i < blobMask.getRows(); ++i) {
+        blobSensitivity(i, 0) = blobSensitivityFiltered(i, 0) / weight(i);
     }
 }
 
-void SolverApp::excludePassiveCellsFromInterface() {
-    if (passiveBlock.IsEmpty()) return;
-    for (unsigned i = 0; i < numberOfCoarseElements; ++i) {
-        const int kind = passiveBlock.getCoarseGridElement(static_cast<int>(i));
-        if (kind == PassiveBlock::VOID || kind == PassiveBlock::SOLID ||
-            kind == PassiveBlock::SECOND_SOLID) {
-            blobInterface(i, 0) = 0.0;
-        }
+void Blob::filterBlobDensities(int mode, const DenseMatrix& blobMask) {
+    if (mode == 0) blobH.applyTransposed(blobMask, blobMaskFiltered);
+    if (mode == 2) blobH.applyTransposed(circleMask, circleMaskFiltered);
+}
+
+void Blob::findBlobInterface(int mode, const DenseMatrix& blobMask, const PassiveBlock& passive) {
+    if (mode == 0) {
+        filterBlobDensities(0, blobMask);
+        markInterface(blobMaskFiltered, blobInterface);
+        excludePassiveCells(passive, blobInterface);
+        blobInterfaceSize = sum(blobInterface);
+    } else if (mode == 1) {
+        filterBlobDensities(2, blobMask);
+        markInterface(circleMaskFiltered, circleInterface);
     }
 }
 
 // At most twice what moved last time; 3 % more while the compliance goes steadily one way, 5 % less
 // when it turns. Small limits are tracked unrounded, or they could never grow.
-void SolverApp::updateBlobMoveLimit() {
+void Blob::updateBlobMoveLimit(double objective) {
     const double moved = 2.0 * blobMoveCount;
     const bool oscillating =
         (objectivePrevious - objectivePrevious2) * (objective - objectivePrevious) < 0.0;
@@ -110,10 +151,11 @@ void SolverApp::updateBlobMoveLimit() {
     objectivePrevious = objective;
 }
 
-void SolverApp::prepareInterfaceRedistribution() {
+void Blob::prepareInterfaceRedistribution(const DenseMatrix& blobMask,
+                                          const DenseMatrix& blobSensitivity) {
     std::vector<DataElem> inside;
     std::vector<DataElem> outside;
-    for (unsigned i = 0; i < numberOfCoarseElements; ++i) {
+    for (unsigned i = 0; i < blobInterface.getRows(); ++i) {
         if (blobInterface(i, 0) != 1.0) continue;
         const double flags = blobInterface(i, 0) + blobMask(i, 0);
         if (flags == 2.0)
@@ -130,24 +172,20 @@ void SolverApp::prepareInterfaceRedistribution() {
     takeFirst(outside, blobMoveCount, blobJoining);
 }
 
-void SolverApp::updateBlob() {
+void Blob::updateBlob(DenseMatrix& blobMask) {
     blobConverged = blobMoveCount == 0.0 ? 1 : 0;
     if (blobConverged) return;
     for (unsigned i : blobLeaving) blobMask(i, 0) = 0.0;
     for (unsigned i : blobJoining) blobMask(i, 0) = 1.0;
 }
 
-void SolverApp::redistributeBlob() {
-    prepareInterfaceRedistribution();
-    updateBlob();
-}
-
-void SolverApp::equivalentCircleMoI() {
+void Blob::equivalentCircleMoI() {
     circleMoI = blobCellCount * blobCellCount / std::numbers::pi * 0.5;
     circleRadiusSquared = blobCellCount / std::numbers::pi;
 }
 
-void SolverApp::interfaceSizeOfEquivalentCircle() {
+void Blob::interfaceSizeOfEquivalentCircle(const DenseMatrix& blobMask,
+                                           const PassiveBlock& passive) {
     circleMask.fill(0.0);
     for (unsigned ix = 0; ix < nelx; ++ix) {
         for (unsigned iy = 0; iy < nely; ++iy) {
@@ -156,24 +194,6 @@ void SolverApp::interfaceSizeOfEquivalentCircle() {
             if (x * x + y * y < circleRadiusSquared) circleMask(nely * ix + iy, 0) = 1.0;
         }
     }
-    findBlobInterface(1);
+    findBlobInterface(1, blobMask, passive);
     circleInterfaceSize = sum(circleInterface);
-}
-
-void SolverApp::createAndPublishBlobResult(int* out) const {
-    if (!out) return;
-    for (unsigned ix = 0; ix < nelx; ++ix) {
-        for (unsigned iy = 0; iy < nely; ++iy) {
-            out[nelx * iy + ix] = blobMask(nely * ix + iy, 0) >= 1.0 ? 1 : 0;
-        }
-    }
-}
-
-double SolverApp::clamp(double x, double lo, double hi) {
-    if (lo > x) return lo;
-    return hi < x ? hi : x;
-}
-
-double SolverApp::clamp(double x, double lo1, double lo2, double hi1, double hi2) {
-    return clamp(clamp(x, lo1, hi1), lo2, hi2);
 }

@@ -5,11 +5,11 @@
 
 #include "MessageBuffer.h"
 #include "SolverApp.h"
-#include "voxam.h"
 
 void SolverApp::projectToMesh() {
-    map2Mesh(rhoPhys.begin(), static_cast<int>(nelx * subdivision),
-             static_cast<int>(nely * subdivision), static_cast<int>(meshFactor), meshRho.begin());
+    map2Mesh(rhoPhys.begin(), static_cast<int>(grids.nelx * grids.subdivision),
+             static_cast<int>(grids.nely * grids.subdivision), static_cast<int>(grids.meshFactor),
+             meshRho.begin());
 }
 
 void SolverApp::map2Mesh(const double* source, int nx, int ny, int factor, double* target) {
@@ -25,6 +25,8 @@ void SolverApp::map2Mesh(const double* source, int nx, int ny, int factor, doubl
         for (int a = 1; a < factor; ++a) std::copy_n(column, height, column + a * height);
     }
 }
+
+void SolverApp::densityFilterWithModifiedRadius() { meshH.apply(meshRho, meshRhoFiltered); }
 
 void SolverApp::projectHeaviside() {
     constexpr double beta = 6.0;
@@ -42,26 +44,25 @@ void SolverApp::projectHeaviside() {
     }
 }
 
+// The text stands until the settings change: each further iteration publishes it again.
+bool SolverApp::fail(std::string_view text) {
+    message = text;
+    return false;
+}
+
+void SolverApp::withdrawMessage() { message.clear(); }
+
 void SolverApp::createAndPublishResult(float* output, int messageLength, char* messageBuffer,
                                        RuntimeStat* stat) {
     writeText(message, messageLength, messageBuffer);
     if (!message.empty()) return;
-    if (stat) {
-        *stat = {static_cast<float>(iterationTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(updateTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(stateTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(assembleTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(factorizeTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(solveTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(sensitivityTimer.getElapsedTimeInMilliSec()),
-                 static_cast<float>(meshTimer.getElapsedTimeInMilliSec())};
-    }
+    if (stat) timers.publish(*stat);
     if (output) publishPicture(output);
 }
 
 void SolverApp::publishPicture(float* output) const {
-    const unsigned width = nelx * subdivision * meshFactor;
-    const unsigned height = nely * subdivision * meshFactor;
+    const unsigned width = grids.nelx * grids.subdivision * grids.meshFactor;
+    const unsigned height = grids.nely * grids.subdivision * grids.meshFactor;
     const double* density = meshRhoFiltered.begin();
     // In square tiles, because one side of a transposition runs across the order of storage.
     constexpr unsigned tile = 16;
@@ -72,6 +73,15 @@ void SolverApp::publishPicture(float* output) const {
                     output[r * width + c] = static_cast<float>(1.0 - density[c * height + r]);
                 }
             }
+        }
+    }
+}
+
+void SolverApp::createAndPublishBlobResult(int* out) const {
+    if (!out) return;
+    for (unsigned ix = 0; ix < grids.nelx; ++ix) {
+        for (unsigned iy = 0; iy < grids.nely; ++iy) {
+            out[grids.nelx * iy + ix] = blobMask(grids.coarseElement(ix, iy), 0) >= 1.0 ? 1 : 0;
         }
     }
 }

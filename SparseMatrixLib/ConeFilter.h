@@ -1,0 +1,33 @@
+#pragma once
+
+#include "dense_matrix.h"
+#include "sparse_matrix.h"
+
+/// Cone filter of a grid of nx x ny cells, counted column by column: a weighted mean of each cell
+/// and its neighbours, in which the weight of two cells is the radius less their distance, at
+/// least 0.
+struct ConeFilter {
+    /// A filter of a grid without cells.
+    ConeFilter();
+
+    /// `radius` in cells; with 0 no cell has a weight. The normaliser is the row sums. Throws
+    /// std::bad_alloc when there are more weights than an int can count, or memory is short.
+    ConeFilter(unsigned nx, unsigned ny, double radius);
+
+    /// Gives the first `count` cells the largest of their row sums for a normaliser, at least 1e-8.
+    ///
+    /// Deliberate: with one fine cell per coarse element this makes the normaliser one constant, so
+    /// that cells near the border receive less than full weight.
+    void applyMaximumRule(unsigned count);
+
+    /// filtered = (weights * field) / normaliser. The two fields have one value per cell.
+    void apply(const kmat::DenseMatrix& field, kmat::DenseMatrix& filtered) const;
+
+    /// spread = weights * (field / normaliser), the transposed filter.
+    void applyTransposed(const kmat::DenseMatrix& field, kmat::DenseMatrix& spread) const;
+
+    /// Symmetric, upper triangle. Weights of 0 are left out.
+    kmat::SparseMatrix weights;
+    /// One value per cell.
+    kmat::DenseMatrix normaliser;
+};

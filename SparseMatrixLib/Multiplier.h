@@ -1,0 +1,27 @@
+// The Lagrange multiplier of the volume constraint, found by bisection.
+#pragma once
+
+#include <functional>
+
+/// An interval that is to contain the multiplier, and by how much it widens first when it does not.
+struct Bracket {
+    double l1;
+    double l2;
+    double widening;
+
+    double relativeWidth() const { return (l2 - l1) / (l2 + l1); }
+};
+
+/// The bracket to start from. `iteration` counts from 1 since the last restart; the multipliers are
+/// those of the last update and of the one before it.
+Bracket initialBracket(int iteration, double lambda, double lambdaPrevious);
+
+/// Bisects the bracket until its width relative to the sum of its ends is at most `tolerance`, and
+/// returns the last midpoint, which is the last one that `excess` was asked for. When one end never
+/// moved, the bracket widens on that side and the search goes on, at most 20 times.
+///
+/// `excess` is the relative excess of volume of the design for a multiplier: it falls as the
+/// multiplier grows. When the bracket is narrow enough from the start it is not called at all, and
+/// the result is the middle of the bracket.
+double findMultiplier(Bracket bracket, double tolerance,
+                      const std::function<double(double multiplier)>& excess);
