@@ -21,6 +21,7 @@ requirements=(
 
 # What else the tests need, so that the other scripts stay lean: scripts/test adds it to the list.
 test_requirements=(
+    "libopenblas0-openmp:OpenBLAS built with OpenMP, beside the usual one"
     "python3-numpy:Python 3.9 with NumPy, for the tests of the Python package"
     "python3-pytest:pytest"
     "python3-matplotlib:matplotlib"

@@ -7,10 +7,24 @@
 #include "factor.h"
 #include "kmat_exception.h"
 
+// Null when the BLAS is not OpenBLAS.
+extern "C" {
+[[gnu::weak]] int openblas_get_num_threads();
+[[gnu::weak]] void openblas_set_num_threads(int count);
+}
+
 namespace {
 
 using kmat::ConfigSingleton;
 using kmat::KmatException;
+
+// How many levels of OpenMP's regions may have a team while CHOLMOD runs. CHOLMOD that is linked in
+// starts no region, so the host's number stays.
+#ifdef VOXAM_CHOLMOD_EMBEDDED
+constexpr int LEVELS_DURING_A_CALL = 3;
+#else
+constexpr int LEVELS_DURING_A_CALL = 0;
+#endif
 
 TEST(ContextTest, StartsCholmodWithItsDefaultsAndTheLayersHandler) {
     cholmod_common defaults{};
@@ -61,25 +75,39 @@ TEST(ContextTest, KeepsTheLatestMessageAndTheLatestFailure) {
     EXPECT_EQ(KmatException::getLastException(), nullptr);
 }
 
-int levelsDuringTheCall;
+struct ThreadSettings {
+    int maxActiveLevels = omp_get_max_active_levels();
+    int maxThreads = omp_get_max_threads();
+    int blasThreads = openblas_get_num_threads ? openblas_get_num_threads() : 1;
 
-TEST(ContextTest, CholmodRunsWithoutATeamAndTheHostsLevelComesBack) {
-    const int before = omp_get_max_active_levels();
+    bool operator==(const ThreadSettings&) const = default;
+};
+
+ThreadSettings duringTheCall;
+
+TEST(ContextTest, CholmodComputesOnOneThreadAndTheHostsSettingsComeBack) {
+    const ThreadSettings original;
     omp_set_max_active_levels(3);
+    if (openblas_set_num_threads) openblas_set_num_threads(2);
+    omp_set_num_threads(3);
+    const ThreadSettings before;
     // A missing argument makes each routine call the handler while it runs.
     ConfigSingleton::getCommonPtr()->error_handler = [](int, const char*, int, const char*) {
-        levelsDuringTheCall = omp_get_max_active_levels();
+        duringTheCall = ThreadSettings();
     };
     for (const auto& call : {+[] { kmat::SparseMatrix(nullptr).analyze(); },
                              +[] { kmat::Factor().factorize(kmat::SparseMatrix(nullptr)); },
                              +[] { solve(kmat::Factor(), kmat::DenseMatrix(nullptr)); },
                              +[] { solve(kmat::Factor(), kmat::SparseMatrix(nullptr)); }}) {
-        levelsDuringTheCall = -1;
+        duringTheCall = before;
         call();
-        EXPECT_EQ(levelsDuringTheCall, 0);
-        EXPECT_EQ(omp_get_max_active_levels(), 3);
+        EXPECT_EQ(duringTheCall.blasThreads, 1);
+        EXPECT_EQ(duringTheCall.maxActiveLevels, LEVELS_DURING_A_CALL);
+        EXPECT_EQ(ThreadSettings(), before);
     }
-    omp_set_max_active_levels(before);
+    if (openblas_set_num_threads) openblas_set_num_threads(original.blasThreads);
+    omp_set_num_threads(original.maxThreads);
+    omp_set_max_active_levels(original.maxActiveLevels);
     ConfigSingleton::destroy();
     KmatException::clearLastException();
 }

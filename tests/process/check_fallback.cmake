@@ -1,0 +1,22 @@
+# Where CHOLMOD's archives cannot be linked, configuring says why and takes the shared library.
+
+cmake_minimum_required(VERSION 3.25)
+
+# Configures with a variable that is wrong on purpose. `reason` is a part of what must be said.
+function(check variable value reason)
+    file(REMOVE_RECURSE "${SCRATCH_DIR}")
+    execute_process(OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE failed
+        COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${SCRATCH_DIR}" -G "${GENERATOR}"
+            "-DCMAKE_C_COMPILER=${C_COMPILER}" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
+            -DVOXAM_CHOLMOD=EMBEDDED -DVOXAM_BUILD_TESTS=OFF -DVOXAM_BUILD_HOSTS=OFF
+            "-D${variable}=${value}")
+    string(REGEX REPLACE "[ \n]+" " " text "${output}")
+    if(failed OR NOT text MATCHES "CHOLMOD stays a shared library.*${reason}")
+        message(FATAL_ERROR "With ${variable}=${value}, \"${reason}\" was expected:\n${output}")
+    endif()
+endfunction()
+
+file(WRITE "${SCRATCH_DIR}.so" "")
+check(CMAKE_OBJCOPY no-such-program "objcopy failed")
+check(METIS_LIBRARY "${SCRATCH_DIR}.so" "linking its archives failed, see")
+file(REMOVE_RECURSE "${SCRATCH_DIR}" "${SCRATCH_DIR}.so")
