@@ -10,6 +10,7 @@
 #include "game.h"
 #include "output_file.h"
 #include "picture.h"
+#include "refinement.h"
 #include "scene_reader.h"
 
 namespace {
@@ -31,11 +32,14 @@ std::string materialText(const Field& densities) {
 void printScene(const Scene& scene) {
     std::printf("%s\n", scene.title.c_str());
     std::printf("  grid             %d x %d elements\n", scene.width, scene.height);
+    if (scene.densities->width > scene.width)
+        std::printf("  design           %d x %d cells\n", scene.densities->width,
+                    scene.densities->height);
     std::printf("  load cases       %d\n", scene.loadCases);
     std::printf("  material used    %s\n", materialText(*scene.densities).c_str());
 }
 
-void printHardestWorking(const Field& energies, const Field& densities) {
+void printHardestWorking(const Field& energies, const Field& densities, int refinement) {
     std::vector<float> sorted = energies.values;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const double total = sum(energies);
@@ -51,7 +55,8 @@ void printHardestWorking(const Field& energies, const Field& densities) {
     const int x = hardest % energies.width;
     const int y = hardest / energies.width;
     char place[64];
-    std::snprintf(place, sizeof place, "at x %d, y %d (density %.3g)", x, y, densities.at(x, y));
+    std::snprintf(place, sizeof place, "at x %d, y %d (density %.3g)", x / refinement,
+                  y / refinement, densities.at(x, y));
     std::printf("  the hardest %-24s %10.1f %%\n", place, percent(energies.at(x, y), total));
 }
 
@@ -67,13 +72,14 @@ std::string subtitle(const Scene& scene, const Score& score) {
 int runScore(const ScoreOptions& options) {
     const Scene scene = readScene(options.scene);
     requireScore(scene);
-    const int scale = options.scale.value_or(defaultPictureScale(scene));
+    const int refinement = refinementOf(*scene.densities, scene);
+    const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
     if (!options.picture.empty()) {
         checkPictureScale(scene, scale);
         checkOutput(options.picture, scene.files);
     }
 
-    const Score score = Game(scene).score(*scene.densities);
+    const Score score = Game(refined(scene, refinement)).score(*scene.densities);
 
     RgbImage picture;
     if (!options.picture.empty()) {
@@ -86,7 +92,7 @@ int runScore(const ScoreOptions& options) {
     printScene(scene);
     if (score.supported) {
         std::printf("  compliance       %.6g\n", score.compliance);
-        printHardestWorking(score.energies, *scene.densities);
+        printHardestWorking(score.energies, *scene.densities, refinement);
     } else {
         std::printf("  compliance       none: not supported, the plate is free to move\n");
     }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "field_size.h"
 #include "input_error.h"
 
 namespace {
@@ -16,23 +17,32 @@ struct PngImage : png_image {
     ~PngImage() { png_image_free(this); }
 };
 
-std::string sizeText(unsigned width, unsigned height) {
-    return std::to_string(width) + " x " + std::to_string(height);
+std::vector<std::uint8_t> encode(int width, int height, std::uint32_t format,
+                                 const std::vector<std::uint8_t>& pixels) {
+    PngImage png;
+    png.width = static_cast<png_uint_32>(width);
+    png.height = static_cast<png_uint_32>(height);
+    png.format = format;
+    png_alloc_size_t bytes = PNG_IMAGE_PNG_SIZE_MAX(png);
+    std::vector<std::uint8_t> result(bytes);
+    if (!png_image_write_to_memory(&png, result.data(), &bytes, 0, pixels.data(), 0, nullptr))
+        throw std::runtime_error(std::string("PNG encoder: ") + png.message);
+    result.resize(bytes);
+    return result;
 }
 
 }  // namespace
 
-Field readGreyPng(const std::filesystem::path& file, int width, int height) {
+Field readGreyPng(const std::filesystem::path& file, int width, int height, int maxRefinement) {
     PngImage png;
     const auto fail = [&](const std::string& why) {
         throw InputError("image " + file.string() + ": " + why);
     };
     if (!png_image_begin_read_from_file(&png, file.c_str())) fail(png.message);
     // The size is checked before anything is decoded: a small file may unpack to gigabytes.
-    Field field(width, height);
-    if (png.width != static_cast<unsigned>(width) || png.height != static_cast<unsigned>(height))
-        fail("is " + sizeText(png.width, png.height) + " pixels, expected " +
-             sizeText(static_cast<unsigned>(width), static_cast<unsigned>(height)) + " (grid)");
+    const std::string wrong = wrongSize(png.width, png.height, width, height, maxRefinement);
+    if (!wrong.empty()) fail(wrong);
+    Field field(static_cast<int>(png.width), static_cast<int>(png.height));
     png.format = PNG_FORMAT_GRAY;
     png.flags |= PNG_IMAGE_FLAG_16BIT_sRGB;
     std::vector<std::uint8_t> grey(field.values.size());
@@ -44,14 +54,10 @@ Field readGreyPng(const std::filesystem::path& file, int width, int height) {
 }
 
 std::vector<std::uint8_t> encodePng(const RgbImage& image) {
-    PngImage png;
-    png.width = static_cast<png_uint_32>(image.width);
-    png.height = static_cast<png_uint_32>(image.height);
-    png.format = PNG_FORMAT_RGB;
-    png_alloc_size_t bytes = PNG_IMAGE_PNG_SIZE_MAX(png);
-    std::vector<std::uint8_t> result(bytes);
-    if (!png_image_write_to_memory(&png, result.data(), &bytes, 0, image.pixels.data(), 0, nullptr))
-        throw std::runtime_error(std::string("PNG encoder: ") + png.message);
-    result.resize(bytes);
-    return result;
+    return encode(image.width, image.height, PNG_FORMAT_RGB, image.pixels);
+}
+
+std::vector<std::uint8_t> encodeGreyPng(int width, int height,
+                                        const std::vector<std::uint8_t>& pixels) {
+    return encode(width, height, PNG_FORMAT_GRAY, pixels);
 }

@@ -91,7 +91,9 @@ struct Scene : Settings {
     int width = 0;   ///< elements in x
     int height = 0;  ///< elements in y
     int loadCases = 1;
-    std::optional<Field> densities;  ///< of a score: 0 (void) to 1 (solid) for each element
+    /// Of a score: 0 (void) to 1 (solid) for each element, or for a whole number of cells per edge
+    /// of an element.
+    std::optional<Field> densities;
     int subdivision = 1;             ///< cells of the design per edge of an element
     int meshFactor = 1;              ///< cells of the picture per edge of a cell of the design
     int iterations = 100;

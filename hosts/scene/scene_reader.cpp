@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "design_file.h"
 #include "drawing.h"
 #include "input_error.h"
 #include "json_value.h"
-#include "png_image.h"
 #include "setting_keys.h"
 
 namespace {
@@ -41,15 +41,17 @@ void readDensityRow(const JsonValue& row, Field& densities, int y) {
         densities.at(x, y) = static_cast<float>(numbers[static_cast<std::size_t>(x)].number(0, 1));
 }
 
-Field readDensityImage(const JsonValue& value, Scene& scene) {
-    value.allowOnly({"png"});
-    const JsonValue name = value.at("png");
+/// Of a file that has another kind than the key says, the key counts.
+Field readDensityFile(const JsonValue& value, Scene& scene) {
+    value.allowOnly({"png", "csv"});
+    const auto csv = value.find("csv");
+    if (csv && value.find("png")) value.fail("names two files, expected one");
+    const JsonValue name = csv ? *csv : value.at("png");
     const auto file = scene.files.front().parent_path() / name.text();
     scene.files.push_back(file);
     try {
-        Field densities = readGreyPng(file, scene.width, scene.height);
-        for (float& density : densities.values) density = 1.0f - density;
-        return densities;
+        return csv ? readDesignCsv(file, scene.width, scene.height)
+                   : readDesignPng(file, scene.width, scene.height);
     } catch (const InputError& error) {
         name.fail(error.what());
     }
@@ -59,9 +61,9 @@ Field readDensities(const JsonValue& value, Scene& scene) {
     const auto& json = value.raw();
     if (json.is_number())
         return Field(scene.width, scene.height, static_cast<float>(value.number(0, 1)));
-    if (json.is_object()) return readDensityImage(value, scene);
+    if (json.is_object()) return readDensityFile(value, scene);
     const auto rows =
-        drawingRows(value, scene.height, "rows, one number for all, or {\"png\": file}");
+        drawingRows(value, scene.height, "rows, one number for all, {\"png\": file} or {\"csv\": file}");
     Field densities(scene.width, scene.height);
     for (int y = 0; y < scene.height; ++y)
         readDensityRow(rows[static_cast<std::size_t>(y)], densities, y);

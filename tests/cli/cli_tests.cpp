@@ -226,7 +226,7 @@ TEST_F(Cli, namesWhatIsWrongWithAScene) {
          R"(supports[0].fix: "z" is not one of "x", "y", "xy")"},
         {bar(""), "densities: missing key"},
         {bar("1.5"), "densities: 1.5 is outside 0.0..1.0"},
-        {bar("true"), "densities: expected rows, one number for all, or"},
+        {bar("true"), "densities: expected rows, one number for all, {"},
         {bar("[[1, 1, -0.5, 1]]"), "densities[0][2]: -0.5 is outside"},
         {bar("[[1, 1]]"), "densities[0]: 2 numbers, expected 4 (grid.width)"},
         {bar(R"(["####", "####"])"), "densities: 2 rows, expected 1 (grid.height)"},
@@ -235,7 +235,8 @@ TEST_F(Cli, namesWhatIsWrongWithAScene) {
         {bar(R"(["\n..."])"), "densities[0]: column 0 holds another character"},
         {bar(R"({"png": "none.png"})"), "densities.png: image none.png: No such file"},
         {bar(R"({"png": "text.png"})"), "text.png: "},
-        {bar(R"({"png": "small.png"})"), "small.png: is 1 x 1 pixels, expected 4 x 1 (grid)"},
+        {bar(R"({"png": "small.png"})"),
+         "small.png: is 1 x 1 cells, expected 4 x 1 times a whole number up to 256 (grid)"},
     };
     for (const auto& [scene, error] : cases) {
         SCOPED_TRACE(scene);
