@@ -31,7 +31,7 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
             ->add_option("--picture", options.picture,
                          "Draw the design, coloured by the energy of its elements;\n"
                          "plain grey when the scene is not supported")
-            ->type_name("OUT.png");
+            ->type_name("OUT.png|.svg");
     score
         ->add_option("--scale", options.scale,
                      "Pixels per element of the picture\n"
@@ -39,6 +39,12 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
         ->type_name("N")
         ->check(CLI::Range(MIN_PICTURE_SCALE, MAX_PICTURE_SCALE))
         ->needs(picture);
+    score
+        ->add_option("--design", options.design,
+                     "Score this design instead of the scene's densities, such as one that\n"
+                     "voxam optimise wrote")
+        ->type_name("IN.png|.csv");
+    addOutlineOptions(*score, options.exports);
     score->footer(
         "Exit status:\n"
         "  0  scored\n"
@@ -68,7 +74,19 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         ->type_name("CHANGE")
         ->check(CLI::PositiveNumber);
     optimise->add_option("--picture", options.picture, "Draw the last design")
-        ->type_name("OUT.png");
+        ->type_name("OUT.png|.svg");
+    optimise
+        ->add_option("--animation", options.animation,
+                     "Show how the design forms: pictures of the iterations, or of those in\n"
+                     "which most happens, and a pause at the end")
+        ->type_name("OUT.gif");
+    optimise
+        ->add_option("--design", options.exports.designs,
+                     "Write the density of each cell, as a grey pixel (black is solid) or as a\n"
+                     "number; voxam score reads it with --design; may be given more than once")
+        ->type_name("OUT.png|.csv")
+        ->allow_extra_args(false);
+    addOutlineOptions(*optimise, options.exports);
     optimise
         ->add_option("--frames", options.frames,
                      "Draw the design after each iteration: frame-0001.png and so on in this\n"

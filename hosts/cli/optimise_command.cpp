@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "animation.h"
 #include "history.h"
 #include "input_error.h"
 #include "interruption.h"
@@ -74,10 +75,7 @@ public:
     /// The picture of the last design, if there was one, and the names of all files written.
     void drawResult() const {
         std::printf("\n");
-        if (!options.picture.empty() && !records.empty()) {
-            draw(options.picture);
-            std::printf("  picture            %s\n", options.picture.c_str());
-        }
+        if (!records.empty()) writeResult();
         if (!options.frames.empty())
             std::printf("  frames             %zu in %s\n", records.size(), options.frames.c_str());
         if (!options.history.empty())
@@ -107,6 +105,19 @@ public:
     }
 
 private:
+    void writeResult() const {
+        if (!options.picture.empty()) {
+            draw(options.picture);
+            std::printf("  picture            %s\n", options.picture.c_str());
+        }
+        if (!animation.empty()) {
+            writeFile(options.animation, animation.encodeGif());
+            std::printf("  animation          %s (%zu frames)\n", options.animation.c_str(),
+                        animation.size());
+        }
+        writeExports(options.exports, design, design.width / current.width);
+    }
+
     void makeChange(int iteration) {
         if (nextChange == timeline.size() || timeline[nextChange].iteration != iteration) return;
         const Change& change = timeline[nextChange++];
@@ -127,6 +138,8 @@ private:
         progress.show(records.back());
         if (history) history->add(records.back());
         if (!options.frames.empty()) draw(options.frames / formatted("frame-%04d.png", iteration));
+        if (!options.animation.empty())
+            animation.add(drawPicture(current, content(), animationScale(current)));
         const bool settled = iteration - lastChange >= SETTLING_ITERATIONS && !changesLeft();
         converged = settled && options.until && outcome.change < *options.until;
     }
@@ -156,13 +169,16 @@ private:
         return skipped > 0 ? formatted(", without %zu that failed", skipped) : "";
     }
 
-    void draw(const fs::path& file) const {
+    PictureContent content() const {
         const IterationRecord& shown = records.back();
         std::string subtitle = formatted("iteration %d,  compliance %.6g,  volume %.1f %%",
                                          shown.iteration, shown.compliance, 100 * shown.volume);
         if (!failure.empty()) subtitle += ",  then: " + failure;
-        const PictureContent content{design, std::nullopt, current.title, subtitle};
-        writeFile(file, encodePng(drawPicture(current, content, scale)));
+        return {design, std::nullopt, current.title, subtitle};
+    }
+
+    void draw(const fs::path& file) const {
+        writeFile(file, encodePicture(file, current, content(), scale));
     }
 
     double seconds() const {
@@ -180,6 +196,7 @@ private:
     Progress progress;
     std::optional<History> history;
     int lastChange = 0;
+    Animation animation;
     Field design;  // after the last of the records
     std::vector<IterationRecord> records;
     std::string failure;  // of the last iteration
@@ -187,12 +204,11 @@ private:
 };
 
 void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
-    for (const fs::path& target : {options.picture, options.history})
-        if (!target.empty()) checkOutput(target, scene.files);
-    if (!options.picture.empty() && !options.history.empty() &&
-        fs::weakly_canonical(fs::absolute(options.picture)) ==
-            fs::weakly_canonical(fs::absolute(options.history)))
-        throw InputError("--history: names the same file as --picture");
+    std::vector<Output> outputs = outputsOf(options.exports);
+    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
+    outputs.push_back({"--animation", options.animation, {".gif"}});
+    outputs.push_back({"--history", options.history, {}});
+    checkOutputs(outputs, scene.files);
     if (!options.frames.empty()) createDirectory(options.frames);
 }
 

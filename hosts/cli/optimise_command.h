@@ -3,11 +3,15 @@
 #include <filesystem>
 #include <optional>
 
+#include "design_exports.h"
+
 struct OptimiseOptions {
     std::filesystem::path scene;
-    std::optional<int> iterations;  ///< instead of the scene's number
-    std::optional<double> until;    ///< change of the densities that is small enough to stop
-    std::filesystem::path picture;  ///< empty: no picture
+    std::optional<int> iterations;    ///< instead of the scene's number
+    std::optional<double> until;      ///< change of the densities that is small enough to stop
+    std::filesystem::path picture;    ///< empty: no picture
+    std::filesystem::path animation;  ///< GIF file; empty: no animation
+    ExportOptions exports;
     std::filesystem::path frames;   ///< directory; empty: no frames
     std::filesystem::path history;  ///< CSV file; empty: no history
     bool movesBlob = false;

@@ -7,6 +7,8 @@
 #include <numeric>
 #include <string>
 
+#include "design_file.h"
+#include "file_ending.h"
 #include "game.h"
 #include "output_file.h"
 #include "picture.h"
@@ -67,26 +69,35 @@ std::string subtitle(const Scene& scene, const Score& score) {
            ",  material used " + materialText(*scene.densities);
 }
 
+void readDesignInto(Scene& scene, const std::filesystem::path& file) {
+    checkEnding("--design", file, DESIGN_ENDINGS);
+    scene.densities = readDesign(file, scene.width, scene.height);
+    scene.files.push_back(file);
+}
+
+void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) {
+    if (!options.picture.empty()) checkPictureScale(scene, scale);
+    std::vector<Output> outputs = outputsOf(options.exports);
+    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
+    checkOutputs(outputs, scene.files);
+}
+
 }  // namespace
 
 int runScore(const ScoreOptions& options) {
-    const Scene scene = readScene(options.scene);
+    Scene scene = readScene(options.scene);
+    if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
     const int refinement = refinementOf(*scene.densities, scene);
     const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
-    if (!options.picture.empty()) {
-        checkPictureScale(scene, scale);
-        checkOutput(options.picture, scene.files);
-    }
+    prepareOutputs(options, scene, scale);
 
     const Score score = Game(refined(scene, refinement)).score(*scene.densities);
 
-    RgbImage picture;
     if (!options.picture.empty()) {
         PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle(scene, score)};
         if (score.supported) content.energies = score.energies;
-        picture = drawPicture(scene, content, scale);
-        writeFile(options.picture, encodePng(picture));
+        writeFile(options.picture, encodePicture(options.picture, scene, content, scale));
     }
 
     printScene(scene);
@@ -96,8 +107,12 @@ int runScore(const ScoreOptions& options) {
     } else {
         std::printf("  compliance       none: not supported, the plate is free to move\n");
     }
-    if (!options.picture.empty())
-        std::printf("\n  picture          %s (%d x %d pixels)\n", options.picture.c_str(),
-                    picture.width, picture.height);
+    if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
+    if (!options.picture.empty()) {
+        const PictureLayout size = pictureLayout(scene, scale);
+        std::printf("  picture          %s (%d x %d pixels)\n", options.picture.c_str(), size.width,
+                    size.height);
+    }
+    writeExports(options.exports, *scene.densities, refinement);
     return score.supported ? 0 : 1;
 }

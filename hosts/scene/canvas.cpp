@@ -1,5 +1,8 @@
 #include "canvas.h"
 
+#include <cairo-svg.h>
+
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -32,8 +35,24 @@ Colour mix(const Colour& from, const Colour& to, double share) {
     return result;
 }
 
-Canvas::Canvas(int width, int height)
-    : surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height), cairo_surface_destroy),
+Canvas::Surface Canvas::newSurface(int width, int height, Kind kind,
+                                   std::vector<std::uint8_t>& bytes) {
+    if (kind == Kind::PIXELS)
+        return {cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height),
+                cairo_surface_destroy};
+    const auto collect = [](void* target, const unsigned char* data, unsigned length) {
+        auto& all = *static_cast<std::vector<std::uint8_t>*>(target);
+        all.insert(all.end(), data, data + length);
+        return CAIRO_STATUS_SUCCESS;
+    };
+    Surface svg(cairo_svg_surface_create_for_stream(collect, &bytes, width, height),
+                cairo_surface_destroy);
+    cairo_svg_surface_set_document_unit(svg.get(), CAIRO_SVG_UNIT_PX);
+    return svg;
+}
+
+Canvas::Canvas(int width, int height, Kind kind)
+    : surface(newSurface(width, height, kind, svgBytes)),
       context(cairo_create(surface.get()), cairo_destroy) {
     cairo_select_font_face(context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
                            CAIRO_FONT_WEIGHT_NORMAL);
@@ -137,16 +156,31 @@ void Canvas::cells(Point corner, double width, double height, int columns, int r
     cairo_rectangle(cr, 0, 0, width, height);
     cairo_scale(cr, width / columns, height / rows);
     cairo_set_source_surface(cr, raster.get(), 0, 0);
-    cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+    // Cells smaller than pixels are averaged.
+    cairo_pattern_t* const pattern = cairo_get_source(cr);
+    cairo_pattern_set_filter(pattern, columns > width ? CAIRO_FILTER_GOOD : CAIRO_FILTER_NEAREST);
+    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_PAD);
     cairo_fill(cr);
     cairo_restore(cr);
 }
 
-RgbImage Canvas::image() {
-    cairo_surface_flush(surface.get());
-    const auto status = cairo_status(context.get());
+void Canvas::check() {
+    auto status = cairo_status(context.get());
+    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(surface.get());
     if (status != CAIRO_STATUS_SUCCESS)
         throw std::runtime_error(std::string("drawing: ") + cairo_status_to_string(status));
+}
+
+std::vector<std::uint8_t> Canvas::svg() {
+    check();
+    cairo_surface_finish(surface.get());
+    check();
+    return std::move(svgBytes);
+}
+
+RgbImage Canvas::image() {
+    cairo_surface_flush(surface.get());
+    check();
     RgbImage result{cairo_image_surface_get_width(surface.get()),
                     cairo_image_surface_get_height(surface.get()),
                     {}};

@@ -3,6 +3,7 @@
 #include <cairo.h>
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,11 +25,16 @@ struct Point {
 inline Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
 inline Point operator*(double factor, Point p) { return {factor * p.x, factor * p.y}; }
 
-/// A white sheet of pixels with the few strokes that a picture consists of. Points are the corners
-/// between pixels. A failure inside shows when the image is taken.
+/// A white sheet of pixels, or of shapes for an SVG file, with the few strokes that a picture
+/// consists of. Points are the corners between pixels. A failure inside shows when the image is
+/// taken.
 class Canvas {
 public:
-    Canvas(int width, int height);
+    enum class Kind { PIXELS, SVG };
+
+    Canvas(int width, int height, Kind kind);
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
 
     /// A rectangle's outline, one pixel wide, just outside it.
     void frame(Point corner, double width, double height, const Colour& colour);
@@ -53,16 +59,22 @@ public:
     void cells(Point corner, double width, double height, int columns, int rows,
                const std::function<Colour(int x, int y)>& colourOf);
 
-    /// Throws std::runtime_error when something could not be drawn.
+    /// The sheet of pixels. Throws std::runtime_error when something could not be drawn.
     RgbImage image();
+
+    /// The bytes of the SVG file; ends the drawing. Throws std::runtime_error as well.
+    std::vector<std::uint8_t> svg();
 
 private:
     using Surface = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
 
+    static Surface newSurface(int width, int height, Kind kind, std::vector<std::uint8_t>& bytes);
+    void check();
     void use(const Colour& colour);
     void strokePath(const Colour& colour, double thickness);
     void fillWithRim(const Colour& colour);
 
+    std::vector<std::uint8_t> svgBytes;
     Surface surface;
     std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
 };

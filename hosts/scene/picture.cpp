@@ -6,12 +6,20 @@
 
 #include "canvas.h"
 #include "energy_scale.h"
+#include "file_ending.h"
 #include "input_error.h"
 
 namespace {
 
 constexpr int MAX_PICTURE_SIDE = 8192;
 constexpr double COMFORTABLE_SIDE = 900;
+constexpr double ANIMATION_SIDE = 600;
+
+// Pixels around the plate, for arrows and supports, and above and below that for text.
+constexpr int PICTURE_MARGIN = 50;
+constexpr int PICTURE_HEADER = 52;
+constexpr int PICTURE_LEGEND = 84;
+constexpr int MIN_PICTURE_WIDTH = 560;
 
 constexpr Colour VOID_COLOUR = {0.955, 0.955, 0.945};
 constexpr Colour SOLID_GREY = {0.2, 0.2, 0.22};
@@ -42,20 +50,22 @@ const Colour& loadColour(int loadCase) {
 
 class PictureDrawing {
 public:
-    PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, int pixelsPerElement)
+    PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, int pixelsPerElement,
+                   Canvas::Kind kind)
         : scene(drawnScene),
           content(drawn),
           scale(pixelsPerElement),
-          width(std::max(scale * scene.width + 2 * PICTURE_MARGIN, MIN_PICTURE_WIDTH)),
-          height(PICTURE_HEADER + scale * scene.height + 2 * PICTURE_MARGIN + PICTURE_LEGEND),
-          plate{double((width - scale * scene.width) / 2), PICTURE_HEADER + PICTURE_MARGIN},
-          canvas(width, height),
+          layout(pictureLayout(scene, scale)),
+          width(layout.width),
+          height(layout.height),
+          plate{double(layout.plateX), double(layout.plateY)},
+          canvas(layout.width, layout.height, kind),
           blob(scene.width, scene.height) {
         if (content.energies) energyScale.emplace(*content.energies, content.material);
         for (const Cell& cell : scene.blob.cells) blob.at(cell.x, cell.y) = 1;
     }
 
-    RgbImage draw() {
+    Canvas& draw() {
         drawHeader();
         drawPlate();
         drawPassive(scene.passive.voids, PASSIVE_COLOURS[0]);
@@ -64,7 +74,7 @@ public:
         for (const Support& support : scene.supports) drawSupport(support);
         for (const Load& load : scene.loads) drawLoad(load);
         drawLegend();
-        return canvas.image();
+        return canvas;
     }
 
 private:
@@ -294,6 +304,7 @@ private:
     const Scene& scene;
     const PictureContent& content;
     int scale;
+    PictureLayout layout;
     int width;
     int height;
     Point plate;
@@ -329,6 +340,26 @@ void checkPictureScale(const Scene& scene, int scale) {
                          " x " + std::to_string(scene.height) + " elements");
 }
 
+int animationScale(const Scene& scene) {
+    return largestScale(scene, ANIMATION_SIDE, 1.2 * ANIMATION_SIDE);
+}
+
+PictureLayout pictureLayout(const Scene& scene, int scale) {
+    PictureLayout layout;
+    layout.width = std::max(scale * scene.width + 2 * PICTURE_MARGIN, MIN_PICTURE_WIDTH);
+    layout.height = PICTURE_HEADER + scale * scene.height + 2 * PICTURE_MARGIN + PICTURE_LEGEND;
+    layout.plateX = (layout.width - scale * scene.width) / 2;
+    layout.plateY = PICTURE_HEADER + PICTURE_MARGIN;
+    return layout;
+}
+
 RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale) {
-    return PictureDrawing(scene, content, scale).draw();
+    return PictureDrawing(scene, content, scale, Canvas::Kind::PIXELS).draw().image();
+}
+
+std::vector<std::uint8_t> encodePicture(const std::filesystem::path& file, const Scene& scene,
+                                        const PictureContent& content, int scale) {
+    if (fileEnding(file) == ".svg")
+        return PictureDrawing(scene, content, scale, Canvas::Kind::SVG).draw().svg();
+    return encodePng(drawPicture(scene, content, scale));
 }

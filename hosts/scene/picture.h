@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "field.h"
 #include "png_image.h"
@@ -29,17 +32,30 @@ int defaultPictureScale(const Scene& scene);
 /// that does not make the picture too large.
 int refinedPictureScale(const Scene& scene, int refinement);
 
+/// One for the frames of an animation, some 600 pixels wide.
+int animationScale(const Scene& scene);
+
 /// Throws InputError when a picture at this scale would be too large to draw.
 void checkPictureScale(const Scene& scene, int scale);
 
 /// Draws the plate at `scale` pixels per element, its loads as arrows and its supports as
 /// triangles, its passive elements outlined and its blob tinted, below a title and above a legend.
-/// The plate's top left corner lies at
-/// ((width - scale * scene.width) / 2, PICTURE_HEADER + PICTURE_MARGIN).
 RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale);
 
-/// Pixels around the plate, for arrows and supports, and above and below that for text.
-constexpr int PICTURE_MARGIN = 50;
-constexpr int PICTURE_HEADER = 52;
-constexpr int PICTURE_LEGEND = 84;
-constexpr int MIN_PICTURE_WIDTH = 560;
+/// Endings of the files that hold a picture.
+inline const std::vector<std::string> PICTURE_ENDINGS = {".png", ".svg"};
+
+/// The same drawing as the bytes of a file of the kind that its ending names, one of
+/// PICTURE_ENDINGS.
+std::vector<std::uint8_t> encodePicture(const std::filesystem::path& file, const Scene& scene,
+                                        const PictureContent& content, int scale);
+
+/// Size of a picture in pixels, and where in it the plate's top left corner lies.
+struct PictureLayout {
+    int width = 0;
+    int height = 0;
+    int plateX = 0;
+    int plateY = 0;
+};
+
+PictureLayout pictureLayout(const Scene& scene, int scale);

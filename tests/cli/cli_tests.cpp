@@ -98,10 +98,11 @@ TEST_F(Cli, drawsCellsWhereTheyBelong) {
     Field fine(8, 2);  // two cells per element each way
     fine.at(0, 1) = 1;
     const RgbImage grey = drawPicture(scene, {fine, std::nullopt, "fine", ""}, scale);
-    ASSERT_EQ(grey.width, MIN_PICTURE_WIDTH);
-    ASSERT_EQ(grey.height, PICTURE_HEADER + 2 * PICTURE_MARGIN + PICTURE_LEGEND + scale);
-    const int left = (grey.width - 4 * scale) / 2;
-    const int top = PICTURE_HEADER + PICTURE_MARGIN;
+    const PictureLayout layout = pictureLayout(scene, scale);
+    ASSERT_EQ(grey.width, layout.width);
+    ASSERT_EQ(grey.height, layout.height);
+    const int left = layout.plateX;
+    const int top = layout.plateY;
     EXPECT_GT(pixelAt(grey, left + 10, top + 10)[0], 230);
     EXPECT_LT(pixelAt(grey, left + 10, top + 30)[0], 70);
     EXPECT_GT(pixelAt(grey, left + 30, top + 30)[0], 230);
@@ -150,9 +151,8 @@ TEST_F(Cli, scoresAndDrawsTheShippedScenes) {
             run("score " + entry.path().string() + " --picture p.png --scale 8");
         EXPECT_EQ(outcome.status, supported ? 0 : 1) << outcome.err;
         EXPECT_EQ(outcome.out.find("not supported") == std::string::npos, supported);
-        const int width = std::max(8 * scene.width + 2 * PICTURE_MARGIN, MIN_PICTURE_WIDTH);
-        const int height = 8 * scene.height + 2 * PICTURE_MARGIN + PICTURE_HEADER + PICTURE_LEGEND;
-        EXPECT_NO_THROW(readGreyPng(directory / "p.png", width, height));
+        const PictureLayout layout = pictureLayout(scene, 8);
+        EXPECT_NO_THROW(readGreyPng(directory / "p.png", layout.width, layout.height));
         EXPECT_EQ(files(), std::vector<std::string>{"p.png"});
         ++count;
     }

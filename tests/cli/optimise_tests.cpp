@@ -2,6 +2,7 @@
 #include <png.h>
 
 #include <cstdio>
+#include <cstring>
 
 #include "cli_fixture.h"
 #include "picture.h"
@@ -51,12 +52,12 @@ protected:
     /// The picture of a scene, one pixel from each element.
     struct Picture {
         RgbImage image;
+        PictureLayout layout;
         int scale;
 
         const std::uint8_t* pixel(int x, int y) const {
-            const int left = (image.width - 12 * scale) / 2;
-            const int across = left + x * scale + scale / 2;
-            const int down = PICTURE_HEADER + PICTURE_MARGIN + y * scale + scale / 2;
+            const int across = layout.plateX + x * scale + scale / 2;
+            const int down = layout.plateY + y * scale + scale / 2;
             return &image.pixels[3 * static_cast<std::size_t>(down * image.width + across)];
         }
         int red(int x, int y) const { return pixel(x, y)[0]; }
@@ -66,7 +67,8 @@ protected:
     Picture draw(const std::string& text, const std::string& options = "") {
         const Scene scene = read(text);
         EXPECT_EQ(run("optimise s.json --picture p.png " + options).status, 0);
-        return {readColours(directory / "p.png"), refinedPictureScale(scene, scene.refinement())};
+        const int scale = refinedPictureScale(scene, scene.refinement());
+        return {readColours(directory / "p.png"), pictureLayout(scene, scale), scale};
     }
 
     static RgbImage readColours(const fs::path& file) {
@@ -210,7 +212,17 @@ TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
         {"s.json --blob", "s.json: blob: no elements, needed for --blob"},
         {"s.json --history s.json", "s.json: cannot be written: it is an input of the scene"},
         {"s.json --history none/h.csv", "there is no directory"},
-        {"s.json --history ./p --picture p", "--history: names the same file as --picture"},
+        {"s.json --history ./p.png --picture p.png", "--history: names the same file as --picture"},
+        {"s.json --outline a.svg --picture ./a.svg", "--picture: names the same file as --outline"},
+        {"s.json --design d.csv --design d.csv", "--design: names the same file as before"},
+        {"s.json --picture p.jpg",
+         "--picture: p.jpg: unknown ending .jpg, expected one of .png, .svg"},
+        {"s.json --outline o", "--outline: o: has no ending, expected one of .svg, .dxf, .stl"},
+        {"s.json --design d.bmp",
+         "--design: d.bmp: unknown ending .bmp, expected one of .png, .csv"},
+        {"s.json --animation a.png", "--animation: a.png: unknown ending .png, expected .gif"},
+        {"s.json --outline o.svg --thickness 2", "--thickness: needs --outline OUT.stl"},
+        {"s.json --outline o.stl --thickness 0", "--thickness: Value 0 not in range"},
         {"s.json --frames none/f", "none/f: cannot be written: No such file"},
         {"s.json --frames s.json", "s.json: cannot be written: "},
     };
@@ -258,6 +270,36 @@ TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
     EXPECT_EQ(plainLines, (std::vector<int>{1, 10, 12}));
     EXPECT_EQ(contents(directory / "frames/frame-0012.png"), contents(directory / "p.png"));
     EXPECT_EQ(files(), (std::vector<std::string>{"frames", "h.csv", "p.png", "s.json"}));
+}
+
+TEST_F(Optimise, letsTheDesignLeave) {
+    write("s.json", cantilever(R"("subdivision": 2, "meshFactor": 2)"));
+    const Outcome outcome =
+        run("optimise s.json --iterations 30 --picture p.svg --animation a.gif --design d.png "
+            "--design d.csv --outline o.svg --outline o.dxf --outline o.stl --thickness 2.5");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    expectText(outcome.out, "  animation          a.gif (30 frames)\n");
+    expectText(outcome.out, "  design             d.png (48 x 24 cells)\n");
+    EXPECT_EQ(files(), (std::vector<std::string>{"a.gif", "d.csv", "d.png", "o.dxf", "o.stl",
+                                                 "o.svg", "p.svg", "s.json"}));
+    const std::string svg = contents(directory / "p.svg");
+    expectText(svg, "<svg ");
+    EXPECT_EQ(svg.substr(svg.size() - 7), "</svg>\n");
+    const std::string stl = contents(directory / "o.stl");
+    float highest;
+    std::memcpy(&highest, &stl[84 + 50 + 12 + 8], sizeof highest);
+    EXPECT_EQ(highest, 2.5f);  // the second triangle lies on top
+
+    // Both files are scored as fine as they are; that of numbers has the outline to the bit.
+    for (const std::string design : {"d.csv", "d.png"}) {
+        const Outcome scored = run("score s.json --outline again.svg --design " + design);
+        EXPECT_EQ(scored.status, 0) << scored.err;
+        expectText(scored.out, "  design           48 x 24 cells\n");
+        EXPECT_EQ(contents(directory / "again.svg") == contents(directory / "o.svg"),
+                  design == "d.csv");
+    }
+    expectError(run("score s.json"), "densities: missing key");
+    expectError(run("score s.json --design d.csv --outline d.csv"), "it is an input of the scene");
 }
 
 TEST_F(Optimise, tellsTheLibraryWhatTheSceneSays) {
