@@ -34,6 +34,21 @@ test_requirements=(
     "mypy:mypy"
 )
 
+# What the i386 presets need beside it. A cross compiler, because the libraries that a multilib
+# compiler looks for are others than those of the architecture i386.
+i386_requirements=(
+    "g++-i686-linux-gnu:GCC for i686-linux-gnu"
+    "libsuitesparse-dev:i386:SuiteSparse (CHOLMOD) for i386"
+    "libopenblas-dev:i386:OpenBLAS (CBLAS and LAPACK) for i386"
+    "libtbb-dev:i386:oneTBB for i386"
+    "libgtest-dev:i386:GoogleTest for i386"
+    "libgmock-dev:i386:GoogleMock for i386"
+    "libopenblas0-openmp:i386:OpenBLAS built with OpenMP for i386"
+    "libgomp1:i386:the OpenMP runtime of GCC for i386"
+    "libasan8:i386:the address sanitizer's runtime for i386"
+    "libubsan1:i386:the undefined behaviour sanitizer's runtime for i386"
+)
+
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
@@ -45,10 +60,12 @@ as_root() {
     fi
 }
 
+# Of the requirements $@. What is installed stays: the copies of a library for two architectures
+# have to be of one version, and rather than replace one this fails and tells why.
 install_missing_packages() {
     local requirement package missing=()
-    for requirement in "${requirements[@]}"; do
-        package=${requirement%%:*}
+    for requirement in "$@"; do
+        package=${requirement%:*}
         # A package that was removed may still be known: "installed" is the third word of its state.
         case $(dpkg -s "$package" 2>/dev/null | sed -n 's/^Status: //p') in
             *" installed") ;;
@@ -58,14 +75,14 @@ install_missing_packages() {
     if [ "${#missing[@]}" -eq 0 ]; then return; fi
     as_root apt-get update
     as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y --no-install-recommends "${missing[@]}"
+        apt-get install -y --no-install-recommends --no-remove "${missing[@]}"
 }
 
 # Where packages have other names: says what is needed, and checks no more than the tools, because
 # CMake tells which library it does not find.
 check_tools() {
     echo "This is not a Debian system, so make sure that these are installed:"
-    printf '    %s\n' "${requirements[@]#*:}"
+    printf '    %s\n' "${requirements[@]##*:}"
     local tool missing=()
     for tool in cc c++ cmake ninja pkg-config; do
         command -v "$tool" >/dev/null || missing+=("$tool")
@@ -75,18 +92,53 @@ check_tools() {
     return 1
 }
 
+has_apt() { command -v apt-get >/dev/null && command -v dpkg >/dev/null; }
+
 prepare_system() {
-    if command -v apt-get >/dev/null && command -v dpkg >/dev/null; then
-        install_missing_packages
+    if has_apt; then
+        install_missing_packages "${requirements[@]}"
     else
         check_tools
     fi
 }
 
-# Configures and builds the preset $1. In CI a warning is an error.
+# Lets packages of i386 be installed beside those of this system. It changes what apt-get update
+# fetches from then on, so it asks, unless $1 is --yes.
+add_i386() {
+    if dpkg --print-foreign-architectures | grep -qx i386; then return; fi
+    local answer=n
+    if [ "$1" = --yes ]; then
+        answer=y
+    elif [ -t 0 ]; then
+        echo "The i386 presets need packages of the architecture i386, which dpkg does not know yet."
+        read -r -p "Run \"dpkg --add-architecture i386\" and install them? [y/N] " answer
+    fi
+    case $answer in
+        [yY]*) as_root dpkg --add-architecture i386 ;;
+        *)
+            echo "Not without the architecture i386. To add it without a question: --yes" >&2
+            return 1
+            ;;
+    esac
+}
+
+# What the i386 presets need. $1 is --yes to add the architecture without asking, or empty.
+prepare_i386() {
+    if has_apt; then
+        add_i386 "$1"
+        install_missing_packages "${i386_requirements[@]}"
+    else
+        echo "For i386 make sure that these are installed as well:"
+        printf '    %s\n' "${i386_requirements[@]##*:}"
+    fi
+}
+
+# Configures and builds the preset $1, or only its targets $2... In CI a warning is an error.
 build_preset() {
-    local strict=OFF
+    local preset=$1 strict=OFF
+    shift
     if [ -n "${CI:-}" ]; then strict=ON; fi
-    cmake --preset "$1" -DVOXAM_WARNINGS_AS_ERRORS="$strict"
-    cmake --build --preset "$1"
+    cmake --preset "$preset" -DVOXAM_WARNINGS_AS_ERRORS="$strict"
+    if [ $# -gt 0 ]; then set -- --target "$@"; fi
+    cmake --build --preset "$preset" "$@"
 }
