@@ -32,6 +32,8 @@ test_requirements=(
     "python3-setuptools:setuptools"
     "python3-wheel:wheel"
     "mypy:mypy"
+    "mono-mcs:Mono with its C# compiler, for the tests of the C# host"
+    "mono-runtime:the runtime of Mono"
 )
 
 # What the i386 presets need beside it. A cross compiler, because the libraries that a multilib
