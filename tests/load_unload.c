@@ -5,11 +5,9 @@
 #include <dlfcn.h>
 #include <stdio.h>
 #include <string.h>
+#include <voxam_functions.h>
 
 enum { NELX = 4, NELY = 3, ELEMENTS = NELX * NELY, SUPPORTS = 2 * (NELY + 1), ROUNDS = 20 };
-
-typedef void Init(int, int, int, int, int, const float*, int, const float*, int);
-typedef double Solve(const float*, float*);
 
 static int lookUp(void* library, const char* name, void* function) {
     void* address = dlsym(library, name);
@@ -35,8 +33,8 @@ int main(int argc, char** argv) {
     for (int i = 0; i < ELEMENTS; ++i) densities[i] = 1;
 
     for (int round = 1; round <= ROUNDS; ++round) {
-        Init* init;
-        Solve* solve;
+        InitVoxamGame init;
+        SolveVoxamGame solve;
         void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
         if (!library) return fail(dlerror(), round);
         if (!lookUp(library, "_InitVoxamGame", &init)) return fail("_InitVoxamGame", round);

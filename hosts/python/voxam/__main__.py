@@ -31,7 +31,7 @@ def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
 class _View:
     """The picture, and below it the compliance over the iterations."""
 
-    def __init__(self, scene: scenes.Scene) -> None:
+    def __init__(self, scene: scenes.Scene, iterations: int) -> None:
         from matplotlib import pyplot
 
         self._scene = scene
@@ -44,6 +44,7 @@ class _View:
         self._image: Any = None
         (self._line,) = self._plot.plot([], [], color="tab:blue")
         self._plot.set_yscale("log")
+        self._plot.set_xlim(0, iterations)
         self._plot.set_xlabel("iteration")
         self._plot.set_ylabel("compliance")
 
@@ -61,7 +62,16 @@ class _View:
         self._compliances.append(result.compliance)
         self._line.set_data(self._numbers, self._compliances)
         self._plot.relim()
-        self._plot.autoscale_view()
+        self._plot.autoscale_view(scalex=False)
+
+    def draw(self) -> bool:
+        """Draws the window and handles its events; returns whether it is still open."""
+        from matplotlib import pyplot
+
+        self.figure.canvas.draw()
+        self.figure.set_layout_engine("none")  # once is enough: it takes longer than an iteration
+        self.figure.canvas.flush_events()
+        return bool(pyplot.fignum_exists(self.figure.number))
 
 
 @contextlib.contextmanager
@@ -96,8 +106,9 @@ def _run(options: argparse.Namespace, scene: scenes.Scene) -> None:
     _check_ending(options.save)
     if not options.save and pyplot.get_backend().lower() == "agg":
         raise VoxamError("there is no display for a window: use --save FILE")
-    view = _View(scene)
-    iterations = scenes.run(scene, options.iterations, options.blob)
+    count = scene.iterations if options.iterations is None else options.iterations
+    view = _View(scene, count)
+    iterations = scenes.run(scene, count, options.blob)
     with contextlib.closing(iterations):
         if options.save:
             with _recording(view, options.save) as record:
@@ -105,10 +116,10 @@ def _run(options: argparse.Namespace, scene: scenes.Scene) -> None:
                     view.show(number, result)
                     record()
             return
+        pyplot.show(block=False)
         for number, result in iterations:
             view.show(number, result)
-            pyplot.pause(0.001)
-            if not pyplot.fignum_exists(view.figure.number):
+            if not view.draw():
                 return
     pyplot.show()
 
