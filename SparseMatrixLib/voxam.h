@@ -56,6 +56,16 @@
 #ifndef VOXAM_H
 #define VOXAM_H
 
+/*
+ * The version of this header. A host runs with any library of the same major number that is not
+ * older than the header it was compiled with: the minor number grows with what is added, the patch
+ * number with what is mended. Any version may change the last digits of a result.
+ */
+#define VOXAM_VERSION_MAJOR 1
+#define VOXAM_VERSION_MINOR 1
+#define VOXAM_VERSION_PATCH 2
+#define VOXAM_VERSION "1.1.2"
+
 #if defined(__GNUC__)
 #define VOXAM_API __attribute__((visibility("default")))
 #else

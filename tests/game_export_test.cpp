@@ -52,6 +52,8 @@ double solve(float value) {
 
 TEST(GameExportTest, PrintsTheBannerOnceAndOfRecordsTheTitleAlone) {
     EXPECT_EQ(FirstCalls::output, "VoxamApp386Game lib version 1.1.2\n");
+    EXPECT_STREQ(VOXAM_VERSION, "1.1.2");
+    EXPECT_EQ(VOXAM_VERSION_MAJOR * 10000 + VOXAM_VERSION_MINOR * 100 + VOXAM_VERSION_PATCH, 10102);
     const float record[] = {1, 2, 3, 4, 5};
     for (const int count : {0, 1}) {
         testing::internal::CaptureStdout();
