@@ -91,7 +91,8 @@ void Blob::restart(double cells, const DenseMatrix& blobMask, const PassiveBlock
     equivalentCircleMoI();
     interfaceSizeOfEquivalentCircle(blobMask, passive);
 
-    // About a tenth of the interface of a disc of the blob's area, as an even number of elements.
+    // The limit counts elements that leave and elements that join: about a tenth of the interface of
+    // a disc of the blob's area leaves it in a step.
     blobMoveLimitLarge = 0.0;
     blobMoveLimit = 2.0 * std::round(circleInterfaceSize * 0.2 * 0.5);
     blobMoveLimitMax = blobMoveLimit;
