@@ -2,17 +2,20 @@
 
 #include <cmath>
 
-#include "ParallelFor.h"
-
-void DensityPowers::compute(const DesignGrids& grids, const kmat::DenseMatrix& rhoPhys,
-                            double penalty) {
-    const size_t cellsPerColumn = size_t{grids.nely} * grids.subdivision * grids.subdivision;
-    parallelFor(grids.nelx, [&](size_t ix) {
-        for (size_t e = ix * cellsPerColumn; e < (ix + 1) * cellsPerColumn; ++e) {
-            const double density = rhoPhys.begin()[e];
-            power[e] = std::pow(density, penalty);
-            const bool infinite = density == 0.0 && penalty < 1.0;
-            powerLessOne[e] = infinite ? 0.0 : std::pow(density, penalty - 1.0);
+void DensityPowers::computeColumn(const DesignGrids& grids, size_t ix,
+                                  const kmat::DenseMatrix& rhoPhys, double penalty) {
+    const size_t cells = size_t{grids.nely} * grids.subdivision * grids.subdivision;
+    // Solid and void regions are long runs of one value, whose powers are worth taking only once.
+    double density = std::nan("");
+    for (size_t e = ix * cells; e < (ix + 1) * cells; ++e) {
+        if (rhoPhys.begin()[e] == density) {
+            power[e] = power[e - 1];
+            powerLessOne[e] = powerLessOne[e - 1];
+            continue;
         }
-    });
+        density = rhoPhys.begin()[e];
+        power[e] = std::pow(density, penalty);
+        const bool infinite = density == 0.0 && penalty < 1.0;
+        powerLessOne[e] = infinite ? 0.0 : std::pow(density, penalty - 1.0);
+    }
 }

@@ -11,8 +11,10 @@
 struct DensityPowers {
     explicit DensityPowers(unsigned cells) : power(cells), powerLessOne(cells) {}
 
-    /// Computes both powers of every fine cell, one column of coarse elements per parallel task.
-    void compute(const DesignGrids& grids, const kmat::DenseMatrix& rhoPhys, double penalty);
+    /// Computes both powers of the fine cells of coarse column ix. Columns may be computed at the
+    /// same time.
+    void computeColumn(const DesignGrids& grids, size_t ix, const kmat::DenseMatrix& rhoPhys,
+                       double penalty);
 
     std::vector<double> power;
     /// 0 where the density is 0, also with a penalty below 1: no infinity enters the filters.

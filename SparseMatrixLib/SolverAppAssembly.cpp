@@ -13,12 +13,19 @@ constexpr double VOID_FLOOR = 1e-9;
 }  // namespace
 
 void SolverApp::assemble() {
-    powers.compute(grids, rhoPhys, penalty);
+    const auto computePowers = [this](size_t ix) {
+        powers.computeColumn(grids, ix, rhoPhys, penalty);
+    };
     if (equilibrium.fillWithZeros()) {
-        for (unsigned ix = 0; ix < grids.nelx; ++ix) addColumn(ix, VOID_FLOOR_FIRST);
+        // Not in parallel: starting the threads would delay the first picture.
+        for (unsigned ix = 0; ix < grids.nelx; ++ix) {
+            computePowers(ix);
+            addColumn(ix, VOID_FLOOR_FIRST);
+        }
         return;
     }
     if (grids.nelx == 0) return;
+    parallelFor(grids.nelx, computePowers);
     // The elements of a column touch only the nodes of its two sides, so the even columns share no
     // node with each other, nor do the odd ones: within a pass no entry is written twice.
     const unsigned tasks = (grids.nelx - 1) / 2 + 1;

@@ -34,7 +34,7 @@ double SolverApp::runIteration(int messageLength, char* messageBuffer, float* ou
             return -1.0;
         }
         filterSensitivities();
-        filterBlobSensitivities();
+        if (hasBlob) filterBlobSensitivities();  // only a step of the blob asks for them
         timers.sensitivityTimer.stop();
 
         // 4. Design.

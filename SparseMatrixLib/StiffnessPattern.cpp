@@ -34,6 +34,36 @@ public:
     unsigned nodesY;
 };
 
+constexpr size_t ELEMENT_NODES = ELEMENT_DOFS / DOFS_PER_NODE;
+
+// Where the entries of an element's pairs of nodes lie. One search finds all four of a pair: the two
+// rows of a node follow each other, and its second column repeats the rows of the first.
+class NodePairEntries {
+public:
+    NodePairEntries(const kmat::SparseMatrix& pattern, const ElementDofs& dof) {
+        for (size_t j = 0; j < ELEMENT_NODES; ++j) {
+            const unsigned column = dof[DOFS_PER_NODE * j];
+            for (size_t i = 0; i < ELEMENT_NODES; ++i) {
+                const unsigned row = dof[DOFS_PER_NODE * i];
+                if (row <= column) first[i][j] = pattern.find(row, column);
+            }
+            columnLength[j] = pattern.find(column, column + 1) - first[j][j];
+        }
+    }
+
+    // The entry of local degrees of freedom (k, l) of the upper triangle.
+    int get(size_t k, size_t l) const {
+        const size_t j = l / DOFS_PER_NODE;
+        const int rowInPair = static_cast<int>(k % DOFS_PER_NODE);
+        const bool secondColumn = l % DOFS_PER_NODE == 1;
+        return first[k / DOFS_PER_NODE][j] + rowInPair + (secondColumn ? columnLength[j] : 0);
+    }
+
+private:
+    int first[ELEMENT_NODES][ELEMENT_NODES];
+    int columnLength[ELEMENT_NODES];
+};
+
 }  // namespace
 
 kmat::SparseMatrix stiffnessPattern(unsigned nelx, unsigned nely) {
@@ -68,11 +98,10 @@ std::vector<ElementEntries> findElementEntries(const kmat::SparseMatrix& pattern
     entries.reserve(size_t{nelx} * nely);
     for (unsigned x = 0; x < nelx; ++x) {
         for (unsigned y = 0; y < nely; ++y) {
-            const ElementDofs dof = elementDofs(x, y, nely + 1);
+            const NodePairEntries pairs(pattern, elementDofs(x, y, nely + 1));
             ElementEntries& found = entries.emplace_back();
-            std::transform(
-                ELEMENT_UPPER_PAIRS.begin(), ELEMENT_UPPER_PAIRS.end(), found.begin(),
-                [&](const auto& pair) { return pattern.find(dof[pair.first], dof[pair.second]); });
+            std::transform(ELEMENT_UPPER_PAIRS.begin(), ELEMENT_UPPER_PAIRS.end(), found.begin(),
+                           [&](const auto& pair) { return pairs.get(pair.first, pair.second); });
         }
     }
     return entries;
