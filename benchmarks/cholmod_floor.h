@@ -1,21 +1,26 @@
 #pragma once
 
-#include "cholmod_records.h"
+#include <cholmod.h>
+
+#include <memory>
+
 #include "dense_matrix.h"
 #include "sparse_matrix.h"
 
-/// CHOLMOD alone: numeric factorisation and one solution, on one thread like the library's, called
-/// without it. Whoever solves the equations of each design with CHOLMOD takes at least this long.
+/// CHOLMOD alone: numeric factorisation and one solution by its shared library as the system has it,
+/// with its team of OpenMP and the BLAS held at one thread. However the library is linked, this is
+/// what it takes to solve the equations of a design by calls of the CHOLMOD that is at hand.
 class CholmodFloor {
 public:
-    /// Copies and analyses a built symmetric matrix, and copies a force vector.
+    /// Copies and analyses a built symmetric matrix, and copies a force vector. Throws
+    /// std::runtime_error when there is no shared library of CHOLMOD.
     CholmodFloor(const kmat::SparseMatrix& K, const kmat::DenseMatrix& source);
 
     /// Factorises and solves; in milliseconds. Throws std::runtime_error when CHOLMOD fails.
     double measure();
 
 private:
-    kmat::RecordPtr<cholmod_sparse> matrix;
-    kmat::RecordPtr<cholmod_dense> force;
-    kmat::RecordPtr<cholmod_factor> factor;
+    std::shared_ptr<cholmod_sparse> matrix;
+    std::shared_ptr<cholmod_dense> force;
+    std::shared_ptr<cholmod_factor> factor;
 };

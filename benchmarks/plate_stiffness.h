@@ -16,8 +16,8 @@ public:
         : plate(plate),
           moduli(std::move(moduli)),
           element(ElementStiffnessMatrix::createElementStiffnessMatrix(1)),
-          K(emptyMatrix(0)),
-          entries(buildStiffnessPattern(K, columns(), rows())) {}
+          K(stiffnessPattern(columns(), rows())),
+          entries(findElementEntries(K, columns(), rows())) {}
 
     kmat::SparseMatrix& getMatrix() { return K; }
 
