@@ -51,6 +51,11 @@ i386_requirements=(
     "libubsan1:i386:the undefined behaviour sanitizer's runtime for i386"
 )
 
+# What the window needs: scripts/live and scripts/test add it to the list.
+window_requirements=(
+    "qt6-base-dev:Qt 6.4 (Widgets)"
+)
+
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QPointF>
+#include <vector>
+
+#include "plate_transform.h"
+#include "scene_edits.h"
+
+/// What paints elements or nodes. The size is its diameter, in elements.
+struct Brush {
+    static constexpr int MAX_SIZE = 40;
+
+    int size = 1;
+    bool isRound = true;
+};
+
+/// The elements under a brush; some may lie outside the plate.
+Cells footprint(const Brush& brush, QPointF plate);
+
+/// The elements that a brush touches on its way, each once.
+Cells strokeCells(const Brush& brush, QPointF from, QPointF to);
+
+/// The same for nodes.
+std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to);

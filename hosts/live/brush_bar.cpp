@@ -1,0 +1,53 @@
+#include "brush_bar.h"
+
+#include <QActionGroup>
+#include <QLabel>
+#include <QSpinBox>
+
+#include "action_text.h"
+#include "icons.h"
+
+BrushBar::BrushBar(Workbench& bench)
+    : QToolBar(tr("Brush")),
+      smaller(new QAction(tr("S&maller brush"), this)),
+      larger(new QAction(tr("&Larger brush"), this)),
+      round(new QAction(icon(Glyph::RoundBrush), tr("&Round brush"), this)),
+      square(new QAction(icon(Glyph::SquareBrush), tr("S&quare brush"), this)) {
+    setObjectName("brush");
+    smaller->setShortcut(QKeySequence(Qt::Key_BracketLeft));
+    larger->setShortcut(QKeySequence(Qt::Key_BracketRight));
+    explain(*smaller, {});
+    explain(*larger, {});
+    explain(*round, tr("Paint with a disc"));
+    explain(*square, tr("Paint with a square"));
+    auto* shapes = new QActionGroup(this);
+    for (QAction* shape : {round, square}) {
+        shape->setCheckable(true);
+        shapes->addAction(shape);
+        addAction(shape);
+    }
+    auto* size = new QSpinBox;
+    size->setRange(1, Brush::MAX_SIZE);
+    size->setSuffix(tr(" wide"));
+    size->setAccessibleName(tr("Size of the brush in elements"));
+    size->setToolTip(tr("Size of the brush in elements ([ and ])"));
+    addWidget(size);
+
+    const auto resize = [&bench](int by) {
+        bench.setBrush({bench.brush().size + by, bench.brush().isRound});
+    };
+    connect(smaller, &QAction::triggered, this, [=] { resize(-1); });
+    connect(larger, &QAction::triggered, this, [=] { resize(1); });
+    connect(shapes, &QActionGroup::triggered, this, [this, &bench](QAction* shape) {
+        bench.setBrush({bench.brush().size, shape == round});
+    });
+    connect(size, &QSpinBox::valueChanged, this, [&bench](int value) {
+        bench.setBrush({value, bench.brush().isRound});
+    });
+    const auto show = [this, size, &bench] {
+        size->setValue(bench.brush().size);
+        (bench.brush().isRound ? round : square)->setChecked(true);
+    };
+    connect(&bench, &Workbench::brushChanged, this, show);
+    show();
+}

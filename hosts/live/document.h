@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUndoStack>
+#include <filesystem>
+#include <memory>
+
+#include "scene.h"
+
+/// The scene that is being edited, its file and its history. Every change of the scene goes through
+/// edit(), so that every change can be undone.
+///
+/// A scene is handed out as an immutable snapshot: the history and the worker share it, and nobody
+/// has to copy or lock anything.
+class Document : public QObject {
+    Q_OBJECT
+
+public:
+    Document();
+
+    const Scene& scene() const { return *current; }
+    std::shared_ptr<const Scene> snapshot() const { return current; }
+
+    /// Takes the place of the scene and forgets the history. An empty file has no name yet.
+    void open(Scene scene, const std::filesystem::path& file);
+
+    /// Writes the scene in the program's format. Throws InputError; the file is then as before.
+    void save(const std::filesystem::path& target);
+
+    /// Empty for a scene that was not saved yet.
+    const std::filesystem::path& file() const { return path; }
+    QString displayName() const;
+    bool isModified() const { return !history.isClean(); }
+
+    /// Makes `next` the scene; `what` names the step in the menu, such as "Move load". Edits of one
+    /// gesture (from pressing a mouse button to releasing it) become one step of the history.
+    void edit(const QString& what, Scene next, int gesture = NO_GESTURE);
+    static constexpr int NO_GESTURE = -1;
+    int newGesture() { return ++lastGesture; }
+    /// Takes back what a gesture did, without a trace in the history.
+    void cancel(int gesture);
+
+    QUndoStack& undoStack() { return history; }
+
+signals:
+    void sceneChanged();
+    /// Another scene was opened, which sceneChanged() announces as well, before.
+    void opened();
+    void fileChanged();
+
+private:
+    class Edit;
+
+    void show(std::shared_ptr<const Scene> scene);
+
+    std::shared_ptr<const Scene> current;
+    std::filesystem::path path;
+    QUndoStack history;
+    int lastGesture = 0;
+    bool isCancelling = false;
+};

@@ -1,0 +1,171 @@
+#include "export_actions.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QSettings>
+
+#include "action_text.h"
+#include "animation.h"
+#include "design_file.h"
+#include "file_ending.h"
+#include "input_error.h"
+#include "outline_file.h"
+#include "output_file.h"
+#include "picture.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* DIRECTORY_KEY = "exportDirectory";
+constexpr double MAX_LENGTH = 1e6;  // of an element and of a thickness, in millimetres
+
+RgbImage drawExhibit(const ExportActions::Exhibit& exhibit) {
+    const int refinement = exhibit.material.width / exhibit.scene.width;
+    return drawPicture(
+        exhibit.scene,
+        {exhibit.material, exhibit.energies, exhibit.scene.title, exhibit.subtitle.toStdString()},
+        refinedPictureScale(exhibit.scene, refinement));
+}
+
+}  // namespace
+
+ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
+                             const Recorder& frames)
+    : parent(window),
+      current(std::move(exhibit)),
+      recorder(frames),
+      picture(add(tr("&Picture..."), tr("The plate with its signs, as PNG"),
+                  &ExportActions::exportPicture)),
+      design(add(tr("&Design..."), tr("The densities of the design, as PNG or CSV"),
+                 &ExportActions::exportDesign)),
+      outline(add(tr("&Outline..."), tr("The edge of the material, as SVG, DXF or STL"),
+                  &ExportActions::exportOutline)),
+      animation(add(tr("&Animation..."), tr("The last minutes, as GIF"),
+                    &ExportActions::exportAnimation)) {
+    picture->setShortcut(QKeySequence("Ctrl+E"));
+    explain(*picture, picture->statusTip());
+}
+
+QAction* ExportActions::add(const QString& name, const QString& explanation,
+                            void (ExportActions::*slot)()) {
+    auto* action = new QAction(name, this);
+    explain(*action, explanation);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+ExportActions::Exhibit ExportActions::exhibit() const {
+    auto shown = current();
+    if (!shown) throw InputError("There is no design yet: let it form, or draw one");
+    return std::move(*shown);
+}
+
+void ExportActions::writePicture(const fs::path& file) const {
+    writeFile(file, encodePng(drawExhibit(exhibit())));
+}
+
+void ExportActions::writeDesign(const fs::path& file) const {
+    writeFile(file, encodeDesign(file, exhibit().material));
+}
+
+void ExportActions::writeOutline(const fs::path& file, double elementSize, double thickness) const {
+    const Exhibit shown = exhibit();
+    const int refinement = shown.material.width / shown.scene.width;
+    const Outline traced = traceOutline(shown.material, refinement, elementSize);
+    writeFile(file, encodeOutline(file, traced, thickness));
+}
+
+void ExportActions::writeAnimation(const fs::path& file) const {
+    if (recorder.pictures().empty()) throw InputError("There is no design yet: let it form");
+    Animation frames;
+    // The worker goes on meanwhile, and so does the window.
+    QProgressDialog progress(tr("Drawing the animation"), tr("Cancel"), 0,
+                             static_cast<int>(recorder.pictures().size()), &parent);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    const auto pictures = recorder.pictures();
+    for (const Recorder::Picture& each : pictures) {
+        progress.setValue(progress.value() + 1);
+        if (progress.wasCanceled()) throw InputError("The animation was not written: cancelled");
+        Scene scene = *each.scene;
+        scene.blob = each.blob;
+        frames.add(drawExhibit(
+            {scene, each.material(), std::nullopt, tr("Iteration %1").arg(each.iteration)}));
+    }
+    writeFile(file, frames.encodeGif());
+}
+
+fs::path ExportActions::ask(const QString& title, const QString& filter, const QString& ending) {
+    QSettings settings;
+    const QString directory = settings.value(DIRECTORY_KEY, QDir::homePath()).toString();
+    QFileDialog dialog(&parent, title, directory, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(ending);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    settings.setValue(DIRECTORY_KEY, dialog.directory().absolutePath());
+    QString name = dialog.selectedFiles().front();
+    // The kind that was chosen, for a name without an ending.
+    return name.toStdString();
+}
+
+void ExportActions::attempt(const fs::path& file, const std::function<void()>& write) {
+    if (file.empty()) return;
+    try {
+        write();
+        emit exported(tr("Written: %1").arg(QString::fromStdString(file.string())));
+    } catch (const std::exception& error) {
+        QMessageBox::warning(&parent, tr("The export failed"),
+                             QString::fromStdString(error.what()));
+    }
+}
+
+void ExportActions::exportPicture() {
+    const fs::path file = ask(tr("Export a picture"), tr("Pictures (*.png)"), "png");
+    attempt(file, [&] {
+        checkEnding(tr("The picture").toStdString(), file, {".png"});
+        writePicture(file);
+    });
+}
+
+void ExportActions::exportDesign() {
+    const fs::path file =
+        ask(tr("Export the design"), tr("Grey pictures (*.png);;Tables (*.csv)"), "png");
+    attempt(file, [&] {
+        checkEnding(tr("The design").toStdString(), file, DESIGN_ENDINGS);
+        writeDesign(file);
+    });
+}
+
+void ExportActions::exportOutline() {
+    const fs::path file =
+        ask(tr("Export the outline"), tr("Outlines (*.svg *.dxf);;Solids (*.stl)"), "svg");
+    if (file.empty()) return;
+    bool isGiven = true;
+    const double size = QInputDialog::getDouble(&parent, tr("Size of an element"),
+                                                tr("Edge of an element in millimetres:"), 1, 0.001,
+                                                MAX_LENGTH, 3, &isGiven);
+    if (!isGiven) return;
+    double thickness = 1;
+    if (fileEnding(file) == ".stl")
+        thickness = QInputDialog::getDouble(&parent, tr("Thickness"),
+                                            tr("Thickness of the plate in millimetres:"), 10, 0.001,
+                                            MAX_LENGTH, 3, &isGiven);
+    if (!isGiven) return;
+    attempt(file, [&] {
+        checkEnding(tr("The outline").toStdString(), file, OUTLINE_ENDINGS);
+        writeOutline(file, size, thickness);
+    });
+}
+
+void ExportActions::exportAnimation() {
+    const fs::path file = ask(tr("Export an animation"), tr("Animations (*.gif)"), "gif");
+    attempt(file, [&] {
+        checkEnding(tr("The animation").toStdString(), file, {".gif"});
+        writeAnimation(file);
+    });
+}

@@ -1,0 +1,140 @@
+#include "file_actions.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QSettings>
+
+#include "action_text.h"
+#include "icons.h"
+#include "input_error.h"
+#include "scene_places.h"
+#include "scene_reader.h"
+
+namespace {
+
+constexpr int MAX_RECENT = 10;
+constexpr const char* RECENT_KEY = "recentFiles";
+
+QString sceneFilter() { return QObject::tr("Scenes (*.json);;All files (*)"); }
+
+QString nameOf(const std::filesystem::path& file) { return QString::fromStdString(file.string()); }
+
+std::filesystem::path pathOf(const QString& name) { return name.toStdString(); }
+
+/// What an optimiser needs and a scene for a score leaves out.
+constexpr double DEFAULT_VOLUME_FRACTION = 0.4;
+
+}  // namespace
+
+FileActions::FileActions(Document& edited, QWidget& window)
+    : openAction(new QAction(icon(Glyph::Open), tr("&Open..."), this)),
+      saveAction(new QAction(icon(Glyph::Save), tr("&Save"), this)),
+      saveAsAction(new QAction(tr("Save &as..."), this)),
+      recentMenu(new QMenu(tr("Open &recent"), &window)),
+      document(edited),
+      parent(window) {
+    openAction->setShortcut(QKeySequence::Open);
+    explain(*openAction, tr("Open a scene"));
+    saveAction->setShortcut(QKeySequence::Save);
+    explain(*saveAction, tr("Save the scene"));
+    saveAsAction->setShortcut(QKeySequence("Ctrl+Shift+S"));
+    explain(*saveAsAction, tr("Save the scene under another name"));
+    connect(openAction, &QAction::triggered, this, &FileActions::chooseAndOpen);
+    connect(saveAction, &QAction::triggered, this, &FileActions::save);
+    connect(saveAsAction, &QAction::triggered, this, &FileActions::saveAs);
+    connect(recentMenu, &QMenu::aboutToShow, this, &FileActions::fillRecentMenu);
+}
+
+bool FileActions::open(const std::filesystem::path& file) { return mayDiscard() && load(file); }
+
+bool FileActions::load(const std::filesystem::path& file) {
+    try {
+        Scene scene = readScene(file);
+        if (scene.volumeFraction == 0) scene.volumeFraction = DEFAULT_VOLUME_FRACTION;
+        document.open(std::move(scene), file);
+        remember(file);
+        return true;
+    } catch (const std::exception& error) {
+        QMessageBox::warning(&parent, tr("The scene cannot be opened"),
+                             QString::fromStdString(error.what()));
+        return false;
+    }
+}
+
+bool FileActions::mayDiscard() {
+    if (!document.isModified()) return true;
+    const auto answer = QMessageBox::question(
+        &parent, tr("Save changes?"),
+        tr("%1 has changes that are not saved.").arg(document.displayName()),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer == QMessageBox::Save) return save();
+    return answer == QMessageBox::Discard;
+}
+
+std::filesystem::path FileActions::lastFile() const {
+    const QStringList recent = QSettings().value(RECENT_KEY).toStringList();
+    if (recent.isEmpty()) return {};
+    std::error_code error;
+    const auto file = pathOf(recent.front());
+    return std::filesystem::is_regular_file(file, error) ? file : std::filesystem::path();
+}
+
+void FileActions::chooseAndOpen() {
+    if (!mayDiscard()) return;
+    const QString start =
+        document.file().empty() ? nameOf(shippedScenes()) : nameOf(document.file().parent_path());
+    const QString name =
+        QFileDialog::getOpenFileName(&parent, tr("Open a scene"), start, sceneFilter());
+    if (!name.isEmpty()) load(pathOf(name));
+}
+
+bool FileActions::save() {
+    // A shipped scene is not to be overwritten by a shortcut that everybody's fingers know.
+    if (document.file().empty() || isShipped(document.file())) return saveAs();
+    return write(document.file());
+}
+
+bool FileActions::saveAs() {
+    const auto& file = document.file();
+    const QString start = file.empty() || isShipped(file)
+                              ? QDir::home().filePath(document.displayName())
+                              : nameOf(file);
+    QFileDialog dialog(&parent, tr("Save the scene"), start, sceneFilter());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("json");
+    dialog.selectFile(start);
+    if (dialog.exec() != QDialog::Accepted) return false;
+    return write(pathOf(dialog.selectedFiles().front()));
+}
+
+bool FileActions::write(const std::filesystem::path& target) {
+    try {
+        document.save(target);
+        remember(target);
+        return true;
+    } catch (const std::exception& error) {
+        QMessageBox::warning(&parent, tr("The scene cannot be saved"),
+                             QString::fromStdString(error.what()));
+        return false;
+    }
+}
+
+void FileActions::remember(const std::filesystem::path& file) {
+    QSettings settings;
+    QStringList recent = settings.value(RECENT_KEY).toStringList();
+    std::error_code error;
+    const auto whole = std::filesystem::absolute(file, error);
+    const QString name = nameOf(error ? file : whole.lexically_normal());
+    recent.removeAll(name);
+    recent.prepend(name);
+    settings.setValue(RECENT_KEY, recent.mid(0, MAX_RECENT));
+}
+
+void FileActions::fillRecentMenu() {
+    recentMenu->clear();
+    for (const QString& name : QSettings().value(RECENT_KEY).toStringList()) {
+        QAction* action = recentMenu->addAction(name);
+        connect(action, &QAction::triggered, this, [this, name] { open(pathOf(name)); });
+    }
+    if (recentMenu->isEmpty()) recentMenu->addAction(tr("No files yet"))->setEnabled(false);
+}

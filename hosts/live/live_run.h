@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <vector>
+
+#include "workbench.h"
+#include "worker.h"
+
+/// The running optimiser as the window sees it: sends each edit of the document to the worker, and
+/// turns what the worker leaves into signals.
+class LiveRun : public QObject {
+    Q_OBJECT
+
+public:
+    explicit LiveRun(Workbench& workbench);
+
+    bool isPlaying() const { return playing; }
+    void setPlaying(bool plays);
+    /// Pauses, and runs one iteration.
+    void step();
+    void startAfresh();
+
+    bool movesBlob() const { return settings.movesBlob; }
+    void setMovesBlob(bool moves);
+
+    /// While a design is drawn the optimiser works towards the volume that the drawing has, and its
+    /// design is scored as drawn.
+    void setDrawing(bool draws);
+    bool isDrawing() const { return settings.scoresDesign; }
+    /// The drawing as it is scored, without floating parts.
+    void scoreDrawing(std::shared_ptr<const Field> drawing);
+
+    void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
+
+    /// The newest picture.
+    const Frame& frame() const { return front; }
+    /// The library's last word on the settings in force; empty when all is well.
+    const QString& text() const { return libraryText; }
+    /// Of the settings that were sent last; pictures of an edit carry its revision or a later one.
+    std::uint64_t revision() const { return settings.revision; }
+
+signals:
+    void playingChanged(bool plays);
+    void frameChanged();
+    /// All iterations since the last time, in order.
+    void iterated(const std::vector<IterationNumbers>& numbers);
+    void textChanged(const QString& text);
+    void startedAfresh();
+    /// The optimiser was told of an edit.
+    void settingsSent();
+    void drawingScored(const ScoreResult& result);
+    void designScored(const ScoreResult& result);
+
+private:
+    /// Sends the scene, unless nothing in it concerns the optimiser.
+    void followScene();
+    void sendSettings();
+    std::shared_ptr<const Scene> sceneToOptimise() const;
+    void fetch();
+
+    Workbench& bench;
+    LiveSettings settings;
+    Frame front;
+    QString libraryText;
+    bool playing = false;
+    // The last member: it calls back as long as it lives.
+    Worker worker;
+};

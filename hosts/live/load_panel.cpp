@@ -1,0 +1,197 @@
+#include "load_panel.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int LIST_HEIGHT = 92;  // pixels
+
+QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
+    const auto range = [](const Range& nodes) {
+        return nodes.count() == 1 ? QString::number(nodes.from)
+                                  : QString("%1–%2").arg(nodes.from).arg(nodes.to);
+    };
+    const QString place =
+        QObject::tr("%1:  node %2, %3").arg(index + 1).arg(range(load.x), range(load.y));
+    return hasCases ? place + QObject::tr("  (case %1)").arg(load.loadCase) : place;
+}
+
+}  // namespace
+
+LoadPanel::LoadPanel(Workbench& workbench) : bench(workbench) {
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(makeCases());
+    layout->addWidget(makeLoads());
+    layout->addStretch();
+    connect(&bench.document, &Document::sceneChanged, this, &LoadPanel::showScene);
+    connect(&bench, &Workbench::selectionChanged, this, &LoadPanel::showSelection);
+    connect(&bench, &Workbench::loadCaseChanged, this, [this] {
+        isShowing = true;
+        cases->setCurrentRow(bench.loadCase());
+        isShowing = false;
+    });
+}
+
+QWidget* LoadPanel::makeCases() {
+    auto* group = new QGroupBox(tr("Load cases"));
+    auto* layout = new QVBoxLayout(group);
+    cases = new QListWidget;
+    cases->setAccessibleName(tr("Load cases; those that are ticked are in use"));
+    cases->setToolTip(
+        tr("Tick the load cases to optimise for. New loads belong to the one that is "
+           "selected."));
+    cases->setFixedHeight(LIST_HEIGHT);
+    connect(cases, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!isShowing && row >= 0) bench.setLoadCase(row);
+    });
+    connect(cases, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
+        if (isShowing) return;
+        const int row = cases->row(item);
+        const bool isUsed = item->checkState() == Qt::Checked;
+        if (!bench.edit(isUsed ? tr("Use load case") : tr("Leave out load case"),
+                        [=](Scene& scene) { useLoadCase(scene, row, isUsed); }))
+            showScene();
+    });
+    auto* add = new QPushButton(tr("Add &case"));
+    deleteCase = new QPushButton(tr("Delete case"));
+    deleteCase->setToolTip(tr("Delete the selected load case with its loads"));
+    connect(add, &QPushButton::clicked, this, [this] {
+        if (bench.edit(tr("Add load case"), addLoadCase))
+            bench.setLoadCase(bench.document.scene().loadCases - 1);
+    });
+    connect(deleteCase, &QPushButton::clicked, this, [this] {
+        const int row = cases->currentRow();
+        bench.edit(tr("Delete load case"), [=](Scene& scene) { removeLoadCase(scene, row); });
+    });
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(add);
+    buttons->addWidget(deleteCase);
+    layout->addWidget(cases);
+    layout->addLayout(buttons);
+    return group;
+}
+
+QDoubleSpinBox* LoadPanel::makeForce(const QString& name) {
+    auto* box = new QDoubleSpinBox;
+    box->setRange(-Scene::MAX_FORCE, Scene::MAX_FORCE);
+    box->setDecimals(4);
+    box->setSingleStep(0.1);
+    box->setKeyboardTracking(false);
+    box->setAccessibleName(name);
+    return box;
+}
+
+QWidget* LoadPanel::makeLoads() {
+    auto* group = new QGroupBox(tr("Loads"));
+    auto* layout = new QVBoxLayout(group);
+    loads = new QListWidget;
+    loads->setAccessibleName(tr("Loads"));
+    loads->setFixedHeight(LIST_HEIGHT);
+    connect(loads, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
+    });
+    layout->addWidget(loads);
+    fields = new QWidget;
+    auto* form = new QFormLayout(fields);
+    form->setContentsMargins(0, 0, 0, 0);
+    x = new QSpinBox;
+    y = new QSpinBox;
+    x->setAccessibleName(tr("Node of the load in x"));
+    y->setAccessibleName(tr("Node of the load in y"));
+    fx = makeForce(tr("Force in x, to the right"));
+    fy = makeForce(tr("Force in y, downwards"));
+    loadCase = new QComboBox;
+    loadCase->setAccessibleName(tr("Load case of the load"));
+    form->addRow(tr("Node x"), x);
+    form->addRow(tr("Node y"), y);
+    form->addRow(tr("Force right"), fx);
+    form->addRow(tr("Force down"), fy);
+    form->addRow(tr("Load case"), loadCase);
+    auto* remove = new QPushButton(tr("Delete load"));
+    form->addRow(remove);
+    connect(remove, &QPushButton::clicked, &bench, &Workbench::deleteSelectedLoad);
+    layout->addWidget(fields);
+
+    const auto move = [this] {
+        changeSelected(tr("Move load"), [this](Scene& scene, Load&) {
+            moveLoad(scene, *bench.selectedLoad(), {x->value(), y->value()});
+        });
+    };
+    connect(x, &QSpinBox::valueChanged, this, move);
+    connect(y, &QSpinBox::valueChanged, this, move);
+    connect(fx, &QDoubleSpinBox::valueChanged, this, [this](double value) {
+        changeSelected(tr("Change force"), [=](Scene&, Load& load) { load.fx = value; });
+    });
+    connect(fy, &QDoubleSpinBox::valueChanged, this, [this](double value) {
+        changeSelected(tr("Change force"), [=](Scene&, Load& load) { load.fy = value; });
+    });
+    connect(loadCase, &QComboBox::currentIndexChanged, this, [this](int value) {
+        if (value >= 0)
+            changeSelected(tr("Change load case"),
+                           [=](Scene&, Load& load) { load.loadCase = value; });
+    });
+    return group;
+}
+
+void LoadPanel::changeSelected(const QString& what,
+                               const std::function<void(Scene&, Load&)>& change) {
+    if (isShowing || !bench.selectedLoad()) return;
+    bench.edit(what, [&](Scene& scene) { change(scene, scene.loads[*bench.selectedLoad()]); });
+}
+
+void LoadPanel::showScene() {
+    isShowing = true;
+    const Scene& scene = bench.document.scene();
+    showCases(scene);
+    showLoads(scene);
+    isShowing = false;
+    showSelection();
+}
+
+void LoadPanel::showCases(const Scene& scene) {
+    while (cases->count() > scene.loadCases) delete cases->takeItem(cases->count() - 1);
+    while (cases->count() < scene.loadCases) cases->addItem(tr("Case %1").arg(cases->count()));
+    for (int row = 0; row < cases->count(); ++row) {
+        const auto& used = scene.loadCasesInUse;
+        const bool isUsed = std::find(used.begin(), used.end(), row) != used.end();
+        cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
+    }
+    cases->setCurrentRow(bench.loadCase());
+    deleteCase->setEnabled(scene.loadCases > 1);
+}
+
+void LoadPanel::showLoads(const Scene& scene) {
+    const auto count = static_cast<int>(scene.loads.size());
+    while (loads->count() > count) delete loads->takeItem(loads->count() - 1);
+    while (loads->count() < count) loads->addItem(QString());
+    for (int row = 0; row < count; ++row) {
+        const auto index = static_cast<std::size_t>(row);
+        const QString name = nameOfLoad(scene.loads[index], index, scene.loadCases > 1);
+        if (loads->item(row)->text() != name) loads->item(row)->setText(name);
+    }
+}
+
+void LoadPanel::showSelection() {
+    isShowing = true;
+    const Scene& scene = bench.document.scene();
+    const auto selected = bench.selectedLoad();
+    const bool isSelected = selected && *selected < scene.loads.size();
+    fields->setEnabled(isSelected);
+    loads->setCurrentRow(isSelected ? static_cast<int>(*selected) : -1);
+    if (isSelected) {
+        const Load& load = scene.loads[*selected];
+        x->setRange(0, scene.width - load.x.count() + 1);
+        y->setRange(0, scene.height - load.y.count() + 1);
+        x->setValue(load.x.from);
+        y->setValue(load.y.from);
+        fx->setValue(load.fx);
+        fy->setValue(load.fy);
+        while (loadCase->count() > scene.loadCases) loadCase->removeItem(loadCase->count() - 1);
+        while (loadCase->count() < scene.loadCases)
+            loadCase->addItem(QString::number(loadCase->count()));
+        loadCase->setCurrentIndex(load.loadCase);
+    }
+    isShowing = false;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QWidget>
+
+#include "workbench.h"
+
+/// The load cases, and the loads as numbers: everything that a hand can do to an arrow, exactly and
+/// from the keyboard.
+class LoadPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LoadPanel(Workbench& workbench);
+
+private:
+    QWidget* makeCases();
+    QWidget* makeLoads();
+    QDoubleSpinBox* makeForce(const QString& name);
+    void showScene();
+    void showCases(const Scene& scene);
+    void showLoads(const Scene& scene);
+    void showSelection();
+    void changeSelected(const QString& what, const std::function<void(Scene&, Load&)>& change);
+
+    Workbench& bench;
+    QListWidget* cases;
+    QPushButton* deleteCase;
+    QListWidget* loads;
+    QWidget* fields;
+    QSpinBox* x;
+    QSpinBox* y;
+    QDoubleSpinBox* fx;
+    QDoubleSpinBox* fy;
+    QComboBox* loadCase;
+    bool isShowing = false;  // widgets are being set, which is no edit
+};

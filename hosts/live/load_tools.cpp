@@ -1,0 +1,262 @@
+#include "load_tools.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+constexpr double GRIP = 11;        // pixels from the end of an arrow that still take hold of it
+constexpr double SHAFT_GRIP = 7;   // pixels from its shaft
+constexpr double LEAST_PULL = 14;  // pixels; a shorter drag does not mean a direction
+constexpr double SNAP_ANGLE = 15;  // degrees
+constexpr double SNAP_RANGE = 3.5;
+constexpr double FORCE_STEP = 0.05;  // of the ordinary force
+constexpr double TURN_STEP = 5;      // degrees
+constexpr double SCALE_STEP = 1.1;
+constexpr double PRECISION = 1e4;  // forces have four decimals
+
+double length(QPointF vector) { return std::hypot(vector.x(), vector.y()); }
+
+double distanceToLine(QPointF point, QPointF from, QPointF to) {
+    const QPointF along = to - from;
+    const double squared = QPointF::dotProduct(along, along);
+    if (squared == 0) return length(point - from);
+    const double share = std::clamp(QPointF::dotProduct(point - from, along) / squared, 0.0, 1.0);
+    return length(point - (from + share * along));
+}
+
+double rounded(double force) {
+    const double value = std::round(force * PRECISION) / PRECISION;
+    return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
+}
+
+void setForce(Load& load, double force, double radians) {
+    load.fx = rounded(force * std::cos(radians));
+    load.fy = rounded(force * std::sin(radians));
+}
+
+/// Makes the force that of an arrow along `pull`, in pixels. Near the axes and diagonals it snaps
+/// to them, unless the hand holds Shift.
+void pullArrow(Load& load, QPointF pull, const ForceScale& forces, bool isFree) {
+    double degrees = std::atan2(pull.y(), pull.x()) * 180 / std::numbers::pi;
+    double force = forces.force(length(pull), isSingle(load));
+    if (!isFree) {
+        const double snapped = std::round(degrees / SNAP_ANGLE) * SNAP_ANGLE;
+        if (std::abs(degrees - snapped) < SNAP_RANGE) degrees = snapped;
+        const double step = FORCE_STEP * forces.unit();
+        force = std::max(step, std::round(force / step) * step);
+    }
+    setForce(load, force, degrees * std::numbers::pi / 180);
+}
+
+QString describeNode(const Node& node) {
+    return QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
+}
+
+QString describeLoad(const Load& load, std::size_t index) {
+    return QObject::tr("Load %1 at x %2, y %3: force %4, %5")
+        .arg(index + 1)
+        .arg(load.x.from)
+        .arg(load.y.from)
+        .arg(load.fx)
+        .arg(load.fy);
+}
+
+}  // namespace
+
+std::optional<SelectTool::Hold> SelectTool::findOn(std::size_t index, const Hand& hand) const {
+    const Scene& scene = site.scene();
+    const Load& load = scene.loads[index];
+    const LoadArrow handle = handleOf(load, scene, site.bench.forces(), site.transform);
+    const QPointF offset = QPointF(load.x.from, load.y.from) - hand.plate;
+    if (length(hand.widget - handle.freeEnd()) < GRIP)
+        return Hold{index, Part::FreeEnd, handle.isTailAtNode, offset};
+    if (length(hand.widget - handle.foot()) < GRIP)
+        return Hold{index, Part::Foot, handle.isTailAtNode, offset};
+    for (const LoadArrow& arrow : arrowsOf(load, scene, site.bench.forces(), site.transform))
+        if (distanceToLine(hand.widget, arrow.tail, arrow.tip) < SHAFT_GRIP)
+            return Hold{index, Part::Foot, handle.isTailAtNode, offset};
+    return std::nullopt;
+}
+
+std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
+    const auto selected = site.bench.selectedLoad();
+    if (selected)
+        if (const auto hold = findOn(*selected, hand)) return hold;
+    // The last one is drawn on top.
+    for (std::size_t i = site.scene().loads.size(); i-- > 0;)
+        if (const auto hold = findOn(i, hand)) return hold;
+    return std::nullopt;
+}
+
+bool SelectTool::press(const Hand& hand) {
+    held = find(hand);
+    site.bench.select(held ? std::optional(held->load) : std::nullopt);
+    beginGesture();
+    return held.has_value();
+}
+
+void SelectTool::drag(const Hand& hand) {
+    if (!held || held->load >= site.scene().loads.size()) return;
+    const std::size_t index = held->load;
+    if (held->part == Part::Foot) {
+        const Node node = nearestNode(hand.plate + held->offset, site.scene());
+        site.bench.edit(
+            QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); }, gesture);
+        return;
+    }
+    const LoadArrow handle =
+        handleOf(site.scene().loads[index], site.scene(), site.bench.forces(), site.transform);
+    const QPointF fromNode = hand.widget - handle.foot();
+    const QPointF pull = held->isTailAtNode ? fromNode : -fromNode;
+    if (length(pull) < 1) return;
+    site.bench.edit(
+        QObject::tr("Turn load"),
+        [&](Scene& scene) {
+            pullArrow(scene.loads[index], pull, site.bench.forces(),
+                      hand.modifiers.testFlag(Qt::ShiftModifier));
+        },
+        gesture);
+}
+
+void SelectTool::release(const Hand&) { held.reset(); }
+
+bool SelectTool::key(const QKeyEvent& event) {
+    const bool turns = event.modifiers().testFlag(Qt::AltModifier);
+    switch (event.key()) {
+        case Qt::Key_N:
+            selectNext(event.modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+            return true;
+        case Qt::Key_Escape:
+            site.bench.select(std::nullopt);
+            return true;
+        default:
+            break;
+    }
+    if (!site.bench.selectedLoad()) return false;
+    const int step = event.modifiers().testFlag(Qt::ShiftModifier) ? 5 : 1;
+    switch (event.key()) {
+        case Qt::Key_Left:
+            turns ? turn(-TURN_STEP, 1) : nudge(-step, 0);
+            return true;
+        case Qt::Key_Right:
+            turns ? turn(TURN_STEP, 1) : nudge(step, 0);
+            return true;
+        case Qt::Key_Up:
+            turns ? turn(0, SCALE_STEP) : nudge(0, -step);
+            return true;
+        case Qt::Key_Down:
+            turns ? turn(0, 1 / SCALE_STEP) : nudge(0, step);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void SelectTool::selectNext(int step) {
+    const auto count = static_cast<int>(site.scene().loads.size());
+    if (count == 0) return;
+    const int before = site.bench.selectedLoad() ? static_cast<int>(*site.bench.selectedLoad())
+                                                 : (step > 0 ? -1 : 0);
+    site.bench.select(static_cast<std::size_t>((before + step + count) % count));
+}
+
+void SelectTool::nudge(int dx, int dy) {
+    const std::size_t index = *site.bench.selectedLoad();
+    const Load& load = site.scene().loads[index];
+    const Node node = {load.x.from + dx, load.y.from + dy};
+    site.bench.edit(QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); });
+}
+
+void SelectTool::turn(double degrees, double factor) {
+    const std::size_t index = *site.bench.selectedLoad();
+    site.bench.edit(QObject::tr("Turn load"), [&](Scene& scene) {
+        Load& load = scene.loads[index];
+        const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
+        const double force = std::max(forceOf(load), FORCE_STEP * site.bench.forces().unit());
+        setForce(load, factor * force, radians);
+    });
+}
+
+void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
+    if (held && held->part == Part::Foot && held->load < site.scene().loads.size()) {
+        const Load& load = site.scene().loads[held->load];
+        paintNodes(painter, site, {{load.x.from, load.y.from}}, colours.hand);
+        return;
+    }
+    const auto hold = find(hand);
+    if (!hold) return;
+    const LoadArrow handle =
+        handleOf(site.scene().loads[hold->load], site.scene(), site.bench.forces(), site.transform);
+    painter.setPen(QPen(colours.hand, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(hold->part == Part::Foot ? handle.foot() : handle.freeEnd(), GRIP - 3,
+                        GRIP - 3);
+}
+
+QString SelectTool::describe(const Hand& hand) const {
+    const auto& loads = site.scene().loads;
+    if (held && held->load < loads.size()) return describeLoad(loads[held->load], held->load);
+    if (const auto hold = find(hand)) return describeLoad(loads[hold->load], hold->load);
+    return Tool::describe(hand);
+}
+
+Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
+    if (held) return Qt::ClosedHandCursor;
+    return find(hand) ? Qt::OpenHandCursor : Qt::ArrowCursor;
+}
+
+std::optional<bool> SelectTool::isTailHeldAtNode() const {
+    if (!held || held->part != Part::FreeEnd) return std::nullopt;
+    return held->isTailAtNode;
+}
+
+bool LoadTool::press(const Hand& hand) {
+    beginGesture();
+    node = nearestNode(hand.plate, site.scene());
+    wasPulled = false;
+    Load load;
+    load.x = {node->x, node->x};
+    load.y = {node->y, node->y};
+    load.fy = rounded(site.bench.forces().unit());
+    load.loadCase = site.bench.loadCase();
+    const bool isAdded = site.bench.edit(
+        QObject::tr("Add load"), [&](Scene& scene) { scene.loads.push_back(load); }, gesture);
+    if (isAdded) site.bench.select(site.scene().loads.size() - 1);
+    return true;
+}
+
+void LoadTool::drag(const Hand& hand) {
+    if (!node || site.scene().loads.empty()) return;
+    const QPointF pull = hand.widget - site.transform.toWidget(node->x, node->y);
+    wasPulled = wasPulled || length(pull) >= LEAST_PULL;
+    if (!wasPulled) return;
+    site.bench.edit(
+        QObject::tr("Add load"),
+        [&](Scene& scene) {
+            pullArrow(scene.loads.back(), pull, site.bench.forces(),
+                      hand.modifiers.testFlag(Qt::ShiftModifier));
+        },
+        gesture);
+}
+
+void LoadTool::release(const Hand&) { node.reset(); }
+
+void LoadTool::cancel() {
+    node.reset();
+    Tool::cancel();
+}
+
+void LoadTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
+    paintNodes(painter, site, {node ? *node : nearestNode(hand.plate, site.scene())}, colours.hand);
+}
+
+QString LoadTool::describe(const Hand& hand) const {
+    if (node && !site.scene().loads.empty())
+        return describeLoad(site.scene().loads.back(), site.scene().loads.size() - 1);
+    return describeNode(nearestNode(hand.plate, site.scene()));
+}
+
+std::optional<bool> LoadTool::isTailHeldAtNode() const {
+    return node && wasPulled ? std::optional(true) : std::nullopt;
+}

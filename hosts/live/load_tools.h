@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+
+#include "tool.h"
+
+/// Selects loads, drags their feet along the nodes and turns and scales their arrows.
+class SelectTool : public Tool {
+public:
+    using Tool::Tool;
+
+    bool press(const Hand& hand) override;
+    void drag(const Hand& hand) override;
+    void release(const Hand& hand) override;
+    bool key(const QKeyEvent& event) override;
+    void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
+    QString describe(const Hand& hand) const override;
+    Qt::CursorShape cursor(const Hand& hand) const override;
+    std::optional<bool> isTailHeldAtNode() const override;
+
+private:
+    enum class Part { Foot, FreeEnd };
+    struct Hold {
+        std::size_t load;
+        Part part;
+        bool isTailAtNode;
+        QPointF offset;  // from the hand to the corner of the load's nodes, in elements
+    };
+
+    std::optional<Hold> find(const Hand& hand) const;
+    std::optional<Hold> findOn(std::size_t load, const Hand& hand) const;
+    void selectNext(int step);
+    void nudge(int dx, int dy);
+    void turn(double degrees, double factor);
+
+    std::optional<Hold> held;
+};
+
+/// Adds a load at a node; dragging away from it pulls the arrow.
+class LoadTool : public Tool {
+public:
+    using Tool::Tool;
+
+    bool press(const Hand& hand) override;
+    void drag(const Hand& hand) override;
+    void release(const Hand& hand) override;
+    void cancel() override;
+    void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
+    QString describe(const Hand& hand) const override;
+    std::optional<bool> isTailHeldAtNode() const override;
+
+private:
+    std::optional<Node> node;  // of the load that is being drawn
+    bool wasPulled = false;
+};

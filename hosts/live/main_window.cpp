@@ -1,0 +1,331 @@
+#include "main_window.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "action_text.h"
+#include "brush_bar.h"
+#include "gallery.h"
+#include "icons.h"
+#include "load_panel.h"
+#include "plate_image.h"
+#include "problems.h"
+#include "scene_places.h"
+#include "settings_panel.h"
+#include "shortcut_dialog.h"
+
+namespace {
+
+constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
+constexpr double ORDINARY_RATE = 60;  // Hz, for a screen that does not tell
+constexpr int MESSAGE_TIME = 6000;    // ms
+constexpr QSize DEFAULT_SIZE(1280, 820);
+constexpr const char* GEOMETRY_KEY = "window/geometry";
+constexpr const char* LAYOUT_KEY = "window/layout";
+constexpr int LAYOUT_VERSION = 1;
+
+}  // namespace
+
+MainWindow::MainWindow() : run(bench) {
+    setAcceptDrops(true);
+    makeParts();
+    makeEditActions();
+    makeDocks();
+    makeMenus();
+    makeToolBars();
+    connectDocument();
+    connectRun();
+    restoreLayout();
+    showTheme();
+    const double rate = screen()->refreshRate();
+    run.setRate(rate > 1 ? rate : ORDINARY_RATE);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::makeParts() {
+    stage = new PlateStage;
+    setCentralWidget(stage);
+    tools = std::make_unique<ToolBox>(bench, stage->plate());
+    files = std::make_unique<FileActions>(bench.document, *this);
+    views = std::make_unique<ViewActions>(*this);
+    views->addView(stage->plate());
+    views->addView(stage->rival());
+    connect(views.get(), &ViewActions::themeChanged, this, &MainWindow::showTheme);
+    runActions = std::make_unique<RunActions>(run);
+    exports = std::make_unique<ExportActions>(
+        *this, [this] { return exhibit(); }, recorder);
+    connect(exports.get(), &ExportActions::exported, this,
+            [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
+    drawing =
+        std::make_unique<DrawingMode>(bench, run,
+                                      DrawingMode::Stage{stage->plate(), stage->plateHeader(),
+                                                         stage->rival(), stage->rivalHeader()});
+}
+
+void MainWindow::makeEditActions() {
+    QUndoStack& history = bench.document.undoStack();
+    undo = history.createUndoAction(this, tr("&Undo"));
+    redo = history.createRedoAction(this, tr("&Redo"));
+    undo->setIcon(icon(Glyph::Undo));
+    redo->setIcon(icon(Glyph::Redo));
+    undo->setShortcut(QKeySequence::Undo);
+    redo->setShortcuts({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")});
+    deleteLoad = new QAction(tr("&Delete load"), this);
+    deleteLoad->setShortcut(QKeySequence::Delete);
+    explain(*deleteLoad, tr("Delete the selected load"));
+    connect(deleteLoad, &QAction::triggered, &bench, &Workbench::deleteSelectedLoad);
+    drawMode = new QAction(icon(Glyph::DrawMode), tr("&Draw and be scored"), this);
+    drawMode->setShortcut(QKeySequence("Ctrl+D"));
+    drawMode->setCheckable(true);
+    explain(*drawMode, tr("Draw a structure, and compare it with the optimiser's"));
+    connect(drawMode, &QAction::toggled, this, &MainWindow::setDrawing);
+    gallery = new QAction(icon(Glyph::Gallery), tr("&Gallery..."), this);
+    gallery->setShortcut(QKeySequence("Ctrl+G"));
+    explain(*gallery, tr("The scenes that come with the program"));
+    connect(gallery, &QAction::triggered, this, &MainWindow::openGallery);
+}
+
+QDockWidget* MainWindow::addDock(QWidget* panel, const QString& name, const QString& key) {
+    auto* dock = new QDockWidget(name);
+    dock->setObjectName(key);
+    auto* scroller = new QScrollArea;
+    scroller->setWidget(panel);
+    scroller->setWidgetResizable(true);
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setMinimumWidth(panel->minimumSizeHint().width() + 20);
+    dock->setWidget(scroller);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    docks.append(dock);
+    return dock;
+}
+
+void MainWindow::makeDocks() {
+    QDockWidget* settings = addDock(new SettingsPanel(bench, run), tr("Settings"), "settings");
+    QDockWidget* loads = addDock(new LoadPanel(bench), tr("Loads"), "loads");
+    tabifyDockWidget(settings, loads);
+    settings->raise();
+    numbers = new NumbersPanel;
+    addDock(numbers, tr("Numbers"), "numbers");
+    plot = new PlotPanel;
+    addDock(plot, tr("Course"), "plot");
+}
+
+void MainWindow::makeMenus() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addActions({files->openAction, gallery});
+    file->addMenu(files->recentMenu);
+    file->addSeparator();
+    file->addActions({files->saveAction, files->saveAsAction});
+    file->addSeparator();
+    file->addMenu(tr("&Export"))->addActions(exports->actions());
+    file->addSeparator();
+    QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions({undo, redo});
+    edit->addSeparator();
+    edit->addAction(deleteLoad);
+
+    QMenu* toolMenu = menuBar()->addMenu(tr("&Tools"));
+    for (QAction* action : tools->plateActions()) toolMenu->addAction(action);
+    for (QAction* action : tools->drawingActions()) toolMenu->addAction(action);
+    toolMenu->addSeparator();
+    brushBar = new BrushBar(bench);
+    toolMenu->addActions(brushBar->menuActions());
+
+    QMenu* runMenu = menuBar()->addMenu(tr("&Run"));
+    runMenu->addActions(runActions->actions());
+    runMenu->addSeparator();
+    runMenu->addAction(drawMode);
+    runMenu->addActions(drawing->actions());
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    views->fillMenu(*view);
+    for (QDockWidget* dock : docks) view->addAction(dock->toggleViewAction());
+    makeHelp(*menuBar()->addMenu(tr("&Help")));
+}
+
+void MainWindow::makeHelp(QMenu& menu) {
+    QAction* keys = menu.addAction(tr("&Keyboard shortcuts"));
+    keys->setShortcuts({QKeySequence("?"), QKeySequence(Qt::Key_F1)});
+    connect(keys, &QAction::triggered, this, [this] { ShortcutDialog(*menuBar(), this).exec(); });
+    QAction* about = menu.addAction(tr("&About Voxam Live"));
+    connect(about, &QAction::triggered, this, [this] {
+        QMessageBox::about(this, tr("About Voxam Live"),
+                           tr("<h3>Voxam Live %1</h3><p>The stiffest structure for a given amount "
+                              "of material, while you pull at it.</p>")
+                               .arg(QCoreApplication::applicationVersion()));
+    });
+}
+
+void MainWindow::makeToolBars() {
+    QToolBar* main = addToolBar(tr("Main"));
+    main->setObjectName("main");
+    main->addActions({files->openAction, files->saveAction, gallery});
+    main->addSeparator();
+    main->addActions({undo, redo});
+    main->addSeparator();
+    main->addActions(runActions->actions());
+    main->addSeparator();
+    main->addAction(drawMode);
+    main->addSeparator();
+    main->addActions(views->toolBarActions());
+    addToolBar(brushBar);
+    auto* palette = new QToolBar(tr("Tools"));
+    palette->setObjectName("tools");
+    for (QAction* action : tools->plateActions()) palette->addAction(action);
+    for (QAction* action : tools->drawingActions()) palette->addAction(action);
+    addToolBar(Qt::LeftToolBarArea, palette);
+}
+
+void MainWindow::restoreLayout() {
+    const QSettings settings;
+    resize(DEFAULT_SIZE);
+    restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray());
+    restoreState(settings.value(LAYOUT_KEY).toByteArray(), LAYOUT_VERSION);
+}
+
+void MainWindow::connectDocument() {
+    Document& document = bench.document;
+    PlateView& plate = stage->plate();
+    connect(&document, &Document::sceneChanged, this, [this] {
+        stage->plate().setScene(bench.document.snapshot());
+        showProblems();
+    });
+    connect(&document, &Document::opened, this, [this] {
+        stage->plate().setForces(bench.forces());
+        stage->plate().fit();
+    });
+    connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
+    connect(&bench, &Workbench::selectionChanged, this, [this] {
+        stage->plate().setSelectedLoad(bench.selectedLoad());
+        deleteLoad->setEnabled(bench.selectedLoad().has_value());
+    });
+    deleteLoad->setEnabled(false);
+    connect(&bench, &Workbench::refused, this,
+            [this](const QString& reason) { statusBar()->showMessage(reason, MESSAGE_TIME); });
+    connect(&plate, &PlateView::handMoved, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+}
+
+void MainWindow::connectRun() {
+    connect(&run, &LiveRun::frameChanged, this, &MainWindow::showMaterial);
+    connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
+    connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
+    connect(&run, &LiveRun::settingsSent, plot, &PlotPanel::mark);
+    connect(&run, &LiveRun::startedAfresh, plot, &PlotPanel::clear);
+    connect(&run, &LiveRun::startedAfresh, this, [this] { recorder.clear(); });
+    connect(&run, &LiveRun::textChanged, this, &MainWindow::showProblems);
+}
+
+bool MainWindow::open(const std::filesystem::path& file) {
+    if (!files->load(file)) return false;
+    run.setPlaying(true);
+    return true;
+}
+
+void MainWindow::openAny() {
+    const auto last = files->lastFile();
+    if (!last.empty() && open(last)) return;
+    open(shippedScenes() / FIRST_SCENE);
+}
+
+void MainWindow::setDrawing(bool draws) {
+    drawMode->setChecked(draws);
+    stage->setDrawing(draws);
+    tools->setDrawing(draws);
+    drawing->setActive(draws);
+    if (draws)
+        drawing->show();
+    else
+        showMaterial();
+}
+
+void MainWindow::showMaterial() {
+    const Frame& frame = run.frame();
+    numbers->countFrame();
+    if (frame.picture.empty()) return;
+    const Area blob = bench.blob();
+    recorder.offer(frame, bench.document.snapshot(), blob);
+    const Scene& scene = bench.document.scene();
+    const bool isOfThisGrid = frame.columns == scene.width * frame.refinement &&
+                              frame.rows == scene.height * frame.refinement;
+    if (drawing->isActive() || !isOfThisGrid) return;
+    stage->plate().setMaterial(materialImage(frame, blob.cells, stage->plate().colours()), true);
+}
+
+void MainWindow::showTitle() {
+    setWindowTitle(bench.document.displayName() + "[*]");
+    setWindowModified(bench.document.isModified());
+}
+
+void MainWindow::showProblems() {
+    const Problems problems = problemsOf(bench.document.scene(), run.text());
+    stage->banner().say(problems.text, problems.advice);
+    stage->plate().setFaults(problems.places);
+}
+
+void MainWindow::showTheme() {
+    stage->setColours(isDarkNow() ? PlateColours::dark() : PlateColours::light());
+    drawing->isActive() ? drawing->show() : showMaterial();
+}
+
+void MainWindow::openGallery() {
+    Gallery dialog(this);
+    if (dialog.exec() == QDialog::Accepted && files->open(dialog.chosen())) run.setPlaying(true);
+}
+
+std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
+    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
+    if (drawing->isActive()) {
+        if (!shown.scene.densities) return std::nullopt;
+        shown.material = *shown.scene.densities;
+        const auto& score = drawing->score();
+        if (score && score->score.supported) {
+            shown.energies = score->score.energies;
+            shown.subtitle = tr("compliance %1").arg(score->score.compliance, 0, 'g', 6);
+        }
+        return shown;
+    }
+    const Frame& frame = run.frame();
+    if (frame.picture.empty()) return std::nullopt;
+    shown.material = Field(frame.columns, frame.rows);
+    std::transform(frame.picture.begin(), frame.picture.end(), shown.material.values.begin(),
+                   [](float value) { return 1 - value; });
+    shown.scene.blob = bench.blob();
+    shown.subtitle = tr("iteration %1,  compliance %2,  volume %3 %")
+                         .arg(frame.numbers.iteration)
+                         .arg(frame.numbers.compliance, 0, 'g', 6)
+                         .arg(100 * frame.numbers.volume, 0, 'f', 1);
+    return shown;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!files->mayDiscard()) return event->ignore();
+    QSettings settings;
+    settings.setValue(GEOMETRY_KEY, saveGeometry());
+    settings.setValue(LAYOUT_KEY, saveState(LAYOUT_VERSION));
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && event->mimeData()->urls().front().isLocalFile())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    if (files->open(event->mimeData()->urls().front().toLocalFile().toStdString()))
+        run.setPlaying(true);
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "drawing_mode.h"
+#include "export_actions.h"
+#include "file_actions.h"
+#include "live_run.h"
+#include "numbers_panel.h"
+#include "plate_stage.h"
+#include "plot_panel.h"
+#include "recorder.h"
+#include "run_actions.h"
+#include "tool_box.h"
+#include "view_actions.h"
+#include "workbench.h"
+
+class BrushBar;
+
+/// The window: puts plate, tools and panels together, and carries signals between them.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// Opens a scene and lets it form. Returns false, after telling why, when it cannot be opened.
+    bool open(const std::filesystem::path& file);
+    /// Opens the last scene, or one of those that come with the program.
+    void openAny();
+
+    void setDrawing(bool draws);
+
+    // For tests.
+    Workbench& workbench() { return bench; }
+    LiveRun& liveRun() { return run; }
+    PlateStage& plateStage() { return *stage; }
+    DrawingMode& drawingMode() { return *drawing; }
+    ExportActions& exporter() { return *exports; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void makeParts();
+    void makeDocks();
+    QDockWidget* addDock(QWidget* panel, const QString& name, const QString& key);
+    void makeEditActions();
+    void makeMenus();
+    void makeHelp(QMenu& menu);
+    void makeToolBars();
+    void connectDocument();
+    void connectRun();
+    void restoreLayout();
+
+    void showMaterial();
+    void showTitle();
+    void showProblems();
+    void showTheme();
+    void openGallery();
+    std::optional<ExportActions::Exhibit> exhibit() const;
+
+    Workbench bench;
+    LiveRun run;
+    Recorder recorder;
+    PlateStage* stage = nullptr;
+    NumbersPanel* numbers = nullptr;
+    PlotPanel* plot = nullptr;
+    BrushBar* brushBar = nullptr;
+    std::unique_ptr<ToolBox> tools;
+    std::unique_ptr<FileActions> files;
+    std::unique_ptr<ViewActions> views;
+    std::unique_ptr<RunActions> runActions;
+    std::unique_ptr<ExportActions> exports;
+    std::unique_ptr<DrawingMode> drawing;
+    QAction* undo = nullptr;
+    QAction* redo = nullptr;
+    QAction* deleteLoad = nullptr;
+    QAction* drawMode = nullptr;
+    QAction* gallery = nullptr;
+    QList<QDockWidget*> docks;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <array>
+
+/// The colours of the plate and its signs, for a light or a dark window. Load cases and kinds of
+/// passive elements also differ by number, outline or hatching: colour is never the only sign.
+struct PlateColours {
+    QColor surroundings;
+    QColor voids;  ///< the plate without material
+    QColor solid;
+    QColor edge;  ///< of the plate, and faint lines
+    QColor text;
+    QColor rim;  ///< sets a sign off from whatever lies beneath
+    QColor support;
+    QColor blob;
+    QColor hand;   ///< what lies under the pointer, and what is selected
+    QColor fault;  ///< what a check found
+    std::array<QColor, 3> passive;
+    std::array<QColor, 4> loads;
+
+    const QColor& load(int loadCase) const {
+        return loads[static_cast<std::size_t>(loadCase) % loads.size()];
+    }
+
+    static const PlateColours& light();
+    static const PlateColours& dark();
+};
+
+QColor mixed(const QColor& from, const QColor& to, double share);

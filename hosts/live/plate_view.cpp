@@ -1,0 +1,266 @@
+#include "plate_view.h"
+
+#include <QAccessible>
+#include <QMouseEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double MARGIN = 62;  // pixels around a plate that is fitted, for arrows and supports
+constexpr double LEAST_SCALE = 0.2;  // pixels per element
+constexpr double MOST_SCALE = 200;
+constexpr double WHEEL_FACTOR = 1.0015;  // per eighth of a degree, 1.2 a notch
+constexpr double KEY_FACTOR = 1.25;
+constexpr double HAND_STEPS = 5;  // with Shift
+
+}  // namespace
+
+PlateView::PlateView(QWidget* parent)
+    : QWidget(parent), scene(std::make_shared<const Scene>()), palette(&PlateColours::light()) {
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setMinimumSize(160, 120);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+PlateView::~PlateView() = default;
+
+void PlateView::setScene(std::shared_ptr<const Scene> next) {
+    const bool hasOtherSize = scene->width != next->width || scene->height != next->height;
+    scene = std::move(next);
+    look.outlines = PlateOutlines(*scene);
+    look.loadCasesInUse.assign(static_cast<std::size_t>(std::max(0, scene->loadCases)), false);
+    for (const int used : scene->loadCasesInUse)
+        look.loadCasesInUse[static_cast<std::size_t>(used)] = true;
+    if (hasOtherSize) {
+        look.material = {};
+        fit();
+    }
+    update();
+}
+
+void PlateView::setMaterial(const QImage& image, bool isSmooth) {
+    look.material = image;
+    look.isSmooth = isSmooth;
+    update();
+}
+
+void PlateView::setBlob(const Cells& blob) {
+    look.outlines.blob = outlineOf(blob, scene->width, scene->height);
+    update();
+}
+
+void PlateView::setFaults(std::vector<QPointF> places) {
+    look.faults = std::move(places);
+    update();
+}
+
+void PlateView::setSelectedLoad(std::optional<std::size_t> load) {
+    look.selectedLoad = load;
+    update();
+}
+
+void PlateView::setForces(const ForceScale& forces) {
+    look.forces = forces;
+    update();
+}
+
+void PlateView::setColours(const PlateColours& colourSet) {
+    palette = &colourSet;
+    update();
+}
+
+void PlateView::setTool(Tool* next) {
+    cancelGesture();
+    tool = next;
+    if (hand) moveHand(*hand);
+    update();
+}
+
+void PlateView::cancelGesture() {
+    if (gesture == Gesture::Tool && tool != nullptr) tool->cancel();
+    gesture = Gesture::None;
+    look.tailHeldAtNode.reset();
+    update();
+}
+
+void PlateView::zoom(double factor) { zoomAbout(QRectF(rect()).center(), factor); }
+
+void PlateView::zoomAbout(QPointF place, double factor) {
+    const QPointF fixed = where.toPlate(place);
+    where.scale = std::clamp(where.scale * factor, LEAST_SCALE, MOST_SCALE);
+    where.origin = place - where.scale * fixed;
+    isFitted = false;
+    update();
+}
+
+void PlateView::panBy(QPointF distance) {
+    where.origin += distance;
+    isFitted = false;
+    update();
+}
+
+void PlateView::fit() {
+    isFitted = true;
+    if (scene->width == 0) return;
+    const double across = (width() - 2 * MARGIN) / scene->width;
+    const double down = (height() - 2 * MARGIN) / scene->height;
+    where.scale = std::clamp(std::min(across, down), LEAST_SCALE, MOST_SCALE);
+    where.origin = {0.5 * (width() - where.scale * scene->width),
+                    0.5 * (height() - where.scale * scene->height)};
+    update();
+}
+
+void PlateView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), palette->surroundings);
+    if (scene->width > 0) PlatePainter(painter, where, *palette).draw(*scene, look);
+    if (tool != nullptr && hand && gesture != Gesture::Pan) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        tool->paintHint(painter, *hand, *palette);
+    }
+    if (hasFocus() && tool != nullptr) {
+        painter.setPen(QPen(palette->hand, 1, Qt::DotLine));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    }
+    emit painted();
+}
+
+void PlateView::resizeEvent(QResizeEvent*) {
+    if (isFitted) fit();
+}
+
+Hand PlateView::handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const {
+    return {widget, where.toPlate(widget), modifiers};
+}
+
+void PlateView::moveHand(const Hand& next) {
+    hand = next;
+    if (tool != nullptr) {
+        if (gesture == Gesture::Tool) tool->drag(next);
+        look.tailHeldAtNode = tool->isTailHeldAtNode();
+        setCursor(gesture == Gesture::Pan ? Qt::SizeAllCursor : tool->cursor(next));
+        emit handMoved(tool->describe(next));
+    }
+    update();
+}
+
+void PlateView::mousePressEvent(QMouseEvent* event) {
+    const Hand next = handAt(event->position(), event->modifiers());
+    if (gesture == Gesture::Tool && isGestureByKey) cancelGesture();
+    if (gesture != Gesture::None) return;
+    isGestureByKey = false;
+    const bool isTool = event->button() == Qt::LeftButton && tool != nullptr && tool->press(next);
+    gesture = isTool ? Gesture::Tool : Gesture::Pan;
+    panStart = event->position();
+    moveHand(next);
+}
+
+void PlateView::mouseMoveEvent(QMouseEvent* event) {
+    if (gesture == Gesture::Pan) {
+        panBy(event->position() - panStart);
+        panStart = event->position();
+    }
+    if (gesture == Gesture::Tool && isGestureByKey) return;
+    moveHand(handAt(event->position(), event->modifiers()));
+}
+
+void PlateView::mouseReleaseEvent(QMouseEvent* event) {
+    if (isGestureByKey || event->buttons() != Qt::NoButton) return;
+    const Hand next = handAt(event->position(), event->modifiers());
+    if (gesture == Gesture::Tool && tool != nullptr) tool->release(next);
+    gesture = Gesture::None;
+    moveHand(next);
+}
+
+void PlateView::wheelEvent(QWheelEvent* event) {
+    zoomAbout(event->position(), std::pow(WHEEL_FACTOR, event->angleDelta().y()));
+    event->accept();
+}
+
+void PlateView::leaveEvent(QEvent*) {
+    if (gesture == Gesture::Tool) return;
+    hand.reset();
+    emit handMoved({});
+    update();
+}
+
+bool PlateView::moveHandByKey(const QKeyEvent& event) {
+    const double steps = event.modifiers().testFlag(Qt::ShiftModifier) ? HAND_STEPS : 1;
+    QPointF way;
+    switch (event.key()) {
+        case Qt::Key_Left:
+            way = {-steps, 0};
+            break;
+        case Qt::Key_Right:
+            way = {steps, 0};
+            break;
+        case Qt::Key_Up:
+            way = {0, -steps};
+            break;
+        case Qt::Key_Down:
+            way = {0, steps};
+            break;
+        default:
+            return false;
+    }
+    // Between the middle of an element and its node, so that both are the one under the hand.
+    const QPointF from = hand ? hand->plate : QPointF(scene->width / 2, scene->height / 2);
+    const auto place = [](double at, double step, int last) {
+        return std::clamp(std::floor(at) + step + 0.25, 0.25, last + 0.25);
+    };
+    const QPointF plate(place(from.x(), way.x(), scene->width),
+                        place(from.y(), way.y(), scene->height));
+    moveHand({where.toWidget(plate), plate, event.modifiers()});
+    // Screen readers tell the change.
+    setAccessibleDescription(tool != nullptr ? tool->describe(*hand) : QString());
+    return true;
+}
+
+void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
+    if (!hand) moveHand(handAt(where.toWidget(scene->width / 2, scene->height / 2), modifiers));
+    if (gesture == Gesture::Tool) {
+        tool->release(*hand);
+        gesture = Gesture::None;
+    } else if (tool->press(*hand)) {
+        gesture = Gesture::Tool;
+        isGestureByKey = true;
+    }
+    moveHand(*hand);
+}
+
+void PlateView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && gesture != Gesture::None) {
+        cancelGesture();
+    } else if (tool != nullptr && gesture == Gesture::None && tool->key(*event)) {
+        update();
+    } else if (tool != nullptr && moveHandByKey(*event)) {
+        return;
+    } else if (tool != nullptr &&
+               (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        pressByKey(event->modifiers());
+    } else if (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal) {
+        zoom(KEY_FACTOR);
+    } else if (event->key() == Qt::Key_Minus) {
+        zoom(1 / KEY_FACTOR);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void PlateView::focusInEvent(QFocusEvent*) { update(); }
+
+void PlateView::focusOutEvent(QFocusEvent*) {
+    if (gesture == Gesture::Tool && isGestureByKey) cancelGesture();
+    update();
+}
+
+bool PlateView::event(QEvent* event) {
+    // A key that the tool takes must not be taken for a shortcut of a menu.
+    if (event->type() == QEvent::ShortcutOverride && gesture == Gesture::Tool &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+        event->accept();
+    return QWidget::event(event);
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+#include "plate_painter.h"
+#include "tool.h"
+
+/// The plate in a widget: zoom, pan, and the hand that works on it with a tool. Without a workbench
+/// it only shows.
+class PlateView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PlateView(QWidget* parent = nullptr);
+    ~PlateView() override;
+
+    /// What is shown. The scene stays until the next call.
+    void setScene(std::shared_ptr<const Scene> scene);
+    void setMaterial(const QImage& image, bool isSmooth);
+    /// Outline of the blob, when it is not where the scene has it.
+    void setBlob(const Cells& blob);
+    void setFaults(std::vector<QPointF> places);
+    void setSelectedLoad(std::optional<std::size_t> load);
+    void setForces(const ForceScale& forces);
+    void setColours(const PlateColours& colourSet);
+    const PlateColours& colours() const { return *palette; }
+
+    /// The tool must outlive the view or its next setTool(). A gesture under way is cancelled.
+    void setTool(Tool* next);
+    bool isInGesture() const { return gesture == Gesture::Tool; }
+    void cancelGesture();
+
+    const PlateTransform& transform() const { return where; }
+    void zoom(double factor);
+    void fit();
+
+signals:
+    /// What lies under the hand, or an empty text.
+    void handMoved(const QString& description);
+    /// The picture that was set last is on the screen now.
+    void painted();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    enum class Gesture { None, Tool, Pan };
+
+    void zoomAbout(QPointF place, double factor);
+    void panBy(QPointF distance);
+    Hand handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const;
+    void moveHand(const Hand& next);
+    bool moveHandByKey(const QKeyEvent& event);
+    void pressByKey(Qt::KeyboardModifiers modifiers);
+
+    std::shared_ptr<const Scene> scene;
+    PlateLook look;
+    const PlateColours* palette;
+    PlateTransform where;
+    bool isFitted = true;
+
+    Tool* tool = nullptr;
+    Gesture gesture = Gesture::None;
+    bool isGestureByKey = false;
+    std::optional<Hand> hand;
+    QPointF panStart;
+};

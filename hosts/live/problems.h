@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QPointF>
+#include <QString>
+#include <vector>
+
+#include "scene.h"
+
+/// What stands in the way of a design: for the banner, and where on the plate to mark it.
+struct Problems {
+    QString text;  ///< empty when all is well
+    QString advice;
+    std::vector<QPointF> places;  ///< in plate coordinates
+};
+
+/// `libraryText` is what the library said on the scene, or empty.
+Problems problemsOf(const Scene& scene, const QString& libraryText);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QAction>
+#include <QObject>
+
+#include "live_run.h"
+
+/// Play, pause, single step, start afresh.
+class RunActions : public QObject {
+    Q_OBJECT
+
+public:
+    explicit RunActions(LiveRun& liveRun);
+
+    QList<QAction*> actions() const { return {play, step, restart}; }
+
+private:
+    void showPlaying(bool plays);
+
+    QAction* play;
+    QAction* step;
+    QAction* restart;
+};

@@ -1,0 +1,328 @@
+#include "scene_edits.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+#include "area_reader.h"
+#include "input_error.h"
+
+namespace {
+
+/// A byte for each place of a grid.
+class Mask {
+public:
+    Mask(int columnCount, int rowCount)
+        : columns(columnCount),
+          rows(rowCount),
+          values(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows)) {}
+
+    bool contains(int x, int y) const { return x >= 0 && y >= 0 && x < columns && y < rows; }
+    std::uint8_t& at(int x, int y) { return values[index(x, y)]; }
+    std::uint8_t at(int x, int y) const { return values[index(x, y)]; }
+    /// 0 outside.
+    std::uint8_t get(int x, int y) const { return contains(x, y) ? at(x, y) : 0; }
+
+    void set(const Cells& cells, std::uint8_t value) {
+        for (const Cell& cell : cells)
+            if (contains(cell.x, cell.y)) at(cell.x, cell.y) = value;
+    }
+
+    Cells cells(std::uint8_t value) const {
+        Cells found;
+        for (int x = 0; x < columns; ++x)
+            for (int y = 0; y < rows; ++y)
+                if (at(x, y) == value) found.push_back({x, y});
+        return found;
+    }
+
+    bool operator==(const Mask&) const = default;
+
+    int columns;
+    int rows;
+
+private:
+    std::size_t index(int x, int y) const {
+        return static_cast<std::size_t>(x) * static_cast<std::size_t>(rows) +
+               static_cast<std::size_t>(y);
+    }
+
+    std::vector<std::uint8_t> values;
+};
+
+void checkCount(const Cells& cells, const char* what) {
+    if (cells.size() > MAX_CELLS)
+        throw InputError(std::to_string(cells.size()) + " elements are too many for " + what +
+                         ": at most " + std::to_string(MAX_CELLS));
+}
+
+// Directions in which a node is held.
+constexpr std::uint8_t HELD_X = 1;
+constexpr std::uint8_t HELD_Y = 2;
+
+std::uint8_t heldDirections(bool fixX, bool fixY) {
+    return static_cast<std::uint8_t>((fixX ? HELD_X : 0) | (fixY ? HELD_Y : 0));
+}
+
+Mask heldNodes(const Scene& scene) {
+    Mask held(scene.width + 1, scene.height + 1);
+    for (const Support& support : scene.supports)
+        for (int x = support.x.from; x <= support.x.to; ++x)
+            for (int y = support.y.from; y <= support.y.to; ++y)
+                held.at(x, y) |= heldDirections(support.fixX, support.fixY);
+    return held;
+}
+
+/// The largest rectangle of equal nodes that begins at (x, y) with the longer of the two sides.
+Support rectangleAt(const Mask& held, int x, int y) {
+    const std::uint8_t directions = held.at(x, y);
+    const auto isSame = [&](int column, int row) { return held.get(column, row) == directions; };
+    int right = x;
+    int bottom = y;
+    while (isSame(right + 1, y)) ++right;
+    while (isSame(x, bottom + 1)) ++bottom;
+    const auto isSameColumn = [&](int column) {
+        for (int row = y; row <= bottom; ++row)
+            if (!isSame(column, row)) return false;
+        return true;
+    };
+    const auto isSameRow = [&](int row) {
+        for (int column = x; column <= right; ++column)
+            if (!isSame(column, row)) return false;
+        return true;
+    };
+    if (right - x > bottom - y)
+        for (bottom = y; isSameRow(bottom + 1);) ++bottom;
+    else
+        for (right = x; isSameColumn(right + 1);) ++right;
+    return {{x, right}, {y, bottom}, (directions & HELD_X) != 0, (directions & HELD_Y) != 0};
+}
+
+std::vector<Support> supportsOf(Mask held) {
+    std::vector<Support> supports;
+    for (int x = 0; x < held.columns; ++x)
+        for (int y = 0; y < held.rows; ++y) {
+            if (held.at(x, y) == 0) continue;
+            const Support support = rectangleAt(held, x, y);
+            for (int column = support.x.from; column <= support.x.to; ++column)
+                for (int row = support.y.from; row <= support.y.to; ++row) held.at(column, row) = 0;
+            supports.push_back(support);
+        }
+    return supports;
+}
+
+void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t directions) {
+    const Mask before = heldNodes(scene);
+    Mask held = before;
+    for (const Node& node : nodes)
+        if (held.contains(node.x, node.y)) held.at(node.x, node.y) = directions;
+    // Supports that nobody touched keep the form that they have in their file.
+    if (!(held == before)) scene.supports = supportsOf(held);
+}
+
+Mask maskOf(const Area& area, const Scene& scene) {
+    Mask mask(scene.width, scene.height);
+    mask.set(area.cells, 1);
+    return mask;
+}
+
+/// A ring stays for its smooth outline as long as none of its elements is taken away.
+void takeAway(Area& area, const Cells& cells, const Scene& scene) {
+    Mask mask = maskOf(area, scene);
+    const Mask before = mask;
+    mask.set(cells, 0);
+    if (mask == before) return;
+    area.cells = mask.cells(1);
+    std::erase_if(area.rings, [&](const Ring& ring) {
+        return std::any_of(cells.begin(), cells.end(), [&](const Cell& cell) {
+            return before.get(cell.x, cell.y) != 0 && ring.contains(cell);
+        });
+    });
+}
+
+void add(Area& area, const Cells& cells, const Scene& scene, const char* what) {
+    Mask mask = maskOf(area, scene);
+    mask.set(cells, 1);
+    area.cells = mask.cells(1);
+    checkCount(area.cells, what);
+}
+
+/// Each element of the new grid takes what lies at its centre in the old one.
+Mask resized(const Mask& mask, int width, int height) {
+    Mask result(width, height);
+    for (int x = 0; x < width; ++x)
+        for (int y = 0; y < height; ++y)
+            result.at(x, y) = mask.at((2 * x + 1) * mask.columns / (2 * width),
+                                      (2 * y + 1) * mask.rows / (2 * height));
+    return result;
+}
+
+Range resized(const Range& range, int before, int after) {
+    const auto place = [&](int at) {
+        return static_cast<int>(std::lround(static_cast<double>(at) * after / before));
+    };
+    return {place(range.from), place(range.to)};
+}
+
+/// Changes what a scene and a change of its timeline have in common.
+class Resizing {
+public:
+    Resizing(const Scene& scene, int newWidth, int newHeight)
+        : oldWidth(scene.width), oldHeight(scene.height), width(newWidth), height(newHeight) {}
+
+    template <typename Component>
+    void operator()(std::vector<Component>& components) const {
+        for (Component& component : components) {
+            component.x = resized(component.x, oldWidth, width);
+            component.y = resized(component.y, oldHeight, height);
+        }
+    }
+
+    void operator()(PassiveAreas& passive) const {
+        for (Area* area : {&passive.voids, &passive.solids, &passive.secondSolids}) (*this)(*area);
+    }
+
+    void operator()(Area& area) const {
+        Mask mask(oldWidth, oldHeight);
+        mask.set(area.cells, 1);
+        area = {resized(mask, width, height).cells(1), {}};
+        checkCount(area.cells, "a list of elements");
+    }
+
+    void operator()(Settings& settings) const {
+        (*this)(settings.loads);
+        (*this)(settings.supports);
+        (*this)(settings.passive);
+        (*this)(settings.blob);
+    }
+
+    void operator()(Field& drawing) const {
+        Field result(width, height);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                result.at(x, y) = drawing.at((2 * x + 1) * oldWidth / (2 * width),
+                                             (2 * y + 1) * oldHeight / (2 * height));
+        drawing = std::move(result);
+    }
+
+private:
+    int oldWidth;
+    int oldHeight;
+    int width;
+    int height;
+};
+
+bool actsOn(const Load& load, const Node& node) {
+    return load.x.contains(node.x) && load.y.contains(node.y);
+}
+
+void checkLoadsRemain(const std::vector<Load>& loads) {
+    if (loads.empty())
+        throw InputError("The plate needs at least one load: add another one first, or move this");
+}
+
+}  // namespace
+
+void moveLoad(Scene& scene, std::size_t index, Node node) {
+    Load& load = scene.loads.at(index);
+    const auto move = [](Range& range, int to, int last) {
+        const int extent = range.to - range.from;
+        range.from = std::clamp(to, 0, last - extent);
+        range.to = range.from + extent;
+    };
+    move(load.x, node.x, scene.width);
+    move(load.y, node.y, scene.height);
+}
+
+void paintSupports(Scene& scene, const std::vector<Node>& nodes, bool fixX, bool fixY) {
+    holdNodes(scene, nodes, heldDirections(fixX, fixY));
+}
+
+void eraseSupports(Scene& scene, const std::vector<Node>& nodes) { holdNodes(scene, nodes, 0); }
+
+void eraseLoad(Scene& scene, std::size_t index) {
+    auto loads = scene.loads;
+    loads.erase(loads.begin() + static_cast<std::ptrdiff_t>(index));
+    checkLoadsRemain(loads);
+    scene.loads = std::move(loads);
+}
+
+void eraseLoads(Scene& scene, const std::vector<Node>& nodes) {
+    auto loads = scene.loads;
+    std::erase_if(loads, [&](const Load& load) {
+        return std::any_of(nodes.begin(), nodes.end(),
+                           [&](const Node& node) { return actsOn(load, node); });
+    });
+    checkLoadsRemain(loads);
+    scene.loads = std::move(loads);
+}
+
+void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> kind) {
+    PassiveAreas passive = scene.passive;
+    const std::array<Area*, 3> areas = {&passive.voids, &passive.solids, &passive.secondSolids};
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        if (kind && i == static_cast<std::size_t>(*kind))
+            add(*areas[i], cells, scene, "one kind of passive elements");
+        else
+            takeAway(*areas[i], cells, scene);
+    }
+    scene.passive = std::move(passive);
+}
+
+void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
+    Area result = blob;
+    adds ? add(result, cells, scene, "a blob") : takeAway(result, cells, scene);
+    scene.blob = std::move(result);
+}
+
+void paintDrawing(Scene& scene, const Cells& cells, float density) {
+    if (!scene.densities) scene.densities = Field(scene.width, scene.height);
+    for (const Cell& cell : cells)
+        if (cell.x >= 0 && cell.y >= 0 && cell.x < scene.width && cell.y < scene.height)
+            scene.densities->at(cell.x, cell.y) = density;
+}
+
+void resizeGrid(Scene& scene, int width, int height) {
+    const Resizing resize(scene, width, height);
+    Scene result = scene;
+    resize(static_cast<Settings&>(result));
+    if (result.densities) resize(*result.densities);
+    for (Change& change : result.timeline) resize(change.settings);
+    result.width = width;
+    result.height = height;
+    scene = std::move(result);
+}
+
+void addLoadCase(Scene& scene) {
+    if (scene.loadCases >= Scene::MAX_LOAD_CASES)
+        throw InputError("There are " + std::to_string(scene.loadCases) +
+                         " load cases, more are not allowed");
+    scene.loadCasesInUse.push_back(scene.loadCases++);
+}
+
+void removeLoadCase(Scene& scene, int loadCase) {
+    if (scene.loadCases == 1) throw InputError("The only load case cannot be deleted");
+    Scene result = scene;
+    std::erase_if(result.loads, [&](const Load& load) { return load.loadCase == loadCase; });
+    checkLoadsRemain(result.loads);
+    for (Load& load : result.loads)
+        if (load.loadCase > loadCase) --load.loadCase;
+    auto& inUse = result.loadCasesInUse;
+    std::erase(inUse, loadCase);
+    for (int& used : inUse)
+        if (used > loadCase) --used;
+    if (inUse.empty()) inUse.push_back(0);
+    --result.loadCases;
+    scene = std::move(result);
+}
+
+void useLoadCase(Scene& scene, int loadCase, bool isUsed) {
+    auto inUse = scene.loadCasesInUse;
+    std::erase(inUse, loadCase);
+    if (isUsed) inUse.push_back(loadCase);
+    if (inUse.empty()) throw InputError("At least one load case has to be in use");
+    std::sort(inUse.begin(), inUse.end());
+    scene.loadCasesInUse = std::move(inUse);
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+/// The directory with the scenes that come with the program: installed beside it, or in the source
+/// tree it was built from. Empty when there is none.
+std::filesystem::path shippedScenes();
+
+/// Whether a file lies in that directory.
+bool isShipped(const std::filesystem::path& file);

@@ -1,0 +1,187 @@
+#include "settings_panel.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <cmath>
+
+namespace {
+
+constexpr int SLIDER_STEPS_PER_PERCENT = 2;
+// Details finer than that are smaller than what the elements can judge.
+constexpr int MAX_SOUND_SUBDIVISION = 4;
+
+QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
+    auto* box = new QSpinBox;
+    box->setRange(1, most);
+    box->setAccessibleName(name);
+    box->setToolTip(tip);
+    return box;
+}
+
+/// Why a grid is not possible; empty if it is.
+QString faultOf(int width, int height, int subdivision, int meshFactor, bool hasAreas) {
+    const double design = 1.0 * width * subdivision * height * subdivision;
+    const double refinement = 1.0 * subdivision * meshFactor;
+    const double picture = design * meshFactor * meshFactor;
+    if (design > Scene::MAX_DESIGN_CELLS)
+        return QObject::tr("The design would have %1 cells, at most %2 are allowed.")
+            .arg(design, 0, 'f', 0)
+            .arg(Scene::MAX_DESIGN_CELLS);
+    if (picture > Scene::MAX_PICTURE_CELLS ||
+        std::max(width, height) * refinement > Scene::MAX_FINE_SIDE)
+        return QObject::tr("The picture would have %1 cells, at most %2 are allowed.")
+            .arg(picture, 0, 'f', 0)
+            .arg(Scene::MAX_PICTURE_CELLS);
+    if (hasAreas && subdivision != meshFactor)
+        return QObject::tr(
+            "With kept elements or a blob, the details of design and picture have "
+            "to be equal.");
+    return {};
+}
+
+}  // namespace
+
+SettingsPanel::SettingsPanel(Workbench& workbench, LiveRun& liveRun)
+    : bench(workbench), run(liveRun) {
+    auto* layout = new QVBoxLayout(this);
+    auto* problem = new QGroupBox(tr("Design"));
+    auto* form = new QFormLayout(problem);
+    form->addRow(tr("&Volume"), makeVolume());
+    form->addRow(tr("&Penalty"), makePenalty());
+    form->addRow(makeBlob());
+    layout->addWidget(problem);
+    layout->addWidget(makeGrid());
+    layout->addStretch();
+    connect(&bench.document, &Document::sceneChanged, this, &SettingsPanel::showScene);
+}
+
+QWidget* SettingsPanel::makeVolume() {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    volumeSlider = new QSlider(Qt::Horizontal);
+    volumeSlider->setRange(1 * SLIDER_STEPS_PER_PERCENT, 100 * SLIDER_STEPS_PER_PERCENT);
+    volumeSlider->setAccessibleName(tr("Volume of material in percent"));
+    volume = new QDoubleSpinBox;
+    volume->setRange(100 * Scene::MIN_VOLUME_FRACTION, 100);
+    volume->setDecimals(1);
+    volume->setSuffix(" %");
+    volume->setKeyboardTracking(false);
+    volume->setAccessibleName(volumeSlider->accessibleName());
+    row->setToolTip(tr("Material to use, in percent of the plate"));
+    row->setFocusProxy(volumeSlider);
+    layout->addWidget(volumeSlider, 1);
+    layout->addWidget(volume);
+    // One drag of the slider is one step of the history.
+    connect(volumeSlider, &QSlider::sliderPressed, this,
+            [this] { sliderGesture = bench.document.newGesture(); });
+    connect(volumeSlider, &QSlider::sliderReleased, this,
+            [this] { sliderGesture = Document::NO_GESTURE; });
+    connect(volumeSlider, &QSlider::valueChanged, this,
+            [this](int value) { setVolume(1.0 * value / SLIDER_STEPS_PER_PERCENT); });
+    connect(volume, &QDoubleSpinBox::valueChanged, this, &SettingsPanel::setVolume);
+    return row;
+}
+
+QWidget* SettingsPanel::makePenalty() {
+    penalty = new QDoubleSpinBox;
+    penalty->setRange(1, Scene::MAX_PENALTY);
+    penalty->setSingleStep(0.25);
+    penalty->setDecimals(2);
+    penalty->setKeyboardTracking(false);
+    penalty->setAccessibleName(tr("Penalty"));
+    penalty->setToolTip(
+        tr("Exponent that makes half-filled cells a poor use of material; usually 3"));
+    connect(penalty, &QDoubleSpinBox::valueChanged, this, [this](double value) {
+        if (!isShowing)
+            bench.edit(tr("Change penalty"), [=](Scene& scene) { scene.penalty = value; });
+    });
+    return penalty;
+}
+
+QWidget* SettingsPanel::makeBlob() {
+    movesBlob = new QCheckBox(tr("&Blob moves"));
+    movesBlob->setToolTip(tr("Let the blob move to where material is least useful"));
+    connect(movesBlob, &QCheckBox::toggled, &run, &LiveRun::setMovesBlob);
+    return movesBlob;
+}
+
+QWidget* SettingsPanel::makeGrid() {
+    auto* group = new QGroupBox(tr("Grid"));
+    auto* form = new QFormLayout(group);
+    width = makeCount(Scene::MAX_SIDE, tr("Elements in x"), tr("Elements from left to right"));
+    height = makeCount(Scene::MAX_SIDE, tr("Elements in y"), tr("Elements from top to bottom"));
+    subdivision = makeCount(Scene::MAX_REFINEMENT, tr("Detail of the design"),
+                            tr("Cells of the design per edge of an element (subdivision)"));
+    meshFactor =
+        makeCount(Scene::MAX_REFINEMENT, tr("Detail of the picture"),
+                  tr("Cells of the picture per edge of a cell of the design (mesh factor)"));
+    gridAdvice = new QLabel;
+    gridAdvice->setWordWrap(true);
+    gridButton = new QPushButton(tr("Apply and start &afresh"));
+    form->addRow(tr("&Width"), width);
+    form->addRow(tr("&Height"), height);
+    form->addRow(tr("&Detail of the design"), subdivision);
+    form->addRow(tr("De&tail of the picture"), meshFactor);
+    form->addRow(gridAdvice);
+    form->addRow(gridButton);
+    for (QSpinBox* box : {width, height, subdivision, meshFactor})
+        connect(box, &QSpinBox::valueChanged, this, &SettingsPanel::judgeGrid);
+    connect(gridButton, &QPushButton::clicked, this, &SettingsPanel::applyGrid);
+    return group;
+}
+
+void SettingsPanel::showScene() {
+    isShowing = true;
+    const Scene& scene = bench.document.scene();
+    const double percent = 100 * scene.volumeFraction;
+    volumeSlider->setValue(static_cast<int>(std::lround(percent * SLIDER_STEPS_PER_PERCENT)));
+    volume->setValue(percent);
+    penalty->setValue(scene.penalty);
+    width->setValue(scene.width);
+    height->setValue(scene.height);
+    subdivision->setValue(scene.subdivision);
+    meshFactor->setValue(scene.meshFactor);
+    movesBlob->setEnabled(!scene.blob.empty());
+    isShowing = false;
+    judgeGrid();
+}
+
+void SettingsPanel::setVolume(double percent) {
+    if (isShowing) return;
+    bench.edit(
+        tr("Change volume"), [=](Scene& scene) { scene.volumeFraction = percent / 100; },
+        sliderGesture);
+}
+
+void SettingsPanel::judgeGrid() {
+    const Scene& scene = bench.document.scene();
+    const QString fault =
+        faultOf(width->value(), height->value(), subdivision->value(), meshFactor->value(),
+                !scene.passive.empty() || !scene.blob.empty());
+    const bool isFine = subdivision->value() > MAX_SOUND_SUBDIVISION;
+    const QString warning = isFine ? tr("Above %1 the design has details finer than its elements "
+                                        "can judge: what looks joined may carry nothing.")
+                                         .arg(MAX_SOUND_SUBDIVISION)
+                                   : QString();
+    gridAdvice->setText(fault.isEmpty() ? warning : fault);
+    gridAdvice->setVisible(!gridAdvice->text().isEmpty());
+    const bool isOther = width->value() != scene.width || height->value() != scene.height ||
+                         subdivision->value() != scene.subdivision ||
+                         meshFactor->value() != scene.meshFactor;
+    gridButton->setEnabled(fault.isEmpty() && isOther);
+}
+
+void SettingsPanel::applyGrid() {
+    // The values of the boxes, which the edit itself will set.
+    const int columns = width->value();
+    const int rows = height->value();
+    const int design = subdivision->value();
+    const int picture = meshFactor->value();
+    bench.edit(tr("Change grid"), [=](Scene& scene) {
+        if (columns != scene.width || rows != scene.height) resizeGrid(scene, columns, rows);
+        scene.subdivision = design;
+        scene.meshFactor = picture;
+    });
+}

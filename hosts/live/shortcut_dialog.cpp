@@ -1,0 +1,69 @@
+#include "shortcut_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QMenu>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+namespace {
+
+QString row(const QString& keys, const QString& meaning) {
+    return "<tr><td style='padding-right: 24px'><b>" + keys.toHtmlEscaped() + "</b></td><td>" +
+           meaning.toHtmlEscaped() + "</td></tr>";
+}
+
+QString plain(QString text) {
+    text.remove('&');
+    if (text.endsWith("...")) text.chop(3);
+    return text;
+}
+
+QString rowsOf(const QMenu& menu) {
+    QString rows;
+    for (const QAction* action : menu.actions()) {
+        if (action->menu() != nullptr) rows += rowsOf(*action->menu());
+        if (action->shortcut().isEmpty()) continue;
+        rows += row(action->shortcut().toString(QKeySequence::NativeText), plain(action->text()));
+    }
+    return rows;
+}
+
+QString plateRows() {
+    return row(QObject::tr("Arrow keys"), QObject::tr("Move the hand on the plate by an element, "
+                                                      "with Shift by five")) +
+           row(QObject::tr("Enter"),
+               QObject::tr("Press the tool at the hand; Enter again lets go")) +
+           row(QObject::tr("Esc"), QObject::tr("Take back what the tool is doing")) +
+           row(QObject::tr("N, Shift+N"),
+               QObject::tr("Select the next or previous load (with Select and drag)")) +
+           row(QObject::tr("Arrow keys"), QObject::tr("Move the selected load")) +
+           row(QObject::tr("Alt+Left, Right"), QObject::tr("Turn the selected load")) +
+           row(QObject::tr("Alt+Up, Down"), QObject::tr("Make its force larger or smaller")) +
+           row(QObject::tr("Shift while turning"),
+               QObject::tr("Any angle and force, no snapping")) +
+           row(QObject::tr("Wheel, + and −"), QObject::tr("Zoom")) +
+           row(QObject::tr("Middle button"), QObject::tr("Move the plate in the window"));
+}
+
+}  // namespace
+
+ShortcutDialog::ShortcutDialog(const QMenuBar& menus, QWidget* parent) : QDialog(parent) {
+    setWindowTitle(tr("Keyboard shortcuts"));
+    resize(560, 620);
+    QString text;
+    for (const QAction* top : menus.actions()) {
+        if (top->menu() == nullptr) continue;
+        const QString rows = rowsOf(*top->menu());
+        if (!rows.isEmpty())
+            text += "<h3>" + plain(top->text()) + "</h3><table>" + rows + "</table>";
+    }
+    text += "<h3>" + tr("On the plate") + "</h3><table>" + plateRows() + "</table>";
+    auto* browser = new QTextBrowser;
+    browser->setHtml(text);
+    browser->setAccessibleName(windowTitle());
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(browser);
+    layout->addWidget(buttons);
+}

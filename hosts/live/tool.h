@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QString>
+
+#include "plate_colours.h"
+#include "workbench.h"
+
+/// Where the hand is: the pointer, or the marker that the arrow keys move.
+struct Hand {
+    QPointF widget;
+    QPointF plate;  ///< in elements
+    Qt::KeyboardModifiers modifiers;
+};
+
+/// What a tool has at hand.
+struct ToolSite {
+    Workbench& bench;
+    const PlateTransform& transform;
+
+    const Scene& scene() const { return bench.document.scene(); }
+};
+
+/// One way to edit the plate. A gesture goes from press() over any number of drag() to release() or
+/// cancel(); pointer and keyboard make the same calls.
+class Tool {
+public:
+    explicit Tool(const ToolSite& toolSite) : site(toolSite) {}
+    Tool(const Tool&) = delete;
+    Tool& operator=(const Tool&) = delete;
+    virtual ~Tool() = default;
+
+    /// Returns false when there is nothing here for the tool; the view may then be moved.
+    virtual bool press(const Hand& hand) = 0;
+    virtual void drag(const Hand&) {}
+    virtual void release(const Hand&) {}
+    /// Ends the gesture as if it had not begun.
+    virtual void cancel();
+    /// Returns whether the key means something to the tool.
+    virtual bool key(const QKeyEvent&) { return false; }
+
+    /// Shows what lies under the hand, and what a press would do.
+    virtual void paintHint(QPainter& painter, const Hand& hand,
+                           const PlateColours& colours) const = 0;
+    /// For the status bar and for screen readers.
+    virtual QString describe(const Hand& hand) const;
+    virtual Qt::CursorShape cursor(const Hand&) const { return Qt::CrossCursor; }
+    /// Whether an arrow that is being turned begins at its node, whatever is usual for its
+    /// direction: it must not flip to the other side under the hand.
+    virtual std::optional<bool> isTailHeldAtNode() const { return std::nullopt; }
+
+protected:
+    void beginGesture() { gesture = site.bench.document.newGesture(); }
+
+    ToolSite site;
+    int gesture = Document::NO_GESTURE;
+};
+
+/// Outlines elements under the hand.
+void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, const QColor& colour);
+/// Marks nodes under the hand.
+void paintNodes(QPainter& painter, const ToolSite& site, const std::vector<Node>& nodes,
+                const QColor& colour);

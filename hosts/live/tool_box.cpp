@@ -1,0 +1,82 @@
+#include "tool_box.h"
+
+#include <utility>
+
+#include "action_text.h"
+#include "load_tools.h"
+#include "paint_tools.h"
+
+ToolBox::ToolBox(Workbench& workbench, PlateView& plateView) : view(plateView), group(nullptr) {
+    const ToolSite site = {workbench, plateView.transform()};
+    addPlateTools(site);
+    addDrawingTools(site);
+    lastOfPlate = ofPlate.front();
+    lastOfDrawing = ofDrawing.front();
+    setDrawing(false);
+}
+
+ToolBox::~ToolBox() { view.setTool(nullptr); }
+
+void ToolBox::addPlateTools(const ToolSite& site) {
+    add(std::make_unique<SelectTool>(site), Glyph::Select, tr("Select and drag"), "V",
+        tr("Drag a load's foot along the nodes, or its other end to turn and scale it. "
+           "Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it"),
+        ofPlate);
+    add(std::make_unique<LoadTool>(site), Glyph::AddLoad, tr("Add load"), "L",
+        tr("Press at a node, and drag to where the load pulls"), ofPlate);
+    add(std::make_unique<SupportTool>(site, true, true), Glyph::Pin, tr("Support"), "S",
+        tr("Hold nodes in both directions"), ofPlate);
+    add(std::make_unique<SupportTool>(site, true, false), Glyph::RollerX, tr("Support in x"), "X",
+        tr("Hold nodes in x; they may slide up and down"), ofPlate);
+    add(std::make_unique<SupportTool>(site, false, true), Glyph::RollerY, tr("Support in y"), "Y",
+        tr("Hold nodes in y; they may slide sideways"), ofPlate);
+    add(std::make_unique<PassiveTool>(site, PassiveKind::Void), Glyph::KeepVoid, tr("Keep void"),
+        "O", tr("Elements that stay empty"), ofPlate);
+    add(std::make_unique<PassiveTool>(site, PassiveKind::Solid), Glyph::KeepSolid, tr("Keep solid"),
+        "K", tr("Elements that stay solid"), ofPlate);
+    add(std::make_unique<PassiveTool>(site, PassiveKind::SecondSolid), Glyph::KeepSecondSolid,
+        tr("Keep second solid"), "J", tr("Elements that stay solid, of a second kind"), ofPlate);
+    add(std::make_unique<BlobTool>(site), Glyph::Blob, tr("Blob"), "B",
+        tr("A hole that keeps its size and, when it moves, finds its place"), ofPlate);
+    add(std::make_unique<EraseTool>(site), Glyph::Eraser, tr("Erase"), "E",
+        tr("Take away loads, supports, kept elements and blob"), ofPlate);
+}
+
+void ToolBox::addDrawingTools(const ToolSite& site) {
+    add(std::make_unique<PencilTool>(site, true), Glyph::Pencil, tr("Draw"), "D",
+        tr("Draw material with the brush"), ofDrawing);
+    add(std::make_unique<LineTool>(site), Glyph::Line, tr("Line"), "I",
+        tr("Draw a straight bar, as thick as the brush"), ofDrawing);
+    add(std::make_unique<PencilTool>(site, false), Glyph::Rubber, tr("Rub out"), "U",
+        tr("Take material away with the brush"), ofDrawing);
+}
+
+void ToolBox::add(std::unique_ptr<Tool> tool, Glyph glyph, const QString& name, const QString& key,
+                  const QString& explanation, std::vector<QAction*>& mode) {
+    auto* action = new QAction(icon(glyph), name, this);
+    action->setCheckable(true);
+    action->setShortcut(QKeySequence(key));
+    explain(*action, explanation);
+    group.addAction(action);
+    mode.push_back(action);
+    Tool* const taken = tool.get();
+    tools.push_back(std::move(tool));
+    QAction*& last = &mode == &ofPlate ? lastOfPlate : lastOfDrawing;
+    connect(action, &QAction::triggered, this, [this, action, taken, &last] {
+        last = action;
+        view.setTool(taken);
+        view.setFocus();
+    });
+}
+
+void ToolBox::setDrawing(bool draws) {
+    for (QAction* action : ofPlate) {
+        action->setVisible(!draws);
+        action->setEnabled(!draws);
+    }
+    for (QAction* action : ofDrawing) {
+        action->setVisible(draws);
+        action->setEnabled(draws);
+    }
+    (draws ? lastOfDrawing : lastOfPlate)->trigger();
+}

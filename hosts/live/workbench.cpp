@@ -1,0 +1,55 @@
+#include "workbench.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "input_error.h"
+
+Workbench::Workbench() {
+    connect(&document, &Document::sceneChanged, this, &Workbench::followScene);
+    connect(&document, &Document::opened, this, [this] {
+        forceScale = ForceScale(document.scene());
+        select(std::nullopt);
+        setLoadCase(0);
+    });
+}
+
+void Workbench::setBrush(const Brush& brush) {
+    currentBrush = {std::clamp(brush.size, 1, Brush::MAX_SIZE), brush.isRound};
+    emit brushChanged();
+}
+
+void Workbench::setLoadCase(int loadCase) {
+    currentLoadCase = std::clamp(loadCase, 0, std::max(0, document.scene().loadCases - 1));
+    emit loadCaseChanged();
+}
+
+void Workbench::select(std::optional<std::size_t> load) {
+    if (selected == load) return;
+    selected = load;
+    emit selectionChanged();
+}
+
+void Workbench::deleteSelectedLoad() {
+    if (!selected) return;
+    const std::size_t index = *selected;
+    edit(tr("Delete load"), [index](Scene& scene) { eraseLoad(scene, index); });
+}
+
+bool Workbench::edit(const QString& what, const std::function<void(Scene&)>& change, int gesture) {
+    try {
+        Scene next = document.scene();
+        change(next);
+        document.edit(what, std::move(next), gesture);
+        return true;
+    } catch (const InputError& error) {
+        emit refused(QString::fromStdString(error.what()));
+        return false;
+    }
+}
+
+void Workbench::followScene() {
+    movedBlob.reset();
+    if (selected && *selected >= document.scene().loads.size()) select(std::nullopt);
+    if (currentLoadCase >= document.scene().loadCases) setLoadCase(currentLoadCase);
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <filesystem>
+#include <string>
+
+#include "main_window.h"
+
+/// A window with a scene, worked on as a hand would: with events, and by looking at the picture.
+class LiveFixture {
+public:
+    explicit LiveFixture(const std::string& scene) {
+        window.resize(1100, 750);
+        window.show();
+        window.open(std::filesystem::path(VOXAM_SCENES) / scene);
+    }
+
+    Workbench& bench() { return window.workbench(); }
+    const Scene& scene() { return bench().document.scene(); }
+    LiveRun& run() { return window.liveRun(); }
+    PlateView& view() { return window.plateStage().plate(); }
+
+    /// Waits until a picture of the settings in force has come to this iteration.
+    bool reach(int iteration) {
+        return QTest::qWaitFor(
+            [&] {
+                const IterationNumbers& numbers = run().frame().numbers;
+                return numbers.revision == run().revision() && numbers.iteration >= iteration;
+            },
+            PATIENCE);
+    }
+
+    /// Lets the design follow the settings in force for so many iterations.
+    bool runFor(int iterations) {
+        const auto revision = run().revision();
+        const auto isThere = [&] { return run().frame().numbers.revision == revision; };
+        if (!QTest::qWaitFor(isThere, PATIENCE)) return false;
+        return reach(run().frame().numbers.iteration + iterations);
+    }
+
+    /// Mean density of a rectangle of elements.
+    double material(int fromX, int toX, int fromY, int toY) {
+        const Frame& frame = run().frame();
+        double sum = 0;
+        int count = 0;
+        for (int y = fromY * frame.refinement; y < (toY + 1) * frame.refinement; ++y)
+            for (int x = fromX * frame.refinement; x < (toX + 1) * frame.refinement; ++x, ++count)
+                sum += 1 - static_cast<double>(
+                               frame.picture[static_cast<std::size_t>(y * frame.columns + x)]);
+        return sum / count;
+    }
+
+    QPoint at(double x, double y) { return view().transform().toWidget(x, y).toPoint(); }
+
+    void press(QPoint place, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseMove(&view(), place);
+        QTest::mousePress(&view(), Qt::LeftButton, keys, place);
+    }
+    void moveTo(QPoint place, Qt::KeyboardModifiers keys = {}) {
+        QMouseEvent event(QEvent::MouseMove, place, view().mapToGlobal(place), Qt::NoButton,
+                          Qt::LeftButton, keys);
+        QApplication::sendEvent(&view(), &event);
+    }
+    void release(QPoint place) { QTest::mouseRelease(&view(), Qt::LeftButton, {}, place); }
+
+    /// From press to release, with a few stops on the way.
+    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers keys = {}) {
+        constexpr int stops = 6;
+        press(from, keys);
+        for (int i = 1; i <= stops; ++i) moveTo(from + (to - from) * i / stops, keys);
+        release(to);
+    }
+
+    void key(Qt::Key key, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(&view(), key, keys); }
+    /// Takes up the tool with this shortcut, as the shortcut does.
+    void takeTool(const QString& key) {
+        for (QAction* action : window.findChildren<QAction*>())
+            if (action->shortcut() == QKeySequence(key) && action->isEnabled())
+                return action->trigger();
+        QFAIL(qPrintable("no tool has the key " + key));
+    }
+
+    MainWindow window;
+
+private:
+    static constexpr int PATIENCE = 60000;  // ms; sanitizers take their time
+};
+
+/// Settings of the tests go to a directory of their own.
+inline void isolateSettings() {
+    static QTemporaryDir directory;
+    QCoreApplication::setOrganizationName("Voxam");
+    QCoreApplication::setApplicationName("voxam-live-test");
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, directory.path());
+}
