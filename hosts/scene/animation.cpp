@@ -85,7 +85,7 @@ private:
         std::array<std::size_t, 3> parts = {};
 
         GifByteType mean(std::size_t part) const {
-            return static_cast<GifByteType>(count == 0 ? 0 : parts[part] / count);
+            return static_cast<GifByteType>(count == 0 ? 0 : (parts[part] + count / 2) / count);
         }
         void add(const Sum& other) {
             count += other.count;

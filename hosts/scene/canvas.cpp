@@ -156,6 +156,7 @@ void Canvas::cells(Point corner, double width, double height, int columns, int r
     cairo_rectangle(cr, 0, 0, width, height);
     cairo_scale(cr, width / columns, height / rows);
     cairo_set_source_surface(cr, raster.get(), 0, 0);
+    hasFineCells = hasFineCells || columns > width;
     // Cells smaller than pixels are averaged.
     cairo_pattern_t* const pattern = cairo_get_source(cr);
     cairo_pattern_set_filter(pattern, columns > width ? CAIRO_FILTER_GOOD : CAIRO_FILTER_NEAREST);
@@ -175,7 +176,16 @@ std::vector<std::uint8_t> Canvas::svg() {
     check();
     cairo_surface_finish(surface.get());
     check();
-    return std::move(svgBytes);
+    if (hasFineCells) return std::move(svgBytes);
+    // Cairo leaves out of an SVG file that cells have sharp edges.
+    const std::string image = "<image ";
+    const std::string sharp = "style=\"image-rendering:pixelated\" ";
+    for (auto at = svgBytes.begin();;) {
+        at = std::search(at, svgBytes.end(), image.begin(), image.end());
+        if (at == svgBytes.end()) return std::move(svgBytes);
+        at = svgBytes.insert(at + static_cast<std::ptrdiff_t>(image.size()), sharp.begin(),
+                             sharp.end());
+    }
 }
 
 RgbImage Canvas::image() {

@@ -75,6 +75,7 @@ private:
     void fillWithRim(const Colour& colour);
 
     std::vector<std::uint8_t> svgBytes;
+    bool hasFineCells = false;  // smaller than a pixel
     Surface surface;
     std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
 };

@@ -4,10 +4,12 @@
 #include <cmath>
 #include <cstdio>
 
+#include "area_outline.h"
 #include "canvas.h"
 #include "energy_scale.h"
 #include "file_ending.h"
 #include "input_error.h"
+#include "load_arrows.h"
 
 namespace {
 
@@ -15,21 +17,27 @@ constexpr int MAX_PICTURE_SIDE = 8192;
 constexpr double COMFORTABLE_SIDE = 900;
 constexpr double ANIMATION_SIDE = 600;
 
-// Pixels around the plate, for arrows and supports, and above and below that for text.
-constexpr int PICTURE_MARGIN = 50;
-constexpr int PICTURE_HEADER = 52;
-constexpr int PICTURE_LEGEND = 84;
-constexpr int MIN_PICTURE_WIDTH = 560;
+// Pixels. Around the plate there is a margin for arrows and supports, and rulers beyond it at the
+// left and below; above and below that there is text.
+constexpr int MARGIN = 50;
+constexpr int RULER_WIDTH = 32;
+constexpr int RULER_HEIGHT = 22;
+constexpr int HEADER = 52;
+constexpr int LEGEND = 84;
+constexpr int KEY_ROW = 17;
+constexpr int MIN_WIDTH = 560;
+
+constexpr int CASES_IN_ROW = 4;
+
+constexpr double TICK = 4;
+constexpr double WIDEST_NUMBER = 40;
+constexpr double TALLEST_NUMBER = 24;
 
 constexpr Colour VOID_COLOUR = {0.955, 0.955, 0.945};
 constexpr Colour SOLID_GREY = {0.2, 0.2, 0.22};
 constexpr Colour INK = {0.13, 0.13, 0.15};
 constexpr Colour FAINT_INK = {0.42, 0.42, 0.45};
 constexpr Colour SUPPORT_COLOUR = {0.25, 0.35, 0.4};
-// Cool colours, to stand out from the energies; further load cases start again.
-constexpr std::array<Colour, 4> LOAD_COLOURS = {
-    {{0.05, 0.35, 0.75}, {0.0, 0.55, 0.45}, {0.45, 0.2, 0.7}, {0.0, 0.55, 0.75}}};
-
 constexpr Colour BLOB_COLOUR = {0.35, 0.65, 0.92};
 constexpr double BLOB_SHARE = 0.55;
 // A light and a dark one would each be lost on some of the material; these show on all of it.
@@ -37,15 +45,21 @@ constexpr std::array<Colour, 3> PASSIVE_COLOURS = {
     {{0.9, 0.5, 0.05}, {0.15, 0.65, 0.25}, {0.8, 0.25, 0.6}}};
 constexpr double OUTLINE_THICKNESS = 2;
 
-constexpr double LONGEST_ARROW = 44;
-constexpr double LONGEST_ARROW_OF_ROW = 32;
-constexpr double SHORTEST_ARROW = 20;
-constexpr double ARROW_SPACING = 20;
 constexpr double SUPPORT_SIZE = 11;
 constexpr double SUPPORT_SPACING = 18;
 
-const Colour& loadColour(int loadCase) {
-    return LOAD_COLOURS[static_cast<std::size_t>(loadCase) % LOAD_COLOURS.size()];
+/// Nodes that get a number: round ones that stay `room` pixels apart, and the last.
+std::vector<int> rulerNodes(int last, int scale, double room) {
+    int step = 1;
+    for (int power = 1; step * scale < room; power *= 10)
+        for (const int digit : {1, 2, 5})
+            if (step * scale < room) step = digit * power;
+    std::vector<int> nodes;
+    for (int node = 0; node < last && (last - node) * scale >= room; node += step)
+        nodes.push_back(node);
+    if (nodes.empty() && last * scale >= room / 2) nodes.push_back(0);
+    nodes.push_back(last);
+    return nodes;
 }
 
 class PictureDrawing {
@@ -72,7 +86,8 @@ public:
         drawPassive(scene.passive.solids, PASSIVE_COLOURS[1]);
         drawPassive(scene.passive.secondSolids, PASSIVE_COLOURS[2]);
         for (const Support& support : scene.supports) drawSupport(support);
-        for (const Load& load : scene.loads) drawLoad(load);
+        drawLoads();
+        drawRulers();
         drawLegend();
         return canvas;
     }
@@ -114,40 +129,11 @@ private:
         return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
     }
 
-    /// Lines where an element of the list borders on one that is not in it, or on nothing.
     void drawPassive(const Area& area, const Colour& colour) {
-        if (area.empty()) return;
-        Field inside(scene.width + 2, scene.height + 2);
-        for (const Cell& cell : area.cells) inside.at(cell.x + 1, cell.y + 1) = 1;
-        std::vector<std::array<Point, 2>> border;
-        for (const auto& [x, y] : area.cells) {
-            if (inside.at(x, y + 1) == 0) border.push_back({position(x, y), position(x, y + 1)});
-            if (inside.at(x + 2, y + 1) == 0)
-                border.push_back({position(x + 1, y), position(x + 1, y + 1)});
-            if (inside.at(x + 1, y) == 0) border.push_back({position(x, y), position(x + 1, y)});
-            if (inside.at(x + 1, y + 2) == 0)
-                border.push_back({position(x, y + 1), position(x + 1, y + 1)});
-        }
-        canvas.lines(border, colour, OUTLINE_THICKNESS);
-    }
-
-    /// Places on the nodes of a rectangle for a symbol each: its corners and, evenly between them,
-    /// as many as stay `spacing` pixels apart.
-    template <typename Visit>
-    void forSpacedPlaces(const Range& columns, const Range& rows, double spacing,
-                         Visit visit) const {
-        const auto intervals = [&](const Range& range) {
-            const int all = range.to - range.from;
-            return std::min(all, std::max(1, int(all * scale / spacing)));
-        };
-        const auto place = [](const Range& range, int step, int of) {
-            return range.from + double(range.to - range.from) * step / std::max(1, of);
-        };
-        const int across = intervals(columns);
-        const int down = intervals(rows);
-        for (int i = 0; i <= across; ++i)
-            for (int j = 0; j <= down; ++j)
-                visit(position(place(columns, i, across), place(rows, j, down)));
+        std::vector<std::array<Point, 2>> lines;
+        for (const auto& [from, to] : outlineOf(area, scene.width, scene.height))
+            lines.push_back({position(from.x, from.y), position(to.x, to.y)});
+        canvas.lines(lines, colour, OUTLINE_THICKNESS);
     }
 
     /// Unit vector from the plate to the side on which the symbol of a support stands.
@@ -181,9 +167,8 @@ private:
 
     void drawSupport(const Support& support) {
         const Point out = outward(support);
-        forSpacedPlaces(support.x, support.y, SUPPORT_SPACING, [&](Point node) {
+        for (const Point node : spacedPlaces(support.x, support.y, plate, scale, SUPPORT_SPACING))
             supportSymbol(node, out, !(support.fixX && support.fixY));
-        });
     }
 
     void arrow(Point tail, Point direction, double length, const Colour& colour) {
@@ -195,32 +180,41 @@ private:
                        colour);
     }
 
-    double largestForce() const {
-        double largest = 0;
-        for (const Load& load : scene.loads)
-            largest = std::max(largest, std::hypot(load.fx, load.fy));
-        return largest;
+    void drawLoads() {
+        const bool numbered = scene.loadCases > LOAD_CASE_COLOURS;
+        for (const LoadArrow& load : loadArrows(scene, plate, scale)) {
+            const Colour& colour = loadCaseColour(load.loadCase);
+            arrow(load.tail, load.direction, load.length, colour);
+            if (!numbered) continue;
+            const Point badge = load.tail + 4 * load.direction;
+            canvas.disc(badge, 6.5, VOID_COLOUR);
+            canvas.text(std::to_string(load.loadCase), badge + Point{0, 3.5}, 10, INK, 0.5);
+        }
     }
 
-    /// An arrow ends at its node, or begins there where it points off the plate.
-    void drawLoad(const Load& load) {
-        const double force = std::hypot(load.fx, load.fy);
-        if (force == 0) return;
-        const Point direction = (1 / force) * Point{load.fx, load.fy};
-        const bool single = load.x.count() == 1 && load.y.count() == 1;
-        const double room = (single ? LONGEST_ARROW : LONGEST_ARROW_OF_ROW) - SHORTEST_ARROW;
-        const double length = SHORTEST_ARROW + room * force / largestForce();
-        forSpacedPlaces(load.x, load.y, ARROW_SPACING, [&](Point node) {
-            const bool pointsOff = !onPlate(node + direction);
-            arrow(pointsOff ? node : node + -length * direction, direction, length,
-                  loadColour(load.loadCase));
-        });
+    /// Node numbers along two sides of the plate, beyond its arrows and supports.
+    void drawRulers() {
+        const Point corner = position(0, scene.height) + Point{-MARGIN, MARGIN};
+        canvas.line({plate.x, corner.y}, {position(scene.width, 0).x, corner.y}, FAINT_INK, 1);
+        for (const int node : rulerNodes(scene.width, scale, WIDEST_NUMBER)) {
+            const Point foot = {position(node, 0).x, corner.y};
+            canvas.line(foot, foot + Point{0, TICK}, FAINT_INK, 1);
+            canvas.text(std::to_string(node), foot + Point{0, 15}, 10, FAINT_INK, 0.5);
+        }
+        canvas.line({corner.x, plate.y}, {corner.x, position(0, scene.height).y}, FAINT_INK, 1);
+        for (const int node : rulerNodes(scene.height, scale, TALLEST_NUMBER)) {
+            const Point foot = {corner.x, position(0, node).y};
+            canvas.line(foot, foot + Point{-TICK, 0}, FAINT_INK, 1);
+            canvas.text(std::to_string(node), foot + Point{-7, 4}, 10, FAINT_INK, 1);
+        }
+        canvas.text("x", {position(scene.width, 0).x + 18, corner.y + 4}, 11, FAINT_INK, 0.5);
+        canvas.text("y", {corner.x, position(0, scene.height).y + 16}, 11, FAINT_INK, 0.5);
     }
 
     void drawLegend() {
-        const Point corner = {LEFT, height - PICTURE_LEGEND + 18.0};
+        const Point corner = {LEFT, layout.legendY + 18.0};
         energyScale ? drawEnergyBar(corner) : drawDensityBar(corner);
-        drawSymbolKey({width - 220.0, corner.y});
+        drawSymbolKey({width - 238.0, corner.y});
     }
 
     void drawBar(Point corner, const std::string& caption, Colour (*colourAt)(double)) {
@@ -263,38 +257,65 @@ private:
     }
 
     void drawSymbolKey(Point corner) {
-        double x = corner.x;
+        const double x = corner.x;
         const bool hasAreas = !scene.passive.empty() || !scene.blob.empty();
         const double y = corner.y + (hasAreas ? 3 : 15);
         supportSymbol({x + 7, y - 8}, {0, 1}, false);
         canvas.text("held", {x + 20, y + 4}, 12, INK);
         supportSymbol({x + 65, y - 8}, {0, 1}, true);
         canvas.text("held in one direction", {x + 78, y + 4}, 12, INK);
-        const int cases = std::min<int>(scene.loadCases, LOAD_COLOURS.size());
-        const std::string caption = scene.loadCases > 1 ? "load case" : "load";
-        for (int loadCase = 0; loadCase < cases; ++loadCase) {
-            arrow({x, y + 27}, {1, 0}, 22, loadColour(loadCase));
-            const std::string number = scene.loadCases > 1 ? std::to_string(loadCase) : "";
-            const std::string label = loadCase == 0 ? caption + " " + number : number;
-            canvas.text(label, {x + 27, y + 31}, 12, INK);
-            x += 27 + canvas.textWidth(label, 12) + 5;
-        }
-        drawAreaKey({corner.x, y + 43});
+        drawLoadKey({corner.x, y + 27});
+        drawAreaKey({corner.x, y + 43 + (layout.height - layout.legendY - LEGEND)});
     }
 
+    /// Two rows when one is too short.
+    void drawLoadKey(Point corner) {
+        const int cases = std::min(scene.loadCases, LOAD_CASE_COLOURS);
+        const std::string caption = scene.loadCases > 1 ? "load case" : "load";
+        Point at = corner;
+        for (int loadCase = 0; loadCase < cases; ++loadCase) {
+            if (loadCase == CASES_IN_ROW) at = corner + Point{0, KEY_ROW};
+            arrow(at, {1, 0}, 22, loadCaseColour(loadCase));
+            const std::string number = scene.loadCases > 1 ? std::to_string(loadCase) : "";
+            const std::string label = loadCase == 0 ? caption + " " + number : number;
+            canvas.text(label, at + Point{27, 4}, 12, INK);
+            at.x += 27 + canvas.textWidth(label, 12) + 5;
+        }
+        if (scene.loadCases > cases) canvas.text("... numbered", at + Point{0, 4}, 12, INK);
+    }
+
+    struct KeyEntry {
+        bool present;
+        const char* label;
+        Colour colour;
+        bool filled = false;
+    };
+
+    /// Further to the left than `corner` when it is long.
     void drawAreaKey(Point corner) {
-        const auto entry = [&](bool present, const char* label, const Colour& colour, bool filled) {
-            if (!present) return;
-            const Colour inner = filled ? mix(VOID_COLOUR, colour, BLOB_SHARE) : VOID_COLOUR;
-            canvas.cells(corner, 11, 11, 1, 1, [&](int, int) { return inner; });
-            canvas.frame(corner, 11, 11, filled ? FAINT_INK : colour);
-            canvas.text(label, corner + Point{17, 10}, 12, INK);
-            corner.x += 17 + canvas.textWidth(label, 12) + 10;
+        const std::vector<KeyEntry> entries = {
+            {!scene.passive.voids.empty(), "kept void", PASSIVE_COLOURS[0]},
+            {!scene.passive.solids.empty(), "solid", PASSIVE_COLOURS[1]},
+            {!scene.passive.secondSolids.empty(), "solid 2", PASSIVE_COLOURS[2]},
+            {!scene.blob.empty(), "blob", BLOB_COLOUR, true}};
+        const auto widthOf = [&](const KeyEntry& entry) {
+            return entry.present ? 17 + canvas.textWidth(entry.label, 12) + 10 : 0;
         };
-        entry(!scene.passive.voids.empty(), "kept void", PASSIVE_COLOURS[0], false);
-        entry(!scene.passive.solids.empty(), "solid", PASSIVE_COLOURS[1], false);
-        entry(!scene.passive.secondSolids.empty(), "solid 2", PASSIVE_COLOURS[2], false);
-        entry(!scene.blob.empty(), "blob", BLOB_COLOUR, true);
+        double total = 0;
+        for (const KeyEntry& entry : entries) total += widthOf(entry);
+        corner.x = std::min(corner.x, width - 10 - total);
+        for (const KeyEntry& entry : entries) {
+            if (entry.present) drawKeyEntry(entry, corner);
+            corner.x += widthOf(entry);
+        }
+    }
+
+    void drawKeyEntry(const KeyEntry& entry, Point corner) {
+        const Colour inner =
+            entry.filled ? mix(VOID_COLOUR, entry.colour, BLOB_SHARE) : VOID_COLOUR;
+        canvas.cells(corner, 11, 11, 1, 1, [&](int, int) { return inner; });
+        canvas.frame(corner, 11, 11, entry.filled ? FAINT_INK : entry.colour);
+        canvas.text(entry.label, corner + Point{17, 10}, 12, INK);
     }
 
     static constexpr double LEFT = 20;
@@ -313,10 +334,14 @@ private:
     std::optional<EnergyScale> energyScale;
 };
 
+int legendHeight(const Scene& scene) {
+    return LEGEND + (scene.loadCases > CASES_IN_ROW ? KEY_ROW : 0);
+}
+
 int largestScale(const Scene& scene, double sideways, double upright) {
-    const double across = (sideways - 2 * PICTURE_MARGIN) / scene.width;
+    const double across = (sideways - 2 * MARGIN - RULER_WIDTH) / scene.width;
     const double down =
-        (upright - 2 * PICTURE_MARGIN - PICTURE_HEADER - PICTURE_LEGEND) / scene.height;
+        (upright - 2 * MARGIN - RULER_HEIGHT - HEADER - legendHeight(scene)) / scene.height;
     return std::clamp(int(std::min(across, down)), MIN_PICTURE_SCALE, MAX_PICTURE_SCALE);
 }
 
@@ -346,10 +371,12 @@ int animationScale(const Scene& scene) {
 
 PictureLayout pictureLayout(const Scene& scene, int scale) {
     PictureLayout layout;
-    layout.width = std::max(scale * scene.width + 2 * PICTURE_MARGIN, MIN_PICTURE_WIDTH);
-    layout.height = PICTURE_HEADER + scale * scene.height + 2 * PICTURE_MARGIN + PICTURE_LEGEND;
-    layout.plateX = (layout.width - scale * scene.width) / 2;
-    layout.plateY = PICTURE_HEADER + PICTURE_MARGIN;
+    const int plateWidth = scale * scene.width;
+    layout.width = std::max(RULER_WIDTH + plateWidth + 2 * MARGIN, MIN_WIDTH);
+    layout.plateX = (layout.width + RULER_WIDTH - plateWidth) / 2;
+    layout.plateY = HEADER + MARGIN;
+    layout.legendY = layout.plateY + scale * scene.height + MARGIN + RULER_HEIGHT;
+    layout.height = layout.legendY + legendHeight(scene);
     return layout;
 }
 

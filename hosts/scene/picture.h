@@ -50,12 +50,14 @@ inline const std::vector<std::string> PICTURE_ENDINGS = {".png", ".svg"};
 std::vector<std::uint8_t> encodePicture(const std::filesystem::path& file, const Scene& scene,
                                         const PictureContent& content, int scale);
 
-/// Size of a picture in pixels, and where in it the plate's top left corner lies.
+/// Size of a picture in pixels, where in it the plate's top left corner lies, and where the legend
+/// begins.
 struct PictureLayout {
     int width = 0;
     int height = 0;
     int plateX = 0;
     int plateY = 0;
+    int legendY = 0;
 };
 
 PictureLayout pictureLayout(const Scene& scene, int scale);
