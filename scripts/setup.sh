@@ -36,6 +36,12 @@ test_requirements=(
     "mono-runtime:the runtime of Mono"
 )
 
+# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other things.
+check_requirements=(
+    "clang-format:clang-format 14"
+    "clang-tidy:clang-tidy 14"
+)
+
 # What the i386 presets need beside it. A cross compiler, because the libraries that a multilib
 # compiler looks for are others than those of the architecture i386.
 i386_requirements=(
@@ -128,6 +134,12 @@ add_i386() {
             ;;
     esac
 }
+
+# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other things.
+check_requirements=(
+    "clang-format:clang-format 14"
+    "clang-tidy:clang-tidy 14"
+)
 
 # What the i386 presets need. $1 is --yes to add the architecture without asking, or empty.
 prepare_i386() {
