@@ -86,7 +86,7 @@ Colour loadCaseColour(int loadCase) {
     return COLOURS[static_cast<std::size_t>(loadCase % LOAD_CASE_COLOURS)];
 }
 
-std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, int scale,
+std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, double scale,
                                 double spacing) {
     const auto intervals = [&](const Range& range) {
         const int all = range.to - range.from;
@@ -105,7 +105,7 @@ std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point p
     return places;
 }
 
-std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, int scale) {
+std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale) {
     const double largest = largestForce(scene);
     const Point far = plate + scale * Point{double(scene.width), double(scene.height)};
     const auto onPlate = [&](Point p) {

@@ -17,7 +17,7 @@ struct LoadArrow {
 /// `scale` pixels per element. A load on many nodes has as many as there is room for. An arrow ends
 /// at its node, or begins there where it would point off the plate; those that would cover one
 /// another, such as those of several load cases at one node, stand side by side.
-std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, int scale);
+std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale);
 
 /// Load cases that have a colour of their own; further ones start again and need their number.
 inline constexpr int LOAD_CASE_COLOURS = 8;
@@ -26,5 +26,5 @@ Colour loadCaseColour(int loadCase);
 
 /// Places on the nodes of a rectangle for a symbol each: its corners and, evenly between them, as
 /// many as stay `spacing` pixels apart.
-std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, int scale,
+std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, double scale,
                                 double spacing);

@@ -49,7 +49,7 @@ constexpr double SUPPORT_SIZE = 11;
 constexpr double SUPPORT_SPACING = 18;
 
 /// Nodes that get a number: round ones that stay `room` pixels apart, and the last.
-std::vector<int> rulerNodes(int last, int scale, double room) {
+std::vector<int> rulerNodes(int last, double scale, double room) {
     int step = 1;
     for (int power = 1; step * scale < room; power *= 10)
         for (const int digit : {1, 2, 5})
@@ -64,7 +64,7 @@ std::vector<int> rulerNodes(int last, int scale, double room) {
 
 class PictureDrawing {
 public:
-    PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, int pixelsPerElement,
+    PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, double pixelsPerElement,
                    Canvas::Kind kind)
         : scene(drawnScene),
           content(drawn),
@@ -324,7 +324,7 @@ private:
 
     const Scene& scene;
     const PictureContent& content;
-    int scale;
+    double scale;
     PictureLayout layout;
     int width;
     int height;
@@ -338,11 +338,15 @@ int legendHeight(const Scene& scene) {
     return LEGEND + (scene.loadCases > CASES_IN_ROW ? KEY_ROW : 0);
 }
 
-int largestScale(const Scene& scene, double sideways, double upright) {
+double fittingScale(const Scene& scene, double sideways, double upright) {
     const double across = (sideways - 2 * MARGIN - RULER_WIDTH) / scene.width;
     const double down =
         (upright - 2 * MARGIN - RULER_HEIGHT - HEADER - legendHeight(scene)) / scene.height;
-    return std::clamp(int(std::min(across, down)), MIN_PICTURE_SCALE, MAX_PICTURE_SCALE);
+    return std::min({across, down, double(MAX_PICTURE_SCALE)});
+}
+
+int largestScale(const Scene& scene, double sideways, double upright) {
+    return std::max(MIN_PICTURE_SCALE, int(fittingScale(scene, sideways, upright)));
 }
 
 }  // namespace
@@ -365,22 +369,23 @@ void checkPictureScale(const Scene& scene, int scale) {
                          " x " + std::to_string(scene.height) + " elements");
 }
 
-int animationScale(const Scene& scene) {
-    return largestScale(scene, ANIMATION_SIDE, 1.2 * ANIMATION_SIDE);
+double animationScale(const Scene& scene) {
+    const double scale = fittingScale(scene, ANIMATION_SIDE, 1.2 * ANIMATION_SIDE);
+    return scale < 1 ? scale : std::floor(scale);
 }
 
-PictureLayout pictureLayout(const Scene& scene, int scale) {
+PictureLayout pictureLayout(const Scene& scene, double scale) {
     PictureLayout layout;
-    const int plateWidth = scale * scene.width;
+    const int plateWidth = int(std::ceil(scale * scene.width));
     layout.width = std::max(RULER_WIDTH + plateWidth + 2 * MARGIN, MIN_WIDTH);
     layout.plateX = (layout.width + RULER_WIDTH - plateWidth) / 2;
     layout.plateY = HEADER + MARGIN;
-    layout.legendY = layout.plateY + scale * scene.height + MARGIN + RULER_HEIGHT;
+    layout.legendY = layout.plateY + int(std::ceil(scale * scene.height)) + MARGIN + RULER_HEIGHT;
     layout.height = layout.legendY + legendHeight(scene);
     return layout;
 }
 
-RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale) {
+RgbImage drawPicture(const Scene& scene, const PictureContent& content, double scale) {
     return PictureDrawing(scene, content, scale, Canvas::Kind::PIXELS).draw().image();
 }
 

@@ -32,15 +32,15 @@ int defaultPictureScale(const Scene& scene);
 /// that does not make the picture too large.
 int refinedPictureScale(const Scene& scene, int refinement);
 
-/// One for the frames of an animation, some 600 pixels wide.
-int animationScale(const Scene& scene);
+/// The scale of frames of an animation, at most some 600 pixels wide; below 1 for a large plate.
+double animationScale(const Scene& scene);
 
 /// Throws InputError when a picture at this scale would be too large to draw.
 void checkPictureScale(const Scene& scene, int scale);
 
 /// Draws the plate at `scale` pixels per element, its loads as arrows and its supports as
 /// triangles, its passive elements outlined and its blob tinted, below a title and above a legend.
-RgbImage drawPicture(const Scene& scene, const PictureContent& content, int scale);
+RgbImage drawPicture(const Scene& scene, const PictureContent& content, double scale);
 
 /// Endings of the files that hold a picture.
 inline const std::vector<std::string> PICTURE_ENDINGS = {".png", ".svg"};
@@ -60,4 +60,4 @@ struct PictureLayout {
     int legendY = 0;
 };
 
-PictureLayout pictureLayout(const Scene& scene, int scale);
+PictureLayout pictureLayout(const Scene& scene, double scale);

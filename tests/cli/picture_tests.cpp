@@ -8,6 +8,7 @@
 
 #include "area_outline.h"
 #include "load_arrows.h"
+#include "picture.h"
 
 namespace {
 
@@ -149,6 +150,26 @@ TEST(AreaOutline, followsTheElementsElsewhere) {
     Area both = areaOf({{20, 10, 0, 8}}, 40, 20);
     both.cells.insert(both.cells.begin(), square.cells.begin(), square.cells.end());
     EXPECT_NEAR(length(outlineOf(both, 40, 20)), 12 + 16 * PI, 0.05);
+}
+
+TEST(Picture, leavesRoomForRulersAndFitsAnAnimation) {
+    for (const int side : {1, 7, 60, 1000}) {
+        Scene scene = plate();
+        scene.width = scene.height = side;
+        const double scale = animationScale(scene);
+        const PictureLayout layout = pictureLayout(scene, scale);
+        EXPECT_LE(layout.width, 600) << side;
+        EXPECT_LE(layout.height, 720) << side;
+        EXPECT_GE(layout.plateX, 80);
+        EXPECT_GE(layout.width - layout.plateX - scale * side, 50);
+        EXPECT_GE(layout.legendY - layout.plateY - scale * side, 70);
+        const RgbImage image =
+            drawPicture(scene, {Field(2 * side, 2 * side, 1.0f), {}, "", ""}, scale);
+        const int middle = int(scale * side / 2);
+        const auto pixel =
+            std::size_t(3 * ((layout.plateY + middle) * layout.width + layout.plateX + middle));
+        EXPECT_LT(image.pixels[pixel], 70) << side;
+    }
 }
 
 }  // namespace
