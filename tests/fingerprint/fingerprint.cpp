@@ -2,75 +2,21 @@
 // the library whose lines agree gave the same bits.
 //
 //     voxam_fingerprint LIBRARY
-#include <dlfcn.h>
-
-#include <bit>
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
+#include <exception>
 #include <string>
-#include <type_traits>
 #include <vector>
 
+#include "hash.h"
+#include "loaded_library.h"
 #include "test_support.h"
-#include "voxam.h"
 
 namespace {
 
-struct Library {
-    explicit Library(const char* path) : handle(dlopen(path, RTLD_NOW)) {
-        if (!handle) fail();
-        find(create, "_InitVoxamApp");
-        find(update, "_UpdateVoxamApp");
-        find(iterate, "_IterateVoxamApp");
-        find(iterateWithBlob, "_IterateVoxamAppWithBlob");
-        find(createGame, "_InitVoxamGame");
-        find(solve, "_SolveVoxamGame");
-    }
-
-    template <typename Function>
-    void find(Function*& function, const char* name) {
-        function = reinterpret_cast<Function*>(dlsym(handle, name));
-        if (!function) fail();
-    }
-
-    [[noreturn]] static void fail() {
-        std::fprintf(stderr, "%s\n", dlerror());
-        std::exit(1);
-    }
-
-    void* handle;
-    decltype(_InitVoxamApp)* create = nullptr;
-    decltype(_UpdateVoxamApp)* update = nullptr;
-    decltype(_IterateVoxamApp)* iterate = nullptr;
-    decltype(_IterateVoxamAppWithBlob)* iterateWithBlob = nullptr;
-    decltype(_InitVoxamGame)* createGame = nullptr;
-    decltype(_SolveVoxamGame)* solve = nullptr;
-};
-
-// FNV-1a over the bytes of numbers. NaNs count as one, since their payload is no result.
-class Hash {
-public:
-    template <typename Number>
-    void add(Number value) {
-        if constexpr (std::is_floating_point_v<Number>) {
-            if (value != value) value = 0;
-        }
-        using Bits = std::conditional_t<sizeof(Number) == 8, uint64_t, uint32_t>;
-        const auto bits = std::bit_cast<Bits>(value);
-        for (unsigned i = 0; i < sizeof bits; ++i) {
-            state = (state ^ ((bits >> (8 * i)) & 0xff)) * 0x100000001b3;
-        }
-    }
-    void add(const std::string& text) {
-        for (const char c : text) add(static_cast<int>(c));
-    }
-    uint64_t value() const { return state; }
-
-private:
-    uint64_t state = 0xcbf29ce484222325;
-};
+using test::Hash;
+using Library = test::LoadedLibrary;
 
 struct Plate {
     int nelx;
@@ -194,14 +140,7 @@ std::vector<Run> allRuns() {
     return runs;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "Usage: %s LIBRARY\n", argv[0]);
-        return 2;
-    }
-    const Library library(argv[1]);
+void printAll(const Library& library) {
     int restartId = 1;
     for (const Run& run : allRuns()) {
         std::printf("%dx%d (%d, %d)%s%s%s%s: %016" PRIx64 "\n", run.plate.nelx, run.plate.nely,
@@ -214,6 +153,21 @@ int main(int argc, char** argv) {
             std::printf("game %dx%d %s: %016" PRIx64 "\n", nelx, nely, held ? "held" : "free",
                         gameFingerprint(library, nelx, nely, held));
         }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "Usage: %s LIBRARY\n", argv[0]);
+        return 2;
+    }
+    try {
+        printAll(Library(argv[1]));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
     }
     return 0;
 }

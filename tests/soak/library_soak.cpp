@@ -1,0 +1,53 @@
+// Random hosts of the library, for as long as one likes.
+
+#include <memory>
+
+#include "caller.h"
+#include "driver.h"
+#include "hosts.h"
+
+namespace {
+
+using soak::Caller;
+using soak::Dice;
+
+// What a host does, from the first call on. Returns a digest of all answers.
+uint64_t play(uint64_t seed, Caller& caller, Caller::Manner manner) {
+    Dice dice(seed);
+    caller.setManner(manner, seed);
+    soak::Session session(caller);
+    if (dice.oneIn(2))
+        soak::playPlausibleHost(session, dice);
+    else
+        soak::playWildHost(session, dice);
+    return session.digest();
+}
+
+uint64_t playTwice(uint64_t seed, Caller& caller) {
+    const uint64_t before = caller.getCalls();
+    const auto manner = seed % 2 == 0 ? Caller::FROM_THREADS_IN_TURN : Caller::RELOADING;
+    const uint64_t first = play(seed, caller, Caller::FROM_ONE_THREAD);
+    const uint64_t second = play(seed, caller, manner);
+    soak::require(first == second, manner == Caller::RELOADING
+                                       ? "a library that was loaded anew gives the same bits"
+                                       : "calls from threads in turn give the same bits");
+    return caller.getCalls() - before;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::unique_ptr<Caller> caller;
+    return soak::drive(argc, argv,
+                       {"Plays random hosts of LIBRARY (libvoxam.so), plausible ones and wild "
+                        "ones, and checks each\n"
+                        "answer against the contract. Each plays twice: from one thread, and from "
+                        "several in turn or\n"
+                        "with the library loaded anew now and then.",
+                        {"LIBRARY"},
+                        "calls",
+                        [&](uint64_t seed, const std::vector<std::string>& arguments) {
+                            if (!caller) caller = std::make_unique<Caller>(arguments[0]);
+                            return playTwice(seed, *caller);
+                        }});
+}

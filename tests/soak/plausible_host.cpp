@@ -1,0 +1,216 @@
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "fault.h"
+#include "hosts.h"
+
+namespace soak {
+
+namespace {
+
+using Node = std::pair<int, int>;
+
+float asFloat(int number) { return static_cast<float>(number); }
+
+class PlausibleHost {
+public:
+    PlausibleHost(Session& session, Dice& dice) : session(session), dice(dice) {}
+
+    void play() {
+        begin();
+        for (int step = dice.between(5, 15); step > 0; --step) {
+            edit();
+            session.update(settings);
+            for (int i = dice.between(1, 8); i > 0; --i) iterate();
+            if (dice.oneIn(3)) scoreDrawings();
+        }
+    }
+
+private:
+    void begin() {
+        plate = {dice.between(3, 20), dice.between(2, 14), 1, 1};
+        refine();
+        caseCount = dice.between(1, 3);
+        settings = {};
+        chooseSupports();
+        chooseLoads();
+        chooseVolume();
+        session.create(plate, settings.volumeFraction, caseCount, ++restartId);
+    }
+
+    void refine() {
+        plate.subdivision = dice.between(1, 3);
+        plate.meshFactor = dice.oneIn(3) ? dice.between(1, 3) : plate.subdivision;
+    }
+
+    void edit() {
+        switch (dice.upTo(9)) {
+            case 0:
+                return chooseSupports();
+            case 1:
+                return chooseVolume();
+            case 2:
+                return choosePassive();
+            case 3:
+                return chooseBlob();
+            case 4:
+                return restart();
+            default:
+                return chooseLoads();
+        }
+    }
+
+    void hold(int x, int y, bool inX, bool inY) {
+        if (inX) settings.supports.add(asFloat(x), asFloat(y), 0);
+        if (inY) settings.supports.add(asFloat(x), asFloat(y), 1);
+        held.insert({x, y});
+    }
+
+    // Loads that would come to lie on the new supports move elsewhere.
+    void chooseSupports() {
+        settings.supports = {};
+        held.clear();
+        const int kind = dice.upTo(2);
+        if (kind == 0) {
+            const int x = dice.oneIn(2) ? 0 : plate.width;
+            for (int y = 0; y <= plate.height; ++y) hold(x, y, true, true);
+        } else if (kind == 1) {
+            for (int x = 0; x <= plate.width; ++x) hold(x, 0, true, true);
+        } else {
+            hold(0, plate.height, true, true);
+            hold(plate.width, plate.height, false, true);
+        }
+        chooseLoads();
+    }
+
+    Node freeNode() {
+        for (;;) {
+            const Node node = {dice.upTo(plate.width), dice.upTo(plate.height)};
+            if (!held.contains(node)) return node;
+        }
+    }
+
+    // All forces of a load case point up, or all down: none is the opposite of another.
+    void chooseLoads() {
+        settings.loads = {};
+        for (int loadCase = 0; loadCase < caseCount; ++loadCase) {
+            const float sign = dice.pick({1.0F, -1.0F});
+            for (int i = dice.between(1, 2); i > 0; --i) {
+                const auto [x, y] = freeNode();
+                settings.loads.add(asFloat(x), asFloat(y), dice.pick({0.0F, 1.0F, -0.5F}),
+                                   sign * dice.pick({1.0F, 0.25F}), asFloat(loadCase));
+            }
+        }
+        settings.loadCases = {static_cast<char>(dice.upTo(caseCount - 1))};
+        for (int i = 0; i < caseCount; ++i) {
+            if (dice.oneIn(2)) settings.loadCases.push_back(static_cast<char>(i));
+        }
+    }
+
+    void chooseVolume() { settings.volumeFraction = asFloat(dice.between(2, 9)) / 10; }
+
+    void addRectangle(std::vector<short>& record, size_t counter) {
+        const int left = dice.upTo(plate.width - 1);
+        const int top = dice.upTo(plate.height - 1);
+        const int right = std::min(left + dice.upTo(plate.width / 3), plate.width - 1);
+        const int bottom = std::min(top + dice.upTo(plate.height / 3), plate.height - 1);
+        for (int x = left; x <= right; ++x) {
+            for (int y = top; y <= bottom; ++y, ++record[counter]) {
+                record.insert(record.end(), {static_cast<short>(x), static_cast<short>(y)});
+            }
+        }
+    }
+
+    void choosePassive() {
+        settings.passive = {0, 0, 0};
+        for (const size_t kind : {0, 1, 2}) {
+            if (dice.oneIn(2)) addRectangle(settings.passive, kind);
+        }
+    }
+
+    void chooseBlob() {
+        settings.blob = {0};
+        if (!dice.oneIn(3)) addRectangle(settings.blob, 0);
+    }
+
+    // Keeps the design, or begins a new one with other refinements.
+    void restart() {
+        if (dice.oneIn(2)) {
+            refine();
+            ++restartId;
+        }
+        session.create(plate, settings.volumeFraction, caseCount, restartId);
+        plate = session.getPlate();
+    }
+
+    void iterate() {
+        Request request;
+        request.withBlob = dice.oneIn(2);
+        request.penalty = dice.pick({3.0F, 3.0F, 3.0F, 1.0F, 2.5F, 5.0F});
+        const Answer answer = session.iterate(request);
+        // Passive void and the blob may cut the structure apart.
+        const bool sound = settings.passive[0] == 0 && settings.blob[0] == 0;
+        require(!sound || answer.text.empty(), "a sound problem is solved: " + answer.text);
+        if (!answer.text.empty()) return;
+        require(answer.compliance > 0 && std::isfinite(answer.compliance),
+                "a compliance is positive");
+        require(answer.change <= 1, "no density changes by more than 1");
+        constexpr float rounding = 1e-6F;
+        const auto [least, most] =
+            std::minmax_element(answer.picture.begin(), answer.picture.end());
+        require(*least > -rounding && *most < 1 + rounding, "a picture is between 0 and 1");
+        if (request.withBlob) {
+            require(std::count(answer.mask.begin(), answer.mask.end(), 1) == settings.blob[0],
+                    "a blob keeps its size");
+        }
+    }
+
+    std::vector<float> drawing() {
+        std::vector<float> densities(plate.elements(), 1.0F);
+        const int kind = dice.upTo(2);
+        for (float& density : densities) {
+            if (kind == 1) density = dice.oneIn(4) ? 0.0F : 1.0F;
+            if (kind == 2) density = static_cast<float>(dice.fraction());
+        }
+        return densities;
+    }
+
+    void scoreDrawings() {
+        const std::vector<float> densities = drawing();
+        session.createGame(plate.width, plate.height, settings.loads, settings.supports, caseCount);
+        const Score score = session.score(densities);
+        require(session.score(drawing()).value >= 0, "a score is not negative");
+        require(session.score(densities) == score, "the same design has the same score");
+        if (score.value == FAILED_SCORE) return;
+
+        double sum = 0.0;
+        for (const float share : score.shares) sum += static_cast<double>(share);
+        require(std::fabs(sum - score.value) <= 1e-3 * score.value, "the shares sum to the score");
+
+        test::Records doubled = settings.loads;
+        for (size_t i = 0; i < doubled.floats.size(); i += 5) {
+            doubled.floats[i + 2] *= 2;
+            doubled.floats[i + 3] *= 2;
+        }
+        session.createGame(plate.width, plate.height, doubled, settings.supports, caseCount);
+        if (score.value > FAILED_SCORE / 8) return;
+        require(session.score(densities).value == 4 * score.value,
+                "twice the force gives four times the score, exactly");
+    }
+
+    Session& session;
+    Dice& dice;
+    Plate plate;
+    test::Settings settings;
+    std::set<Node> held;
+    int caseCount = 1;
+    int restartId = 0;
+};
+
+}  // namespace
+
+void playPlausibleHost(Session& session, Dice& dice) { PlausibleHost(session, dice).play(); }
+
+}  // namespace soak

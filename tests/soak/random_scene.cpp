@@ -1,0 +1,231 @@
+#include "random_scene.h"
+
+#include <nlohmann/json.hpp>
+#include <vector>
+
+namespace soak {
+
+namespace {
+
+using Json = nlohmann::json;
+
+// Scenes as the reader takes them, with every key that it knows.
+class SceneWriter {
+public:
+    explicit SceneWriter(Dice& dice)
+        : dice(dice), width(dice.between(1, 24)), height(dice.between(1, 16)) {}
+
+    Json scene() {
+        Json scene = {{"grid", {{"width", width}, {"height", height}}}};
+        if (dice.oneIn(2)) loadCases = dice.between(1, 4);
+        if (loadCases > 1) scene["loadCases"] = loadCases;
+        if (dice.oneIn(3))
+            scene["title"] = dice.pick({"Bracket", "\u00dcberbau \"A\"", "", "a\tb"});
+        if (dice.oneIn(5)) scene["description"] = "Several\nlines.";
+        if (dice.oneIn(2)) scene.update(refinements());
+        const bool placed = scene.value("subdivision", 1) == scene.value("meshFactor", 1);
+        scene.update(settings(placed, true));
+        if (dice.oneIn(2)) scene["densities"] = densities();
+        if (dice.oneIn(2)) scene["iterations"] = iterations = dice.between(1, 300);
+        if (dice.oneIn(2)) scene["timeline"] = timeline(placed);
+        return scene;
+    }
+
+private:
+    Json refinements() {
+        const int subdivision = dice.between(1, 3);
+        return {{"subdivision", subdivision},
+                {"meshFactor", dice.oneIn(4) ? dice.between(1, 3) : subdivision}};
+    }
+
+    Json range(int last) {
+        if (dice.oneIn(2)) return dice.upTo(last);
+        const int from = dice.upTo(last);
+        return {from, dice.between(from, last)};
+    }
+
+    double force() { return dice.oneIn(2) ? dice.between(-3, 3) : 2e6 * dice.fraction() - 1e6; }
+
+    Json loads() {
+        Json list = Json::array();
+        for (int i = dice.between(1, 3); i > 0; --i) {
+            Json load = {{"x", range(width)}, {"y", range(height)}};
+            if (dice.oneIn(2)) load["fx"] = force();
+            if (dice.oneIn(2) || !load.contains("fx")) load["fy"] = force();
+            if (dice.oneIn(2)) load["loadCase"] = dice.upTo(loadCases - 1);
+            list.push_back(load);
+        }
+        return list;
+    }
+
+    Json supports() {
+        Json list = {{{"x", 0}, {"y", {0, height}}, {"fix", "xy"}}};
+        if (dice.oneIn(4)) list = Json::array();
+        for (int i = dice.upTo(2); i > 0; --i) {
+            list.push_back(
+                {{"x", range(width)}, {"y", range(height)}, {"fix", dice.pick({"x", "y", "xy"})}});
+        }
+        return list;
+    }
+
+    Json area() {
+        Json list = Json::array();
+        for (int i = dice.upTo(2); i > 0; --i) {
+            if (dice.oneIn(2)) {
+                list.push_back({{"x", range(width - 1)}, {"y", range(height - 1)}});
+                continue;
+            }
+            const double outer = 1 + 6 * dice.fraction();
+            Json radius = outer;
+            if (dice.oneIn(2)) radius = {outer * dice.fraction() / 2, outer};
+            list.push_back({{"x", width * dice.fraction()},
+                            {"y", height * dice.fraction()},
+                            {"radius", radius}});
+        }
+        return list;
+    }
+
+    Json drawing(const std::string& characters) {
+        Json rows = Json::array();
+        for (int y = 0; y < height; ++y) {
+            std::string row;
+            for (int x = 0; x < width; ++x) row += dice.pickFrom(characters);
+            rows.push_back(row);
+        }
+        return rows;
+    }
+
+    Json passive() {
+        if (dice.oneIn(2)) return drawing("....o#2");
+        return {{dice.pick({"void", "solid", "secondSolid"}), area()}};
+    }
+
+    Json densities() {
+        if (dice.oneIn(3)) return dice.fraction();
+        if (dice.oneIn(8)) return {{dice.pick({"png", "csv"}), "arch.png"}};
+        Json rows = drawing("##..0123456789");
+        if (dice.oneIn(2)) return rows;
+        for (Json& row : rows) {
+            const size_t length = row.get<std::string>().size();
+            row = Json::array();
+            for (size_t x = 0; x < length; ++x) row.push_back(dice.fraction());
+        }
+        return rows;
+    }
+
+    Json settings(bool placed, bool whole) {
+        Json settings = Json::object();
+        if (whole || dice.oneIn(2)) settings["loads"] = loads();
+        if (whole || dice.oneIn(3)) settings["supports"] = supports();
+        if (whole || dice.oneIn(3)) settings["volumeFraction"] = 0.01 + 0.99 * dice.fraction();
+        if (dice.oneIn(3)) settings["penalty"] = 1 + 9 * dice.fraction();
+        if (placed && dice.oneIn(3)) settings["passive"] = passive();
+        if (placed && dice.oneIn(3)) settings["blob"] = area();
+        if (dice.oneIn(3)) settings["loadCasesInUse"] = {dice.upTo(loadCases - 1)};
+        return settings;
+    }
+
+    Json timeline(bool placed) {
+        Json list = Json::array();
+        int iteration = 1;
+        for (int i = dice.upTo(3); i > 0 && iteration < iterations; --i) {
+            iteration += dice.between(1, 90);
+            Json change = settings(placed, false);
+            if (dice.oneIn(3)) change["restart"] = {{"design", "keep"}};
+            if (dice.oneIn(4)) {
+                change["restart"] = refinements();
+                change["restart"]["design"] = "new";
+            }
+            change["iteration"] = iteration;
+            list.push_back(change);
+        }
+        return list;
+    }
+
+    Dice& dice;
+    const int width;
+    const int height;
+    int loadCases = 1;
+    int iterations = 100;
+};
+
+void collect(Json& value, std::vector<Json*>& all) {
+    all.push_back(&value);
+    if (!value.is_structured()) return;
+    for (Json& element : value) collect(element, all);
+}
+
+Json anyValue(Dice& dice) {
+    switch (dice.upTo(7)) {
+        case 0:
+            return nullptr;
+        case 1:
+            return dice.oneIn(2);
+        case 2:
+            return dice.pick({-1, 0, 1, 2, 1000, 1001, 32768, 2147483647});
+        case 3:
+            return dice.pick({-0.0, 0.5, 1e300, -1e-300, 1.0000000001, 1e6, 1e20});
+        case 4:
+            return dice.pick({"", "x", "keep", "#.#", "\u00e4", "../arch.png"});
+        case 5:
+            return Json::array();
+        case 6:
+            return Json::object();
+        default:
+            return {dice.between(-1, 30), dice.between(-1, 30)};
+    }
+}
+
+// Replaces, removes or adds a value somewhere.
+void spoilValue(Json& scene, Dice& dice) {
+    std::vector<Json*> all;
+    collect(scene, all);
+    Json& target = *dice.pickFrom(all);
+    if (target.is_object() && !target.empty() && dice.oneIn(2)) {
+        auto member = target.begin();
+        std::advance(member, dice.upTo(static_cast<int>(target.size()) - 1));
+        const Json value = *member;
+        if (dice.oneIn(2)) target[dice.pick({"x", "radius", "colour", "png", "restart"})] = value;
+        if (dice.oneIn(2)) target.erase(member.key());
+    } else if (target.is_array() && !target.empty() && dice.oneIn(2)) {
+        const Json copy = target.front();
+        if (dice.oneIn(2)) target.push_back(copy);
+        if (dice.oneIn(2)) target.erase(0);
+    } else {
+        target = anyValue(dice);
+    }
+}
+
+void spoilByte(std::string& text, Dice& dice) {
+    const size_t place = dice.bits() % (text.size() + 1);
+    switch (dice.upTo(3)) {
+        case 0:
+            text.insert(place, 1, static_cast<char>(dice.bits()));
+            break;
+        case 1:
+            text.erase(place, static_cast<size_t>(dice.upTo(4)));
+            break;
+        case 2:
+            text.insert(place, dice.pick({"{", "]", ",", "\"", "\\u0000", "-", "9999999999"}));
+            break;
+        default:
+            text.insert(place, text.substr(place, static_cast<size_t>(dice.upTo(40))));
+    }
+}
+
+}  // namespace
+
+std::string randomScene(Dice& dice) {
+    Json scene = SceneWriter(dice).scene();
+    const bool good = dice.oneIn(2);
+    if (!good) {
+        for (int i = dice.upTo(3); i > 0; --i) spoilValue(scene, dice);
+    }
+    std::string text = scene.dump(dice.oneIn(2) ? 4 : -1);
+    if (!good && dice.oneIn(2)) {
+        for (int i = dice.between(1, 3); i > 0; --i) spoilByte(text, dice);
+    }
+    return text;
+}
+
+}  // namespace soak

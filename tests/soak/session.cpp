@@ -1,0 +1,255 @@
+#include "session.h"
+
+#include <climits>
+#include <cmath>
+
+#include "guarded.h"
+
+namespace soak {
+
+using test::LoadedLibrary;
+
+namespace {
+
+bool allFinite(const auto& values) {
+    return std::all_of(values.begin(), values.end(), [](auto v) { return std::isfinite(v); });
+}
+
+// The library takes sizes as unsigned.
+double asSize(int size) { return static_cast<unsigned>(size); }
+
+// Empty if the host did not give a buffer.
+std::string textIn(const Guarded<char>& buffer, const Request& request) {
+    if (!request.text || request.messageLength < 1) {
+        require(buffer.untouched(), "no text goes where none is wanted");
+        return "";
+    }
+    const auto end = std::find(buffer.begin(), buffer.end(), '\0');
+    require(end != buffer.end(), "texts are terminated");
+    return {buffer.begin(), end};
+}
+
+bool isCutOf(const std::string& text, const std::string& whole, int length) {
+    return text == whole.substr(0, static_cast<size_t>(length - 1));
+}
+
+}  // namespace
+
+// What one iteration may write to.
+struct Session::Buffers {
+    Buffers(const Plate& plate, const Request& request)
+        : text(static_cast<size_t>(std::max(request.messageLength, 0))),
+          picture(plate.pictureCells()),
+          mask(plate.elements()) {}
+
+    void requireGuards() const {
+        text.requireGuards("the text");
+        picture.requireGuards("the picture");
+        change.requireGuards("the change");
+        times.requireGuards("the times");
+        mask.requireGuards("the mask");
+    }
+
+    void requireTimes() const {
+        const auto t = times.copy();  // in the order of RuntimeStat
+        constexpr float rounding = 1e-3F;
+        for (const float time : t) require(time >= 0, "times are not negative");
+        require(t[0] * (1 + rounding) + rounding >= t[1] + t[2] + t[6] + t[7],
+                "the iteration takes as long as its parts");
+        require(t[2] * (1 + rounding) + rounding >= t[3] + t[4] + t[5],
+                "the state solve takes as long as its parts");
+    }
+
+    Guarded<char> text;
+    Guarded<float> picture;
+    Guarded<double> change{1};
+    Guarded<float> times{sizeof(RuntimeStat) / sizeof(float)};
+    Guarded<int> mask;
+};
+
+size_t Plate::elements() const {
+    return tooLarge() ? 0 : static_cast<size_t>(width) * static_cast<size_t>(height);
+}
+
+size_t Plate::pictureCells() const {
+    const auto refinement = static_cast<size_t>(subdivision) * static_cast<size_t>(meshFactor);
+    return tooLarge() ? 0 : elements() * refinement * refinement;
+}
+
+bool Plate::tooLarge() const {
+    const double refinement = asSize(subdivision) * asSize(meshFactor);
+    return 2 * (asSize(width) + 1) * (asSize(height) + 1) > INT_MAX ||
+           asSize(width) * asSize(height) * refinement * refinement > INT_MAX;
+}
+
+Session::Session(Caller& caller) : caller(caller) {
+    destroy();
+    destroyGame();
+}
+
+void Session::create(const Plate& newPlate, float volumeFraction, int loadCases, int newRestartId) {
+    caller.call([&](const LoadedLibrary& library) {
+        library.create(newPlate.width, newPlate.height, newPlate.subdivision, newPlate.meshFactor,
+                       volumeFraction, loadCases, newRestartId);
+    });
+    const bool kept = alive && newPlate.width == plate.width && newPlate.height == plate.height &&
+                      newRestartId == restartId;
+    restartId = newRestartId;
+    if (kept) return;
+    plate = newPlate;
+    alive = !newPlate.tooLarge() && std::isfinite(volumeFraction);
+    shown = Shown::NO;
+    lastWentWell = false;
+}
+
+void Session::update(const test::Settings& s) {
+    update(s.loads.count(), s.loads.data(), s.supports.count(), s.supports.data(), s.volumeFraction,
+           s.passive.data(), static_cast<int>(s.loadCases.size()), s.loadCases.data(),
+           s.blob.data());
+}
+
+void Session::update(int loadCount, const float* loads, int supportCount, const float* supports,
+                     float volumeFraction, const short* passive, int caseCount, const char* cases,
+                     const short* blob) {
+    caller.call([&](const LoadedLibrary& library) {
+        library.update(loadCount, loads, supportCount, supports, volumeFraction, passive, caseCount,
+                       cases, blob);
+    });
+    shown = Shown::NO;
+}
+
+Answer Session::iterate(const Request& request) {
+    Buffers buffers(plate, request);
+    char* text = request.text ? buffers.text.data() : nullptr;
+    float* picture = request.picture ? buffers.picture.data() : nullptr;
+    double* change = request.change ? buffers.change.data() : nullptr;
+    auto* times = request.times ? reinterpret_cast<RuntimeStat*>(buffers.times.data()) : nullptr;
+    int* mask = request.mask ? buffers.mask.data() : nullptr;
+
+    Answer answer;
+    caller.call([&](const LoadedLibrary& library) {
+        answer.compliance = request.withBlob
+                                ? library.iterateWithBlob(request.messageLength, text, picture,
+                                                          change, times, mask, request.penalty)
+                                : library.iterate(request.messageLength, text, picture, change,
+                                                  times, request.penalty);
+    });
+    buffers.requireGuards();
+    answer.text = textIn(buffers.text, request);
+    answer.change = *buffers.change.begin();
+    answer.picture = buffers.picture.copy();
+    answer.mask = buffers.mask.copy();
+    checkWrites(request, answer.text, buffers);
+    checkAnswer(request, answer);
+
+    hash.add(answer.compliance);
+    hash.add(answer.change);
+    hash.add(answer.text);
+    for (const float value : answer.picture) hash.add(value);
+    for (const int value : answer.mask) hash.add(value);
+    return answer;
+}
+
+void Session::checkWrites(const Request& request, const std::string& text,
+                          const Buffers& buffers) const {
+    if (request.messageLength > 1 && request.text) {
+        const bool wentWell = alive && text.empty();
+        require(wentWell || (buffers.picture.untouched() && buffers.times.untouched()),
+                "with a text there is no picture, and there are no times");
+        // A text may be that of an earlier iteration, and this one have gone well.
+        require(wentWell || shown != Shown::NO || buffers.change.untouched(),
+                "when something is wrong there is no change");
+        if (wentWell && request.times) buffers.requireTimes();
+    }
+    const bool writesMask = alive && request.mask && request.withBlob;
+    require(writesMask || buffers.mask.untouched(), "the mask comes with the blob only");
+    if (!writesMask) return;
+    require(std::all_of(buffers.mask.begin(), buffers.mask.end(),
+                        [](int v) { return v == 0 || v == 1; }),
+            "the mask is of 0 and 1");
+}
+
+void Session::checkAnswer(const Request& request, const Answer& answer) {
+    if (!alive) return checkWithoutOptimiser(request, answer);
+    const std::string& text = answer.text;
+    const bool known = text.empty() || isCutOf(text, UNSOLVABLE, request.messageLength) ||
+                       isCutOf(text, NOT_HELD, request.messageLength) ||
+                       isCutOf(text, NO_WORK, request.messageLength);
+    require(known, "a plate has one of the documented texts, not \"" + text + "\"");
+    if (!request.text || request.messageLength < 2) {
+        if (shown == Shown::NO) shown = Shown::UNKNOWN;
+        lastWentWell = false;
+        return;
+    }
+    const Shown before = shown;
+    require(before != Shown::YES || !text.empty(), "a text stays until the next update");
+    shown = text.empty() ? Shown::NO : Shown::YES;
+    if (text.empty()) {
+        require(allFinite(answer.picture), "a picture is of finite numbers");
+        require(!(answer.change < 0), "a change is not negative");
+    } else if (text == UNSOLVABLE && lastWentWell) {
+        require(answer.compliance == lastCompliance ||
+                    (std::isnan(answer.compliance) && std::isnan(lastCompliance)),
+                "what cannot be solved returns the last compliance");
+    } else if ((text == NOT_HELD || text == NO_WORK) && before == Shown::NO) {
+        require(answer.compliance == -1.0, "with the text " + text + " comes -1");
+    }
+    lastWentWell = text.empty();
+    lastCompliance = answer.compliance;
+}
+
+void Session::checkWithoutOptimiser(const Request& request, const Answer& answer) const {
+    require(answer.compliance == -1.0, "without an optimiser iterations return -1");
+    if (request.text && request.messageLength > 0) {
+        require(isCutOf(answer.text, NO_OPTIMISER, request.messageLength),
+                "without an optimiser the text says so");
+    }
+}
+
+void Session::destroy() {
+    caller.call([](const LoadedLibrary& library) { library.destroy(); });
+    alive = false;
+    shown = Shown::NO;
+}
+
+void Session::createGame(int width, int height, const test::Records& loads,
+                         const test::Records& supports, int loadCases) {
+    caller.call([&](const LoadedLibrary& library) {
+        library.createGame(width, height, 1, 1, loads.count(), loads.data(), supports.count(),
+                           supports.data(), loadCases);
+    });
+    const Plate newPlate = {std::max(width, 0), std::max(height, 0)};
+    gameAlive = !newPlate.tooLarge();
+    gameElements = newPlate.elements();
+}
+
+Score Session::score(const std::vector<float>& densities) {
+    Guarded<float> shares(gameElements);
+    Score score;
+    caller.call([&](const LoadedLibrary& library) {
+        score.value = library.solve(densities.data(), shares.data());
+    });
+    shares.requireGuards("the shares of the elements");
+    require(gameAlive || (score.value == FAILED_SCORE && shares.untouched()),
+            "without a solver every score fails, and nothing is written");
+    score.shares = shares.copy();
+    if (gameAlive && score.value == FAILED_SCORE) {
+        require(std::all_of(shares.begin(), shares.end(), [](float v) { return v == 0; }),
+                "what cannot be solved has shares of 0");
+    }
+    const auto isDensity = [](float v) { return v >= 0 && v <= 1; };
+    if (gameAlive && std::all_of(densities.begin(), densities.end(), isDensity)) {
+        require(score.value >= 0, "a score is a number, and not negative");
+    }
+    hash.add(score.value);
+    for (const float share : score.shares) hash.add(share);
+    return score;
+}
+
+void Session::destroyGame() {
+    caller.call([](const LoadedLibrary& library) { library.destroyGame(); });
+    gameAlive = false;
+    gameElements = 0;
+}
+
+}  // namespace soak

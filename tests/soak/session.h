@@ -1,0 +1,113 @@
+// A host's view of the library. Whatever a host asks for, each answer has to keep the contract of
+// voxam.h; what does not is a Fault.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "../hash.h"
+#include "../test_support.h"
+#include "caller.h"
+
+namespace soak {
+
+/// What the texts of an iteration can be.
+inline const std::string NO_OPTIMISER = "No optimiser: call _InitVoxamApp first";
+inline const std::string UNSOLVABLE = "Change load / support";
+inline const std::string NOT_HELD = "Change load/support";
+inline const std::string NO_WORK = "Load cannot be on top of support";
+
+/// The score of a plate that cannot be solved.
+inline constexpr double FAILED_SCORE = 3.4028234663852886e38;
+
+/// The sizes of an optimiser, in the order of _InitVoxamApp.
+struct Plate {
+    int width = 0;
+    int height = 0;
+    int subdivision = 1;
+    int meshFactor = 1;
+
+    /// 0 if there are none, or if they are too many for any array.
+    size_t elements() const;
+    size_t pictureCells() const;
+    /// Whether the library has to refuse these sizes: an int cannot count something of them.
+    bool tooLarge() const;
+};
+
+struct Request {
+    bool withBlob = false;
+    float penalty = 3.0F;
+    int messageLength = 64;
+    // What the host wants to have; it passes null for the rest.
+    bool text = true;
+    bool picture = true;
+    bool change = true;
+    bool times = true;
+    bool mask = true;
+};
+
+struct Answer {
+    double compliance = 0.0;
+    double change = 0.0;
+    std::string text;
+    std::vector<float> picture;
+    std::vector<int> mask;
+};
+
+struct Score {
+    double value = 0.0;
+    std::vector<float> shares;
+
+    bool operator==(const Score&) const = default;
+};
+
+class Session {
+public:
+    /// Releases whatever solvers there are.
+    explicit Session(Caller& caller);
+
+    void create(const Plate& newPlate, float volumeFraction, int loadCases, int newRestartId);
+    void update(const test::Settings& settings);
+    /// With the arguments of _UpdateVoxamApp.
+    void update(int loadCount, const float* loads, int supportCount, const float* supports,
+                float volumeFraction, const short* passive, int caseCount, const char* cases,
+                const short* blob);
+    Answer iterate(const Request& request);
+    void destroy();
+
+    void createGame(int width, int height, const test::Records& loads,
+                    const test::Records& supports, int loadCases);
+    Score score(const std::vector<float>& densities);
+    void destroyGame();
+
+    const Plate& getPlate() const { return plate; }
+    bool isAlive() const { return alive; }
+
+    /// Of all answers so far.
+    uint64_t digest() const { return hash.value(); }
+
+private:
+    struct Buffers;
+
+    void checkWrites(const Request& request, const std::string& text, const Buffers& buffers) const;
+    void checkWithoutOptimiser(const Request& request, const Answer& answer) const;
+    void checkAnswer(const Request& request, const Answer& answer);
+
+    Caller& caller;
+    test::Hash hash;
+
+    // The optimiser, as the host knows it.
+    bool alive = false;
+    Plate plate;
+    int restartId = 0;
+    enum class Shown { NO, YES, UNKNOWN };
+    Shown shown = Shown::NO;      // a text, since the last update
+    double lastCompliance = 0.0;  // of the iteration before, if that went well
+    bool lastWentWell = false;
+
+    bool gameAlive = false;
+    size_t gameElements = 0;
+};
+
+}  // namespace soak

@@ -1,0 +1,178 @@
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <limits>
+
+#include "hosts.h"
+
+namespace soak {
+
+namespace {
+
+class WildHost {
+public:
+    WildHost(Session& session, Dice& dice) : session(session), dice(dice) {}
+
+    void play() {
+        for (int step = 0; step < 60; ++step) {
+            switch (dice.upTo(19)) {
+                case 0:
+                case 1:
+                    create();
+                    break;
+                case 2:
+                case 3:
+                case 4:
+                case 5:
+                    update();
+                    break;
+                case 6:
+                    if (dice.oneIn(3)) session.destroy();
+                    break;
+                case 7:
+                    playGame();
+                    break;
+                default:
+                    iterate();
+            }
+        }
+    }
+
+private:
+    float anyFloat() {
+        switch (dice.upTo(9)) {
+            case 0:
+                return std::bit_cast<float>(static_cast<uint32_t>(dice.bits()));
+            case 1:
+                return dice.pick({NAN, INFINITY, -INFINITY, std::numeric_limits<float>::max(),
+                                  -std::numeric_limits<float>::max(), 1e-40F, 2147483648.0F});
+            case 2:
+                return static_cast<float>(dice.between(-40, 40)) / 8;
+            default:
+                return dice.pick({0.0F, 1.0F, -1.0F, 0.5F, 2.0F});
+        }
+    }
+
+    int anySize(int most) {
+        switch (dice.upTo(39)) {
+            case 0:
+                return 0;
+            case 1:
+                return dice.pick({-1, INT_MIN, INT_MAX, 65536, 1 << 30});
+            default:
+                return dice.between(1, most);
+        }
+    }
+
+    // Where one size is absurd, the others have to be as well: they would not be too large else,
+    // but take all memory and an hour.
+    Plate anyPlate() {
+        Plate plate = {anySize(9), anySize(7), anySize(3), anySize(3)};
+        const auto absurd = [](int size) { return size < 0 || size > 9; };
+        if (absurd(plate.width) || absurd(plate.height) || absurd(plate.subdivision) ||
+            absurd(plate.meshFactor)) {
+            plate = {65536, 65536, 1, 1};
+            if (dice.oneIn(2)) plate = {dice.between(1, 3), 3, 65536, dice.between(1, 3)};
+            if (dice.oneIn(2)) plate = {-1, anySize(7), 1, anySize(3)};
+        }
+        return plate;
+    }
+
+    void create() {
+        const Plate plate = dice.oneIn(3) ? session.getPlate() : anyPlate();
+        const float volume = dice.oneIn(4) ? anyFloat() : 0.4F;
+        session.create(plate, volume, dice.between(-1, 3), dice.upTo(1));
+    }
+
+    // Mostly nodes of the plate.
+    test::Records anyRecords(bool supports) {
+        const Plate& plate = session.getPlate();
+        test::Records records;
+        for (int i = dice.upTo(6); i > 0; --i) {
+            if (dice.oneIn(12)) {
+                records.add(anyFloat(), anyFloat(), anyFloat(), anyFloat(), anyFloat());
+                continue;
+            }
+            const auto x = static_cast<float>(dice.upTo(plate.elements() > 0 ? plate.width : 3));
+            const auto y = static_cast<float>(dice.upTo(plate.elements() > 0 ? plate.height : 3));
+            const float third = supports ? static_cast<float>(dice.upTo(1)) : anyFloat();
+            records.add(x, y, third, 1.0F, static_cast<float>(dice.upTo(1)));
+        }
+        return records;
+    }
+
+    // The record of passive cells must keep to the grid; that of the blob need not.
+    std::vector<short> anyCells(size_t counters, bool onGrid) {
+        const Plate& plate = session.getPlate();
+        std::vector<short> record(counters);
+        int cells = 0;
+        for (short& count : record) {
+            count = static_cast<short>(dice.between(-1, 8));
+            if (onGrid && plate.elements() == 0) count = std::min<short>(count, 0);
+            cells += std::max<int>(count, 0);
+        }
+        for (; cells > 0; --cells) {
+            const int margin = !onGrid && dice.oneIn(8) ? 3 : 0;
+            record.push_back(
+                static_cast<short>(dice.between(-margin, std::max(plate.width - 1, 0) + margin)));
+            record.push_back(
+                static_cast<short>(dice.between(-margin, std::max(plate.height - 1, 0) + margin)));
+        }
+        return record;
+    }
+
+    void update() {
+        const test::Records loads = anyRecords(false);
+        test::Records supports = anyRecords(true);
+        if (dice.oneIn(2)) supports.add(0, 0, 0).add(0, 0, 1).add(1, 0, 1);
+        const std::vector<short> passive = anyCells(3, true);
+        const std::vector<short> blob = anyCells(1, false);
+        std::vector<char> cases(static_cast<size_t>(dice.upTo(5)));
+        for (char& loadCase : cases) loadCase = static_cast<char>(dice.between(-2, 3));
+        if (dice.oneIn(9)) cases.push_back(static_cast<char>(dice.upTo(255)));
+        session.update(dice.oneIn(20) ? dice.between(-2, 0) : loads.count(),
+                       dice.oneIn(20) ? nullptr : loads.data(), supports.count(),
+                       dice.oneIn(20) ? nullptr : supports.data(),
+                       dice.oneIn(3) ? anyFloat() : 0.5F, dice.oneIn(2) ? nullptr : passive.data(),
+                       static_cast<int>(cases.size()), dice.oneIn(20) ? nullptr : cases.data(),
+                       dice.oneIn(2) ? nullptr : blob.data());
+    }
+
+    void iterate() {
+        Request request;
+        request.withBlob = dice.oneIn(2);
+        request.penalty = dice.oneIn(4) ? anyFloat() : 3.0F;
+        request.messageLength = dice.oneIn(4) ? dice.between(-2, 40) : 64;
+        request.text = !dice.oneIn(12);
+        request.picture = !dice.oneIn(12);
+        request.change = !dice.oneIn(12);
+        request.times = !dice.oneIn(12);
+        request.mask = !dice.oneIn(12);
+        session.iterate(request);
+    }
+
+    void playGame() {
+        const bool absurd = dice.oneIn(12);
+        const int width = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 9);
+        const int height = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 7);
+        session.createGame(width, height, anyRecords(false), anyRecords(true), dice.between(-1, 3));
+        for (int i = dice.upTo(3); i > 0; --i) {
+            std::vector<float> densities(63, dice.pick({0.0F, 0.5F, 1.0F}));
+            for (float& density : densities) {
+                if (dice.oneIn(9)) density = anyFloat();
+            }
+            session.score(densities);
+        }
+        if (dice.oneIn(2)) session.destroyGame();
+        if (dice.oneIn(4)) session.score({});
+    }
+
+    Session& session;
+    Dice& dice;
+};
+
+}  // namespace
+
+void playWildHost(Session& session, Dice& dice) { WildHost(session, dice).play(); }
+
+}  // namespace soak
