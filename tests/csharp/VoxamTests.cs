@@ -267,6 +267,18 @@ public sealed class VoxamTests
                  "a new one of its own size");
     }
 
+    public void WhatAnEarlierLoadOfTheScriptsLeftIsReplaced()
+    {
+        const int usualId = 0;
+        Native._InitVoxamApp(Width, Height, 1, 1, 0.5f, 1, usualId);
+        using (Optimiser optimiser = Good(2, 2))
+        {
+            for (int i = 0; i < optimiser.Picture.Length; ++i) optimiser.Picture[i] = 77;
+            optimiser.Iterate();
+            That(optimiser.Picture.All(cell => cell < 1.001), "a picture of the new size");
+        }
+    }
+
     public void ThreadsWaitForOneAnother()
     {
         using (Optimiser optimiser = Good())
@@ -299,6 +311,20 @@ public sealed class VoxamTests
             Near(game.Solve(densities), 6, 0.3);  // force squared x length / area
             for (int i = 0; i < 24; ++i)
                 That(i / 6 == 2 ? game.Energies[i] > 0.5 : game.Energies[i] < 1e-3, "energy " + i);
+        }
+    }
+
+    public void ASlidingEdgeLeavesAUniformStress()
+    {
+        // Unit stress along x, unit modulus: the compliance is the area.
+        List<Load> loads = Enumerable.Range(0, 5).Select(
+            y => new Load(6, y, y % 4 == 0 ? 0.5f : 1, 0)).ToList();
+        List<Support> supports = Enumerable.Range(0, 5).Select(
+            y => new Support(0, y, y == 0 ? Directions.XY : Directions.X)).ToList();
+        using (var game = new Game(6, 4, loads, supports))
+        {
+            Near(game.Solve(Enumerable.Repeat(1f, 24).ToArray()), 24, 1e-3);
+            foreach (float energy in game.Energies) Near(energy, 1, 1e-4);
         }
     }
 

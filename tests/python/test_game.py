@@ -45,6 +45,16 @@ def test_energies_are_indexed_y_x():
             assert np.all(np.delete(score.energies, 2, axis=0) < 1e-3)
 
 
+def test_a_sliding_edge_leaves_a_uniform_stress():
+    # Unit stress along x, unit modulus: the compliance is the area.
+    loads = [voxam.Load(6, y, fx=0.5 if y in (0, 4) else 1.0) for y in range(5)]
+    supports = [voxam.Support(0, y, "x") for y in range(5)] + [voxam.Support(0, 0, "y")]
+    with voxam.Game(6, 4, loads, supports) as game:
+        score = game.solve(np.ones((4, 6)))
+    assert score.compliance == pytest.approx(24, rel=1e-5)
+    assert np.allclose(score.energies, 1, rtol=1e-5)
+
+
 def test_load_cases_add_up():
     loads = [voxam.Load(6, 0, 1, 0, 0), voxam.Load(6, 4, 0, 1, 1)]
     solid = np.ones((4, 6))
@@ -68,6 +78,7 @@ def test_an_unsupported_plate_says_so_and_the_game_goes_on():
     (np.ones(6), r"shape \(6,\)"),
     (np.full((2, 3), np.nan), "from 0 .void. to 1"),
     (np.full((2, 3), 255), "from 0 .void. to 1"),
+    (np.full((2, 3), -0.1), "from 0 .void. to 1"),
     ([["a"] * 3] * 2, "an array of numbers"),
 ])
 def test_refuses_wrong_densities(densities, complaint):

@@ -247,6 +247,15 @@ def test_a_forgotten_optimiser_makes_room_for_the_next():
             optimiser.iterate()
 
 
+def test_what_another_copy_of_the_package_left_is_replaced():
+    with voxam._library.exclusive() as library:
+        library._InitVoxamApp(12, 8, 1, 1, 0.5, 1, voxam.Optimiser._restart_id)
+    with voxam.Optimiser(12, 8, subdivision=2, mesh_factor=2) as optimiser:
+        optimiser.update(*cantilever(12, 8))
+        picture = np.full(optimiser.picture_shape, 77, np.float32)
+        assert np.all(optimiser.iterate(out=picture).picture < 1.001)
+
+
 def test_threads_wait_for_one_another(plate):
     def results(count):
         return [plate.iterate().compliance for _ in range(count)]

@@ -139,22 +139,21 @@ class Solver:
     closed, by one thread at a time."""
 
     _destroy_function: ClassVar[str]
-    _alive: ClassVar[Optional[object]] = None  # a token of the one of this kind
+    _alive: ClassVar[bool] = False  # one of this kind
 
     def _claim(self) -> None:
         """Becomes the one of its kind. What another copy of this package may have left in the
         library is destroyed: the library might keep it, with other sizes."""
         kind = type(self)
         with exclusive() as library:
-            if kind._alive is not None:
+            if kind._alive:
                 raise VoxamError(
                     f"there can be one {kind.__name__} in a process: close() the other one first, "
                     "or create each in a with statement"
                 )
-            token = object()
             getattr(library, self._destroy_function)()
-            kind._alive = token
-            self._finalizer = weakref.finalize(self, _release, kind, token)
+            kind._alive = True
+            self._finalizer = weakref.finalize(self, _release, kind)
 
     @contextlib.contextmanager
     def _in_use(self) -> Iterator[Any]:
@@ -181,10 +180,9 @@ class Solver:
         self.close()
 
 
-def _release(kind: Type[Solver], token: object) -> None:
+def _release(kind: Type[Solver]) -> None:
+    """Runs once for each solver: when it is closed, or when nothing refers to it any more."""
     with _lock:
-        if kind._alive is not token or _loaded is None:
-            return
-        kind._alive = None
+        kind._alive = False
         if _process_that_called == os.getpid():
             getattr(_loaded, kind._destroy_function)()
