@@ -90,6 +90,17 @@ def test_reads_discs_rings_and_drawings_alike(tmp_path):
         assert np.array_equal(scenes.read_scene(file).settings[kind], settings[kind])
 
 
+def test_a_ring_begins_where_the_disc_within_it_ends(tmp_path):
+    passive = {"void": [{"x": 12.5, "y": 8.5, "radius": 2}],
+               "solid": [{"x": 12.5, "y": 8.5, "radius": [2, 4]}]}
+    file = tmp_path / "scene.json"
+    file.write_text(json.dumps({**CHANGEFUL, "passive": passive}))
+    settings = scenes.read_scene(file).settings
+    kinds = "".join("o" if settings["void"][8, x] else "#" if settings["solid"][8, x] else "."
+                    for x in range(7, 18))
+    assert kinds == "..##ooo##.."
+
+
 @pytest.mark.parametrize("changes, complaint", [
     ({"volumeFracton": 0.4}, 'unknown key "volumeFracton"; did you mean "volumeFraction"?'),
     ({"volumeFraction": "much"}, "volumeFraction: a number is needed"),
