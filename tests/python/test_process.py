@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -121,11 +122,16 @@ def test_the_example_runs():
 
 
 def test_the_package_installs(tmp_path):
-    shutil.copytree(PACKAGE, tmp_path / "source")
+    shutil.copytree(PACKAGE, tmp_path / "source",
+                    ignore=shutil.ignore_patterns("build", "*.egg-info"))
     done = python("-m", "pip", "install", "--no-index", "--no-deps", "--no-build-isolation",
                   "--target", str(tmp_path / "site"), str(tmp_path / "source"))
     assert done.returncode == 0, done.stderr
     assert (tmp_path / "site" / "voxam" / "py.typed").is_file()
+    metadata, = (tmp_path / "site").glob("voxam-*.dist-info/METADATA")
+    header = (PACKAGE.parents[1] / "SparseMatrixLib" / "voxam.h").read_text()
+    version = re.search(r'VOXAM_VERSION "(.*)"', header).group(1)
+    assert f"Version: {version}\n" in metadata.read_text()
     done = python("-c", CREATE + "; print(voxam.__file__)", PYTHONPATH=str(tmp_path / "site"))
     assert str(tmp_path / "site") in done.stdout
 
