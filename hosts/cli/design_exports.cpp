@@ -81,7 +81,10 @@ void writeExports(const ExportOptions& options, const Field& design, int refinem
         options.thickness.value_or(DEFAULT_THICKNESS * std::min(outline.width, outline.height));
     for (const fs::path& file : options.outlines) {
         writeFile(file, encodeOutline(file, outline, thickness));
-        std::printf("  outline            %s (%zu contours, area %.6g)\n", file.c_str(),
-                    outline.contours.size(), area(outline));
+        std::printf("  outline            %s ", file.c_str());
+        if (outline.contours.empty())
+            std::printf("(empty: no material is half solid)\n");
+        else
+            std::printf("(%zu contours, area %.6g)\n", outline.contours.size(), area(outline));
     }
 }

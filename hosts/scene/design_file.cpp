@@ -27,6 +27,8 @@ public:
         if (!stream) fail(std::string("cannot be read: ") + std::strerror(errno));
         const std::string text{std::istreambuf_iterator<char>(stream), {}};
         std::string_view rest = text;
+        if (rest.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK)
+            rest.remove_prefix(BYTE_ORDER_MARK.size());
         while (!rest.empty()) {
             const auto end = std::min(rest.find('\n'), rest.size());
             readLine(rest.substr(0, end));
@@ -43,6 +45,7 @@ public:
 
 private:
     static constexpr const char* BLANKS = " \t\r";
+    static constexpr std::string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
 
     static std::string_view trimmed(std::string_view text) {
         const auto begin = text.find_first_not_of(BLANKS);
@@ -53,9 +56,11 @@ private:
     void readLine(std::string_view line) {
         ++lineNumber;
         if (trimmed(line).empty()) return;
+        // Where semicolons separate, a comma may be meant to be a decimal point.
+        const char separator = line.find(';') == std::string_view::npos ? ',' : ';';
         std::size_t column = 0;
         for (bool more = true; more; ++column) {
-            const auto end = line.find_first_of(",;");
+            const auto end = line.find(separator);
             values.push_back(readNumber(trimmed(line.substr(0, end)), column + 1));
             more = end != std::string_view::npos;
             if (more) line.remove_prefix(end + 1);

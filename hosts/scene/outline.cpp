@@ -66,8 +66,9 @@ private:
     // An edge between two samples has the number of its top or left end, doubled, and 1 more when
     // it goes down.
     std::size_t edgeNumber(int x, int y, bool down) const {
-        const auto row = static_cast<std::size_t>(y + 1);
-        return 2 * (row * static_cast<std::size_t>(columns + 2) + static_cast<std::size_t>(x + 1)) +
+        const int row = y + 1;
+        return 2 * (static_cast<std::size_t>(row) * static_cast<std::size_t>(columns + 2) +
+                    static_cast<std::size_t>(x + 1)) +
                (down ? 1 : 0);
     }
 

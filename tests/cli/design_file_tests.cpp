@@ -59,7 +59,7 @@ TEST_F(DesignFile, readsWhatOtherProgramsWriteAsCsv) {
         return field;
     }();
     for (const char* text : {"0,1,0.5,1\n1,0,0.25,0\n", "0;1;.5;1\r\n1; 0;2.5e-1 ;0\r\n\r\n",
-                             "\n0,\t1,0.5,1.0\n1,0,0.25,0"}) {
+                             "\xef\xbb\xbf\n0,\t1,0.5,1.0\n1,0,0.25,0"}) {
         EXPECT_EQ(readDesign(write("d.csv", text), 2, 1), expected) << text;
     }
 }
@@ -70,6 +70,7 @@ TEST_F(DesignFile, namesWhatIsWrongWithACsv) {
         const char* error;
     } cases[] = {
         {"0,1\n1,x\n", "d.csv: line 2: column 2: \"x\" is not a number from 0 to 1"},
+        {"0,5;1\n", "line 1: column 1: \"0,5\" is not a number from 0 to 1"},
         {"0,1.5\n", "line 1: column 2: \"1.5\" is not"},
         {"0,nan\n", "line 1: column 2: \"nan\" is not"},
         {"0,1,\n", "line 1: column 3: \"\" is not"},
