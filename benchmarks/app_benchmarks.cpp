@@ -2,10 +2,11 @@
 #include <memory>
 #include <stdexcept>
 
-#include "app_support.h"
 #include "cholmod_floor.h"
 #include "plate_stiffness.h"
 #include "suite.h"
+#include "support/exports.h"
+#include "support/solver_app_inspector.h"
 #include "voxam.h"
 
 namespace {
@@ -24,22 +25,12 @@ test::Settings cantilever(const Plate& plate) {
     return test::cantilever(plate.width, plate.height);
 }
 
-// Adds a block of cells to a record, which counts them at `counter`.
-void addBlock(std::vector<short>& record, size_t counter, int left, int right, int top,
-              int bottom) {
-    for (int x = left; x < right; ++x) {
-        for (int y = top; y < bottom; ++y, ++record[counter]) {
-            record.insert(record.end(), {static_cast<short>(x), static_cast<short>(y)});
-        }
-    }
-}
-
 // A void block above the middle, and a solid bottom row.
 test::Settings withPassiveCells(const Plate& plate) {
     test::Settings settings = cantilever(plate);
-    addBlock(settings.passive, 0, plate.width * 4 / 10, plate.width * 6 / 10, plate.height / 8,
-             plate.height * 3 / 8);
-    addBlock(settings.passive, 1, 0, plate.width, plate.height - 1, plate.height);
+    test::addBlock(settings.passive, 0, plate.width * 4 / 10, plate.width * 6 / 10,
+                   plate.height / 8, plate.height * 3 / 8);
+    test::addBlock(settings.passive, 1, 0, plate.width, plate.height - 1, plate.height);
     return settings;
 }
 
@@ -48,7 +39,7 @@ void addBlob(const Plate& plate, test::Settings& settings) {
     const int size = plate.height / 3;
     const int left = (plate.width - size) / 2;
     const int top = (plate.height - size) / 2;
-    addBlock(settings.blob, 0, left, left + size, top, top + size);
+    test::addBlock(settings.blob, 0, left, left + size, top, top + size);
 }
 
 // The optimiser as a host drives it. There is one at a time.
@@ -69,12 +60,7 @@ public:
                       settings.volumeFraction, 1, 0);
     }
 
-    void send() const {
-        _UpdateVoxamApp(settings.loads.count(), settings.loads.data(), settings.supports.count(),
-                        settings.supports.data(), settings.volumeFraction, settings.passive.data(),
-                        static_cast<int>(settings.loadCases.size()), settings.loadCases.data(),
-                        settings.blob.data());
-    }
+    void send() const { test::update(settings); }
 
     void iterate() {
         _IterateVoxamApp(sizeof text, text, picture.data(), &change, &stat, PENALTY);

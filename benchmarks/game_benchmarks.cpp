@@ -6,7 +6,7 @@
 #include "factor.h"
 #include "plate_stiffness.h"
 #include "suite.h"
-#include "test_support.h"
+#include "support/plates.h"
 #include "voxam.h"
 
 namespace {

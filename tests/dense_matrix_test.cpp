@@ -5,19 +5,17 @@
 #include <functional>
 #include <sstream>
 
-#include "sparse_matrix.h"
-#include "test_support.h"
+#include "support/matrices.h"
 
 namespace {
 
 using kmat::DenseMatrix;
 using test::combination;
+using test::dense;
 using test::distance;
 using test::Matrix;
 
 constexpr std::pair<unsigned, unsigned> SHAPES[] = {{1, 1}, {4, 1}, {1, 5}, {3, 4}, {37, 23}};
-
-DenseMatrix dense(const Matrix& m) { return m.to<DenseMatrix>(); }
 
 // Calls `op` with every mix of named and temporary operands. The result must be `expected`, in the
 // storage of the first temporary, or in new storage with the named operands untouched.
@@ -34,7 +32,12 @@ void checkBinary(const Matrix& a, const Matrix& b, const Matrix& expected, Op op
         EXPECT_EQ(Matrix(result), expected);
         EXPECT_EQ(result.begin() == storage[0], aMoved);
         EXPECT_EQ(result.begin() == storage[1], bMoved && !aMoved);
-        EXPECT_TRUE((aMoved || Matrix(x) == a) && (bMoved || Matrix(y) == b));
+        if (!aMoved) {
+            EXPECT_EQ(Matrix(x), a);
+        }
+        if (!bMoved) {
+            EXPECT_EQ(Matrix(y), b);
+        }
     }
 }
 
@@ -62,19 +65,19 @@ TEST(DenseMatrixTest, OperatorsComputeAndReuseTheStorageOfTemporaries) {
         checkUnary(a, combination(-1, a, 0, a), std::negate<>());
         checkUnary(a, scaled, std::bind_front(std::multiplies<>(), -2.5));
         checkUnary(a, scaled, [](auto&& m) { return std::forward<decltype(m)>(m) * -2.5; });
-
-        DenseMatrix x = dense(a);
-        const DenseMatrix y = dense(b);
-        const double* storage = x.begin();
-        EXPECT_EQ(Matrix(x += y), sum);
-        x.set(a.values.data());
-        EXPECT_EQ(Matrix(x -= y), difference);
-        x.set(a.values.data());
-        EXPECT_EQ(Matrix(x *= 0.5), combination(0.5, a, 0, a));
-        EXPECT_EQ(Matrix(x += x), a);
-        EXPECT_EQ(Matrix(x -= x), Matrix(rows, columns));
-        EXPECT_EQ(x.begin(), storage);
     }
+}
+
+TEST(DenseMatrixTest, AssignmentOperatorsWorkInPlace) {
+    const DenseMatrix y = test::column({1, 2});
+    DenseMatrix x = test::column({5, 8});
+    const double* const storage = x.begin();
+    EXPECT_EQ(test::listOf(x += y), (std::vector<double>{6, 10}));
+    EXPECT_EQ(test::listOf(x -= y), (std::vector<double>{5, 8}));
+    EXPECT_EQ(test::listOf(x *= 0.5), (std::vector<double>{2.5, 4}));
+    EXPECT_EQ(test::listOf(x += x), (std::vector<double>{5, 8}));
+    EXPECT_EQ(test::listOf(x -= x), (std::vector<double>{0, 0}));
+    EXPECT_EQ(x.begin(), storage);
 }
 
 TEST(DenseMatrixTest, ProductsMatchTheTextbookForEveryTranspositionAndZeroSize) {
@@ -103,81 +106,125 @@ TEST(DenseMatrixTest, ProductsMatchTheTextbookForEveryTranspositionAndZeroSize) 
     }
 }
 
-TEST(DenseMatrixTest, ElementWiseWorkReductionsNormsAndTransposes) {
+// Of 37 x 23, more than one step of any unrolled loop.
+class RandomPair : public testing::Test {
+protected:
     test::Random random;
-    for (const auto& [rows, columns] : SHAPES) {
-        const Matrix a(rows, columns, random);
-        const Matrix b(rows, columns, random);
-        Matrix products = a;
-        Matrix quotients = a;
-        Matrix rowSums(rows, 1);
-        Matrix columnSums(columns, 1);
-        double dot = 0.0;
-        double squares = 0.0;
-        for (size_t i = 0; i < a.values.size(); ++i) {
-            dot += products.values[i] *= b.values[i];
-            quotients.values[i] /= b.values[i];
-            squares += a.values[i] * a.values[i];
-            rowSums.values[i % rows] += std::fabs(a.values[i]);
-            columnSums.values[i / rows] += std::fabs(a.values[i]);
-        }
-        const DenseMatrix x = dense(a);
-        DenseMatrix y = dense(b);
-        EXPECT_NEAR(x.dot(y), dot, 1e-12);
-        EXPECT_NEAR(x.length(), std::sqrt(squares), 1e-12);
-        EXPECT_NEAR(x.norm(0), distance(rowSums, Matrix(rows, 1)), 1e-12);
-        EXPECT_NEAR(x.norm(1), distance(columnSums, Matrix(columns, 1)), 1e-12);
-        EXPECT_NEAR(x.norm(2), columns == 1 ? std::sqrt(squares) : -1.0, 1e-12);
-        EXPECT_EQ(Matrix(transposed(x)), transposed(a));
-        EXPECT_EQ(Matrix(transposed(x.copy())), transposed(a));
+    Matrix a{37, 23, random};
+    Matrix b{37, 23, random};
+    DenseMatrix x = dense(a);
+    DenseMatrix y = dense(b);
 
-        DenseMatrix result(rows, columns, 7.0);
-        x.elemMultiply(y, result);
-        EXPECT_EQ(Matrix(result), products);
-        x.elemDivide(y, result);
-        EXPECT_EQ(Matrix(result), quotients);
-        (result = x.copy()).elemMultiply(y);
-        EXPECT_EQ(Matrix(result), products);
-        (result = x.copy()).elemDivide(y);
-        EXPECT_EQ(Matrix(result), quotients);
-        x.multiplyAddTo(-2.0, y);
-        EXPECT_LT(distance(Matrix(y), combination(-2, a, 1, b)), 1e-15);
+    Matrix elementWise(double (*operation)(double, double)) const {
+        Matrix result = a;
+        for (size_t i = 0; i < a.values.size(); ++i) {
+            result.values[i] = operation(a.values[i], b.values[i]);
+        }
+        return result;
     }
+};
+
+using DenseElementsTest = RandomPair;
+
+TEST_F(DenseElementsTest, AreMultiplied) {
+    const Matrix products = elementWise([](double p, double q) { return p * q; });
+    DenseMatrix result(37, 23, 7.0);
+    x.elemMultiply(y, result);
+    EXPECT_EQ(Matrix(result), products);
+    EXPECT_EQ(Matrix(x), a);
+    x.elemMultiply(y);
+    EXPECT_EQ(Matrix(x), products);
 }
 
-TEST(DenseMatrixTest, CarriesAndComparesValuesExactly) {
+TEST_F(DenseElementsTest, AreDivided) {
+    const Matrix quotients = elementWise([](double p, double q) { return p / q; });
+    DenseMatrix result(37, 23, 7.0);
+    x.elemDivide(y, result);
+    EXPECT_EQ(Matrix(result), quotients);
+    EXPECT_EQ(Matrix(x), a);
+    x.elemDivide(y);
+    EXPECT_EQ(Matrix(x), quotients);
+}
+
+TEST_F(DenseElementsTest, AreAddedInMultiples) {
+    x.multiplyAddTo(-2.0, y);
+    EXPECT_LT(distance(Matrix(y), combination(-2, a, 1, b)), 1e-15);
+}
+
+TEST_F(DenseElementsTest, AreTransposed) {
+    EXPECT_EQ(Matrix(transposed(x)), transposed(a));
+    EXPECT_EQ(Matrix(transposed(x.copy())), transposed(a));
+    x.transpose();
+    EXPECT_EQ(Matrix(x), transposed(a));
+}
+
+TEST_F(DenseElementsTest, AreReduced) {
+    double dot = 0.0;
+    double squares = 0.0;
+    for (size_t i = 0; i < a.values.size(); ++i) {
+        dot += a.values[i] * b.values[i];
+        squares += a.values[i] * a.values[i];
+    }
+    EXPECT_NEAR(x.dot(y), dot, 1e-12);
+    EXPECT_NEAR(x.length(), std::sqrt(squares), 1e-12);
+}
+
+TEST(DenseMatrixTest, Norms) {
+    Matrix a(2, 3);
+    a.values = {1, -2, 3, 4, 0, -6};  // rows 1 3 0 and -2 4 -6
+    EXPECT_EQ(dense(a).norm(0), 12.0);
+    EXPECT_EQ(dense(a).norm(1), 7.0);
+    EXPECT_EQ(dense(a).norm(2), -1.0);  // of one column only
+    EXPECT_EQ(test::column({3, -4}).norm(2), 5.0);
+}
+
+TEST(DenseMatrixTest, FillsWithAnyValue) {
+    EXPECT_EQ(test::listOf(DenseMatrix(1, 2, 2.5)), (std::vector{2.5, 2.5}));
     DenseMatrix m(2, 3, NAN);  // unwritten, but of full size
     ASSERT_EQ(m.end() - m.begin(), 6);
     m.fill(NAN);
-    EXPECT_TRUE(std::all_of(m.begin(), m.end(), [](double v) { return std::isnan(v); }));
+    EXPECT_TRUE(test::isUnset(m));
     m.zero();
     EXPECT_EQ(Matrix(m), Matrix(2, 3));
-    EXPECT_EQ(Matrix(DenseMatrix(1, 1, 2.5)).values, std::vector{2.5});
+    EXPECT_TRUE(test::isUnset(kmat::undefinedVector(3)));
+    EXPECT_EQ(kmat::undefinedVector(3).getRows(), 3U);
+}
+
+TEST(DenseMatrixTest, TakesAndGivesNumbersColumnByColumn) {
+    DenseMatrix m(2, 3);
     const std::vector<float> floats = {0.1F, -2.0F, 3e30F, 4.0F, 5.0F, 6.0F};
     std::vector<float> back(6);
     m.set(floats.data());
     m.get(back.data());
     EXPECT_EQ(back, floats);
-    EXPECT_EQ(m(0, 1), static_cast<double>(3e30F));  // column by column
+    EXPECT_EQ(m(0, 1), static_cast<double>(3e30F));
     EXPECT_EQ(m(1, 2), 6.0);
-
-    DenseMatrix changed = m.copy();
-    EXPECT_TRUE(m == changed);
-    changed(1, 2) = std::nextafter(6.0, 7.0);
-    EXPECT_TRUE(m != changed);
-    changed(1, 2) = NAN;
-    EXPECT_TRUE(changed != changed);
-    EXPECT_TRUE(DenseMatrix(2, 3, 1.0) != DenseMatrix(3, 2, 1.0));
-    EXPECT_TRUE(DenseMatrix(0, 3) == DenseMatrix(0, 3));
-    EXPECT_TRUE(DenseMatrix(0, 3) != DenseMatrix(3, 0));
-    changed.zero();
-    changed(0, 1) = 2.0;
-    const kmat::SparseMatrix sparse = changed.toSparse();
-    EXPECT_EQ(sparse.getNumberOfElements(), 1);
-    EXPECT_EQ(*sparse.begin(), (kmat::SparseEntry{0, 1, 2.0}));
+    std::vector<double> doubles(6);
+    m.get(doubles.data());
+    EXPECT_EQ(doubles, std::vector<double>(floats.begin(), floats.end()));
 }
 
-TEST(DenseMatrixTest, MovesLeaveAnEmptyMatrixThatIsSafeToUse) {
+TEST(DenseMatrixTest, EqualityIsExact) {
+    const DenseMatrix m(2, 3, 6.0);
+    DenseMatrix other = m.copy();
+    EXPECT_TRUE(m == other);
+    other(1, 2) = std::nextafter(6.0, 7.0);
+    EXPECT_FALSE(m == other);
+    other(1, 2) = NAN;
+    EXPECT_FALSE(other == other);
+    EXPECT_FALSE(m == DenseMatrix(3, 2, 6.0));
+    EXPECT_TRUE(DenseMatrix(0, 3) == DenseMatrix(0, 3));
+    EXPECT_FALSE(DenseMatrix(0, 3) == DenseMatrix(3, 0));
+    EXPECT_FALSE(DenseMatrix(3, 0) == DenseMatrix(3, 1));
+}
+
+TEST(DenseMatrixTest, SparseFormHoldsWhatIsNotZero) {
+    DenseMatrix m(2, 3, 0.0);
+    m(0, 1) = 2.0;
+    EXPECT_EQ(test::stored(m.toSparse()), (test::Entries{{0, 1, 2.0}}));
+}
+
+TEST(DenseMatrixTest, MovesTakeTheStorage) {
     DenseMatrix x(3, 2, 4.0);
     const double* storage = x.begin();
     DenseMatrix& alias = x;
@@ -189,18 +236,39 @@ TEST(DenseMatrixTest, MovesLeaveAnEmptyMatrixThatIsSafeToUse) {
     swap(y, z);
     EXPECT_EQ(y.begin(), storage);
     EXPECT_TRUE(y == DenseMatrix(3, 2, 4.0));
-    DenseMatrix null(nullptr);
-    for (DenseMatrix* empty : {&x, &z, &null}) {
+    for (const DenseMatrix* empty : {&x, &z}) {
         EXPECT_EQ(empty->begin(), nullptr);
-        empty->fill(1.0);
-        empty->zero();
-        empty->transpose();
-        EXPECT_EQ(Matrix(*empty + *empty * *empty), Matrix(0, 0));
-        EXPECT_EQ(empty->length(), 0.0);
+        EXPECT_EQ(empty->getRows(), 0U);
+        EXPECT_EQ(empty->getColumns(), 0U);
     }
 }
 
-TEST(DenseMatrixTest, PrintsRowsBetweenBrackets) {
+TEST(DenseMatrixTest, EmptyMatricesAreSafeToUse) {
+    DenseMatrix empty(nullptr);
+    EXPECT_EQ(empty.begin(), nullptr);
+    empty.fill(1.0);
+    empty.zero();
+    empty.transpose();
+    EXPECT_EQ(Matrix(empty + empty * empty), Matrix(0, 0));
+    EXPECT_EQ(empty.length(), 0.0);
+}
+
+// Of sums only the numbers of values must agree.
+TEST(DenseMatrixDeathTest, SumsOfDifferentSizesStopTheProcess) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const DenseMatrix small(2, 2);
+    const DenseMatrix large(2, 3);
+    const std::string report =
+        "SparseMatrixLib/dense_matrix.cpp:[0-9]+: operator\\+=: Assertion `size\\(\\) == "
+        "RHS\\.size\\(\\)' failed";
+    EXPECT_DEATH(large + small, report);
+    EXPECT_DEATH(small + large, report);
+    EXPECT_DEATH(large - small, report);
+    EXPECT_DEATH(small - large.copy(), report);
+    EXPECT_EQ((large + transposed(large)).getColumns(), 2U);  // reuses the temporary
+}
+
+TEST(DenseMatrixTest, PrintsRowsBetweenBracketsAfterASummary) {
     DenseMatrix square(2, 2, 2.0);
     square(1, 0) = 1e20;
     square(0, 1) = -1.23456789;

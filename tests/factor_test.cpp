@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "kmat_exception.h"
-#include "test_support.h"
+#include "support/matrices.h"
 
 namespace {
 
@@ -59,55 +59,96 @@ void expectFailure(const char* text) {
     KmatException::clearLastException();
 }
 
-TEST(FactorTest, SolvesRefactorisesAndRecoversFromABadDiagonal) {
+struct Size {
+    unsigned n;
+    double density;
+};
+
+void PrintTo(const Size& size, std::ostream* out) { *out << size.n << " " << size.density; }
+
+// Small and sparse systems get a simplicial factor, the large dense one a supernodal.
+class FactorTest : public testing::TestWithParam<Size> {
+protected:
     test::Random random;
-    // Small and sparse ones get a simplicial factor, the large dense one a supernodal.
-    for (const auto& [n, density] : {std::pair{1U, 0.0}, {7U, 0.5}, {60U, 0.05}, {130U, 1.0}}) {
-        SCOPED_TRACE(n);
-        System system(n, density, random);
-        Factor factor;
-        EXPECT_FALSE(factor.isInitialized());
-        factor = system.A.analyze();
-        EXPECT_TRUE(factor.isInitialized());
-        for (const double bad : {-1.0, 0.0}) {
-            factor.factorize(system.A);
-            system.checkSolutions(factor);
-            system.checkSolutions(system.A);
-            system.A.getValue(n - 1, n - 1) = bad;
-            factor.factorize(system.A);
-            expectFailure("not positive definite");
-            solve(system.A, system.b);  // leaves the failure pending
-            expectFailure("not positive definite");
-            for (double& v : system.a.values) v *= 1.5;
-            system.A.zero();
-            addUpper(system.A, system.a);
-        }
+    System system{GetParam().n, GetParam().density, random};
+    Factor factor = system.A.analyze();
+};
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FactorTest,
+                         testing::Values(Size{1, 0.0}, Size{7, 0.5}, Size{60, 0.05},
+                                         Size{130, 1.0}));
+
+TEST_P(FactorTest, Solves) {
+    factor.factorize(system.A);
+    system.checkSolutions(factor);
+    system.checkSolutions(system.A);
+}
+
+TEST_P(FactorTest, RefusesADiagonalThatIsNotPositive) {
+    const unsigned last = GetParam().n - 1;
+    for (const double bad : {-1.0, 0.0}) {
+        system.A.getValue(last, last) = bad;
+        factor.factorize(system.A);
+        expectFailure("not positive definite");
+        solve(system.A, system.b);  // leaves the failure pending
+        expectFailure("not positive definite");
+        solve(system.A, system.b.toSparse());
+        expectFailure("not positive definite");
     }
 }
 
-TEST(FactorTest, MovesAndMisuseAreReportedNotFatal) {
+TEST_P(FactorTest, FactorisesAgainAlsoAfterAFailure) {
+    system.A.getValue(0, 0) = -1.0;
+    factor.factorize(system.A);
+    expectFailure("not positive definite");
+    for (double& v : system.a.values) v *= 1.5;
+    system.A.zero();
+    addUpper(system.A, system.a);
+    factor.factorize(system.A);
+    system.checkSolutions(factor);
+}
+
+TEST(FactorStateTest, IsInitialisedByTheAnalysisAndMovedWhole) {
     test::Random random;
     const System system(5, 0.5, random);
+    EXPECT_FALSE(Factor().isInitialized());
     Factor source = system.A.analyze();
+    EXPECT_TRUE(source.isInitialized());
     source.factorize(system.A);
     Factor moved(std::move(source));
+    EXPECT_FALSE(source.isInitialized());
     Factor& alias = moved;
     moved = std::move(alias);
     Factor target = system.A.analyze();
     target = std::move(moved);
-    EXPECT_FALSE(source.isInitialized() || moved.isInitialized());
+    EXPECT_FALSE(moved.isInitialized());
     system.checkSolutions(target);
-    for (const auto& [factor, rows] : {std::pair{&moved, 5U}, {&target, 4U}}) {
+}
+
+TEST(FactorStateTest, MissingArgumentsAreReportedNotFatal) {
+    test::Random random;
+    const System system(5, 0.5, random);
+    Factor empty;
+    empty.factorize(system.A);
+    expectFailure("argument missing");
+    Factor factor = system.A.analyze();
+    factor.factorize(SparseMatrix(nullptr));
+    expectFailure("argument missing");
+}
+
+TEST(FactorStateTest, ASolveThatCannotBeGivesTheEmptyMatrixAndAText) {
+    test::Random random;
+    const System system(5, 0.5, random);
+    const Factor empty;
+    Factor factor = system.A.analyze();
+    factor.factorize(system.A);
+    for (const auto& [unfit, rows] : {std::pair{&empty, 5U}, {&std::as_const(factor), 4U}}) {
         kmat::errorHandler(0, "", 0, "");
-        EXPECT_EQ(Matrix(solve(*factor, DenseMatrix(rows, 1, 1.0))), Matrix(0, 0));
+        EXPECT_EQ(Matrix(solve(*unfit, DenseMatrix(rows, 1, 1.0))), Matrix(0, 0));
         EXPECT_NE(ConfigSingleton::getLastError(), "");
-        EXPECT_EQ(solve(*factor, DenseMatrix(rows, 1, 1.0).toSparse()).getRows(), 0U);
+        EXPECT_EQ(solve(*unfit, DenseMatrix(rows, 1, 1.0).toSparse()).getRows(), 0U);
         EXPECT_EQ(KmatException::getLastException(), nullptr);
     }
-    moved.factorize(system.A);
-    expectFailure("argument missing");
-    target.factorize(SparseMatrix(nullptr));
-    expectFailure("argument missing");
 }
 
 }  // namespace

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "test_support.h"
-#include "voxam.h"
+#include "support/exports.h"
 
 namespace {
 
@@ -23,10 +22,8 @@ std::string textOfIteration() {
 // What a host sees after a refusal, and that the next small plate is none the worse for it.
 void expectRefusal() {
     EXPECT_EQ(textOfIteration(), "No optimiser: call _InitVoxamApp first");
-    const test::Settings settings = test::cantilever(3, 2);
     _InitVoxamApp(3, 2, 1, 1, 0.5F, 1, 0);
-    _UpdateVoxamApp(settings.loads.count(), settings.loads.data(), settings.supports.count(),
-                    settings.supports.data(), 0.5F, nullptr, 1, settings.loadCases.data(), nullptr);
+    test::update(test::cantilever(3, 2));
     EXPECT_EQ(textOfIteration(), "");
     _DestroyVoxamApp();
 }

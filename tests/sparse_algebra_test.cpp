@@ -5,16 +5,20 @@
 #include <sstream>
 
 #include "kmat_exception.h"
-#include "sparse_matrix.h"
-#include "test_support.h"
+#include "support/matrices.h"
 
 namespace {
 
 using kmat::DenseMatrix;
 using kmat::SparseMatrix;
+using test::built;
 using test::combination;
 using test::distance;
+using test::Entries;
 using test::Matrix;
+using test::stored;
+using test::triplets;
+using test::valuesOf;
 using testing::HasSubstr;
 
 // Random values of which half are 0 and will not be stored.
@@ -32,30 +36,6 @@ Matrix square(std::vector<double> columnMajor) {
     Matrix result(n, n);
     result.values = std::move(columnMajor);
     return result;
-}
-
-SparseMatrix triplets(const Matrix& m, bool symmetric) {
-    SparseMatrix result(m.rows, m.columns, symmetric, 0);
-    for (unsigned c = 0; c < m.columns; ++c) {
-        for (unsigned r = 0; r < (symmetric ? c + 1 : m.rows); ++r) {
-            if (m(r, c) != 0.0) result.getValue(r, c) += m(r, c);
-        }
-    }
-    return result;
-}
-
-SparseMatrix built(const Matrix& m, bool symmetric = false) {
-    SparseMatrix result = triplets(m, symmetric);
-    result.build();
-    return result;
-}
-
-Matrix valuesOf(const SparseMatrix& m) { return Matrix(m.toDense()); }
-
-std::vector<kmat::SparseEntry> stored(const SparseMatrix& m) {
-    std::vector<kmat::SparseEntry> entries;
-    for (const auto& entry : m) entries.push_back(entry);
-    return entries;
 }
 
 bool storesLowerTriangle(const SparseMatrix& m) {
@@ -77,7 +57,6 @@ void checkBinary(const SparseMatrix& a, const SparseMatrix& b, double sign, Op o
         EXPECT_EQ(valuesOf(result), expected);
         EXPECT_EQ(storesLowerTriangle(result), storesLowerTriangle(a) || storesLowerTriangle(b));
         EXPECT_EQ(result.getValue(3, 1), expected(3, 1));  // the views are those of the result
-        using Entries = std::vector<kmat::SparseEntry>;    // of what the operands are left with
         EXPECT_EQ(stored(*left[0]), aMoved ? Entries() : stored(a));
         EXPECT_EQ(stored(*left[1]), bMoved && !aMoved ? Entries() : stored(b));
     }
@@ -108,39 +87,75 @@ TEST(SparseAlgebraTest, SumsDifferencesAndScalingInEveryValueCategory) {
     }
 }
 
-TEST(SparseAlgebraTest, ProductsAndTransposesMatchTheTextbook) {
-    constexpr unsigned sizes[][3] = {{1, 1, 1}, {6, 5, 4}, {3, 8, 11}, {7, 7, 7}};
-    test::Random random;
-    for (const auto& [m, k, n] : sizes) {
-        for (const bool symmetric : {m == k, false}) {
-            const Matrix a = sample(m, k, symmetric, random);
-            const Matrix b = sample(k, n, false, random);
-            const Matrix ab = product(a, b);
-            const SparseMatrix A = built(a, symmetric);
-            const SparseMatrix B = built(b);
-            SparseMatrix AB = A * B;
-            EXPECT_LT(distance(valuesOf(AB), ab), 1e-14);
-            EXPECT_LT(distance(Matrix(A * b.to<DenseMatrix>()), ab), 1e-14);
-            EXPECT_LT(distance(Matrix(a.to<DenseMatrix>() * B), ab), 1e-14);
-            EXPECT_LT(distance(valuesOf(transposed(AB)), transposed(ab)), 1e-14);  // unsymmetric
-            EXPECT_LT(distance(valuesOf(transposed(AB.copy())), transposed(ab)), 1e-14);
-            AB.transpose();
-            EXPECT_LT(distance(valuesOf(AB), transposed(ab)), 1e-14);
-            EXPECT_NEAR(AB.getValue(n - 1, 0), ab(0, n - 1), 1e-14);
+struct Shape {
+    unsigned m, k, n;
+    bool symmetric;
+};
 
-            for (const bool transpose : {false, true}) {
-                const Matrix op = transpose ? transposed(a) : a;
-                const Matrix x(op.columns, n, random);
-                const Matrix y(op.rows, n, random);
-                const Matrix opX = product(op, x);
-                DenseMatrix Y = y.to<DenseMatrix>();
-                A.multiply(transpose, 1.5, 0.25, x.to<DenseMatrix>(), Y);
-                EXPECT_LT(distance(Matrix(Y), combination(1.5, opX, 0.25, y)), 1e-14);
-                const Matrix scaled(A.multiply(transpose, -2.0, x.to<DenseMatrix>()));
-                EXPECT_LT(distance(scaled, combination(-2, opX, 0, opX)), 1e-14);
-            }
-        }
+void PrintTo(const Shape& s, std::ostream* out) {
+    *out << s.m << " x " << s.k << (s.symmetric ? " symmetric" : "") << " times " << s.n;
+}
+
+// A is m x k and B k x n, each half full.
+class SparseProductTest : public testing::TestWithParam<Shape> {
+protected:
+    const unsigned m = GetParam().m;
+    const unsigned k = GetParam().k;
+    const unsigned n = GetParam().n;
+    test::Random random;
+    const Matrix a = sample(m, k, GetParam().symmetric, random);
+    const Matrix b = sample(k, n, false, random);
+    const Matrix ab = product(a, b);
+    const SparseMatrix A = built(a, GetParam().symmetric);
+    const SparseMatrix B = built(b);
+};
+
+INSTANTIATE_TEST_SUITE_P(Shapes, SparseProductTest,
+                         testing::Values(Shape{1, 1, 1, false}, Shape{6, 5, 4, false},
+                                         Shape{3, 8, 11, false}, Shape{7, 7, 7, false},
+                                         Shape{1, 1, 2, true}, Shape{7, 7, 3, true}));
+
+TEST_P(SparseProductTest, MatchesTheTextbook) {
+    EXPECT_LT(distance(valuesOf(A * B), ab), 1e-14);
+    EXPECT_LT(distance(Matrix(A * b.to<DenseMatrix>()), ab), 1e-14);
+    EXPECT_LT(distance(Matrix(a.to<DenseMatrix>() * B), ab), 1e-14);
+}
+
+TEST_P(SparseProductTest, IsStoredUnsymmetricAndTransposed) {
+    SparseMatrix AB = A * B;
+    EXPECT_LT(distance(valuesOf(transposed(AB)), transposed(ab)), 1e-14);
+    EXPECT_LT(distance(valuesOf(transposed(AB.copy())), transposed(ab)), 1e-14);
+    AB.transpose();
+    EXPECT_LT(distance(valuesOf(AB), transposed(ab)), 1e-14);
+    EXPECT_NEAR(AB.getValue(n - 1, 0), ab(0, n - 1), 1e-14);  // its views are the new ones
+}
+
+TEST_P(SparseProductTest, ScalesTransposesAndAdds) {
+    for (const bool transpose : {false, true}) {
+        const Matrix op = transpose ? transposed(a) : a;
+        const Matrix x(op.columns, n, random);
+        const Matrix y(op.rows, n, random);
+        const Matrix opX = product(op, x);
+        DenseMatrix Y = y.to<DenseMatrix>();
+        A.multiply(transpose, 1.5, 0.25, x.to<DenseMatrix>(), Y);
+        EXPECT_LT(distance(Matrix(Y), combination(1.5, opX, 0.25, y)), 1e-14);
+        const Matrix scaled(A.multiply(transpose, -2.0, x.to<DenseMatrix>()));
+        EXPECT_LT(distance(scaled, combination(-2, opX, 0, opX)), 1e-14);
     }
+}
+
+TEST(SparseAlgebraTest, TransposingInPlaceKeepsAMatrixThatIsNotBuilt) {
+    SparseMatrix list = triplets(square({1, 2, 3, 4}), false);
+    const Entries before = stored(list);
+    list.transpose();
+    EXPECT_EQ(list.getMatrixState(), kmat::INIT);
+    EXPECT_EQ(stored(list), before);
+    SparseMatrix sized(3, 2, false, 0);
+    sized.transpose();
+    EXPECT_EQ(sized.getRows(), 3U);
+    EXPECT_EQ(sized.getMatrixState(), kmat::UNINITIALIZED);
+    sized.getValue(2, 1) += 5.0;  // and it can still be filled
+    EXPECT_EQ(stored(sized), (Entries{{2, 1, 5.0}}));
 }
 
 TEST(SparseAlgebraTest, WhatCholmodRefusesGivesTheEmptyMatrix) {
@@ -158,71 +173,125 @@ TEST(SparseAlgebraTest, WhatCholmodRefusesGivesTheEmptyMatrix) {
     EXPECT_EQ(kmat::KmatException::getLastException(), nullptr);
 }
 
-TEST(SparseAlgebraTest, FixesDegreesOfFreedomSumsRowsDropsAndSymmetrises) {
+// Half full, with a diagonal of 2 of which (4, 4) is not stored; stored as symmetric or not.
+class SparseOperatorTest : public testing::TestWithParam<bool> {
+protected:
     test::Random random;
-    for (const bool symmetric : {false, true}) {
-        Matrix a = sample(6, 6, symmetric, random);
-        for (unsigned i = 0; i < 6; ++i) a(i, i) = i == 4 ? 0.0 : 2.0;  // (4, 4) is not stored
-        const double fixed[] = {1, 0, 0.5, 1, 0, 1};
-        Matrix restrained = a;
-        Matrix sums(DenseMatrix(6, 1, 0.25));  // is added to
-        Matrix kept = a;
-        for (unsigned i = 0; i < 36; ++i) {
-            sums(i % 6, 0) += a.values[i];
-            restrained.values[i] *= fixed[i % 6] * fixed[i / 6];
-            if (kept.values[i] <= a(3, 2)) kept.values[i] = 0.0;
-        }
-        restrained(1, 1) = 1.0;
-        DenseMatrix column(6, 1);
-        column.set(fixed);
-        SparseMatrix m = built(a, symmetric);
-        m.setNullSpace(column);
-        EXPECT_EQ(valuesOf(m), restrained);
+    Matrix a = sample(6, 6, GetParam(), random);
+    SparseMatrix m{nullptr};
 
-        column.fill(0.25);
-        m = built(a, symmetric);
-        m.sumRows(column);
-        EXPECT_LT(distance(Matrix(column), sums), 1e-15);
-        m.dropSmallEntries(a(3, 2));  // and what equals the tolerance
-        EXPECT_EQ(valuesOf(m), kept);
-        EXPECT_EQ(m.hasElement(3, 2), kept(3, 2) > 0.0);
-        EXPECT_EQ(m.getValue(3, 3), 2.0);
-
-        m = built(a);
-        m.symmetrize();
-        EXPECT_FALSE(storesLowerTriangle(m));
-        EXPECT_EQ(m.getValue(5, 1), a(1, 5));
-        EXPECT_EQ(valuesOf(m) == a, symmetric);
+    SparseOperatorTest() {
+        for (unsigned i = 0; i < 6; ++i) a(i, i) = i == 4 ? 0.0 : 2.0;
+        m = built(a, GetParam());
     }
+};
+
+INSTANTIATE_TEST_SUITE_P(Storage, SparseOperatorTest, testing::Bool());
+
+TEST_P(SparseOperatorTest, FixedDegreesOfFreedomKeepADiagonalOfOne) {
+    const std::vector<double> free = {1, 0, 0.5, 1, 0, 1};
+    for (unsigned i = 0; i < 36; ++i) a.values[i] *= free[i % 6] * free[i / 6];
+    a(1, 1) = 1.0;
+    m.setNullSpace(test::column(free));
+    EXPECT_EQ(valuesOf(m), a);
 }
 
-TEST(SparseAlgebraTest, CopiesComparesAndTakesNorms) {
-    const SparseMatrix m = built(square({2, 1, 1, -3}), true);
+TEST_P(SparseOperatorTest, RowSumsAreAdded) {
+    DenseMatrix sums(6, 1, 0.25);
+    m.sumRows(sums);
+    Matrix expected = test::rowSums(a);
+    for (double& v : expected.values) v += 0.25;
+    EXPECT_LT(distance(Matrix(sums), expected), 1e-15);
+}
+
+TEST_P(SparseOperatorTest, EntriesUpToTheToleranceAreDropped) {
+    constexpr double tolerance = 0.4;
+    a(3, 2) = a(2, 3) = tolerance;
+    m = built(a, GetParam());
+    m.dropSmallEntries(tolerance);
+    for (double& v : a.values) v = v > tolerance ? v : 0.0;
+    EXPECT_EQ(valuesOf(m), a);
+    EXPECT_FALSE(m.hasElement(3, 2));
+    EXPECT_EQ(m.getValue(3, 3), 2.0);  // the views are those of what is left
+}
+
+TEST_P(SparseOperatorTest, SymmetrisingKeepsTheUpperTriangle) {
+    m = built(a);
+    m.symmetrize();
+    EXPECT_FALSE(storesLowerTriangle(m));
+    Matrix mirrored = a;
+    for (unsigned i = 0; i < 36; ++i) {
+        if (i % 6 > i / 6) mirrored(i % 6, i / 6) = a(i / 6, i % 6);
+    }
+    EXPECT_EQ(valuesOf(m), mirrored);
+    EXPECT_EQ(m.getValue(5, 1), a(1, 5));
+}
+
+TEST(SparseAlgebraTest, OperatorsOnAMatrixThatIsNotBuiltDoNothing) {
+    SparseMatrix list = triplets(square({1, 2, 3, 4}), false);
+    const Entries before = stored(list);
+    DenseMatrix sums = test::column({7, 8});
+    list.sumRows(sums);
+    list.setNullSpace(sums);
+    list.symmetrize();
+    EXPECT_EQ(test::listOf(sums), (std::vector<double>{7, 8}));
+    EXPECT_EQ(stored(list), before);
+}
+
+TEST(SparseAlgebraTest, Norms) {
+    const SparseMatrix symmetric = built(square({2, 1, 1, -3}), true);
+    EXPECT_EQ(symmetric.norm(0), 4.0);
+    EXPECT_EQ(symmetric.norm(1), 4.0);
     const SparseMatrix rows = built(square({0, 5, 1, -3}));
-    EXPECT_EQ(m.norm(0) + m.norm(1), 8.0);
     EXPECT_EQ(rows.norm(0), 8.0);
     EXPECT_EQ(rows.norm(1), 5.0);
+}
 
-    EXPECT_TRUE(m == m && m == built(square({2, 1, 1, -3})));
-    EXPECT_TRUE(m == built(square({2, 1, 9, 1, -3, 9, 9, 9, 9})));  // B may be larger
+TEST(SparseAlgebraTest, EqualityIsExactOverThePositionsOfTheFirst) {
+    const SparseMatrix m = built(square({2, 1, 1, -3}), true);
+    EXPECT_TRUE(m == m);
+    EXPECT_TRUE(m == built(square({2, 1, 1, -3})));
+    EXPECT_TRUE(m == built(square({2, 1, 9, 1, -3, 9, 9, 9, 9})));  // the second may be larger
     for (const double other : {0.0, std::nextafter(1.0, 2.0), std::nan("")}) {
-        EXPECT_TRUE(m != built(square({2, 1, other, -3}))) << other;
+        EXPECT_FALSE(m == built(square({2, 1, other, -3}))) << other;
     }
+    EXPECT_TRUE(SparseMatrix(nullptr) == m);
+    EXPECT_TRUE(m != SparseMatrix(nullptr));
+}
+
+TEST(SparseAlgebraTest, AStoredZeroEqualsOneThatIsNotStored) {
     SparseMatrix withZero = built(square({2, 1, 0, 0}));
     withZero.getValue(1, 0) = 0.0;
+    ASSERT_TRUE(withZero.hasElement(1, 0));
     EXPECT_TRUE(withZero == built(square({2, 0, 0, 0})));
-    EXPECT_TRUE(SparseMatrix(nullptr) == m);
+    EXPECT_TRUE(built(square({2, 0, 0, 0})) == withZero);
+}
 
-    SparseMatrix sources[] = {triplets(square({1, 2, 3, 4}), false), m.copy(),
-                              SparseMatrix(3, 2, false, 0), SparseMatrix(nullptr)};
+TEST(SparseAlgebraTest, CopiesOfEveryFormAreIndependent) {
+    SparseMatrix sources[] = {triplets(square({1, 2, 3, 4}), false),
+                              built(square({2, 1, 1, -3}), true), SparseMatrix(3, 2, false, 0),
+                              SparseMatrix(nullptr)};
     for (SparseMatrix& source : sources) {
-        const SparseMatrix copy = source.copy();
+        const Entries before = stored(source);
+        SparseMatrix copy = source.copy();
         EXPECT_EQ(copy.getMatrixState(), source.getMatrixState());
         EXPECT_EQ(copy.getRows(), source.getRows());
-        EXPECT_EQ(stored(copy), stored(source));
-        source.getValue(0, 0) += 1.0;  // shows in the source alone
-        EXPECT_EQ(stored(copy) != stored(source), source.getNumberOfElements() > 0);
+        EXPECT_EQ(copy.getColumns(), source.getColumns());
+        EXPECT_EQ(stored(copy), before);
+        source.getValue(0, 0) += 1.0;
+        EXPECT_EQ(stored(copy), before);
     }
+    EXPECT_EQ(sources[1].copy().getValue(1, 0), 1.0);  // still symmetric
+}
+
+TEST(SparseAlgebraTest, ACopiedListGrowsOn) {
+    SparseMatrix list(2, 2, false, 3);
+    for (int i = 0; i < 3; ++i) list.getValue(1, 1) += 1.0;
+    SparseMatrix copy = list.copy();
+    for (int i = 0; i < 9; ++i) copy.getValue(0, 1) += 1.0;
+    EXPECT_EQ(copy.getNumberOfElements(), 12);
+    copy.build();
+    EXPECT_EQ(stored(copy), (Entries{{0, 1, 9.0}, {1, 1, 3.0}}));
 }
 
 TEST(SparseAlgebraTest, PrintsTripletsOrTheStoredRows) {

@@ -3,29 +3,26 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdint>
+#include <new>
 #include <thread>
 #include <tuple>
 
-#include "test_support.h"
+#include "support/matrices.h"
 
 namespace {
 
 using kmat::ConfigSingleton;
 using kmat::SparseMatrix;
+using test::Entries;
 using test::Matrix;
-using Entries = std::vector<kmat::SparseEntry>;
+using test::stored;
 
 SparseMatrix filled(unsigned rows, unsigned columns, int stype, const Entries& entries) {
     SparseMatrix result(rows, columns, stype != 0, 1);
     if (stype < 0) result.setSymmetry(kmat::SYMMETRIC_LOWER);
     for (const auto& [r, c, v] : entries) result.getValue(r, c) += v;
     return result;
-}
-
-Entries stored(const SparseMatrix& m) {
-    Entries entries;
-    for (const auto& entry : m) entries.push_back(entry);
-    return entries;
 }
 
 TEST(SparseMatrixTest, RandomTripletsSumUpAsInTheDenseReferenceAlsoWhenRefilled) {
@@ -86,42 +83,76 @@ TEST(SparseMatrixTest, CapacityFollowsTheSizeAndGrowsByHalf) {
     EXPECT_EQ(capacityAfter({65536, 65537, false, 0}, 1), 100000U);  // above 2^32
 }
 
-TEST(SparseMatrixTest, StatesFromSizedToMovedFrom) {
+TEST(SparseMatrixTest, GoesFromSizedOverTripletsToBuilt) {
     SparseMatrix m(3, 3, true, 0);
     EXPECT_EQ(m.getMatrixState(), kmat::UNINITIALIZED);
     EXPECT_EQ(m.getNumberOfElements(), 0);
-    for (int i = 0; i < 2; ++i) m.getValue(0, 1) += 1.5;
+    EXPECT_TRUE(m.allocateTriplets());
     EXPECT_EQ(m.getMatrixState(), kmat::INIT);
+    for (int i = 0; i < 2; ++i) m.getValue(0, 1) += 1.5;
     EXPECT_EQ(m.getNumberOfElements(), 2);
     m.build();
     EXPECT_EQ(m.getMatrixState(), kmat::BUILT);
-    EXPECT_EQ(m.getNumberOfElements(), 1);
+    EXPECT_EQ(stored(m), (Entries{{0, 1, 3.0}}));
+    EXPECT_FALSE(m.allocateTriplets());
+}
+
+TEST(SparseMatrixTest, IsSymmetricOnlyWhenSquare) {
+    SparseMatrix square = filled(3, 3, 1, {{0, 1, 3.0}});
+    square.build();
+    EXPECT_EQ(square.getValue(1, 0), 3.0);
+    SparseMatrix wide(2, 3, true, 0);
+    wide.getValue(1, 0) += 4.0;
+    wide.build();
+    EXPECT_EQ(wide.getValue(0, 1), 0.0);
+    EXPECT_EQ(wide.getValue(1, 0), 4.0);
+}
+
+TEST(SparseMatrixTest, ASecondBuildStartsFromNothing) {
+    SparseMatrix m(cholmod_speye(2, 3, CHOLMOD_REAL, ConfigSingleton::getCommonPtr()));
+    EXPECT_EQ(m.getMatrixState(), kmat::BUILT);
+    EXPECT_EQ(stored(m), (Entries{{0, 0, 1.0}, {1, 1, 1.0}}));
+    m.build();
+    EXPECT_EQ(m.getMatrixState(), kmat::BUILT);
+    EXPECT_EQ(stored(m), Entries());
+    EXPECT_FALSE(m.hasElement(1, 1));
+}
+
+TEST(SparseMatrixTest, SwapsAndMovesCarryEverything) {
+    SparseMatrix m = filled(3, 3, 1, {{0, 1, 3.0}});
+    m.build();
     SparseMatrix& alias = m;
     m = std::move(alias);
     SparseMatrix target = filled(2, 5, 0, {{1, 4, 7.0}});
     swap(m, target);
     EXPECT_EQ(stored(m), (Entries{{1, 4, 7.0}}));
     EXPECT_EQ(m.getColumns(), 5U);
+    m.getValue(0, 2) += 1.0;  // it is still a list
+    EXPECT_EQ(stored(m), (Entries{{1, 4, 7.0}, {0, 2, 1.0}}));
     EXPECT_EQ(target.getValue(1, 0), 3.0);  // the mirror image: still symmetric
     m = std::move(target);
+    EXPECT_EQ(target.getMatrixState(), kmat::DESTROYED);
     SparseMatrix last(std::move(m));
+    EXPECT_EQ(m.getMatrixState(), kmat::DESTROYED);
     EXPECT_EQ(last.getRows(), 3U);
     EXPECT_EQ(last.getValue(1, 0), 3.0);
+}
+
+TEST(SparseMatrixTest, MatricesWithoutASizeAreSafeToUse) {
+    SparseMatrix moved = filled(3, 3, 1, {{0, 1, 3.0}});
+    const SparseMatrix taken(std::move(moved));
     SparseMatrix sizeless(0, 0, false, 0);
     SparseMatrix null(nullptr);
-    for (SparseMatrix* empty : {&m, &target, &sizeless, &null}) {
+    for (SparseMatrix* empty : {&moved, &sizeless, &null}) {
         EXPECT_EQ(empty->getMatrixState(), kmat::DESTROYED);
-        EXPECT_EQ(empty->getRows() + empty->getColumns(), 0U);
+        EXPECT_EQ(empty->getRows(), 0U);
+        EXPECT_EQ(empty->getColumns(), 0U);
         EXPECT_EQ(empty->getValue(0, 0), 0.0);
-        EXPECT_TRUE(stored(*empty).empty());
+        EXPECT_EQ(empty->getValues(), nullptr);
+        EXPECT_EQ(stored(*empty), Entries());
+        empty->zero();
+        empty->increaseTripletCapacity();
     }
-    SparseMatrix adopted(cholmod_speye(2, 3, CHOLMOD_REAL, ConfigSingleton::getCommonPtr()));
-    EXPECT_EQ(adopted.getMatrixState(), kmat::BUILT);
-    EXPECT_EQ(stored(adopted), (Entries{{0, 0, 1.0}, {1, 1, 1.0}}));
-    adopted.build();  // a second time starts from nothing
-    EXPECT_EQ(adopted.getMatrixState(), kmat::BUILT);
-    EXPECT_TRUE(stored(adopted).empty());
-    EXPECT_FALSE(adopted.hasElement(1, 1));
 }
 
 TEST(SparseMatrixTest, WritesOutsideThePatternAreDropped) {
@@ -171,6 +202,34 @@ TEST(SparseMatrixTest, AppendPutsAllTripletsBehindItsOwn) {
     EXPECT_EQ(stored(sum), all);
     sum.build();
     EXPECT_EQ(stored(sum), (Entries{{2, 0, 2.0}, {0, 1, 1.0}, {1, 2, 4.5}}));
+}
+
+TEST(SparseMatrixTest, AppendLeavesABuiltMatrix) {
+    SparseMatrix m = filled(3, 3, 0, {{0, 1, 1.0}});
+    m.build();
+    m.append(filled(3, 3, 0, {{1, 1, 2.0}}));
+    EXPECT_EQ(stored(m), (Entries{{0, 1, 1.0}}));
+    SparseMatrix list = filled(3, 3, 0, {{1, 1, 2.0}});
+    list.append(m);  // what is built is no list
+    EXPECT_EQ(stored(list), (Entries{{1, 1, 2.0}}));
+}
+
+TEST(SparseColumnWriterTest, MakesABuiltMatrix) {
+    kmat::SparseColumnWriter writer(3, 3, kmat::SYMMETRIC_UPPER, 4);
+    writer.add(0, 5.0);
+    writer.endColumn();
+    writer.endColumn();
+    writer.add(0, 1.0);
+    writer.add(2, 6.0);
+    writer.endColumn();
+    SparseMatrix m = writer.finish();
+    EXPECT_EQ(m.getMatrixState(), kmat::BUILT);
+    EXPECT_EQ(stored(m), (Entries{{0, 0, 5.0}, {0, 2, 1.0}, {2, 2, 6.0}}));
+    EXPECT_EQ(m.getValue(2, 0), 1.0);
+}
+
+TEST(SparseColumnWriterTest, ThrowsWhenMemoryDoesNotSuffice) {
+    EXPECT_THROW(kmat::SparseColumnWriter(3, 3, kmat::ASYMMETRIC, SIZE_MAX / 2), std::bad_alloc);
 }
 
 }  // namespace

@@ -11,7 +11,8 @@
 
 #include "hash.h"
 #include "loaded_library.h"
-#include "test_support.h"
+#include "support/plates.h"
+#include "support/textbook.h"
 
 namespace {
 
@@ -36,15 +37,6 @@ struct Run {
     int iterations = 25;
 };
 
-void addBlock(std::vector<short>& record, size_t counter, int left, int right, int top,
-              int bottom) {
-    for (int x = left; x < right; ++x) {
-        for (int y = top; y < bottom; ++y, ++record[counter]) {
-            record.insert(record.end(), {static_cast<short>(x), static_cast<short>(y)});
-        }
-    }
-}
-
 test::Settings settingsOf(const Run& run) {
     const auto& [nelx, nely, subdivision, meshFactor] = run.plate;
     test::Settings settings = test::cantilever(nelx, nely);
@@ -54,11 +46,11 @@ test::Settings settingsOf(const Run& run) {
         settings.loadCases = {1, 0};
     }
     if (run.passive) {
-        addBlock(settings.passive, 0, nelx / 2, nelx / 2 + 3, 1, 4);
-        addBlock(settings.passive, 1, 0, nelx, nely - 1, nely);
-        addBlock(settings.passive, 2, 0, 2, 0, 2);
+        test::addBlock(settings.passive, 0, nelx / 2, nelx / 2 + 3, 1, 4);
+        test::addBlock(settings.passive, 1, 0, nelx, nely - 1, nely);
+        test::addBlock(settings.passive, 2, 0, 2, 0, 2);
     }
-    if (run.blob) addBlock(settings.blob, 0, nelx / 3, nelx / 3 + 5, nely / 3, nely / 3 + 4);
+    if (run.blob) test::addBlock(settings.blob, 0, nelx / 3, nelx / 3 + 5, nely / 3, nely / 3 + 4);
     return settings;
 }
 

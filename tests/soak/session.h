@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "../hash.h"
-#include "../test_support.h"
+#include "../support/plates.h"
 #include "caller.h"
 
 namespace soak {

@@ -1,22 +1,19 @@
-// The optimiser with its members in view.
+// The optimiser with the members in view that tests and benchmarks set or read between the phases of
+// an iteration. What types of its own hold is tested there.
 #pragma once
 
 #include <string>
 
 #include "SolverApp.h"
-#include "test_support.h"
+#include "support/plates.h"
 
 class SolverAppInspector : public SolverApp {
 public:
     using SolverApp::SolverApp;
 
-    using SolverApp::blob, SolverApp::blobMask, SolverApp::blobSensitivity, SolverApp::constraint,
-        SolverApp::dc, SolverApp::dv, SolverApp::Emin, SolverApp::equilibrium, SolverApp::grids,
-        SolverApp::H, SolverApp::hasBlob, SolverApp::iteration, SolverApp::lambda,
-        SolverApp::lambdaPrevious, SolverApp::loop, SolverApp::meshH, SolverApp::meshRho,
-        SolverApp::meshRhoFiltered, SolverApp::message, SolverApp::objective,
-        SolverApp::passiveBlock, SolverApp::penalty, SolverApp::powers, SolverApp::rho,
-        SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::useDensityFilter, SolverApp::useHeaviside,
+    using SolverApp::dc, SolverApp::dv, SolverApp::Emin, SolverApp::equilibrium,
+        SolverApp::iteration, SolverApp::lambda, SolverApp::lambdaPrevious, SolverApp::objective,
+        SolverApp::rho, SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::useDensityFilter,
         SolverApp::volumeFraction;
 };
 
@@ -29,10 +26,6 @@ inline void send(const Settings& settings, SolverApp& app) {
                        load(settings.supports.data(), settings.supports.count()),
                        settings.volumeFraction, settings.passive.data(),
                        static_cast<int>(cases.size()), cases.data(), settings.blob.data());
-}
-
-inline void fillRandom(kmat::DenseMatrix& m, Random& random, double low, double high) {
-    for (double& v : m) v = random.number(low, high);
 }
 
 /// One iteration. Returns the text.

@@ -1,8 +1,8 @@
-// References for everything that computes (textbook loops), repeatable random input, and the loads
-// and supports of test plates. Independent of the library.
+// References for everything that computes, by textbook loops, and repeatable random input.
+// Independent of the library.
 #pragma once
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <random>
@@ -73,7 +73,8 @@ inline Matrix product(const Matrix& a, const Matrix& b) {
     return result;
 }
 
-/// Largest absolute difference; infinite when the sizes differ or a value is NaN.
+/// Largest absolute difference; infinite when the sizes differ or a value is NaN. The one
+/// comparison of matrices by tolerance: a maximum of differences alone would not see a NaN.
 inline double distance(const Matrix& a, const Matrix& b) {
     if (a.rows != b.rows || a.columns != b.columns) return INFINITY;
     double largest = 0.0;
@@ -127,56 +128,56 @@ inline Matrix exactElementMatrix() {
     return sum;
 }
 
-/// Load or support records as the flat array that a host hands over.
-struct Records {
-    std::vector<float> floats;
-
-    Records& add(float x, float y, float fx, float fy = 0, float loadCase = 0) {
-        floats.insert(floats.end(), {x, y, fx, fy, loadCase});
-        return *this;
-    }
-    int count() const { return static_cast<int>(floats.size() / 5); }
-    const float* data() const { return floats.data(); }
-};
-
-/// Holds the left edge in x and its upper end in y: a stretched plate contracts unhindered.
-inline Records slidingLeftEdge(int nely) {
-    Records supports;
-    for (int y = 0; y <= nely; ++y) supports.add(0, static_cast<float>(y), 0);
-    return supports.add(0, 0, 1);
+/// Degrees of freedom of element (x, y), corner by corner in the order of the element matrix.
+inline std::array<unsigned, 8> dofsOfElement(unsigned x, unsigned y, unsigned nely) {
+    const unsigned p = 2 * (x * (nely + 1) + y);
+    const unsigned q = p + 2 * (nely + 1);
+    return {p, p + 1, q, q + 1, q + 2, q + 3, p + 2, p + 3};
 }
 
-/// Uniform tension of the right edge as consistent nodal loads: half a share at the corners.
-inline Records tension(int nelx, int nely, float stress) {
-    Records loads;
-    for (int y = 0; y <= nely; ++y) {
-        const float share = y == 0 || y == nely ? 0.5F : 1.0F;
-        loads.add(static_cast<float>(nelx), static_cast<float>(y), share * stress);
-    }
-    return loads;
+/// The matrix of the sub-square in the given column and row of an element that is split into
+/// n x n of them. The side is rounded to single precision.
+inline Matrix subElementMatrix(unsigned n, unsigned column, unsigned row) {
+    if (n == 1) return exactElementMatrix();
+    const double h = 2.0F / static_cast<float>(n);
+    const Matrix centre = stiffnessAt(h * column + h / 2 - 1, h * row + h / 2 - 1);
+    return combination(4.0 / (n * n), centre, 0, centre);
 }
 
-/// What a host sends to the optimiser in one update.
-struct Settings {
-    Records loads;
-    Records supports;
-    float volumeFraction = 0.5F;
-    std::vector<short> passive = {0, 0, 0};
-    std::vector<char> loadCases = {0};
-    std::vector<short> blob = {0};
-};
-
-/// A plate whose left edge is held, pulled down in the middle of the right edge.
-inline Settings cantilever(int nelx, int nely) {
-    Settings settings;
-    for (int y = 0; y <= nely; ++y) {
-        for (const float direction : {0.0F, 1.0F}) {
-            settings.supports.add(0, static_cast<float>(y), direction);
+/// Stiffness of a plate whose elements are split into n x n cells. `modulus` gives that of a cell,
+/// counted column by column.
+template <typename Modulus>
+Matrix plateStiffness(unsigned nelx, unsigned nely, unsigned n, const Modulus& modulus) {
+    const unsigned ndof = 2 * (nelx + 1) * (nely + 1);
+    Matrix K(ndof, ndof);
+    for (unsigned e = 0; e < nelx * nely * n * n; ++e) {
+        const unsigned column = e / (nely * n);
+        const unsigned row = e % (nely * n);
+        const Matrix KE = subElementMatrix(n, column % n, row % n);
+        const auto dof = dofsOfElement(column / n, row / n, nely);
+        for (unsigned i = 0; i < 64; ++i) {
+            K(dof[i % 8], dof[i / 8]) += KE.values[i] * modulus(e);
         }
     }
-    const int middle = nely / 2;
-    settings.loads.add(static_cast<float>(nelx), static_cast<float>(middle), 0, 1);
-    return settings;
+    return K;
+}
+
+/// Weights of a cone of that radius between all pairs of cells of an nx x ny grid.
+inline Matrix coneWeights(unsigned nx, unsigned ny, double radius) {
+    const unsigned n = nx * ny;
+    Matrix weights(n, n);
+    for (unsigned i = 0; i < n * n; ++i) {
+        const int dx = static_cast<int>(i / n / ny) - static_cast<int>(i % n / ny);
+        const int dy = static_cast<int>(i / n % ny) - static_cast<int>(i % n % ny);
+        weights.values[i] = std::fmax(0.0, radius - std::sqrt(dx * dx + dy * dy));
+    }
+    return weights;
+}
+
+inline Matrix rowSums(const Matrix& a) {
+    Matrix ones(a.columns, 1);
+    ones.values.assign(a.columns, 1.0);
+    return product(a, ones);
 }
 
 }  // namespace test

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <new>
+#include <stdexcept>
+
+#include "support/matrices.h"
+#include "support/solver_app_inspector.h"
+
+namespace {
+
+using test::listOf;
+using App = SolverAppInspector;
+
+TEST(AppConstructionTest, StartsWithAUniformDesignAndUnsetFields) {
+    App app(4, 3, 2, 3, 0.3F, 2);
+    EXPECT_EQ(listOf(app.rho), std::vector<double>(48, 0.3F));
+    EXPECT_EQ(listOf(app.rhoPhys), std::vector<double>(48, 0.3F));
+    EXPECT_EQ(app.volumeFraction, 0.30000001192092896);
+    EXPECT_EQ(app.Emin, 0.009999999776482582);
+    EXPECT_EQ(app.equilibrium.numLoadCases(), 2);
+    EXPECT_TRUE(test::isUnset(app.rhoOld));
+    EXPECT_TRUE(test::isUnset(app.dc));
+}
+
+TEST(AppConstructionTest, ResetRestoresTheUniformDesignAndKeepsTheCount) {
+    App app(4, 3, 1, 1, 0.3F, 1);
+    app.rho.fill(0.5);
+    app.rhoPhys.fill(0.7);
+    app.iteration = 5;
+    app.reset();
+    EXPECT_EQ(listOf(app.rho), std::vector<double>(12, 0.3F));
+    EXPECT_EQ(listOf(app.rhoPhys), std::vector<double>(12, 0.3F));
+    EXPECT_EQ(app.iteration, 5);
+}
+
+TEST(AppConstructionTest, RestartCountsFromZeroAndKeepsTheDesign) {
+    App app(4, 3, 1, 1, 0.3F, 1);
+    app.rho.fill(0.5);
+    app.iteration = 5;
+    app.restartIteration();
+    EXPECT_EQ(app.iteration, 0);
+    EXPECT_EQ(listOf(app.rho), std::vector<double>(12, 0.5));
+}
+
+TEST(AppConstructionTest, PlatesWithoutCellsAreHarmless) {
+    for (const auto& [nelx, nely, subdivision, meshFactor] :
+         {std::array{0U, 3U, 1U, 1U}, {3U, 0U, 1U, 1U}, {3U, 2U, 0U, 1U}, {3U, 2U, 1U, 0U}}) {
+        SolverApp app(nelx, nely, subdivision, meshFactor, 0.5F, -1);
+        test::send(test::cantilever(2, 1), app);
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(test::iterate(app), "Change load / support");
+    }
+}
+
+TEST(AppConstructionTest, SizesBeyondTheRangeOfIntAreRefused) {
+    EXPECT_THROW(SolverApp(65536, 65536, 1, 1, 0.5F, 1), std::bad_alloc);
+    EXPECT_THROW(SolverApp(UINT_MAX, 1, 1, 1, 0.5F, 1), std::bad_alloc);
+    EXPECT_THROW(SolverApp(1, 1, 65536, 1, 0.5F, 1), std::bad_alloc);
+    EXPECT_THROW(SolverApp(2, 2, 1, 1, 0.5F, INT_MAX), std::bad_alloc);
+}
+
+// The cells could be counted, but not the weights of their filter.
+TEST(AppConstructionTest, FiltersBeyondTheRangeOfIntAreRefused) {
+    EXPECT_THROW(SolverApp(28, 49, 1, 35, 0.5F, 1), std::bad_alloc);
+}
+
+TEST(AppConstructionTest, AVolumeFractionThatIsNotFiniteIsRefused) {
+    EXPECT_THROW(SolverApp(2, 2, 1, 1, NAN, 1), std::invalid_argument);
+    EXPECT_THROW(SolverApp(2, 2, 1, 1, INFINITY, 1), std::invalid_argument);
+}
+
+TEST(AppHelpersTest, SumAddsAllEntries) {
+    EXPECT_EQ(SolverApp::sum(test::column({1, 2, 4.5})), 7.5);
+    EXPECT_EQ(SolverApp::sum(kmat::DenseMatrix(nullptr)), 0.0);
+}
+
+TEST(AppHelpersTest, ClampLetsTheLowerBoundWin) {
+    EXPECT_EQ(SolverApp::clamp(0.5, 0, 1), 0.5);
+    EXPECT_EQ(SolverApp::clamp(2, 0, 1), 1.0);
+    EXPECT_EQ(SolverApp::clamp(-2, 0, 1), 0.0);
+    EXPECT_EQ(SolverApp::clamp(2, 3, 1), 3.0);
+}
+
+TEST(AppHelpersTest, ClampByTwoPairsOfBoundsTakesThemInTurn) {
+    EXPECT_EQ(SolverApp::clamp(9, 0, 2, 7, 5), 5.0);
+    EXPECT_EQ(SolverApp::clamp(-9, 0, 2, 7, 5), 2.0);
+    EXPECT_EQ(SolverApp::clamp(4, 0, 2, 7, 5), 4.0);
+    EXPECT_EQ(SolverApp::clamp(6, 0, 2, 3, 5), 3.0);
+}
+
+TEST(AppHelpersTest, MaxDeltaIsTheLargestDifferenceEitherWay) {
+    const kmat::DenseMatrix a(3, 1, 1.0);
+    kmat::DenseMatrix b(1, 3, 0.5);  // only the number of entries must agree
+    EXPECT_EQ(SolverApp::maxDelta(a, b), 0.5);
+    b(0, 1) = 3.0;
+    EXPECT_EQ(SolverApp::maxDelta(a, b), 2.0);
+    EXPECT_EQ(SolverApp::maxDelta(b, a), 2.0);
+    EXPECT_EQ(SolverApp::maxDelta(kmat::DenseMatrix(nullptr), kmat::DenseMatrix(nullptr)), 0.0);
+}
+
+TEST(AppHelpersDeathTest, MaxDeltaStopsTheProcessWhenTheSizesDiffer) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH(SolverApp::maxDelta(kmat::DenseMatrix(3, 1), kmat::DenseMatrix(2, 1)),
+                 ": SparseMatrixLib/SolverApp[^:]*:843: maxDelta: Assertion `size == "
+                 "b\\.getRows\\(\\) \\* b\\.getColumns\\(\\)' failed");
+}
+
+}  // namespace

@@ -1,0 +1,212 @@
+// What a series of iterations does: continuation, filters, the design's limits.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "support/matrices.h"
+#include "support/solver_app_inspector.h"
+
+namespace {
+
+using test::distance;
+using test::Matrix;
+using test::Settings;
+using App = SolverAppInspector;
+
+constexpr double MOVE = 0.20000000298023224;
+constexpr double FLOOR_AT_START = 0.009999999776482582;
+constexpr double LEAST_FLOOR = 1.0000000116860974e-07;
+
+TEST(AppContinuationTest, StiffnessFloorFallsEverySeventhIteration) {
+    App app(2, 2, 1, 1, 0.5F, 1);
+    test::send(test::cantilever(2, 2), app);
+    double expected = FLOOR_AT_START;
+    for (int i = 1; i <= 70; ++i) {
+        test::iterate(app);
+        if (i % 7 == 0) expected = std::max(LEAST_FLOOR, expected / 4);
+        EXPECT_EQ(app.Emin, expected) << i;
+    }
+    EXPECT_EQ(expected, LEAST_FLOOR);
+}
+
+TEST(AppContinuationTest, NewSettingsRaiseTheFloorAlsoInASeventhIteration) {
+    App app(2, 2, 1, 1, 0.5F, 1);
+    test::send(test::cantilever(2, 2), app);
+    for (int i = 1; i <= 13; ++i) test::iterate(app);
+    EXPECT_EQ(app.Emin, FLOOR_AT_START / 4);
+    test::send(test::cantilever(2, 2), app);
+    test::iterate(app);
+    EXPECT_EQ(app.iteration, 14);
+    EXPECT_EQ(app.Emin, FLOOR_AT_START);
+}
+
+TEST(AppContinuationTest, VolumeFollowsItsTargetByFivePercentAndIsMet) {
+    App app(8, 5, 1, 1, 0.3F, 1);
+    Settings settings = test::cantilever(8, 5);
+    double expected = 0.3F;
+    for (const float target : {0.5F, 0.31F, 0.3F}) {
+        settings.volumeFraction = target;
+        test::send(settings, app);
+        for (int i = 0; i < 15; ++i) {
+            expected = std::clamp<double>(target, expected * 0.949999988079071,
+                                          expected * 1.0499999523162842);
+            EXPECT_EQ(test::iterate(app), "");
+            EXPECT_EQ(app.volumeFraction, expected);
+            EXPECT_NEAR(App::sum(app.rhoPhys) / 40, expected, 1e-3 * expected);
+        }
+        EXPECT_EQ(expected, target);
+    }
+}
+
+TEST(AppContinuationTest, AVolumeThatIsNoNumberLetsTheDesignShrink) {
+    App app(3, 2, 1, 1, 0.5F, 1);
+    Settings settings = test::cantilever(3, 2);
+    settings.volumeFraction = NAN;
+    test::send(settings, app);
+    test::iterate(app);
+    EXPECT_EQ(app.volumeFraction, 0.5 * 0.949999988079071);
+}
+
+// H x / Hs by the textbook, with a normaliser that the first cells share.
+Matrix filtered(const Matrix& weights, const Matrix& x, unsigned shared) {
+    Matrix sums = test::rowSums(weights);
+    const auto end = sums.values.begin() + shared;
+    std::fill(sums.values.begin(), end, *std::max_element(sums.values.begin(), end));
+    Matrix result = product(weights, x);
+    for (unsigned i = 0; i < x.rows; ++i) result(i, 0) /= sums(i, 0);
+    return result;
+}
+
+// 48 fine cells on 12 elements.
+class AppFilterTest : public testing::Test {
+protected:
+    test::Random random;
+    App app{4, 3, 2, 2, 0.5F, 1};
+    const Matrix weights = test::coneWeights(8, 6, 3.0);
+
+    AppFilterTest() {
+        test::send(test::cantilever(4, 3), app);
+        for (auto* field : {&app.rho, &app.dc, &app.dv}) {
+            test::fillRandom(*field, random, 0.1, 0.9);
+        }
+    }
+};
+
+TEST_F(AppFilterTest, SensitivitiesAreWeightedWithTheDensities) {
+    Matrix expected(app.dc);
+    for (unsigned e = 0; e < 48; ++e) expected(e, 0) *= app.rho(e, 0);
+    expected = filtered(weights, expected, 12);
+    for (unsigned e = 0; e < 48; ++e) expected(e, 0) /= app.rho(e, 0);
+    const Matrix volumes(app.dv);
+    app.filterSensitivities();
+    EXPECT_LT(distance(Matrix(app.dc), expected), 1e-13);
+    EXPECT_EQ(Matrix(app.dv), volumes);
+}
+
+TEST_F(AppFilterTest, OfTheDensitiesFiltersBothSensitivities) {
+    app.useDensityFilter = 1;
+    const Matrix dc = filtered(weights, Matrix(app.dc), 12);
+    const Matrix dv = filtered(weights, Matrix(app.dv), 12);
+    app.filterSensitivities();
+    EXPECT_LT(distance(Matrix(app.dc), dc), 1e-14);
+    EXPECT_LT(distance(Matrix(app.dv), dv), 1e-14);
+}
+
+TEST_F(AppFilterTest, OfTheDensitiesMakesThePhysicalOnesAndCutsOutNoBlob) {
+    Settings settings = test::cantilever(4, 3);
+    settings.blob = {1, 2, 1};
+    test::send(settings, app);
+    app.useDensityFilter = 1;
+    app.updatePhysicalDensities();
+    EXPECT_LT(distance(Matrix(app.rhoPhys), filtered(weights, Matrix(app.rho), 12)), 1e-14);
+    EXPECT_EQ(test::iterate(app), "");
+}
+
+TEST_F(AppFilterTest, OtherwiseThePhysicalDensitiesAreTheDesignWithoutTheBlob) {
+    Settings settings = test::cantilever(4, 3);
+    settings.blob = {1, 2, 1};
+    test::send(settings, app);
+    app.rhoPhys.fill(7.0);
+    app.updatePhysicalDensities();
+    for (unsigned e = 0; e < 48; ++e) {
+        const bool inside = app.getCoarseGridIndex(static_cast<int>(e)) == 7;
+        EXPECT_EQ(app.rhoPhys(e, 0), inside ? 0.0 : app.rho(e, 0)) << e;
+    }
+}
+
+TEST(AppDesignTest, MovesByTheLimitAndStaysAboveTheFloor) {
+    App app(8, 5, 1, 1, 0.5F, 1);
+    test::send(test::cantilever(8, 5), app);
+    double largest = 0.0;
+    for (int i = 0; i < 10; ++i) {
+        const std::vector<double> before = test::listOf(app.rho);
+        char text[8];
+        double change = -1.0;
+        app.runIteration(sizeof text, text, nullptr, change, nullptr);
+        EXPECT_EQ(change, App::maxDelta(test::column(before), app.rho));
+        EXPECT_LE(change, MOVE + 1e-15);
+        largest = std::max(largest, change);
+        for (const double v : app.rho) {
+            EXPECT_GE(v, app.Emin);
+            EXPECT_LE(v, 1.0);
+        }
+    }
+    EXPECT_NEAR(largest, MOVE, 1e-15);
+}
+
+TEST(AppDesignTest, PassiveCellsAreFixedAtOnceAndFreedOnesRestartAtTheMoveLimit) {
+    App app(20, 12, 1, 1, 0.5F, 1);
+    Settings settings = test::cantilever(20, 12);
+    settings.passive = {1, 1, 1, 1, 1, 4, 4, 5, 5};
+    test::send(settings, app);
+    EXPECT_EQ(test::iterate(app), "");
+    EXPECT_EQ(app.rho(13, 0), 0.0);
+    EXPECT_EQ(app.rho(52, 0), 1.0);
+    EXPECT_EQ(app.rho(65, 0), 1.0);
+    settings.passive = {0, 0, 0};
+    test::send(settings, app);
+    EXPECT_EQ(test::iterate(app), "");
+    EXPECT_EQ(app.rho(13, 0), MOVE);
+}
+
+// A blob so thick that some of its cells have no filtered sensitivity.
+TEST(AppDesignTest, AThickBlobDoesNotHangTheSearchForTheMultiplier) {
+    App app(20, 12, 1, 1, 0.5F, 1);
+    Settings settings = test::cantilever(20, 12);
+    test::addBlock(settings.blob, 0, 5, 14, 2, 11);
+    test::send(settings, app);
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(test::iterate(app), "");
+        for (const double v : app.rho) EXPECT_TRUE(v >= 0.0 && v <= 1.0) << v;
+    }
+}
+
+TEST(AppDesignTest, KeepsTheMultipliersOfTheLastTwoUpdates) {
+    App app(6, 4, 1, 1, 0.5F, 1);
+    test::send(test::cantilever(6, 4), app);
+    test::iterate(app);
+    const double first = app.lambda;
+    EXPECT_GT(first, 0.0);
+    test::iterate(app);
+    EXPECT_EQ(app.lambdaPrevious, first);
+    EXPECT_NE(app.lambda, first);
+}
+
+// Whatever the sensitivities are, the search ends and the design stays within its limits.
+TEST(AppDesignTest, StaysInBoundsWithSensitivitiesThatAreNoNumbers) {
+    for (const double value : {0.0, -1e300, static_cast<double>(-INFINITY), std::nan("")}) {
+        for (const bool withPassiveCells : {false, true}) {
+            App app(6, 4, 1, 1, 0.5F, 1);
+            Settings settings = test::cantilever(6, 4);
+            if (withPassiveCells) settings.passive = {1, 0, 0, 2, 2};
+            test::send(settings, app);
+            EXPECT_EQ(test::iterate(app), "");
+            app.dc.fill(value);
+            app.optimalityCriteriaUpdateOfRHO();
+            for (const double v : app.rho) EXPECT_TRUE(v >= 0.0 && v <= 1.0) << v;
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,316 @@
+// The blob by itself: its interface, its move limit and its redistribution.
+#include "Blob.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "support/matrices.h"
+
+namespace {
+
+using kmat::DenseMatrix;
+using test::column;
+using test::distance;
+using test::listOf;
+using test::Matrix;
+using Cells = std::vector<unsigned>;
+
+PassiveBlock noPassiveCells(unsigned nelx, unsigned nely) { return {nelx, nely, 1, 1}; }
+
+double sum(const std::vector<double>& values) {
+    double result = 0.0;
+    for (const double v : values) result += v;
+    return result;
+}
+
+struct Restart {
+    double cells;
+    double interface;  ///< of the disc of that area
+    double limit;      ///< a tenth of it, as an even number
+};
+
+// On an odd grid the disc has a cell in the middle: itself and 4 neighbours, or a square of 9.
+TEST(BlobRestartTest, MeasuresTheDiscOfTheBlobsArea) {
+    Blob blob(11, 11);
+    blob.setFilterMatBlob();
+    const DenseMatrix mask(121, 1, 0.0);
+    for (const Restart& t : {Restart{0, 0, 0}, {2, 5, 2}, {4, 12, 2}, {9, 20, 4}}) {
+        blob.restart(t.cells, mask, noPassiveCells(11, 11));
+        EXPECT_EQ(blob.blobCellCount, t.cells);
+        EXPECT_NEAR(blob.circleRadiusSquared, t.cells / std::numbers::pi, 1e-14);
+        EXPECT_NEAR(blob.circleMoI, t.cells * t.cells / (2 * std::numbers::pi), 1e-14);
+        EXPECT_EQ(blob.circleInterfaceSize, t.interface) << t.cells;
+        EXPECT_EQ(blob.blobMoveLimit, t.limit) << t.cells;
+        EXPECT_EQ(blob.blobMoveLimitMax, t.limit);
+        EXPECT_EQ(blob.blobMoveLimitFraction, t.limit);
+    }
+}
+
+TEST(BlobRestartTest, CentresTheDiscOnTheGrid) {
+    Blob blob(4, 3);
+    blob.setFilterMatBlob();
+    // Centres of cells lie at -1.5 .. 1.5 and -1 .. 1; the squared radius is 4 / pi.
+    blob.restart(4, DenseMatrix(12, 1, 0.0), noPassiveCells(4, 3));
+    EXPECT_EQ(listOf(blob.circleMask), (std::vector<double>{0, 0, 0, 1, 1, 1, 1, 1, 1, 0, 0, 0}));
+    blob.circleRadiusSquared = 1.25;  // on the circle is not inside
+    blob.interfaceSizeOfEquivalentCircle(DenseMatrix(12, 1, 0.0), noPassiveCells(4, 3));
+    EXPECT_EQ(listOf(blob.circleMask), (std::vector<double>{0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0}));
+}
+
+TEST(BlobRestartTest, ForgetsTheStepsSoFar) {
+    Blob blob(5, 4);
+    blob.setFilterMatBlob();
+    blob.blobConverged = blob.blobConvergedPrevious = blob.blobStage = blob.blobCounter = 5;
+    blob.blobMoveCount = blob.blobPreparedCount = blob.blobMoveLimitLarge = 5.0;
+    blob.blobIteration = 7;
+    DenseMatrix mask(20, 1, 0.0);
+    mask(6, 0) = 1.0;
+    blob.restart(1, mask, noPassiveCells(5, 4));
+    EXPECT_EQ(blob.blobConverged, 0);
+    EXPECT_EQ(blob.blobConvergedPrevious, 0);
+    EXPECT_EQ(blob.blobStage, 0);
+    EXPECT_EQ(blob.blobCounter, 0);
+    EXPECT_EQ(blob.blobMoveCount, 0.0);
+    EXPECT_EQ(blob.blobPreparedCount, 0.0);
+    EXPECT_EQ(blob.blobMoveLimitLarge, 0.0);
+    EXPECT_EQ(blob.blobIteration, 1);
+    EXPECT_EQ(blob.objectivePrevious, 1e10);
+    EXPECT_EQ(blob.objectivePrevious2, 1e10);
+    EXPECT_EQ(blob.blobInterfaceSize, 5.0);  // the cell and its neighbours
+    EXPECT_EQ(blob.blobInterface(6, 0), 1.0);
+}
+
+// The mask of random cells, smoothed by the textbook.
+class BlobInterfaceTest : public testing::Test {
+protected:
+    test::Random random;
+    Blob blob{7, 6};
+    Matrix mask{42, 1};
+
+    BlobInterfaceTest() { blob.setFilterMatBlob(); }
+
+    void drawMask() {
+        for (double& v : mask.values) v = random.below(4) > 0;
+    }
+
+    // 1 where the smoothed mask is neither that of the inside nor that of the outside.
+    std::vector<double> expected() const {
+        const Matrix weights = test::coneWeights(7, 6, 1.2F);
+        const Matrix sums = test::rowSums(weights);
+        Matrix share = mask;
+        for (unsigned i = 0; i < 42; ++i) share(i, 0) /= sums(i, 0);
+        std::vector<double> marks;
+        for (const double v : product(weights, share).values) {
+            marks.push_back(v >= 0.0001 && v <= 0.9999);
+        }
+        return marks;
+    }
+};
+
+TEST_F(BlobInterfaceTest, IsWhereTheSmoothedMaskIsNeitherZeroNorOne) {
+    for (int round = 0; round < 15; ++round) {
+        drawMask();
+        blob.findBlobInterface(0, test::dense(mask), noPassiveCells(7, 6));
+        EXPECT_EQ(listOf(blob.blobInterface), expected());
+        EXPECT_EQ(blob.blobInterfaceSize, sum(expected()));
+    }
+}
+
+TEST_F(BlobInterfaceTest, LeavesPassiveCellsOutButNotThoseOfSeveralKinds) {
+    const short record[] = {2, 1, 2, 2, 1, 1, 1, 3, 3, 2, 1, 5, 2};  // (2, 1) is void and solid
+    PassiveBlock passive = noPassiveCells(7, 6);
+    passive.update(record);
+    for (int round = 0; round < 15; ++round) {
+        drawMask();
+        std::vector<double> marks = expected();
+        for (const unsigned cell : {7, 21, 32}) marks[cell] = 0.0;
+        blob.findBlobInterface(0, test::dense(mask), passive);
+        EXPECT_EQ(listOf(blob.blobInterface), marks);
+        EXPECT_EQ(blob.blobInterfaceSize, sum(marks));
+    }
+}
+
+TEST_F(BlobInterfaceTest, OfTheCircleKnowsNoPassiveCells) {
+    const short record[] = {1, 0, 0, 3, 3};
+    PassiveBlock passive = noPassiveCells(7, 6);
+    passive.update(record);
+    drawMask();
+    blob.circleMask.set(mask.values.data());
+    blob.blobInterface.fill(7.0);
+    blob.findBlobInterface(1, DenseMatrix(42, 1, 0.0), passive);
+    EXPECT_EQ(listOf(blob.circleInterface), expected());
+    EXPECT_EQ(listOf(blob.blobInterface), std::vector<double>(42, 7.0));
+}
+
+TEST_F(BlobInterfaceTest, OtherModesDoNothing) {
+    const DenseMatrix blobMask(42, 1, 1.0);
+    for (const int mode : {-1, 2, 3}) blob.findBlobInterface(mode, blobMask, noPassiveCells(7, 6));
+    for (const int mode : {-1, 1, 3}) blob.filterBlobDensities(mode, blobMask);
+    for (const auto member : {&Blob::blobInterface, &Blob::circleInterface, &Blob::blobMaskFiltered,
+                              &Blob::circleMaskFiltered}) {
+        EXPECT_TRUE(test::isUnset(blob.*member));
+    }
+}
+
+// The filter of the coarse grid with the blob's complement for a density, which is never 0.
+TEST(BlobSensitivityTest, IsFilteredByTheComplementOfTheMask) {
+    test::Random random;
+    Blob blob(5, 4);
+    blob.Hcoarse = ConeFilter(5, 4, 1.5);
+    DenseMatrix mask(20, 1, 0.0);
+    for (const unsigned cell : {7U, 8U, 11U}) mask(cell, 0) = 1.0;
+    mask(12, 0) = 0.25;
+    const Matrix given(20, 1, random);
+    const Matrix weights = test::coneWeights(5, 4, 1.5);
+    const Matrix sums = test::rowSums(weights);
+    const auto share = [&mask](unsigned i) { return std::max(0.001, 1.0 - mask(i, 0)); };
+    Matrix weighted = given;
+    for (unsigned i = 0; i < 20; ++i) weighted(i, 0) *= share(i);
+    Matrix expected = product(weights, weighted);
+    for (unsigned i = 0; i < 20; ++i) expected(i, 0) /= sums(i, 0) * share(i);
+
+    DenseMatrix sensitivity = test::dense(given);
+    blob.filterBlobSensitivities(mask, sensitivity);
+    EXPECT_LT(distance(Matrix(sensitivity), expected), 1e-11);
+}
+
+/// Where the compliance has gone, up to the present.
+struct Compliance {
+    double previous2, previous, now;
+};
+
+constexpr Compliance FALLING = {3, 2, 1};
+constexpr Compliance RISING = {1, 2, 3};
+constexpr Compliance TURNING = {3, 1, 2};
+constexpr Compliance TURNING_DOWN = {1, 3, 2};
+constexpr Compliance STANDING = {2, 2, 1};
+
+struct Limits {
+    double limit, fraction, large;
+};
+
+struct Step {
+    const char* what;
+    Limits before;
+    double max;
+    double moved;  ///< elements on each side by the last redistribution
+    Compliance compliance;
+    Limits after;
+};
+
+TEST(BlobMoveLimitTest, FollowsTheCompliance) {
+    constexpr double large = -1.0;
+    const Step steps[] = {
+        {"a small one grows unseen", {8, 8, large}, 20, 10, FALLING, {8, 8.24, large}},
+        {"and at last shows", {8, 8.8, large}, 20, 10, RISING, {10, 9.064, large}},
+        {"shrinks when it turns", {8, 7, large}, 20, 10, TURNING, {6, 6.65, large}},
+        {"either way", {8, 7, large}, 20, 10, TURNING_DOWN, {6, 6.65, large}},
+        {"standing is no turn", {8, 8, large}, 20, 10, STANDING, {8, 8.24, large}},
+        {"up to the maximum", {8, 9.9, large}, 10, 10, FALLING, {10, 10, large}},
+        {"twice what moved", {8, 8, large}, 20, 1, FALLING, {2, 2.06, large}},
+        {"nothing moved", {8, 8, large}, 20, 0, FALLING, {0, 0, large}},
+        {"10 is large, and does not stay", {10, 5, large}, 20, 10, FALLING, {12, 5, 10}},
+        {"a large one grows by two", {12, 5, large}, 20, 10, FALLING, {14, 5, 12}},
+        {"up to an odd maximum", {12, 5, large}, 13, 10, FALLING, {13, 5, 12}},
+        {"or stays there", {12, 5, large}, 12, 10, FALLING, {12, 5, 12}},
+        {"a large one, twice what moved", {12, 5, large}, 20, 3, FALLING, {8, 5, 6}},
+        {"a large one, nothing moved", {12, 5, large}, 20, 0, FALLING, {0, 5, 0}},
+        {"3 %, an even number of them", {100, 5, large}, 200, 99, FALLING, {102, 5, 100}},
+        {"3 % in single precision", {200, 5, large}, 900, 150, FALLING, {206, 5, 200}},
+        {"below a broken maximum", {100, 5, large}, 102.5, 99, FALLING, {102, 5, 100}},
+        {"a large one shrinks by 5 %", {50, 5, large}, 200, 99, TURNING, {46, 5, 50}},
+        {"below 10 from then on", {10, 5, large}, 200, 99, TURNING, {8, 5, 10}}};
+    for (const Step& t : steps) {
+        SCOPED_TRACE(t.what);
+        Blob blob(2, 2);
+        blob.blobMoveLimit = t.before.limit;
+        blob.blobMoveLimitFraction = t.before.fraction;
+        blob.blobMoveLimitLarge = t.before.large;
+        blob.blobMoveLimitMax = t.max;
+        blob.blobMoveCount = t.moved;
+        blob.objectivePrevious2 = t.compliance.previous2;
+        blob.objectivePrevious = t.compliance.previous;
+        blob.updateBlobMoveLimit(t.compliance.now);
+        EXPECT_EQ(blob.blobMoveLimit, t.after.limit);
+        EXPECT_DOUBLE_EQ(blob.blobMoveLimitFraction, t.after.fraction);
+        EXPECT_EQ(blob.blobMoveLimitLarge, t.after.large);
+        EXPECT_EQ(blob.objectivePrevious2, t.compliance.previous);
+        EXPECT_EQ(blob.objectivePrevious, t.compliance.now);
+    }
+}
+
+// A row of 12 elements. 0 to 4 lie inside, 5 to 8 outside; the others are no candidates.
+class BlobRedistributionTest : public testing::Test {
+protected:
+    Blob blob{12, 1};
+    DenseMatrix mask = column({1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 0, 0.5});
+    DenseMatrix sensitivity = column({NAN, 3, -1, 9, 2, 6, NAN, -7, 1, 99, -99, 0});
+
+    BlobRedistributionTest() { blob.blobInterface = column({1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 1}); }
+
+    void redistribute(double limit) {
+        blob.blobMoveLimit = limit;
+        blob.prepareInterfaceRedistribution(mask, sensitivity);
+        EXPECT_EQ(blob.blobPreparedCount, blob.blobMoveCount);
+        blob.updateBlob(mask);
+    }
+};
+
+TEST_F(BlobRedistributionTest, ExchangesTheLeastUseful) {
+    redistribute(4);
+    EXPECT_EQ(blob.blobLeaving, (Cells{3, 1}));
+    EXPECT_EQ(blob.blobJoining, (Cells{7, 8}));
+    EXPECT_EQ(blob.blobMoveCount, 2.0);
+    EXPECT_EQ(blob.blobConverged, 0);
+    EXPECT_EQ(listOf(mask), (std::vector<double>{1, 0, 1, 0, 1, 0, 0, 1, 1, 1, 0, 0.5}));
+}
+
+TEST_F(BlobRedistributionTest, ChoosesOneOfEachSideButMovesNoneWithoutALimit) {
+    for (const double limit : {0.0, 1.0}) {
+        redistribute(limit);
+        EXPECT_EQ(blob.blobLeaving, (Cells{3}));
+        EXPECT_EQ(blob.blobJoining, (Cells{7}));
+        EXPECT_EQ(blob.blobConverged, 1);
+        EXPECT_EQ(listOf(mask), (std::vector<double>{1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 0, 0.5}));
+    }
+}
+
+TEST_F(BlobRedistributionTest, MovesNoMoreThanHalfOfTheInside) {
+    redistribute(100);
+    EXPECT_EQ(blob.blobMoveCount, 2.0);
+    EXPECT_EQ(blob.blobLeaving, (Cells{3, 1}));
+}
+
+TEST_F(BlobRedistributionTest, TakesWhatIsNotANumberLast) {
+    sensitivity = column({NAN, 3, NAN, 9, 2, NAN, NAN, NAN, 1, 99, -99, 0});
+    blob.blobInterface.fill(1.0);
+    mask = column({1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 1, 1});
+    redistribute(8);
+    EXPECT_EQ(blob.blobLeaving, (Cells{9, 3, 1, 4}));
+    ASSERT_EQ(blob.blobJoining.size(), 4U);
+    EXPECT_EQ(blob.blobJoining.front(), 8U);
+}
+
+TEST_F(BlobRedistributionTest, ShrinksWhenTooFewAreOutside) {
+    mask.fill(1.0);
+    mask(6, 0) = 0.0;
+    blob.blobInterface.fill(1.0);
+    redistribute(100);
+    EXPECT_EQ(blob.blobLeaving, (Cells{9, 3, 5, 1, 4}));
+    EXPECT_EQ(blob.blobJoining, (Cells{6}));
+    EXPECT_EQ(sum(listOf(mask)), 7.0);
+}
+
+TEST_F(BlobRedistributionTest, WithoutAnInsideChoosesOneAndMovesNone) {
+    mask.fill(0.0);
+    blob.blobInterface.fill(1.0);
+    redistribute(100);
+    EXPECT_EQ(blob.blobLeaving, Cells());
+    EXPECT_EQ(blob.blobJoining, (Cells{10}));
+    EXPECT_EQ(blob.blobConverged, 1);
+    EXPECT_EQ(sum(listOf(mask)), 0.0);
+}
+
+}  // namespace

@@ -1,0 +1,71 @@
+// The performance test's tables.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "PerformanceTest.h"
+#include "voxam.h"
+
+namespace {
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+std::vector<std::string> profile(int nelx, int nely) {
+    testing::internal::CaptureStdout();
+    profileNumberOfIterations(nelx, nely, {1, 3});
+    return linesOf(testing::internal::GetCapturedStdout());
+}
+
+TEST(PerformanceTest, PrintsALinePerStrategyAndACellPerCount) {
+    const std::string cells = "(\t[0-9.e+-]+ \\([0-9.e+-]+\\)){2}";
+    using testing::MatchesRegex;
+    EXPECT_THAT(profile(6, 4),
+                testing::ElementsAre("Profile number of iterations 6x4", "Iterations:\t1\t3",
+                                     MatchesRegex("Allways create triplet " + cells),
+                                     MatchesRegex("Reuse sparse \\(sequential\\)" + cells),
+                                     MatchesRegex("Reuse sparse \\(parallel\\) " + cells),
+                                     MatchesRegex("Reuse sparse \\(parallel build\\) " + cells)));
+}
+
+TEST(PerformanceTest, OddAndSingleColumnsAreHarmless) {
+    for (const int nelx : {1, 5}) EXPECT_EQ(profile(nelx, 3).size(), 6U);
+}
+
+// The time of a cell contains that of its builds, and both are times.
+TEST(PerformanceTest, BuildsArePartOfTheTotal) {
+    for (size_t line = 2; line < 6; ++line) {
+        const std::string text = profile(12, 8)[line];
+        std::istringstream cells(text.substr(text.find('\t')));
+        for (int i = 0; i < 2; ++i) {
+            double total = -1.0;
+            double build = -1.0;
+            char parenthesis = 0;
+            cells >> total >> parenthesis >> build >> parenthesis;
+            EXPECT_GE(build, 0.0) << text;
+            EXPECT_GE(total, build) << text;
+        }
+    }
+}
+
+TEST(PerformanceTest, ExportedTestProfilesFivePlates) {
+    testing::internal::CaptureStdout();
+    _VoxamPerformanceTest();
+    std::vector<std::string> titles;
+    for (const std::string& line : linesOf(testing::internal::GetCapturedStdout())) {
+        if (line.starts_with("Profile")) titles.push_back(line.substr(line.rfind(' ') + 1));
+        if (line.starts_with("Iterations")) {
+            EXPECT_EQ(line, "Iterations:\t1\t2\t4\t8");
+        }
+    }
+    EXPECT_EQ(titles, (std::vector<std::string>{"8x12", "12x18", "16x24", "20x30", "30x45"}));
+}
+
+}  // namespace
