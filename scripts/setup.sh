@@ -27,6 +27,7 @@ test_requirements=(
     "libopenblas0-openmp:OpenBLAS built with OpenMP, beside the usual one"
     "python3-numpy:Python 3.9 with NumPy, for the tests of the Python package"
     "python3-pytest:pytest"
+    "python3-jsonschema:the validator of JSON schemas for Python"
     "python3-matplotlib:matplotlib"
     "python3-pip:pip"
     "python3-setuptools:setuptools"

@@ -1,23 +1,37 @@
 #include <voxam.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <string>
+#include <vector>
 
-#include "input_error.h"
+#include "console.h"
 #include "optimise_command.h"
 #include "picture.h"
 #include "scene.h"
 #include "score_command.h"
+#include "text.h"
 
 namespace {
 
 constexpr int USAGE_OR_INPUT_ERROR = 2;
+constexpr const char* STRICT_HELP = "Make a warning count: exit status 1";
 
 int report(const std::string& message) {
-    std::fprintf(stderr, "voxam: %s\n", onOneLine(message).c_str());
+    complain(message);
     return USAGE_OR_INPUT_ERROR;
+}
+
+CLI::Validator finite() {
+    return {[](const std::string& text) {
+                const double number = std::strtod(text.c_str(), nullptr);
+                return number > 0 && std::isfinite(number) ? "" : text + " is not a number above 0";
+            },
+            "", "finite"};
 }
 
 CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
@@ -45,12 +59,14 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
                      "voxam optimise wrote")
         ->type_name("IN.png|.csv");
     addOutlineOptions(*score, options.exports);
+    score->add_flag("--strict", options.isStrict, STRICT_HELP);
     score->footer(
         "Exit status:\n"
         "  0  scored\n"
-        "  1  not supported: the supports leave the plate free to move\n"
+        "  1  not supported: the plate or what carries a load is free to move; or --strict and a\n"
+        "     warning\n"
         "  2  an error in the scene, the options or a file; one line on standard error tells\n"
-        "     which, and no picture is left behind\n");
+        "     which, and no picture is written\n");
     return score;
 }
 
@@ -72,7 +88,7 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
                      "the first 20 iterations, and not before all changes of the timeline and\n"
                      "20 iterations more")
         ->type_name("CHANGE")
-        ->check(CLI::PositiveNumber);
+        ->check(finite());
     optimise->add_option("--picture", options.picture, "Draw the last design")
         ->type_name("OUT.png|.svg");
     optimise
@@ -99,6 +115,9 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         ->type_name("OUT.csv");
     optimise->add_flag("--blob", options.movesBlob,
                        "Let the blob of the scene move to where material is least useful");
+    optimise->add_flag("--strict", options.isStrict, STRICT_HELP);
+    optimise->add_flag("--quiet", options.isQuiet,
+                       "Print nothing but errors and warnings, on standard error");
     optimise->footer(
         "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with picture and\n"
         "summary; the second one ends it at once.\n"
@@ -106,7 +125,8 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         "  0  optimised\n"
         "  1  the library could not go on: one line on standard error tells the iteration and\n"
         "     why, and the picture shows the last design, if there was one. A text that is\n"
-        "     followed by a change of the timeline does not end the run.\n"
+        "     followed by a change of the timeline does not end the run. Or --strict and a\n"
+        "     warning\n"
         "  2  an error in the scene, the options or a file; one line on standard error tells\n"
         "     which\n"
         "  130, 143  ended by SIGINT, SIGTERM\n");
@@ -120,6 +140,39 @@ CLI::App* addPerformance(CLI::App& app) {
         "Prints a table for each plate: a line per way, and in it for 1, 2, 4 and 8 assemblies\n"
         "the milliseconds in all and, in parentheses, those that built the sparsity pattern.\n");
     return performance;
+}
+
+std::vector<std::string> namesOf(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) names.push_back(option->get_name());
+    for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+    return names;
+}
+
+/// What the person who typed these arguments may have meant, or nothing.
+std::string hintFor(const std::vector<std::string>& arguments, const CLI::App& app) {
+    const CLI::App* command = &app;
+    for (const std::string& argument : arguments) {
+        const std::string word = argument.substr(0, argument.find('='));
+        const auto commands = command->get_subcommands(
+            [&](const CLI::App* each) { return each->get_name() == word; });
+        if (!commands.empty()) {
+            command = commands.front();
+            continue;
+        }
+        const auto names = namesOf(*command);
+        const bool isOption = word.size() > 2 && word[0] == '-' && word[1] == '-';
+        const bool isCommand = command == &app;
+        const bool isKnown = std::find(names.begin(), names.end(), word) != names.end();
+        if (isKnown || !(isOption || isCommand)) continue;
+        if (isCommand && std::filesystem::path(word).extension() == ".json")
+            return word + ": a command is needed before it: voxam optimise " + word +
+                   " or voxam score " + word;
+        const std::string meant = didYouMean(word, names);
+        return quoted(word) + " is not known" + (meant.empty() ? ";" : meant) + " voxam" +
+               (isCommand ? "" : " " + command->get_name()) + " --help tells the usage";
+    }
+    return "";
 }
 
 int run(int argc, char** argv) {
@@ -136,7 +189,9 @@ int run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return app.exit(error);
-        return report(std::string(error.what()) + " (voxam --help tells the usage)");
+        const std::string hint = hintFor({argv + 1, argv + argc}, app);
+        return report(hint.empty() ? std::string(error.what()) + " (voxam --help tells the usage)"
+                                   : hint);
     }
     if (score->parsed()) return runScore(scoreOptions);
     if (optimise->parsed()) return runOptimise(optimiseOptions);
@@ -144,15 +199,17 @@ int run(int argc, char** argv) {
         _VoxamPerformanceTest();
         return 0;
     }
-    return report("a command is required, such as score (voxam --help tells the usage)");
+    return report(
+        "a command is required, such as voxam optimise SCENE.json (voxam --help tells the usage)");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     try {
+        openStandardStreams();
         const int status = run(argc, argv);
-        if (std::fflush(stdout) != 0) return report("standard output cannot be written");
+        flushStandardOutput();
         return status;
     } catch (const std::exception& error) {
         return report(error.what());

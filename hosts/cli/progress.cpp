@@ -8,10 +8,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "text.h"
+
 namespace {
 
 constexpr int INTERVAL = 10;  // iterations from one plain line to the next
 constexpr std::size_t BAR_WIDTH = 24;
+constexpr std::size_t LEAST_BAR_WIDTH = 8;
 constexpr const char* ERASE_LINE = "\r\x1b[K";
 
 bool canOverwriteLines() {
@@ -26,39 +29,56 @@ std::size_t terminalWidth() {
     return known ? size.ws_col - 1u : 79u;
 }
 
-std::string bar(int done, int of) {
-    const auto filled = BAR_WIDTH * static_cast<std::size_t>(done) / static_cast<std::size_t>(of);
-    return "[" + std::string(filled, '#') + std::string(BAR_WIDTH - filled, '.') + "]";
+std::string bar(int done, int of, std::size_t width) {
+    const auto filled = width * static_cast<std::size_t>(done) / static_cast<std::size_t>(of);
+    return "[" + std::string(filled, '#') + std::string(width - filled, '.') + "] ";
+}
+
+/// As much of a bar as there is room for, and the text.
+std::string withBar(const std::string& text, int done, int of, std::size_t room) {
+    const std::size_t frame = bar(0, 1, 0).size();
+    if (text.size() + frame + LEAST_BAR_WIDTH > room) return text;
+    return bar(done, of, std::min(BAR_WIDTH, room - text.size() - frame)) + text;
 }
 
 }  // namespace
 
-Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines()) {}
+std::string liveLine(const IterationRecord& record, int of, std::size_t width) {
+    std::string line = formatted("%d/%d", record.iteration, of);
+    for (const std::string& field : {formatted("  compliance %.6g", record.compliance),
+                                     formatted("  volume %.1f %%", 100 * record.volume),
+                                     formatted("  change %.4f", record.change),
+                                     formatted("  %.1f ms", double(record.times.totalTime))}) {
+        if (line.size() + field.size() > width) break;
+        line += field;
+    }
+    if (line.size() > width) return "";
+    return withBar(line, record.iteration, of, width);
+}
+
+Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines()) {
+    if (live)
+        showLine(withBar(formatted("0/%d  preparing", last), 0, last, terminalWidth()));
+    else
+        std::printf("iteration    compliance   volume   change        ms\n");
+    std::fflush(stdout);
+}
 
 void Progress::show(const IterationRecord& record) {
     latest = record;
     if (live)
-        showLive(record);
+        showLine(liveLine(record, last, terminalWidth()));
     else if (record.iteration == 1 || record.iteration % INTERVAL == 0)
         showPlain(record);
 }
 
-void Progress::showLive(const IterationRecord& record) {
-    char text[160];
-    std::snprintf(text, sizeof text,
-                  " %d/%d  compliance %.6g  volume %.1f %%  change %.4f  %.1f ms", record.iteration,
-                  last, record.compliance, 100 * record.volume, record.change,
-                  double(record.times.totalTime));
-    std::string line = bar(record.iteration, last) + text;
-    line.resize(std::min(line.size(), terminalWidth()));
-    std::printf("%s%s", ERASE_LINE, line.c_str());
+void Progress::showLine(const std::string& text) {
+    std::printf("%s%s", ERASE_LINE, text.c_str());
     std::fflush(stdout);
     lineOpen = true;
 }
 
 void Progress::showPlain(const IterationRecord& record) {
-    if (!headed) std::printf("iteration    compliance   volume   change        ms\n");
-    headed = true;
     printed = record.iteration;
     std::printf("%9d  %12.6g  %5.1f %%   %.4f  %8.1f\n", record.iteration, record.compliance,
                 100 * record.volume, record.change, double(record.times.totalTime));

@@ -1,18 +1,23 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "iteration_record.h"
+
+/// The line of a terminal that shows an iteration: a bar as far as there is room, and as many of the
+/// fields as fit into `width` columns.
+std::string liveLine(const IterationRecord& record, int of, std::size_t width);
 
 /// Tells on standard output how a run gets on: on a terminal in one line that is overwritten, else
 /// in a line for every tenth iteration.
 class Progress {
 public:
-    /// `iterations` is the number that the run has at most.
+    /// `iterations` is the number that the run has at most. Shows at once that it begins: the first
+    /// iteration of a large plate takes a while.
     explicit Progress(int iterations);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    /// An error message that follows is to begin on a line of its own.
     ~Progress() { closeLine(); }
 
     void show(const IterationRecord& record);
@@ -23,16 +28,17 @@ public:
     /// Ends with the last iteration shown, if there was one.
     void finish();
 
+    /// What follows begins on a line of its own.
+    void closeLine();
+
 private:
-    void showLive(const IterationRecord& record);
     void showPlain(const IterationRecord& record);
     void showPending();
-    void closeLine();
+    void showLine(const std::string& text);
 
     int last;
     bool live;
     bool lineOpen = false;  // the live line waits to be overwritten
-    bool headed = false;
-    int printed = 0;  // the last iteration that has a plain line
+    int printed = 0;        // the last iteration that has a plain line
     IterationRecord latest;
 };

@@ -7,13 +7,17 @@
 #include <numeric>
 #include <string>
 
+#include "assessment.h"
+#include "checks.h"
+#include "console.h"
 #include "design_file.h"
 #include "file_ending.h"
-#include "game.h"
+#include "input_error.h"
 #include "output_file.h"
 #include "picture.h"
 #include "refinement.h"
 #include "scene_reader.h"
+#include "text.h"
 
 namespace {
 
@@ -24,17 +28,16 @@ double sum(const Field& field) {
 double percent(double part, double whole) { return whole > 0 ? 100 * part / whole : 0; }
 
 std::string materialText(const Field& densities) {
-    char text[96];
     const auto elements = densities.values.size();
-    std::snprintf(text, sizeof text, "%.1f %%  (%.7g of %zu elements)",
-                  percent(sum(densities), static_cast<double>(elements)), sum(densities), elements);
-    return text;
+    return formatted("%.1f %%  (%.7g of %zu elements)",
+                     percent(sum(densities), static_cast<double>(elements)), sum(densities),
+                     elements);
 }
 
 void printScene(const Scene& scene) {
     std::printf("%s\n", scene.title.c_str());
     std::printf("  grid             %d x %d elements\n", scene.width, scene.height);
-    if (scene.densities->width > scene.width)
+    if (refinementOf(*scene.densities, scene) > 1)
         std::printf("  design           %d x %d cells\n", scene.densities->width,
                     scene.densities->height);
     std::printf("  load cases       %d\n", scene.loadCases);
@@ -62,11 +65,37 @@ void printHardestWorking(const Field& energies, const Field& densities, int refi
     std::printf("  the hardest %-24s %10.1f %%\n", place, percent(energies.at(x, y), total));
 }
 
-std::string subtitle(const Scene& scene, const Score& score) {
-    char text[64];
-    std::snprintf(text, sizeof text, "compliance %.6g", score.compliance);
-    return (score.supported ? text : std::string("not supported: free to move")) +
-           ",  material used " + materialText(*scene.densities);
+std::string subtitle(const Scene& scene, const Assessment& found) {
+    std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
+                                              : "not supported: " + lineOf(found.problems.front());
+    text += ",  material used " + materialText(*scene.densities);
+    if (!found.floating.empty()) text += ",  left out: " + describe(found.floating);
+    return text;
+}
+
+void drawDesign(const Scene& scene, const Assessment& found, int scale,
+                const std::filesystem::path& file) {
+    PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle(scene, found),
+                           found.floating};
+    if (found.problems.empty()) content.energies = found.score.energies;
+    writeFile(file, encodePicture(file, scene, content, scale));
+    const PictureLayout size = pictureLayout(scene, scale);
+    std::printf("  picture          %s (%d x %d pixels)\n", onOneLine(file.string()).c_str(),
+                size.width, size.height);
+}
+
+void printAssessment(const Scene& scene, const Assessment& found) {
+    if (!found.floating.empty())
+        std::printf("  left out         %s\n", describe(found.floating).c_str());
+    if (found.problems.empty()) {
+        std::printf("  compliance       %.6g\n", found.score.compliance);
+        printHardestWorking(found.score.energies, *scene.densities,
+                            refinementOf(*scene.densities, scene));
+        return;
+    }
+    std::printf("  compliance       none: not supported\n");
+    for (const Finding& problem : found.problems)
+        std::printf("  because          %s\n", lineOf(problem).c_str());
 }
 
 void readDesignInto(Scene& scene, const std::filesystem::path& file) {
@@ -85,34 +114,29 @@ void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) 
 }  // namespace
 
 int runScore(const ScoreOptions& options) {
+    // 1. Everything that can be said before the score.
     Scene scene = readScene(options.scene);
     if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
+    for (const Finding& finding : checkBeforeScore(scene))
+        throw InputError(options.scene.string() + ": " + lineOf(finding));
     const int refinement = refinementOf(*scene.densities, scene);
     const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
     prepareOutputs(options, scene, scale);
 
-    const Score score = Game(refined(scene, refinement)).score(*scene.densities);
+    // 2. The score.
+    const Assessment found = assess(*scene.densities, scene);
 
-    if (!options.picture.empty()) {
-        PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle(scene, score)};
-        if (score.supported) content.energies = score.energies;
-        writeFile(options.picture, encodePicture(options.picture, scene, content, scale));
-    }
-
+    // 3. What it came to.
     printScene(scene);
-    if (score.supported) {
-        std::printf("  compliance       %.6g\n", score.compliance);
-        printHardestWorking(score.energies, *scene.densities, refinement);
-    } else {
-        std::printf("  compliance       none: not supported, the plate is free to move\n");
-    }
+    printAssessment(scene, found);
+    flushStandardOutput();
+    const bool hasWarnings = !found.floating.empty();
+    if (hasWarnings)
+        complain(options.scene.string() + ": warning: densities: " + describe(found.floating) +
+                 "; left out");
     if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
-    if (!options.picture.empty()) {
-        const PictureLayout size = pictureLayout(scene, scale);
-        std::printf("  picture          %s (%d x %d pixels)\n", options.picture.c_str(), size.width,
-                    size.height);
-    }
+    if (!options.picture.empty()) drawDesign(scene, found, scale, options.picture);
     writeExports(options.exports, *scene.densities, refinement);
-    return score.supported ? 0 : 1;
+    return !found.problems.empty() || (options.isStrict && hasWarnings) ? 1 : 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <numeric>
 #include <vector>
 
 /// A rectangle of floats, row by row with the top row first: value (x, y) is at y * width + x, with
@@ -44,4 +45,10 @@ inline Field fromElementOrder(const std::vector<float>& values, int width, int h
     for (int x = 0; x < width; ++x)
         for (int y = 0; y < height; ++y) field.at(x, y) = values[next++];
     return field;
+}
+
+/// Of all values.
+inline double mean(const Field& field) {
+    return std::accumulate(field.values.begin(), field.values.end(), 0.0) /
+           static_cast<double>(field.values.size());
 }

@@ -25,4 +25,5 @@ public:
 private:
     int width;
     int height;
+    double unitOfForce;
 };

@@ -10,10 +10,3 @@ class InputError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
-
-/// The text with every control character replaced by a space.
-inline std::string onOneLine(std::string text) {
-    for (char& character : text)
-        if (static_cast<unsigned char>(character) < ' ' || character == '\x7f') character = ' ';
-    return text;
-}

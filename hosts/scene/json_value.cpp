@@ -7,6 +7,8 @@
 #include <set>
 
 #include "input_error.h"
+#include "json_error.h"
+#include "text.h"
 
 using nlohmann::json;
 
@@ -15,6 +17,8 @@ namespace {
 // Far above the largest grid written as numbers; it only keeps an endless input from filling
 // memory.
 constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
+
+constexpr std::size_t LONGEST_KEY = 60;  // of an unknown one that is told
 
 // The parser would silently keep the last of two equal keys, and a scene lose its first loads.
 class DuplicateKeys {
@@ -27,7 +31,8 @@ public:
         if (event == json::parse_event_t::key) {
             const auto key = parsed.get<std::string>();
             if (!keysOfObjects.back().insert(key).second)
-                throw InputError(file + ": key \"" + key + "\" stands twice in the same object");
+                throw InputError(file + ": key " + quoted(key) +
+                                 " stands twice in the same object");
         }
         return true;
     }
@@ -36,11 +41,6 @@ private:
     std::string file;
     std::vector<std::set<std::string>> keysOfObjects;
 };
-
-std::string withoutExceptionName(const std::string& what) {
-    const auto end = what.find("] ");
-    return end == std::string::npos ? what : what.substr(end + 2);
-}
 
 std::string shortNumber(double value) { return json(value).dump(); }
 
@@ -68,13 +68,18 @@ std::string readText(const std::filesystem::path& file) {
 }
 
 json parseJson(const std::string& text, const std::filesystem::path& file) {
+    constexpr bool throwing = true;
+    constexpr bool withComments = true;
     DuplicateKeys duplicateKeys(file.string());
+    const auto look = [&](int, json::parse_event_t event, json& parsed) {
+        return duplicateKeys(event, parsed);
+    };
     try {
-        return json::parse(text, [&](int, json::parse_event_t event, json& parsed) {
-            return duplicateKeys(event, parsed);
-        });
-    } catch (const json::exception& error) {
-        throw InputError(file.string() + ": " + withoutExceptionName(error.what()));
+        return json::parse(text, look, throwing, withComments);
+    } catch (const json::parse_error& error) {
+        throw InputError(file.string() + ": " + describeJsonError(text, error.byte, error.what()));
+    } catch (const json::exception&) {
+        throw InputError(file.string() + ": a number is too large for any computer");
     }
 }
 
@@ -95,10 +100,10 @@ void JsonValue::allowOnly(const std::vector<std::string>& keys) const {
     expect(value->is_object(), "an object");
     for (const auto& [key, ignored] : value->items()) {
         if (std::find(keys.begin(), keys.end(), key) != keys.end()) continue;
-        std::string allowed;
-        for (const auto& name : keys) allowed += (allowed.empty() ? "" : ", ") + name;
-        JsonValue(*value, file, path.empty() ? key : path + "." + key)
-            .fail("unknown key; allowed keys: " + allowed);
+        const std::string hint = didYouMean(key, keys);
+        const std::string name = shortened(key, LONGEST_KEY);
+        JsonValue(*value, file, path.empty() ? name : path + "." + name)
+            .fail("unknown key" + (hint.empty() ? ";" : hint) + " allowed keys: " + listed(keys));
     }
 }
 
@@ -160,6 +165,6 @@ std::string JsonValue::oneOf(const std::vector<std::string>& allowed) const {
     const std::string found = text();
     if (std::find(allowed.begin(), allowed.end(), found) != allowed.end()) return found;
     std::string list;
-    for (const auto& name : allowed) list += (list.empty() ? "\"" : ", \"") + name + "\"";
-    fail("\"" + found + "\" is not one of " + list);
+    for (const auto& name : allowed) list += (list.empty() ? "" : ", ") + quoted(name);
+    fail(quoted(found) + " is not one of " + list + didYouMean(found, allowed));
 }

@@ -5,7 +5,8 @@
 
 #include "records.h"
 
-Optimiser::Optimiser(const Scene& scene) : width(scene.width), height(scene.height) {
+Optimiser::Optimiser(const Scene& scene)
+    : width(scene.width), height(scene.height), unitOfForce(forceUnit(scene)) {
     start(scene);
 }
 
@@ -20,7 +21,7 @@ void Optimiser::start(const Scene& scene) {
 }
 
 void Optimiser::update(const Scene& scene) {
-    const auto loads = loadRecords(scene);
+    const auto loads = loadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);
     const auto passive = passiveRecords(scene.passive);
     const auto blobCells = cellRecords(scene.blob);
@@ -46,6 +47,7 @@ Optimiser::Outcome Optimiser::iterate(double penalty, bool movesBlob) {
                                          &outcome.times, blobMask.data(), exponent)
                                    : _IterateVoxamApp(length, message.data(), picture.data(),
                                                       &outcome.change, &outcome.times, exponent);
+    outcome.compliance *= unitOfForce * unitOfForce;
     outcome.message = message.data();
     // The problem of the scene is not at fault, and no change of it would help.
     if (outcome.message.rfind("No optimiser", 0) == 0)

@@ -11,7 +11,9 @@
 /// The library's one optimiser, for as long as this object lives.
 class Optimiser {
 public:
-    /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory.
+    /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory. The
+    /// library is told forces in the unit of this scene's largest one (its timeline included), for
+    /// as long as this object lives.
     explicit Optimiser(const Scene& scene);
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;
@@ -45,6 +47,7 @@ private:
 
     int width;
     int height;
+    double unitOfForce;
     int refinement = 1;  // picture cells per edge of an element
     int restartId = 1;
     std::vector<float> picture;

@@ -18,6 +18,8 @@ namespace {
     throw InputError(target.string() + ": cannot be written: " + why);
 }
 
+std::string systemsReason() { return errno != 0 ? std::strerror(errno) : "unknown reason"; }
+
 // A symbolic link stays one: the file that it points to is replaced.
 fs::path resolved(const fs::path& target) {
     std::error_code error;
@@ -71,19 +73,20 @@ void checkOutput(const fs::path& target, const std::vector<fs::path>& inputs) {
     const fs::path directory = file.parent_path();
     if (!fs::is_directory(directory, error))
         fail(target, "there is no directory " + directory.string());
-    if (access(directory.c_str(), W_OK | X_OK) != 0) fail(target, std::strerror(errno));
+    if (access(directory.c_str(), W_OK | X_OK) != 0) fail(target, systemsReason());
 }
 
 void writeFile(const fs::path& target, const std::vector<std::uint8_t>& bytes) {
     const fs::path file = resolved(target);
-    TemporaryFile temporary(file);
     errno = 0;
-    if (!temporary.write(bytes) || !temporary.moveTo(file)) fail(target, std::strerror(errno));
+    TemporaryFile temporary(file);
+    if (!temporary.write(bytes) || !temporary.moveTo(file)) fail(target, systemsReason());
 }
 
 void createDirectory(const fs::path& directory) {
     std::error_code error;
     fs::create_directory(directory, error);
     if (error) fail(directory, error.message());
-    if (access(directory.c_str(), W_OK | X_OK) != 0) fail(directory, std::strerror(errno));
+    if (!fs::is_directory(directory)) fail(directory, "it is not a directory");
+    if (access(directory.c_str(), W_OK | X_OK) != 0) fail(directory, systemsReason());
 }

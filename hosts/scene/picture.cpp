@@ -43,6 +43,7 @@ constexpr double BLOB_SHARE = 0.55;
 // A light and a dark one would each be lost on some of the material; these show on all of it.
 constexpr std::array<Colour, 3> PASSIVE_COLOURS = {
     {{0.9, 0.5, 0.05}, {0.15, 0.65, 0.25}, {0.8, 0.25, 0.6}}};
+constexpr Colour FLOATING_COLOUR = {0.9, 0.1, 0.75};
 constexpr double OUTLINE_THICKNESS = 2;
 
 constexpr double SUPPORT_SIZE = 11;
@@ -85,6 +86,7 @@ public:
         drawPassive(scene.passive.voids, PASSIVE_COLOURS[0]);
         drawPassive(scene.passive.solids, PASSIVE_COLOURS[1]);
         drawPassive(scene.passive.secondSolids, PASSIVE_COLOURS[2]);
+        drawFloating();
         for (const Support& support : scene.supports) drawSupport(support);
         drawLoads();
         drawRulers();
@@ -129,11 +131,22 @@ private:
         return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
     }
 
-    void drawPassive(const Area& area, const Colour& colour) {
+    void drawOutline(const Area& area, double size, const Colour& colour) {
+        const int columns = static_cast<int>(std::lround(scene.width / size));
+        const int rows = static_cast<int>(std::lround(scene.height / size));
         std::vector<std::array<Point, 2>> lines;
-        for (const auto& [from, to] : outlineOf(area, scene.width, scene.height))
-            lines.push_back({position(from.x, from.y), position(to.x, to.y)});
+        for (const auto& [from, to] : outlineOf(area, columns, rows))
+            lines.push_back(
+                {position(size * from.x, size * from.y), position(size * to.x, size * to.y)});
         canvas.lines(lines, colour, OUTLINE_THICKNESS);
+    }
+
+    void drawPassive(const Area& area, const Colour& colour) { drawOutline(area, 1, colour); }
+
+    void drawFloating() {
+        const double size = 1.0 * scene.width / content.material.width;
+        for (const FloatingPart& part : content.floating)
+            drawOutline({part.cells, {}}, size, FLOATING_COLOUR);
     }
 
     /// Unit vector from the plate to the side on which the symbol of a support stands.
@@ -258,7 +271,8 @@ private:
 
     void drawSymbolKey(Point corner) {
         const double x = corner.x;
-        const bool hasAreas = !scene.passive.empty() || !scene.blob.empty();
+        const bool hasAreas =
+            !scene.passive.empty() || !scene.blob.empty() || !content.floating.empty();
         const double y = corner.y + (hasAreas ? 3 : 15);
         supportSymbol({x + 7, y - 8}, {0, 1}, false);
         canvas.text("held", {x + 20, y + 4}, 12, INK);
@@ -297,6 +311,7 @@ private:
             {!scene.passive.voids.empty(), "kept void", PASSIVE_COLOURS[0]},
             {!scene.passive.solids.empty(), "solid", PASSIVE_COLOURS[1]},
             {!scene.passive.secondSolids.empty(), "solid 2", PASSIVE_COLOURS[2]},
+            {!content.floating.empty(), "hangs on nothing", FLOATING_COLOUR},
             {!scene.blob.empty(), "blob", BLOB_COLOUR, true}};
         const auto widthOf = [&](const KeyEntry& entry) {
             return entry.present ? 17 + canvas.textWidth(entry.label, 12) + 10 : 0;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "field.h"
+#include "floating_parts.h"
 #include "png_image.h"
 #include "scene.h"
 
@@ -20,6 +21,7 @@ struct PictureContent {
     std::optional<Field> energies;
     std::string title;
     std::string subtitle;
+    std::vector<FloatingPart> floating = {};  ///< of a grid of the material's size, to be outlined
 };
 
 constexpr int MIN_PICTURE_SCALE = 1;

@@ -1,5 +1,8 @@
 #include "records.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 template <typename Visit>
@@ -23,15 +26,27 @@ void append(std::vector<short>& records, const Cells& cells) {
 
 }  // namespace
 
-std::vector<float> loadRecords(const Settings& settings) {
+std::vector<float> loadRecords(const Settings& settings, double forceUnit) {
     std::vector<float> records;
     for (const Load& load : settings.loads) {
         const double nodes = static_cast<double>(load.x.count()) * load.y.count();
         forEachNode(load.x, load.y, [&](int x, int y) {
-            appendRecord(records, x, y, load.fx / nodes, load.fy / nodes, load.loadCase);
+            appendRecord(records, x, y, load.fx / forceUnit / nodes, load.fy / forceUnit / nodes,
+                         load.loadCase);
         });
     }
     return records;
+}
+
+double forceUnit(const Scene& scene) {
+    double largest = 0;
+    const auto look = [&](const Settings& settings) {
+        for (const Load& load : settings.loads)
+            largest = std::max({largest, std::abs(load.fx), std::abs(load.fy)});
+    };
+    look(scene);
+    for (const Change& change : scene.timeline) look(change.settings);
+    return largest > 0 ? largest : 1;
 }
 
 std::vector<float> supportRecords(const Settings& settings) {

@@ -76,6 +76,8 @@ struct Change {
 struct Scene : Settings {
     static constexpr int MAX_SIDE = 1000;  ///< elements in x and in y
     static constexpr int MAX_LOAD_CASES = 64;
+    static constexpr std::size_t MAX_TITLE = 200;
+    static constexpr double MAX_NODES = 4e6;  ///< of all loads or all supports, each on its own
     static constexpr double MAX_FORCE = 1e6;  ///< magnitude of fx and of fy
     static constexpr double MIN_VOLUME_FRACTION = 0.01;
     static constexpr double MAX_PENALTY = 10;
@@ -94,8 +96,8 @@ struct Scene : Settings {
     /// Of a score: 0 (void) to 1 (solid) for each element, or for a whole number of cells per edge
     /// of an element.
     std::optional<Field> densities;
-    int subdivision = 1;             ///< cells of the design per edge of an element
-    int meshFactor = 1;              ///< cells of the picture per edge of a cell of the design
+    int subdivision = 1;  ///< cells of the design per edge of an element
+    int meshFactor = 1;   ///< cells of the picture per edge of a cell of the design
     int iterations = 100;
     std::vector<Change> timeline;              ///< by ascending iteration
     std::vector<std::filesystem::path> files;  ///< the scene file and the images it refers to

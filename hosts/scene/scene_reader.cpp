@@ -8,6 +8,7 @@
 #include "input_error.h"
 #include "json_value.h"
 #include "setting_keys.h"
+#include "text.h"
 
 namespace {
 
@@ -41,6 +42,20 @@ void readDensityRow(const JsonValue& row, Field& densities, int y) {
         densities.at(x, y) = static_cast<float>(numbers[static_cast<std::size_t>(x)].number(0, 1));
 }
 
+Field readDensityRows(const JsonValue& value, const Scene& scene) {
+    const auto rows =
+        value.elements("rows, one number for all, {\"png\": file} or {\"csv\": file}");
+    const int count = static_cast<int>(rows.size());
+    const int refinement = std::clamp(count / scene.height, 1, MAX_DESIGN_REFINEMENT);
+    if (count != refinement * scene.height)
+        value.fail(std::to_string(count) + " rows, expected " + std::to_string(scene.height) +
+                   " (grid.height) or a whole multiple up to " +
+                   std::to_string(MAX_DESIGN_REFINEMENT));
+    Field densities(refinement * scene.width, count);
+    for (int y = 0; y < count; ++y) readDensityRow(rows[static_cast<std::size_t>(y)], densities, y);
+    return densities;
+}
+
 /// Of a file that has another kind than the key says, the key counts.
 Field readDensityFile(const JsonValue& value, Scene& scene) {
     value.allowOnly({"png", "csv"});
@@ -62,12 +77,7 @@ Field readDensities(const JsonValue& value, Scene& scene) {
     if (json.is_number())
         return Field(scene.width, scene.height, static_cast<float>(value.number(0, 1)));
     if (json.is_object()) return readDensityFile(value, scene);
-    const auto rows =
-        drawingRows(value, scene.height, "rows, one number for all, {\"png\": file} or {\"csv\": file}");
-    Field densities(scene.width, scene.height);
-    for (int y = 0; y < scene.height; ++y)
-        readDensityRow(rows[static_cast<std::size_t>(y)], densities, y);
-    return densities;
+    return readDensityRows(value, scene);
 }
 
 std::string wholeNumber(double value) { return std::to_string(std::llround(value)); }
@@ -141,6 +151,13 @@ void readTimeline(const JsonValue& value, Scene& scene) {
     }
 }
 
+std::string readTitle(const JsonValue& value) {
+    const std::string title = onOneLine(value.text());
+    if (title.size() > Scene::MAX_TITLE)
+        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " bytes");
+    return title;
+}
+
 /// The plate without what acts on it.
 Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     root.allowOnly(
@@ -149,7 +166,7 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     Scene scene;
     scene.files.push_back(file);
     scene.title = onOneLine(file.stem().string());
-    if (const auto title = root.find("title")) scene.title = onOneLine(title->text());
+    if (const auto title = root.find("title")) scene.title = readTitle(*title);
     if (const auto description = root.find("description")) scene.description = description->text();
 
     const JsonValue grid = root.at("grid");
@@ -188,10 +205,18 @@ Scene parseScene(const std::string& text, const std::filesystem::path& file) {
 }
 
 void requireScore(const Scene& scene) {
-    if (!scene.densities) failWithout(scene, "densities", "needed for a score");
+    if (scene.densities) return;
+    failWithout(
+        scene, "densities",
+        scene.volumeFraction > 0
+            ? "needed for a score; with its volumeFraction this is a scene for voxam optimise"
+            : "needed for a score");
 }
 
 void requireOptimisation(const Scene& scene) {
-    if (scene.volumeFraction == 0)
-        failWithout(scene, "volumeFraction", "needed for an optimisation");
+    if (scene.volumeFraction > 0) return;
+    failWithout(scene, "volumeFraction",
+                scene.densities
+                    ? "needed to optimise; with its densities this is a scene for voxam score"
+                    : "needed to optimise");
 }

@@ -5,6 +5,7 @@
 
 #include "area_reader.h"
 #include "area_writer.h"
+#include "text.h"
 
 namespace {
 
@@ -22,6 +23,16 @@ double readForce(const JsonValue& load, const char* key) {
 int readLoadCase(const JsonValue& value, const Scene& scene) {
     return value.integer(0, scene.loadCases - 1,
                          " (the scene's loadCases is " + std::to_string(scene.loadCases) + ")");
+}
+
+/// The library takes a record for each node.
+template <typename Item>
+void checkNodeCount(const JsonValue& value, const std::vector<Item>& items) {
+    double nodes = 0;
+    for (const Item& item : items) nodes += 1.0 * item.x.count() * item.y.count();
+    if (nodes > Scene::MAX_NODES)
+        value.fail(
+            formatted("%.0f nodes in all, allowed are at most %.0f", nodes, Scene::MAX_NODES));
 }
 
 Load readLoad(const JsonValue& value, const Scene& scene) {
@@ -42,6 +53,7 @@ std::vector<Load> readLoads(const JsonValue& value, const Scene& scene) {
     for (const auto& load : value.elements("an array of loads"))
         loads.push_back(readLoad(load, scene));
     if (loads.empty()) value.fail("needs at least one load");
+    checkNodeCount(value, loads);
     return loads;
 }
 
@@ -72,6 +84,7 @@ std::vector<Support> readSupports(const JsonValue& value, const Scene& scene) {
     std::vector<Support> supports;
     for (const auto& support : value.elements("an array of supports"))
         supports.push_back(readSupport(support, scene));
+    checkNodeCount(value, supports);
     return supports;
 }
 

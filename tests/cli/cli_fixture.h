@@ -17,6 +17,15 @@ namespace fs = std::filesystem;
 
 inline const fs::path scenes = VOXAM_SCENES;
 
+/// The scenes that come with the program.
+inline std::vector<fs::path> shippedScenes() {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(scenes))
+        if (entry.path().extension() == ".json" && entry.path().stem().extension().empty())
+            files.push_back(entry.path());
+    return files;
+}
+
 inline std::string contents(const fs::path& file) {
     std::ifstream stream(file);
     return (std::ostringstream() << stream.rdbuf()).str();

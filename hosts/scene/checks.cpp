@@ -1,0 +1,257 @@
+#include "checks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "memory_need.h"
+#include "refinement.h"
+#include "text.h"
+
+namespace {
+
+constexpr double WORSE_AS_DRAWN = 1.15;  // times the reported compliance
+constexpr double VOLUME_TOLERANCE = 0.02;
+constexpr int FINEST_SUBDIVISION =
+    4;  // beyond, the design shows detail that it is not computed with
+constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
+constexpr double LITTLE_VOLUME = 0.25;
+
+Finding error(const std::string& key, const std::string& text,
+              const std::optional<Place>& place = std::nullopt) {
+    return {Finding::ERROR, key, text, place};
+}
+
+Finding warning(const std::string& key, const std::string& text) {
+    return {Finding::WARNING, key, text, std::nullopt};
+}
+
+void append(Findings& findings, const Findings& more) {
+    findings.insert(findings.end(), more.begin(), more.end());
+}
+
+std::string item(const char* list, std::size_t number) {
+    return std::string(list) + "[" + std::to_string(number) + "]";
+}
+
+template <typename Where>
+Place nodesOf(const Where& where) {
+    return {true, where.x, where.y};
+}
+
+/// The nodes whose elements are all kept void.
+class PassiveVoid {
+public:
+    explicit PassiveVoid(const Scene& scene) : isVoid(scene.width, scene.height) {
+        for (const Cell& cell : scene.passive.voids.cells) isVoid.at(cell.x, cell.y) = 1;
+    }
+
+    bool surrounds(int x, int y) const {
+        for (int i = std::max(0, x - 1); i <= std::min(x, isVoid.width - 1); ++i)
+            for (int j = std::max(0, y - 1); j <= std::min(y, isVoid.height - 1); ++j)
+                if (isVoid.at(i, j) == 0) return false;
+        return true;
+    }
+
+    std::optional<Cell> firstInside(const Range& columns, const Range& rows) const {
+        for (int x = columns.from; x <= columns.to; ++x)
+            for (int y = rows.from; y <= rows.to; ++y)
+                if (surrounds(x, y)) return Cell{x, y};
+        return std::nullopt;
+    }
+
+private:
+    Field isVoid;
+};
+
+bool hasForce(const Load& load) { return load.fx != 0 || load.fy != 0; }
+
+/// Whether a support holds a node in each direction in which the load pulls there.
+bool isHeld(const Load& load, int x, int y, const std::vector<Support>& supports) {
+    bool heldX = load.fx == 0;
+    bool heldY = load.fy == 0;
+    for (const Support& support : supports)
+        if (support.x.contains(x) && support.y.contains(y)) {
+            heldX = heldX || support.fixX;
+            heldY = heldY || support.fixY;
+        }
+    return heldX && heldY;
+}
+
+bool isHeld(const Load& load, const std::vector<Support>& supports) {
+    for (int x = load.x.from; x <= load.x.to; ++x)
+        for (int y = load.y.from; y <= load.y.to; ++y)
+            if (!isHeld(load, x, y, supports)) return false;
+    return true;
+}
+
+Findings findIdleLoads(const Scene& scene) {
+    std::vector<Load> pulling = scene.loads;
+    std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
+    if (pulling.empty()) return {error("loads", "there is no force at all")};
+    pulling = withLoadsInUse(scene).loads;
+    std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
+    if (pulling.empty()) return {error("loadCasesInUse", "none of them has a force")};
+    const bool idle = std::all_of(pulling.begin(), pulling.end(),
+                                  [&](const Load& load) { return isHeld(load, scene.supports); });
+    if (!idle) return {};
+    return {error("loads",
+                  "every force acts where a support holds the node in its direction, and does no "
+                  "work; move the loads or the supports",
+                  nodesOf(pulling.front()))};
+}
+
+Findings findInsideVoid(const Scene& scene) {
+    if (scene.passive.voids.empty()) return {};
+    const PassiveVoid passiveVoid(scene);
+    Findings findings;
+    const auto tell = [&](const std::string& key, const auto& where) {
+        const auto node = passiveVoid.firstInside(where.x, where.y);
+        if (node)
+            findings.push_back(error(key,
+                                     formatted("node %d, %d lies inside the elements that "
+                                               "passive.void keeps void",
+                                               node->x, node->y),
+                                     nodesOf(where)));
+    };
+    for (std::size_t i = 0; i < scene.loads.size(); ++i)
+        if (hasForce(scene.loads[i])) tell(item("loads", i), scene.loads[i]);
+    for (std::size_t i = 0; i < scene.supports.size(); ++i)
+        tell(item("supports", i), scene.supports[i]);
+    return findings;
+}
+
+Findings findImpossibleVolume(const Scene& scene) {
+    const double elements = 1.0 * scene.width * scene.height;
+    const auto& [voids, solids, secondSolids] = scene.passive;
+    const double solid = double(solids.cells.size() + secondSolids.cells.size()) / elements;
+    const double room = 1 - double(voids.cells.size()) / elements;
+    Findings findings;
+    if (solid > scene.volumeFraction)
+        findings.push_back(
+            error("passive", formatted("the solid elements are %.1f %% of the plate, "
+                                       "more than the volumeFraction %g",
+                                       100 * solid, scene.volumeFraction)));
+    if (room < scene.volumeFraction)
+        findings.push_back(error("passive", formatted("the void elements leave %.1f %% of the "
+                                                      "plate, less than the volumeFraction %g",
+                                                      100 * room, scene.volumeFraction)));
+    return findings;
+}
+
+Findings findTooFine(const Scene& scene) {
+    const bool little = scene.volumeFraction < LITTLE_VOLUME;
+    const int finest = little ? FINEST_SUBDIVISION_OF_LITTLE : FINEST_SUBDIVISION;
+    if (scene.subdivision <= finest) return {};
+    return {warning(
+        "subdivision",
+        formatted(
+            "%d is above %d%s: the design may fall into dots that carry nothing; "
+            "a finer grid shows the same detail and computes it",
+            scene.subdivision, finest,
+            little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
+}
+
+Findings findTooLarge(const Scene& scene) {
+    const MemoryNeed need = memoryNeed(scene);
+    const double available = availableMemory();
+    if (need.bytes <= available) return {};
+    constexpr double gigabyte = 1e9;
+    return {error(need.key,
+                  formatted("needs about %.1f GB of memory, of which %.1f GB are free; %s",
+                            need.bytes / gigabyte, available / gigabyte, need.advice.c_str()))};
+}
+
+/// Of a scene as it stands, whatever its timeline says.
+Findings checkNow(const Scene& scene) {
+    Findings findings = findIdleLoads(scene);
+    append(findings, findInsideVoid(scene));
+    if (findings.empty()) append(findings, findFreePlate(scene));
+    append(findings, findImpossibleVolume(scene));
+    append(findings, findTooFine(scene));
+    append(findings, findTooLarge(scene));
+    return findings;
+}
+
+bool tells(const Findings& findings, const Finding& finding) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [&](const Finding& each) { return lineOf(each) == lineOf(finding); });
+}
+
+void checkTimeline(const Scene& scene, Findings& findings) {
+    Scene later = scene;
+    Findings before = findings;
+    for (std::size_t i = 0; i < scene.timeline.size(); ++i) {
+        apply(scene.timeline[i], later);
+        const Findings after = checkNow(later);
+        for (const Finding& each : after) {
+            if (tells(before, each)) continue;
+            Finding finding = warning(item("timeline", i), lineOf(each));
+            finding.place = each.place;
+            findings.push_back(finding);
+        }
+        before = after;
+    }
+}
+
+}  // namespace
+
+Findings checkBeforeOptimisation(const Scene& scene) {
+    Findings findings = checkNow(scene);
+    checkTimeline(scene, findings);
+    return findings;
+}
+
+Findings checkBeforeScore(const Scene& scene) {
+    Scene all = scene;
+    all.loadCasesInUse = allLoadCases(scene);
+    return findIdleLoads(all);
+}
+
+Findings findFreePlate(const Scene& scene) {
+    const PassiveVoid passiveVoid(scene);
+    std::vector<int> rowsOfX;
+    std::vector<int> columnsOfY;
+    for (const Support& support : scene.supports)
+        for (int x = support.x.from; x <= support.x.to; ++x)
+            for (int y = support.y.from; y <= support.y.to; ++y) {
+                if (passiveVoid.surrounds(x, y)) continue;
+                if (support.fixX) rowsOfX.push_back(y);
+                if (support.fixY) columnsOfY.push_back(x);
+            }
+    const auto notAllEqual = [](const std::vector<int>& values) {
+        return std::adjacent_find(values.begin(), values.end(), std::not_equal_to<>()) !=
+               values.end();
+    };
+    const std::string free = "the plate is free to move";
+    if (rowsOfX.empty() && columnsOfY.empty())
+        return {error("supports", free + ": nothing is held")};
+    if (rowsOfX.empty()) return {error("supports", free + " along x: nothing is held in x")};
+    if (columnsOfY.empty()) return {error("supports", free + " along y: nothing is held in y")};
+    if (notAllEqual(rowsOfX) || notAllEqual(columnsOfY)) return {};
+    return {error("supports",
+                  "the plate is free to turn: hold x in two rows of nodes, or y in two columns")};
+}
+
+Findings checkResult(const RunResult& result, const Scene& scene) {
+    Findings findings;
+    const Assessment& drawn = result.assessment;
+    for (const Finding& problem : drawn.problems)
+        findings.push_back(warning(problem.key, "as drawn, " + problem.text));
+    if (!drawn.floating.empty())
+        findings.push_back(warning("design", "as drawn, " + describe(drawn.floating)));
+    const double ratio = drawn.score.compliance / result.compliance;
+    if (drawn.problems.empty() && ratio > WORSE_AS_DRAWN)
+        findings.push_back(
+            warning("compliance", formatted("as drawn it is %.6g, %.3g times the %.6g reported",
+                                            drawn.score.compliance, ratio, result.compliance)));
+    const double drawnVolume = mean(result.drawn);
+    for (const auto& [volume, what] : {std::pair(result.volume, ""), {drawnVolume, " as drawn"}}) {
+        if (std::abs(volume - scene.volumeFraction) <= VOLUME_TOLERANCE) continue;
+        findings.push_back(
+            warning("volumeFraction", formatted("the design has %.1f %%%s instead of %.1f %%",
+                                                100 * volume, what, 100 * scene.volumeFraction)));
+        break;
+    }
+    return findings;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "assessment.h"
+#include "finding.h"
+#include "scene.h"
+
+/// What can be said of a scene before it is optimised. An error makes the run pointless; what a
+/// change of the timeline brings about is a warning only, because a later one may mend it.
+Findings checkBeforeOptimisation(const Scene& scene);
+
+/// What can be said of a scene before its design is scored.
+Findings checkBeforeScore(const Scene& scene);
+
+/// An error when the supports outside passive void leave the plate free to move or to turn.
+Findings findFreePlate(const Scene& scene);
+
+/// What an optimisation came to.
+struct RunResult {
+    double compliance = 0;  ///< as the optimiser reports it
+    double volume = 0;      ///< of the picture, 0 to 1
+    Field drawn;            ///< the design in black and white
+    Assessment assessment;  ///< of the drawn design
+};
+
+/// Warnings about a design that is not what it seems to be.
+Findings checkResult(const RunResult& result, const Scene& scene);

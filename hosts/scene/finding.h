@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "range.h"
+
+/// Where on the grid of a scene something is: the nodes or the elements of a rectangle.
+struct Place {
+    bool ofNodes = true;
+    Range x;
+    Range y;
+
+    bool operator==(const Place&) const = default;
+};
+
+/// Something that a person should know about a scene or its design.
+struct Finding {
+    enum Severity { WARNING, ERROR };  ///< an error makes a run pointless
+
+    Severity severity = WARNING;
+    std::string key;   ///< of the scene file, such as loads[2]
+    std::string text;  ///< what is wrong, and where it helps what to do, in one line
+    std::optional<Place> place;
+};
+
+using Findings = std::vector<Finding>;
+
+/// "loads[2]: what is wrong".
+inline std::string lineOf(const Finding& finding) { return finding.key + ": " + finding.text; }

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+/// Tells in plain words where a text is no JSON: line, column, what was expected and what is there.
+/// `position` is the number of bytes that the parser had read, and `complaint` what it said.
+std::string describeJsonError(const std::string& text, std::size_t position,
+                              const std::string& complaint);

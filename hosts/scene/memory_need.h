@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "scene.h"
+
+/// What an optimisation takes at most.
+struct MemoryNeed {
+    double bytes = 0;
+    std::string key;     ///< of the scene file: what takes most of it
+    std::string advice;  ///< what to lower
+};
+
+/// An estimate, good to a quarter or so.
+MemoryNeed memoryNeed(const Scene& scene);
+
+/// What the machine has free, and the process may take, in bytes; infinite where nobody says.
+double availableMemory();

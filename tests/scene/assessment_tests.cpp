@@ -1,0 +1,114 @@
+// What a design is worth, and what a design in black and white is.
+#include "assessment.h"
+#include "optimiser.h"
+#include "records.h"
+#include "scene_fixture.h"
+
+namespace {
+
+// A wide beam, and one on a plate above and one below the size at which the library refuses what
+// floats.
+class AssessmentOnPlate : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(AssessmentOnPlate, leavesOutWhatFloats) {
+    const auto [width, height] = GetParam();
+    const Scene scene = clampedPlate(width, height);
+    Field beam(width, height);
+    for (int x = 0; x < width; ++x)
+        for (int y = height / 2 - 2; y < height / 2 + 2; ++y) beam.at(x, y) = 1;
+    Field speckled = beam;
+    speckled.at(12, 1) = 1;
+    speckled.at(3, height / 2 - 3) = 1;  // attached by its edge
+    Field attached = speckled;
+    attached.at(12, 1) = 0;
+    const Assessment found = assess(speckled, scene);
+    EXPECT_TRUE(found.problems.empty());
+    EXPECT_EQ(found.floating.size(), 1u);
+    EXPECT_EQ(found.score.compliance, assess(attached, scene).score.compliance);
+    EXPECT_LT(found.score.compliance, assess(beam, scene).score.compliance);
+    EXPECT_LT(found.score.energies.at(12, 1), 1e-6);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, AssessmentOnPlate,
+                         testing::Values(std::pair(23, 20), std::pair(24, 22), std::pair(60, 40)));
+
+TEST(Assessment, tellsWhyThereIsNoScore) {
+    const Scene scene = clampedPlate(4, 2);
+    const auto problem = [&](const Field& design, const Scene& plate) {
+        const Assessment found = assess(design, plate);
+        EXPECT_EQ(found.problems.size(), 1u);
+        return lineOf(found.problems.front());
+    };
+    EXPECT_EQ(problem(drawing({"###.", "###."}), scene),
+              "loads[0]: pulls where there is no material, at node 4, 1");
+    EXPECT_EQ(problem(drawing({"##.#", "##.#"}), scene),
+              "loads[0]: pulls at a part that hangs on nothing, at node 4, 1");
+    EXPECT_EQ(problem(drawing({"....", "...."}), scene), "densities: there is no material");
+    Scene free = scene;
+    free.supports.clear();
+    EXPECT_EQ(problem(drawing({"####", "####"}), free),
+              "supports: the plate is free to move: nothing is held");
+}
+
+TEST(Assessment, scoresOnAFinerGrid) {
+    // A bar that is pulled evenly stretches alike however fine the grid is.
+    Scene scene = clampedPlate(4, 1);
+    scene.loads = {{{4, 4}, {0, 1}, 3, 0, 0}};
+    scene.supports = {{{0, 0}, {0, 1}, true, false}, {{0, 0}, {0, 0}, false, true}};
+    EXPECT_NEAR(assess(Field(4, 1, 1), scene).score.compliance, 4 * 9, 1e-3);
+    // The share of the end nodes is that of the others, so that the pull is not quite even here.
+    EXPECT_NEAR(assess(Field(16, 4, 1), scene).score.compliance, 4 * 9, 0.5);
+}
+
+TEST(DrawnDesign, isTheFinestThatIsSmallEnough) {
+    Scene scene = clampedPlate(60, 40);
+    scene.subdivision = scene.meshFactor = 2;
+    EXPECT_EQ(drawnRefinement(scene), 4);
+    scene.meshFactor = 4;
+    EXPECT_EQ(drawnRefinement(scene), 5);  // 300 x 200
+    EXPECT_EQ(drawnRefinement(clampedPlate(1000, 1000)), 1);
+}
+
+TEST(DrawnDesign, isSolidWhereHalfFull) {
+    const Scene scene = clampedPlate(2, 1);
+    Field material(6, 3);  // three cells an element, and then two
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 6; ++x) material.at(x, y) = x < 2 ? 0.9f : 0.2f;
+    // Shares of 0.9: 1, then a third of the second one (cell 1 ends at 2/3 of it).
+    EXPECT_EQ(drawnDesign(material, scene, 3).values,
+              drawing({"##....", "##....", "##...."}).values);
+    EXPECT_EQ(drawnDesign(material, scene, 2).values, drawing({"#...", "#..."}).values);
+    EXPECT_EQ(drawnDesign(material, scene, 1).values, drawing({"#."}).values);
+    EXPECT_EQ(drawnDesign(Field(2, 1, 0.5f), scene, 1).values, drawing({"##"}).values);
+}
+
+/// Compliances and last design of an optimisation of ten iterations.
+std::pair<std::vector<double>, Field> run(Scene scene, double force) {
+    scene.loads.front().fy *= force;
+    Optimiser optimiser(scene);
+    std::vector<double> compliances;
+    for (int i = 0; i < 10; ++i) compliances.push_back(optimiser.iterate(3, false).compliance);
+    return {compliances, optimiser.material()};
+}
+
+TEST(ForceUnit, makesTheDesignIndependentOfTheForce) {
+    const Scene scene = clampedPlate(20, 10);
+    const auto [plain, design] = run(scene, 1);
+    for (const double force : {1e6, 1e-6}) {
+        const auto [compliances, same] = run(scene, force);
+        EXPECT_EQ(same.values, design.values);
+        for (std::size_t i = 0; i < plain.size(); ++i)
+            EXPECT_DOUBLE_EQ(compliances[i], plain[i] * force * force);
+    }
+    Scene changing = scene;
+    Change change;
+    change.keys = {"loads"};
+    change.settings.loads = {{{20, 20}, {5, 5}, -40, 3, 0}};
+    changing.timeline = {change};
+    EXPECT_EQ(forceUnit(changing), 40);
+    changing.loads.clear();
+    changing.timeline.clear();
+    EXPECT_EQ(forceUnit(changing), 1);
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// What is said of a scene before a run, and of a result after it.
+#include "checks.h"
+#include "memory_need.h"
+#include "scene_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::vector<std::string> before(const Scene& scene) {
+    return linesOf(checkBeforeOptimisation(scene));
+}
+
+Area rectangle(int x0, int x1, int y0, int y1) {
+    Area area;
+    for (int x = x0; x <= x1; ++x)
+        for (int y = y0; y <= y1; ++y) area.cells.push_back({x, y});
+    return area;
+}
+
+TEST(ChecksBefore, tellNothingOfASoundScene) {
+    EXPECT_THAT(before(clampedPlate(12, 6)), IsEmpty());
+    EXPECT_THAT(linesOf(checkBeforeScore(clampedPlate(12, 6))), IsEmpty());
+}
+
+TEST(ChecksBefore, tellOfForcesThatDoNoWork) {
+    Scene scene = clampedPlate(12, 6);
+    scene.loads = {{{12, 12}, {3, 3}, 0, 0, 0}};
+    EXPECT_THAT(before(scene), ElementsAre("error: loads: there is no force at all"));
+    EXPECT_THAT(linesOf(checkBeforeScore(scene)), ElementsAre(HasSubstr("no force at all")));
+
+    scene.loadCases = 2;
+    scene.loads = {{{12, 12}, {3, 3}, 0, 1, 1}};
+    EXPECT_THAT(before(scene), ElementsAre("error: loadCasesInUse: none of them has a force"));
+    EXPECT_THAT(linesOf(checkBeforeScore(scene)), IsEmpty());  // scores every load case
+
+    scene.loadCasesInUse = {0, 1};
+    scene.supports.push_back({{12, 12}, {0, 6}, false, true});
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("loads: every force acts where a support")));
+    EXPECT_EQ(checkBeforeOptimisation(scene).front().place, (Place{true, {12, 12}, {3, 3}}));
+    scene.loads.push_back({{12, 12}, {3, 3}, 1, 0, 0});
+    EXPECT_THAT(before(scene), IsEmpty());
+}
+
+TEST(ChecksBefore, tellHowThePlateIsFree) {
+    Scene scene = clampedPlate(12, 6);
+    const auto told = [&](const std::vector<Support>& supports) {
+        scene.supports = supports;
+        const auto lines = before(scene);
+        return lines.empty() ? "" : lines.front();
+    };
+    const std::string free = "error: supports: the plate is free to ";
+    EXPECT_EQ(told({}), free + "move: nothing is held");
+    EXPECT_EQ(told({{{0, 0}, {0, 6}, true, false}}), free + "move along y: nothing is held in y");
+    EXPECT_EQ(told({{{0, 12}, {0, 0}, false, true}}), free + "move along x: nothing is held in x");
+    EXPECT_EQ(told({{{0, 0}, {0, 0}, true, true}}),
+              free + "turn: hold x in two rows of nodes, or y in two columns");
+    EXPECT_EQ(told({{{0, 0}, {0, 0}, true, true}, {{5, 5}, {0, 0}, true, false}}).find(free), 0u);
+    EXPECT_EQ(told({{{0, 0}, {0, 0}, true, true}, {{5, 5}, {0, 0}, false, true}}), "");
+    EXPECT_EQ(told({{{0, 0}, {0, 1}, true, false}, {{3, 3}, {3, 3}, false, true}}), "");
+}
+
+TEST(ChecksBefore, tellOfLoadsAndSupportsInsidePassiveVoid) {
+    Scene scene = clampedPlate(12, 6);
+    scene.volumeFraction = 0.2;
+    scene.passive.voids = rectangle(10, 11, 0, 5);
+    scene.supports.push_back({{11, 12}, {0, 0}, true, true});
+    EXPECT_THAT(
+        before(scene),
+        ElementsAre("error: loads[0]: node 12, 3 lies inside the elements that passive.void "
+                    "keeps void",
+                    "error: supports[1]: node 11, 0 lies inside the elements that "
+                    "passive.void keeps void"));
+    scene.loads.front().x = {10, 10};  // at the rim of the void
+    scene.supports.pop_back();
+    EXPECT_THAT(before(scene), IsEmpty());
+}
+
+TEST(ChecksBefore, tellOfVolumesThatCannotBe) {
+    Scene scene = clampedPlate(12, 6);
+    scene.passive.solids = rectangle(0, 5, 0, 2);
+    scene.passive.secondSolids = rectangle(0, 5, 3, 5);
+    EXPECT_THAT(before(scene), IsEmpty());  // exactly half
+    scene.volumeFraction = 0.49;
+    EXPECT_THAT(before(scene), ElementsAre("error: passive: the solid elements are 50.0 % of the "
+                                           "plate, more than the volumeFraction 0.49"));
+    scene.passive = {};
+    scene.passive.voids = rectangle(2, 10, 0, 5);
+    scene.volumeFraction = 0.3;
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("leave 25.0 % of the plate, less than")));
+}
+
+TEST(ChecksBefore, warnOfSubdivisionsThatAreTooFine) {
+    Scene scene = clampedPlate(12, 6);
+    scene.subdivision = 4;
+    EXPECT_THAT(before(scene), IsEmpty());
+    scene.subdivision = 5;
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("warning: subdivision: 5 is above 4: ")));
+    scene.subdivision = 4;
+    scene.volumeFraction = 0.24;
+    EXPECT_THAT(before(scene),
+                ElementsAre(HasSubstr("4 is above 3 (below a volumeFraction of 0.25): ")));
+}
+
+TEST(ChecksBefore, refuseWhatTheMachineCannotHold) {
+    Scene scene = clampedPlate(50, 50);
+    scene.meshFactor = 16;
+    const MemoryNeed need = memoryNeed(scene);
+    EXPECT_GT(need.bytes, 2e9);
+    EXPECT_LT(need.bytes, 12e9);
+    EXPECT_EQ(need.key, "meshFactor");
+    EXPECT_LT(memoryNeed(clampedPlate(60, 40)).bytes, 1e8);
+    EXPECT_GT(availableMemory(), 1e8);
+    scene.width = scene.height = 1000;  // far beyond what the reader takes
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("error: meshFactor: needs about ")));
+}
+
+TEST(ChecksBefore, warnOfWhatTheTimelineBringsAbout) {
+    Scene scene = clampedPlate(12, 6);
+    Change change;
+    change.iteration = 5;
+    change.keys = {"supports"};
+    scene.timeline = {change};
+    change.iteration = 7;
+    change.keys = {"penalty"};
+    scene.timeline.push_back(change);
+    EXPECT_THAT(before(scene), ElementsAre("warning: timeline[0]: supports: the plate is free to "
+                                           "move: nothing is held"));
+}
+
+TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
+    const Scene scene = clampedPlate(4, 2);
+    RunResult result;
+    result.compliance = 10;
+    result.volume = 0.5;
+    result.drawn = drawing({"####", "...."});
+    result.assessment.score.compliance = 11.4;
+    EXPECT_THAT(linesOf(checkResult(result, scene)), IsEmpty());
+    result.assessment.score.compliance = 11.6;
+    EXPECT_THAT(
+        linesOf(checkResult(result, scene)),
+        ElementsAre("warning: compliance: as drawn it is 11.6, 1.16 times the 10 reported"));
+    result.assessment.score.compliance = 9;
+    result.volume = 0.47;
+    EXPECT_THAT(linesOf(checkResult(result, scene)),
+                ElementsAre("warning: volumeFraction: the design has 47.0 % instead of 50.0 %"));
+    result.volume = 0.5;
+    result.drawn = drawing({"####", "#..."});
+    EXPECT_THAT(linesOf(checkResult(result, scene)), ElementsAre(HasSubstr("62.5 % as drawn")));
+    result.drawn = drawing({"##.#", "#..."});
+    result.assessment.floating = {{{{3, 0}}}};
+    result.assessment.problems = {{Finding::ERROR, "loads[0]", "pulls somewhere", std::nullopt}};
+    EXPECT_THAT(linesOf(checkResult(result, scene)),
+                ElementsAre("warning: loads[0]: as drawn, pulls somewhere",
+                            "warning: design: as drawn, 1 part that hangs on nothing, 1 element; "
+                            "the first at 3, 0"));
+}
+
+}  // namespace

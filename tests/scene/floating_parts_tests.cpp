@@ -1,0 +1,120 @@
+// Which material the supports hold, and which hangs on nothing.
+#include "floating_parts.h"
+#include "rigid_motions.h"
+#include "scene_fixture.h"
+
+namespace {
+
+std::vector<Cells> cellsOfParts(const Field& design, const Scene& scene) {
+    std::vector<Cells> result;
+    for (const FloatingPart& part : findFloatingParts(design, scene)) result.push_back(part.cells);
+    return result;
+}
+
+/// A scene of the size of a drawing whose supports are what the test says.
+Scene sceneFor(const Field& design, const std::vector<Support>& supports) {
+    Scene scene = clampedPlate(design.width, design.height);
+    scene.supports = supports;
+    return scene;
+}
+
+Support pin(int x, int y) { return {{x, x}, {y, y}, true, true}; }
+Support rollerOnX(int x, int y) { return {{x, x}, {y, y}, false, true}; }
+
+TEST(FloatingParts, areWhatNothingJoinsToASupport) {
+    const Field design = drawing({"##....#.",  //
+                                  "##..##..",  //
+                                  "......##",  //
+                                  "........"});
+    // The pieces at the right touch at corners, so that they are one part.
+    EXPECT_EQ(cellsOfParts(design, clampedPlate(8, 4)),
+              (std::vector<Cells>{{{6, 0}, {4, 1}, {5, 1}, {6, 2}, {7, 2}}}));
+    EXPECT_EQ(describe(findFloatingParts(design, clampedPlate(8, 4))),
+              "1 part that hangs on nothing, 5 elements; the first at 6, 0");
+    EXPECT_EQ(mean(without(design, findFloatingParts(design, clampedPlate(8, 4)))), 4 / 32.0);
+}
+
+TEST(FloatingParts, turnAboutASingleCornerButNotAboutTwo) {
+    const Scene scene = clampedPlate(5, 3);
+    EXPECT_EQ(cellsOfParts(drawing({"##...",  //
+                                    "..#..",  //
+                                    "....."}),
+                           scene),
+              (std::vector<Cells>{{{2, 1}}}));
+    EXPECT_TRUE(cellsOfParts(drawing({"##...",  //
+                                      "..##.",  //
+                                      "##..."}),
+                             scene)
+                    .empty());
+}
+
+TEST(FloatingParts, standOnTwoPinsOrOnAPinAndARollerButNotOnOnePin) {
+    const Field bar = drawing({"....", ".##.", "...."});
+    EXPECT_TRUE(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), pin(3, 1)})).empty());
+    EXPECT_TRUE(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), rollerOnX(3, 1)})).empty());
+    EXPECT_EQ(cellsOfParts(bar, sceneFor(bar, {pin(1, 1)})).size(), 1u);
+    // The roller lies on the line through the pin in its own direction: nothing stops the turning.
+    EXPECT_EQ(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), rollerOnX(1, 2)})).size(), 1u);
+    EXPECT_EQ(cellsOfParts(bar, sceneFor(bar, {pin(0, 0), pin(4, 3)})).size(), 1u);  // in the void
+}
+
+TEST(FloatingParts, areNotTheBarsOfATriangle) {
+    // Three bars joined at corners, none of them held by itself: the upper two stand on a pin each.
+    const Field frame = drawing({"..##..",  //
+                                 ".#..#.",  //
+                                 ".#..#.",  //
+                                 ".#..#.",  //
+                                 "......"});
+    const auto held = [&](const std::vector<Support>& supports) {
+        return cellsOfParts(frame, sceneFor(frame, supports)).empty();
+    };
+    EXPECT_FALSE(held({pin(1, 4), pin(5, 4)}));  // three bars on two pins fold up
+    EXPECT_TRUE(held({pin(1, 4), pin(5, 4), {{2, 2}, {0, 0}, true, false}}));
+    EXPECT_TRUE(held({pin(1, 4), pin(2, 4), pin(5, 4)}));
+}
+
+TEST(FloatingParts, areFoundOnAFinerGridThanTheScenes) {
+    const Field design = drawing({"####....",  //
+                                  "####..#.",  //
+                                  "........",  //
+                                  "........"});
+    EXPECT_EQ(cellsOfParts(design, clampedPlate(4, 2)), (std::vector<Cells>{{{6, 1}}}));
+}
+
+TEST(FloatingParts, carryNoLoads) {
+    const Field design = drawing({"###.#",  //
+                                  "###.#",  //
+                                  "###.."});
+    Scene scene = clampedPlate(5, 3);
+    scene.loads = {{{3, 3}, {0, 3}, 1, 0, 0},   // on held material
+                   {{4, 4}, {0, 1}, 1, 0, 0},   // on the part at the right
+                   {{2, 5}, {3, 3}, 0, 1, 0},   // beyond the material at its right end
+                   {{5, 5}, {3, 3}, 0, 0, 0},   // no force
+                   {{0, 0}, {3, 3}, 5, 5, 0}};  // on a support
+    const auto floating = findFloatingParts(design, scene);
+    EXPECT_EQ(linesOf(findLooseLoads(design, floating, scene)),
+              (std::vector<std::string>{
+                  "error: loads[1]: pulls at a part that hangs on nothing, at node 4, 0",
+                  "error: loads[2]: pulls where there is no material, at node 4, 3"}));
+    scene.supports.push_back({{4, 5}, {3, 3}, false, true});  // the force along y is held now
+    EXPECT_EQ(findLooseLoads(design, floating, scene).size(), 1u);
+}
+
+TEST(RigidMotions, countEveryWayToMove) {
+    RigidMotions bar(1);
+    bar.hold(0, 0.25, 0.5, 0);
+    bar.hold(0, 0.25, 0.5, 1);
+    EXPECT_FALSE(bar.heldBodies().front());
+    bar.hold(0, 0.75, 0.5, 0);  // along the line through the pin: says the same again
+    EXPECT_FALSE(bar.heldBodies().front());
+    bar.hold(0, 0.75, 0.5, 1);
+    EXPECT_TRUE(bar.heldBodies().front());
+
+    RigidMotions chain(2);  // a held body, and one that turns about a point of it
+    for (const double x : {0.0, 1.0})
+        for (const int direction : {0, 1}) chain.hold(0, x, 0, direction);
+    chain.join(0, 1, 1, 0);
+    EXPECT_EQ(chain.heldBodies(), (std::vector<bool>{true, false}));
+}
+
+}  // namespace

@@ -1,0 +1,67 @@
+// Words for people: what they may have meant, and where a text is no JSON.
+#include "input_error.h"
+#include "json_value.h"
+#include "scene_fixture.h"
+#include "text.h"
+
+namespace {
+
+TEST(Text, guessesWhatWasMeant) {
+    const std::vector<std::string> words = {"loads", "loadCases", "supports", "penalty", "x", "xy"};
+    EXPECT_EQ(didYouMean("load", words), ", did you mean loads?");
+    EXPECT_EQ(didYouMean("suports", words), ", did you mean supports?");
+    EXPECT_EQ(didYouMean("laods", words), ", did you mean loads?");
+    EXPECT_EQ(didYouMean("XY", words), ", did you mean xy?");
+    EXPECT_EQ(didYouMean("colour", words), "");
+    EXPECT_EQ(didYouMean("z", words), "");
+    EXPECT_EQ(didYouMean("", words), "");
+    EXPECT_EQ(didYouMean(std::string(100000, 'l'), words), "");
+}
+
+TEST(Text, staysShortAndOnOneLine) {
+    EXPECT_LT(quoted(std::string(100000, 'l')).size(), 80u);
+    EXPECT_EQ(shortened("abcdefghij", 7), "ab...ij");
+    EXPECT_EQ(onOneLine("a\nb\tc\x7f"), "a b c ");
+}
+
+TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
+    const struct {
+        const char* text;
+        const char* told;
+    } cases[] = {
+        {"{\n \"a\": 1,\n}",
+         "line 3, column 1: expected a key in double quotes, found '}'; the "
+         "comma before it is too many"},
+        {"{\"a\": [1, 2,]}",
+         "line 1, column 13: expected a value: a number, a text in double "
+         "quotes, true, false, null, [ or {, found ']'; the comma before it is "
+         "too many"},
+        {"{\"a\": 1\n \"b\": 2}", "line 2, column 4: expected a comma or }, found a text"},
+        {"[1 2]", "line 1, column 4: expected a comma or ], found a number"},
+        {"{a: 1}", "line 1, column 2: expected a key in double quotes, found 'a'"},
+        {"{\"a\" 1}", "line 1, column 6: expected a colon behind the key, found a number"},
+        {"{\"a\": \"b}", "line 1, column 10: found a text without its closing quote"},
+        {"{\"a\": \"b\n\"}",
+         "line 1, column 9: found a line break or control character within a "
+         "text; is a closing quote missing?"},
+        {"{\"a\": 1", "line 1, column 8: expected a comma or }, found the end of the file"},
+        {"",
+         "line 1, column 1: expected a value: a number, a text in double quotes, true, false, "
+         "null, [ or {, found the end of the file"},
+        {"{} {}", "line 1, column 4: expected nothing more: the scene is complete, found '{'"},
+        {"{\"a\": 1.}", "line 1, column 9: found a number without digits after its point"},
+        {"/* never closed", "line 1, column 16: found a comment without its end, */"},
+    };
+    for (const auto& [text, told] : cases) {
+        SCOPED_TRACE(text);
+        try {
+            parseJson(text, "s.json");
+            ADD_FAILURE();
+        } catch (const InputError& error) {
+            EXPECT_EQ(std::string(error.what()), std::string("s.json: ") + told);
+        }
+    }
+    EXPECT_NO_THROW(parseJson("// a comment\n{\"a\": /* another */ 1}", "s.json"));
+}
+
+}  // namespace
