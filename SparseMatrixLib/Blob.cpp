@@ -127,8 +127,8 @@ void Blob::findBlobInterface(int mode, const DenseMatrix& blobMask, const Passiv
     }
 }
 
-// At most twice what moved last time; 3 % more while the compliance goes steadily one way, 5 % less
-// when it turns. Small limits are tracked unrounded, or they could never grow.
+// From no more than what left and joined last time: 3 % more while the compliance goes steadily one
+// way, 5 % less when it turns. Small limits are tracked unrounded, or they could never grow.
 void Blob::updateBlobMoveLimit(double objective) {
     const double moved = 2.0 * blobMoveCount;
     const bool oscillating =

@@ -55,12 +55,12 @@ struct Blob {
     double blobInterfaceSize = 0.0;      ///< elements at the blob's boundary
     double circleMoI = 0.0;              ///< polar moment of inertia of the disc
     double circleRadiusSquared = 0.0;    ///< its squared radius
-    double blobMoveLimit = 0.0;          ///< elements that may move per step, even
+    double blobMoveLimit = 0.0;          ///< elements that may leave or join per step, even
     double blobMoveLimitMax = 0.0;       ///< upper bound of it
     double blobMoveLimitFraction = 0.0;  ///< unrounded, while the limit is below 10
     double blobMoveLimitLarge = 0.0;     ///< before rounding, while it is 10 or more
-    double blobMoveCount = 0.0;          ///< elements moved by the last redistribution
-    double blobPreparedCount = 0.0;      ///< elements chosen by the last preparation
+    double blobMoveCount = 0.0;          ///< how many left, and joined, in the last redistribution
+    double blobPreparedCount = 0.0;      ///< how many the last preparation chose to leave
     int blobCounter = 0;                 ///< reset with the settings; nothing reads it
     int blobConverged = 0;               ///< 1 when the last redistribution moved nothing
     int blobConvergedPrevious = 0;       ///< the same of the step before

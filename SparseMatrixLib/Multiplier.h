@@ -21,7 +21,7 @@ Bracket initialBracket(int iteration, double lambda, double lambdaPrevious);
 /// moved, the bracket widens on that side and the search goes on, at most 20 times.
 ///
 /// `excess` is the relative excess of volume of the design for a multiplier: it falls as the
-/// multiplier grows. When the bracket is narrow enough from the start it is not called at all, and
-/// the result is the middle of the bracket.
+/// multiplier grows. A bracket that is narrow enough from the start widens like one that does not
+/// contain the multiplier; one that cannot widen gives its middle, and `excess` is never asked.
 double findMultiplier(Bracket bracket, double tolerance,
                       const std::function<double(double multiplier)>& excess);

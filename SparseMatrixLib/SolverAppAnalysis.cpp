@@ -56,8 +56,8 @@ void SolverApp::setObjectivePlusSens() {
     for (int lc : loadCases) addSensitivities(equilibrium.U[lc]);
 }
 
-// The volume's sensitivity is added once for each load case on purpose: the update asks for the
-// ratio of the two.
+// The volume's sensitivity is added once for each load case on purpose, like the compliance's: the
+// update asks for the ratio of the two. So it also counts a change of volume once for each.
 void SolverApp::addSensitivities(const DenseMatrix& u) {
     const unsigned subdivision = grids.subdivision;
     const unsigned blocks = subdivision * subdivision;

@@ -38,7 +38,7 @@ Context& context() {
 cholmod_common* ConfigSingleton::getCommonPtr() {
     auto& common = context().common;
     if (!common) {
-        common.reset(new cholmod_common{});
+        common = std::make_unique<cholmod_common>();
         cholmod_start(common.get());
         common->error_handler = errorHandler;
     }

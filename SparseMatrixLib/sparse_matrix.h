@@ -222,7 +222,7 @@ public:
     /// Makes room for `mostEntries` entries. Throws std::bad_alloc.
     SparseColumnWriter(unsigned rows, unsigned columns, Symmetry symmetry, size_t mostEntries);
 
-    /// Adds an entry to the present column. Its row must lie below those added before.
+    /// Adds an entry to the present column. Its row must come after those added before.
     void add(int row, double value) {
         rowIndices[count] = row;
         values[count] = value;

@@ -127,11 +127,11 @@ DenseMatrix operator*(const SparseMatrix& A, const DenseMatrix& X) {
 
 // X A is the transpose of A' X'.
 DenseMatrix operator*(const DenseMatrix& X, const SparseMatrix& A) {
-    const DenseMatrix Xt = transposed(X);
-    DenseMatrix result(A.ncol, Xt.getColumns(), NOT_WRITTEN);
-    const int computed =
-        cholmod_sdmult(A.sparse.get(), /*transpose=*/1, ScaleFactor(1.0), ScaleFactor(0.0),
-                       Xt.dense.get(), result.dense.get(), ConfigSingleton::getCommonPtr());
+    const DenseMatrix transposedX = transposed(X);
+    DenseMatrix result(A.ncol, transposedX.getColumns(), NOT_WRITTEN);
+    const int computed = cholmod_sdmult(A.sparse.get(), /*transpose=*/1, ScaleFactor(1.0),
+                                        ScaleFactor(0.0), transposedX.dense.get(),
+                                        result.dense.get(), ConfigSingleton::getCommonPtr());
     return transposed(resultOrEmpty(computed, std::move(result)));
 }
 
