@@ -24,7 +24,7 @@ public:
         output = testing::internal::GetCapturedStdout();
     }
 };
-const auto* const firstAppCalls = testing::AddGlobalTestEnvironment(new FirstAppCalls);
+const auto* const FIRST_APP_CALLS = testing::AddGlobalTestEnvironment(new FirstAppCalls);
 
 using Change = std::function<void(Settings&)>;
 

@@ -26,11 +26,11 @@ static int fail(const char* what) {
     return 1;
 }
 
-static void update(short blob_count) {
+static void update(short blobCount) {
     const float load[5] = {NELX, NELY / 2, 0, 1, 0};
-    const short blob[1 + 2 * BLOB] = {blob_count, 6, 4, 7, 4, 6, 5, 7, 5};
-    const char load_case = 0;
-    _UpdateVoxamApp(1, load, SUPPORTS, supports[0], 0.4F, NULL, 1, &load_case, blob);
+    const short blob[1 + 2 * BLOB] = {blobCount, 6, 4, 7, 4, 6, 5, 7, 5};
+    const char loadCase = 0;
+    _UpdateVoxamApp(1, load, SUPPORTS, supports[0], 0.4F, NULL, 1, &loadCase, blob);
 }
 
 int main(void) {

@@ -1,12 +1,12 @@
 /* Compiles only if the pointer types for hosts that load the library fit its functions. */
 #include <voxam_functions.h>
 
-const InitVoxamApp initApp = _InitVoxamApp;
-const UpdateVoxamApp updateApp = _UpdateVoxamApp;
-const IterateVoxamApp iterateApp = _IterateVoxamApp;
-const IterateVoxamAppWithBlob iterateAppWithBlob = _IterateVoxamAppWithBlob;
-const DestroyVoxamApp destroyApp = _DestroyVoxamApp;
-const InitVoxamGame initGame = _InitVoxamGame;
-const SolveVoxamGame solveGame = _SolveVoxamGame;
-const DestroyVoxamGame destroyGame = _DestroyVoxamGame;
-const VoxamPerformanceTest performanceTest = _VoxamPerformanceTest;
+const InitVoxamApp INIT_APP = _InitVoxamApp;
+const UpdateVoxamApp UPDATE_APP = _UpdateVoxamApp;
+const IterateVoxamApp ITERATE_APP = _IterateVoxamApp;
+const IterateVoxamAppWithBlob ITERATE_APP_WITH_BLOB = _IterateVoxamAppWithBlob;
+const DestroyVoxamApp DESTROY_APP = _DestroyVoxamApp;
+const InitVoxamGame INIT_GAME = _InitVoxamGame;
+const SolveVoxamGame SOLVE_GAME = _SolveVoxamGame;
+const DestroyVoxamGame DESTROY_GAME = _DestroyVoxamGame;
+const VoxamPerformanceTest PERFORMANCE_TEST = _VoxamPerformanceTest;

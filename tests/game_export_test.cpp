@@ -34,7 +34,7 @@ public:
         _DestroyVoxamGame();
     }
 };
-const auto* const firstCalls = testing::AddGlobalTestEnvironment(new FirstCalls);
+const auto* const FIRST_CALLS = testing::AddGlobalTestEnvironment(new FirstCalls);
 
 // Solves into element values between two guard zones; all of them must come back as `value`, or
 // untouched when that is NaN.

@@ -15,12 +15,12 @@
 
 namespace fs = std::filesystem;
 
-inline const fs::path scenes = VOXAM_SCENES;
+inline const fs::path SCENES = VOXAM_SCENES;
 
 /// The scenes that come with the program.
 inline std::vector<fs::path> shippedScenes() {
     std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(scenes))
+    for (const auto& entry : fs::directory_iterator(SCENES))
         if (entry.path().extension() == ".json" && entry.path().stem().extension().empty())
             files.push_back(entry.path());
     return files;

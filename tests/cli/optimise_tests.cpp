@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr const char* held = R"([{"x": 0, "y": [0, 6], "fix": "xy"}])";
+constexpr const char* HELD = R"([{"x": 0, "y": [0, 6], "fix": "xy"}])";
 
 /// A small cantilever of two load cases, its supports, and whatever else a test wants to say.
-std::string cantilever(const std::string& more = "", const std::string& supports = held) {
+std::string cantilever(const std::string& more = "", const std::string& supports = HELD) {
     return R"({"grid": {"width": 12, "height": 6}, "volumeFraction": 0.5, "loadCases": 2, "loads": [
         {"x": 12, "y": 3, "fy": 1}, {"x": 12, "y": 3, "fy": 2, "loadCase": 1}], "supports": )" +
            supports + (more.empty() ? "" : ", " + more) + "}";
@@ -140,7 +140,8 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          "volumeFraction: missing key"},
         {R"({"grid": {"width": 1, "height": 1}, "loads": [], "volumeFraction": 0.5})",
          "supports: missing key"},
-        {cantilever(R"("volumefraction": 1)"), "volumefraction: unknown key, did you mean volumeFraction?"},
+        {cantilever(R"("volumefraction": 1)"),
+         "volumefraction: unknown key, did you mean volumeFraction?"},
         {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
          "timeline[1].volumeFraction: 1.5 is outside 0.01..1.0"},
         {cantilever(R"("penalty": 11)"), "penalty: 11 is outside 1.0..10.0"},
@@ -184,7 +185,8 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
         {timeline(R"({"iteration": 101, "penalty": 3})"), "within the iterations of the scene"},
         {timeline(R"({"iteration": 6})"), "timeline[1]: changes nothing"},
         {timeline(R"({"penalty": 3})"), "timeline[1].iteration: missing key"},
-        {timeline(R"({"iteration": 6, "iterations": 7})"), "timeline[1].iterations: unknown key, did you mean iteration?"},
+        {timeline(R"({"iteration": 6, "iterations": 7})"),
+         "timeline[1].iterations: unknown key, did you mean iteration?"},
         {timeline(R"({"iteration": 6, "loads": [{"x": 13, "y": 0, "fx": 1}]})"),
          "timeline[1].loads[0].x: 13 is outside 0..12"},
         {timeline(R"({"iteration": 6, "restart": {"design": "old"}})"),
@@ -377,7 +379,7 @@ TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
 TEST_F(Optimise, tellsWhatTheLibrarySays) {
     const std::string later = R"("timeline": [{"iteration": 3, "supports": []},
         {"iteration": 5, "penalty": 2}, {"iteration": 9, "supports": )" +
-                              std::string(held) + "}]";
+                              std::string(HELD) + "}]";
     write("mended.json", cantilever(later));
     const Outcome mended = run("optimise mended.json --iterations 10 --history h.csv");
     EXPECT_EQ(mended.status, 0);
