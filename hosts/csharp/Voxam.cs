@@ -20,6 +20,8 @@
 
 using System;
 using System.Collections.Generic;
+using System.Globalization;
+using System.IO;
 using System.Runtime.InteropServices;
 using System.Text;
 
@@ -292,7 +294,7 @@ namespace Voxam
                 living.CheckAlive(this);
                 int newSubdivision = subdivision ?? Subdivision;
                 int newMeshFactor = meshFactor ?? MeshFactor;
-                CheckRefinement(newSubdivision, newMeshFactor);
+                if (!keepDesign) CheckRefinement(newSubdivision, newMeshFactor);
                 if (sent != null) CheckPlacement(sent, newSubdivision, newMeshFactor);
                 Subdivision = newSubdivision;
                 MeshFactor = newMeshFactor;
@@ -375,6 +377,8 @@ namespace Voxam
                 throw new ArgumentException(
                     $"Subdivision {subdivision} and mesh factor {meshFactor} make a picture of more "
                     + "cells than the library can number: lower them.");
+            double held = Picture == null ? 0 : plate.MemoryOf(Subdivision, MeshFactor);
+            plate.CheckMemory(subdivision, meshFactor, held);
         }
 
         private static void CheckPlacement(Records records, int subdivision, int meshFactor)
@@ -416,6 +420,7 @@ namespace Voxam
             plate = new Plate(width, height, loadCases);
             float[] loadRecords = plate.RecordsOf(loads);
             float[] supportRecords = plate.RecordsOf(supports);
+            plate.CheckMemory(subdivision: 1, meshFactor: 1);
             densityColumns = new float[plate.Elements];
             energyColumns = new float[plate.Elements];
             Energies = new float[plate.Elements];
@@ -563,6 +568,31 @@ namespace Voxam
 
         public int Elements => Width * Height;
 
+        /// <summary>About how many bytes a solver takes, as a first iteration was seen to; not too many.
+        /// </summary>
+        public double MemoryOf(int subdivision, int meshFactor)
+        {
+            double nodes = (Width + 1.0) * (Height + 1.0);
+            double design = (double)Elements * subdivision * subdivision;
+            double refinement = (double)meshFactor * meshFactor;
+            double picture = design * refinement * (20 + 18 * refinement);  // with its wide filter
+            return nodes * (3000 + 32.0 * LoadCases) + design * 300 + picture;
+        }
+
+        /// <summary>Refuses what would end the process, because systems promise more memory than they
+        /// have.</summary>
+        /// <param name="held">What is given back before.</param>
+        public void CheckMemory(int subdivision, int meshFactor, double held = 0)
+        {
+            double needed = MemoryOf(subdivision, meshFactor);
+            double free = Memory.Available() + held;
+            if (needed > free)
+                throw new InsufficientMemoryException(
+                    $"{Width} x {Height} elements with subdivision {subdivision}, mesh factor "
+                    + $"{meshFactor} and {LoadCases} load cases need about {needed / 1e9:F1} GB, and "
+                    + $"{free / 1e9:F1} GB are free: lower one of them.");
+        }
+
         public float[] RecordsOf(IReadOnlyList<Load> loads)
         {
             var records = new float[Record * (loads?.Count ?? 0)];
@@ -681,6 +711,32 @@ namespace Voxam
         {
             Check.Range(x, 0, Width, name + ".X");
             Check.Range(y, 0, Height, name + ".Y");
+        }
+    }
+
+    internal static class Memory
+    {
+        /// <summary>Bytes that the machine can give away; without end where it does not tell.</summary>
+        public static Func<double> Available = Read;
+
+        private static double Read()
+        {
+            const string key = "MemAvailable:";
+            try
+            {
+                foreach (string line in File.ReadLines("/proc/meminfo"))
+                    if (line.StartsWith(key, StringComparison.Ordinal)
+                        && double.TryParse(line.Substring(key.Length).Replace("kB", ""),
+                                           NumberStyles.AllowLeadingWhite | NumberStyles.AllowTrailingWhite,
+                                           CultureInfo.InvariantCulture, out double kilobytes))
+                        return kilobytes * 1024;
+            }
+            catch (Exception failure) when (failure is IOException
+                                            || failure is UnauthorizedAccessException)
+            {
+                // Another system.
+            }
+            return double.PositiveInfinity;
         }
     }
 

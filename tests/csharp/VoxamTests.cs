@@ -250,6 +250,31 @@ public sealed class VoxamTests
         }
     }
 
+    public void WhatTheMachineCannotHoldIsRefusedAtOnce()
+    {
+        Func<double> real = Memory.Available;
+        That(real() > 1e6, "some memory is free");
+        Memory.Available = () => 2e8;
+        try
+        {
+            Throws<InsufficientMemoryException>(() => new Optimiser(300, 300), "300 x 300 elements");
+            Throws<InsufficientMemoryException>(() => new Optimiser(50, 50, meshFactor: 16), "factor 16");
+            Throws<InsufficientMemoryException>(() => new Optimiser(50, 50, loadCases: 3000), "3000 load");
+            Throws<InsufficientMemoryException>(() => new Game(300, 300, null, null), "300 x 300");
+            using (Optimiser optimiser = Good())
+            {
+                Memory.Available = () => 0;
+                Throws<InsufficientMemoryException>(() => optimiser.Restart(false, 2), "need about");
+                That(optimiser.Iterate().Compliance > 0, "it goes on");
+                optimiser.Restart();  // in the place of the one before
+            }
+        }
+        finally
+        {
+            Memory.Available = real;
+        }
+    }
+
     public void OneAtATimeUntilItIsDisposedOf()
     {
         Optimiser optimiser = Good();
@@ -366,6 +391,7 @@ public sealed class VoxamTests
     /// <summary>For a process of little memory, and so not among the others.</summary>
     private void WantOfMemoryIsAnErrorOfItsOwn()
     {
+        Memory.Available = () => double.PositiveInfinity;  // as on a system that does not tell
         Load[] load = { new Load(400, 200, 0, 1) };
         Throws<InsufficientMemoryException>(() => new Game(400, 400, load, Clamp(400), 6000), "Not eno");
         using (var optimiser = new Optimiser(400, 400, meshFactor: 16))

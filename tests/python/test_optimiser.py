@@ -209,6 +209,24 @@ def test_refuses_wrong_sizes(sizes, complaint):
     voxam.Optimiser(4, 3).close()  # nothing is left behind
 
 
+def test_what_the_machine_cannot_hold_is_refused_at_once(monkeypatch):
+    monkeypatch.setattr("voxam._plate.available_memory", lambda: 2e8)
+    for sizes in (300, 300, {}), (50, 50, {"mesh_factor": 16}), (50, 50, {"load_cases": 3000}):
+        with pytest.raises(voxam.OutOfMemoryError, match="GB, and 0.2 GB are free: lower one"):
+            voxam.Optimiser(*sizes[:2], **sizes[2])
+    with pytest.raises(voxam.OutOfMemoryError, match="300 x 300 elements"):
+        voxam.Game(300, 300, *cantilever(300, 300))
+    with voxam.Optimiser(50, 50) as optimiser:
+        optimiser.update(*cantilever(50, 50))
+        with pytest.raises(MemoryError):
+            optimiser.restart(mesh_factor=16)
+        assert optimiser.iterate().picture.shape == (50, 50)
+        monkeypatch.setattr("voxam._plate.available_memory", lambda: 0)
+        optimiser.restart()  # in the place of the one before
+    monkeypatch.undo()
+    assert 1e6 < voxam._plate.available_memory()
+
+
 def test_masks_that_would_be_misplaced_or_too_long_are_refused(plate):
     cells = mask(12, 8, (1, 1))
     plate.update(*cantilever(12, 8), blob=cells)

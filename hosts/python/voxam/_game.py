@@ -46,6 +46,7 @@ class Game(_library.Solver):
         self._plate = Plate.checked(width, height, load_cases)
         load_records = self._plate.load_records(loads)
         support_records = self._plate.support_records(supports)
+        self._plate.check_memory(subdivision=1, mesh_factor=1)
         self._claim()
         with self._in_use() as library:
             library._InitVoxamGame(

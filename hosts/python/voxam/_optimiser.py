@@ -103,8 +103,8 @@ class Optimiser(_library.Solver):
         mesh_factor      cells of the picture per edge of such a cell
         load_cases       number of load cases; the compliance is the sum over those in use
 
-        Raises OutOfMemoryError, but not before the first iteration, when this machine has not
-        enough memory.
+        Raises OutOfMemoryError when that is clearly too much for this machine; so does the first
+        iteration when memory does not suffice.
         """
         self._plate = Plate.checked(width, height, load_cases)
         self._volume_fraction = fraction(volume_fraction, "volume_fraction")
@@ -225,10 +225,12 @@ class Optimiser(_library.Solver):
         if keep_design and not (subdivision is None and mesh_factor is None):
             raise ValueError("a design that is kept keeps its subdivision and mesh_factor")
         with self._in_use() as library:
-            refinement = self._checked_refinement(
-                self._subdivision if subdivision is None else subdivision,
-                self._mesh_factor if mesh_factor is None else mesh_factor,
-            )
+            refinement = self._subdivision, self._mesh_factor
+            if not keep_design:
+                refinement = self._checked_refinement(
+                    self._subdivision if subdivision is None else subdivision,
+                    self._mesh_factor if mesh_factor is None else mesh_factor,
+                )
             if self._settings is not None:
                 _check_placement(self._settings, *refinement)
             if not keep_design:
@@ -248,6 +250,8 @@ class Optimiser(_library.Solver):
                 f"subdivision {subdivision} and mesh_factor {mesh_factor} make a picture of more "
                 "cells than the library can number: lower them"
             )
+        held = self._plate.memory(self._subdivision, self._mesh_factor) if self._subdivision else 0
+        self._plate.check_memory(*refinement, held)
         return refinement
 
     def _create(self, subdivision: int, mesh_factor: int) -> None:

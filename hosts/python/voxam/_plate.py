@@ -10,6 +10,8 @@ from typing import Any, Iterable, List, NamedTuple, Optional, Sequence, Tuple, U
 import numpy as np
 import numpy.typing as npt
 
+from ._library import OutOfMemoryError
+
 LARGEST_INT = 2**31 - 1
 LARGEST_SHORT = 2**15 - 1
 LOAD_CASES_IN_USE = 128  # the library reads indices as signed char
@@ -69,6 +71,18 @@ def fraction(value: Any, name: str) -> float:
     return number
 
 
+def available_memory() -> float:
+    """Bytes that the machine can give away; without end where it does not tell."""
+    try:
+        with open("/proc/meminfo", encoding="ascii") as lines:
+            for line in lines:
+                if line.startswith("MemAvailable:"):
+                    return float(line.split()[1]) * 1024
+    except (OSError, ValueError, IndexError):
+        pass
+    return math.inf
+
+
 @dataclass(frozen=True)
 class Plate:
     """Sizes that the library can take."""
@@ -91,6 +105,24 @@ class Plate:
                 "more than the library can number: make the plate smaller"
             )
         return plate
+
+    def memory(self, subdivision: int, mesh_factor: int) -> float:
+        """About how many bytes a solver takes, as a first iteration was seen to; not too many."""
+        nodes = (self.width + 1.0) * (self.height + 1.0)
+        design = self.width * self.height * float(subdivision) ** 2
+        picture = design * mesh_factor**2 * (20 + 18 * mesh_factor**2)  # with its wide filter
+        return nodes * (3000 + 32 * self.load_cases) + design * 300 + picture
+
+    def check_memory(self, subdivision: int, mesh_factor: int, held: float = 0) -> None:
+        """Refuses what would end the process, because systems promise more memory than they have.
+        `held` is what is given back before."""
+        needed = self.memory(subdivision, mesh_factor)
+        free = available_memory() + held
+        if needed > free:
+            raise OutOfMemoryError(
+                f"{self.width} x {self.height} elements with subdivision {subdivision}, mesh_factor "
+                f"{mesh_factor} and {self.load_cases} load cases need about {needed / 1e9:.1f} GB, "
+                f"and {free / 1e9:.1f} GB are free: lower one of them")
 
     def load_records(self, loads: Iterable[LoadLike]) -> npt.NDArray[np.float32]:
         records = []
