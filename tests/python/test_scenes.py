@@ -20,8 +20,8 @@ CHANGEFUL = {
     "loadCases": 3,
     "loadCasesInUse": [0, 2],
     "loads": [
-        {"x": 24, "y": [6, 9], "fy": 1},
-        {"x": 20, "y": 0, "fx": 0.5, "fy": -0.25, "loadCase": 2},
+        {"x": 24, "y": [6, 9], "fy": 200},
+        {"x": 20, "y": 0, "fx": 100, "fy": -50, "loadCase": 2},
     ],
     "supports": [{"x": 0, "y": [0, 16], "fix": "x"}, {"x": [0, 1], "y": 16, "fix": "y"}],
     "passive": {
@@ -37,7 +37,7 @@ CHANGEFUL = {
         {"iteration": 22, "supports": [{"x": 0, "y": [0, 16], "fix": "xy"}], "blob": []},
         {"iteration": 26, "restart": {"design": "new", "subdivision": 1, "meshFactor": 1},
          "passive": ["." * 22 + "2#"] * 15 + ["o" * 24]},
-        {"iteration": 32, "loads": [{"x": 24, "y": 4, "fy": 1}], "loadCasesInUse": [0]},
+        {"iteration": 32, "loads": [{"x": 24, "y": 4, "fy": 300}], "loadCasesInUse": [0]},
     ],
 }
 
@@ -103,6 +103,7 @@ def test_a_ring_begins_where_the_disc_within_it_ends(tmp_path):
 
 @pytest.mark.parametrize("changes, complaint", [
     ({"volumeFracton": 0.4}, 'unknown key "volumeFracton"; did you mean "volumeFraction"?'),
+    ({"volumeFraction": 0.001}, "volumeFraction: 0.001 is outside 0.01..1"),
     ({"volumeFraction": "much"}, "volumeFraction: a number is needed"),
     ({"volumeFraction": True}, "volumeFraction: a number is needed"),
     ({"grid": {"width": 24}}, 'grid: "height" is missing'),
@@ -123,6 +124,17 @@ def test_names_file_key_and_value(changes, complaint, tmp_path):
     with pytest.raises(scenes.SceneError) as error:
         scenes.read_scene(file)
     assert str(error.value) == f"{file}: {complaint}"
+
+
+def test_comments_are_blanks_but_not_in_strings(tmp_path):
+    file = tmp_path / "scene.json"
+    text = json.dumps({**CHANGEFUL, "title": 'a // b /* c */ \\"', "$schema": "s"})
+    file.write_text("// first\n" + text.replace(', "iterations"', '/* "x": 1,\n */, "iterations"'))
+    scene = scenes.read_scene(file)
+    assert scene.title == 'a // b /* c */ \\"' and scene.iterations == 40
+    file.write_text('/* a\n comment */ {"grid": // b\n oops}')
+    with pytest.raises(scenes.SceneError, match="line 3 column 2"):
+        scenes.read_scene(file)
 
 
 @pytest.mark.parametrize("text, complaint", [

@@ -18,7 +18,7 @@ _EXIT_INTERRUPTED = 130
 def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="python -m voxam", description="Shows the structure of a scene forming, in a window.",
-        epilog="All keys of a scene are read but densities and description.")
+        epilog="All keys of a scene are read but densities, description and $schema.")
     parser.add_argument("scene", help="scene file, as for the program voxam optimise")
     parser.add_argument("--iterations", type=int, metavar="N", help="instead of the scene's number")
     parser.add_argument("--blob", action="store_true", help="let the blob of the scene move")

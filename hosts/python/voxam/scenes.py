@@ -2,7 +2,9 @@
 
 Read are all keys that an optimisation needs: grid, loads, supports, loadCases, loadCasesInUse,
 volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
-Not read are densities, which are for a score, and description.
+Not read are densities, which are for a score, description and $schema. Forces reach the library in
+the unit of the largest one, and compliances come back in that of the scene, as in the program; of the
+checks that the program makes before a run and after it, only those of the package are made here.
 """
 
 from __future__ import annotations
@@ -10,7 +12,8 @@ from __future__ import annotations
 import difflib
 import json
 import pathlib
-from dataclasses import dataclass
+import re
+from dataclasses import dataclass, replace
 from typing import Any, Callable, Dict, Generator, List, Optional, Sequence, Tuple, Union
 
 import numpy as np
@@ -21,7 +24,7 @@ from ._optimiser import Iteration, Optimiser
 from ._plate import Load, Support
 
 _SETTINGS = ("loads", "supports", "volumeFraction", "penalty", "passive", "blob", "loadCasesInUse")
-_SCENE_KEYS = ("title", "description", "grid", "loadCases", "densities", "subdivision",
+_SCENE_KEYS = ("$schema", "title", "description", "grid", "loadCases", "densities", "subdivision",
                "meshFactor", "iterations", "timeline", *_SETTINGS)
 _PASSIVE_KINDS = {"void": "void", "solid": "solid", "secondSolid": "second_solid"}
 _PASSIVE_CHARACTERS = {"o": "void", "#": "solid", "2": "second_solid"}
@@ -51,6 +54,7 @@ class Scene:
     iterations: int
     subdivision: int
     mesh_factor: int
+    largest_force: float  #: in x or y, before the nodes of a load share it; of the timeline as well
     settings: Dict[str, Any]  #: the penalty, and else the arguments of Optimiser.update
     timeline: Tuple[Change, ...]
 
@@ -63,7 +67,8 @@ def run(
     can mend it; else goes on with that change."""
     last = scene.iterations if iterations is None else iterations
     changes = [change for change in scene.timeline if change.iteration <= last]
-    settings = dict(scene.settings)
+    unit = scene.largest_force or 1.0
+    settings = _in_unit(scene.settings, unit)
     with Optimiser(scene.width, scene.height, volume_fraction=settings["volume_fraction"],
                    subdivision=scene.subdivision, mesh_factor=scene.mesh_factor,
                    load_cases=scene.load_cases) as optimiser:
@@ -71,7 +76,9 @@ def run(
         number = 1
         while number <= last:
             if changes and changes[0].iteration == number:
-                _make(changes.pop(0), optimiser, settings)
+                change = changes.pop(0)
+                settings.update(_in_unit(change.settings, unit))
+                _make(change, optimiser, settings)
             try:
                 result = optimiser.iterate(settings["penalty"], move_blob=move_blob)
             except ProblemError:
@@ -81,7 +88,7 @@ def run(
                 continue
             if move_blob:
                 settings["blob"] = result.blob
-            yield number, result
+            yield number, replace(result, compliance=result.compliance * unit**2)
             number += 1
 
 
@@ -89,8 +96,14 @@ def _update(optimiser: Optimiser, settings: Dict[str, Any]) -> None:
     optimiser.update(**{key: value for key, value in settings.items() if key != "penalty"})
 
 
+def _in_unit(settings: Dict[str, Any], unit: float) -> Dict[str, Any]:
+    if "loads" not in settings:
+        return dict(settings)
+    loads = [load._replace(fx=load.fx / unit, fy=load.fy / unit) for load in settings["loads"]]
+    return {**settings, "loads": loads}
+
+
 def _make(change: Change, optimiser: Optimiser, settings: Dict[str, Any]) -> None:
-    settings.update(change.settings)
     if change.restart is not None:
         _update(optimiser, settings)
         optimiser.restart(**change.restart)
@@ -102,10 +115,19 @@ def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
     """Reads a scene to optimise. Raises SceneError, or OSError when the file cannot be read."""
     path = pathlib.Path(file)
     try:
-        document = json.loads(path.read_text("utf-8"), object_pairs_hook=_without_duplicates)
+        text = _without_comments(path.read_text("utf-8"))
+        document = json.loads(text, object_pairs_hook=_without_duplicates)
     except ValueError as error:
         raise SceneError(f"{path}: {error}") from None
     return _Reader(_Value(document, str(path), "")).scene(path.stem)
+
+
+def _without_comments(text: str) -> str:
+    """With blanks in the place of // to the end of a line and of /* between */, so that errors name
+    the right line and column. Strings are no comments, whatever they have inside."""
+    return re.sub(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', lambda found: found[0]
+                  if found[0].startswith('"') else re.sub(r"[^\n]", " ", found[0]), text,
+                  flags=re.DOTALL)
 
 
 def _without_duplicates(pairs: List[Tuple[str, Any]]) -> Dict[str, Any]:
@@ -195,6 +217,7 @@ class _Reader:
         self._width = grid.at("width").integer(1, 1000)
         self._height = grid.at("height").integer(1, 1000)
         self._load_cases = self._count(root, "loadCases", 64, 1)
+        self._largest_force = 0.0
 
     def scene(self, name: str) -> Scene:
         root = self._root
@@ -206,10 +229,11 @@ class _Reader:
         changes: List[Change] = []
         for value in timeline.elements() if timeline else []:
             changes.append(self._change(value, changes[-1].iteration if changes else 1, iterations))
+        settings = {"penalty": 3.0, **self._settings(root)}
         return Scene(
             title.text() if title else name, self._width, self._height, self._load_cases,
-            iterations, settings={"penalty": 3.0, **self._settings(root)},
-            timeline=tuple(changes), **self._refinement(root))
+            iterations, settings=settings, timeline=tuple(changes),
+            largest_force=self._largest_force, **self._refinement(root))
 
     @staticmethod
     def _count(value: _Value, key: str, most: int, default: int) -> int:
@@ -240,7 +264,7 @@ class _Reader:
         readers: Dict[str, Callable[[_Value], Dict[str, Any]]] = {
             "loads": lambda found: {"loads": self._loads(found)},
             "supports": lambda found: {"supports": self._supports(found)},
-            "volumeFraction": lambda found: {"volume_fraction": found.number(0, 1)},
+            "volumeFraction": lambda found: {"volume_fraction": found.number(0.01, 1)},
             "penalty": lambda found: {"penalty": found.number(1, 10)},
             "passive": self._passive,
             "blob": lambda found: {"blob": self._shapes(found)},
@@ -260,8 +284,10 @@ class _Reader:
             if "fx" not in load.raw and "fy" not in load.raw:
                 raise load.fail("a force is needed: fx, fy or both")
             nodes = self._nodes(load)
-            forces = [load.find("fx"), load.find("fy")]
-            fx, fy = (force.number(-1e6, 1e6) / len(nodes) if force else 0.0 for force in forces)
+            found = [load.find("fx"), load.find("fy")]
+            forces = [force.number(-1e6, 1e6) if force else 0.0 for force in found]
+            self._largest_force = max([self._largest_force, *(abs(force) for force in forces)])
+            fx, fy = (force / len(nodes) for force in forces)
             case = load.find("loadCase")
             load_case = case.integer(0, self._load_cases - 1) if case else 0
             loads += [Load(x, y, fx, fy, load_case) for x, y in nodes]
