@@ -264,6 +264,20 @@ def test_one_optimiser_at_a_time(plate):
                 use()
 
 
+def test_a_host_may_derive_classes(plate):
+    class Mine(voxam.Optimiser):
+        pass
+
+    with pytest.raises(voxam.VoxamError, match="one Optimiser in a process"):
+        Mine(3, 2)
+    plate.close()
+    with Mine(3, 2) as mine:
+        with pytest.raises(voxam.VoxamError, match="one Optimiser in a process"):
+            voxam.Optimiser(3, 2)
+        mine.update(*cantilever(3, 2))
+        assert mine.iterate().compliance > 0
+
+
 def test_a_forgotten_optimiser_makes_room_for_the_next():
     for _ in range(3):
         voxam.Optimiser(3, 2)

@@ -30,6 +30,7 @@ class Score:
 class Game(_library.Solver):
     """Scores designs for a plate with its loads and supports."""
 
+    _kind = "Game"
     _destroy_function = "_DestroyVoxamGame"
 
     def __init__(

@@ -10,7 +10,7 @@ import pathlib
 import sys
 import threading
 import weakref
-from typing import Any, ClassVar, Iterator, List, Optional, Type, TypeVar
+from typing import Any, Callable, ClassVar, Iterator, List, Optional, Set, TypeVar
 
 ENVIRONMENT_VARIABLE = "VOXAM_LIBRARY"
 _FILE_NAMES = {
@@ -72,6 +72,7 @@ _PROTOTYPES = {
 _lock = threading.RLock()
 _loaded: Optional[ctypes.CDLL] = None
 _process_that_called: Optional[int] = None
+_alive: Set[str] = set()  # kinds of solvers of which there is one
 
 
 def _candidates() -> List[str]:
@@ -138,29 +139,29 @@ class Solver:
     """What `Optimiser` and `Game` have in common: one of each kind in a process, used until it is
     closed, by one thread at a time."""
 
+    _kind: ClassVar[str]
     _destroy_function: ClassVar[str]
-    _alive: ClassVar[bool] = False  # one of this kind
 
     def _claim(self) -> None:
         """Becomes the one of its kind. What another copy of this package may have left in the
         library is destroyed: the library might keep it, with other sizes."""
-        kind = type(self)
         with exclusive() as library:
-            if kind._alive:
+            if self._kind in _alive:
                 raise VoxamError(
-                    f"there can be one {kind.__name__} in a process: close() the other one first, "
+                    f"there can be one {self._kind} in a process: close() the other one first, "
                     "or create each in a with statement"
                 )
-            getattr(library, self._destroy_function)()
-            kind._alive = True
-            self._finalizer = weakref.finalize(self, _release, kind)
+            destroy = getattr(library, self._destroy_function)
+            destroy()
+            _alive.add(self._kind)
+            self._finalizer = weakref.finalize(self, _release, self._kind, destroy)
 
     @contextlib.contextmanager
     def _in_use(self) -> Iterator[Any]:
         with exclusive() as library:
             if self.closed:
                 raise VoxamError(
-                    f"this {type(self).__name__} is closed: create another one to go on")
+                    f"this {self._kind} is closed: create another one to go on")
             yield library
 
     @property
@@ -180,9 +181,9 @@ class Solver:
         self.close()
 
 
-def _release(kind: Type[Solver]) -> None:
+def _release(kind: str, destroy: Callable[[], None]) -> None:
     """Runs once for each solver: when it is closed, or when nothing refers to it any more."""
     with _lock:
-        kind._alive = False
+        _alive.discard(kind)
         if _process_that_called == os.getpid():
-            getattr(_loaded, kind._destroy_function)()
+            destroy()

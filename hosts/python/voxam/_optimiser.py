@@ -81,6 +81,7 @@ class Optimiser(_library.Solver):
     to 50 iterations. Change the problem by further updates, while the design goes on.
     """
 
+    _kind = "Optimiser"
     _destroy_function = "_DestroyVoxamApp"
     _restart_id = 0
 
