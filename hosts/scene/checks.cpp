@@ -152,8 +152,7 @@ Findings findTooFine(const Scene& scene) {
             little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
 }
 
-Findings findTooLarge(const Scene& scene) {
-    const MemoryNeed need = memoryNeed(scene);
+Findings findTooLarge(const MemoryNeed& need) {
     const double available = availableMemory();
     if (need.bytes <= available) return {};
     constexpr double gigabyte = 1e9;
@@ -169,7 +168,7 @@ Findings checkNow(const Scene& scene) {
     if (findings.empty()) append(findings, findFreePlate(scene));
     append(findings, findImpossibleVolume(scene));
     append(findings, findTooFine(scene));
-    append(findings, findTooLarge(scene));
+    append(findings, findTooLarge(memoryNeed(scene)));
     return findings;
 }
 
@@ -205,7 +204,9 @@ Findings checkBeforeOptimisation(const Scene& scene) {
 Findings checkBeforeScore(const Scene& scene) {
     Scene all = scene;
     all.loadCasesInUse = allLoadCases(scene);
-    return findIdleLoads(all);
+    Findings findings = findIdleLoads(all);
+    if (scene.densities) append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
+    return findings;
 }
 
 Findings findFreePlate(const Scene& scene) {

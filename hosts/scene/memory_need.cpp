@@ -8,20 +8,38 @@
 #include <limits>
 #include <numbers>
 
+#include "assessment.h"
+
 namespace {
 
-// A filter holds an index and a weight for each pair of cells that are nearer than its radius, and
-// is put together in memory that grows by doubling.
-constexpr double BYTES_OF_PAIR = 28;
-constexpr double BYTES_OF_CELL = 150;      // vectors of the design and of the picture
-constexpr double DESIGN_RADIUS = 3;        // in cells of the design
-constexpr double BYTES_OF_NODE = 1500;     // the equations
-constexpr double BYTES_OF_FACTOR = 130;    // its entries grow with the logarithm of the nodes
-constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements, two each of a node
+// Measured. A filter holds an index and a weight for each pair of cells that are nearer than its
+// radius; the equations' factor grows with the logarithm of the nodes.
+constexpr double BYTES_OF_PAIR = 13;
+constexpr double BYTES_OF_CELL = 150;  // vectors of the design and of the picture
+constexpr double BYTES_OF_NODE = 1000;
+constexpr double BYTES_OF_FACTOR = 110;
+constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
+constexpr double SHARE_OF_SCORE = 0.6;     // of the equations of an optimisation of this size
+constexpr double BYTES_OF_PROGRAM = 15e6;
+constexpr double DESIGN_RADIUS = 3;  // in cells of the design
 
 /// Pairs of cells in a filter, each counted once.
 double pairs(double cells, double radius) {
     return cells * (0.5 * std::numbers::pi * radius * radius + radius + 1);
+}
+
+double nodesOf(const Scene& scene, int refinement) {
+    return (1.0 * refinement * scene.width + 1) * (1.0 * refinement * scene.height + 1);
+}
+
+double bytesOfEquations(double nodes, int loadCases) {
+    return nodes *
+           (BYTES_OF_NODE + BYTES_OF_FACTOR * std::log2(nodes) + BYTES_OF_LOAD_CASE * loadCases);
+}
+
+double bytesOfScore(double nodes, int loadCases) {
+    const double withoutCases = SHARE_OF_SCORE * bytesOfEquations(nodes, 0);
+    return withoutCases + nodes * BYTES_OF_LOAD_CASE * loadCases;
 }
 
 /// The value in bytes of a line such as "MemAvailable:  123 kB", or infinity.
@@ -39,16 +57,16 @@ double systemMemory(const std::string& wanted) {
 
 MemoryNeed memoryNeed(const Scene& scene) {
     const double elements = 1.0 * scene.width * scene.height;
-    const double nodes = (scene.width + 1.0) * (scene.height + 1.0);
     const double designCells = elements * scene.subdivision * scene.subdivision;
     const double pictureCells = designCells * scene.meshFactor * scene.meshFactor;
     const double design =
         BYTES_OF_PAIR * pairs(designCells, DESIGN_RADIUS) + BYTES_OF_CELL * designCells;
     const double picture =
         BYTES_OF_PAIR * pairs(pictureCells, scene.meshFactor) + BYTES_OF_CELL * pictureCells;
-    const double equations = nodes * (BYTES_OF_NODE + BYTES_OF_FACTOR * std::log2(nodes) +
-                                      BYTES_OF_LOAD_CASE * scene.loadCases);
-    MemoryNeed need{design + picture + equations, "grid", "lower its width and height"};
+    const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCases);
+    const double score = bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases);
+    MemoryNeed need{BYTES_OF_PROGRAM + design + picture + equations + score, "grid",
+                    "lower its width and height"};
     if (picture > std::max(design, equations) && scene.meshFactor > 1) {
         need.key = "meshFactor";
         need.advice = "lower meshFactor or subdivision";
@@ -57,6 +75,12 @@ MemoryNeed memoryNeed(const Scene& scene) {
         need.advice = "lower it";
     }
     return need;
+}
+
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
+    const double nodes = (design.width + 1.0) * (design.height + 1.0);
+    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "densities",
+            "score a coarser design"};
 }
 
 double availableMemory() {

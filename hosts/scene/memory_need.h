@@ -11,8 +11,11 @@ struct MemoryNeed {
     std::string advice;  ///< what to lower
 };
 
-/// An estimate, good to a quarter or so.
+/// An estimate for an optimisation and the score of what comes out, good to a quarter or so.
 MemoryNeed memoryNeed(const Scene& scene);
+
+/// The same for the score of a design of this size.
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene);
 
 /// What the machine has free, and the process may take, in bytes; infinite where nobody says.
 double availableMemory();
