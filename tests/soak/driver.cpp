@@ -14,6 +14,7 @@
 #include <exception>
 #include <random>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -52,16 +53,14 @@ struct Options {
 // What to print should the process die. In place, because then nothing can be allocated any more.
 std::array<char, 4096> farewell;
 
-void sayFarewell() {
-    [[maybe_unused]] const auto written =
-        write(STDERR_FILENO, farewell.data(), std::strlen(farewell.data()));
+void say(std::string_view text) {
+    [[maybe_unused]] const auto written = write(STDERR_FILENO, text.data(), text.size());
 }
 
+void sayFarewell() { say(farewell.data()); }
+
 void onSignal(int number) {
-    if (number == SIGALRM) {
-        constexpr char text[] = "\nFAULT: a call does not end\n";
-        [[maybe_unused]] const auto written = write(STDERR_FILENO, text, sizeof text - 1);
-    }
+    say(number == SIGALRM ? "\nFAULT: a call does not end\n" : "\nFAULT: a call crashes\n");
     sayFarewell();
     if (number == SIGALRM) _exit(1);
     std::signal(number, SIG_DFL);
