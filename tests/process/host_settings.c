@@ -76,10 +76,11 @@ int main(int argc, char** argv) {
         puts("skipped: there is no OpenBLAS that is built with OpenMP");
         return SKIPPED;
     }
-    const float load[5] = {NELX, NELY / 2, 0, 1, 0};
+    const float load[5] = {NELX, 0, 0, 1, 0};
     float supports[SUPPORTS][5] = {{0}};
     for (int i = 0; i < SUPPORTS; ++i) {
-        supports[i][1] = (float)(i / 2);
+        const int node = i / 2;
+        supports[i][1] = (float)node;
         supports[i][2] = (float)(i % 2);
     }
 

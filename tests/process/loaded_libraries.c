@@ -52,7 +52,8 @@ int main(int argc, char** argv) {
         return 1;
     }
     for (int i = 0; i < SUPPORTS; ++i) {
-        supports[i][1] = (float)(i / 2);
+        const int node = i / 2;
+        supports[i][1] = (float)node;
         supports[i][2] = (float)(i % 2);
     }
     for (int i = 0; i < ELEMENTS; ++i) densities[i] = 1;
