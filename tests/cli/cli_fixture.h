@@ -31,6 +31,9 @@ inline std::string contents(const fs::path& file) {
     return (std::ostringstream() << stream.rdbuf()).str();
 }
 
+/// As one word of a command, whatever blanks it holds.
+inline std::string quoted(const fs::path& file) { return "'" + file.string() + "'"; }
+
 struct Outcome {
     int status = -1;
     std::string out;
@@ -52,8 +55,8 @@ protected:
         const fs::path out = work / "out";
         const fs::path err = work / "err";
         const std::string command = "cd " + directory.string() + " && { " + before + " " +
-                                    VOXAM_PROGRAM + " " + arguments + "; } >" + out.string() +
-                                    " 2>" + err.string();
+                                    quoted(VOXAM_PROGRAM) + " " + arguments + "; } >" +
+                                    out.string() + " 2>" + err.string();
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out), contents(err)};
     }

@@ -146,7 +146,7 @@ TEST_F(Cli, scoresAndDrawsTheShippedScenes) {
         EXPECT_FALSE(scene.description.empty());
         if (!scene.densities) continue;
         const bool supported = file.stem() != "unsupported";
-        const Outcome outcome = run("score " + file.string() + " --picture p.png --scale 8");
+        const Outcome outcome = run("score " + quoted(file) + " --picture p.png --scale 8");
         EXPECT_EQ(outcome.status, supported ? 0 : 1) << outcome.err;
         EXPECT_EQ(outcome.out.find("not supported") == std::string::npos, supported);
         const PictureLayout layout = pictureLayout(scene, 8);

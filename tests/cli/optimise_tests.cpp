@@ -424,7 +424,7 @@ TEST_F(Optimise, runsTheShippedScenes) {
         SCOPED_TRACE(file.filename());
         const Scene scene = readScene(file);
         EXPECT_FALSE(scene.description.empty());
-        const Outcome outcome = run("optimise " + file.string() + " --iterations 2" +
+        const Outcome outcome = run("optimise " + quoted(file) + " --iterations 2" +
                                     (scene.blob.empty() ? "" : " --blob"));
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         ++count;
