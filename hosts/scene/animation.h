@@ -11,7 +11,7 @@
 /// last one is left. Of a long run it keeps those between which most happens.
 class Animation {
 public:
-    static constexpr std::size_t MAX_FRAMES = 64;
+    static constexpr std::size_t MAX_FRAMES = 48;
 
     void add(RgbImage picture);
 
