@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <functional>
 #include <numeric>
+#include <optional>
 #include <string>
 
 #include "assessment.h"
@@ -65,18 +66,40 @@ void printHardestWorking(const Field& energies, const Field& densities, int refi
     std::printf("  the hardest %-24s %10.1f %%\n", place, percent(energies.at(x, y), total));
 }
 
-std::string subtitle(const Scene& scene, const Assessment& found) {
+/// A design with greys in black and white, and what that is worth.
+struct DrawnDesign {
+    Field design;
+    Assessment assessment;
+
+    std::string compliance() const {
+        return assessment.problems.empty() ? formatted("%.6g", assessment.score.compliance)
+                                           : "not supported";
+    }
+};
+
+/// None when the design is black and white and small enough to be scored as it is.
+std::optional<DrawnDesign> asDrawn(const Scene& scene) {
+    const Field& design = *scene.densities;
+    const int refinement = drawnRefinement(scene, refinementOf(design, scene));
+    DrawnDesign drawn{drawnDesign(design, scene, refinement), {}};
+    if (drawn.design == design) return std::nullopt;
+    drawn.assessment = assess(drawn.design, scene);
+    return drawn;
+}
+
+std::string subtitle(const Scene& scene, const Assessment& found,
+                     const std::optional<DrawnDesign>& drawn) {
     std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
                                               : "not supported: " + lineOf(found.problems.front());
+    if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
     text += ",  material used " + materialText(*scene.densities);
     if (!found.floating.empty()) text += ",  left out: " + describe(found.floating);
     return text;
 }
 
-void drawDesign(const Scene& scene, const Assessment& found, int scale,
+void drawDesign(const Scene& scene, const Assessment& found, const std::string& subtitle, int scale,
                 const std::filesystem::path& file) {
-    PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle(scene, found),
-                           found.floating};
+    PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle, found.floating};
     if (found.problems.empty()) content.energies = found.score.energies;
     writeFile(file, encodePicture(file, scene, content, scale));
     const PictureLayout size = pictureLayout(scene, scale);
@@ -84,11 +107,15 @@ void drawDesign(const Scene& scene, const Assessment& found, int scale,
                 size.width, size.height);
 }
 
-void printAssessment(const Scene& scene, const Assessment& found) {
+void printAssessment(const Scene& scene, const Assessment& found,
+                     const std::optional<DrawnDesign>& drawn) {
     if (!found.floating.empty())
         std::printf("  left out         %s\n", describe(found.floating).c_str());
     if (found.problems.empty()) {
         std::printf("  compliance       %.6g\n", found.score.compliance);
+        if (drawn)
+            std::printf("                   %s as drawn, in black and white on %d x %d elements\n",
+                        drawn->compliance().c_str(), drawn->design.width, drawn->design.height);
         printHardestWorking(found.score.energies, *scene.densities,
                             refinementOf(*scene.densities, scene));
         return;
@@ -126,17 +153,19 @@ int runScore(const ScoreOptions& options) {
 
     // 2. The score.
     const Assessment found = assess(*scene.densities, scene);
+    const auto drawn = asDrawn(scene);
 
     // 3. What it came to.
     printScene(scene);
-    printAssessment(scene, found);
+    printAssessment(scene, found, drawn);
     flushStandardOutput();
     const bool hasWarnings = !found.floating.empty();
     if (hasWarnings)
         complain(options.scene.string() + ": warning: densities: " + describe(found.floating) +
                  "; left out");
     if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
-    if (!options.picture.empty()) drawDesign(scene, found, scale, options.picture);
+    if (!options.picture.empty())
+        drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
     writeExports(options.exports, *scene.densities, refinement);
     return !found.problems.empty() || (options.isStrict && hasWarnings) ? 1 : 0;
 }

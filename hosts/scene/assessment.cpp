@@ -50,8 +50,7 @@ Assessment assess(const Field& design, const Scene& scene) {
     return result;
 }
 
-int drawnRefinement(const Scene& scene) {
-    int refinement = scene.refinement();
+int drawnRefinement(const Scene& scene, int refinement) {
     const auto elements = [&] {
         return 1.0 * scene.width * scene.height * refinement * refinement;
     };

@@ -17,9 +17,14 @@ struct Assessment {
 /// supports, without the parts that nothing holds.
 Assessment assess(const Field& design, const Scene& scene);
 
-/// Elements per edge of an element at which a design of this scene is drawn in black and white: the
-/// finest of its picture's and those below that stay within MAX_DRAWN_ELEMENTS.
-int drawnRefinement(const Scene& scene);
+/// Elements per edge of an element at which a design of so many cells per edge is drawn in black
+/// and white: the finest of these and those below that stay within MAX_DRAWN_ELEMENTS.
+int drawnRefinement(const Scene& scene, int refinement);
+
+/// The same for a design of the resolution of the scene's picture.
+inline int drawnRefinement(const Scene& scene) {
+    return drawnRefinement(scene, scene.refinement());
+}
 
 /// The score of a black and white design takes a few tenths of a second up to this size.
 constexpr int MAX_DRAWN_ELEMENTS = 60000;
