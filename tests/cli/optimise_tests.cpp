@@ -125,16 +125,30 @@ TEST_F(Optimise, readsSettingsAndTimeline) {
     EXPECT_FALSE(scene.timeline[1].restart->keepsDesign);
 }
 
-TEST_F(Optimise, namesWhatIsWrongWithAScene) {
-    const auto timeline = [](const std::string& change) {
-        return cantilever(R"("timeline": [{"iteration": 5, "penalty": 2}, )" + change + "]");
-    };
+// A scene, and a part of the line that tells what is wrong with it.
+struct WrongScene {
+    std::string scene;
+    const char* error;
+};
+
+// Scenes that must stop the program before it writes anything.
+class WrongScenes : public Optimise {
+protected:
+    void expectErrors(const std::vector<WrongScene>& cases) {
+        for (const auto& [scene, error] : cases) {
+            SCOPED_TRACE(scene);
+            write("s.json", scene);
+            expectError(run("optimise s.json --picture p.png --history h.csv --frames f"), error);
+            EXPECT_EQ(files(), std::vector<std::string>{"s.json"});
+        }
+    }
+
     const std::string wide = R"({"grid": {"width": 1000, "height": 500}, "volumeFraction": 0.5,
         "supports": [], "loads": [{"x": 0, "y": 0, "fx": 1}], )";
-    const struct {
-        std::string scene;
-        const char* error;
-    } cases[] = {
+};
+
+TEST_F(WrongScenes, namesWhatIsWrongWithSettings) {
+    expectErrors({
         {R"({"grid": {"width": 1, "height": 1}, "supports": [],
             "loads": [{"x": 0, "y": 0, "fx": 1}]})",
          "volumeFraction: missing key"},
@@ -142,8 +156,6 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          "supports: missing key"},
         {cantilever(R"("volumefraction": 1)"),
          "volumefraction: unknown key, did you mean volumeFraction?"},
-        {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
-         "timeline[1].volumeFraction: 1.5 is outside 0.01..1.0"},
         {cantilever(R"("penalty": 11)"), "penalty: 11 is outside 1.0..10.0"},
         {cantilever(R"("subdivision": 0)"), "subdivision: 0 is outside 1..16"},
         {wide + R"("subdivision": 2})",
@@ -154,6 +166,11 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          "loadCasesInUse[1]: 2 is outside 0..1 (the scene's loadCases is 2)"},
         {cantilever(R"("loadCasesInUse": [-1])"), "loadCasesInUse[0]: -1 is outside 0..1"},
         {cantilever(R"("loadCasesInUse": [])"), "loadCasesInUse: needs at least one load case"},
+    });
+}
+
+TEST_F(WrongScenes, namesWhatIsWrongWithPassiveAndBlobCells) {
+    expectErrors({
         {cantilever(R"("passive": {"voids": []})"),
          "passive.voids: unknown key, did you mean void? allowed keys: void, solid, secondSolid"},
         {cantilever(R"("passive": {"void": [{"x": 12, "y": 0}]})"),
@@ -177,6 +194,16 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          "blob[0].radius: -1 is outside"},
         {cantilever(R"("blob": [{"x": 3, "y": 3}], "subdivision": 2)"),
          "subdivision 2 and meshFactor 1 have to be equal"},
+    });
+}
+
+TEST_F(WrongScenes, namesWhatIsWrongWithATimeline) {
+    const auto timeline = [](const std::string& change) {
+        return cantilever(R"("timeline": [{"iteration": 5, "penalty": 2}, )" + change + "]");
+    };
+    expectErrors({
+        {timeline(R"({"iteration": 6, "volumeFraction": 1.5})"),
+         "timeline[1].volumeFraction: 1.5 is outside 0.01..1.0"},
         {timeline(R"({"iteration": 6, "restart": {"design": "new", "meshFactor": 2},
                       "passive": {"void": [{"x": 3, "y": 3}]}})"),
          "timeline[1]: subdivision 1 and meshFactor 2 have to be equal"},
@@ -193,13 +220,7 @@ TEST_F(Optimise, namesWhatIsWrongWithAScene) {
          R"(timeline[1].restart.design: "old" is not one of "new", "keep")"},
         {timeline(R"({"iteration": 6, "restart": {"design": "keep", "subdivision": 2}})"),
          "timeline[1].restart.subdivision: unknown key; allowed keys: design"},
-    };
-    for (const auto& [scene, error] : cases) {
-        SCOPED_TRACE(scene);
-        write("s.json", scene);
-        expectError(run("optimise s.json --picture p.png --history h.csv --frames f"), error);
-        EXPECT_EQ(files(), std::vector<std::string>{"s.json"});
-    }
+    });
 }
 
 TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
