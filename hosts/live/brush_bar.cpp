@@ -11,8 +11,8 @@ BrushBar::BrushBar(Workbench& bench)
     : QToolBar(tr("Brush")),
       smaller(new QAction(tr("S&maller brush"), this)),
       larger(new QAction(tr("&Larger brush"), this)),
-      round(new QAction(icon(Glyph::RoundBrush), tr("&Round brush"), this)),
-      square(new QAction(icon(Glyph::SquareBrush), tr("S&quare brush"), this)) {
+      round(new QAction(icon(Glyph::ROUND_BRUSH), tr("&Round brush"), this)),
+      square(new QAction(icon(Glyph::SQUARE_BRUSH), tr("S&quare brush"), this)) {
     setObjectName("brush");
     smaller->setShortcut(QKeySequence(Qt::Key_BracketLeft));
     larger->setShortcut(QKeySequence(Qt::Key_BracketRight));

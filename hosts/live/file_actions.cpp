@@ -27,8 +27,8 @@ constexpr double DEFAULT_VOLUME_FRACTION = 0.4;
 }  // namespace
 
 FileActions::FileActions(Document& edited, QWidget& window)
-    : openAction(new QAction(icon(Glyph::Open), tr("&Open..."), this)),
-      saveAction(new QAction(icon(Glyph::Save), tr("&Save"), this)),
+    : openAction(new QAction(icon(Glyph::OPEN), tr("&Open..."), this)),
+      saveAction(new QAction(icon(Glyph::SAVE), tr("&Save"), this)),
       saveAsAction(new QAction(tr("Save &as..."), this)),
       recentMenu(new QMenu(tr("Open &recent"), &window)),
       document(edited),

@@ -21,62 +21,61 @@ public:
 
     void draw(Glyph glyph) {
         switch (glyph) {
-            case Glyph::Open:
+            case Glyph::OPEN:
                 return open();
-            case Glyph::Save:
+            case Glyph::SAVE:
                 return save();
-            case Glyph::Undo:
+            case Glyph::UNDO:
                 return turn(false);
-            case Glyph::Redo:
+            case Glyph::REDO:
                 return turn(true);
-            case Glyph::Play:
+            case Glyph::PLAY:
                 return fillPolygon({{7, 4}, {20, 12}, {7, 20}});
-            case Glyph::Pause:
+            case Glyph::PAUSE:
                 return pause();
-            case Glyph::Step:
+            case Glyph::STEP:
                 return step();
-            case Glyph::Restart:
+            case Glyph::RESTART:
                 return restart();
-            case Glyph::Select:
-                return fillPolygon(
-                    {{6, 3}, {6, 19}, {10, 15.4}, {12.6, 21}, {15, 20}, {12.5, 14.4}, {18, 14.2}});
-            case Glyph::AddLoad:
+            case Glyph::SELECT:
+                return pointer();
+            case Glyph::ADD_LOAD:
                 return addLoad();
-            case Glyph::Pin:
+            case Glyph::PIN:
                 return support(0, true);
-            case Glyph::RollerX:
+            case Glyph::ROLLER_X:
                 return support(90, false);
-            case Glyph::RollerY:
+            case Glyph::ROLLER_Y:
                 return support(0, false);
-            case Glyph::KeepVoid:
+            case Glyph::KEEP_VOID:
                 return cells(0, Qt::BDiagPattern);
-            case Glyph::KeepSolid:
+            case Glyph::KEEP_SOLID:
                 return cells(1, Qt::SolidPattern);
-            case Glyph::KeepSecondSolid:
+            case Glyph::KEEP_SECOND_SOLID:
                 return cells(2, Qt::Dense4Pattern);
-            case Glyph::Blob:
+            case Glyph::BLOB:
                 return blob();
-            case Glyph::Eraser:
+            case Glyph::ERASER:
                 return rubber(PlateColours::light().fault);
-            case Glyph::Rubber:
+            case Glyph::RUBBER:
                 return rubber(ink);
-            case Glyph::Pencil:
+            case Glyph::PENCIL:
                 return pencil();
-            case Glyph::Line:
+            case Glyph::LINE:
                 return line();
-            case Glyph::RoundBrush:
+            case Glyph::ROUND_BRUSH:
                 return fillEllipse(QRectF(5, 5, 14, 14));
-            case Glyph::SquareBrush:
+            case Glyph::SQUARE_BRUSH:
                 return painter.fillRect(QRectF(5, 5, 14, 14), ink);
-            case Glyph::Fit:
+            case Glyph::FIT:
                 return fitSign();
-            case Glyph::ZoomIn:
+            case Glyph::ZOOM_IN:
                 return lens(true);
-            case Glyph::ZoomOut:
+            case Glyph::ZOOM_OUT:
                 return lens(false);
-            case Glyph::Gallery:
+            case Glyph::GALLERY:
                 return gallery();
-            case Glyph::DrawMode:
+            case Glyph::DRAW_MODE:
                 return drawMode();
         }
     }
@@ -93,6 +92,10 @@ private:
         painter.drawPolygon(corners);
     }
     void fillPolygon(const QPolygonF& corners) { fillPolygon(corners, ink); }
+
+    void pointer() {
+        fillPolygon({{6, 3}, {6, 19}, {10, 15.4}, {12.6, 21}, {15, 20}, {12.5, 14.4}, {18, 14.2}});
+    }
 
     void fillEllipse(const QRectF& box) {
         painter.setPen(Qt::NoPen);

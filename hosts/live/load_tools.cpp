@@ -70,12 +70,12 @@ std::optional<SelectTool::Hold> SelectTool::findOn(std::size_t index, const Hand
     const LoadArrow handle = handleOf(load, scene, site.bench.forces(), site.transform);
     const QPointF offset = QPointF(load.x.from, load.y.from) - hand.plate;
     if (length(hand.widget - handle.freeEnd()) < GRIP)
-        return Hold{index, Part::FreeEnd, handle.isTailAtNode, offset};
+        return Hold{index, Part::FREE_END, handle.isTailAtNode, offset};
     if (length(hand.widget - handle.foot()) < GRIP)
-        return Hold{index, Part::Foot, handle.isTailAtNode, offset};
+        return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
     for (const LoadArrow& arrow : arrowsOf(load, scene, site.bench.forces(), site.transform))
         if (distanceToLine(hand.widget, arrow.tail, arrow.tip) < SHAFT_GRIP)
-            return Hold{index, Part::Foot, handle.isTailAtNode, offset};
+            return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
     return std::nullopt;
 }
 
@@ -99,7 +99,7 @@ bool SelectTool::press(const Hand& hand) {
 void SelectTool::drag(const Hand& hand) {
     if (!held || held->load >= site.scene().loads.size()) return;
     const std::size_t index = held->load;
-    if (held->part == Part::Foot) {
+    if (held->part == Part::FOOT) {
         const Node node = nearestNode(hand.plate + held->offset, site.scene());
         site.bench.edit(
             QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); }, gesture);
@@ -179,7 +179,7 @@ void SelectTool::turn(double degrees, double factor) {
 }
 
 void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
-    if (held && held->part == Part::Foot && held->load < site.scene().loads.size()) {
+    if (held && held->part == Part::FOOT && held->load < site.scene().loads.size()) {
         const Load& load = site.scene().loads[held->load];
         paintNodes(painter, site, {{load.x.from, load.y.from}}, colours.hand);
         return;
@@ -190,7 +190,7 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
         handleOf(site.scene().loads[hold->load], site.scene(), site.bench.forces(), site.transform);
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(hold->part == Part::Foot ? handle.foot() : handle.freeEnd(), GRIP - 3,
+    painter.drawEllipse(hold->part == Part::FOOT ? handle.foot() : handle.freeEnd(), GRIP - 3,
                         GRIP - 3);
 }
 
@@ -207,7 +207,7 @@ Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
 }
 
 std::optional<bool> SelectTool::isTailHeldAtNode() const {
-    if (!held || held->part != Part::FreeEnd) return std::nullopt;
+    if (!held || held->part != Part::FREE_END) return std::nullopt;
     return held->isTailAtNode;
 }
 

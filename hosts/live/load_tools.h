@@ -19,7 +19,7 @@ public:
     std::optional<bool> isTailHeldAtNode() const override;
 
 private:
-    enum class Part { Foot, FreeEnd };
+    enum class Part { FOOT, FREE_END };
     struct Hold {
         std::size_t load;
         Part part;

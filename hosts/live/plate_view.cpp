@@ -79,8 +79,8 @@ void PlateView::setTool(Tool* next) {
 }
 
 void PlateView::cancelGesture() {
-    if (gesture == Gesture::Tool && tool != nullptr) tool->cancel();
-    gesture = Gesture::None;
+    if (gesture == Gesture::TOOL && tool != nullptr) tool->cancel();
+    gesture = Gesture::NONE;
     look.tailHeldAtNode.reset();
     update();
 }
@@ -116,7 +116,7 @@ void PlateView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), palette->surroundings);
     if (scene->width > 0) PlatePainter(painter, where, *palette).draw(*scene, look);
-    if (tool != nullptr && hand && gesture != Gesture::Pan) {
+    if (tool != nullptr && hand && gesture != Gesture::PAN) {
         painter.setRenderHint(QPainter::Antialiasing);
         tool->paintHint(painter, *hand, *palette);
     }
@@ -139,9 +139,9 @@ Hand PlateView::handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const {
 void PlateView::moveHand(const Hand& next) {
     hand = next;
     if (tool != nullptr) {
-        if (gesture == Gesture::Tool) tool->drag(next);
+        if (gesture == Gesture::TOOL) tool->drag(next);
         look.tailHeldAtNode = tool->isTailHeldAtNode();
-        setCursor(gesture == Gesture::Pan ? Qt::SizeAllCursor : tool->cursor(next));
+        setCursor(gesture == Gesture::PAN ? Qt::SizeAllCursor : tool->cursor(next));
         emit handMoved(tool->describe(next));
     }
     update();
@@ -149,29 +149,29 @@ void PlateView::moveHand(const Hand& next) {
 
 void PlateView::mousePressEvent(QMouseEvent* event) {
     const Hand next = handAt(event->position(), event->modifiers());
-    if (gesture == Gesture::Tool && isGestureByKey) cancelGesture();
-    if (gesture != Gesture::None) return;
+    if (gesture == Gesture::TOOL && isGestureByKey) cancelGesture();
+    if (gesture != Gesture::NONE) return;
     isGestureByKey = false;
     const bool isTool = event->button() == Qt::LeftButton && tool != nullptr && tool->press(next);
-    gesture = isTool ? Gesture::Tool : Gesture::Pan;
+    gesture = isTool ? Gesture::TOOL : Gesture::PAN;
     panStart = event->position();
     moveHand(next);
 }
 
 void PlateView::mouseMoveEvent(QMouseEvent* event) {
-    if (gesture == Gesture::Pan) {
+    if (gesture == Gesture::PAN) {
         panBy(event->position() - panStart);
         panStart = event->position();
     }
-    if (gesture == Gesture::Tool && isGestureByKey) return;
+    if (gesture == Gesture::TOOL && isGestureByKey) return;
     moveHand(handAt(event->position(), event->modifiers()));
 }
 
 void PlateView::mouseReleaseEvent(QMouseEvent* event) {
     if (isGestureByKey || event->buttons() != Qt::NoButton) return;
     const Hand next = handAt(event->position(), event->modifiers());
-    if (gesture == Gesture::Tool && tool != nullptr) tool->release(next);
-    gesture = Gesture::None;
+    if (gesture == Gesture::TOOL && tool != nullptr) tool->release(next);
+    gesture = Gesture::NONE;
     moveHand(next);
 }
 
@@ -181,7 +181,7 @@ void PlateView::wheelEvent(QWheelEvent* event) {
 }
 
 void PlateView::leaveEvent(QEvent*) {
-    if (gesture == Gesture::Tool) return;
+    if (gesture == Gesture::TOOL) return;
     hand.reset();
     emit handMoved({});
     update();
@@ -221,20 +221,20 @@ bool PlateView::moveHandByKey(const QKeyEvent& event) {
 
 void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
     if (!hand) moveHand(handAt(where.toWidget(scene->width / 2, scene->height / 2), modifiers));
-    if (gesture == Gesture::Tool) {
+    if (gesture == Gesture::TOOL) {
         tool->release(*hand);
-        gesture = Gesture::None;
+        gesture = Gesture::NONE;
     } else if (tool->press(*hand)) {
-        gesture = Gesture::Tool;
+        gesture = Gesture::TOOL;
         isGestureByKey = true;
     }
     moveHand(*hand);
 }
 
 void PlateView::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && gesture != Gesture::None) {
+    if (event->key() == Qt::Key_Escape && gesture != Gesture::NONE) {
         cancelGesture();
-    } else if (tool != nullptr && gesture == Gesture::None && tool->key(*event)) {
+    } else if (tool != nullptr && gesture == Gesture::NONE && tool->key(*event)) {
         update();
     } else if (tool != nullptr && moveHandByKey(*event)) {
         return;
@@ -253,13 +253,13 @@ void PlateView::keyPressEvent(QKeyEvent* event) {
 void PlateView::focusInEvent(QFocusEvent*) { update(); }
 
 void PlateView::focusOutEvent(QFocusEvent*) {
-    if (gesture == Gesture::Tool && isGestureByKey) cancelGesture();
+    if (gesture == Gesture::TOOL && isGestureByKey) cancelGesture();
     update();
 }
 
 bool PlateView::event(QEvent* event) {
     // A key that the tool takes must not be taken for a shortcut of a menu.
-    if (event->type() == QEvent::ShortcutOverride && gesture == Gesture::Tool &&
+    if (event->type() == QEvent::ShortcutOverride && gesture == Gesture::TOOL &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         event->accept();
     return QWidget::event(event);

@@ -29,7 +29,7 @@ public:
 
     /// The tool must outlive the view or its next setTool(). A gesture under way is cancelled.
     void setTool(Tool* next);
-    bool isInGesture() const { return gesture == Gesture::Tool; }
+    bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
 
     const PlateTransform& transform() const { return where; }
@@ -56,7 +56,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    enum class Gesture { None, Tool, Pan };
+    enum class Gesture { NONE, TOOL, PAN };
 
     void zoomAbout(QPointF place, double factor);
     void panBy(QPointF distance);
@@ -72,7 +72,7 @@ private:
     bool isFitted = true;
 
     Tool* tool = nullptr;
-    Gesture gesture = Gesture::None;
+    Gesture gesture = Gesture::NONE;
     bool isGestureByKey = false;
     std::optional<Hand> hand;
     QPointF panStart;

@@ -5,8 +5,8 @@
 
 RunActions::RunActions(LiveRun& run)
     : play(new QAction(this)),
-      step(new QAction(icon(Glyph::Step), tr("S&ingle step"), this)),
-      restart(new QAction(icon(Glyph::Restart), tr("Start &afresh"), this)) {
+      step(new QAction(icon(Glyph::STEP), tr("S&ingle step"), this)),
+      restart(new QAction(icon(Glyph::RESTART), tr("Start &afresh"), this)) {
     play->setShortcut(QKeySequence(Qt::Key_Space));
     step->setShortcut(QKeySequence(Qt::Key_Period));
     restart->setShortcut(QKeySequence("Ctrl+R"));
@@ -20,7 +20,7 @@ RunActions::RunActions(LiveRun& run)
 }
 
 void RunActions::showPlaying(bool plays) {
-    play->setIcon(icon(plays ? Glyph::Pause : Glyph::Play));
+    play->setIcon(icon(plays ? Glyph::PAUSE : Glyph::PLAY));
     play->setText(plays ? tr("&Pause") : tr("&Play"));
     explain(*play, plays ? tr("Hold the design") : tr("Let the design form"));
 }

@@ -17,7 +17,7 @@ struct Node {
     bool operator==(const Node&) const = default;
 };
 
-enum class PassiveKind { Void, Solid, SecondSolid };
+enum class PassiveKind { VOID, SOLID, SECOND_SOLID };
 
 /// Puts the top left node of a load at `node`, or as near as its extent allows.
 void moveLoad(Scene& scene, std::size_t load, Node node);

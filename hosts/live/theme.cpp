@@ -43,10 +43,10 @@ QPalette darkPalette() {
 void applyTheme(Theme theme) {
     // One style in all themes: it follows a palette, which not every native style does.
     QApplication::setStyle("Fusion");
-    if (theme == Theme::Desktop)
+    if (theme == Theme::DESKTOP)
         QApplication::setPalette(QPalette());
     else
-        QApplication::setPalette(theme == Theme::Dark ? darkPalette() : lightPalette());
+        QApplication::setPalette(theme == Theme::DARK ? darkPalette() : lightPalette());
 }
 
 bool isDarkNow() { return QApplication::palette().color(QPalette::Window).lightness() < 128; }

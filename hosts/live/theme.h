@@ -1,7 +1,7 @@
 #pragma once
 
 /// How the window looks: as the desktop does, or light or dark whatever that is.
-enum class Theme { Desktop, Light, Dark };
+enum class Theme { DESKTOP, LIGHT, DARK };
 
 /// Dresses the whole program.
 void applyTheme(Theme theme);

@@ -18,36 +18,36 @@ ToolBox::ToolBox(Workbench& workbench, PlateView& plateView) : view(plateView), 
 ToolBox::~ToolBox() { view.setTool(nullptr); }
 
 void ToolBox::addPlateTools(const ToolSite& site) {
-    add(std::make_unique<SelectTool>(site), Glyph::Select, tr("Select and drag"), "V",
+    add(std::make_unique<SelectTool>(site), Glyph::SELECT, tr("Select and drag"), "V",
         tr("Drag a load's foot along the nodes, or its other end to turn and scale it. "
            "Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it"),
         ofPlate);
-    add(std::make_unique<LoadTool>(site), Glyph::AddLoad, tr("Add load"), "L",
+    add(std::make_unique<LoadTool>(site), Glyph::ADD_LOAD, tr("Add load"), "L",
         tr("Press at a node, and drag to where the load pulls"), ofPlate);
-    add(std::make_unique<SupportTool>(site, true, true), Glyph::Pin, tr("Support"), "S",
+    add(std::make_unique<SupportTool>(site, true, true), Glyph::PIN, tr("Support"), "S",
         tr("Hold nodes in both directions"), ofPlate);
-    add(std::make_unique<SupportTool>(site, true, false), Glyph::RollerX, tr("Support in x"), "X",
+    add(std::make_unique<SupportTool>(site, true, false), Glyph::ROLLER_X, tr("Support in x"), "X",
         tr("Hold nodes in x; they may slide up and down"), ofPlate);
-    add(std::make_unique<SupportTool>(site, false, true), Glyph::RollerY, tr("Support in y"), "Y",
+    add(std::make_unique<SupportTool>(site, false, true), Glyph::ROLLER_Y, tr("Support in y"), "Y",
         tr("Hold nodes in y; they may slide sideways"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::Void), Glyph::KeepVoid, tr("Keep void"),
+    add(std::make_unique<PassiveTool>(site, PassiveKind::VOID), Glyph::KEEP_VOID, tr("Keep void"),
         "O", tr("Elements that stay empty"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::Solid), Glyph::KeepSolid, tr("Keep solid"),
-        "K", tr("Elements that stay solid"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::SecondSolid), Glyph::KeepSecondSolid,
+    add(std::make_unique<PassiveTool>(site, PassiveKind::SOLID), Glyph::KEEP_SOLID,
+        tr("Keep solid"), "K", tr("Elements that stay solid"), ofPlate);
+    add(std::make_unique<PassiveTool>(site, PassiveKind::SECOND_SOLID), Glyph::KEEP_SECOND_SOLID,
         tr("Keep second solid"), "J", tr("Elements that stay solid, of a second kind"), ofPlate);
-    add(std::make_unique<BlobTool>(site), Glyph::Blob, tr("Blob"), "B",
+    add(std::make_unique<BlobTool>(site), Glyph::BLOB, tr("Blob"), "B",
         tr("A hole that keeps its size and, when it moves, finds its place"), ofPlate);
-    add(std::make_unique<EraseTool>(site), Glyph::Eraser, tr("Erase"), "E",
+    add(std::make_unique<EraseTool>(site), Glyph::ERASER, tr("Erase"), "E",
         tr("Take away loads, supports, kept elements and blob"), ofPlate);
 }
 
 void ToolBox::addDrawingTools(const ToolSite& site) {
-    add(std::make_unique<PencilTool>(site, true), Glyph::Pencil, tr("Draw"), "D",
+    add(std::make_unique<PencilTool>(site, true), Glyph::PENCIL, tr("Draw"), "D",
         tr("Draw material with the brush"), ofDrawing);
-    add(std::make_unique<LineTool>(site), Glyph::Line, tr("Line"), "I",
+    add(std::make_unique<LineTool>(site), Glyph::LINE, tr("Line"), "I",
         tr("Draw a straight bar, as thick as the brush"), ofDrawing);
-    add(std::make_unique<PencilTool>(site, false), Glyph::Rubber, tr("Rub out"), "U",
+    add(std::make_unique<PencilTool>(site, false), Glyph::RUBBER, tr("Rub out"), "U",
         tr("Take material away with the brush"), ofDrawing);
 }
 

@@ -18,11 +18,11 @@ constexpr const char* THEME_KEY = "theme";
 ViewActions::ViewActions(QMainWindow& window)
     : zoomIn(makeZoom(tr("Zoom &in"), QKeySequence("Ctrl++"), ZOOM_FACTOR)),
       zoomOut(makeZoom(tr("Zoom &out"), QKeySequence("Ctrl+-"), 1 / ZOOM_FACTOR)),
-      fit(new QAction(icon(Glyph::Fit), tr("&Whole plate"), this)),
+      fit(new QAction(icon(Glyph::FIT), tr("&Whole plate"), this)),
       fullScreen(new QAction(tr("&Full screen"), this)),
       themes(nullptr) {
-    zoomIn->setIcon(icon(Glyph::ZoomIn));
-    zoomOut->setIcon(icon(Glyph::ZoomOut));
+    zoomIn->setIcon(icon(Glyph::ZOOM_IN));
+    zoomOut->setIcon(icon(Glyph::ZOOM_OUT));
     fit->setShortcut(QKeySequence("Ctrl+0"));
     explain(*fit, tr("Show the whole plate; the wheel zooms, the middle button moves it"));
     connect(fit, &QAction::triggered, this, [this] {
