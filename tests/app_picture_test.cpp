@@ -33,27 +33,27 @@ TEST(MapToMeshTest, WithoutCellsTouchesNothing) {
 // Larger than a tile of the transposition in each direction, and no multiple of it.
 class AppPictureTest : public testing::Test {
 protected:
-    static constexpr unsigned nelx = 9, nely = 10, n = 2, m = 2;
-    static constexpr unsigned width = nelx * n * m, height = nely * n * m;
+    static constexpr unsigned NELX = 9, NELY = 10, N = 2, M = 2;
+    static constexpr unsigned WIDTH = NELX * N * M, HEIGHT = NELY * N * M;
     test::Random random;
-    App app{nelx, nely, n, m, 0.5F, 1};
-    Matrix mesh{width * height, 1};  // the smoothed densities, column by column
+    App app{NELX, NELY, N, M, 0.5F, 1};
+    Matrix mesh{WIDTH * HEIGHT, 1};  // the smoothed densities, column by column
 
     AppPictureTest() {
         test::fillRandom(app.rhoPhys, random, 0.0, 1.0);
-        for (unsigned i = 0; i < width * height; ++i) {
-            mesh(i, 0) = app.rhoPhys(i / height / m * nely * n + i % height / m, 0);
+        for (unsigned i = 0; i < WIDTH * HEIGHT; ++i) {
+            mesh(i, 0) = app.rhoPhys(i / HEIGHT / M * NELY * N + i % HEIGHT / M, 0);
         }
-        const Matrix weights = test::coneWeights(width, height, m);
+        const Matrix weights = test::coneWeights(WIDTH, HEIGHT, M);
         const Matrix sums = test::rowSums(weights);
         mesh = product(weights, mesh);
-        for (unsigned i = 0; i < width * height; ++i) mesh(i, 0) /= sums(i, 0);
+        for (unsigned i = 0; i < WIDTH * HEIGHT; ++i) mesh(i, 0) /= sums(i, 0);
         app.projectToMesh();
         app.densityFilterWithModifiedRadius();
     }
 
     std::vector<float> published() {
-        std::vector<float> picture(width * height + 1, 7.0F);
+        std::vector<float> picture(WIDTH * HEIGHT + 1, 7.0F);
         char text[8] = "text";
         app.createAndPublishResult(picture.data(), sizeof text, text, nullptr);
         EXPECT_STREQ(text, "");
@@ -64,9 +64,9 @@ protected:
 
 TEST_F(AppPictureTest, IsOneLessTheSmoothedDensityRowByRow) {
     const std::vector<float> picture = published();
-    for (unsigned r = 0; r < height; ++r) {
-        for (unsigned c = 0; c < width; ++c) {
-            EXPECT_NEAR(picture[r * width + c], 1 - mesh(c * height + r, 0), 1e-7);
+    for (unsigned r = 0; r < HEIGHT; ++r) {
+        for (unsigned c = 0; c < WIDTH; ++c) {
+            EXPECT_NEAR(picture[r * WIDTH + c], 1 - mesh(c * HEIGHT + r, 0), 1e-7);
         }
     }
 }
@@ -74,11 +74,11 @@ TEST_F(AppPictureTest, IsOneLessTheSmoothedDensityRowByRow) {
 TEST_F(AppPictureTest, IsSharpenedByASmoothStep) {
     app.projectHeaviside();
     const std::vector<float> picture = published();
-    for (unsigned r = 0; r < height; ++r) {
-        for (unsigned c = 0; c < width; ++c) {
-            const double v = mesh(c * height + r, 0);
+    for (unsigned r = 0; r < HEIGHT; ++r) {
+        for (unsigned c = 0; c < WIDTH; ++c) {
+            const double v = mesh(c * HEIGHT + r, 0);
             const double sharp = 0.5 + std::tanh(6 * v - 3) / (2 * std::tanh(3.0));
-            EXPECT_NEAR(picture[r * width + c], 1 - sharp, 1e-7);
+            EXPECT_NEAR(picture[r * WIDTH + c], 1 - sharp, 1e-7);
         }
     }
 }
