@@ -65,7 +65,7 @@ void complainOf(const Findings& warnings, const fs::path& file) {
 }
 
 PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle) {
-    return {run.material(), std::nullopt, run.scene().title, subtitle, {}};
+    return {run.material(), std::nullopt, run.scene().title, subtitle};
 }
 
 std::string iterationSubtitle(const OptimisationRun& run) {
@@ -74,9 +74,17 @@ std::string iterationSubtitle(const OptimisationRun& run) {
                      shown.compliance, 100 * shown.volume);
 }
 
-void drawMaterial(const OptimisationRun& run, const std::string& subtitle, const fs::path& file) {
+void draw(const OptimisationRun& run, const PictureContent& content, const fs::path& file) {
     const int scale = refinedPictureScale(run.scene(), run.scene().refinement());
-    writeFile(file, encodePicture(file, run.scene(), contentOf(run, subtitle), scale));
+    writeFile(file, encodePicture(file, run.scene(), content, scale));
+}
+
+/// The last design, and what of it hangs on nothing as drawn.
+PictureContent contentOf(const OptimisationRun& run, const RunResult& result) {
+    PictureContent content = contentOf(run, resultSubtitle(run, result));
+    content.floating = result.assessment.floating;
+    content.floatingRefinement = refinementOf(result.drawn, run.scene());
+    return content;
 }
 
 /// What is drawn after each iteration.
@@ -84,7 +92,7 @@ void drawIteration(const OptimisationRun& run, const OptimiseOptions& options,
                    Animation& animation) {
     const std::string subtitle = iterationSubtitle(run);
     if (!options.frames.empty())
-        drawMaterial(run, subtitle, frameFile(options, run.records().back().iteration));
+        draw(run, contentOf(run, subtitle), frameFile(options, run.records().back().iteration));
     if (!options.animation.empty())
         animation.add(
             drawPicture(run.scene(), contentOf(run, subtitle), animationScale(run.scene())));
@@ -111,7 +119,7 @@ void writeResult(const OptimisationRun& run, const RunResult& result,
     std::printf("\n");
     const bool hasDesign = !run.records().empty();
     if (hasDesign && !options.picture.empty()) {
-        drawMaterial(run, resultSubtitle(run, result), options.picture);
+        draw(run, contentOf(run, result), options.picture);
         printFile("picture", options.picture.string());
     }
     if (hasDesign && !options.animation.empty()) {

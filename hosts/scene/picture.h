@@ -21,7 +21,8 @@ struct PictureContent {
     std::optional<Field> energies;
     std::string title;
     std::string subtitle;
-    std::vector<FloatingPart> floating = {};  ///< of a grid of the material's size, to be outlined
+    std::vector<FloatingPart> floating = {};  ///< to be outlined
+    int floatingRefinement = 0;  ///< their cells per edge of an element; 0: those of the material
 };
 
 constexpr int MIN_PICTURE_SCALE = 1;
