@@ -57,8 +57,9 @@ std::string liveLine(const IterationRecord& record, int of, std::size_t width) {
 }
 
 Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines()) {
+    // The library prints a line of its own before the first iteration.
     if (live)
-        showLine(withBar(formatted("0/%d  preparing", last), 0, last, terminalWidth()));
+        std::printf("preparing %d iterations\n", last);
     else
         std::printf("iteration    compliance   volume   change        ms\n");
     std::fflush(stdout);
