@@ -70,6 +70,19 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
     return score;
 }
 
+constexpr const char* OPTIMISE_FOOTER =
+    "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with picture and\n"
+    "summary; the second one ends it at once.\n"
+    "Exit status:\n"
+    "  0  optimised\n"
+    "  1  the library could not go on: one line on standard error tells the iteration and\n"
+    "     why, and the picture shows the last design, if there was one. A text that is\n"
+    "     followed by a change of the timeline does not end the run. Or --strict and a\n"
+    "     warning\n"
+    "  2  an error in the scene, the options or a file; one line on standard error tells\n"
+    "     which\n"
+    "  130, 143  ended by SIGINT, SIGTERM\n";
+
 CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
     CLI::App* optimise = app.add_subcommand(
         "optimise", "Find the stiffest design for a scene and an amount of material");
@@ -118,18 +131,7 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
     optimise->add_flag("--strict", options.isStrict, STRICT_HELP);
     optimise->add_flag("--quiet", options.isQuiet,
                        "Print nothing but errors and warnings, on standard error");
-    optimise->footer(
-        "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with picture and\n"
-        "summary; the second one ends it at once.\n"
-        "Exit status:\n"
-        "  0  optimised\n"
-        "  1  the library could not go on: one line on standard error tells the iteration and\n"
-        "     why, and the picture shows the last design, if there was one. A text that is\n"
-        "     followed by a change of the timeline does not end the run. Or --strict and a\n"
-        "     warning\n"
-        "  2  an error in the scene, the options or a file; one line on standard error tells\n"
-        "     which\n"
-        "  130, 143  ended by SIGINT, SIGTERM\n");
+    optimise->footer(OPTIMISE_FOOTER);
     return optimise;
 }
 
