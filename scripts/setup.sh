@@ -136,12 +136,6 @@ add_i386() {
     esac
 }
 
-# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other things.
-check_requirements=(
-    "clang-format:clang-format 14"
-    "clang-tidy:clang-tidy 14"
-)
-
 # What the i386 presets need. $1 is --yes to add the architecture without asking, or empty.
 prepare_i386() {
     if has_apt; then

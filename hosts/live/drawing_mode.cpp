@@ -4,6 +4,13 @@
 #include "floating_parts.h"
 #include "plate_image.h"
 
+namespace {
+
+// Void carries a load as well, but yields a billion times as much as material.
+constexpr double HANGING = 1e-4;
+
+}  // namespace
+
 DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& shown)
     : bench(workbench),
       run(liveRun),
@@ -62,7 +69,8 @@ void DrawingMode::followScene() {
 }
 
 void DrawingMode::takeScore(const ScoreResult& result) {
-    if (!active || result.design.width != bench.document.scene().width) return;
+    // One of a grid that is no more.
+    if (!active || result.design.width != drawing->width) return;
     drawingScore = result;
     stage.drawingHeader.show(result, noteOnDrawing());
     showDrawing();
@@ -81,8 +89,12 @@ QString DrawingMode::noteOnDrawing() const {
     if (drawingScore && drawingScore->score.supported && designScore &&
         designScore->score.supported) {
         const double ratio = designScore->score.compliance / drawingScore->score.compliance;
-        notes << (ratio >= 1 ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
-                             : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
+        if (ratio < HANGING)
+            notes << tr("A load hangs in the air: draw material up to its foot");
+        else
+            notes << (ratio >= 1
+                          ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
+                          : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
     }
     if (!floatingCells.empty())
         notes << tr("%n floating element(s) left out", nullptr,

@@ -24,12 +24,13 @@ namespace {
 constexpr const char* DIRECTORY_KEY = "exportDirectory";
 constexpr double MAX_LENGTH = 1e6;  // of an element and of a thickness, in millimetres
 
-RgbImage drawExhibit(const ExportActions::Exhibit& exhibit) {
-    const int refinement = exhibit.material.width / exhibit.scene.width;
-    return drawPicture(
-        exhibit.scene,
-        {exhibit.material, exhibit.energies, exhibit.scene.title, exhibit.subtitle.toStdString()},
-        refinedPictureScale(exhibit.scene, refinement));
+int scaleOf(const ExportActions::Exhibit& exhibit) {
+    return refinedPictureScale(exhibit.scene, exhibit.material.width / exhibit.scene.width);
+}
+
+PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
+    return {exhibit.material, exhibit.energies, exhibit.scene.title,
+            exhibit.subtitle.toStdString()};
 }
 
 }  // namespace
@@ -39,7 +40,7 @@ ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibi
     : parent(window),
       current(std::move(exhibit)),
       recorder(frames),
-      picture(add(tr("&Picture..."), tr("The plate with its signs, as PNG"),
+      picture(add(tr("&Picture..."), tr("The plate with its signs, as PNG or SVG"),
                   &ExportActions::exportPicture)),
       design(add(tr("&Design..."), tr("The densities of the design, as PNG or CSV"),
                  &ExportActions::exportDesign)),
@@ -66,7 +67,8 @@ ExportActions::Exhibit ExportActions::exhibit() const {
 }
 
 void ExportActions::writePicture(const fs::path& file) const {
-    writeFile(file, encodePng(drawExhibit(exhibit())));
+    const Exhibit shown = exhibit();
+    writeFile(file, encodePicture(file, shown.scene, contentOf(shown), scaleOf(shown)));
 }
 
 void ExportActions::writeDesign(const fs::path& file) const {
@@ -94,8 +96,9 @@ void ExportActions::writeAnimation(const fs::path& file) const {
         if (progress.wasCanceled()) throw InputError("The animation was not written: cancelled");
         Scene scene = *each.scene;
         scene.blob = each.blob;
-        frames.add(drawExhibit(
-            {scene, each.material(), std::nullopt, tr("Iteration %1").arg(each.iteration)}));
+        const Exhibit shown{scene, each.material(), std::nullopt,
+                            tr("Iteration %1").arg(each.iteration)};
+        frames.add(drawPicture(shown.scene, contentOf(shown), scaleOf(shown)));
     }
     writeFile(file, frames.encodeGif());
 }
@@ -125,9 +128,9 @@ void ExportActions::attempt(const fs::path& file, const std::function<void()>& w
 }
 
 void ExportActions::exportPicture() {
-    const fs::path file = ask(tr("Export a picture"), tr("Pictures (*.png)"), "png");
+    const fs::path file = ask(tr("Export a picture"), tr("Pictures (*.png *.svg)"), "png");
     attempt(file, [&] {
-        checkEnding(tr("The picture").toStdString(), file, {".png"});
+        checkEnding(tr("The picture").toStdString(), file, PICTURE_ENDINGS);
         writePicture(file);
     });
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "refinement.h"
+
 namespace {
 
 constexpr float SOLID = 0.5f;
@@ -19,9 +21,10 @@ public:
         open.push_back({x, y});
     }
 
-    void enterAround(const Range& columns, const Range& rows) {
-        for (int x = columns.from - 1; x <= columns.to; ++x)
-            for (int y = rows.from - 1; y <= rows.to; ++y) enter(x, y);
+    /// The elements around nodes of a grid that the drawing refines.
+    void enterAround(const Range& columns, const Range& rows, int refinement) {
+        for (int x = columns.from * refinement - 1; x <= columns.to * refinement; ++x)
+            for (int y = rows.from * refinement - 1; y <= rows.to * refinement; ++y) enter(x, y);
     }
 
     Cells unreached() {
@@ -50,7 +53,9 @@ private:
 
 Cells floatingParts(const Field& drawing, const Scene& scene) {
     Walk walk(drawing);
-    for (const Load& load : scene.loads) walk.enterAround(load.x, load.y);
-    for (const Support& support : scene.supports) walk.enterAround(support.x, support.y);
+    const int refinement = refinementOf(drawing, scene);
+    for (const Load& load : scene.loads) walk.enterAround(load.x, load.y, refinement);
+    for (const Support& support : scene.supports)
+        walk.enterAround(support.x, support.y, refinement);
     return walk.unreached();
 }

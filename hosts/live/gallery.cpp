@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "plate_image.h"
 #include "plate_painter.h"
 #include "scene_places.h"
 #include "scene_reader.h"
@@ -34,6 +35,10 @@ QPixmap pictureOf(const Scene& scene, const fs::path& design, double pixelRatio)
     look.outlines = PlateOutlines(scene);
     look.forces = ForceScale(scene);
     look.material = QImage(QString::fromStdString(design.string()));
+    if (look.material.isNull() && scene.densities) {
+        look.material = drawingImage(*scene.densities, nullptr, {}, colours);
+        look.isSmooth = false;
+    }
     QPainter painter(&pixmap);
     PlatePainter(painter, transform, colours).draw(scene, look);
     return pixmap;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "records.h"
+#include "refinement.h"
 
 namespace {
 
@@ -97,10 +98,12 @@ IterationOutcome LibrarySession::iterate(Frame& frame) {
 }
 
 ScoreResult LibrarySession::score(std::shared_ptr<const Scene> scene, const Field& design) {
-    if (scene != scored) {
+    const int refinement = refinementOf(design, *scene);
+    if (scene != scored || refinement != scoredRefinement) {
         game.reset();
-        game.emplace(*scene);
+        game.emplace(refined(*scene, refinement));
         scored = std::move(scene);
+        scoredRefinement = refinement;
     }
     ScoreResult result;
     result.design = design;

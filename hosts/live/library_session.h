@@ -34,6 +34,7 @@ public:
     /// Iterations since the design started afresh.
     int iterations() const { return iterationCount; }
 
+    /// Scores a design on the scene's grid, or on one that is a whole number of times as fine.
     ScoreResult score(std::shared_ptr<const Scene> scene, const Field& design);
 
 private:
@@ -50,4 +51,5 @@ private:
 
     std::optional<Game> game;
     std::shared_ptr<const Scene> scored;  // what the game was created for
+    int scoredRefinement = 0;
 };

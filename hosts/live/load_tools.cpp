@@ -67,13 +67,13 @@ QString describeLoad(const Load& load, std::size_t index) {
 std::optional<SelectTool::Hold> SelectTool::findOn(std::size_t index, const Hand& hand) const {
     const Scene& scene = site.scene();
     const Load& load = scene.loads[index];
-    const LoadArrow handle = handleOf(load, scene, site.bench.forces(), site.transform);
+    const PlateArrow handle = handleOf(load, scene, site.bench.forces(), site.transform);
     const QPointF offset = QPointF(load.x.from, load.y.from) - hand.plate;
     if (length(hand.widget - handle.freeEnd()) < GRIP)
         return Hold{index, Part::FREE_END, handle.isTailAtNode, offset};
     if (length(hand.widget - handle.foot()) < GRIP)
         return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
-    for (const LoadArrow& arrow : arrowsOf(load, scene, site.bench.forces(), site.transform))
+    for (const PlateArrow& arrow : arrowsOf(load, scene, site.bench.forces(), site.transform))
         if (distanceToLine(hand.widget, arrow.tail, arrow.tip) < SHAFT_GRIP)
             return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
     return std::nullopt;
@@ -105,7 +105,7 @@ void SelectTool::drag(const Hand& hand) {
             QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); }, gesture);
         return;
     }
-    const LoadArrow handle =
+    const PlateArrow handle =
         handleOf(site.scene().loads[index], site.scene(), site.bench.forces(), site.transform);
     const QPointF fromNode = hand.widget - handle.foot();
     const QPointF pull = held->isTailAtNode ? fromNode : -fromNode;
@@ -185,8 +185,8 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
         return;
     }
     const auto hold = find(hand);
-    if (!hold) return;
-    const LoadArrow handle =
+    if (!hold) return paintCells(painter, site, {cellAt(hand.plate)}, colours.edge);
+    const PlateArrow handle =
         handleOf(site.scene().loads[hold->load], site.scene(), site.bench.forces(), site.transform);
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(Qt::NoBrush);

@@ -36,6 +36,8 @@ constexpr int LAYOUT_VERSION = 1;
 
 MainWindow::MainWindow() : run(bench) {
     setAcceptDrops(true);
+    // From the start, or the plate would shrink at the first message.
+    statusBar();
     makeParts();
     makeEditActions();
     makeDocks();
@@ -49,7 +51,10 @@ MainWindow::MainWindow() : run(bench) {
     run.setRate(rate > 1 ? rate : ORDINARY_RATE);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // A history that goes reports that nothing is modified any more, to whom is no matter now.
+    disconnect(&bench.document, nullptr, this, nullptr);
+}
 
 void MainWindow::makeParts() {
     stage = new PlateStage;
@@ -206,6 +211,7 @@ void MainWindow::connectDocument() {
     connect(&document, &Document::opened, this, [this] {
         stage->plate().setForces(bench.forces());
         stage->plate().fit();
+        setDrawing(bench.document.scene().densities.has_value());
     });
     connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
     connect(&bench, &Workbench::selectionChanged, this, [this] {

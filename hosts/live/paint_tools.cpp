@@ -5,6 +5,9 @@
 
 namespace {
 
+// Supports are painted node by node: a row of them holds an edge.
+constexpr Brush NODE_BRUSH = {1, true};
+
 bool haveCommon(const Cells& some, const Cells& others) {
     // Both are sorted.
     return std::any_of(some.begin(), some.end(), [&](const Cell& cell) {
@@ -37,7 +40,7 @@ void BrushTool::paintHint(QPainter& painter, const Hand& hand, const PlateColour
 }
 
 void SupportTool::paint(QPointF from, QPointF to) {
-    const auto nodes = strokeNodes(site.bench.brush(), from, to);
+    const auto nodes = strokeNodes(NODE_BRUSH, from, to);
     site.bench.edit(
         QObject::tr("Paint support"),
         [&](Scene& scene) { paintSupports(scene, nodes, fixX, fixY); }, gesture);
@@ -45,8 +48,7 @@ void SupportTool::paint(QPointF from, QPointF to) {
 
 void SupportTool::paintHint(QPainter& painter, const Hand& hand,
                             const PlateColours& colours) const {
-    paintNodes(painter, site, strokeNodes(site.bench.brush(), hand.plate, hand.plate),
-               colours.hand);
+    paintNodes(painter, site, {nearestNode(hand.plate, site.scene())}, colours.hand);
 }
 
 QString SupportTool::describe(const Hand& hand) const {

@@ -1,5 +1,23 @@
 #include "plate_colours.h"
 
+namespace {
+
+// Towards white: the darker colours would drown in a dark window.
+constexpr double DARK_LIFT = 0.35;
+
+std::array<QColor, LOAD_CASE_COLOURS> loadColours(double lift) {
+    std::array<QColor, LOAD_CASE_COLOURS> colours;
+    for (int loadCase = 0; loadCase < LOAD_CASE_COLOURS; ++loadCase) {
+        const Colour colour = mix(loadCaseColour(loadCase), {1, 1, 1}, lift);
+        colours[static_cast<std::size_t>(loadCase)] =
+            QColor::fromRgbF(static_cast<float>(colour[0]), static_cast<float>(colour[1]),
+                             static_cast<float>(colour[2]));
+    }
+    return colours;
+}
+
+}  // namespace
+
 const PlateColours& PlateColours::light() {
     // Those of the pictures that the command-line program draws.
     static const PlateColours colours = {
@@ -14,7 +32,7 @@ const PlateColours& PlateColours::light() {
         QColor(0, 105, 217),
         QColor(213, 50, 30),
         {QColor(230, 128, 13), QColor(38, 166, 64), QColor(204, 64, 153)},
-        {QColor(13, 89, 191), QColor(0, 140, 115), QColor(115, 51, 178), QColor(0, 140, 191)}};
+        loadColours(0)};
     return colours;
 }
 
@@ -31,7 +49,7 @@ const PlateColours& PlateColours::dark() {
         QColor(90, 175, 255),
         QColor(255, 110, 85),
         {QColor(240, 150, 40), QColor(70, 195, 95), QColor(230, 110, 185)},
-        {QColor(90, 160, 250), QColor(40, 190, 160), QColor(180, 130, 245), QColor(50, 190, 240)}};
+        loadColours(DARK_LIFT)};
     return colours;
 }
 

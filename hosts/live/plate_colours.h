@@ -3,6 +3,8 @@
 #include <QColor>
 #include <array>
 
+#include "load_arrows.h"
+
 /// The colours of the plate and its signs, for a light or a dark window. Load cases and kinds of
 /// passive elements also differ by number, outline or hatching: colour is never the only sign.
 struct PlateColours {
@@ -17,7 +19,7 @@ struct PlateColours {
     QColor hand;   ///< what lies under the pointer, and what is selected
     QColor fault;  ///< what a check found
     std::array<QColor, 3> passive;
-    std::array<QColor, 4> loads;
+    std::array<QColor, LOAD_CASE_COLOURS> loads;
 
     const QColor& load(int loadCase) const {
         return loads[static_cast<std::size_t>(loadCase) % loads.size()];

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "area_outline.h"
+
 namespace {
 
 constexpr double SUPPORT_SIZE = 11;  // pixels, like all below
@@ -29,12 +31,12 @@ QPointF outward(const Support& support, const Scene& scene) {
 }
 
 /// The arrow with this end at its node.
-LoadArrow atNode(const LoadArrow& arrow, std::optional<bool> isTailAtNode) {
+PlateArrow atNode(const PlateArrow& arrow, std::optional<bool> isTailAtNode) {
     if (!isTailAtNode || *isTailAtNode == arrow.isTailAtNode) return arrow;
     const QPointF along = arrow.tip - arrow.tail;
     const QPointF node = arrow.foot();
-    return *isTailAtNode ? LoadArrow{node, node + along, true}
-                         : LoadArrow{node - along, node, false};
+    return *isTailAtNode ? PlateArrow{node, node + along, true}
+                         : PlateArrow{node - along, node, false};
 }
 
 QPainterPath areaOf(const Cells& cells) {
@@ -45,7 +47,7 @@ QPainterPath areaOf(const Cells& cells) {
 
 }  // namespace
 
-QPainterPath outlineOf(const Cells& cells, int width, int height) {
+QPainterPath cellOutline(const Cells& cells, int width, int height) {
     // With a margin, so that every element has four neighbours.
     const auto columns = static_cast<std::size_t>(width) + 2;
     std::vector<std::uint8_t> inside(columns * (static_cast<std::size_t>(height) + 2));
@@ -71,10 +73,12 @@ PlateOutlines::PlateOutlines(const Scene& scene) {
     const std::array<const Area*, 3> kinds = {&scene.passive.voids, &scene.passive.solids,
                                               &scene.passive.secondSolids};
     for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
-        passive[kind] = outlineOf(kinds[kind]->cells, scene.width, scene.height);
+        for (const auto& [from, to] : outlineOf(*kinds[kind], scene.width, scene.height)) {
+            passive[kind].moveTo(from.x, from.y);
+            passive[kind].lineTo(to.x, to.y);
+        }
         passiveArea[kind] = areaOf(kinds[kind]->cells);
     }
-    blob = outlineOf(scene.blob.cells, scene.width, scene.height);
 }
 
 void PlatePainter::draw(const Scene& scene, const PlateLook& look) {
@@ -155,11 +159,11 @@ void PlatePainter::drawSupportSign(QPointF tip, QPointF out, bool isRoller) {
 
 void PlatePainter::drawSupport(const Support& support, const Scene& scene) {
     const QPointF out = outward(support, scene);
-    for (const QPointF node : spacedPlaces(support.x, support.y, SUPPORT_SPACING, transform.scale))
+    for (const QPointF node : signPlaces(support.x, support.y, SUPPORT_SPACING, transform.scale))
         drawSupportSign(transform.toWidget(node), out, !(support.fixX && support.fixY));
 }
 
-void PlatePainter::drawArrow(const LoadArrow& arrow, const QColor& colour) {
+void PlatePainter::drawArrow(const PlateArrow& arrow, const QColor& colour) {
     const QPointF direction = (arrow.tip - arrow.tail) / arrow.length();
     const QPointF across(-direction.y(), direction.x());
     const QPointF neck = arrow.tip - 11 * direction;
@@ -177,14 +181,14 @@ void PlatePainter::drawLoad(const Load& load, const Scene& scene, const PlateLoo
     QColor colour = colours.load(load.loadCase);
     if (!isUsed) colour = mixed(colour, colours.voids, 0.7);
     const auto held = isSelected ? look.tailHeldAtNode : std::nullopt;
-    const LoadArrow handle = atNode(handleOf(load, scene, look.forces, transform), held);
-    for (const LoadArrow& arrow : arrowsOf(load, scene, look.forces, transform))
+    const PlateArrow handle = atNode(handleOf(load, scene, look.forces, transform), held);
+    for (const PlateArrow& arrow : arrowsOf(load, scene, look.forces, transform))
         drawArrow(atNode(arrow, held), colour);
     if (scene.loadCases > 1) drawLoadCase(handle, load.loadCase, colour);
     if (isSelected) drawHandles(handle);
 }
 
-void PlatePainter::drawLoadCase(const LoadArrow& arrow, int loadCase, const QColor& colour) {
+void PlatePainter::drawLoadCase(const PlateArrow& arrow, int loadCase, const QColor& colour) {
     const QPointF away = (arrow.freeEnd() - arrow.foot()) / arrow.length();
     QRectF box(0, 0, 40, 16);
     box.moveCenter(arrow.freeEnd() + 11 * away);
@@ -195,7 +199,7 @@ void PlatePainter::drawLoadCase(const LoadArrow& arrow, int loadCase, const QCol
     painter.drawText(box, Qt::AlignCenter, QString::number(loadCase));
 }
 
-void PlatePainter::drawHandles(const LoadArrow& arrow) {
+void PlatePainter::drawHandles(const PlateArrow& arrow) {
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(colours.rim);
     painter.drawEllipse(arrow.freeEnd(), HANDLE_RADIUS, HANDLE_RADIUS);

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "load_arrow.h"
+#include "plate_arrow.h"
 #include "plate_colours.h"
 #include "plate_transform.h"
 #include "scene.h"
@@ -17,14 +17,13 @@
 struct PlateOutlines {
     std::array<QPainterPath, 3> passive;      ///< along the borders
     std::array<QPainterPath, 3> passiveArea;  ///< all elements, to hatch
-    QPainterPath blob;
 
     PlateOutlines() = default;
     explicit PlateOutlines(const Scene& scene);
 };
 
 /// Lines where an element of the list borders on one that is not in it, or on nothing.
-QPainterPath outlineOf(const Cells& cells, int width, int height);
+QPainterPath cellOutline(const Cells& cells, int width, int height);
 
 /// What a plate shows, beside its scene.
 struct PlateLook {
@@ -54,9 +53,9 @@ private:
     void drawSupport(const Support& support, const Scene& scene);
     void drawSupportSign(QPointF tip, QPointF out, bool isRoller);
     void drawLoad(const Load& load, const Scene& scene, const PlateLook& look, bool isSelected);
-    void drawArrow(const LoadArrow& arrow, const QColor& colour);
-    void drawLoadCase(const LoadArrow& arrow, int loadCase, const QColor& colour);
-    void drawHandles(const LoadArrow& arrow);
+    void drawArrow(const PlateArrow& arrow, const QColor& colour);
+    void drawLoadCase(const PlateArrow& arrow, int loadCase, const QColor& colour);
+    void drawHandles(const PlateArrow& arrow);
     void drawFault(QPointF place);
 
     QPainter& painter;

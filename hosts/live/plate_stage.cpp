@@ -33,7 +33,7 @@ PlateStage::PlateStage(QWidget* parent)
     column->addWidget(otherHeader);
     column->addWidget(rivalView, 1);
 
-    auto* splitter = new QSplitter;
+    splitter = new QSplitter;
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(plateSide);
     splitter->addWidget(rivalSide);
@@ -47,6 +47,8 @@ void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
     rivalSide->setVisible(draws);
     if (!draws) return;
+    // Both plates of the same size, to compare them.
+    splitter->setSizes({width(), width()});
     header->showNone({});
     otherHeader->showNone(tr("The optimiser is at work."));
     rivalView->setMaterial({}, false);

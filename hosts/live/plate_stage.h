@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSplitter>
 #include <QWidget>
 
 #include "banner.h"
@@ -30,4 +31,5 @@ private:
     ScoreHeader* otherHeader;
     Banner* problem;
     QWidget* rivalSide;
+    QSplitter* splitter;
 };

@@ -46,11 +46,6 @@ void PlateView::setMaterial(const QImage& image, bool isSmooth) {
     update();
 }
 
-void PlateView::setBlob(const Cells& blob) {
-    look.outlines.blob = outlineOf(blob, scene->width, scene->height);
-    update();
-}
-
 void PlateView::setFaults(std::vector<QPointF> places) {
     look.faults = std::move(places);
     update();

@@ -19,8 +19,6 @@ public:
     /// What is shown. The scene stays until the next call.
     void setScene(std::shared_ptr<const Scene> scene);
     void setMaterial(const QImage& image, bool isSmooth);
-    /// Outline of the blob, when it is not where the scene has it.
-    void setBlob(const Cells& blob);
     void setFaults(std::vector<QPointF> places);
     void setSelectedLoad(std::optional<std::size_t> load);
     void setForces(const ForceScale& forces);

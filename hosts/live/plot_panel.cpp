@@ -3,13 +3,15 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "plate_colours.h"
 
 namespace {
 
-constexpr std::size_t MAX_SAMPLES = 4000;  // more than there are pixels
-constexpr double LEFT = 52;                // pixels, like all below
+// What is older says little about the edits of now, and would squeeze their course.
+constexpr std::size_t MAX_SAMPLES = 500;
+constexpr double LEFT = 52;  // pixels, like all below
 constexpr double RIGHT = 46;
 constexpr double TOP = 24;
 constexpr double BOTTOM = 22;
@@ -44,12 +46,9 @@ PlotPanel::PlotPanel(QWidget* parent) : QWidget(parent) {
 }
 
 void PlotPanel::add(const std::vector<IterationNumbers>& numbers) {
-    for (const auto& each : numbers) {
-        if (!isMarkDue && ++pending < perSample) continue;
-        pending = 0;
+    for (const auto& each : numbers)
         samples.push_back({each.compliance, each.volume, std::exchange(isMarkDue, false)});
-    }
-    if (samples.size() > MAX_SAMPLES) thin();
+    for (; samples.size() > MAX_SAMPLES; ++gone) samples.pop_front();
     describe();
     update();
 }
@@ -58,21 +57,9 @@ void PlotPanel::mark() { isMarkDue = true; }
 
 void PlotPanel::clear() {
     samples.clear();
-    perSample = 1;
-    pending = 0;
+    gone = 0;
     isMarkDue = false;
     update();
-}
-
-// Every other sample goes, so that a long run stays whole and the plot stays quick.
-void PlotPanel::thin() {
-    std::vector<Sample> half;
-    for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
-        half.push_back(samples[i + 1]);
-        half.back().isMarked = samples[i].isMarked || samples[i + 1].isMarked;
-    }
-    samples = std::move(half);
-    perSample *= 2;
 }
 
 void PlotPanel::describe() {
@@ -143,15 +130,16 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
                      tr("Volume (dashed)"));
     painter.setPen(text);
     const QRectF below(area.left(), area.bottom() + 4, area.width(), 16);
-    painter.drawText(below, Qt::AlignLeft, "0");
+    painter.drawText(below, Qt::AlignLeft, QString::number(gone));
     painter.drawText(below, Qt::AlignHCenter, tr("Iterations"));
-    painter.drawText(below, Qt::AlignRight, QString::number(samples.size() * perSample));
+    painter.drawText(below, Qt::AlignRight, QString::number(gone + samples.size()));
 }
 
 void PlotPanel::drawMarks(QPainter& painter, const Axes& axes) const {
     QColor colour = palette().color(QPalette::WindowText);
-    colour.setAlpha(150);
-    painter.setPen(QPen(colour, 1, Qt::DotLine));
+    // A drag is a band of them.
+    colour.setAlpha(70);
+    painter.setPen(QPen(colour, 1, Qt::DashLine));
     for (std::size_t i = 0; i < samples.size(); ++i) {
         if (!samples[i].isMarked) continue;
         const double x = axes.x(i, samples.size());

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QWidget>
+#include <deque>
 #include <vector>
 
 #include "frame.h"
 
-/// Compliance and volume over the iterations, with marks where the user edited.
+/// Compliance and volume over the last iterations, with marks where the user edited.
 class PlotPanel : public QWidget {
     Q_OBJECT
 
@@ -36,10 +37,8 @@ private:
     void drawCurve(QPainter& painter, const Axes& axes, double Sample::*value, double from,
                    double to, const QPen& pen) const;
     void describe();
-    void thin();
 
-    std::vector<Sample> samples;
-    std::size_t perSample = 1;  // iterations
-    std::size_t pending = 0;    // iterations towards the next sample
+    std::deque<Sample> samples;
+    std::size_t gone = 0;  // iterations before the first sample
     bool isMarkDue = false;
 };

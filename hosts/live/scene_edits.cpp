@@ -8,6 +8,7 @@
 
 #include "area_reader.h"
 #include "input_error.h"
+#include "refinement.h"
 
 namespace {
 
@@ -199,11 +200,12 @@ public:
     }
 
     void operator()(Field& drawing) const {
-        Field result(width, height);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x)
-                result.at(x, y) = drawing.at((2 * x + 1) * oldWidth / (2 * width),
-                                             (2 * y + 1) * oldHeight / (2 * height));
+        const int refinement = drawing.width / oldWidth;
+        Field result(width * refinement, height * refinement);
+        for (int y = 0; y < result.height; ++y)
+            for (int x = 0; x < result.width; ++x)
+                result.at(x, y) = drawing.at((2 * x + 1) * drawing.width / (2 * result.width),
+                                             (2 * y + 1) * drawing.height / (2 * result.height));
         drawing = std::move(result);
     }
 
@@ -221,6 +223,20 @@ bool actsOn(const Load& load, const Node& node) {
 void checkLoadsRemain(const std::vector<Load>& loads) {
     if (loads.empty())
         throw InputError("The plate needs at least one load: add another one first, or move this");
+}
+
+/// Takes away a load case with its loads, and moves those above it down.
+void withoutLoadCase(Settings& settings, int loadCase, bool hasLoads = true) {
+    auto& loads = settings.loads;
+    std::erase_if(loads, [&](const Load& load) { return load.loadCase == loadCase; });
+    if (hasLoads) checkLoadsRemain(loads);
+    for (Load& load : loads)
+        if (load.loadCase > loadCase) --load.loadCase;
+    auto& inUse = settings.loadCasesInUse;
+    std::erase(inUse, loadCase);
+    for (int& used : inUse)
+        if (used > loadCase) --used;
+    if (inUse.empty()) inUse.push_back(0);
 }
 
 }  // namespace
@@ -279,9 +295,13 @@ void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
 
 void paintDrawing(Scene& scene, const Cells& cells, float density) {
     if (!scene.densities) scene.densities = Field(scene.width, scene.height);
-    for (const Cell& cell : cells)
-        if (cell.x >= 0 && cell.y >= 0 && cell.x < scene.width && cell.y < scene.height)
-            scene.densities->at(cell.x, cell.y) = density;
+    const int refinement = refinementOf(*scene.densities, scene);
+    for (const Cell& cell : cells) {
+        if (cell.x < 0 || cell.y < 0 || cell.x >= scene.width || cell.y >= scene.height) continue;
+        for (int y = cell.y * refinement; y < (cell.y + 1) * refinement; ++y)
+            for (int x = cell.x * refinement; x < (cell.x + 1) * refinement; ++x)
+                scene.densities->at(x, y) = density;
+    }
 }
 
 void resizeGrid(Scene& scene, int width, int height) {
@@ -305,16 +325,13 @@ void addLoadCase(Scene& scene) {
 void removeLoadCase(Scene& scene, int loadCase) {
     if (scene.loadCases == 1) throw InputError("The only load case cannot be deleted");
     Scene result = scene;
-    std::erase_if(result.loads, [&](const Load& load) { return load.loadCase == loadCase; });
-    checkLoadsRemain(result.loads);
-    for (Load& load : result.loads)
-        if (load.loadCase > loadCase) --load.loadCase;
-    auto& inUse = result.loadCasesInUse;
-    std::erase(inUse, loadCase);
-    for (int& used : inUse)
-        if (used > loadCase) --used;
-    if (inUse.empty()) inUse.push_back(0);
     --result.loadCases;
+    withoutLoadCase(result, loadCase);
+    for (Change& change : result.timeline) {
+        // What a change leaves as it is has no loads of its own.
+        if (change.has("loads") || change.has("loadCasesInUse"))
+            withoutLoadCase(change.settings, loadCase, change.has("loads"));
+    }
     scene = std::move(result);
 }
 

@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int BUTTON_LIGHT = 118;  // percent of the window's
+
 QPalette paletteOf(const QColor& window, const QColor& base, const QColor& text,
                    const QColor& faint, const QColor& highlight) {
     QPalette palette(text, window, window.lighter(110), window.darker(160), window.darker(130),
@@ -13,7 +15,6 @@ QPalette paletteOf(const QColor& window, const QColor& base, const QColor& text,
     palette.setColor(QPalette::Window, window);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, window);
-    palette.setColor(QPalette::Button, window);
     for (const auto role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
         palette.setColor(role, text);

@@ -22,7 +22,7 @@ void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, con
             onPlate.push_back(cell);
     const QTransform toWidget(site.transform.scale, 0, 0, site.transform.scale,
                               site.transform.origin.x(), site.transform.origin.y());
-    const QPainterPath outline = toWidget.map(outlineOf(onPlate, scene.width, scene.height));
+    const QPainterPath outline = toWidget.map(cellOutline(onPlate, scene.width, scene.height));
     QColor fill = colour;
     fill.setAlpha(60);
     for (const Cell& cell : onPlate)

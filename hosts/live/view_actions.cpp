@@ -48,7 +48,7 @@ QAction* ViewActions::makeZoom(const QString& name, const QKeySequence& key, dou
 }
 
 void ViewActions::makeThemes() {
-    const std::array<QString, 3> names = {tr("Colours of the &desktop"), tr("&Light"), tr("&Dark")};
+    const std::array<QString, 3> names = {tr("Colours of the des&ktop"), tr("&Light"), tr("&Dark")};
     const int chosen = QSettings().value(THEME_KEY, 0).toInt();
     for (int theme = 0; theme < static_cast<int>(names.size()); ++theme) {
         QAction* action = themes.addAction(names[static_cast<std::size_t>(theme)]);

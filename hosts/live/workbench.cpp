@@ -33,7 +33,8 @@ void Workbench::select(std::optional<std::size_t> load) {
 void Workbench::deleteSelectedLoad() {
     if (!selected) return;
     const std::size_t index = *selected;
-    edit(tr("Delete load"), [index](Scene& scene) { eraseLoad(scene, index); });
+    if (edit(tr("Delete load"), [index](Scene& scene) { eraseLoad(scene, index); }))
+        select(std::nullopt);
 }
 
 bool Workbench::edit(const QString& what, const std::function<void(Scene&)>& change, int gesture) {

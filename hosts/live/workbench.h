@@ -6,7 +6,7 @@
 
 #include "brush.h"
 #include "document.h"
-#include "load_arrow.h"
+#include "plate_arrow.h"
 
 /// What the tools and the panels share: the document, what is selected in it, the brush, and what
 /// of the running design an edit has to start from.

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QStandardPaths>
+#include <QMenuBar>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
@@ -74,12 +75,16 @@ public:
     }
 
     void key(Qt::Key key, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(&view(), key, keys); }
-    /// Takes up the tool with this shortcut, as the shortcut does.
-    void takeTool(const QString& key) {
-        for (QAction* action : window.findChildren<QAction*>())
-            if (action->shortcut() == QKeySequence(key) && action->isEnabled())
-                return action->trigger();
-        QFAIL(qPrintable("no tool has the key " + key));
+    /// Takes up the tool with this key in the menus, unless the mode has no such tool. Returns
+    /// whether it has.
+    bool takeTool(const QString& key) {
+        for (const QAction* top : window.menuBar()->actions())
+            for (QAction* action : top->menu()->actions())
+                if (action->shortcut() == QKeySequence(key) && action->isEnabled()) {
+                    action->trigger();
+                    return true;
+                }
+        return false;
     }
 
     MainWindow window;

@@ -1,4 +1,4 @@
-#include "load_arrow.h"
+#include "plate_arrow.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,8 +13,8 @@ constexpr double ARROW_SPACING = 20;
 
 double ordinaryLength(bool isSingle) { return isSingle ? ORDINARY : ORDINARY_OF_ROW; }
 
-LoadArrow arrowAt(QPointF place, const Load& load, const Scene& scene, const ForceScale& forces,
-                  const PlateTransform& transform) {
+PlateArrow arrowAt(QPointF place, const Load& load, const Scene& scene, const ForceScale& forces,
+                   const PlateTransform& transform) {
     const double force = forceOf(load);
     // Without a force there is no direction; the hand still needs something to hold.
     const QPointF direction = force > 0 ? QPointF(load.fx, load.fy) / force : QPointF(0, 1);
@@ -23,8 +23,8 @@ LoadArrow arrowAt(QPointF place, const Load& load, const Scene& scene, const For
     const QPointF ahead = transform.toPlate(node + direction);
     const bool pointsOff =
         ahead.x() < 0 || ahead.y() < 0 || ahead.x() > scene.width || ahead.y() > scene.height;
-    return pointsOff ? LoadArrow{node, node + length * direction, true}
-                     : LoadArrow{node - length * direction, node, false};
+    return pointsOff ? PlateArrow{node, node + length * direction, true}
+                     : PlateArrow{node - length * direction, node, false};
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ double ForceScale::force(double length, bool isSingle) const {
     return std::max(0.0, length - SHORTEST) / room * ordinaryForce;
 }
 
-double LoadArrow::length() const {
+double PlateArrow::length() const {
     const QPointF along = tip - tail;
     return std::hypot(along.x(), along.y());
 }
@@ -54,23 +54,23 @@ bool isSingle(const Load& load) { return load.x.count() == 1 && load.y.count() =
 
 double forceOf(const Load& load) { return std::hypot(load.fx, load.fy); }
 
-std::vector<LoadArrow> arrowsOf(const Load& load, const Scene& scene, const ForceScale& forces,
-                                const PlateTransform& transform) {
-    std::vector<LoadArrow> arrows;
+std::vector<PlateArrow> arrowsOf(const Load& load, const Scene& scene, const ForceScale& forces,
+                                 const PlateTransform& transform) {
+    std::vector<PlateArrow> arrows;
     if (forceOf(load) == 0) return arrows;
-    for (const QPointF place : spacedPlaces(load.x, load.y, ARROW_SPACING, transform.scale))
+    for (const QPointF place : signPlaces(load.x, load.y, ARROW_SPACING, transform.scale))
         arrows.push_back(arrowAt(place, load, scene, forces, transform));
     return arrows;
 }
 
-LoadArrow handleOf(const Load& load, const Scene& scene, const ForceScale& forces,
-                   const PlateTransform& transform) {
+PlateArrow handleOf(const Load& load, const Scene& scene, const ForceScale& forces,
+                    const PlateTransform& transform) {
     const QPointF middle(0.5 * (load.x.from + load.x.to), 0.5 * (load.y.from + load.y.to));
     return arrowAt(middle, load, scene, forces, transform);
 }
 
-std::vector<QPointF> spacedPlaces(const Range& columns, const Range& rows, double spacing,
-                                  double scale) {
+std::vector<QPointF> signPlaces(const Range& columns, const Range& rows, double spacing,
+                                double scale) {
     const auto intervals = [&](const Range& range) {
         const int all = range.to - range.from;
         return std::min(all, std::max(1, static_cast<int>(all * scale / spacing)));

@@ -25,7 +25,7 @@ private:
 };
 
 /// An arrow in a widget. It ends at its node, or begins there if it points off the plate.
-struct LoadArrow {
+struct PlateArrow {
     QPointF tail;
     QPointF tip;
     bool isTailAtNode = false;
@@ -40,14 +40,14 @@ double forceOf(const Load& load);
 
 /// The arrows of a load, one for each of its nodes or as many as there is room for. None for a
 /// force of 0.
-std::vector<LoadArrow> arrowsOf(const Load& load, const Scene& scene, const ForceScale& forces,
-                                const PlateTransform& transform);
+std::vector<PlateArrow> arrowsOf(const Load& load, const Scene& scene, const ForceScale& forces,
+                                 const PlateTransform& transform);
 
 /// The one arrow at the middle of the nodes, which a hand can take hold of.
-LoadArrow handleOf(const Load& load, const Scene& scene, const ForceScale& forces,
-                   const PlateTransform& transform);
+PlateArrow handleOf(const Load& load, const Scene& scene, const ForceScale& forces,
+                    const PlateTransform& transform);
 
 /// Places on the nodes of a rectangle for a sign each, in plate coordinates: its corners and,
 /// evenly between them, as many as stay `spacing` pixels apart.
-std::vector<QPointF> spacedPlaces(const Range& columns, const Range& rows, double spacing,
-                                  double scale);
+std::vector<QPointF> signPlaces(const Range& columns, const Range& rows, double spacing,
+                                double scale);

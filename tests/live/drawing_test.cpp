@@ -1,0 +1,84 @@
+#include <QProcess>
+#include <QtTest>
+
+#include "live_fixture.h"
+
+/// Designs that are drawn, and what they score.
+class DrawingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void scoresWhatTheProgramScores() {
+        LiveFixture live("optimise-cantilever.json");
+        live.window.setDrawing(true);
+        drawTruss(live);
+        const Score score = scoreOf(live);
+        QVERIFY(score.supported);
+        const QString file = directory.filePath("drawn.json");
+        live.bench().document.save(file.toStdString());
+        QProcess program;
+        program.start(VOXAM_PROGRAM, {"score", file});
+        QVERIFY(program.waitForFinished(60000));
+        const QString said = program.readAllStandardOutput();
+        QVERIFY2(said.contains(QString::asprintf("%.6g", score.compliance)), qPrintable(said));
+    }
+
+    void floatingPartsAreMarkedAndLeftOut() {
+        LiveFixture live("optimise-cantilever.json");
+        live.window.setDrawing(true);
+        drawTruss(live);
+        const double before = scoreOf(live).compliance;
+        QVERIFY(live.takeTool("D"));
+        live.drag(live.at(40, 25), live.at(44, 25));
+        QVERIFY(!live.window.drawingMode().floating().empty());
+        QCOMPARE(scoreOf(live).compliance, before);
+    }
+
+    void whatHangsFreeIsNotSupported() {
+        LiveFixture live("optimise-cantilever.json");
+        live.window.setDrawing(true);
+        live.bench().edit("Free", [](Scene& scene) { scene.supports.clear(); });
+        drawTruss(live);
+        QVERIFY(!scoreOf(live).supported);
+    }
+
+    void theOptimisersDesignCanBeTakenOver() {
+        LiveFixture live("optimise-cantilever.json");
+        QVERIFY(live.reach(40));
+        live.window.setDrawing(true);
+        for (QAction* action : live.window.drawingMode().actions())
+            if (action->text().contains("optimiser")) action->trigger();
+        QVERIFY(live.scene().densities.has_value());
+        QVERIFY(std::abs(materialOf(*live.scene().densities) - 40) < 2);
+        QVERIFY(scoreOf(live).supported);
+        // The rival has the same volume, and is about as stiff.
+        QVERIFY(QTest::qWaitFor([&] { return live.window.drawingMode().rivalScore().has_value(); },
+                                60000));
+    }
+
+private:
+    static void drawTruss(LiveFixture& live) {
+        QVERIFY(live.takeTool("I"));
+        live.drag(live.at(1, 2), live.at(79, 25));
+        live.drag(live.at(1, 48), live.at(79, 25));
+    }
+
+    /// Of the drawing as it is now.
+    static Score scoreOf(LiveFixture& live) {
+        const auto isCurrent = [&] {
+            const auto& score = live.window.drawingMode().score();
+            if (!score) return false;
+            Field expected = *live.scene().densities;
+            for (const Cell& cell : live.window.drawingMode().floating())
+                expected.at(cell.x, cell.y) = 0;
+            return score->design == expected;
+        };
+        if (!QTest::qWaitFor(isCurrent, 60000)) return {};
+        return live.window.drawingMode().score()->score;
+    }
+
+    QTemporaryDir directory;
+};
+
+QObject* makeDrawingTest() { return new DrawingTest; }
+#include "drawing_test.moc"
