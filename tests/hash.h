@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <type_traits>
@@ -13,7 +14,7 @@ public:
     template <typename Number>
     void add(Number value) {
         if constexpr (std::is_floating_point_v<Number>) {
-            if (value != value) value = 0;
+            if (std::isnan(value)) value = 0;
         }
         using Bits = std::conditional_t<sizeof(Number) == 8, uint64_t, uint32_t>;
         const auto bits = std::bit_cast<Bits>(value);

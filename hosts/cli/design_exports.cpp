@@ -1,6 +1,7 @@
 #include "design_exports.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "design_file.h"
@@ -48,6 +49,10 @@ std::vector<Output> outputsOf(const ExportOptions& options) {
         std::any_of(options.outlines.begin(), options.outlines.end(),
                     [](const fs::path& file) { return fileEnding(file) == ".stl"; });
     if (options.thickness && !hasSolid) throw InputError("--thickness: needs --outline OUT.stl");
+    // Comparisons with its bounds let a NaN pass.
+    if (options.thickness && std::isnan(*options.thickness)) {
+        throw InputError("--thickness: nan is no thickness");
+    }
     return outputs;
 }
 

@@ -141,7 +141,7 @@ void Worker::takeSettings(Lock& lock) {
     current = std::move(*inbox.settings);
     inbox.settings.reset();
     lock.unlock();
-    session.optimise(current.scene, current.movesBlob, current.start);
+    solvers.optimise(current.scene, current.movesBlob, current.start);
     text.clear();
     iterationsSinceSettings = 0;
     settled = false;
@@ -158,7 +158,7 @@ void Worker::scoreDrawing(Lock& lock) {
     const ScoreRequest request = std::move(*inbox.score);
     inbox.score.reset();
     lock.unlock();
-    ScoreResult result = session.score(request.scene, *request.drawing);
+    ScoreResult result = solvers.score(request.scene, *request.drawing);
     result.revision = request.revision;
     lock.lock();
     outbox.score = std::move(result);
@@ -169,7 +169,7 @@ void Worker::iterate(Lock& lock) {
     if (inbox.steps > 0) --inbox.steps;
     lock.unlock();
     lastStart = std::chrono::steady_clock::now();
-    IterationOutcome outcome = session.iterate(back);
+    IterationOutcome outcome = solvers.iterate(back);
     outcome.numbers.revision = back.numbers.revision = current.revision;
     text = outcome.text;
     ++iterationsSinceSettings;
@@ -185,7 +185,7 @@ void Worker::iterate(Lock& lock) {
 
 void Worker::scoreDesign(Lock& lock) {
     lock.unlock();
-    ScoreResult result = session.score(current.scene, designAsDrawn(back));
+    ScoreResult result = solvers.score(current.scene, designAsDrawn(back));
     result.revision = current.revision;
     lock.lock();
     outbox.designScore = std::move(result);

@@ -115,7 +115,7 @@ private:
     Outbox outbox;
 
     // The worker's own; nobody else touches them.
-    LibrarySession session;
+    LibrarySession solvers;
     LiveSettings current;
     Frame back;
     std::string text;  // the library's last word; it repeats itself until the next settings

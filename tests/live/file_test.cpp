@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTimer>

@@ -15,12 +15,12 @@ using soak::Dice;
 uint64_t play(uint64_t seed, Caller& caller, Caller::Manner manner) {
     Dice dice(seed);
     caller.setManner(manner, seed);
-    soak::Session session(caller);
+    soak::CheckedLibrary checked(caller);
     if (dice.oneIn(2))
-        soak::playPlausibleHost(session, dice);
+        soak::playPlausibleHost(checked, dice);
     else
-        soak::playWildHost(session, dice);
-    return session.digest();
+        soak::playWildHost(checked, dice);
+    return checked.digest();
 }
 
 uint64_t playTwice(uint64_t seed, Caller& caller) {

@@ -16,13 +16,13 @@ float asFloat(int number) { return static_cast<float>(number); }
 
 class PlausibleHost {
 public:
-    PlausibleHost(Session& session, Dice& dice) : session(session), dice(dice) {}
+    PlausibleHost(CheckedLibrary& checked, Dice& dice) : checked(checked), dice(dice) {}
 
     void play() {
         begin();
         for (int step = dice.between(5, 15); step > 0; --step) {
             edit();
-            session.update(settings);
+            checked.update(settings);
             for (int i = dice.between(1, 8); i > 0; --i) iterate();
             if (dice.oneIn(3)) scoreDrawings();
         }
@@ -37,7 +37,7 @@ private:
         chooseSupports();
         chooseLoads();
         chooseVolume();
-        session.create(plate, settings.volumeFraction, caseCount, ++restartId);
+        checked.create(plate, settings.volumeFraction, caseCount, ++restartId);
     }
 
     void refine() {
@@ -141,15 +141,15 @@ private:
             refine();
             ++restartId;
         }
-        session.create(plate, settings.volumeFraction, caseCount, restartId);
-        plate = session.getPlate();
+        checked.create(plate, settings.volumeFraction, caseCount, restartId);
+        plate = checked.getPlate();
     }
 
     void iterate() {
         Request request;
         request.withBlob = dice.oneIn(2);
         request.penalty = dice.pick({3.0F, 3.0F, 3.0F, 1.0F, 2.5F, 5.0F});
-        const Answer answer = session.iterate(request);
+        const Answer answer = checked.iterate(request);
         // Passive void and the blob may cut the structure apart.
         const bool sound = settings.passive[0] == 0 && settings.blob[0] == 0;
         require(!sound || answer.text.empty(), "a sound problem is solved: " + answer.text);
@@ -179,10 +179,10 @@ private:
 
     void scoreDrawings() {
         const std::vector<float> densities = drawing();
-        session.createGame(plate.width, plate.height, settings.loads, settings.supports, caseCount);
-        const Score score = session.score(densities);
-        require(session.score(drawing()).value >= 0, "a score is not negative");
-        require(session.score(densities) == score, "the same design has the same score");
+        checked.createGame(plate.width, plate.height, settings.loads, settings.supports, caseCount);
+        const Score score = checked.score(densities);
+        require(checked.score(drawing()).value >= 0, "a score is not negative");
+        require(checked.score(densities) == score, "the same design has the same score");
         if (score.value == FAILED_SCORE) return;
 
         double sum = 0.0;
@@ -194,13 +194,13 @@ private:
             doubled.floats[i + 2] *= 2;
             doubled.floats[i + 3] *= 2;
         }
-        session.createGame(plate.width, plate.height, doubled, settings.supports, caseCount);
+        checked.createGame(plate.width, plate.height, doubled, settings.supports, caseCount);
         if (score.value > FAILED_SCORE / 8) return;
-        require(session.score(densities).value == 4 * score.value,
+        require(checked.score(densities).value == 4 * score.value,
                 "twice the force gives four times the score, exactly");
     }
 
-    Session& session;
+    CheckedLibrary& checked;
     Dice& dice;
     Plate plate;
     test::Settings settings;
@@ -211,6 +211,6 @@ private:
 
 }  // namespace
 
-void playPlausibleHost(Session& session, Dice& dice) { PlausibleHost(session, dice).play(); }
+void playPlausibleHost(CheckedLibrary& checked, Dice& dice) { PlausibleHost(checked, dice).play(); }
 
 }  // namespace soak

@@ -11,7 +11,7 @@ namespace {
 
 class WildHost {
 public:
-    WildHost(Session& session, Dice& dice) : session(session), dice(dice) {}
+    WildHost(CheckedLibrary& checked, Dice& dice) : checked(checked), dice(dice) {}
 
     void play() {
         for (int step = 0; step < 60; ++step) {
@@ -27,7 +27,7 @@ public:
                     update();
                     break;
                 case 6:
-                    if (dice.oneIn(3)) session.destroy();
+                    if (dice.oneIn(3)) checked.destroy();
                     break;
                 case 7:
                     playGame();
@@ -79,14 +79,14 @@ private:
     }
 
     void create() {
-        const Plate plate = dice.oneIn(3) ? session.getPlate() : anyPlate();
+        const Plate plate = dice.oneIn(3) ? checked.getPlate() : anyPlate();
         const float volume = dice.oneIn(4) ? anyFloat() : 0.4F;
-        session.create(plate, volume, dice.between(-1, 3), dice.upTo(1));
+        checked.create(plate, volume, dice.between(-1, 3), dice.upTo(1));
     }
 
     // Mostly nodes of the plate.
     test::Records anyRecords(bool supports) {
-        const Plate& plate = session.getPlate();
+        const Plate& plate = checked.getPlate();
         test::Records records;
         for (int i = dice.upTo(6); i > 0; --i) {
             if (dice.oneIn(12)) {
@@ -103,7 +103,7 @@ private:
 
     // The record of passive cells must keep to the grid; that of the blob need not.
     std::vector<short> anyCells(size_t counters, bool onGrid) {
-        const Plate& plate = session.getPlate();
+        const Plate& plate = checked.getPlate();
         std::vector<short> record(counters);
         int cells = 0;
         for (short& count : record) {
@@ -130,7 +130,7 @@ private:
         std::vector<char> cases(static_cast<size_t>(dice.upTo(5)));
         for (char& loadCase : cases) loadCase = static_cast<char>(dice.between(-2, 3));
         if (dice.oneIn(9)) cases.push_back(static_cast<char>(dice.upTo(255)));
-        session.update(dice.oneIn(20) ? dice.between(-2, 0) : loads.count(),
+        checked.update(dice.oneIn(20) ? dice.between(-2, 0) : loads.count(),
                        dice.oneIn(20) ? nullptr : loads.data(), supports.count(),
                        dice.oneIn(20) ? nullptr : supports.data(),
                        dice.oneIn(3) ? anyFloat() : 0.5F, dice.oneIn(2) ? nullptr : passive.data(),
@@ -148,31 +148,31 @@ private:
         request.change = !dice.oneIn(12);
         request.times = !dice.oneIn(12);
         request.mask = !dice.oneIn(12);
-        session.iterate(request);
+        checked.iterate(request);
     }
 
     void playGame() {
         const bool absurd = dice.oneIn(12);
         const int width = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 9);
         const int height = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 7);
-        session.createGame(width, height, anyRecords(false), anyRecords(true), dice.between(-1, 3));
+        checked.createGame(width, height, anyRecords(false), anyRecords(true), dice.between(-1, 3));
         for (int i = dice.upTo(3); i > 0; --i) {
             std::vector<float> densities(63, dice.pick({0.0F, 0.5F, 1.0F}));
             for (float& density : densities) {
                 if (dice.oneIn(9)) density = anyFloat();
             }
-            session.score(densities);
+            checked.score(densities);
         }
-        if (dice.oneIn(2)) session.destroyGame();
-        if (dice.oneIn(4)) session.score({});
+        if (dice.oneIn(2)) checked.destroyGame();
+        if (dice.oneIn(4)) checked.score({});
     }
 
-    Session& session;
+    CheckedLibrary& checked;
     Dice& dice;
 };
 
 }  // namespace
 
-void playWildHost(Session& session, Dice& dice) { WildHost(session, dice).play(); }
+void playWildHost(CheckedLibrary& checked, Dice& dice) { WildHost(checked, dice).play(); }
 
 }  // namespace soak

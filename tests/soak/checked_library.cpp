@@ -1,4 +1,4 @@
-#include "session.h"
+#include "checked_library.h"
 
 #include <climits>
 #include <cmath>
@@ -36,7 +36,7 @@ bool isCutOf(const std::string& text, const std::string& whole, int length) {
 }  // namespace
 
 // What one iteration may write to.
-struct Session::Buffers {
+struct CheckedLibrary::Buffers {
     Buffers(const Plate& plate, const Request& request)
         : text(static_cast<size_t>(std::max(request.messageLength, 0))),
           picture(plate.pictureCells()),
@@ -82,12 +82,13 @@ bool Plate::tooLarge() const {
            asSize(width) * asSize(height) * refinement * refinement > INT_MAX;
 }
 
-Session::Session(Caller& caller) : caller(caller) {
+CheckedLibrary::CheckedLibrary(Caller& caller) : caller(caller) {
     destroy();
     destroyGame();
 }
 
-void Session::create(const Plate& newPlate, float volumeFraction, int loadCases, int newRestartId) {
+void CheckedLibrary::create(const Plate& newPlate, float volumeFraction, int loadCases,
+                            int newRestartId) {
     caller.call([&](const LoadedLibrary& library) {
         library.create(newPlate.width, newPlate.height, newPlate.subdivision, newPlate.meshFactor,
                        volumeFraction, loadCases, newRestartId);
@@ -102,15 +103,15 @@ void Session::create(const Plate& newPlate, float volumeFraction, int loadCases,
     lastWentWell = false;
 }
 
-void Session::update(const test::Settings& s) {
+void CheckedLibrary::update(const test::Settings& s) {
     update(s.loads.count(), s.loads.data(), s.supports.count(), s.supports.data(), s.volumeFraction,
            s.passive.data(), static_cast<int>(s.loadCases.size()), s.loadCases.data(),
            s.blob.data());
 }
 
-void Session::update(int loadCount, const float* loads, int supportCount, const float* supports,
-                     float volumeFraction, const short* passive, int caseCount, const char* cases,
-                     const short* blob) {
+void CheckedLibrary::update(int loadCount, const float* loads, int supportCount,
+                            const float* supports, float volumeFraction, const short* passive,
+                            int caseCount, const char* cases, const short* blob) {
     caller.call([&](const LoadedLibrary& library) {
         library.update(loadCount, loads, supportCount, supports, volumeFraction, passive, caseCount,
                        cases, blob);
@@ -118,7 +119,7 @@ void Session::update(int loadCount, const float* loads, int supportCount, const 
     shown = Shown::NO;
 }
 
-Answer Session::iterate(const Request& request) {
+Answer CheckedLibrary::iterate(const Request& request) {
     Buffers buffers(plate, request);
     char* text = request.text ? buffers.text.data() : nullptr;
     float* picture = request.picture ? buffers.picture.data() : nullptr;
@@ -150,8 +151,8 @@ Answer Session::iterate(const Request& request) {
     return answer;
 }
 
-void Session::checkWrites(const Request& request, const std::string& text,
-                          const Buffers& buffers) const {
+void CheckedLibrary::checkWrites(const Request& request, const std::string& text,
+                                 const Buffers& buffers) const {
     if (request.messageLength > 1 && request.text) {
         const bool wentWell = alive && text.empty();
         require(wentWell || (buffers.picture.untouched() && buffers.times.untouched()),
@@ -169,7 +170,7 @@ void Session::checkWrites(const Request& request, const std::string& text,
             "the mask is of 0 and 1");
 }
 
-void Session::checkAnswer(const Request& request, const Answer& answer) {
+void CheckedLibrary::checkAnswer(const Request& request, const Answer& answer) {
     if (!alive) return checkWithoutOptimiser(request, answer);
     const std::string& text = answer.text;
     const bool known = text.empty() || isCutOf(text, UNSOLVABLE, request.messageLength) ||
@@ -198,7 +199,7 @@ void Session::checkAnswer(const Request& request, const Answer& answer) {
     lastCompliance = answer.compliance;
 }
 
-void Session::checkWithoutOptimiser(const Request& request, const Answer& answer) const {
+void CheckedLibrary::checkWithoutOptimiser(const Request& request, const Answer& answer) const {
     require(answer.compliance == -1.0, "without an optimiser iterations return -1");
     if (request.text && request.messageLength > 0) {
         require(isCutOf(answer.text, NO_OPTIMISER, request.messageLength),
@@ -206,14 +207,14 @@ void Session::checkWithoutOptimiser(const Request& request, const Answer& answer
     }
 }
 
-void Session::destroy() {
+void CheckedLibrary::destroy() {
     caller.call([](const LoadedLibrary& library) { library.destroy(); });
     alive = false;
     shown = Shown::NO;
 }
 
-void Session::createGame(int width, int height, const test::Records& loads,
-                         const test::Records& supports, int loadCases) {
+void CheckedLibrary::createGame(int width, int height, const test::Records& loads,
+                                const test::Records& supports, int loadCases) {
     caller.call([&](const LoadedLibrary& library) {
         library.createGame(width, height, 1, 1, loads.count(), loads.data(), supports.count(),
                            supports.data(), loadCases);
@@ -223,7 +224,7 @@ void Session::createGame(int width, int height, const test::Records& loads,
     gameElements = newPlate.elements();
 }
 
-Score Session::score(const std::vector<float>& densities) {
+Score CheckedLibrary::score(const std::vector<float>& densities) {
     Guarded<float> shares(gameElements);
     Score score;
     caller.call([&](const LoadedLibrary& library) {
@@ -246,7 +247,7 @@ Score Session::score(const std::vector<float>& densities) {
     return score;
 }
 
-void Session::destroyGame() {
+void CheckedLibrary::destroyGame() {
     caller.call([](const LoadedLibrary& library) { library.destroyGame(); });
     gameAlive = false;
     gameElements = 0;

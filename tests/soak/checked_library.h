@@ -62,10 +62,10 @@ struct Score {
     bool operator==(const Score&) const = default;
 };
 
-class Session {
+class CheckedLibrary {
 public:
     /// Releases whatever solvers there are.
-    explicit Session(Caller& caller);
+    explicit CheckedLibrary(Caller& caller);
 
     void create(const Plate& newPlate, float volumeFraction, int loadCases, int newRestartId);
     void update(const test::Settings& settings);
