@@ -14,6 +14,11 @@ thread_local long allowed = -1;
 
 }  // namespace
 
+// Where the compiler sees through one of the replacements only, it takes them for a mismatch.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
+
 // Replaces those of the whole process, the library's included.
 void* operator new(std::size_t size) {
     if (allowed == 0) throw std::bad_alloc();
