@@ -152,6 +152,8 @@ build_preset() {
     local preset=$1 strict=OFF
     shift
     if [ -n "${CI:-}" ]; then strict=ON; fi
+    # Instrumented code draws false warnings, of the standard library's headers among others.
+    case $preset in *asan | tsan | fuzz) strict=OFF ;; esac
     cmake --preset "$preset" -DVOXAM_WARNINGS_AS_ERRORS="$strict"
     if [ $# -gt 0 ]; then set -- --target "$@"; fi
     cmake --build --preset "$preset" "$@"
