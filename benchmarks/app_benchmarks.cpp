@@ -3,17 +3,15 @@
 #include <stdexcept>
 
 #include "cholmod_floor.h"
+#include "host.h"
 #include "plate_stiffness.h"
 #include "suite.h"
-#include "support/exports.h"
 #include "support/solver_app_inspector.h"
-#include "voxam.h"
 
 namespace {
 
 // By then a design has found its shape, and the bisection its multiplier.
 constexpr int WARM_UPS = 15;
-constexpr float PENALTY = 3.0F;
 
 // After the first, in a measurement of the start.
 constexpr size_t LATER_ITERATIONS = 7;
@@ -41,52 +39,6 @@ void addBlob(const Plate& plate, test::Settings& settings) {
     const int top = (plate.height - size) / 2;
     test::addBlock(settings.blob, 0, left, left + size, top, top + size);
 }
-
-// The optimiser as a host drives it. There is one at a time.
-class Host {
-public:
-    Host(const Plate& plate, test::Settings given)
-        : plate(plate),
-          settings(std::move(given)),
-          picture(static_cast<size_t>(plate.elements()) * plate.subdivision * plate.subdivision *
-                  plate.meshFactor * plate.meshFactor),
-          blob(static_cast<size_t>(plate.elements())) {}
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-    ~Host() { _DestroyVoxamApp(); }
-
-    void create() const {
-        _InitVoxamApp(plate.width, plate.height, plate.subdivision, plate.meshFactor,
-                      settings.volumeFraction, 1, 0);
-    }
-
-    void send() const { test::update(settings); }
-
-    void iterate() {
-        _IterateVoxamApp(sizeof text, text, picture.data(), &change, &stat, PENALTY);
-        check();
-    }
-    void iterateWithBlob() {
-        _IterateVoxamAppWithBlob(sizeof text, text, picture.data(), &change, &stat, blob.data(),
-                                 PENALTY);
-        check();
-    }
-
-    const RuntimeStat& lastStat() const { return stat; }
-
-private:
-    void check() const {
-        if (text[0] != '\0') throw std::runtime_error(text);
-    }
-
-    Plate plate;
-    test::Settings settings;
-    std::vector<float> picture;
-    std::vector<int> blob;
-    char text[64] = "";
-    double change = 0.0;
-    RuntimeStat stat{};
-};
 
 std::shared_ptr<Host> warmHost(const Plate& plate, const test::Settings& settings) {
     auto host = std::make_shared<Host>(plate, settings);

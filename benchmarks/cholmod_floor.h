@@ -16,6 +16,9 @@ public:
     /// std::runtime_error when there is no shared library of CHOLMOD.
     CholmodFloor(const kmat::SparseMatrix& K, const kmat::DenseMatrix& source);
 
+    /// What the symbolic analysis took, in milliseconds.
+    double getAnalysisTime() const { return analysisTime; }
+
     /// Factorises and solves; in milliseconds. Throws std::runtime_error when CHOLMOD fails.
     double measure();
 
@@ -23,4 +26,5 @@ private:
     std::shared_ptr<cholmod_sparse> matrix;
     std::shared_ptr<cholmod_dense> force;
     std::shared_ptr<cholmod_factor> factor;
+    double analysisTime;
 };
