@@ -103,9 +103,8 @@ CholmodFloor::CholmodFloor(const kmat::SparseMatrix& K, const kmat::DenseMatrix&
     force =
         cholmod.own(cholmod.zeros(source.getRows(), 1, CHOLMOD_REAL, common), cholmod.freeDense);
     std::copy_n(source.begin(), source.getRows(), static_cast<double*>(force->x));
-    analysisTime = timed([&] {
-        factor = cholmod.own(cholmod.analyze(matrix.get(), common), cholmod.freeFactor);
-    });
+    analysisTime = timed(
+        [&] { factor = cholmod.own(cholmod.analyze(matrix.get(), common), cholmod.freeFactor); });
 }
 
 double CholmodFloor::measure() {
