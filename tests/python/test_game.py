@@ -74,18 +74,40 @@ def test_an_unsupported_plate_says_so_and_the_game_goes_on():
 
 
 @pytest.mark.parametrize("densities, complaint", [
-    (np.ones((3, 2)), r"shape \(3, 2\) is not \(height, width\) = \(2, 3\)"),
-    (np.ones(6), r"shape \(6,\)"),
-    (np.full((2, 3), np.nan), "from 0 .void. to 1"),
-    (np.full((2, 3), 255), "from 0 .void. to 1"),
-    (np.full((2, 3), -0.1), "from 0 .void. to 1"),
-    ([["a"] * 3] * 2, "an array of numbers"),
+    (np.ones((3, 2)), r": shape \(3, 2\) is not \(height, width\) = \(2, 3\)"),
+    (np.ones(6), r": shape \(6,\)"),
+    (np.full((2, 3), np.nan), r"\[0, 0\]: nan is not from 0 .void. to 1"),
+    ([[0, 0, 1], [0, 255, 1]], r"\[1, 1\]: 255 is not from 0 .void. to 1"),
+    ([[0, 0, -0.1], [0, 2, 1]], r"\[0, 2\]: -0.1 is not from 0 .void. to 1"),
+    ([["a"] * 3] * 2, ": an array of numbers"),
+    ([[1] * 3, [1] * 2], ": .*inhomogeneous|: an array of numbers"),
+    (None, ": an array of numbers"),
 ])
 def test_refuses_wrong_densities(densities, complaint):
     with voxam.Game(3, 2, *cantilever(3, 2)) as game:
-        with pytest.raises((ValueError, TypeError), match="^densities: .*" + complaint):
+        with pytest.raises((ValueError, TypeError), match="^densities" + complaint):
             game.solve(densities)
         assert game.solve(np.ones((2, 3))).compliance > 0
+
+
+@pytest.mark.parametrize("loads, complaint", [
+    ([], "at least one is needed"),
+    ([voxam.Load(3, 1)], "none of the 1 does work"),
+    ([voxam.Load(0, 0, fx=1), voxam.Load(3, 1, fy=1)], "none of the 2 does work"),
+])
+def test_refuses_loads_that_would_score_0(loads, complaint):
+    supports = wall(2) + [voxam.Support(3, 1, "y")]
+    with pytest.raises(ValueError, match="^loads: .*" + complaint):
+        voxam.Game(3, 2, loads, supports)
+    with voxam.Game(3, 2, [*loads, voxam.Load(3, 1, fx=1)], supports) as game:
+        assert game.solve(np.ones((2, 3))).compliance > 0
+
+
+def test_says_what_to_call_instead_of_an_assignment():
+    with voxam.Game(3, 2, *cantilever(3, 2)) as game:
+        with pytest.raises(AttributeError, match="Game.loads cannot be assigned: create another"):
+            game.loads = []
+        assert (game.width, game.height, game.load_cases) == (3, 2, 1)
 
 
 def test_one_game_at_a_time_until_it_is_closed():

@@ -1,11 +1,12 @@
 """The optimiser, against the real library."""
 
 import gc
+import re
 import threading
 
 import numpy as np
 import pytest
-from conftest import cantilever, mask, wall
+from conftest import ROOT, cantilever, mask, wall
 
 import voxam
 
@@ -134,6 +135,8 @@ def test_penalty_makes_half_filled_cells_poor(plate):
     for wrong in 0, -1, float("nan"), "three":
         with pytest.raises((ValueError, TypeError), match="^penalty: "):
             plate.iterate(wrong)
+    with pytest.raises(TypeError, match=r"^penalty: an array of shape \(32, 48\).*out=array"):
+        plate.iterate(np.empty(plate.picture_shape, np.float32))
     compliances = []
     for penalty in 1, 3:
         plate.restart()
@@ -175,9 +178,19 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"loads": [(0, 0, 0, 1e39)]}, r"loads\[0\].fy: 1e\+39 is not a finite number"),
     ({"loads": [(0, 0, "up")]}, r"loads\[0\].fx: 'up' is not a number"),
     ({"loads": [(0, 0, 0, 1, 1)]}, r"loads\[0\].load_case: 1 is outside 0..0"),
-    ({"loads": [(1,)]}, r"loads\[0\]: \(1,\) is no Load"),
+    ({"loads": [(0, 0, "1")]}, r"loads\[0\].fx: '1' is not a number"),
+    ({"loads": [(1,)]}, r"loads\[0\]: \(1,\) is no voxam.Load\(x, y, fx, fy, load_case\)"),
+    ({"loads": [{"x": 1, "y": 0}]}, r"loads\[0\]: \{'x': 1, 'y': 0\} is no voxam.Load"),
+    ({"loads": [voxam.Support(1, 1)]}, r"loads\[0\]: Support\(.*\) is no voxam.Load"),
+    ({"loads": voxam.Load(1, 2, fy=1)}, r"loads: Load\(.*\) is no list; pass one, such as"),
+    ({"loads": (12, 4, 0, 1)}, r"loads\[0\]: 12 is no voxam.Load"),
+    ({"loads": None}, "loads: None is no list"),
+    ({"supports": None}, "supports: None is no list"),
+    ({"supports": voxam.Support(0, 0)}, r"supports: Support\(.*\) is no list"),
     ({"supports": [(0, 9)]}, r"supports\[0\].y: 9 is outside 0..8"),
     ({"supports": [(0, 8, "yx")]}, r"supports\[0\].fix: 'yx'"),
+    ({"supports": [(0, 8, np.ones(9))]}, r"supports\[0\].fix: an array of shape \(9,\) is not"),
+    ({"volume_fraction": np.ones(9)}, r"volume_fraction: an array of shape \(9,\) is not a number"),
     ({"volume_fraction": 0}, "volume_fraction: 0 is not above 0"),
     ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0"),
     ({"volume_fraction": 1.01}, "volume_fraction: 1.01 is not above 0"),
@@ -186,6 +199,8 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"void": mask(12, 8, (3, 2)), "second_solid": mask(12, 8, (3, 2))},
      r"element \[2, 3\] is in both void and second_solid"),
     ({"load_cases_in_use": [0, 1]}, r"load_cases_in_use\[1\]: 1 is outside 0..0"),
+    ({"load_cases_in_use": []}, "load_cases_in_use: at least one"),
+    ({"load_cases_in_use": 0}, "load_cases_in_use: 0 is no list"),
 ])
 def test_refuses_wrong_settings_and_keeps_the_old_ones(plate, settings, complaint):
     loads, supports = cantilever(12, 8)
@@ -197,10 +212,7 @@ def test_refuses_wrong_settings_and_keeps_the_old_ones(plate, settings, complain
 @pytest.mark.parametrize("sizes, complaint", [
     ({"width": 0}, "width: 0 is outside"),
     ({"width": 3.0}, "width: 3.0 is not a whole number"),
-    ({"width": 30000, "height": 40000}, "more than the library can number"),
-    ({"load_cases": 2**30}, "more than the library can number"),
     ({"subdivision": 0}, "subdivision: 0 is outside"),
-    ({"subdivision": 2**8, "mesh_factor": 2**8}, "more cells than the library can number"),
     ({"volume_fraction": float("nan")}, "volume_fraction: nan"),
 ])
 def test_refuses_wrong_sizes(sizes, complaint):
@@ -209,13 +221,34 @@ def test_refuses_wrong_sizes(sizes, complaint):
     voxam.Optimiser(4, 3).close()  # nothing is left behind
 
 
+@pytest.mark.parametrize("sizes, complaint", [
+    ({"width": 100000, "height": 100000}, "more than the library can number"),
+    ({"load_cases": 2**30}, "more than the library can number"),
+    ({"subdivision": 2**8, "mesh_factor": 2**8}, "more cells than the library can number"),
+])
+def test_sizes_beyond_the_numbers_of_the_library_are_too_large(sizes, complaint):
+    with pytest.raises(voxam.OutOfMemoryError, match=complaint):
+        voxam.Optimiser(**{"width": 4, "height": 3, **sizes})
+
+
+def test_estimates_memory_as_documented():
+    rows = re.findall(r"^\| (\d+) x (\d+) \| \((\d+), (\d+)\) \| (\d+) MB \| (\d+) MB \|$",
+                      (ROOT / "docs" / "hosting.md").read_text(), re.MULTILINE)
+    assert len(rows) > 4
+    for row in rows:
+        width, height, *refinement, optimiser, game = map(int, row)
+        plate = voxam._plate.Plate.checked(width, height, 1)
+        assert round(plate.optimiser_memory(*refinement) / 1e6) == optimiser
+        assert round(plate.game_memory() / 1e6) == game
+
+
 def test_what_the_machine_cannot_hold_is_refused_at_once(monkeypatch):
     monkeypatch.setattr("voxam._plate.available_memory", lambda: 2e8)
     for sizes in (300, 300, {}), (50, 50, {"mesh_factor": 16}), (50, 50, {"load_cases": 3000}):
         with pytest.raises(voxam.OutOfMemoryError, match="GB, and 0.2 GB are free: lower one"):
             voxam.Optimiser(*sizes[:2], **sizes[2])
-    with pytest.raises(voxam.OutOfMemoryError, match="300 x 300 elements"):
-        voxam.Game(300, 300, *cantilever(300, 300))
+    with pytest.raises(voxam.OutOfMemoryError, match="400 x 400 elements"):
+        voxam.Game(400, 400, *cantilever(400, 400))
     with voxam.Optimiser(50, 50) as optimiser:
         optimiser.update(*cantilever(50, 50))
         with pytest.raises(MemoryError):
@@ -242,7 +275,7 @@ def test_masks_that_would_be_misplaced_or_too_long_are_refused(plate):
         with pytest.raises(ValueError, match="void: 34000 elements, the most are 32767"):
             large.update(*cantilever(200, 170), void=np.ones((170, 200), bool))
     with voxam.Optimiser(40000, 1) as long:
-        with pytest.raises(ValueError, match="beyond x or y 32767"):
+        with pytest.raises(ValueError, match=r"solid\[0, 39000\]: 32767 is the largest"):
             long.update(*cantilever(40000, 1), solid=mask(40000, 1, (39000, 0)))
 
 
@@ -264,9 +297,25 @@ def test_one_optimiser_at_a_time(plate):
                 use()
 
 
+@pytest.mark.parametrize("name, remedy", [
+    ("volume_fraction", r"pass it to update\(\)"), ("blob", r"pass it to update\(\)"),
+    ("subdivision", r"pass it to restart\(\)"), ("penalty", r"pass it to iterate\(\)"),
+    ("width", "create another Optimiser"), ("volume_fracton", "there are .*volume_fraction,"),
+])
+def test_says_what_to_call_instead_of_an_assignment(plate, name, remedy):
+    with pytest.raises(AttributeError, match=f"Optimiser.*{name}.*{remedy}"):
+        setattr(plate, name, 3)
+    assert (plate.width, plate.height, plate.load_cases) == (12, 8, 1)
+    assert (plate.subdivision, plate.mesh_factor, plate.volume_fraction) == (2, 2, 0.5)
+
+
 def test_a_host_may_derive_classes(plate):
     class Mine(voxam.Optimiser):
-        pass
+        calls = 0
+
+        def iterate(self, *arguments, **options):
+            self.calls += 1
+            return super().iterate(*arguments, **options)
 
     with pytest.raises(voxam.VoxamError, match="one Optimiser in a process"):
         Mine(3, 2)
@@ -275,7 +324,9 @@ def test_a_host_may_derive_classes(plate):
         with pytest.raises(voxam.VoxamError, match="one Optimiser in a process"):
             voxam.Optimiser(3, 2)
         mine.update(*cantilever(3, 2))
-        assert mine.iterate().compliance > 0
+        assert mine.iterate().compliance > 0 and mine.calls == 1
+        with pytest.raises(AttributeError, match="pass it to update"):
+            mine.volume_fraction = 0.3
 
 
 def test_a_forgotten_optimiser_makes_room_for_the_next():

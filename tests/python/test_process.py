@@ -14,9 +14,9 @@ LIBRARY = pathlib.Path(os.environ["VOXAM_LIBRARY"])
 CREATE = "import voxam; voxam.Optimiser(3, 2).close()"
 
 
-def python(*arguments, **environment):
+def python(*arguments, cwd=None, **environment):
     variables = {**os.environ, **environment}
-    return subprocess.run([sys.executable, *arguments], capture_output=True, text=True,
+    return subprocess.run([sys.executable, *arguments], capture_output=True, text=True, cwd=cwd,
                           timeout=120, env={k: v for k, v in variables.items() if v is not None})
 
 
@@ -97,7 +97,21 @@ def test_the_program_saves_pictures_and_animations(tmp_path):
         file = tmp_path / name
         done = python("-m", "voxam", scene, "--iterations", "3", "--save", str(file))
         assert (done.returncode, done.stderr) == (0, "")
+        assert f"{file}: iteration 3, compliance" in done.stdout
         assert file.read_bytes().startswith(start)
+
+
+def test_the_program_saves_what_formed_before_a_problem(tmp_path):
+    scene = tmp_path / "scene.json"
+    scene.write_text('{"grid": {"width": 8, "height": 4}, "volumeFraction": 0.5, "iterations": 9,'
+                     '"loads": [{"x": 8, "y": 2, "fy": 1}],'
+                     '"supports": [{"x": 0, "y": [0, 4], "fix": "xy"}],'
+                     '"timeline": [{"iteration": 4, "supports": []}]}')
+    file = tmp_path / "forming.gif"
+    done = python("-m", "voxam", str(scene), "--save", str(file))
+    assert done.returncode == 1 and "Hold it in x" in done.stderr
+    assert f"{file}: iteration 3, compliance" in done.stdout
+    assert file.read_bytes().startswith(b"GIF89a")
 
 
 def test_the_program_tells_errors_in_one_line(tmp_path):
@@ -106,20 +120,27 @@ def test_the_program_tells_errors_in_one_line(tmp_path):
                     '"loads": [{"x": 1, "y": 1, "fy": 1}]}')
     for arguments, status, complaint in [
         ([str(tmp_path / "no.json")], 2, "No such file"),
-        ([str(SCENES / "arch.json")], 2, 'arch.json: "volumeFraction" is missing'),
+        ([str(SCENES / "arch.json")], 2,
+         'arch.json: "volumeFraction" is missing: the scene is one to be scored'),
         ([str(free)], 1, "no display"),
         ([str(free), "--save", str(tmp_path / "a.png")], 1, "Hold it in x"),
-        ([str(free), "--save", str(tmp_path / "a.jpeg2")], 2, "a.jpeg2"),
+        ([str(free), "--save", str(tmp_path / "a.gif")], 1, "Hold it in x"),
+        ([str(free), "--save", str(tmp_path / "a.jpeg2")], 2, "a.jpeg2: the ending has to be"),
+        ([str(free), "--save", str(tmp_path / "no" / "a.gif")], 2, "a.gif: there is no folder"),
+        ([str(free), "--blob", "--save", "a.png"], 2, "free.json: blob: no elements"),
         ([str(free), "--iterations", "0", "--save", "a.png"], 2, "--iterations"),
     ]:
         done = python("-m", "voxam", *arguments)
         assert done.returncode == status, done.stderr
         assert complaint in done.stderr and done.stderr.count("\n") == 1
+    assert list(tmp_path.iterdir()) == [free]
 
 
-def test_the_example_runs():
-    done = python(str(PACKAGE / "examples" / "cantilever.py"))
+def test_the_example_without_display_tells_where_the_picture_is(tmp_path):
+    done = python(str(PACKAGE / "examples" / "cantilever.py"), cwd=tmp_path)
     assert (done.returncode, done.stderr) == (0, "")
+    assert "the picture is in cantilever.png" in done.stdout
+    assert (tmp_path / "cantilever.png").read_bytes().startswith(b"\x89PNG")
 
 
 def test_the_package_installs(tmp_path):

@@ -4,8 +4,10 @@ from __future__ import annotations
 
 import argparse
 import contextlib
+import os
+import pathlib
 import sys
-from typing import Any, Iterator, List, Optional
+from typing import Any, Iterable, List, Optional, Tuple
 
 from . import VoxamError, scenes
 from ._optimiser import Iteration
@@ -18,13 +20,16 @@ _EXIT_INTERRUPTED = 130
 def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="python -m voxam", description="Shows the structure of a scene forming, in a window.",
-        epilog="All keys of a scene are read but densities, description and $schema.")
+        epilog="All keys of a scene are read but densities, description and $schema. A scene that "
+        "has densities and no volumeFraction is one for voxam score or voxam.Game.")
     parser.add_argument("scene", help="scene file, as for the program voxam optimise")
     parser.add_argument("--iterations", type=int, metavar="N", help="instead of the scene's number")
-    parser.add_argument("--blob", action="store_true", help="let the blob of the scene move")
+    parser.add_argument("--blob", action="store_true", help="let the blob of the scene move; "
+                        "without it the hole stays where it is")
     parser.add_argument("--save", metavar="FILE",
                         help="write FILE instead of opening a window: OUT.gif shows the structure "
-                        "forming, OUT.png, .svg or .pdf the last picture")
+                        "forming, OUT.png, .svg or .pdf the last picture. Written at the end, also "
+                        "of a run that Ctrl-C or a problem ends early")
     return parser.parse_args(arguments)
 
 
@@ -74,63 +79,91 @@ class _View:
         return bool(pyplot.fignum_exists(self.figure.number))
 
 
-@contextlib.contextmanager
-def _recording(view: _View, file: str) -> Iterator[Any]:
-    """Calls after each iteration what this yields; the file is there when the context ends."""
-    if not file.lower().endswith(".gif"):
-        yield lambda: None
-        view.figure.savefig(file)
-        return
+def _save(view: _View, iterations: Iterable[Tuple[int, Iteration]], file: str) -> None:
+    """Writes the file at the end, and whatever that is, unless nothing has formed."""
     from matplotlib.animation import PillowWriter
 
-    writer = PillowWriter(fps=15)
-    with writer.saving(view.figure, file, dpi=80):
-        yield writer.grab_frame
+    animation = PillowWriter(fps=15) if file.lower().endswith(".gif") else None
+    if animation:
+        animation.setup(view.figure, file, dpi=80)
+    said = ""
+    try:
+        for number, result in iterations:
+            view.show(number, result)
+            if animation:
+                animation.grab_frame()
+            said = (f"{file}: iteration {number}, compliance {result.compliance:.6g}, "
+                    f"volume {result.volume:.1%}")
+    finally:
+        if said:
+            if animation:
+                animation.finish()
+            else:
+                view.figure.savefig(file)
+            print(said)
 
 
-def _check_ending(file: Optional[str]) -> None:
+def _show(view: _View, iterations: Iterable[Tuple[int, Iteration]]) -> None:
+    from matplotlib import pyplot
+
+    pyplot.show(block=False)
+    for number, result in iterations:
+        view.show(number, result)
+        if not view.draw():
+            return
+    pyplot.show()
+
+
+def _check_file(name: str) -> None:
+    """Refuses before a long run what could not be written after it."""
     from matplotlib.figure import Figure
 
-    endings = ["gif", *sorted(Figure().canvas.get_supported_filetypes())]
-    if file and file.lower().rpartition(".")[2] not in endings:
+    file = pathlib.Path(name)
+    endings = [".gif", *("." + ending for ending in
+                         sorted(Figure().canvas.get_supported_filetypes()) if ending != "gif")]
+    if file.suffix.lower() not in endings:
         raise ValueError(f"--save: {file}: the ending has to be one of " + ", ".join(endings))
+    if file.is_dir():
+        raise ValueError(f"--save: {file}: is a folder, a file is needed")
+    if not file.parent.is_dir():
+        raise ValueError(f"--save: {file}: there is no folder {file.parent}")
+    if not os.access(file if file.exists() else file.parent, os.W_OK):
+        raise ValueError(f"--save: {file}: cannot be written")
 
 
-def _run(options: argparse.Namespace, scene: scenes.Scene) -> None:
+def _check(options: argparse.Namespace, scene: scenes.Scene) -> None:
+    from matplotlib import pyplot
+
+    if options.iterations is not None and options.iterations < 1:
+        raise ValueError(f"--iterations: {options.iterations} is not above 0")
+    if options.blob and not scene.has_blob:
+        raise ValueError(f"{options.scene}: blob: no elements, needed for --blob")
+    if options.save:
+        _check_file(options.save)
+    elif pyplot.get_backend().lower() == "agg":
+        raise VoxamError("there is no display for a window: use --save FILE")
+
+
+def _run(options: argparse.Namespace) -> None:
     import matplotlib
 
     if options.save:
         matplotlib.use("agg")
-    from matplotlib import pyplot
-
-    _check_ending(options.save)
-    if not options.save and pyplot.get_backend().lower() == "agg":
-        raise VoxamError("there is no display for a window: use --save FILE")
+    scene = scenes.read_scene(options.scene)
+    _check(options, scene)
     count = scene.iterations if options.iterations is None else options.iterations
     view = _View(scene, count)
-    iterations = scenes.run(scene, count, options.blob)
-    with contextlib.closing(iterations):
+    with contextlib.closing(scenes.run(scene, count, options.blob)) as iterations:
         if options.save:
-            with _recording(view, options.save) as record:
-                for number, result in iterations:
-                    view.show(number, result)
-                    record()
-            return
-        pyplot.show(block=False)
-        for number, result in iterations:
-            view.show(number, result)
-            if not view.draw():
-                return
-    pyplot.show()
+            _save(view, iterations, options.save)
+        else:
+            _show(view, iterations)
 
 
 def main(arguments: Optional[List[str]] = None) -> int:
     options = _arguments(arguments)
     try:
-        scene = scenes.read_scene(options.scene)
-        if options.iterations is not None and options.iterations < 1:
-            raise ValueError(f"--iterations: {options.iterations} is not above 0")
-        _run(options, scene)
+        _run(options)
     except ImportError as error:
         print(f"voxam: {error}: install matplotlib", file=sys.stderr)
         return _EXIT_INPUT

@@ -8,9 +8,8 @@ from typing import Iterable
 import numpy as np
 import numpy.typing as npt
 
-from . import _library
 from ._library import OutOfMemoryError, ProblemError
-from ._plate import LoadLike, Plate, SupportLike
+from ._plate import LoadLike, Plate, PlateSolver, SupportLike
 
 _FAILED_SCORE = float(np.finfo(np.float32).max)
 _ADVICE = (
@@ -27,11 +26,17 @@ class Score:
     energies: npt.NDArray[np.float32]  #: [y, x], each element's share of the compliance
 
 
-class Game(_library.Solver):
+class Game(PlateSolver):
     """Scores designs for a plate with its loads and supports."""
 
     _kind = "Game"
     _destroy_function = "_DestroyVoxamGame"
+    _set_by = {
+        **dict.fromkeys(("width", "height", "load_cases", "loads", "supports"),
+                        "create another Game, after close() of this one"),
+        "densities": "pass them to solve()",
+        "closed": "call close()",
+    }
 
     def __init__(
         self,
@@ -42,12 +47,13 @@ class Game(_library.Solver):
         *,
         load_cases: int = 1,
     ) -> None:
-        """Takes a plate of width x height elements. Raises OutOfMemoryError when it is too large
-        for this machine."""
+        """Takes a plate of width x height elements, and at least one load that does work. Raises
+        OutOfMemoryError when the plate is too large."""
         self._plate = Plate.checked(width, height, load_cases)
         load_records = self._plate.load_records(loads)
         support_records = self._plate.support_records(supports)
-        self._plate.check_memory(subdivision=1, mesh_factor=1)
+        self._plate.check_work(load_records, support_records)
+        self._plate.check_memory(self._plate.game_memory(), "")
         self._claim()
         with self._in_use() as library:
             library._InitVoxamGame(

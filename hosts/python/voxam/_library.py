@@ -10,7 +10,7 @@ import pathlib
 import sys
 import threading
 import weakref
-from typing import Any, Callable, ClassVar, Iterator, List, Optional, Set, TypeVar
+from typing import Any, Callable, ClassVar, Dict, Iterator, List, Optional, Set, TypeVar
 
 ENVIRONMENT_VARIABLE = "VOXAM_LIBRARY"
 _FILE_NAMES = {
@@ -28,7 +28,8 @@ class LibraryNotFoundError(VoxamError):
 
 
 class OutOfMemoryError(VoxamError, MemoryError):
-    """The plate or its refinement is too large for this machine."""
+    """The plate or its refinement is too large: for the memory of this machine, or for the numbers
+    of the library."""
 
 
 class ProblemError(VoxamError):
@@ -141,6 +142,18 @@ class Solver:
 
     _kind: ClassVar[str]
     _destroy_function: ClassVar[str]
+    _set_by: ClassVar[Dict[str, str]]  # for each thing that can be told, what to call
+
+    def __setattr__(self, name: str, value: object) -> None:
+        """Refuses what looks like a setting, because it would have no effect. A class that a host
+        derives may have attributes of its own."""
+        if name in self._set_by:
+            raise AttributeError(f"{self._kind}.{name} cannot be assigned: {self._set_by[name]}")
+        is_derived = "_kind" not in vars(type(self))
+        if not (is_derived or name.startswith("_")):
+            raise AttributeError(f"{self._kind} has no {name} that can be assigned; there are "
+                                 + ", ".join(self._set_by) + ", by calls")
+        super().__setattr__(name, value)
 
     def _claim(self) -> None:
         """Becomes the one of its kind. What another copy of this package may have left in the

@@ -9,10 +9,9 @@ from typing import Iterable, NamedTuple, Optional, Sequence, Tuple
 import numpy as np
 import numpy.typing as npt
 
-from . import _library
 from ._library import OutOfMemoryError, ProblemError, RuntimeStat, VoxamError
-from ._plate import (LARGEST_INT, LOAD_CASES_IN_USE, LoadLike, Mask, Plate, SupportLike,
-                     cell_records, finite, fraction, whole)
+from ._plate import (LARGEST_INT, LOAD_CASES_IN_USE, LoadLike, Mask, Plate,
+                     PlateSolver, SupportLike, cell_records, finite, fraction, shown, whole)
 
 _TEXT_LENGTH = 256
 _NO_OPTIMISER = "No optimiser"
@@ -24,8 +23,8 @@ _ADVICE = {
         "the loads push the plate away. Hold it in x, in y and against turning, and scale the "
         "forces to about 1, then update(); if the design was torn, restart() as well",
     "Load cannot be on top of support":
-        "the loads do no work. Put a force of a load case in use on a node that is not held, then "
-        "update()",
+        "the loads do no work, or next to none. Put a force of about 1, in a load case in use, on a "
+        "node that is not held, then update()",
 }
 
 
@@ -47,7 +46,7 @@ class Times:
 class Iteration:
     """What an iteration came to."""
 
-    compliance: float  #: of the design that the iteration started from; smaller is stiffer
+    compliance: float  #: of the design before the iteration, not of `picture`; smaller is stiffer
     change: float  #: the largest change of a density, 0 to 1
     picture: npt.NDArray[np.float32]  #: [y, x], 0 solid and 1 void, of Optimiser.picture_shape
     times: Times
@@ -74,7 +73,7 @@ class _Settings(NamedTuple):
         return bool(self.passive[:3].any() or self.blob[0])
 
 
-class Optimiser(_library.Solver):
+class Optimiser(PlateSolver):
     """Looks for the stiffest design that can be made of a given amount of material.
 
     Create it, `update()` it with the problem, and `iterate()`. Most of the shape is there after 20
@@ -84,6 +83,17 @@ class Optimiser(_library.Solver):
     _kind = "Optimiser"
     _destroy_function = "_DestroyVoxamApp"
     _restart_id = 0
+    _set_by = {
+        **dict.fromkeys(("loads", "supports", "volume_fraction", "void", "solid", "second_solid",
+                         "load_cases_in_use", "blob"),
+                        "pass it to update(), with all else that is to be in force"),
+        **dict.fromkeys(("subdivision", "mesh_factor"), "pass it to restart()"),
+        **dict.fromkeys(("width", "height", "load_cases"),
+                        "create another Optimiser, after close() of this one"),
+        "penalty": "pass it to iterate()",
+        "picture_shape": "it follows from the plate, subdivision and mesh_factor",
+        "closed": "call close()",
+    }
 
     def __init__(
         self,
@@ -104,8 +114,10 @@ class Optimiser(_library.Solver):
         mesh_factor      cells of the picture per edge of such a cell
         load_cases       number of load cases; the compliance is the sum over those in use
 
-        Raises OutOfMemoryError when that is clearly too much for this machine; so does the first
-        iteration when memory does not suffice.
+        Masks and a blob need mesh_factor to be equal to subdivision.
+
+        Raises OutOfMemoryError when that is clearly too much; so does the first iteration when
+        memory does not suffice.
         """
         self._plate = Plate.checked(width, height, load_cases)
         self._volume_fraction = fraction(volume_fraction, "volume_fraction")
@@ -115,6 +127,21 @@ class Optimiser(_library.Solver):
         refinement = self._checked_refinement(subdivision, mesh_factor)
         self._claim()
         self._create(*refinement)
+
+    @property
+    def volume_fraction(self) -> float:
+        """Material to use."""
+        return self._volume_fraction
+
+    @property
+    def subdivision(self) -> int:
+        """Cells of the design per edge of an element."""
+        return self._subdivision
+
+    @property
+    def mesh_factor(self) -> int:
+        """Cells of the picture per edge of a cell of the design."""
+        return self._mesh_factor
 
     @property
     def picture_shape(self) -> Tuple[int, int]:
@@ -147,6 +174,8 @@ class Optimiser(_library.Solver):
         """Sends the whole problem, any time between iterations. The design goes on from where it
         is. What is left out is not remembered: no mask means no such elements.
 
+        loads                    list of Load, of forces that are scaled to about 1
+        supports                 list of Support
         volume_fraction          material to use; the one in force if left out
         void, solid              masks of bool, [y, x], of elements that stay empty or solid
         second_solid             the same as solid, for hosts that tell two kinds apart
@@ -188,6 +217,9 @@ class Optimiser(_library.Solver):
         Raises ProblemError when the plate cannot be optimised as it is; an update mends it, and
         the design goes on. `out` is not touched then.
         """
+        if isinstance(penalty, np.ndarray):
+            raise TypeError(f"penalty: {shown(penalty)} is not a number; iterate(out=array) puts the "
+                            "picture into an array")
         exponent = finite(penalty, "penalty")
         if exponent <= 0:
             raise ValueError(f"penalty: {penalty!r} is not above 0")
@@ -247,12 +279,16 @@ class Optimiser(_library.Solver):
         )
         scale = refinement[0] * refinement[1]
         if self._plate.width * self._plate.height * scale * scale > LARGEST_INT:
-            raise ValueError(
+            raise OutOfMemoryError(
                 f"subdivision {subdivision} and mesh_factor {mesh_factor} make a picture of more "
-                "cells than the library can number: lower them"
+                f"cells than the library can number, which is {LARGEST_INT}: lower them"
             )
-        held = self._plate.memory(self._subdivision, self._mesh_factor) if self._subdivision else 0
-        self._plate.check_memory(*refinement, held)
+        held = 0.0
+        if self._subdivision:
+            held = self._plate.optimiser_memory(self._subdivision, self._mesh_factor)
+        self._plate.check_memory(
+            self._plate.optimiser_memory(*refinement),
+            f"subdivision {subdivision}, mesh_factor {mesh_factor}, ", held)
         return refinement
 
     def _create(self, subdivision: int, mesh_factor: int) -> None:
@@ -291,6 +327,13 @@ class Optimiser(_library.Solver):
                 raise ValueError(f"load_cases_in_use: name them, of {exist} load cases only the "
                                  f"first {LOAD_CASES_IN_USE} can be used")
             in_use = range(exist)
+        try:
+            in_use = list(in_use)
+        except TypeError:
+            raise TypeError(f"load_cases_in_use: {shown(in_use)} is no list; pass one, such as [0]"
+                            ) from None
+        if not in_use:
+            raise ValueError("load_cases_in_use: at least one is needed")
         last = min(exist, LOAD_CASES_IN_USE) - 1
         return np.array([whole(case, f"load_cases_in_use[{i}]", 0, last)
                          for i, case in enumerate(in_use)], np.int8)
@@ -299,7 +342,8 @@ class Optimiser(_library.Solver):
         if out is None:
             return np.empty(self.picture_shape, np.float32)
         if not isinstance(out, np.ndarray) or out.dtype != np.float32:
-            raise TypeError("out: an array of numpy.float32 is needed")
+            given = f"one of {out.dtype}" if isinstance(out, np.ndarray) else shown(out)
+            raise TypeError(f"out: an array of numpy.float32 is needed, not {given}")
         if out.shape != self.picture_shape:
             raise ValueError(f"out: shape {out.shape} is not the picture's, {self.picture_shape}")
         if not (out.flags.c_contiguous and out.flags.writeable):

@@ -4,13 +4,14 @@ from __future__ import annotations
 
 import math
 import operator
+import reprlib
 from dataclasses import dataclass
 from typing import Any, Iterable, List, NamedTuple, Optional, Sequence, Tuple, Union
 
 import numpy as np
 import numpy.typing as npt
 
-from ._library import OutOfMemoryError
+from ._library import OutOfMemoryError, Solver
 
 LARGEST_INT = 2**31 - 1
 LARGEST_SHORT = 2**15 - 1
@@ -20,7 +21,9 @@ Mask = npt.ArrayLike
 
 
 class Load(NamedTuple):
-    """A force (fx, fy) on node (x, y), in a load case of the plate."""
+    """A force (fx, fy) on node (x, y), in a load case of the plate. Scale forces so that the largest
+    is about 1: a compliance goes with the square of the force, and those above 1e15 and below 1e-10
+    are taken for a problem."""
 
     x: int
     y: int
@@ -41,12 +44,23 @@ LoadLike = Union[Load, Tuple[int, int, float, float], Tuple[int, int, float, flo
 SupportLike = Union[Support, Tuple[int, int], Tuple[int, int, str]]
 
 
+_short = reprlib.Repr()
+_short.maxstring = _short.maxother = 80
+
+
+def shown(value: Any) -> str:
+    """The value in a text, which it does not flood."""
+    if isinstance(value, np.ndarray) and value.ndim > 0:
+        return f"an array of shape {value.shape}"
+    return _short.repr(value)
+
+
 def whole(value: Any, name: str, least: int, most: int) -> int:
     """The value as an int; TypeError or ValueError if it is not one from `least` to `most`."""
     try:
         number = operator.index(value)
     except TypeError:
-        raise TypeError(f"{name}: {value!r} is not a whole number") from None
+        raise TypeError(f"{name}: {shown(value)} is not a whole number") from None
     if not least <= number <= most:
         raise ValueError(f"{name}: {number} is outside {least}..{most}")
     return number
@@ -55,10 +69,12 @@ def whole(value: Any, name: str, least: int, most: int) -> int:
 def finite(value: Any, name: str) -> float:
     """The value as the library will see it, in single precision."""
     try:
+        if isinstance(value, (str, bytes)):
+            raise TypeError
         with np.errstate(over="ignore"):
-            number = float(np.float32(value))
-    except (TypeError, ValueError):
-        raise TypeError(f"{name}: {value!r} is not a number") from None
+            number = float(np.float32(float(value)))
+    except (TypeError, ValueError, OverflowError):
+        raise TypeError(f"{name}: {shown(value)} is not a number") from None
     if not math.isfinite(number):
         raise ValueError(f"{name}: {value!r} is not a finite number (in single precision)")
     return number
@@ -71,8 +87,37 @@ def fraction(value: Any, name: str) -> float:
     return number
 
 
+# Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
+_PROGRAM = 15e6
+_CELL = 60  # of the design or the picture
+_FILTER = 19  # of a cell, times the square of the filter's radius
+_DESIGN_RADIUS = 3
+_NODE = 1000
+_NODE_IN_FACTOR = 110  # times the logarithm of the number of nodes
+_NODE_IN_LOAD_CASE = 32
+_SHARE_OF_GAME = 0.9
+
+
+def _filtered(cells: float, radius: float) -> float:
+    return cells * (_CELL + _FILTER * radius**2)
+
+
 def available_memory() -> float:
-    """Bytes that the machine can give away; without end where it does not tell."""
+    """Bytes that the machine can give away and the process may take; without end where nobody
+    tells."""
+    return min(_free_memory(), _address_space())
+
+
+def _address_space() -> float:
+    try:
+        import resource
+    except ImportError:  # another system
+        return math.inf
+    limit, _ = resource.getrlimit(resource.RLIMIT_AS)
+    return math.inf if limit == resource.RLIM_INFINITY else float(limit)
+
+
+def _free_memory() -> float:
     try:
         with open("/proc/meminfo", encoding="ascii") as lines:
             for line in lines:
@@ -100,35 +145,62 @@ class Plate:
         )
         dofs = 2 * (plate.width + 1) * (plate.height + 1)
         if dofs * plate.load_cases > LARGEST_INT:
-            raise ValueError(
+            raise OutOfMemoryError(
                 f"{plate.width} x {plate.height} elements with {plate.load_cases} load cases are "
-                "more than the library can number: make the plate smaller"
+                f"more than the library can number, 2 * {plate.width + 1} * {plate.height + 1} * "
+                f"{plate.load_cases} is above {LARGEST_INT}: lower width, height or load_cases"
             )
         return plate
 
-    def memory(self, subdivision: int, mesh_factor: int) -> float:
-        """About how many bytes a solver takes, as a first iteration was seen to; not too many."""
-        nodes = (self.width + 1.0) * (self.height + 1.0)
+    def optimiser_memory(self, subdivision: int, mesh_factor: int) -> float:
+        """About how many bytes an optimiser takes."""
         design = self.width * self.height * float(subdivision) ** 2
-        picture = design * mesh_factor**2 * (20 + 18 * mesh_factor**2)  # with its wide filter
-        return nodes * (3000 + 32 * self.load_cases) + design * 300 + picture
+        picture = design * float(mesh_factor) ** 2
+        return (_PROGRAM + _filtered(design, _DESIGN_RADIUS) + _filtered(picture, mesh_factor)
+                + self._equations() + self._load_cases())
 
-    def check_memory(self, subdivision: int, mesh_factor: int, held: float = 0) -> None:
+    def game_memory(self) -> float:
+        """About how many bytes a game takes."""
+        return _PROGRAM + _SHARE_OF_GAME * self._equations() + self._load_cases()
+
+    def _equations(self) -> float:
+        return self._nodes() * (_NODE + _NODE_IN_FACTOR * math.log2(self._nodes()))
+
+    def _load_cases(self) -> float:
+        return self._nodes() * _NODE_IN_LOAD_CASE * self.load_cases
+
+    def _nodes(self) -> float:
+        return (self.width + 1.0) * (self.height + 1.0)
+
+    def check_memory(self, needed: float, refinement: str, held: float = 0) -> None:
         """Refuses what would end the process, because systems promise more memory than they have.
         `held` is what is given back before."""
-        needed = self.memory(subdivision, mesh_factor)
         free = available_memory() + held
         if needed > free:
             raise OutOfMemoryError(
-                f"{self.width} x {self.height} elements with subdivision {subdivision}, mesh_factor "
-                f"{mesh_factor} and {self.load_cases} load cases need about {needed / 1e9:.1f} GB, "
-                f"and {free / 1e9:.1f} GB are free: lower one of them")
+                f"{self.width} x {self.height} elements with {refinement}load_cases "
+                f"{self.load_cases} need about {needed / 1e9:.2g} GB, and {free / 1e9:.2g} GB are "
+                "free: lower one of these")
+
+    def check_work(self, loads: npt.NDArray[np.float32],
+                   supports: npt.NDArray[np.float32]) -> None:
+        """Refuses loads that do no work: every design would score 0, as if none could be better."""
+        if len(loads) == 0:
+            raise ValueError("loads: at least one is needed, or there is nothing to score")
+        held = {(x, y, direction) for x, y, direction, _, _ in supports.tolist()}
+        forces = [(x, y, direction, force) for x, y, fx, fy, _ in loads.tolist()
+                  for direction, force in ((0, fx), (1, fy))]
+        if not any(force != 0 and (x, y, direction) not in held
+                   for x, y, direction, force in forces):
+            raise ValueError(
+                f"loads: none of the {len(loads)} does work, so there is nothing to score: give one "
+                "of them a force, fx or fy, that acts where no support holds its node")
 
     def load_records(self, loads: Iterable[LoadLike]) -> npt.NDArray[np.float32]:
         records = []
-        for i, entry in enumerate(loads):
-            load = _record(Load, entry, f"loads[{i}]")
+        for i, entry in enumerate(_entries(loads, "loads", "Load")):
             name = f"loads[{i}]"
+            load = _record(Load, entry, name)
             x, y = self._node(load, name)
             forces = finite(load.fx, name + ".fx"), finite(load.fy, name + ".fy")
             case = whole(load.load_case, name + ".load_case", 0, self.load_cases - 1)
@@ -137,12 +209,12 @@ class Plate:
 
     def support_records(self, supports: Iterable[SupportLike]) -> npt.NDArray[np.float32]:
         records = []
-        for i, entry in enumerate(supports):
-            support = _record(Support, entry, f"supports[{i}]")
+        for i, entry in enumerate(_entries(supports, "supports", "Support")):
             name = f"supports[{i}]"
+            support = _record(Support, entry, name)
             x, y = self._node(support, name)
-            if support.fix not in ("x", "y", "xy"):
-                raise ValueError(f'{name}.fix: {support.fix!r} is not "x", "y" or "xy"')
+            if not isinstance(support.fix, str) or support.fix not in ("x", "y", "xy"):
+                raise ValueError(f'{name}.fix: {shown(support.fix)} is not "x", "y" or "xy"')
             records += [(x, y, "xy".index(direction), 0, 0) for direction in support.fix]
         return _array(records)
 
@@ -150,20 +222,23 @@ class Plate:
         """A mask of elements; None is none of them."""
         if values is None:
             return np.zeros((self.height, self.width), bool)
-        array = np.asarray(values)
-        if array.dtype != bool:
-            raise TypeError(f"{name}: a mask of bool is needed, not of {array.dtype}")
+        array = _asarray(values, name)
         self._check_shape(array, name)
+        if array.dtype != bool:
+            raise TypeError(f"{name}: a mask of bool is needed, not of {array.dtype}; "
+                            "array.astype(bool) makes one, True where the array is not 0")
         return array
 
     def densities(self, values: npt.ArrayLike) -> npt.NDArray[np.float32]:
         """In the library's order: the result is indexed [x, y] and contiguous."""
-        array = np.asarray(values)
+        array = _asarray(values, "densities")
         if array.dtype.kind not in "bfiu":
             raise TypeError(f"densities: an array of numbers is needed, not of {array.dtype}")
         self._check_shape(array, "densities")
-        if not (np.all(array >= 0) and np.all(array <= 1)):
-            raise ValueError("densities: numbers from 0 (void) to 1 (solid) are needed")
+        wrong = ~((array >= 0) & (array <= 1))
+        if wrong.any():
+            y, x = np.argwhere(wrong)[0]
+            raise ValueError(f"densities[{y}, {x}]: {array[y, x]} is not from 0 (void) to 1 (solid)")
         return np.ascontiguousarray(array.T, np.float32)
 
     def _check_shape(self, array: npt.NDArray[Any], name: str) -> None:
@@ -180,13 +255,54 @@ class Plate:
         )
 
 
+class PlateSolver(Solver):
+    """A solver that belongs to a plate."""
+
+    _plate: Plate
+
+    @property
+    def width(self) -> int:
+        """Elements of the plate in x."""
+        return self._plate.width
+
+    @property
+    def height(self) -> int:
+        """Elements of the plate in y."""
+        return self._plate.height
+
+    @property
+    def load_cases(self) -> int:
+        """Number of load cases."""
+        return self._plate.load_cases
+
+
+def _entries(values: Any, name: str, kind: str) -> List[Any]:
+    """The values of an iterable, if it can be one of records and is not a record itself."""
+    if not isinstance(values, (Load, Support, str, bytes)):
+        try:
+            return list(values)
+        except TypeError:
+            pass
+    raise TypeError(f"{name}: {shown(values)} is no list; pass one, such as [voxam.{kind}(x, y)]")
+
+
 def _record(kind: Any, entry: Any, name: str) -> Any:
     if isinstance(entry, kind):
         return entry
     try:
+        if isinstance(entry, (Load, Support, str, bytes, dict)):
+            raise TypeError
         return kind(*entry)
     except TypeError:
-        raise TypeError(f"{name}: {entry!r} is no {kind.__name__}{kind._fields}") from None
+        fields = ", ".join(kind._fields)
+        raise TypeError(f"{name}: {shown(entry)} is no voxam.{kind.__name__}({fields})") from None
+
+
+def _asarray(values: npt.ArrayLike, name: str) -> npt.NDArray[Any]:
+    try:
+        return np.asarray(values)
+    except ValueError as error:
+        raise ValueError(f"{name}: {error}") from None
 
 
 def _array(records: Sequence[Tuple[float, ...]]) -> npt.NDArray[np.float32]:
@@ -201,8 +317,11 @@ def cell_records(masks: Sequence[Tuple[str, npt.NDArray[np.bool_]]]) -> npt.NDAr
         cells = np.argwhere(mask)[:, ::-1]  # as (x, y)
         if len(cells) > LARGEST_SHORT:
             raise ValueError(f"{name}: {len(cells)} elements, the most are {LARGEST_SHORT}")
-        if cells.size and cells.max() > LARGEST_SHORT:
-            raise ValueError(f"{name}: an element beyond x or y {LARGEST_SHORT} cannot be named")
+        beyond = cells[(cells > LARGEST_SHORT).any(axis=1)]
+        if len(beyond) > 0:
+            x, y = beyond[0]
+            raise ValueError(f"{name}[{y}, {x}]: {LARGEST_SHORT} is the largest coordinate of an "
+                             "element in a mask")
         counts.append(len(cells))
         lists.append(cells.ravel())
     return np.array([*counts, *np.concatenate(lists)], np.int16)

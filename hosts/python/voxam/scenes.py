@@ -58,13 +58,20 @@ class Scene:
     settings: Dict[str, Any]  #: the penalty, and else the arguments of Optimiser.update
     timeline: Tuple[Change, ...]
 
+    @property
+    def has_blob(self) -> bool:
+        """Whether it starts with a blob."""
+        return bool(np.any(self.settings.get("blob", False)))
+
 
 def run(
     scene: Scene, iterations: Optional[int] = None, move_blob: bool = False
 ) -> Generator[Tuple[int, Iteration], None, None]:
     """Optimises a scene, with the changes of its timeline: yields the number of each iteration,
     from 1, and what it came to. Raises ProblemError when an iteration fails and no later change
-    can mend it; else goes on with that change."""
+    can mend it; else goes on with that change. Raises ValueError when there is no blob to move."""
+    if move_blob and not scene.has_blob:
+        raise ValueError("blob: no elements, needed for a blob that moves")
     last = scene.iterations if iterations is None else iterations
     changes = [change for change in scene.timeline if change.iteration <= last]
     unit = scene.largest_force or 1.0
@@ -221,6 +228,9 @@ class _Reader:
 
     def scene(self, name: str) -> Scene:
         root = self._root
+        if root.find("densities") and not root.find("volumeFraction"):
+            raise root.fail('"volumeFraction" is missing: the scene is one to be scored, by '
+                            '"voxam score" or by voxam.Game, and this optimises')
         for key in ("loads", "supports", "volumeFraction"):
             root.at(key)
         title = root.find("title")
