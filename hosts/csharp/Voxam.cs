@@ -27,7 +27,10 @@ using System.Text;
 
 namespace Voxam
 {
-    /// <summary>A force on a node, in a load case.</summary>
+    /// <summary>
+    /// A force on a node, in a load case. Scale forces so that the largest is about 1: a compliance goes
+    /// with the square of the force, and those above 1e15 and below 1e-10 are taken for a problem.
+    /// </summary>
     public struct Load
     {
         public int X;
@@ -118,7 +121,8 @@ namespace Voxam
     /// <summary>What an iteration came to, beside the picture.</summary>
     public struct Iteration
     {
-        /// <summary>Of the design that the iteration started from; smaller is stiffer.</summary>
+        /// <summary>Of the design before the iteration, not of the picture; smaller is stiffer.
+        /// </summary>
         public double Compliance;
 
         /// <summary>The largest change of a density, 0 to 1.</summary>
@@ -172,9 +176,9 @@ namespace Voxam
             this.volumeFraction = Check.Fraction(volumeFraction, nameof(volumeFraction));
             CheckRefinement(subdivision, meshFactor);
             blobCells = new int[plate.Elements];
+            Picture = NewPicture(subdivision, meshFactor);
             Subdivision = subdivision;
             MeshFactor = meshFactor;
-            Picture = NewPicture();
             lock (Native.Gate)
             {
                 living.Claim(this, Native._DestroyVoxamApp);
@@ -184,6 +188,8 @@ namespace Voxam
 
         public int Width => plate.Width;
         public int Height => plate.Height;
+        public int LoadCases => plate.LoadCases;
+        public float VolumeFraction => volumeFraction;
         public int Subdivision { get; private set; }
         public int MeshFactor { get; private set; }
         public int PictureWidth => plate.Width * Subdivision * MeshFactor;
@@ -296,9 +302,10 @@ namespace Voxam
                 int newMeshFactor = meshFactor ?? MeshFactor;
                 if (!keepDesign) CheckRefinement(newSubdivision, newMeshFactor);
                 if (sent != null) CheckPlacement(sent, newSubdivision, newMeshFactor);
+                if (newSubdivision != Subdivision || newMeshFactor != MeshFactor)
+                    Picture = NewPicture(newSubdivision, newMeshFactor);
                 Subdivision = newSubdivision;
                 MeshFactor = newMeshFactor;
-                if (Picture.Length != PictureWidth * PictureHeight) Picture = NewPicture();
                 if (!keepDesign) Native._DestroyVoxamApp();
                 Create();
                 if (sent != null) Send();
@@ -312,9 +319,10 @@ namespace Voxam
             living.Release(this, Native._DestroyVoxamApp);
         }
 
-        private float[] NewPicture()
+        private float[] NewPicture(int subdivision, int meshFactor)
         {
-            var cells = new float[PictureWidth * PictureHeight];
+            int refinement = subdivision * meshFactor;
+            var cells = new float[plate.Elements * refinement * refinement];
             for (int i = 0; i < cells.Length; ++i) cells[i] = 1;
             return cells;
         }
@@ -358,8 +366,8 @@ namespace Voxam
                         + "turning, and scale the forces to about 1, then update; if the design was "
                         + "torn, restart as well.";
                 case "Load cannot be on top of support":
-                    return found + ": the loads do no work. Put a force of a load case in use on a "
-                        + "node that is not held, then update.";
+                    return found + ": the loads do no work, or next to none. Put a force of about 1, "
+                        + "in a load case in use, on a node that is not held, then update.";
             }
             if (found.StartsWith("No optimiser", StringComparison.Ordinal) || found == "std::bad_alloc")
                 throw new InsufficientMemoryException(
@@ -374,11 +382,12 @@ namespace Voxam
             Check.Range(meshFactor, 1, int.MaxValue, nameof(meshFactor));
             double scale = (double)subdivision * meshFactor;
             if (plate.Elements * scale * scale > int.MaxValue)
-                throw new ArgumentException(
+                throw new InsufficientMemoryException(
                     $"Subdivision {subdivision} and mesh factor {meshFactor} make a picture of more "
-                    + "cells than the library can number: lower them.");
-            double held = Picture == null ? 0 : plate.MemoryOf(Subdivision, MeshFactor);
-            plate.CheckMemory(subdivision, meshFactor, held);
+                    + $"cells than the library can number, which is {int.MaxValue}: lower them.");
+            double held = Picture == null ? 0 : plate.MemoryOfOptimiser(Subdivision, MeshFactor);
+            plate.CheckMemory(plate.MemoryOfOptimiser(subdivision, meshFactor),
+                              $"subdivision {subdivision}, mesh factor {meshFactor}, ", held);
         }
 
         private static void CheckPlacement(Records records, int subdivision, int meshFactor)
@@ -413,14 +422,16 @@ namespace Voxam
         private readonly float[] densityColumns;  // the library counts elements column by column
         private readonly float[] energyColumns;
 
-        /// <summary>Takes a plate of width x height elements.</summary>
+        /// <summary>Takes a plate of width x height elements, and at least one load that does work.
+        /// </summary>
         public Game(int width, int height, IReadOnlyList<Load> loads, IReadOnlyList<Support> supports,
                     int loadCases = 1)
         {
             plate = new Plate(width, height, loadCases);
             float[] loadRecords = plate.RecordsOf(loads);
             float[] supportRecords = plate.RecordsOf(supports);
-            plate.CheckMemory(subdivision: 1, meshFactor: 1);
+            plate.CheckWork(loadRecords, supportRecords);
+            plate.CheckMemory(plate.MemoryOfGame(), "");
             densityColumns = new float[plate.Elements];
             energyColumns = new float[plate.Elements];
             Energies = new float[plate.Elements];
@@ -466,9 +477,9 @@ namespace Voxam
         public bool TrySolve(float[] densities, out double compliance)
         {
             plate.CheckLength(densities, nameof(densities));
-            foreach (float density in densities)
-                if (!(density >= 0 && density <= 1))
-                    throw new ArgumentOutOfRangeException(nameof(densities), density,
+            for (int i = 0; i < densities.Length; ++i)
+                if (!(densities[i] >= 0 && densities[i] <= 1))
+                    throw new ArgumentOutOfRangeException($"{nameof(densities)}[{i}]", densities[i],
                                                           "must be from 0 (void) to 1 (solid)");
             lock (Native.Gate)
             {
@@ -548,6 +559,16 @@ namespace Voxam
 
         private const int MostLoadCasesInUse = 128;
 
+        // Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
+        private const double BytesOfProgram = 15e6;
+        private const double BytesOfCell = 60;    // of the design or the picture
+        private const double BytesOfFilter = 19;  // of a cell, times the square of the filter's radius
+        private const double DesignRadius = 3;
+        private const double BytesOfNode = 1000;
+        private const double BytesOfNodeInFactor = 110;  // times the logarithm of the number of nodes
+        private const double BytesOfNodeInLoadCase = 32;
+        private const double ShareOfGame = 0.9;
+
         public readonly int Width;
         public readonly int Height;
         public readonly int LoadCases;
@@ -558,9 +579,9 @@ namespace Voxam
             Check.Range(height, 1, int.MaxValue - 1, nameof(height));
             Check.Range(loadCases, 1, int.MaxValue, nameof(loadCases));
             if (2.0 * (width + 1.0) * (height + 1.0) * loadCases > int.MaxValue)
-                throw new ArgumentException(
+                throw new InsufficientMemoryException(
                     $"{width} x {height} elements with {loadCases} load cases are more than the library "
-                    + "can number: make the plate smaller.");
+                    + "can number: lower width, height or loadCases.");
             Width = width;
             Height = height;
             LoadCases = loadCases;
@@ -568,29 +589,57 @@ namespace Voxam
 
         public int Elements => Width * Height;
 
-        /// <summary>About how many bytes a solver takes, as a first iteration was seen to; not too many.
-        /// </summary>
-        public double MemoryOf(int subdivision, int meshFactor)
+        /// <summary>About how many bytes an optimiser takes.</summary>
+        public double MemoryOfOptimiser(int subdivision, int meshFactor)
         {
-            double nodes = (Width + 1.0) * (Height + 1.0);
             double design = (double)Elements * subdivision * subdivision;
-            double refinement = (double)meshFactor * meshFactor;
-            double picture = design * refinement * (20 + 18 * refinement);  // with its wide filter
-            return nodes * (3000 + 32.0 * LoadCases) + design * 300 + picture;
+            double picture = design * meshFactor * meshFactor;
+            return BytesOfProgram + Filtered(design, DesignRadius) + Filtered(picture, meshFactor)
+                + Equations + MemoryOfLoadCases;
+        }
+
+        /// <summary>About how many bytes a game takes.</summary>
+        public double MemoryOfGame()
+        {
+            return BytesOfProgram + ShareOfGame * Equations + MemoryOfLoadCases;
+        }
+
+        private double Nodes => (Width + 1.0) * (Height + 1.0);
+        private double Equations => Nodes * (BytesOfNode + BytesOfNodeInFactor * Math.Log(Nodes, 2));
+        private double MemoryOfLoadCases => Nodes * BytesOfNodeInLoadCase * LoadCases;
+
+        private static double Filtered(double cells, double radius)
+        {
+            return cells * (BytesOfCell + BytesOfFilter * radius * radius);
         }
 
         /// <summary>Refuses what would end the process, because systems promise more memory than they
         /// have.</summary>
         /// <param name="held">What is given back before.</param>
-        public void CheckMemory(int subdivision, int meshFactor, double held = 0)
+        public void CheckMemory(double needed, string refinement, double held = 0)
         {
-            double needed = MemoryOf(subdivision, meshFactor);
             double free = Memory.Available() + held;
             if (needed > free)
                 throw new InsufficientMemoryException(
-                    $"{Width} x {Height} elements with subdivision {subdivision}, mesh factor "
-                    + $"{meshFactor} and {LoadCases} load cases need about {needed / 1e9:F1} GB, and "
-                    + $"{free / 1e9:F1} GB are free: lower one of them.");
+                    $"{Width} x {Height} elements with {refinement}load cases {LoadCases} need about "
+                    + $"{needed / 1e9:G2} GB, and {free / 1e9:G2} GB are free: lower one of these.");
+        }
+
+        /// <summary>Refuses loads that do no work: every design would score 0, as if none could be better.
+        /// </summary>
+        public void CheckWork(float[] loads, float[] supports)
+        {
+            var held = new HashSet<(float, float, float)>();
+            for (int i = 0; i < supports.Length; i += Record)
+                held.Add((supports[i], supports[i + 1], supports[i + 2]));
+            for (int i = 0; i < loads.Length; i += Record)
+                for (int direction = 0; direction < 2; ++direction)
+                    if (loads[i + 2 + direction] != 0
+                        && !held.Contains((loads[i], loads[i + 1], direction)))
+                        return;
+            throw new ArgumentException(
+                "Loads: none does work, so there is nothing to score: give at least one a force, Fx or "
+                + "Fy, that acts where no support holds its node.");
         }
 
         public float[] RecordsOf(IReadOnlyList<Load> loads)

@@ -9,6 +9,7 @@ using System.Globalization;
 using System.IO;
 using System.Linq;
 using System.Reflection;
+using System.Text.RegularExpressions;
 using System.Threading;
 using Voxam;
 
@@ -229,11 +230,11 @@ public sealed class VoxamTests
     {
         Throws<ArgumentException>(() => new Optimiser(0, 3), "width");
         Throws<ArgumentException>(() => new Optimiser(3, -1), "height");
-        Throws<ArgumentException>(() => new Optimiser(30000, 40000), "more than the library can");
-        Throws<ArgumentException>(() => new Optimiser(3, 3, loadCases: 1 << 30), "more than the lib");
+        Throws<InsufficientMemoryException>(() => new Optimiser(100000, 100000), "more than the lib");
+        Throws<InsufficientMemoryException>(() => new Game(3, 3, null, null, 1 << 30), "more than the");
         Throws<ArgumentException>(() => new Optimiser(3, 3, float.NaN), "volumeFraction");
         Throws<ArgumentException>(() => new Optimiser(3, 3, 1, 0), "subdivision");
-        Throws<ArgumentException>(() => new Optimiser(3, 3, 1, 1 << 8, 1 << 8), "more cells");
+        Throws<InsufficientMemoryException>(() => new Optimiser(3, 3, 1, 1 << 8, 1 << 8), "more cells");
         using (var optimiser = new Optimiser(200, 170))
         {
             var settings = new Settings { Void = Enumerable.Repeat(true, 34000).ToArray() };
@@ -250,6 +251,23 @@ public sealed class VoxamTests
         }
     }
 
+    public void EstimatesMemoryAsDocumented()
+    {
+        string scenes = Environment.GetEnvironmentVariable("VOXAM_SCENES");
+        var row = new Regex(@"^\| (\d+) x (\d+) \| \((\d+), (\d+)\) \| (\d+) MB \| (\d+) MB \|$");
+        List<int[]> rows = File.ReadLines(Path.Combine(scenes, "..", "docs", "hosting.md"))
+            .Select(line => row.Match(line)).Where(match => match.Success)
+            .Select(match => Enumerable.Range(1, 6).Select(i => int.Parse(match.Groups[i].Value)).ToArray())
+            .ToList();
+        That(rows.Count > 4, "the table of the documentation");
+        foreach (int[] r in rows)
+        {
+            var plate = new Plate(r[0], r[1], 1);
+            Near(plate.MemoryOfOptimiser(r[2], r[3]), 1e6 * r[4], 0.5e6);
+            Near(plate.MemoryOfGame(), 1e6 * r[5], 0.5e6);
+        }
+    }
+
     public void WhatTheMachineCannotHoldIsRefusedAtOnce()
     {
         Func<double> real = Memory.Available;
@@ -259,8 +277,8 @@ public sealed class VoxamTests
         {
             Throws<InsufficientMemoryException>(() => new Optimiser(300, 300), "300 x 300 elements");
             Throws<InsufficientMemoryException>(() => new Optimiser(50, 50, meshFactor: 16), "factor 16");
-            Throws<InsufficientMemoryException>(() => new Optimiser(50, 50, loadCases: 3000), "3000 load");
-            Throws<InsufficientMemoryException>(() => new Game(300, 300, null, null), "300 x 300");
+            Throws<InsufficientMemoryException>(() => new Optimiser(50, 50, loadCases: 3000), "load cases 3000");
+            Throws<InsufficientMemoryException>(() => new Game(400, 400, Pull, null), "400 x 400");
             using (Optimiser optimiser = Good())
             {
                 Memory.Available = () => 0;
@@ -290,8 +308,9 @@ public sealed class VoxamTests
             Throws<ObjectDisposedException>(() => optimiser.Update(new Settings()), "Optimiser");
             Throws<ObjectDisposedException>(() => optimiser.Restart(), "Optimiser");
         }
-        var game = new Game(3, 2, Pull.Take(0).ToList(), Clamp(2));
-        Throws<InvalidOperationException>(() => new Game(3, 2, null, null), "one Game in a process");
+        Load[] pull = { new Load(3, 1, 0, 1) };
+        var game = new Game(3, 2, pull, Clamp(2));
+        Throws<InvalidOperationException>(() => new Game(3, 2, pull, null), "one Game in a process");
         game.Dispose();
         Throws<ObjectDisposedException>(() => game.Solve(new float[6]), "Game");
     }
@@ -383,9 +402,12 @@ public sealed class VoxamTests
             Throws<ArgumentException>(() => game.Solve(new float[5]), "5 entries, not width * height = 6");
             Throws<ArgumentNullException>(() => game.Solve(null), "densities");
             foreach (float wrong in new[] { -0.1f, 1.1f, float.NaN })
-                Throws<ArgumentException>(() => game.Solve(new[] { 1, 1, 1, 1, 1, wrong }), "densities");
+                Throws<ArgumentException>(() => game.Solve(new[] { 1, 1, 1, 1, 1, wrong }), "densities[5]");
             That(game.Solve(solid) > 0, "it goes on");
         }
+        foreach (Load[] idle in new[] { null, new Load[0], new[] { new Load(3, 1, 0, 0) },
+                                        new[] { new Load(0, 1, 1, 1) } })
+            Throws<ArgumentException>(() => new Game(3, 2, idle, Clamp(2)), "none does work");
     }
 
     /// <summary>For a process of little memory, and so not among the others.</summary>
