@@ -1,10 +1,13 @@
 #include "console.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
+#include <new>
 
 #include "input_error.h"
 #include "text.h"
@@ -12,6 +15,16 @@
 namespace {
 
 constexpr std::size_t LONGEST_COMPLAINT = 2000;
+constexpr std::size_t COMFORTABLE_WIDTH = 80;
+constexpr std::size_t ROW_INDENT = 21;
+
+/// The text on one line, or on a terminal in lines that fit it.
+void put(const std::string& text, std::FILE* file, int stream, std::size_t indent) {
+    std::string lines = onOneLine(text);
+    if (const auto width = terminalWidth(stream))
+        lines = wrapped(lines, std::min(*width, COMFORTABLE_WIDTH), indent);
+    std::fprintf(file, "%s\n", lines.c_str());
+}
 
 }  // namespace
 
@@ -25,9 +38,27 @@ void silenceStandardOutput() {
     if (!std::freopen("/dev/null", "w", stdout)) throw InputError("/dev/null cannot be opened");
 }
 
+std::optional<std::size_t> terminalWidth(int stream) {
+    if (isatty(stream) != 1) return std::nullopt;
+    winsize size = {};
+    const bool known = ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    return known ? size.ws_col : COMFORTABLE_WIDTH;
+}
+
 void complain(const std::string& text) {
     std::fflush(stdout);  // so that both stay in order where they end up in one place
-    std::fprintf(stderr, "voxam: %s\n", onOneLine(shortened(text, LONGEST_COMPLAINT)).c_str());
+    const std::string prefix = "voxam: ";
+    put(prefix + shortened(text, LONGEST_COMPLAINT), stderr, STDERR_FILENO, prefix.size());
+}
+
+void complain(const std::exception& error) {
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    complain(std::string(isMemory ? "not enough memory" : error.what()));
+}
+
+void printRow(const char* what, const std::string& text) {
+    put(formatted("  %-*s", static_cast<int>(ROW_INDENT) - 2, what) + text, stdout, STDOUT_FILENO,
+        ROW_INDENT);
 }
 
 void flushStandardOutput() {

@@ -1,6 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <exception>
+#include <optional>
 #include <string>
+
+/// Exit status of the program after an error.
+inline constexpr int ERROR_STATUS = 2;
 
 /// Makes sure that standard input, output and error exist: a file that is opened while one of them is
 /// closed would take its place, and get what is printed.
@@ -9,8 +15,18 @@ void openStandardStreams();
 /// From now on nothing appears on standard output, whoever prints it.
 void silenceStandardOutput();
 
-/// Writes "voxam: ", the text on one line and a line end on standard error.
+/// Columns of the terminal that a stream (STDOUT_FILENO and such) is; none where it is none.
+std::optional<std::size_t> terminalWidth(int stream);
+
+/// Writes "voxam: " and the text on one line of standard error; on a terminal in lines that fit.
 void complain(const std::string& text);
+
+/// The same for an error.
+void complain(const std::exception& error);
+
+/// Prints a row of a summary, a word or two and a text behind them, on one line; on a terminal in
+/// lines that fit.
+void printRow(const char* what, const std::string& text);
 
 /// Sends what was printed on its way. Throws InputError when standard output did not take all.
 void flushStandardOutput();

@@ -1,20 +1,22 @@
 #include "design_exports.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 
+#include "console.h"
 #include "design_file.h"
 #include "file_ending.h"
 #include "input_error.h"
 #include "outline.h"
 #include "outline_file.h"
 #include "output_file.h"
+#include "text.h"
+#include "usage_error.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
+constexpr double MIN_THICKNESS = 1e-6;
 constexpr double MAX_THICKNESS = 1e6;
 
 // Of the plate's shorter side: a solid that is neither a foil nor a block.
@@ -28,13 +30,14 @@ void addOutlineOptions(CLI::App& command, ExportOptions& options) {
                     "Write where the material ends, in units of an element's edge: a drawing\n"
                     "or, as .stl, a solid; may be given more than once")
         ->type_name("OUT.svg|.dxf|.stl")
+        ->check(fileName())
         ->allow_extra_args(false);
     command
         .add_option("--thickness", options.thickness,
                     "Thickness of the solid in the same units\n"
                     "(default: a tenth of the plate's shorter side)")
         ->type_name("T")
-        ->check(CLI::Range(1e-6, MAX_THICKNESS));
+        ->check(numberWithin(MIN_THICKNESS, MAX_THICKNESS));
 }
 
 std::vector<Output> outputsOf(const ExportOptions& options) {
@@ -49,22 +52,16 @@ std::vector<Output> outputsOf(const ExportOptions& options) {
         std::any_of(options.outlines.begin(), options.outlines.end(),
                     [](const fs::path& file) { return fileEnding(file) == ".stl"; });
     if (options.thickness && !hasSolid) throw InputError("--thickness: needs --outline OUT.stl");
-    // Comparisons with its bounds let a NaN pass.
-    if (options.thickness && std::isnan(*options.thickness)) {
-        throw InputError("--thickness: nan is no thickness");
-    }
     return outputs;
 }
 
-void checkOutputs(const std::vector<Output>& outputs, const std::vector<fs::path>& inputs) {
+void checkOutputs(const std::vector<Output>& outputs, const std::vector<fs::path>& inputs,
+                  const fs::path& planned) {
     std::vector<Output> before;
     for (const Output& output : outputs) {
         if (output.file.empty()) continue;
-        checkOutput(output.file, inputs);
-        const auto same = [&](const Output& other) {
-            return fs::weakly_canonical(fs::absolute(other.file)) ==
-                   fs::weakly_canonical(fs::absolute(output.file));
-        };
+        checkOutput(output.file, inputs, planned);
+        const auto same = [&](const Output& other) { return isSamePlace(other.file, output.file); };
         const auto found = std::find_if(before.begin(), before.end(), same);
         if (found != before.end())
             throw InputError(output.option + ": names the same file as " +
@@ -74,22 +71,36 @@ void checkOutputs(const std::vector<Output>& outputs, const std::vector<fs::path
     }
 }
 
-void writeExports(const ExportOptions& options, const Field& design, int refinement) {
-    for (const fs::path& file : options.designs) {
-        writeFile(file, encodeDesign(file, design));
-        std::printf("  design             %s (%d x %d cells)\n", file.c_str(), design.width,
-                    design.height);
+void Writer::attempt(const std::function<void()>& write) {
+    try {
+        write();
+    } catch (const std::exception& error) {
+        failed = true;
+        complain(error);
     }
+}
+
+void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
+                  int refinement) {
+    for (const fs::path& file : options.designs)
+        writer.attempt([&] {
+            writeFile(file, encodeDesign(file, design));
+            printRow("design",
+                     nameOf(file) + formatted(" (%d x %d cells)", design.width, design.height));
+        });
     if (options.outlines.empty()) return;
-    const Outline outline = traceOutline(design, refinement);
-    const double thickness =
-        options.thickness.value_or(DEFAULT_THICKNESS * std::min(outline.width, outline.height));
-    for (const fs::path& file : options.outlines) {
-        writeFile(file, encodeOutline(file, outline, thickness));
-        std::printf("  outline            %s ", file.c_str());
-        if (outline.contours.empty())
-            std::printf("(empty: no material is half solid)\n");
-        else
-            std::printf("(%zu contours, area %.6g)\n", outline.contours.size(), area(outline));
-    }
+    writer.attempt([&] {
+        const Outline outline = traceOutline(design, refinement);
+        const double thickness =
+            options.thickness.value_or(DEFAULT_THICKNESS * std::min(outline.width, outline.height));
+        const std::string content = outline.contours.empty()
+                                        ? "empty: no material is half solid"
+                                        : counted(outline.contours.size(), "contour") +
+                                              formatted(", area %.6g", area(outline));
+        for (const fs::path& file : options.outlines)
+            writer.attempt([&] {
+                writeFile(file, encodeOutline(file, outline, thickness));
+                printRow("outline", nameOf(file) + " (" + content + ")");
+            });
+    });
 }

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,10 +29,26 @@ struct Output {
 std::vector<Output> outputsOf(const ExportOptions& options);
 
 /// Throws InputError unless all files have an ending that is known and can be written, none of them
-/// over an input or over another. A file without a name is none.
+/// over an input or over another. A file without a name is none. `planned` is a directory that will
+/// be there by then.
 void checkOutputs(const std::vector<Output>& outputs,
-                  const std::vector<std::filesystem::path>& inputs);
+                  const std::vector<std::filesystem::path>& inputs,
+                  const std::filesystem::path& planned = {});
+
+/// Writes files, of which one that fails does not keep the next from being written.
+class Writer {
+public:
+    /// `write` writes a file and prints its name; it may throw.
+    void attempt(const std::function<void()>& write);
+
+    /// Whether one could not be written, which was then told on standard error.
+    bool hasFailed() const { return failed; }
+
+private:
+    bool failed = false;
+};
 
 /// Writes the files of a design of `refinement` cells per edge of an element, and prints their
-/// names. Throws InputError.
-void writeExports(const ExportOptions& options, const Field& design, int refinement);
+/// names.
+void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
+                  int refinement);

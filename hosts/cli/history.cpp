@@ -1,21 +1,8 @@
 #include "history.h"
 
-#include <array>
-#include <charconv>
-#include <string>
-
+#include "exact_text.h"
 #include "input_error.h"
-
-namespace {
-
-// The shortest text that reads back as the same number.
-template <typename Number>
-std::string exactly(Number value) {
-    std::array<char, 64> text = {};
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
-}
-
-}  // namespace
+#include "text.h"
 
 History::History(const std::filesystem::path& target) : file(target), stream(target) {
     stream << "iteration,compliance,volume,change,totalTime,updateTime,stateTime,assembleTime,"
@@ -26,16 +13,16 @@ History::History(const std::filesystem::path& target) : file(target), stream(tar
 void History::add(const IterationRecord& record) {
     stream << record.iteration;
     for (const double value : {record.compliance, record.volume, record.change})
-        stream << ',' << exactly(value);
+        stream << ',' << exactText(value);
     const RuntimeStat& times = record.times;
     for (const float time :
          {times.totalTime, times.updateTime, times.stateTime, times.assembleTime,
           times.factorizeTime, times.solveTime, times.sensitivityTime, times.meshTime})
-        stream << ',' << exactly(time);
+        stream << ',' << exactText(time);
     finishLine();
 }
 
 void History::finishLine() {
     stream << '\n' << std::flush;
-    if (!stream) throw InputError(file.string() + ": cannot be written");
+    if (!stream) throw InputError(nameOf(file) + ": cannot be written");
 }

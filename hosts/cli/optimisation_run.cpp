@@ -1,5 +1,7 @@
 #include "optimisation_run.h"
 
+#include <utility>
+
 #include "console.h"
 #include "interruption.h"
 #include "text.h"
@@ -15,6 +17,7 @@ constexpr int SETTLING_ITERATIONS = 20;
 OptimisationRun::OptimisationRun(const OptimiseOptions& options, const Scene& scene)
     : given(options),
       current(scene),
+      recordedScene(scene),
       timeline(scene.timeline),
       last(given.iterations.value_or(scene.iterations)),
       progress(last),
@@ -23,6 +26,17 @@ OptimisationRun::OptimisationRun(const OptimiseOptions& options, const Scene& sc
 }
 
 void OptimisationRun::iterate(const std::function<void()>& afterEach) {
+    try {
+        iterateToTheEnd(afterEach);
+    } catch (const std::exception& error) {
+        failed = error.what();
+        progress.closeLine();
+        throw;
+    }
+    progress.finish();
+}
+
+void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
     int iteration = 1;
     while (iteration <= last && !converged && interruption() == 0) {
         makeChange(iteration);
@@ -38,7 +52,6 @@ void OptimisationRun::iterate(const std::function<void()>& afterEach) {
             break;
         }
     }
-    progress.finish();
 }
 
 void OptimisationRun::makeChange(int iteration) {
@@ -51,10 +64,13 @@ void OptimisationRun::makeChange(int iteration) {
         optimiser.update(current);
     progress.note(iteration, "changes: " + change.summary());
     lastChange = iteration;
+    changed = true;
 }
 
 void OptimisationRun::record(int iteration, const Optimiser::Outcome& outcome) {
     if (given.movesBlob) current.blob = optimiser.blob();
+    if (std::exchange(changed, false)) recordedScene = current;
+    recordedScene.blob = current.blob;
     design = optimiser.material();
     recorded.push_back(
         {iteration, outcome.compliance, mean(design), outcome.change, outcome.times});
@@ -72,7 +88,7 @@ bool OptimisationRun::changesLeft() const {
 bool OptimisationRun::tellFailure(int iteration) {
     if (!changesLeft()) {
         progress.closeLine();
-        complain(formatted("%s: iteration %d: %s", given.scene.c_str(), iteration, failed.c_str()));
+        complain(nameOf(given.scene) + formatted(": iteration %d: ", iteration) + failed);
         return false;
     }
     progress.note(iteration, failed + formatted("; goes on with the change at iteration %d",

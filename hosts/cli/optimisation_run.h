@@ -21,22 +21,23 @@ public:
     OptimisationRun(const OptimiseOptions& options, const Scene& scene);
 
     /// Iterates until the end, or until the library cannot go on. `afterEach` is called after each
-    /// iteration that succeeds.
+    /// iteration that succeeds. An exception, also of that, leaves the records as they are.
     void iterate(const std::function<void()>& afterEach);
 
     const OptimiseOptions& options() const { return given; }
-    /// The scene with the changes that were made.
-    const Scene& scene() const { return current; }
+    /// The scene with the changes that were made before the last of the records.
+    const Scene& scene() const { return recordedScene; }
     const std::vector<IterationRecord>& records() const { return recorded; }
     /// The material after the last of the records, at the resolution of the picture.
     const Field& material() const { return design; }
-    /// The library's text when the last iteration failed.
+    /// Why the run ended early: the library's text when the last iteration failed, or what was thrown.
     const std::string& failure() const { return failed; }
     int plannedIterations() const { return last; }
     bool isConverged() const { return converged; }
     double seconds() const;
 
 private:
+    void iterateToTheEnd(const std::function<void()>& afterEach);
     void makeChange(int iteration);
     void record(int iteration, const Optimiser::Outcome& outcome);
     bool changesLeft() const;
@@ -44,7 +45,8 @@ private:
 
     const OptimiseOptions& given;
     std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-    Scene current;
+    Scene current;        // with the changes that were made
+    Scene recordedScene;  // as it was in the last of the records
     std::vector<Change> timeline;
     std::size_t nextChange = 0;
     int last;
@@ -52,6 +54,7 @@ private:
     Optimiser optimiser;
     std::optional<History> history;
     int lastChange = 0;
+    bool changed = false;  // since the last of the records
     Field design;
     std::vector<IterationRecord> recorded;
     std::string failed;

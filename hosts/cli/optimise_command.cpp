@@ -8,6 +8,7 @@
 #include "animation.h"
 #include "checks.h"
 #include "console.h"
+#include "file_ending.h"
 #include "input_error.h"
 #include "interruption.h"
 #include "optimisation_run.h"
@@ -26,13 +27,23 @@ fs::path frameFile(const OptimiseOptions& options, int iteration) {
     return options.frames / formatted("frame-%04d.png", iteration);
 }
 
-fs::path resolved(const fs::path& file) { return fs::weakly_canonical(fs::absolute(file)); }
-
 /// Frames would replace a file of this place and name.
 bool isFrame(const fs::path& file, const OptimiseOptions& options) {
     static const std::regex name("frame-[0-9]{4,}\\.png");
-    return resolved(file).parent_path() == resolved(options.frames) &&
+    return isSamePlace(resolved(file).parent_path(), options.frames) &&
            std::regex_match(resolved(file).filename().string(), name);
+}
+
+/// A directory that is there, or a name that can be no slip for that of a file.
+void checkFrames(const OptimiseOptions& options) {
+    std::error_code error;
+    if (!fs::is_directory(options.frames, error) && options.frames.has_extension())
+        for (const char* ending : {".png", ".svg", ".gif", ".csv", ".json"})
+            if (fileEnding(options.frames) == ending)
+                throw InputError("--frames: " + nameOf(options.frames) +
+                                 ": expected a directory, which gets a file for each iteration");
+    checkDirectory(options.frames);
+    checkOutput(frameFile(options, Scene::MAX_ITERATIONS), {}, options.frames);
 }
 
 void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
@@ -40,28 +51,29 @@ void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
     outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
     outputs.push_back({"--animation", options.animation, {".gif"}});
     outputs.push_back({"--history", options.history, {}});
-    checkOutputs(outputs, scene.files);
+    if (!options.frames.empty()) checkFrames(options);
+    checkOutputs(outputs, scene.files, options.frames);
     if (options.frames.empty()) return;
-    createDirectory(options.frames);
     std::vector<fs::path> others = scene.files;
     for (const Output& output : outputs)
         if (!output.file.empty()) others.push_back(output.file);
     for (const fs::path& file : others)
-        if (isFrame(file, options))
-            throw InputError("--frames: a frame would replace " + file.string());
+        if (isFrame(file, options) || isSamePlace(file, options.frames))
+            throw InputError("--frames: a frame would replace " + nameOf(file));
+    createDirectory(options.frames);
 }
 
 /// Throws InputError for the first error among the findings, and returns the warnings.
 Findings warningsOf(const Findings& findings, const fs::path& file) {
     for (const Finding& finding : findings)
         if (finding.severity == Finding::ERROR)
-            throw InputError(file.string() + ": " + lineOf(finding));
+            throw InputError(nameOf(file) + ": " + lineOf(finding));
     return findings;
 }
 
 void complainOf(const Findings& warnings, const fs::path& file) {
-    for (const Finding& warning : warnings)
-        complain(file.string() + ": warning: " + lineOf(warning));
+    for (const std::string& warning : toldLines(warnings))
+        complain(nameOf(file) + ": warning: " + warning);
 }
 
 PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle) {
@@ -83,7 +95,6 @@ void draw(const OptimisationRun& run, const PictureContent& content, const fs::p
 PictureContent contentOf(const OptimisationRun& run, const RunResult& result) {
     PictureContent content = contentOf(run, resultSubtitle(run, result));
     content.floating = result.assessment.floating;
-    content.floatingRefinement = refinementOf(result.drawn, run.scene());
     return content;
 }
 
@@ -109,33 +120,36 @@ RunResult resultOf(const OptimisationRun& run) {
     return result;
 }
 
-void printFile(const char* what, const std::string& text) {
-    std::printf("  %-18s %s\n", what, onOneLine(text).c_str());
-}
-
 /// Writes what is written at the end, and prints the names of all files.
 void writeResult(const OptimisationRun& run, const RunResult& result,
-                 const OptimiseOptions& options, Animation& animation) {
+                 const OptimiseOptions& options, Animation& animation, Writer& writer) {
     std::printf("\n");
-    const bool hasDesign = !run.records().empty();
-    if (hasDesign && !options.picture.empty()) {
-        draw(run, contentOf(run, result), options.picture);
-        printFile("picture", options.picture.string());
+    if (!run.records().empty()) {
+        writeExports(writer, options.exports, run.material(), run.scene().refinement());
+        const PictureContent content = contentOf(run, result);
+        if (!options.picture.empty())
+            writer.attempt([&] {
+                draw(run, content, options.picture);
+                printRow("picture", nameOf(options.picture));
+            });
+        if (!options.animation.empty())
+            writer.attempt([&] {
+                animation.replaceLast(
+                    drawPicture(run.scene(), content, animationScale(run.scene())));
+                writeFile(options.animation, animation.encodeGif());
+                printRow("animation", nameOf(options.animation) + " (" +
+                                          counted(animation.size(), "frame") + ")");
+            });
     }
-    if (hasDesign && !options.animation.empty()) {
-        writeFile(options.animation, animation.encodeGif());
-        printFile("animation",
-                  formatted("%s (%zu frames)", options.animation.c_str(), animation.size()));
-    }
-    if (hasDesign) writeExports(options.exports, run.material(), run.scene().refinement());
     if (!options.frames.empty())
-        printFile("frames", formatted("%zu in %s", run.records().size(), options.frames.c_str()));
-    if (!options.history.empty()) printFile("history", options.history.string());
+        printRow("frames", formatted("%zu in ", run.records().size()) + nameOf(options.frames));
+    if (!options.history.empty()) printRow("history", nameOf(options.history));
 }
 
-int statusOf(const OptimisationRun& run, bool hasWarnings, const OptimiseOptions& options) {
+int statusOf(const OptimisationRun& run, bool hasWarnings, const Writer& writer) {
+    if (writer.hasFailed()) return ERROR_STATUS;
     if (interruption() != 0) return 128 + interruption();
-    return !run.failure().empty() || (options.isStrict && hasWarnings) ? 1 : 0;
+    return !run.failure().empty() || (run.options().isStrict && hasWarnings) ? 1 : 0;
 }
 
 }  // namespace
@@ -146,7 +160,7 @@ int runOptimise(const OptimiseOptions& options) {
     const Scene scene = readScene(options.scene);
     requireOptimisation(scene);
     if (options.movesBlob && scene.blob.empty())
-        throw InputError(options.scene.string() + ": blob: no elements, needed for --blob");
+        throw InputError(nameOf(options.scene) + ": blob: no elements, needed for --blob");
     Findings warnings = warningsOf(checkBeforeOptimisation(scene), options.scene);
     prepareOutputs(options, scene);
     complainOf(warnings, options.scene);
@@ -155,7 +169,8 @@ int runOptimise(const OptimiseOptions& options) {
     watchForInterruption();
     OptimisationRun run(options, scene);
     Animation animation;
-    run.iterate([&] { drawIteration(run, options, animation); });
+    Writer writer;
+    writer.attempt([&] { run.iterate([&] { drawIteration(run, options, animation); }); });
 
     // 3. What it came to.
     RunResult result;
@@ -166,7 +181,6 @@ int runOptimise(const OptimiseOptions& options) {
         warnings.insert(warnings.end(), found.begin(), found.end());
     }
     printSummary(run, result, warnings);
-    flushStandardOutput();
-    writeResult(run, result, options, animation);
-    return statusOf(run, !warnings.empty(), options);
+    writeResult(run, result, options, animation, writer);
+    return statusOf(run, !warnings.empty(), writer);
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "console.h"
 #include "interruption.h"
 #include "text.h"
 #include "time_table.h"
@@ -23,12 +24,12 @@ std::string asDrawn(const RunResult& result) {
 
 void printResult(const OptimisationRun& run, const RunResult& result) {
     const IterationRecord& end = run.records().back();
-    std::printf("  compliance         %.6g while optimising\n", end.compliance);
-    std::printf("                     %s as drawn, in black and white on %d x %d elements\n",
-                asDrawn(result).c_str(), result.drawn.width, result.drawn.height);
-    std::printf("  volume             %.1f %% of the picture, %.1f %% asked for\n",
-                100 * end.volume, 100 * run.scene().volumeFraction);
-    std::printf("  change             %.4f\n", end.change);
+    printRow("compliance", formatted("%.6g while optimising", end.compliance));
+    printRow("", asDrawn(result) + formatted(" as drawn, in black and white on %d x %d elements",
+                                             result.drawn.width, result.drawn.height));
+    printRow("volume", formatted("%.1f %% of the picture, %.1f %% asked for", 100 * end.volume,
+                                 100 * run.scene().volumeFraction));
+    printRow("change", formatted("%.4f", end.change));
 }
 
 }  // namespace
@@ -36,15 +37,15 @@ void printResult(const OptimisationRun& run, const RunResult& result) {
 void printSummary(const OptimisationRun& run, const RunResult& result, const Findings& warnings) {
     const Scene& scene = run.scene();
     std::printf("%s\n", scene.title.c_str());
-    std::printf("  grid               %d x %d elements, picture %d x %d cells\n", scene.width,
-                scene.height, scene.refinement() * scene.width, scene.refinement() * scene.height);
-    std::printf("  iterations         %zu of %d%s\n", run.records().size(), run.plannedIterations(),
-                whyNotAll(run).c_str());
+    printRow("grid",
+             formatted("%d x %d elements, picture %d x %d cells", scene.width, scene.height,
+                       scene.refinement() * scene.width, scene.refinement() * scene.height));
+    printRow("iterations", formatted("%zu of %d", run.records().size(), run.plannedIterations()) +
+                               whyNotAll(run));
     if (!run.records().empty()) printResult(run, result);
-    for (const Finding& warning : warnings)
-        std::printf("  warning            %s\n", onOneLine(lineOf(warning)).c_str());
+    for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     if (run.records().empty()) return;
-    std::printf("  time               %.2f s\n", run.seconds());
+    printRow("time", formatted("%.2f s", run.seconds()));
     printTimeTable(run.records());
 }
 

@@ -1,13 +1,15 @@
 #include "progress.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
+#include <vector>
 
+#include "console.h"
 #include "text.h"
 
 namespace {
@@ -20,13 +22,6 @@ constexpr const char* ERASE_LINE = "\r\x1b[K";
 bool canOverwriteLines() {
     const char* terminal = std::getenv("TERM");
     return isatty(STDOUT_FILENO) == 1 && terminal && std::strcmp(terminal, "dumb") != 0;
-}
-
-// A line that wraps could not be overwritten.
-std::size_t terminalWidth() {
-    winsize size = {};
-    const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
-    return known ? size.ws_col - 1u : 79u;
 }
 
 std::string bar(int done, int of, std::size_t width) {
@@ -44,16 +39,16 @@ std::string withBar(const std::string& text, int done, int of, std::size_t room)
 }  // namespace
 
 std::string liveLine(const IterationRecord& record, int of, std::size_t width) {
-    std::string line = formatted("%d/%d", record.iteration, of);
-    for (const std::string& field : {formatted("  compliance %.6g", record.compliance),
-                                     formatted("  volume %.1f %%", 100 * record.volume),
-                                     formatted("  change %.4f", record.change),
-                                     formatted("  %.1f ms", double(record.times.totalTime))}) {
-        if (line.size() + field.size() > width) break;
-        line += field;
-    }
-    if (line.size() > width) return "";
-    return withBar(line, record.iteration, of, width);
+    std::vector<std::string> fields = {formatted("%d/%d", record.iteration, of),
+                                       formatted("  compliance %.6g", record.compliance),
+                                       formatted("  volume %.1f %%", 100 * record.volume),
+                                       formatted("  change %.4f", record.change),
+                                       formatted("  %.1f ms", double(record.times.totalTime))};
+    const auto line = [&] { return std::accumulate(fields.begin(), fields.end(), std::string()); };
+    // The change tells how far the run is; the volume settles early.
+    for (const std::size_t leastWorth : {4, 2, 3, 1, 0})
+        if (line().size() > width) fields[leastWorth].clear();
+    return withBar(line(), record.iteration, of, width);
 }
 
 Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines()) {
@@ -68,7 +63,8 @@ Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines())
 void Progress::show(const IterationRecord& record) {
     latest = record;
     if (live)
-        showLine(liveLine(record, last, terminalWidth()));
+        // A line that wraps could not be overwritten.
+        showLine(liveLine(record, last, terminalWidth(STDOUT_FILENO).value_or(80) - 1));
     else if (record.iteration == 1 || record.iteration % INTERVAL == 0)
         showPlain(record);
 }

@@ -28,42 +28,50 @@ double sum(const Field& field) {
 
 double percent(double part, double whole) { return whole > 0 ? 100 * part / whole : 0; }
 
-std::string materialText(const Field& densities) {
-    const auto elements = densities.values.size();
-    return formatted("%.1f %%  (%.7g of %zu elements)",
-                     percent(sum(densities), static_cast<double>(elements)), sum(densities),
-                     elements);
+/// What the values of a field are of: elements of the scene's grid, or parts of such.
+const char* unitOf(const Field& field, const Scene& scene) {
+    return refinementOf(field, scene) > 1 ? "cell" : "element";
+}
+
+std::string materialText(const Scene& scene) {
+    const Field& densities = *scene.densities;
+    return formatted("%.1f %%  (%.7g of ", 100 * mean(densities), sum(densities)) +
+           counted(densities.values.size(), unitOf(densities, scene)) + ")";
 }
 
 void printScene(const Scene& scene) {
     std::printf("%s\n", scene.title.c_str());
-    std::printf("  grid             %d x %d elements\n", scene.width, scene.height);
+    printRow("grid", formatted("%d x %d elements", scene.width, scene.height));
     if (refinementOf(*scene.densities, scene) > 1)
-        std::printf("  design           %d x %d cells\n", scene.densities->width,
-                    scene.densities->height);
-    std::printf("  load cases       %d\n", scene.loadCases);
-    std::printf("  material used    %s\n", materialText(*scene.densities).c_str());
+        printRow("design",
+                 formatted("%d x %d cells", scene.densities->width, scene.densities->height));
+    printRow("load cases", std::to_string(scene.loadCases));
+    printRow("material used", materialText(scene));
 }
 
-void printHardestWorking(const Field& energies, const Field& densities, int refinement) {
+void printHardestWorking(const Field& energies, const Scene& scene) {
     std::vector<float> sorted = energies.values;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const double total = sum(energies);
-    std::printf("\n  hardest-working elements   share of the compliance\n");
+    const char* const unit = unitOf(energies, scene);
+    std::printf("\n  hardest-working %-11s share of the compliance\n",
+                (unit + std::string("s")).c_str());
     for (const int share : {1, 5, 10}) {
         const std::size_t count = (sorted.size() * static_cast<std::size_t>(share) + 99) / 100;
         const double part =
             std::accumulate(sorted.begin(), sorted.begin() + static_cast<long>(count), 0.0);
-        std::printf("  %4d %% %10zu elements   %21.1f %%\n", share, count, percent(part, total));
+        std::printf("  %4d %%  %20s %21.1f %%\n", share, counted(count, unit).c_str(),
+                    percent(part, total));
     }
     const auto hardest = static_cast<int>(
         std::max_element(energies.values.begin(), energies.values.end()) - energies.values.begin());
     const int x = hardest % energies.width;
     const int y = hardest / energies.width;
-    char place[64];
-    std::snprintf(place, sizeof place, "at x %d, y %d (density %.3g)", x / refinement,
-                  y / refinement, densities.at(x, y));
-    std::printf("  the hardest %-24s %10.1f %%\n", place, percent(energies.at(x, y), total));
+    const int refinement = refinementOf(energies, scene);
+    const std::string place = "at " + placeText(1.0 * x / refinement, 1.0 * y / refinement) +
+                              formatted(" (density %.3g)", scene.densities->at(x, y));
+    std::printf("  the hardest %-27s %10.1f %%\n", place.c_str(),
+                percent(energies.at(x, y), total));
 }
 
 /// A design with greys in black and white, and what that is worth.
@@ -92,7 +100,7 @@ std::string subtitle(const Scene& scene, const Assessment& found,
     std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
                                               : "not supported: " + lineOf(found.problems.front());
     if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
-    text += ",  material used " + materialText(*scene.densities);
+    text += ",  material used " + materialText(scene);
     if (!found.floating.empty()) text += ",  left out: " + describe(found.floating);
     return text;
 }
@@ -103,26 +111,31 @@ void drawDesign(const Scene& scene, const Assessment& found, const std::string& 
     if (found.problems.empty()) content.energies = found.score.energies;
     writeFile(file, encodePicture(file, scene, content, scale));
     const PictureLayout size = pictureLayout(scene, scale);
-    std::printf("  picture          %s (%d x %d pixels)\n", onOneLine(file.string()).c_str(),
-                size.width, size.height);
+    printRow("picture", nameOf(file) + formatted(" (%d x %d pixels)", size.width, size.height));
 }
 
 void printAssessment(const Scene& scene, const Assessment& found,
                      const std::optional<DrawnDesign>& drawn) {
-    if (!found.floating.empty())
-        std::printf("  left out         %s\n", describe(found.floating).c_str());
+    if (!found.floating.empty()) printRow("left out", describe(found.floating));
     if (found.problems.empty()) {
-        std::printf("  compliance       %.6g\n", found.score.compliance);
+        printRow("compliance", formatted("%.6g", found.score.compliance));
         if (drawn)
-            std::printf("                   %s as drawn, in black and white on %d x %d elements\n",
-                        drawn->compliance().c_str(), drawn->design.width, drawn->design.height);
-        printHardestWorking(found.score.energies, *scene.densities,
-                            refinementOf(*scene.densities, scene));
+            printRow("", drawn->compliance() +
+                             formatted(" as drawn, in black and white on %d x %d elements",
+                                       drawn->design.width, drawn->design.height));
+        printHardestWorking(found.score.energies, scene);
         return;
     }
-    std::printf("  compliance       none: not supported\n");
-    for (const Finding& problem : found.problems)
-        std::printf("  because          %s\n", lineOf(problem).c_str());
+    printRow("compliance", "none: not supported");
+    for (const std::string& problem : toldLines(found.problems)) printRow("because", problem);
+}
+
+/// Tells on standard error what keeps the score from being plain.
+void complainOf(const Assessment& found, const std::filesystem::path& scene) {
+    if (!found.floating.empty())
+        complain(nameOf(scene) + ": warning: design: " + describe(found.floating) + "; left out");
+    for (const std::string& problem : toldLines(found.problems))
+        complain(nameOf(scene) + ": not supported: " + problem);
 }
 
 void readDesignInto(Scene& scene, const std::filesystem::path& file) {
@@ -142,11 +155,12 @@ void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) 
 
 int runScore(const ScoreOptions& options) {
     // 1. Everything that can be said before the score.
+    if (options.isQuiet) silenceStandardOutput();
     Scene scene = readScene(options.scene);
     if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
     for (const Finding& finding : checkBeforeScore(scene))
-        throw InputError(options.scene.string() + ": " + lineOf(finding));
+        throw InputError(nameOf(options.scene) + ": " + lineOf(finding));
     const int refinement = refinementOf(*scene.densities, scene);
     const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
     prepareOutputs(options, scene, scale);
@@ -155,17 +169,19 @@ int runScore(const ScoreOptions& options) {
     const Assessment found = assess(*scene.densities, scene);
     const auto drawn = asDrawn(scene);
 
-    // 3. What it came to.
+    // 3. What it came to. A picture is left only by a score that was told.
     printScene(scene);
     printAssessment(scene, found, drawn);
     flushStandardOutput();
-    const bool hasWarnings = !found.floating.empty();
-    if (hasWarnings)
-        complain(options.scene.string() + ": warning: densities: " + describe(found.floating) +
-                 "; left out");
+    complainOf(found, options.scene);
     if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
+    Writer writer;
     if (!options.picture.empty())
-        drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
-    writeExports(options.exports, *scene.densities, refinement);
-    return !found.problems.empty() || (options.isStrict && hasWarnings) ? 1 : 0;
+        writer.attempt([&] {
+            drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
+        });
+    writeExports(writer, options.exports, *scene.densities, refinement);
+    if (writer.hasFailed()) return ERROR_STATUS;
+    const bool counts = options.isStrict && !found.floating.empty();
+    return !found.problems.empty() || counts ? 1 : 0;
 }

@@ -11,6 +11,7 @@ struct ScoreOptions {
     std::optional<int> scale;       ///< pixels per element
     std::filesystem::path design;   ///< instead of the scene's densities; empty: those
     ExportOptions exports;          ///< without designs
+    bool isQuiet = false;           ///< nothing on standard output
     bool isStrict = false;          ///< a warning makes the exit status 1
 };
 

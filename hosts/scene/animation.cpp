@@ -213,8 +213,7 @@ double difference(const RgbImage& a, const RgbImage& b) {
 }  // namespace
 
 void Animation::add(RgbImage picture) {
-    if (!frames.empty() && picture.pixels.size() != frames.front().picture.pixels.size())
-        throw std::logic_error("frames of different sizes");
+    checkSize(picture);
     frames.push_back({std::move(picture)});
     if (frames.size() < 3) return;
     weigh(frames.size() - 2);
@@ -226,6 +225,17 @@ void Animation::add(RgbImage picture) {
     frames.erase(least);
     for (const std::size_t neighbour : {dropped - 1, dropped})
         if (neighbour > 0 && neighbour + 1 < frames.size()) weigh(neighbour);
+}
+
+void Animation::replaceLast(RgbImage picture) {
+    checkSize(picture);
+    frames.back().picture = std::move(picture);
+    if (frames.size() > 2) weigh(frames.size() - 2);
+}
+
+void Animation::checkSize(const RgbImage& picture) const {
+    if (!frames.empty() && picture.pixels.size() != frames.front().picture.pixels.size())
+        throw std::logic_error("frames of different sizes");
 }
 
 void Animation::weigh(std::size_t frame) {

@@ -15,6 +15,9 @@ public:
 
     void add(RgbImage picture);
 
+    /// Shows another picture in the place of the last one. There is at least one.
+    void replaceLast(RgbImage picture);
+
     bool empty() const { return frames.empty(); }
     std::size_t size() const { return frames.size(); }
 
@@ -28,6 +31,7 @@ private:
         double loss = 0;  // what the step from its predecessor to its successor would skip
     };
 
+    void checkSize(const RgbImage& picture) const;
     void weigh(std::size_t frame);
 
     std::deque<Frame> frames;

@@ -32,7 +32,8 @@ public:
     }
 
     void markShapes(const JsonValue& list, int kind) {
-        for (const auto& shape : list.elements("an array of rectangles, discs and rings")) {
+        for (const auto& shape :
+             list.elements("a list of rectangles, discs and rings in brackets []")) {
             shape.allowOnly({"x", "y", "radius"});
             shape.find("radius") ? markRing(shape, kind) : markRectangle(shape, kind);
         }
@@ -71,7 +72,7 @@ private:
 
     static std::array<double, 2> radii(const JsonValue& value) {
         if (!value.raw().is_array()) return {0, value.number(0, MAX_RADIUS)};
-        const auto ends = value.elements("a radius");
+        const auto ends = value.elements("a list of two numbers");
         if (ends.size() != 2) value.fail("the radii of a ring are two numbers, [inner, outer]");
         return {ends[0].number(0, MAX_RADIUS), ends[1].number(0, MAX_RADIUS)};
     }

@@ -13,7 +13,7 @@ Findings whyNotScored(const Field& design, const Assessment& found, const Scene&
     if (found.floating.empty()) {
         const bool empty = std::all_of(design.values.begin(), design.values.end(),
                                        [](float density) { return density <= 0; });
-        if (empty) return {{Finding::ERROR, "densities", "there is no material", std::nullopt}};
+        if (empty) return {{Finding::ERROR, "design", "there is no material", std::nullopt}};
     }
     return findLooseLoads(design, found.floating, scene);
 }

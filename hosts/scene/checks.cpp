@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 
+#include "held_nodes.h"
 #include "memory_need.h"
 #include "refinement.h"
 #include "text.h"
@@ -66,25 +67,6 @@ private:
 
 bool hasForce(const Load& load) { return load.fx != 0 || load.fy != 0; }
 
-/// Whether a support holds a node in each direction in which the load pulls there.
-bool isHeld(const Load& load, int x, int y, const std::vector<Support>& supports) {
-    bool heldX = load.fx == 0;
-    bool heldY = load.fy == 0;
-    for (const Support& support : supports)
-        if (support.x.contains(x) && support.y.contains(y)) {
-            heldX = heldX || support.fixX;
-            heldY = heldY || support.fixY;
-        }
-    return heldX && heldY;
-}
-
-bool isHeld(const Load& load, const std::vector<Support>& supports) {
-    for (int x = load.x.from; x <= load.x.to; ++x)
-        for (int y = load.y.from; y <= load.y.to; ++y)
-            if (!isHeld(load, x, y, supports)) return false;
-    return true;
-}
-
 Findings findIdleLoads(const Scene& scene) {
     std::vector<Load> pulling = scene.loads;
     std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
@@ -92,9 +74,9 @@ Findings findIdleLoads(const Scene& scene) {
     pulling = withLoadsInUse(scene).loads;
     std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
     if (pulling.empty()) return {error("loadCasesInUse", "none of them has a force")};
-    const bool idle = std::all_of(pulling.begin(), pulling.end(),
-                                  [&](const Load& load) { return isHeld(load, scene.supports); });
-    if (!idle) return {};
+    const HeldNodes held(scene);
+    const auto works = [&](const Load& load) { return held.leaveWork(load); };
+    if (std::any_of(pulling.begin(), pulling.end(), works)) return {};
     return {error("loads",
                   "every force acts where a support holds the node in its direction, and does no "
                   "work; move the loads or the supports",
@@ -109,9 +91,8 @@ Findings findInsideVoid(const Scene& scene) {
         const auto node = passiveVoid.firstInside(where.x, where.y);
         if (node)
             findings.push_back(error(key,
-                                     formatted("node %d, %d lies inside the elements that "
-                                               "passive.void keeps void",
-                                               node->x, node->y),
+                                     "node " + placeText(node->x, node->y) +
+                                         " lies inside the elements that passive.void keeps void",
                                      nodesOf(where)));
     };
     for (std::size_t i = 0; i < scene.loads.size(); ++i)
@@ -146,8 +127,7 @@ Findings findTooFine(const Scene& scene) {
     return {warning(
         "subdivision",
         formatted(
-            "%d is above %d%s: the design may fall into dots that carry nothing; "
-            "a finer grid shows the same detail and computes it",
+            "%d is above %d%s: the design may fall into dots that carry nothing; take a finer grid",
             scene.subdivision, finest,
             little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
 }
@@ -155,10 +135,12 @@ Findings findTooFine(const Scene& scene) {
 Findings findTooLarge(const MemoryNeed& need) {
     const double available = availableMemory();
     if (need.bytes <= available) return {};
-    constexpr double gigabyte = 1e9;
+    // Rounded apart, or both might read the same.
+    constexpr double tenthOfGigabyte = 1e8;
     return {error(need.key,
-                  formatted("needs about %.1f GB of memory, of which %.1f GB are free; %s",
-                            need.bytes / gigabyte, available / gigabyte, need.advice.c_str()))};
+                  formatted("needs about %.1f GB of memory, and %.1f GB are free; %s",
+                            std::ceil(need.bytes / tenthOfGigabyte) / 10,
+                            std::floor(available / tenthOfGigabyte) / 10, need.advice.c_str()))};
 }
 
 /// Of a scene as it stands, whatever its timeline says.

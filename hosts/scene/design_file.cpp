@@ -14,6 +14,7 @@
 #include "file_ending.h"
 #include "input_error.h"
 #include "png_image.h"
+#include "text.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ private:
             if (more) line.remove_prefix(end + 1);
         }
         if (rows > 0 && column != columns)
-            failInLine("has " + std::to_string(column) + " numbers, the lines before have " +
+            failInLine("has " + counted(column, "number") + ", the lines before have " +
                        std::to_string(columns));
         columns = column;
         ++rows;
@@ -87,7 +88,7 @@ private:
     }
 
     [[noreturn]] void fail(const std::string& why) const {
-        throw InputError("design " + file.string() + ": " + why);
+        throw InputError("design " + nameOf(file) + ": " + why);
     }
 
     const std::filesystem::path& file;

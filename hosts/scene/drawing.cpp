@@ -1,19 +1,21 @@
 #include "drawing.h"
 
+#include "text.h"
+
 namespace {
 
 void checkSize(const JsonValue& value, std::size_t found, int expected, const std::string& what,
                const std::string& key) {
     if (found != static_cast<std::size_t>(expected))
-        value.fail(std::to_string(found) + " " + what + ", expected " + std::to_string(expected) +
-                   " (grid." + key + ")");
+        value.fail(counted(found, what) + ", expected " + std::to_string(expected) + " (grid." +
+                   key + ")");
 }
 
 }  // namespace
 
 std::vector<JsonValue> drawingRows(const JsonValue& value, int height, const std::string& what) {
     auto rows = value.elements(what);
-    checkSize(value, rows.size(), height, "rows", "height");
+    checkSize(value, rows.size(), height, "row", "height");
     return rows;
 }
 
@@ -23,7 +25,7 @@ void checkDrawingRow(const JsonValue& row, std::size_t found, int width, const s
 
 std::string drawingRow(const JsonValue& row, int width) {
     auto characters = row.text();
-    checkDrawingRow(row, characters.size(), width, "characters");
+    checkDrawingRow(row, characters.size(), width, "character");
     return characters;
 }
 

@@ -12,7 +12,7 @@ std::vector<JsonValue> drawingRows(const JsonValue& value, int height, const std
 /// The characters of a row, one for each column of elements.
 std::string drawingRow(const JsonValue& row, int width);
 
-/// Fails unless a row has as many `what` (such as numbers) as the grid has columns.
+/// Fails unless a row has as many of `what` (such as "number") as the grid has columns.
 void checkDrawingRow(const JsonValue& row, std::size_t found, int width, const std::string& what);
 
 /// Tells that a character of a row has no meaning; `expected` lists those that have.

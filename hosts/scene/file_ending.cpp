@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "input_error.h"
+#include "text.h"
 
 std::string fileEnding(const std::filesystem::path& file) {
     std::string ending = file.extension().string();
@@ -17,7 +18,7 @@ void checkEnding(const std::string& option, const std::filesystem::path& file,
     if (std::find(endings.begin(), endings.end(), ending) != endings.end()) return;
     std::string list;
     for (const std::string& known : endings) list += (list.empty() ? "" : ", ") + known;
-    throw InputError(option + ": " + file.string() + ": " +
+    throw InputError(option + ": " + nameOf(file) + ": " +
                      (ending.empty() ? "has no ending" : "unknown ending " + ending) +
                      ", expected " + (endings.size() > 1 ? "one of " : "") + list);
 }

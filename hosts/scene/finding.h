@@ -20,7 +20,7 @@ struct Finding {
     enum Severity { WARNING, ERROR };  ///< an error makes a run pointless
 
     Severity severity = WARNING;
-    std::string key;   ///< of the scene file, such as loads[2]
+    std::string key;   ///< of the scene file, such as loads[2]; or design, compliance
     std::string text;  ///< what is wrong, and where it helps what to do, in one line
     std::optional<Place> place;
 };
@@ -29,3 +29,6 @@ using Findings = std::vector<Finding>;
 
 /// "loads[2]: what is wrong".
 inline std::string lineOf(const Finding& finding) { return finding.key + ": " + finding.text; }
+
+/// A line for each finding; of very many the first ones, and how many there are besides.
+std::vector<std::string> toldLines(const Findings& findings);

@@ -1,14 +1,15 @@
 #include "floating_parts.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <numeric>
 #include <set>
 #include <utility>
 
+#include "held_nodes.h"
 #include "refinement.h"
 #include "rigid_motions.h"
+#include "text.h"
 
 namespace {
 
@@ -252,30 +253,6 @@ private:
     std::vector<Hold> holds;
 };
 
-/// Whether something at a node holds it in a direction.
-class HeldNodes {
-public:
-    explicit HeldNodes(const Scene& plate) : inX(plate.width + 1, plate.height + 1), inY(inX) {
-        for (const Support& support : plate.supports)
-            for (int x = support.x.from; x <= support.x.to; ++x)
-                for (int y = support.y.from; y <= support.y.to; ++y) {
-                    if (support.fixX) inX.at(x, y) = 1;
-                    if (support.fixY) inY.at(x, y) = 1;
-                }
-    }
-
-    /// Whether a load does work at a node of its own.
-    bool leaveWork(const Load& load, int x, int y) const {
-        return (load.fx != 0 && inX.at(x, y) == 0) || (load.fy != 0 && inY.at(x, y) == 0);
-    }
-
-private:
-    Field inX;
-    Field inY;
-};
-
-std::string placeText(int x, int y) { return std::to_string(x) + ", " + std::to_string(y); }
-
 /// The first node, if any, at which the load does work without touching material.
 std::optional<Cell> looseNode(const Load& load, const Bodies& held, const HeldNodes& supports) {
     for (int x = load.x.from; x <= load.x.to; ++x)
@@ -288,7 +265,8 @@ std::optional<Cell> looseNode(const Load& load, const Bodies& held, const HeldNo
 
 std::vector<FloatingPart> findFloatingParts(const Field& design, const Scene& scene) {
     const Bodies bodies(design);
-    Joints joints(bodies, refined(scene, refinementOf(design, scene)));
+    const int refinement = refinementOf(design, scene);
+    Joints joints(bodies, refined(scene, refinement));
     const auto held = joints.heldBodies(bodies.count());
     Groups touching = joints.touching(bodies.count());
     std::map<Index, Index> partOfGroup;
@@ -299,7 +277,7 @@ std::vector<FloatingPart> findFloatingParts(const Field& design, const Scene& sc
             if (body == NO_BODY || held[static_cast<Index>(body)]) continue;
             const Index group = touching.of(static_cast<Index>(body));
             const Index part = partOfGroup.try_emplace(group, parts.size()).first->second;
-            if (part == parts.size()) parts.emplace_back();
+            if (part == parts.size()) parts.push_back({{}, refinement});
             parts[part].cells.push_back({x, y});
         }
     return parts;
@@ -324,24 +302,23 @@ Findings findLooseLoads(const Field& design, const std::vector<FloatingPart>& fl
         const auto node = looseNode(plate.loads[i], held, supports);
         if (!node) continue;
         const bool onPart = !all.around(node->x, node->y).empty();
-        const std::string at = placeText(node->x / factor, node->y / factor);
+        const std::string at = placeText(1.0 * node->x / factor, 1.0 * node->y / factor);
         findings.push_back({Finding::ERROR, "loads[" + std::to_string(i) + "]",
-                            onPart ? "pulls at a part that hangs on nothing, at node " + at
-                                   : "pulls where there is no material, at node " + at,
+                            onPart ? "pulls at a part that hangs on nothing, at " + at
+                                   : "pulls where there is no material, at " + at,
                             Place{true, scene.loads[i].x, scene.loads[i].y}});
     }
     return findings;
 }
 
 std::string describe(const std::vector<FloatingPart>& parts) {
-    const Index elements =
-        std::accumulate(parts.begin(), parts.end(), Index{0},
-                        [](Index sum, const auto& part) { return sum + part.cells.size(); });
-    const auto counted = [](Index count, const std::string& what) {
-        return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-    };
+    const double refinement = parts.front().refinement;
+    double cells = 0;
+    for (const FloatingPart& part : parts) cells += static_cast<double>(part.cells.size());
+    const double elements = cells / (refinement * refinement);
     const Cell& first = parts.front().cells.front();
     return counted(parts.size(), "part") + " that " + (parts.size() == 1 ? "hangs" : "hang") +
-           " on nothing, " + counted(elements, "element") + "; the first at " +
-           placeText(first.x, first.y);
+           " on nothing, " + formatted(elements < 100 ? "%.3g" : "%.0f", elements) +
+           (elements == 1 ? " element" : " elements") + " of the grid; the first at " +
+           placeText(first.x / refinement, first.y / refinement);
 }

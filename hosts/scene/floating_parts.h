@@ -7,7 +7,8 @@
 
 /// Connected material that the supports do not hold.
 struct FloatingPart {
-    Cells cells;  ///< of the design's own grid, top row first
+    Cells cells;         ///< of the design's own grid, top row first
+    int refinement = 1;  ///< cells of that grid per edge of an element of the scene
 };
 
 /// Finds the material (elements of a density above 0) that the supports leave free to move, because
@@ -26,5 +27,6 @@ Field without(Field design, const std::vector<FloatingPart>& parts);
 Findings findLooseLoads(const Field& design, const std::vector<FloatingPart>& floating,
                         const Scene& scene);
 
-/// "2 parts that hang on nothing, 7 elements; the first at 12, 0". There is at least one part.
+/// "2 parts that hang on nothing, 7.5 elements of the grid; the first at x 12.25, y 0": sizes and
+/// places are in elements of the scene. There is at least one part.
 std::string describe(const std::vector<FloatingPart>& parts);

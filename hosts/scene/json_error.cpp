@@ -68,14 +68,18 @@ std::string whatIsThere(const std::string& text, std::size_t at, const std::stri
 
 }  // namespace
 
+std::string placeInText(const std::string& text, std::size_t position) {
+    const auto begin = text.begin();
+    const auto end = begin + static_cast<std::ptrdiff_t>(std::min(position, text.size()));
+    const auto line = 1 + std::count(begin, end, '\n');
+    const auto lineStart = std::find(std::make_reverse_iterator(end), text.rend(), '\n').base();
+    return formatted("line %td, column %td", line, 1 + (end - lineStart));
+}
+
 std::string describeJsonError(const std::string& text, std::size_t position,
                               const std::string& complaint) {
     const std::size_t at = position > 0 ? position - 1 : 0;
-    const auto begin = text.begin();
-    const auto end = begin + static_cast<std::ptrdiff_t>(std::min(at, text.size()));
-    const auto line = 1 + std::count(begin, end, '\n');
-    const auto lineStart = std::find(std::make_reverse_iterator(end), text.rend(), '\n').base();
-    const std::string place = formatted("line %td, column %td: ", line, 1 + (end - lineStart));
+    const std::string place = placeInText(text, at) + ": ";
     const std::string fault = faultWithin(complaint);
     if (!fault.empty()) return place + "found " + fault;
 

@@ -4,7 +4,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <set>
+#include <iterator>
+#include <map>
 
 #include "input_error.h"
 #include "json_error.h"
@@ -20,29 +21,81 @@ constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
 
 constexpr std::size_t LONGEST_KEY = 60;  // of an unknown one that is told
 
+/// Goes over a text, and lets others see how far the parser has come.
+class WatchedText {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    WatchedText(const std::string& read, std::size_t& position) : text(&read), at(&position) {}
+
+    reference operator*() const { return (*text)[*at]; }
+    WatchedText& operator++() {
+        ++*at;
+        return *this;
+    }
+    void operator++(int) { ++*at; }
+    bool operator==(const WatchedText& other) const { return *at == *other.at; }
+    bool operator!=(const WatchedText& other) const { return !(*this == other); }
+
+private:
+    const std::string* text;
+    std::size_t* at;
+};
+
 // The parser would silently keep the last of two equal keys, and a scene lose its first loads.
 class DuplicateKeys {
 public:
-    explicit DuplicateKeys(std::string source) : file(std::move(source)) {}
+    DuplicateKeys(const std::string& read, std::string source)
+        : text(read), file(std::move(source)) {}
 
-    bool operator()(json::parse_event_t event, const json& parsed) {
-        if (event == json::parse_event_t::object_start) keysOfObjects.emplace_back();
-        if (event == json::parse_event_t::object_end) keysOfObjects.pop_back();
-        if (event == json::parse_event_t::key) {
-            const auto key = parsed.get<std::string>();
-            if (!keysOfObjects.back().insert(key).second)
-                throw InputError(file + ": key " + quoted(key) +
-                                 " stands twice in the same object");
-        }
+    /// `end` is where the parser is.
+    bool operator()(json::parse_event_t event, const json& parsed, std::size_t end) {
+        if (event == json::parse_event_t::object_start) ends.emplace_back();
+        if (event == json::parse_event_t::object_end) ends.pop_back();
+        if (event == json::parse_event_t::key) check(parsed.get<std::string>(), end);
         return true;
     }
 
 private:
+    void check(const std::string& key, std::size_t end) {
+        const auto [first, isNew] = ends.back().emplace(key, end);
+        if (isNew) return;
+        throw InputError(file + ": " + placeOfKey(end) + ": the key " + quoted(key) +
+                         " stands twice in the same braces, before at " +
+                         placeOfKey(first->second));
+    }
+
+    /// Where the quote stands that opens a key; its own may be escaped.
+    std::string placeOfKey(std::size_t end) const {
+        std::size_t open = end - 1;
+        do open = text.rfind('"', open - 1);
+        while (open > 0 && text[open - 1] == '\\');
+        return placeInText(text, open);
+    }
+
+    const std::string& text;
     std::string file;
-    std::vector<std::set<std::string>> keysOfObjects;
+    std::vector<std::map<std::string, std::size_t>> ends;  // of the keys of the objects around
 };
 
-std::string shortNumber(double value) { return json(value).dump(); }
+std::string describe(const json& value) {
+    switch (value.type()) {
+        case json::value_t::object:
+            return "keys in braces {}";
+        case json::value_t::array:
+            return "a list in brackets []";
+        case json::value_t::string:
+            return "the text " + quoted(value.get<std::string>());
+        case json::value_t::number_float:
+            return plainNumber(value.get<double>());
+        default:
+            return value.dump();
+    }
+}
 
 std::string outside(const std::string& found, const std::string& from, const std::string& to) {
     return found + " is outside " + from + ".." + to;
@@ -51,18 +104,19 @@ std::string outside(const std::string& found, const std::string& from, const std
 }  // namespace
 
 std::string readText(const std::filesystem::path& file) {
-    if (std::filesystem::is_directory(file))
-        throw InputError(file.string() + ": is a directory, expected a scene file");
+    std::error_code unknown;  // of no interest: a name that is too long cannot be opened either
+    if (std::filesystem::is_directory(file, unknown))
+        throw InputError(nameOf(file) + ": is a directory, expected a scene file");
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw InputError(file.string() + ": cannot be read: " + std::strerror(errno));
+    if (!stream) throw InputError(nameOf(file) + ": cannot be read: " + std::strerror(errno));
     std::string text;
     std::vector<char> buffer(1u << 16);
     while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
            stream.gcount() > 0) {
         text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
         if (text.size() > MAX_FILE_BYTES)
-            throw InputError(file.string() + ": is larger than 64 MiB, too large for a scene");
+            throw InputError(nameOf(file) + ": is larger than 64 MiB, too large for a scene");
     }
     return text;
 }
@@ -70,34 +124,35 @@ std::string readText(const std::filesystem::path& file) {
 json parseJson(const std::string& text, const std::filesystem::path& file) {
     constexpr bool throwing = true;
     constexpr bool withComments = true;
-    DuplicateKeys duplicateKeys(file.string());
-    const auto look = [&](int, json::parse_event_t event, json& parsed) {
-        return duplicateKeys(event, parsed);
+    std::size_t position = 0;
+    std::size_t end = text.size();
+    DuplicateKeys duplicateKeys(text, nameOf(file));
+    const auto look = [&](int, json::parse_event_t event, const json& parsed) {
+        return duplicateKeys(event, parsed, position);
     };
     try {
-        return json::parse(text, look, throwing, withComments);
+        return json::parse(WatchedText(text, position), WatchedText(text, end), look, throwing,
+                           withComments);
     } catch (const json::parse_error& error) {
-        throw InputError(file.string() + ": " + describeJsonError(text, error.byte, error.what()));
+        throw InputError(nameOf(file) + ": " + describeJsonError(text, error.byte, error.what()));
     } catch (const json::exception&) {
-        throw InputError(file.string() + ": a number is too large for any computer");
+        throw InputError(nameOf(file) + ": a number is too large for any computer");
     }
 }
 
-JsonValue::JsonValue(const json& document, std::string source)
-    : value(&document), file(std::move(source)) {}
+JsonValue::JsonValue(const json& document, const std::string& source)
+    : value(&document), file(std::make_shared<const std::string>(source)) {}
 
 void JsonValue::fail(const std::string& what) const {
-    throw InputError(file + ": " + (path.empty() ? "" : path + ": ") + what);
+    throw InputError(*file + ": " + (path.empty() ? "" : path + ": ") + what);
 }
 
 void JsonValue::expect(bool typeMatches, const std::string& what) const {
-    if (!typeMatches)
-        fail("expected " + what + ", found " +
-             (value->is_number() ? value->dump() : value->type_name()));
+    if (!typeMatches) fail("expected " + what + ", found " + describe(*value));
 }
 
 void JsonValue::allowOnly(const std::vector<std::string>& keys) const {
-    expect(value->is_object(), "an object");
+    expect(value->is_object(), "keys in braces {}");
     for (const auto& [key, ignored] : value->items()) {
         if (std::find(keys.begin(), keys.end(), key) != keys.end()) continue;
         const std::string hint = didYouMean(key, keys);
@@ -140,7 +195,7 @@ double JsonValue::number(double from, double to) const {
     expect(value->is_number(), "a number");
     const double number = value->get<double>();
     if (number < from || number > to)
-        fail(outside(value->dump(), shortNumber(from), shortNumber(to)));
+        fail(outside(describe(*value), plainNumber(from), plainNumber(to)));
     return number;
 }
 
@@ -149,7 +204,7 @@ Range JsonValue::range(int last, const std::string& note) const {
         const int only = integer(0, last, note);
         return {only, only};
     }
-    const auto ends = elements("a range");
+    const auto ends = elements("a list of two numbers");
     if (ends.size() != 2) fail("a range has two numbers, [from, to]");
     const Range range{ends[0].integer(0, last, note), ends[1].integer(0, last, note)};
     if (range.from > range.to) fail("the range runs backwards, expected [from, to]");

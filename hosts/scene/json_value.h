@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -20,7 +21,7 @@ nlohmann::json parseJson(const std::string& text, const std::filesystem::path& f
 /// The document must outlive the value.
 class JsonValue {
 public:
-    JsonValue(const nlohmann::json& document, std::string file);
+    JsonValue(const nlohmann::json& document, const std::string& file);
 
     [[noreturn]] void fail(const std::string& what) const;
 
@@ -44,12 +45,13 @@ public:
     std::string oneOf(const std::vector<std::string>& allowed) const;
 
 private:
-    JsonValue(const nlohmann::json& element, const std::string& source, std::string place)
-        : value(&element), file(source), path(std::move(place)) {}
+    JsonValue(const nlohmann::json& element, std::shared_ptr<const std::string> source,
+              std::string place)
+        : value(&element), file(std::move(source)), path(std::move(place)) {}
 
     void expect(bool typeMatches, const std::string& what) const;
 
     const nlohmann::json* value;
-    std::string file;
+    std::shared_ptr<const std::string> file;  // one for all: there may be a million values
     std::string path;
 };

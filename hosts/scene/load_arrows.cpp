@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <set>
 
 namespace {
 
@@ -13,6 +14,9 @@ constexpr double SHORTEST_ARROW = 20;
 constexpr double ARROW_SPACING = 20;
 constexpr double ARROW_WIDTH = 13;
 constexpr double NEAR = 8;  // nodes so near to one another count as one
+
+// Loads from which on arrows only show where some are: comparing each with each would take hours.
+constexpr std::size_t MANY_LOADS = 500;
 
 constexpr double PARALLEL = 0.97;  // cosine of the angle from which arrows stand clear
 
@@ -80,6 +84,23 @@ void standSideBySide(std::vector<LoadArrow>& arrows) {
     }
 }
 
+/// Squares of the picture that have room for one arrow of each load case and direction.
+class ArrowRoom {
+public:
+    /// Whether there was room.
+    bool take(const LoadArrow& arrow) {
+        const auto rounded = [](double value) { return static_cast<int>(std::lround(value)); };
+        return taken
+            .insert({rounded(arrow.tail.x / ARROW_SPACING), rounded(arrow.tail.y / ARROW_SPACING),
+                     rounded(4 * arrow.direction.x), rounded(4 * arrow.direction.y),
+                     arrow.loadCase})
+            .second;
+    }
+
+private:
+    std::set<std::array<int, 5>> taken;
+};
+
 }  // namespace
 
 Colour loadCaseColour(int loadCase) {
@@ -111,23 +132,27 @@ std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale)
     const auto onPlate = [&](Point p) {
         return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
     };
+    const bool many = scene.loads.size() > MANY_LOADS;
+    ArrowRoom room;
     std::vector<LoadArrow> arrows;
     for (const Load& load : scene.loads) {
         const double force = std::hypot(load.fx, load.fy);
         if (force == 0) continue;
         const Point direction = (1 / force) * Point{load.fx, load.fy};
         const bool single = load.x.count() == 1 && load.y.count() == 1;
-        const double room = (single ? LONGEST_ARROW : LONGEST_ARROW_OF_ROW) - SHORTEST_ARROW;
-        const double length = SHORTEST_ARROW + room * force / largest;
-        const double spacing = std::max(ARROW_SPACING, ARROW_WIDTH * (crowd(load, scene) + 0.5));
+        const double range = (single ? LONGEST_ARROW : LONGEST_ARROW_OF_ROW) - SHORTEST_ARROW;
+        const double length = SHORTEST_ARROW + range * force / largest;
+        const int neighbours = many ? 1 : crowd(load, scene);
+        const double spacing = std::max(ARROW_SPACING, ARROW_WIDTH * (neighbours + 0.5));
         for (const Point node : spacedPlaces(load.x, load.y, plate, scale, spacing)) {
             const Point tail = onPlate(node + direction) ? node + -length * direction : node;
-            arrows.push_back({tail, direction, length, load.loadCase});
+            const LoadArrow arrow{tail, direction, length, load.loadCase};
+            if (!many || room.take(arrow)) arrows.push_back(arrow);
         }
     }
     std::stable_sort(arrows.begin(), arrows.end(), [](const LoadArrow& a, const LoadArrow& b) {
         return a.loadCase < b.loadCase;
     });
-    standSideBySide(arrows);
+    if (!many) standSideBySide(arrows);
     return arrows;
 }

@@ -74,7 +74,7 @@ MemoryNeed memoryNeed(const Scene& scene) {
 
 MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
     const double nodes = (design.width + 1.0) * (design.height + 1.0);
-    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "densities",
+    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "design",
             "score a coarser design"};
 }
 

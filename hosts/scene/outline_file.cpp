@@ -3,36 +3,31 @@
 #include <dxflib/dl_writer.h>
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
 #include <string>
 
+#include "exact_text.h"
 #include "file_ending.h"
 #include "solid.h"
 
 namespace {
 
+// A style: a rectangle would be a contour to programs that cut along them.
+constexpr const char* BACKGROUND = R"( style="background:#fff")";
+
 std::vector<std::uint8_t> bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
-/// The shortest text that reads back as the same number, without an exponent: there are programs
-/// that do not read one.
-std::string lengthText(double value) {
-    std::array<char, 400> text;
-    return {
-        text.data(),
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed).ptr};
-}
-
-/// Collects the groups of a DXF file, each a code and a value on lines of their own.
+/// Collects the groups of a DXF file, each a code and a value on lines of their own. Numbers have no
+/// exponent, here as in the other formats: there are programs that do not read one.
 class DxfText : public DL_Writer {
 public:
     DxfText() : DL_Writer(DL_Codes::AC1009) {}
 
     std::vector<std::uint8_t> bytes() const { return bytesOf(text); }
 
-    void dxfReal(int code, double value) const override { add(code, lengthText(value)); }
+    void dxfReal(int code, double value) const override { add(code, exactDecimalText(value)); }
     void dxfInt(int code, int value) const override { add(code, std::to_string(value)); }
     void dxfHex(int code, int value) const override {
         char digits[16];
@@ -137,15 +132,15 @@ Corner normal(const Corner& a, const Corner& b, const Corner& c) {
 }  // namespace
 
 std::vector<std::uint8_t> encodeSvg(const Outline& outline) {
-    const std::string width = lengthText(outline.width);
-    const std::string height = lengthText(outline.height);
+    const std::string width = exactDecimalText(outline.width);
+    const std::string height = exactDecimalText(outline.height);
     std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" + width +
                       R"(mm" height=")" + height + R"(mm" viewBox="0 0 )" + width + ' ' + height +
-                      "\">\n<path fill=\"#000\" fill-rule=\"evenodd\" d=\"";
+                      '"' + BACKGROUND + ">\n<path fill=\"#000\" fill-rule=\"evenodd\" d=\"";
     for (const Contour& contour : outline.contours) {
         char command = 'M';
         for (const auto& [x, y] : contour.corners) {
-            svg += command + lengthText(x) + ' ' + lengthText(y);
+            svg += command + exactDecimalText(x) + ' ' + exactDecimalText(y);
             command = 'L';
         }
         svg += "Z\n";

@@ -144,13 +144,10 @@ private:
     void drawPassive(const Area& area, const Colour& colour) { drawOutline(area, 1, colour); }
 
     void drawFloating() {
-        const double size = content.floatingRefinement > 0
-                                ? 1.0 / content.floatingRefinement
-                                : 1.0 * scene.width / content.material.width;
         for (const FloatingPart& part : content.floating) {
             Area area{part.cells, {}};
             std::sort(area.cells.begin(), area.cells.end());
-            drawOutline(area, size, FLOATING_COLOUR);
+            drawOutline(area, 1.0 / part.refinement, FLOATING_COLOUR);
         }
     }
 

@@ -22,7 +22,6 @@ struct PictureContent {
     std::string title;
     std::string subtitle;
     std::vector<FloatingPart> floating = {};  ///< to be outlined
-    int floatingRefinement = 0;  ///< their cells per edge of an element; 0: those of the material
 };
 
 constexpr int MIN_PICTURE_SCALE = 1;

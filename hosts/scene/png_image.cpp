@@ -7,6 +7,7 @@
 
 #include "field_size.h"
 #include "input_error.h"
+#include "text.h"
 
 namespace {
 
@@ -36,7 +37,7 @@ std::vector<std::uint8_t> encode(int width, int height, std::uint32_t format,
 Field readGreyPng(const std::filesystem::path& file, int width, int height, int maxRefinement) {
     PngImage png;
     const auto fail = [&](const std::string& why) {
-        throw InputError("image " + file.string() + ": " + why);
+        throw InputError("image " + nameOf(file) + ": " + why);
     };
     if (!png_image_begin_read_from_file(&png, file.c_str())) fail(png.message);
     // The size is checked before anything is decoded: a small file may unpack to gigabytes.

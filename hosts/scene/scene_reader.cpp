@@ -36,8 +36,8 @@ void readDensityRow(const JsonValue& row, Field& densities, int y) {
                 densityOfCharacter(row, characters[static_cast<std::size_t>(x)], x);
         return;
     }
-    const auto numbers = row.elements("a row of characters or an array of numbers");
-    checkDrawingRow(row, numbers.size(), densities.width, "numbers");
+    const auto numbers = row.elements("a row of characters or a list of numbers");
+    checkDrawingRow(row, numbers.size(), densities.width, "number");
     for (int x = 0; x < densities.width; ++x)
         densities.at(x, y) = static_cast<float>(numbers[static_cast<std::size_t>(x)].number(0, 1));
 }
@@ -48,7 +48,7 @@ Field readDensityRows(const JsonValue& value, const Scene& scene) {
     const int count = static_cast<int>(rows.size());
     const int refinement = std::clamp(count / scene.height, 1, MAX_DESIGN_REFINEMENT);
     if (count != refinement * scene.height)
-        value.fail(std::to_string(count) + " rows, expected " + std::to_string(scene.height) +
+        value.fail(counted(rows.size(), "row") + ", expected " + std::to_string(scene.height) +
                    " (grid.height) or a whole multiple up to " +
                    std::to_string(MAX_DESIGN_REFINEMENT));
     Field densities(refinement * scene.width, count);
@@ -139,7 +139,7 @@ void checkPlacement(const JsonValue& value, const Scene& scene) {
 }
 
 void readTimeline(const JsonValue& value, Scene& scene) {
-    const auto changes = value.elements("an array of changes");
+    const auto changes = value.elements("a list of changes in brackets []");
     if (changes.size() > static_cast<std::size_t>(Scene::MAX_CHANGES))
         value.fail(std::to_string(changes.size()) + " changes, allowed are at most " +
                    std::to_string(Scene::MAX_CHANGES));
@@ -165,7 +165,7 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
                          "subdivision", "meshFactor", "iterations", "timeline"}));
     Scene scene;
     scene.files.push_back(file);
-    scene.title = onOneLine(file.stem().string());
+    scene.title = nameOf(file.stem());
     if (const auto title = root.find("title")) scene.title = readTitle(*title);
     if (const auto description = root.find("description")) scene.description = description->text();
 
@@ -180,7 +180,7 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
 }
 
 [[noreturn]] void failWithout(const Scene& scene, const std::string& key, const std::string& why) {
-    throw InputError(scene.files.front().string() + ": " + key + ": missing key, " + why);
+    throw InputError(nameOf(scene.files.front()) + ": " + key + ": missing key, " + why);
 }
 
 }  // namespace
@@ -189,7 +189,7 @@ Scene readScene(const std::filesystem::path& file) { return parseScene(readText(
 
 Scene parseScene(const std::string& text, const std::filesystem::path& file) {
     const auto document = parseJson(text, file);
-    const JsonValue root(document, file.string());
+    const JsonValue root(document, nameOf(file));
     Scene scene = readPlate(root, file);
     for (const char* key : {"loads", "supports"}) root.at(key);
     for (const SettingKey& key : settingKeys())

@@ -50,7 +50,7 @@ Load readLoad(const JsonValue& value, const Scene& scene) {
 
 std::vector<Load> readLoads(const JsonValue& value, const Scene& scene) {
     std::vector<Load> loads;
-    for (const auto& load : value.elements("an array of loads"))
+    for (const auto& load : value.elements("a list of loads in brackets []"))
         loads.push_back(readLoad(load, scene));
     if (loads.empty()) value.fail("needs at least one load");
     checkNodeCount(value, loads);
@@ -82,7 +82,7 @@ Support readSupport(const JsonValue& value, const Scene& scene) {
 
 std::vector<Support> readSupports(const JsonValue& value, const Scene& scene) {
     std::vector<Support> supports;
-    for (const auto& support : value.elements("an array of supports"))
+    for (const auto& support : value.elements("a list of supports in brackets []"))
         supports.push_back(readSupport(support, scene));
     checkNodeCount(value, supports);
     return supports;
@@ -126,7 +126,7 @@ Json writeBlob(const Area& blob, const Scene& scene) {
 
 std::vector<int> readLoadCasesInUse(const JsonValue& value, const Scene& scene) {
     std::set<int> cases;
-    for (const auto& loadCase : value.elements("an array of load cases"))
+    for (const auto& loadCase : value.elements("a list of load cases in brackets []"))
         cases.insert(readLoadCase(loadCase, scene));
     if (cases.empty()) value.fail("needs at least one load case");
     return {cases.begin(), cases.end()};

@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <numeric>
 #include <utility>
 
+#include "exact_text.h"
+
 namespace {
 
 constexpr std::size_t LONGEST_QUOTE = 60;
-constexpr std::size_t LONGEST_WORD = 40;  // that could be one of ours, mistyped
+constexpr std::size_t LONGEST_NAME = 200;  // of a file
+constexpr std::size_t LONGEST_WORD = 40;   // that could be one of ours, mistyped
 
 std::string lowerCase(std::string text) {
     for (char& character : text)
@@ -38,6 +42,19 @@ std::size_t distance(const std::string& from, const std::string& to) {
     return last.back();
 }
 
+/// Whether the byte goes on with a character that began before it, in UTF-8.
+bool continues(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; }
+
+std::size_t columnsOf(const std::string& text) {
+    return text.size() -
+           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+}
+
+void blankOut(std::string& text, const std::string& character) {
+    for (auto at = text.find(character); at != std::string::npos; at = text.find(character, at))
+        text.replace(at, character.size(), " ");
+}
+
 }  // namespace
 
 std::string formatted(const char* format, ...) {
@@ -56,13 +73,24 @@ std::string formatted(const char* format, ...) {
 std::string onOneLine(std::string text) {
     for (char& character : text)
         if (static_cast<unsigned char>(character) < ' ' || character == '\x7f') character = ' ';
+    // Further controls, which begin at U+0080, and the separators of lines and of paragraphs.
+    for (int code = 0x80; code < 0xa0; ++code) blankOut(text, {'\xc2', static_cast<char>(code)});
+    blankOut(text, "\u2028");
+    blankOut(text, "\u2029");
     return text;
+}
+
+std::string nameOf(const std::filesystem::path& file) {
+    return file.empty() ? "\"\"" : shortened(onOneLine(file.string()), LONGEST_NAME);
 }
 
 std::string shortened(const std::string& text, std::size_t most) {
     if (text.size() <= most) return text;
-    const std::size_t half = (most - 3) / 2;
-    return text.substr(0, half) + "..." + text.substr(text.size() - half);
+    std::size_t head = (most - 3) / 2;
+    std::size_t tail = text.size() - head;
+    while (head > 0 && continues(text[head])) --head;
+    while (tail < text.size() && continues(text[tail])) ++tail;
+    return text.substr(0, head) + "..." + text.substr(tail);
 }
 
 std::string quoted(const std::string& text) { return '"' + shortened(text, LONGEST_QUOTE) + '"'; }
@@ -85,4 +113,36 @@ std::string listed(const std::vector<std::string>& words) {
     std::string text;
     for (const auto& word : words) text += (text.empty() ? "" : ", ") + word;
     return text;
+}
+
+std::string counted(std::size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string plainNumber(double value) {
+    const double size = std::abs(value);
+    return size == 0 || (size >= 1e-7 && size < 1e15) ? exactDecimalText(value) : exactText(value);
+}
+
+std::string placeText(double x, double y) { return formatted("x %.6g, y %.6g", x, y); }
+
+std::string wrapped(const std::string& text, std::size_t width, std::size_t indent) {
+    std::string result;
+    std::size_t column = 0;
+    for (std::size_t end = 0; end < text.size();) {
+        const std::size_t begin = std::min(text.find_first_not_of(' ', end), text.size());
+        std::string blanks(begin - end, ' ');
+        end = std::min(text.find(' ', begin), text.size());
+        const std::string word = text.substr(begin, end - begin);
+        const std::size_t room =
+            width > column + blanks.size() ? width - column - blanks.size() : 0;
+        if (column > indent && columnsOf(word) > room) {
+            result += '\n';
+            blanks.assign(indent, ' ');
+            column = 0;
+        }
+        result += blanks + word;
+        column += blanks.size() + columnsOf(word);
+    }
+    return result;
 }

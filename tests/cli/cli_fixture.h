@@ -40,6 +40,12 @@ struct Outcome {
     std::string err;
 };
 
+/// A scene, and a part of the line that tells what is wrong with it.
+struct WrongScene {
+    std::string scene;
+    const char* error;
+};
+
 class Cli : public testing::Test {
 protected:
     Cli() { fs::create_directory(work); }
@@ -77,11 +83,23 @@ protected:
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
     }
 
+    /// The command stops at each of these scenes before it writes anything.
+    void expectErrors(const std::vector<WrongScene>& cases) const {
+        for (const auto& [scene, error] : cases) {
+            SCOPED_TRACE(scene);
+            write("s.json", scene);
+            const auto before = files();
+            expectError(run(command), error);
+            EXPECT_EQ(files(), before);
+        }
+    }
+
     static fs::path newDirectory() {
         std::string name = (fs::temp_directory_path() / "voxam-cli-XXXXXX").string();
         return mkdtemp(name.data());
     }
 
+    std::string command = "score s.json --picture p.png";
     fs::path directory = newDirectory();
     fs::path work = directory / "work";
 };

@@ -152,6 +152,32 @@ TEST(AreaOutline, followsTheElementsElsewhere) {
     EXPECT_NEAR(length(outlineOf(both, 40, 20)), 12 + 16 * PI, 0.05);
 }
 
+TEST(Picture, outlinesWhatHangsOnNothingAtItsBorderOnly) {
+    // A block of the design's cells, four to an element, by rows.
+    const Scene scene = plate();
+    FloatingPart part{{}, 2};
+    for (int y = 10; y < 13; ++y)
+        for (int x = 20; x < 24; ++x) part.cells.push_back({x, y});
+    PictureContent content{Field(40, 20, 1.0f), {}, "", "", {part}};
+    const RgbImage image = drawPicture(scene, content, 20);
+    const PictureLayout layout = pictureLayout(scene, 20);
+    const auto isOutline = [&](double x, double y) {  // in elements
+        const int across = layout.plateX + int(20 * x);
+        const int down = layout.plateY + int(20 * y);
+        const auto* pixel = &image.pixels[std::size_t(3 * (down * image.width + across))];
+        return pixel[0] > pixel[1] + 100;
+    };
+    int border = 0;
+    for (double x = 9.75; x < 12.5; x += 0.05)
+        for (double y = 4.75; y < 7; y += 0.05) {
+            const bool inside = x > 10.1 && x < 11.9 && y > 5.1 && y < 6.4;
+            const bool outside = x < 9.9 || x > 12.1 || y < 4.9 || y > 6.6;
+            EXPECT_FALSE((inside || outside) && isOutline(x, y)) << x << ", " << y;
+            border += isOutline(x, y);
+        }
+    EXPECT_GT(border, 0);
+}
+
 TEST(Picture, leavesRoomForRulersAndFitsAnAnimation) {
     for (const int side : {1, 7, 60, 1000}) {
         Scene scene = plate();

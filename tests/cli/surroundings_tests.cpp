@@ -24,19 +24,23 @@ protected:
 
 TEST(LiveLine, dropsWholeFieldsAndNeverDigits) {
     const IterationRecord record = {12, 1234.56789, 0.4, 0.01234, {}};
-    const std::string all = "12/345  compliance 1234.57  volume 40.0 %  change 0.0123  0.0 ms";
-    EXPECT_EQ(liveLine(record, 345, 100).substr(27), all);
-    std::string line;
+    // What is left out goes in this order.
+    const std::vector<std::string> lines = {
+        "",
+        "12/345",
+        "12/345  compliance 1234.57",
+        "12/345  compliance 1234.57  change 0.0123",
+        "12/345  compliance 1234.57  volume 40.0 %  change 0.0123",
+        "12/345  compliance 1234.57  volume 40.0 %  change 0.0123  0.0 ms"};
     for (std::size_t width = 1; width <= 100; ++width) {
-        line = liveLine(record, 345, width);
+        const std::string line = liveLine(record, 345, width);
         EXPECT_LE(line.size(), width);
-        if (line.empty() || line[0] == '[') continue;
-        EXPECT_EQ(all.find(line), 0u) << line;
-        EXPECT_TRUE(line.size() == all.size() || all.substr(line.size(), 2) == "  ") << line;
+        std::size_t fitting = lines.size();
+        while (lines[fitting - 1].size() > width) --fitting;
+        EXPECT_EQ(line[0] == '[' ? line.substr(line.find(']') + 2) : line, lines[fitting - 1]);
     }
+    EXPECT_EQ(liveLine(record, 345, 100).find(']'), 25u);
     EXPECT_EQ(liveLine(record, 345, 79).substr(0, 15), "[............] ");
-    EXPECT_EQ(liveLine(record, 345, 10), "12/345");
-    EXPECT_EQ(liveLine(record, 345, 5), "");
 }
 
 TEST_F(Surroundings, keepWhatIsPrintedOutOfTheFiles) {
@@ -49,15 +53,41 @@ TEST_F(Surroundings, keepWhatIsPrintedOutOfTheFiles) {
 }
 
 TEST_F(Surroundings, tellWhenStandardOutputIsFull) {
-    for (const char* command : {"optimise o.json --picture p.png", "score s.json --picture p.png",
-                                "performance", "--help"}) {
+    for (const char* command : {"score s.json --picture q.png", "performance", "--help",
+                                "optimise o.json --picture p.png"}) {
         SCOPED_TRACE(command);
+        EXPECT_EQ(files(), (std::vector<std::string>{"o.json", "s.json"}));
         const Outcome outcome = run(std::string(command) + " >/dev/full");
         EXPECT_EQ(outcome.status, 2);
         EXPECT_NE(outcome.err.find("voxam: standard output cannot be written\n"),
                   std::string::npos);
     }
-    EXPECT_EQ(files(), (std::vector<std::string>{"o.json", "s.json"}));
+    // A score is repeated soon; a run may have taken hours.
+    EXPECT_EQ(files(), (std::vector<std::string>{"o.json", "p.png", "s.json"}));
+}
+
+TEST_F(Surroundings, loseNoRunToOneFileThatCannotBeWritten) {
+    const std::string wide(300, 'w');
+    for (const std::string& option : {"--picture " + wide + ".png", "--design " + wide + ".csv",
+                                      "--history " + wide, "--frames " + wide}) {
+        SCOPED_TRACE(option);
+        expectError(run("optimise o.json " + option), ": cannot be written: File name too long");
+        EXPECT_EQ(files(), (std::vector<std::string>{"o.json", "s.json"}));
+    }
+    const std::string longest(251, 'l');
+    EXPECT_EQ(run("optimise o.json --picture " + longest + ".png").status, 0);
+    // A limit on the size of files stands for a disk that runs full.
+    fs::create_directory(directory / "f");
+    const Outcome full = run("optimise o.json --design d.csv --picture p.png --frames f/",
+                             "trap '' XFSZ; ulimit -f 8;");
+    EXPECT_EQ(full.status, 2);
+    EXPECT_NE(full.err.find("voxam: f/frame-0001.png: cannot be written: File too large\n"),
+              std::string::npos);
+    EXPECT_NE(full.err.find("voxam: p.png: cannot be written: File too large\n"),
+              std::string::npos);
+    EXPECT_NE(full.out.find("  iterations         1 of 30, then stopped: "), std::string::npos);
+    EXPECT_EQ(files(),
+              (std::vector<std::string>{"d.csv", "f", longest + ".png", "o.json", "s.json"}));
 }
 
 TEST_F(Surroundings, protectWhatOtherOptionsAndTheSceneName) {
@@ -68,15 +98,24 @@ TEST_F(Surroundings, protectWhatOtherOptionsAndTheSceneName) {
     expectError(run("optimise o.json --frames f --history ./f/frame-0001.png"),
                 "--frames: a frame would replace ./f/frame-0001.png");
     expectError(run("optimise png.json --picture f/drawn.png"), "it is an input of the scene");
-    expectError(run("optimise o.json --frames o.json"), "o.json: cannot be written: ");
+    expectError(run("optimise o.json --frames o.json"), "o.json: expected a directory");
     fs::copy(directory / "f/drawn.png", directory / "f/frame-0003.png");
     write("png.json", toOptimise(R"(, "densities": {"png": "f/frame-0003.png"})"));
     expectError(run("optimise png.json --frames f"), "a frame would replace f/frame-0003.png");
+    // A directory that is made for the frames may hold the other files as well.
+    EXPECT_EQ(run("optimise o.json --frames g --history g/h.csv --picture g/p.png").status, 0);
+    EXPECT_TRUE(fs::exists(directory / "g/h.csv") && fs::exists(directory / "g/frame-0030.png"));
 }
 
 TEST_F(Surroundings, cannotBreakALineOrFloodIt) {
     write("a\nb.json", "{");
     expectError(run("score 'a\nb.json'"), "a b.json: line 1");
+    for (const std::string& name : {std::string(90000, 'n'), std::string("c\u009b1mb\nd.json")}) {
+        const Outcome outcome = run("score '" + name + "'");
+        expectError(outcome, "cannot be read: ");
+        EXPECT_LT(outcome.err.size(), 400u);
+        EXPECT_EQ(outcome.err.find('\x9b'), std::string::npos);
+    }
     write("long.json", "{\"" + std::string(100000, 'k') + "\": 1}");
     const Outcome flood = run("score long.json");
     expectError(flood, "unknown key; allowed keys");
@@ -117,10 +156,11 @@ TEST_F(Surroundings, seeThatALargeRunHasBegun) {
 TEST_F(Surroundings, countWarningsWhenStrict) {
     const Outcome lenient = run("score s.json");
     EXPECT_EQ(lenient.status, 0);
-    EXPECT_EQ(lenient.err,
-              "voxam: s.json: warning: densities: 1 part that hangs on nothing, 1 "
-              "element; the first at 11, 5; left out\n");
-    EXPECT_NE(lenient.out.find("left out         1 part"), std::string::npos);
+    EXPECT_EQ(
+        lenient.err,
+        "voxam: s.json: warning: design: 1 part that hangs on nothing, 1 element of the grid; "
+        "the first at x 11, y 5; left out\n");
+    EXPECT_NE(lenient.out.find("  left out           1 part"), std::string::npos);
     EXPECT_EQ(run("score s.json --strict").status, 1);
 
     write("little.json", toOptimise(R"(, "subdivision": 5)"));
@@ -145,10 +185,16 @@ TEST_F(Surroundings, areToldWhichLoadIsNotCarried) {
     const Outcome loose = run("score loose.json");
     EXPECT_EQ(loose.status, 1);
     EXPECT_NE(
-        loose.out.find("  because          loads[0]: pulls where there is no material, at node "
-                       "12, 3\n"),
+        loose.out.find("  because            loads[0]: pulls where there is no material, at x "
+                       "12, y 3\n"),
         std::string::npos)
         << loose.out;
+    const Outcome quiet = run("score loose.json --quiet");
+    EXPECT_EQ(quiet.status, 1);
+    EXPECT_EQ(quiet.out, "");
+    EXPECT_EQ(quiet.err,
+              "voxam: loose.json: not supported: loads[0]: pulls where there is no material, at x "
+              "12, y 3\n");
 }
 
 }  // namespace

@@ -40,10 +40,10 @@ TEST(Assessment, tellsWhyThereIsNoScore) {
         return lineOf(found.problems.front());
     };
     EXPECT_EQ(problem(drawing({"###.", "###."}), scene),
-              "loads[0]: pulls where there is no material, at node 4, 1");
+              "loads[0]: pulls where there is no material, at x 4, y 1");
     EXPECT_EQ(problem(drawing({"##.#", "##.#"}), scene),
-              "loads[0]: pulls at a part that hangs on nothing, at node 4, 1");
-    EXPECT_EQ(problem(drawing({"....", "...."}), scene), "densities: there is no material");
+              "loads[0]: pulls at a part that hangs on nothing, at x 4, y 1");
+    EXPECT_EQ(problem(drawing({"....", "...."}), scene), "design: there is no material");
     Scene free = scene;
     free.supports.clear();
     EXPECT_EQ(problem(drawing({"####", "####"}), free),

@@ -69,9 +69,9 @@ TEST(ChecksBefore, tellOfLoadsAndSupportsInsidePassiveVoid) {
     scene.supports.push_back({{11, 12}, {0, 0}, true, true});
     EXPECT_THAT(
         before(scene),
-        ElementsAre("error: loads[0]: node 12, 3 lies inside the elements that passive.void "
+        ElementsAre("error: loads[0]: node x 12, y 3 lies inside the elements that passive.void "
                     "keeps void",
-                    "error: supports[1]: node 11, 0 lies inside the elements that "
+                    "error: supports[1]: node x 11, y 0 lies inside the elements that "
                     "passive.void keeps void"));
     scene.loads.front().x = {10, 10};  // at the rim of the void
     scene.supports.pop_back();
@@ -154,8 +154,8 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
     result.assessment.problems = {{Finding::ERROR, "loads[0]", "pulls somewhere", std::nullopt}};
     EXPECT_THAT(linesOf(checkResult(result, scene)),
                 ElementsAre("warning: loads[0]: as drawn, pulls somewhere",
-                            "warning: design: as drawn, 1 part that hangs on nothing, 1 element; "
-                            "the first at 3, 0"));
+                            "warning: design: as drawn, 1 part that hangs on nothing, 1 element "
+                            "of the grid; the first at x 3, y 0"));
 }
 
 }  // namespace

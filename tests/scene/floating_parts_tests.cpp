@@ -30,7 +30,7 @@ TEST(FloatingParts, areWhatNothingJoinsToASupport) {
     EXPECT_EQ(cellsOfParts(design, clampedPlate(8, 4)),
               (std::vector<Cells>{{{6, 0}, {4, 1}, {5, 1}, {6, 2}, {7, 2}}}));
     EXPECT_EQ(describe(findFloatingParts(design, clampedPlate(8, 4))),
-              "1 part that hangs on nothing, 5 elements; the first at 6, 0");
+              "1 part that hangs on nothing, 5 elements of the grid; the first at x 6, y 0");
     EXPECT_EQ(mean(without(design, findFloatingParts(design, clampedPlate(8, 4)))), 4 / 32.0);
 }
 
@@ -79,6 +79,14 @@ TEST(FloatingParts, areFoundOnAFinerGridThanTheScenes) {
                                   "........",  //
                                   "........"});
     EXPECT_EQ(cellsOfParts(design, clampedPlate(4, 2)), (std::vector<Cells>{{{6, 1}}}));
+    EXPECT_EQ(describe(findFloatingParts(design, clampedPlate(4, 2))),
+              "1 part that hangs on nothing, 0.25 elements of the grid; the first at x 3, y 0.5");
+    Scene scene = clampedPlate(4, 2);
+    scene.loads = {
+        {{0, 4}, {1, 1}, 0, 1, 0}};  // the first of its nodes without material is between
+    EXPECT_EQ(linesOf(findLooseLoads(design, findFloatingParts(design, scene), scene)),
+              (std::vector<std::string>{
+                  "error: loads[0]: pulls where there is no material, at x 2.5, y 1"}));
 }
 
 TEST(FloatingParts, carryNoLoads) {
@@ -94,8 +102,8 @@ TEST(FloatingParts, carryNoLoads) {
     const auto floating = findFloatingParts(design, scene);
     EXPECT_EQ(linesOf(findLooseLoads(design, floating, scene)),
               (std::vector<std::string>{
-                  "error: loads[1]: pulls at a part that hangs on nothing, at node 4, 0",
-                  "error: loads[2]: pulls where there is no material, at node 4, 3"}));
+                  "error: loads[1]: pulls at a part that hangs on nothing, at x 4, y 0",
+                  "error: loads[2]: pulls where there is no material, at x 4, y 3"}));
     scene.supports.push_back({{4, 5}, {3, 3}, false, true});  // the force along y is held now
     EXPECT_EQ(findLooseLoads(design, floating, scene).size(), 1u);
 }

@@ -21,7 +21,27 @@ TEST(Text, guessesWhatWasMeant) {
 TEST(Text, staysShortAndOnOneLine) {
     EXPECT_LT(quoted(std::string(100000, 'l')).size(), 80u);
     EXPECT_EQ(shortened("abcdefghij", 7), "ab...ij");
+    EXPECT_EQ(shortened("\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4", 10),
+              "\u00e4...\u00e4");  // not cut in two
     EXPECT_EQ(onOneLine("a\nb\tc\x7f"), "a b c ");
+    EXPECT_EQ(onOneLine("\u00e4\u0085\u009b\u2028\u2029\u2030"), "\u00e4    \u2030");
+}
+
+TEST(Text, wrapsAtBlanks) {
+    const std::string text = "  key    one two \u00e4\u00e4\u00e4 four";
+    EXPECT_EQ(wrapped(text, 80, 9), text);
+    EXPECT_EQ(wrapped(text, 16, 9), "  key    one two\n         \u00e4\u00e4\u00e4\n         four");
+    EXPECT_EQ(wrapped(text, 17, 9), "  key    one two\n         \u00e4\u00e4\u00e4 four");
+    // A word that is too long stays whole, and a line has one at least.
+    EXPECT_EQ(wrapped("voxam: abcdefghij k", 9, 7), "voxam: abcdefghij\n       k");
+}
+
+TEST(Text, tellsNumbersAsPeopleWriteThem) {
+    EXPECT_EQ(plainNumber(-1e6), "-1000000");
+    EXPECT_EQ(plainNumber(0.01), "0.01");
+    EXPECT_EQ(plainNumber(1 + 1e-12), "1.000000000001");
+    EXPECT_EQ(plainNumber(1e20), "1e+20");
+    EXPECT_EQ(counted(1, "row") + counted(0, "row"), "1 row0 rows");
 }
 
 TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
@@ -60,6 +80,14 @@ TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
         } catch (const InputError& error) {
             EXPECT_EQ(std::string(error.what()), std::string("s.json: ") + told);
         }
+    }
+    try {
+        parseJson("{\"a\\\"b\": {\"c\": 1},\n  \"a\\\"b\": 2}", "s.json");
+        ADD_FAILURE();
+    } catch (const InputError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  "s.json: line 2, column 3: the key \"a\"b\" stands twice in the same braces, "
+                  "before at line 1, column 2");
     }
     EXPECT_NO_THROW(parseJson("// a comment\n{\"a\": /* another */ 1}", "s.json"));
 }

@@ -1,0 +1,17 @@
+#include "held_nodes.h"
+
+HeldNodes::HeldNodes(const Scene& scene) : inX(scene.width + 1, scene.height + 1), inY(inX) {
+    for (const Support& support : scene.supports)
+        for (int x = support.x.from; x <= support.x.to; ++x)
+            for (int y = support.y.from; y <= support.y.to; ++y) {
+                if (support.fixX) inX.at(x, y) = 1;
+                if (support.fixY) inY.at(x, y) = 1;
+            }
+}
+
+bool HeldNodes::leaveWork(const Load& load) const {
+    for (int x = load.x.from; x <= load.x.to; ++x)
+        for (int y = load.y.from; y <= load.y.to; ++y)
+            if (leaveWork(load, x, y)) return true;
+    return false;
+}
