@@ -468,12 +468,17 @@ namespace Voxam
         {
             if (TrySolve(densities, out double compliance)) return compliance;
             throw new ProblemException(
-                "The plate cannot be solved. Hold it in x, in y and against turning, and join or remove "
-                + "parts that touch nothing: on plates of some 500 elements and more they have no "
-                + "score.");
+                compliance == 0
+                    ? "The loads do no work, because they cancel out or are too small. Scale the forces "
+                      + "to about 1."
+                    : "The plate cannot be solved. Hold it in x, in y and against turning, scale the "
+                      + "forces to about 1, and join or remove parts that touch nothing: on plates of "
+                      + "some 500 elements and more they have no score.");
         }
 
-        /// <summary>The same without an exception: returns whether the plate could be solved.</summary>
+        /// <summary>The same without an exception: returns whether there is a score. Where the loads
+        /// do no work the compliance is 0, and where the plate cannot be solved float.MaxValue or
+        /// more.</summary>
         public bool TrySolve(float[] densities, out double compliance)
         {
             plate.CheckLength(densities, nameof(densities));
@@ -492,7 +497,7 @@ namespace Voxam
                     for (int x = 0; x < Width; ++x)
                         Energies[y * Width + x] = energyColumns[x * Height + y];
             }
-            return compliance < FailedScore;
+            return compliance > 0 && compliance < FailedScore;
         }
 
         /// <summary>Frees what it holds. A game that is forgotten holds its memory until the next one is
@@ -737,6 +742,8 @@ namespace Voxam
                 throw new ArgumentException(
                     $"LoadCasesInUse: name them, of {LoadCases} load cases only the first "
                     + $"{MostLoadCasesInUse} can be used.");
+            if (inUse != null && inUse.Count == 0)
+                throw new ArgumentException("LoadCasesInUse: at least one is needed, or null for all.");
             var cases = new sbyte[inUse?.Count ?? LoadCases];
             for (int i = 0; i < cases.Length; ++i)
             {

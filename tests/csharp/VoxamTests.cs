@@ -209,7 +209,8 @@ public sealed class VoxamTests
             ["VolumeFraction"] = s => s.VolumeFraction = 0,
             ["Void: 95 entries"] = s => s.Void = new bool[95],
             ["in both Void and SecondSolid"] = s => s.Void = s.SecondSolid = Mask(3, 2),
-            ["LoadCasesInUse[1]"] = s => s.LoadCasesInUse = new[] { 0, 1 }
+            ["LoadCasesInUse[1]"] = s => s.LoadCasesInUse = new[] { 0, 1 },
+            ["LoadCasesInUse: at least one"] = s => s.LoadCasesInUse = new int[0]
         };
         using (Optimiser optimiser = Good())
         {
@@ -408,6 +409,10 @@ public sealed class VoxamTests
         foreach (Load[] idle in new[] { null, new Load[0], new[] { new Load(3, 1, 0, 0) },
                                         new[] { new Load(0, 1, 1, 1) } })
             Throws<ArgumentException>(() => new Game(3, 2, idle, Clamp(2)), "none does work");
+        var forces = new Dictionary<float, string> { [1e-24f] = "too small", [1e19f] = "scale the" };
+        foreach (KeyValuePair<float, string> force in forces)
+            using (var game = new Game(3, 2, new[] { new Load(3, 1, 0, force.Key) }, Clamp(2)))
+                Throws<ProblemException>(() => game.Solve(solid), force.Value);
     }
 
     /// <summary>For a process of little memory, and so not among the others.</summary>

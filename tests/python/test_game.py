@@ -73,6 +73,16 @@ def test_an_unsupported_plate_says_so_and_the_game_goes_on():
                 game.solve(solid)
 
 
+@pytest.mark.parametrize("forces, complaint", [
+    ([1, -1], "cancel out"), ([1e-24], "too small"), ([1e19], "scale the forces"),
+])
+def test_forces_out_of_range_are_no_score(forces, complaint):
+    loads = [voxam.Load(12, 4, fy=force) for force in forces]
+    with voxam.Game(12, 8, loads, wall(8)) as game:
+        with pytest.raises(voxam.ProblemError, match=complaint):
+            game.solve(np.ones((8, 12)))
+
+
 @pytest.mark.parametrize("densities, complaint", [
     (np.ones((3, 2)), r": shape \(3, 2\) is not \(height, width\) = \(2, 3\)"),
     (np.ones(6), r": shape \(6,\)"),

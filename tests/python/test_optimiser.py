@@ -300,7 +300,8 @@ def test_one_optimiser_at_a_time(plate):
 @pytest.mark.parametrize("name, remedy", [
     ("volume_fraction", r"pass it to update\(\)"), ("blob", r"pass it to update\(\)"),
     ("subdivision", r"pass it to restart\(\)"), ("penalty", r"pass it to iterate\(\)"),
-    ("width", "create another Optimiser"), ("volume_fracton", "there are .*volume_fraction,"),
+    ("width", "create another Optimiser"), ("volume_fracton", r"did you mean volume_fraction\? Pass"),
+    ("colour", "there is no such setting"),
 ])
 def test_says_what_to_call_instead_of_an_assignment(plate, name, remedy):
     with pytest.raises(AttributeError, match=f"Optimiser.*{name}.*{remedy}"):

@@ -5,6 +5,7 @@ from __future__ import annotations
 import contextlib
 import ctypes
 import ctypes.util
+import difflib
 import os
 import pathlib
 import sys
@@ -147,12 +148,14 @@ class Solver:
     def __setattr__(self, name: str, value: object) -> None:
         """Refuses what looks like a setting, because it would have no effect. A class that a host
         derives may have attributes of its own."""
-        if name in self._set_by:
-            raise AttributeError(f"{self._kind}.{name} cannot be assigned: {self._set_by[name]}")
+        remedy = self._set_by.get(name)
         is_derived = "_kind" not in vars(type(self))
-        if not (is_derived or name.startswith("_")):
-            raise AttributeError(f"{self._kind} has no {name} that can be assigned; there are "
-                                 + ", ".join(self._set_by) + ", by calls")
+        if remedy is None and not (is_derived or name.startswith("_")):
+            near = difflib.get_close_matches(name, self._set_by, 1)
+            remedy = (f"did you mean {near[0]}? {self._set_by[near[0]].capitalize()}" if near else
+                      "there is no such setting; for attributes of your own derive a class")
+        if remedy is not None:
+            raise AttributeError(f"{self._kind}.{name} cannot be assigned: {remedy}")
         super().__setattr__(name, value)
 
     def _claim(self) -> None:
