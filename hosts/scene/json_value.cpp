@@ -46,29 +46,44 @@ private:
     std::size_t* at;
 };
 
-// The parser would silently keep the last of two equal keys, and a scene lose its first loads.
-class DuplicateKeys {
+/// Throws InputError where a key stands twice in one object: the parser would silently keep the last,
+/// and a scene lose its first loads. (A callback of the parser that builds the document would do, but
+/// it goes over a list again after each of its elements.)
+class DuplicateKeys : public json::json_sax_t {
 public:
-    DuplicateKeys(const std::string& read, std::string source)
-        : text(read), file(std::move(source)) {}
+    /// `position` is where the parser is.
+    DuplicateKeys(const std::string& parsed, const std::size_t& position, std::string source)
+        : text(parsed), at(position), file(std::move(source)) {}
 
-    /// `end` is where the parser is.
-    bool operator()(json::parse_event_t event, const json& parsed, std::size_t end) {
-        if (event == json::parse_event_t::object_start) ends.emplace_back();
-        if (event == json::parse_event_t::object_end) ends.pop_back();
-        if (event == json::parse_event_t::key) check(parsed.get<std::string>(), end);
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(json::number_integer_t) override { return true; }
+    bool number_unsigned(json::number_unsigned_t) override { return true; }
+    bool number_float(json::number_float_t, const std::string&) override { return true; }
+    bool string(std::string&) override { return true; }
+    bool binary(json::binary_t&) override { return true; }
+    bool start_array(std::size_t) override { return true; }
+    bool end_array() override { return true; }
+    bool parse_error(std::size_t, const std::string&, const json::exception&) override {
+        return false;
+    }
+    bool start_object(std::size_t) override {
+        ends.emplace_back();
         return true;
     }
-
-private:
-    void check(const std::string& key, std::size_t end) {
-        const auto [first, isNew] = ends.back().emplace(key, end);
-        if (isNew) return;
-        throw InputError(file + ": " + placeOfKey(end) + ": the key " + quoted(key) +
+    bool end_object() override {
+        ends.pop_back();
+        return true;
+    }
+    bool key(std::string& name) override {
+        const auto [first, isNew] = ends.back().emplace(name, at);
+        if (isNew) return true;
+        throw InputError(file + ": " + placeOfKey(at) + ": the key " + quoted(std::as_const(name)) +
                          " stands twice in the same braces, before at " +
                          placeOfKey(first->second));
     }
 
+private:
     /// Where the quote stands that opens a key; its own may be escaped.
     std::string placeOfKey(std::size_t end) const {
         std::size_t open = end - 1;
@@ -78,6 +93,7 @@ private:
     }
 
     const std::string& text;
+    const std::size_t& at;
     std::string file;
     std::vector<std::map<std::string, std::size_t>> ends;  // of the keys of the objects around
 };
@@ -124,15 +140,15 @@ std::string readText(const std::filesystem::path& file) {
 json parseJson(const std::string& text, const std::filesystem::path& file) {
     constexpr bool throwing = true;
     constexpr bool withComments = true;
-    std::size_t position = 0;
-    std::size_t end = text.size();
-    DuplicateKeys duplicateKeys(text, nameOf(file));
-    const auto look = [&](int, json::parse_event_t event, const json& parsed) {
-        return duplicateKeys(event, parsed, position);
-    };
+    constexpr bool strict = true;
     try {
-        return json::parse(WatchedText(text, position), WatchedText(text, end), look, throwing,
-                           withComments);
+        json document = json::parse(text, nullptr, throwing, withComments);
+        std::size_t position = 0;
+        std::size_t end = text.size();
+        DuplicateKeys duplicateKeys(text, position, nameOf(file));
+        json::sax_parse(WatchedText(text, position), WatchedText(text, end), &duplicateKeys,
+                        json::input_format_t::json, strict, withComments);
+        return document;
     } catch (const json::parse_error& error) {
         throw InputError(nameOf(file) + ": " + describeJsonError(text, error.byte, error.what()));
     } catch (const json::exception&) {

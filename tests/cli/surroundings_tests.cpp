@@ -128,6 +128,21 @@ TEST_F(Surroundings, cannotBreakALineOrFloodIt) {
     expectError(run("score many.json"), "loads: 4008004 nodes in all, allowed are at most 4000000");
 }
 
+TEST_F(Surroundings, takeALoadForEachNode) {
+    // Nothing may compare each of them with each.
+    std::string loads;
+    for (int x = 0; x <= 400; ++x)
+        for (int y = 0; y <= 400; ++y)
+            loads += (loads.empty() ? "" : ",") + std::string("{\"fy\":1,\"x\":") +
+                     std::to_string(x) + ",\"y\":" + std::to_string(y) + "}";
+    write("all.json", R"({"grid": {"width": 400, "height": 400}, "densities": 0, "supports":
+        [{"x": 0, "y": [0, 400], "fix": "xy"}], "loads": [)" +
+                          loads + "]}");
+    const Outcome outcome = run("score all.json --picture p.png");
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
+    EXPECT_TRUE(fs::exists(directory / "p.png"));
+}
+
 TEST_F(Surroundings, tellTheKindsOfScenesApart) {
     expectError(run("optimise s.json"), "with its densities this is a scene for voxam score");
     expectError(run("score o.json"), "with its volumeFraction this is a scene for voxam optimise");
