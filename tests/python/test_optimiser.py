@@ -194,7 +194,8 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"volume_fraction": 0}, "volume_fraction: 0 is not above 0"),
     ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0"),
     ({"volume_fraction": 1.01}, "volume_fraction: 1.01 is not above 0"),
-    ({"void": np.zeros((12, 8), bool)}, r"void: shape \(12, 8\) is not \(height, width\) = \(8, 12"),
+    ({"void": np.zeros((12, 8), bool)},
+     r"void: shape \(12, 8\) is not \(height, width\) = \(8, 12\)"),
     ({"solid": np.zeros((8, 12))}, "solid: a mask of bool"),
     ({"void": mask(12, 8, (3, 2)), "second_solid": mask(12, 8, (3, 2))},
      r"element \[2, 3\] is in both void and second_solid"),
@@ -300,7 +301,8 @@ def test_one_optimiser_at_a_time(plate):
 @pytest.mark.parametrize("name, remedy", [
     ("volume_fraction", r"pass it to update\(\)"), ("blob", r"pass it to update\(\)"),
     ("subdivision", r"pass it to restart\(\)"), ("penalty", r"pass it to iterate\(\)"),
-    ("width", "create another Optimiser"), ("volume_fracton", r"did you mean volume_fraction\? Pass"),
+    ("width", "create another Optimiser"),
+    ("volume_fracton", r"did you mean volume_fraction\? Pass"),
     ("colour", "there is no such setting"),
 ])
 def test_says_what_to_call_instead_of_an_assignment(plate, name, remedy):

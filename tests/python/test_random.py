@@ -1,5 +1,5 @@
-"""Whatever is called with whatever, a host goes on: only the exceptions that are documented come, and
-nothing is written where it should not be. With the seed of a failure it happens again."""
+"""Whatever is called with whatever, a host goes on: only the exceptions that are documented come,
+and nothing is written where it should not be. With the seed of a failure it happens again."""
 
 import random
 
@@ -70,7 +70,8 @@ class Host:
         guarded = np.full((rows + 2, columns), 77, np.float32)
         out = self.one_of(None, *[guarded[1:-1]] * 8, guarded, guarded[1:-1].T)
         try:
-            result = self.optimiser.iterate(self.maybe(3), move_blob=self.one_of(True, False), out=out)
+            result = self.optimiser.iterate(
+                self.maybe(3), move_blob=self.one_of(True, False), out=out)
         finally:
             assert np.all(guarded[[0, -1]] == 77)
         assert result.picture.shape == (rows, columns)
@@ -79,8 +80,9 @@ class Host:
         assert result.blob is None or result.blob.shape == self.size[::-1]
 
     def restart(self):
-        self.optimiser.restart(keep_design=self.one_of(True, False), subdivision=self.one_of(None, 1, 2),
-                               mesh_factor=self.maybe(self.one_of(None, 1, 2)))
+        self.optimiser.restart(
+            keep_design=self.one_of(True, False), subdivision=self.one_of(None, 1, 2),
+            mesh_factor=self.maybe(self.one_of(None, 1, 2)))
 
     def play(self):
         if self.game is not None:

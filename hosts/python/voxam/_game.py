@@ -13,9 +13,9 @@ from ._plate import LoadLike, Plate, PlateSolver, SupportLike
 
 _FAILED_SCORE = float(np.finfo(np.float32).max)
 _ADVICE = (
-    "the plate cannot be solved. Hold it in x, in y and against turning, scale the forces to about 1, "
-    "and join or remove parts that touch nothing: on plates of some 500 elements and more they have "
-    "no score"
+    "the plate cannot be solved. Hold it in x, in y and against turning, scale the forces to "
+    "about 1, and join or remove parts that touch nothing: on plates of some 500 elements and more "
+    "they have no score"
 )
 _ADVICE_ON_WORK = (
     "the loads do no work, because they cancel out or are too small. Scale the forces to about 1"

@@ -23,8 +23,8 @@ _ADVICE = {
         "the loads push the plate away. Hold it in x, in y and against turning, and scale the "
         "forces to about 1, then update(); if the design was torn, restart() as well",
     "Load cannot be on top of support":
-        "the loads do no work, or next to none. Put a force of about 1, in a load case in use, on a "
-        "node that is not held, then update()",
+        "the loads do no work, or next to none. Put a force of about 1, in a load case in use, on "
+        "a node that is not held, then update()",
 }
 
 
@@ -218,8 +218,8 @@ class Optimiser(PlateSolver):
         the design goes on. `out` is not touched then.
         """
         if isinstance(penalty, np.ndarray):
-            raise TypeError(f"penalty: {shown(penalty)} is not a number; iterate(out=array) puts the "
-                            "picture into an array")
+            raise TypeError(f"penalty: {shown(penalty)} is not a number; iterate(out=array) puts "
+                            "the picture into an array")
         exponent = finite(penalty, "penalty")
         if exponent <= 0:
             raise ValueError(f"penalty: {penalty!r} is not above 0")

@@ -21,9 +21,9 @@ Mask = npt.ArrayLike
 
 
 class Load(NamedTuple):
-    """A force (fx, fy) on node (x, y), in a load case of the plate. Scale forces so that the largest
-    is about 1: a compliance goes with the square of the force, and those above 1e15 and below 1e-10
-    are taken for a problem."""
+    """A force (fx, fy) on node (x, y), in a load case of the plate. Scale forces so that the
+    largest is about 1: a compliance goes with the square of the force, and those above 1e15 and
+    below 1e-10 are taken for a problem."""
 
     x: int
     y: int
@@ -193,8 +193,8 @@ class Plate:
         if not any(force != 0 and (x, y, direction) not in held
                    for x, y, direction, force in forces):
             raise ValueError(
-                f"loads: none of the {len(loads)} does work, so there is nothing to score: give one "
-                "of them a force, fx or fy, that acts where no support holds its node")
+                f"loads: none of the {len(loads)} does work, so there is nothing to score: give "
+                "one of them a force, fx or fy, that acts where no support holds its node")
 
     def load_records(self, loads: Iterable[LoadLike]) -> npt.NDArray[np.float32]:
         records = []
@@ -238,7 +238,8 @@ class Plate:
         wrong = ~((array >= 0) & (array <= 1))
         if wrong.any():
             y, x = np.argwhere(wrong)[0]
-            raise ValueError(f"densities[{y}, {x}]: {array[y, x]} is not from 0 (void) to 1 (solid)")
+            raise ValueError(
+                f"densities[{y}, {x}]: {array[y, x]} is not from 0 (void) to 1 (solid)")
         return np.ascontiguousarray(array.T, np.float32)
 
     def _check_shape(self, array: npt.NDArray[Any], name: str) -> None:
