@@ -9,7 +9,7 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
                                const std::vector<TopologyOptimizationComponentData>& supports,
                                float volumeFraction, const short* passiveData, int loadCaseCount,
                                const signed char* loadCaseIndices, const short* blobData) {
-    // What can fail for want of memory comes first: then nothing has changed.
+    // The copies of the host's lists may fail for want of memory: then nothing has changed yet.
     auto newLoads = loads;
     auto newSupports = supports;
     std::set<int> newLoadCases;

@@ -39,6 +39,8 @@ struct Fault {
     bool keepsCompliance;  ///< returns the last compliance, and otherwise -1
 };
 
+void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.what; }
+
 class AppFaultTest : public testing::TestWithParam<Fault> {};
 
 std::string nameOfFault(const testing::TestParamInfo<Fault>& info) { return info.param.what; }
