@@ -2,18 +2,11 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-function(run)
-    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result
-        OUTPUT_STRIP_TRAILING_WHITESPACE)
-    if(NOT result EQUAL 0)
-        list(JOIN ARGN " " command)
-        message(FATAL_ERROR "${command}\nfailed (${result}):\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/../support/run.cmake")
 
 function(check_variable name expected)
     run(pkg-config "--variable=${name}" voxam)
+    string(STRIP "${output}" output)
     if(NOT output STREQUAL expected)
         message(FATAL_ERROR "voxam.pc gives ${name}=${output} instead of ${expected}")
     endif()

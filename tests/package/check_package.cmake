@@ -3,18 +3,11 @@
 
 cmake_minimum_required(VERSION 3.25)
 
+include("${CMAKE_CURRENT_LIST_DIR}/../support/run.cmake")
+
 set(prefix "${SCRATCH_DIR}/moved")
 file(REMOVE_RECURSE "${SCRATCH_DIR}")
 file(MAKE_DIRECTORY "${SCRATCH_DIR}")
-
-function(run)
-    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        list(JOIN ARGN " " command)
-        message(FATAL_ERROR "${command}\nfailed (${result}):\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
 
 function(check_program name program)
     run("${program}")

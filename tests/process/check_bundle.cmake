@@ -3,17 +3,10 @@
 
 cmake_minimum_required(VERSION 3.25)
 
+include("${CMAKE_CURRENT_LIST_DIR}/../support/run.cmake")
+
 set(root "${SCRATCH_DIR}/root")
 file(REMOVE_RECURSE "${SCRATCH_DIR}")
-
-function(run)
-    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        list(JOIN ARGN " " command)
-        message(FATAL_ERROR "${command}\nfailed (${result}):\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
 
 # The files of the runtime are those that the smallest of C++ programs loads.
 function(copy_runtime)
