@@ -28,7 +28,7 @@ private:
     };
 
     std::optional<Hold> find(const Hand& hand) const;
-    std::optional<Hold> findOn(std::size_t load, const Hand& hand) const;
+    std::optional<Hold> findOn(std::size_t index, const Hand& hand) const;
     void selectNext(int step);
     void nudge(int dx, int dy);
     void turn(double degrees, double factor);

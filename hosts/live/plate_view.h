@@ -17,7 +17,7 @@ public:
     ~PlateView() override;
 
     /// What is shown. The scene stays until the next call.
-    void setScene(std::shared_ptr<const Scene> scene);
+    void setScene(std::shared_ptr<const Scene> next);
     void setMaterial(const QImage& image, bool isSmooth);
     void setFaults(std::vector<QPointF> places);
     void setSelectedLoad(std::optional<std::size_t> load);

@@ -20,13 +20,13 @@ struct Node {
 enum class PassiveKind { VOID, SOLID, SECOND_SOLID };
 
 /// Puts the top left node of a load at `node`, or as near as its extent allows.
-void moveLoad(Scene& scene, std::size_t load, Node node);
+void moveLoad(Scene& scene, std::size_t index, Node node);
 
 /// Holds nodes in these directions and no others.
 void paintSupports(Scene& scene, const std::vector<Node>& nodes, bool fixX, bool fixY);
 void eraseSupports(Scene& scene, const std::vector<Node>& nodes);
 /// Takes away a load, but never the last one of the scene.
-void eraseLoad(Scene& scene, std::size_t load);
+void eraseLoad(Scene& scene, std::size_t index);
 /// Takes away the loads that act on one of these nodes, but never the last one of the scene.
 void eraseLoads(Scene& scene, const std::vector<Node>& nodes);
 

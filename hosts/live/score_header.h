@@ -11,7 +11,7 @@ class ScoreHeader : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ScoreHeader(const QString& title, QWidget* parent = nullptr);
+    explicit ScoreHeader(const QString& name, QWidget* parent = nullptr);
 
     /// `note` stands beside the numbers.
     void show(const ScoreResult& result, const QString& note);

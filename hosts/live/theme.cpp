@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr int BUTTON_LIGHT = 118;  // percent of the window's
 
 QPalette paletteOf(const QColor& window, const QColor& base, const QColor& text,
                    const QColor& faint, const QColor& highlight) {

@@ -21,7 +21,7 @@ nlohmann::json parseJson(const std::string& text, const std::filesystem::path& f
 /// The document must outlive the value.
 class JsonValue {
 public:
-    JsonValue(const nlohmann::json& document, const std::string& file);
+    JsonValue(const nlohmann::json& document, const std::string& source);
 
     [[noreturn]] void fail(const std::string& what) const;
 

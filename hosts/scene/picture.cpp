@@ -72,7 +72,6 @@ public:
           scale(pixelsPerElement),
           layout(pictureLayout(scene, scale)),
           width(layout.width),
-          height(layout.height),
           plate{double(layout.plateX), double(layout.plateY)},
           canvas(layout.width, layout.height, kind),
           blob(scene.width, scene.height) {
@@ -344,7 +343,6 @@ private:
     double scale;
     PictureLayout layout;
     int width;
-    int height;
     Point plate;
     Canvas canvas;
     Field blob;  // 1 in the blob
