@@ -92,6 +92,7 @@ def test_forces_out_of_range_are_no_score(forces, complaint):
     ([["a"] * 3] * 2, ": an array of numbers"),
     ([[1] * 3, [1] * 2], ": .*inhomogeneous|: an array of numbers"),
     (None, ": an array of numbers"),
+    (np.ma.array(np.ones((2, 3)), mask=np.eye(2, 3)), ": some entries of the array are masked"),
 ])
 def test_refuses_wrong_densities(densities, complaint):
     with voxam.Game(3, 2, *cantilever(3, 2)) as game:

@@ -1,6 +1,8 @@
 """The optimiser, against the real library."""
 
+import copy
 import gc
+import pickle
 import re
 import threading
 
@@ -153,6 +155,8 @@ def test_restart_keeps_or_forgets_the_design(plate):
     assert plate.iterate().picture.shape == plate.picture_shape == (24, 36)
     plate.restart(subdivision=2, mesh_factor=2)
     assert [plate.iterate().compliance for _ in range(10)] == first
+    with pytest.raises(TypeError, match="keep_design: 'no' is neither"):
+        plate.restart(keep_design="no")
     with pytest.raises(ValueError, match="keeps its subdivision"):
         plate.restart(keep_design=True, mesh_factor=1)
     assert plate.picture_shape == (32, 48)
@@ -192,11 +196,12 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"supports": [(0, 8, np.ones(9))]}, r"supports\[0\].fix: an array of shape \(9,\) is not"),
     ({"volume_fraction": np.ones(9)}, r"volume_fraction: an array of shape \(9,\) is not a number"),
     ({"volume_fraction": 0}, "volume_fraction: 0 is not above 0"),
-    ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0"),
+    ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0 .* .in single precision"),
     ({"volume_fraction": 1.01}, "volume_fraction: 1.01 is not above 0"),
     ({"void": np.zeros((12, 8), bool)},
      r"void: shape \(12, 8\) is not \(height, width\) = \(8, 12\)"),
     ({"solid": np.zeros((8, 12))}, "solid: a mask of bool"),
+    ({"blob": np.ma.array(np.ones((8, 12), bool), mask=np.eye(8, 12))}, "blob: some entries"),
     ({"void": mask(12, 8, (3, 2)), "second_solid": mask(12, 8, (3, 2))},
      r"element \[2, 3\] is in both void and second_solid"),
     ({"load_cases_in_use": [0, 1]}, r"load_cases_in_use\[1\]: 1 is outside 0..0"),
@@ -212,7 +217,8 @@ def test_refuses_wrong_settings_and_keeps_the_old_ones(plate, settings, complain
 
 @pytest.mark.parametrize("sizes, complaint", [
     ({"width": 0}, "width: 0 is outside"),
-    ({"width": 3.0}, "width: 3.0 is not a whole number"),
+    ({"width": 3.5}, "width: 3.5 is not a whole number"),
+    ({"volume_fraction": 10**400}, "volume_fraction: 10*\\.\\.\\.0* is not a finite number"),
     ({"subdivision": 0}, "subdivision: 0 is outside"),
     ({"volume_fraction": float("nan")}, "volume_fraction: nan"),
 ])
@@ -293,9 +299,43 @@ def test_one_optimiser_at_a_time(plate):
         plate.close()
         other.update(*cantilever(3, 2))
         assert other.iterate().compliance > 0
-        for use in plate.iterate, plate.restart, lambda: plate.update([], []):
+        for use in (plate.iterate, plate.restart, lambda: plate.update(None, None),
+                    lambda: plate.blob, plate.__enter__):
             with pytest.raises(voxam.VoxamError, match="this Optimiser is closed"):
                 use()
+
+
+def test_cannot_be_copied_or_created_again(plate):
+    for copy_it in copy.copy, copy.deepcopy, pickle.dumps:
+        with pytest.raises(TypeError, match="this Optimiser cannot be copied"):
+            copy_it(plate)
+    for closed in False, True:
+        with pytest.raises(voxam.VoxamError, match="was created before"):
+            plate.__init__(5, 5)
+        assert (plate.width, plate.picture_shape) == (12, (32, 48))
+        assert closed or plate.iterate().picture.shape == (32, 48)
+        plate.close()
+
+
+def test_a_derived_class_is_told_to_create_it():
+    class Mine(voxam.Optimiser):
+        def __init__(self):
+            pass
+
+    mine = Mine()
+    for use in mine.iterate, mine.restart, lambda: mine.update([], []), mine.__enter__:
+        with pytest.raises(voxam.VoxamError, match=r"has to call super\(\).__init__"):
+            use()
+    assert mine.closed
+    mine.close()
+
+
+def test_takes_records_from_arrays(plate):
+    loads, supports = cantilever(12, 8)
+    first = plate.iterate().compliance
+    plate.restart()
+    plate.update(np.array([[12, 4, 0, 1, 0.0]]), supports)
+    assert plate.iterate().compliance == first
 
 
 @pytest.mark.parametrize("name, remedy", [

@@ -53,6 +53,7 @@ class Game(PlateSolver):
     ) -> None:
         """Takes a plate of width x height elements, and at least one load that does work. Raises
         OutOfMemoryError when the plate is too large."""
+        self._require_new()
         self._plate = Plate.checked(width, height, load_cases)
         load_records = self._plate.load_records(loads)
         support_records = self._plate.support_records(supports)
@@ -78,6 +79,7 @@ class Game(PlateSolver):
         they deserve. Scores of many powers of ten mean that a load hangs on void. Raises
         ProblemError when the plate cannot be solved; the next call starts clean.
         """
+        self._require_open()
         columns = self._plate.densities(densities)
         energies = self._untouched()
         with self._in_use() as library:

@@ -38,8 +38,12 @@ class ProblemError(VoxamError):
     text, empty if it has none."""
 
     def __init__(self, text: str, advice: str) -> None:
-        super().__init__(f"{text}: {advice}" if text else advice)
+        super().__init__(text, advice)  # the arguments, so that it goes from process to process
         self.text = text
+        self._advice = advice
+
+    def __str__(self) -> str:
+        return f"{self.text}: {self._advice}" if self.text else self._advice
 
 
 class RuntimeStat(ctypes.Structure):
@@ -144,6 +148,12 @@ class Solver:
     _kind: ClassVar[str]
     _destroy_function: ClassVar[str]
     _set_by: ClassVar[Dict[str, str]]  # for each thing that can be told, what to call
+    _finalizer: Any = None
+
+    def __reduce_ex__(self, _: object) -> Any:
+        """Refuses copies, deep ones and pickled ones as well."""
+        raise TypeError(f"this {self._kind} cannot be copied, because there is one in a process: "
+                        "hand on what it was given, or its results")
 
     def __setattr__(self, name: str, value: object) -> None:
         """Refuses what looks like a setting, because it would have no effect. A class that a host
@@ -157,6 +167,18 @@ class Solver:
         if remedy is not None:
             raise AttributeError(f"{self._kind}.{name} cannot be assigned: {remedy}")
         super().__setattr__(name, value)
+
+    def _require_new(self) -> None:
+        if self._finalizer is not None:
+            raise VoxamError(f"this {self._kind} was created before: create another one, after "
+                             "close() of this one")
+
+    def _require_open(self) -> None:
+        if self._finalizer is None:
+            raise VoxamError(f"this {self._kind} was not created: a derived class has to call "
+                             "super().__init__(width, height, ...)")
+        if self.closed:
+            raise VoxamError(f"this {self._kind} is closed: create another one to go on")
 
     def _claim(self) -> None:
         """Becomes the one of its kind. What another copy of this package may have left in the
@@ -175,22 +197,22 @@ class Solver:
     @contextlib.contextmanager
     def _in_use(self) -> Iterator[Any]:
         with exclusive() as library:
-            if self.closed:
-                raise VoxamError(
-                    f"this {self._kind} is closed: create another one to go on")
+            self._require_open()
             yield library
 
     @property
     def closed(self) -> bool:
         """Whether it was closed."""
-        return not self._finalizer.alive
+        return self._finalizer is None or not self._finalizer.alive
 
     def close(self) -> None:
         """Frees what it holds, after a call of another thread has come to its end. Closing twice
         does no harm."""
-        self._finalizer()
+        if self._finalizer is not None:
+            self._finalizer()
 
     def __enter__(self: _AnySolver) -> _AnySolver:
+        self._require_open()
         return self
 
     def __exit__(self, *_: object) -> None:

@@ -11,7 +11,7 @@ import numpy.typing as npt
 
 from ._library import OutOfMemoryError, ProblemError, RuntimeStat, VoxamError
 from ._plate import (LARGEST_INT, LOAD_CASES_IN_USE, LoadLike, Mask, Plate,
-                     PlateSolver, SupportLike, cell_records, finite, fraction, shown, whole)
+                     PlateSolver, SupportLike, cell_records, finite, fraction, shown, truth, whole)
 
 _TEXT_LENGTH = 256
 _NO_OPTIMISER = "No optimiser"
@@ -119,6 +119,7 @@ class Optimiser(PlateSolver):
         Raises OutOfMemoryError when that is clearly too much; so does the first iteration when
         memory does not suffice.
         """
+        self._require_new()
         self._plate = Plate.checked(width, height, load_cases)
         self._volume_fraction = fraction(volume_fraction, "volume_fraction")
         self._subdivision = 0
@@ -152,6 +153,7 @@ class Optimiser(PlateSolver):
     @property
     def blob(self) -> Optional[npt.NDArray[np.bool_]]:
         """[y, x], where the blob is; None if there is none."""
+        self._require_open()
         if self._settings is None or self._settings.blob[0] < 1:
             return None
         mask = self._plate.mask(None, "blob")
@@ -186,6 +188,7 @@ class Optimiser(PlateSolver):
 
         Masks need mesh_factor to be equal to subdivision. An error leaves everything as it was.
         """
+        self._require_open()
         wanted = self._volume_fraction if volume_fraction is None else volume_fraction
         settings = _Settings(
             self._plate.load_records(loads),
@@ -233,7 +236,7 @@ class Optimiser(PlateSolver):
             outputs = (_TEXT_LENGTH, text, picture.ctypes, ctypes.byref(change),
                        ctypes.byref(stat))
             cells = np.full((self._plate.height, self._plate.width), -1, np.intc)
-            if move_blob:
+            if truth(move_blob, "move_blob"):
                 compliance = library._IterateVoxamAppWithBlob(*outputs, cells.ctypes, exponent)
             else:
                 compliance = library._IterateVoxamApp(*outputs, exponent)
@@ -255,7 +258,7 @@ class Optimiser(PlateSolver):
         """Begins again with the problem of the last update, from a uniform design and, if given, at
         another detail; the picture's shape changes with it. With keep_design only the library's
         schedule of iterations begins again."""
-        if keep_design and not (subdivision is None and mesh_factor is None):
+        if truth(keep_design, "keep_design") and not (subdivision is None and mesh_factor is None):
             raise ValueError("a design that is kept keeps its subdivision and mesh_factor")
         with self._in_use() as library:
             refinement = self._subdivision, self._mesh_factor

@@ -56,9 +56,11 @@ def shown(value: Any) -> str:
 
 
 def whole(value: Any, name: str, least: int, most: int) -> int:
-    """The value as an int; TypeError or ValueError if it is not one from `least` to `most`."""
+    """The value as an int; TypeError or ValueError if it is not one from `least` to `most`. Floats
+    may be whole numbers, because arrays of records have no others."""
     try:
-        number = operator.index(value)
+        is_whole = isinstance(value, (float, np.floating)) and float(value).is_integer()
+        number = int(value) if is_whole else operator.index(value)
     except TypeError:
         raise TypeError(f"{name}: {shown(value)} is not a whole number") from None
     if not least <= number <= most:
@@ -73,18 +75,27 @@ def finite(value: Any, name: str) -> float:
             raise TypeError
         with np.errstate(over="ignore"):
             number = float(np.float32(float(value)))
-    except (TypeError, ValueError, OverflowError):
+    except OverflowError:
+        number = math.inf
+    except (TypeError, ValueError):
         raise TypeError(f"{name}: {shown(value)} is not a number") from None
     if not math.isfinite(number):
-        raise ValueError(f"{name}: {value!r} is not a finite number (in single precision)")
+        raise ValueError(f"{name}: {shown(value)} is not a finite number (in single precision)")
     return number
 
 
 def fraction(value: Any, name: str) -> float:
     number = finite(value, name)
     if not 0 < number <= 1:
-        raise ValueError(f"{name}: {value!r} is not above 0 and up to 1")
+        raise ValueError(
+            f"{name}: {shown(value)} is not above 0 and up to 1 (in single precision)")
     return number
+
+
+def truth(value: Any, name: str) -> bool:
+    if not isinstance(value, (bool, np.bool_)):
+        raise TypeError(f"{name}: {shown(value)} is neither True nor False")
+    return bool(value)
 
 
 # Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
@@ -300,6 +311,9 @@ def _record(kind: Any, entry: Any, name: str) -> Any:
 
 
 def _asarray(values: npt.ArrayLike, name: str) -> npt.NDArray[Any]:
+    if isinstance(values, np.ma.MaskedArray) and np.any(values.mask):
+        raise TypeError(f"{name}: some entries of the array are masked; array.filled(value) gives "
+                        "them a value")
     try:
         return np.asarray(values)
     except ValueError as error:

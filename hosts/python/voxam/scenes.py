@@ -4,7 +4,8 @@ Read are all keys that an optimisation needs: grid, loads, supports, loadCases, 
 volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
 Not read are densities, which are for a score, description and $schema. Forces reach the library in
 the unit of the largest one, and compliances come back in that of the scene, as in the program; of
-the checks that the program makes before a run and after it, only those of the package are made here.
+the checks that the program makes before a run and after it, only those of the package are made
+here.
 """
 
 from __future__ import annotations
