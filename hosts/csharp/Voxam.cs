@@ -208,6 +208,7 @@ namespace Voxam
             {
                 lock (Native.Gate)
                 {
+                    living.CheckAlive(this);
                     return sent == null ? null : plate.MaskOf(sent.Blob);
                 }
             }

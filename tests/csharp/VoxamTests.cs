@@ -308,6 +308,7 @@ public sealed class VoxamTests
             Throws<ObjectDisposedException>(() => optimiser.Iterate(), "Optimiser");
             Throws<ObjectDisposedException>(() => optimiser.Update(new Settings()), "Optimiser");
             Throws<ObjectDisposedException>(() => optimiser.Restart(), "Optimiser");
+            Throws<ObjectDisposedException>(() => optimiser.Blob.ToString(), "Optimiser");
         }
         Load[] pull = { new Load(3, 1, 0, 1) };
         var game = new Game(3, 2, pull, Clamp(2));

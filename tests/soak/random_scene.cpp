@@ -85,11 +85,11 @@ private:
         return list;
     }
 
-    Json drawing(const std::string& characters) {
+    Json drawing(const std::string& characters, int refinement = 1) {
         Json rows = Json::array();
-        for (int y = 0; y < height; ++y) {
+        for (int y = 0; y < refinement * height; ++y) {
             std::string row;
-            for (int x = 0; x < width; ++x) row += dice.pickFrom(characters);
+            for (int x = 0; x < refinement * width; ++x) row += dice.pickFrom(characters);
             rows.push_back(row);
         }
         return rows;
@@ -103,7 +103,7 @@ private:
     Json densities() {
         if (dice.oneIn(3)) return dice.fraction();
         if (dice.oneIn(8)) return {{dice.pick({"png", "csv"}), "arch.png"}};
-        Json rows = drawing("##..0123456789");
+        Json rows = drawing("##..0123456789", dice.oneIn(3) ? dice.between(2, 3) : 1);
         if (dice.oneIn(2)) return rows;
         for (Json& row : rows) {
             const size_t length = row.get<std::string>().size();

@@ -5,11 +5,13 @@
 #include <filesystem>
 #include <optional>
 
+#include "assessment.h"
+#include "design_file.h"
 #include "fault.h"
-#include "game.h"
 #include "input_error.h"
 #include "optimiser.h"
 #include "records.h"
+#include "refinement.h"
 #include "scene_reader.h"
 #include "scene_writer.h"
 
@@ -73,6 +75,19 @@ void requireLimits(const Settings& settings, const Scene& scene) {
     requireCells(settings.passive.secondSolids, scene);
 }
 
+void requireDesign(const Field& design, const Scene& scene) {
+    const int refinement = refinementOf(design, scene);
+    require(std::clamp(refinement, 1, MAX_DESIGN_REFINEMENT) == refinement &&
+                design.width == refinement * scene.width &&
+                design.height == refinement * scene.height,
+            "a design has the size of the grid or a whole multiple of it");
+    require(design.values.size() == size_t(design.width) * size_t(design.height),
+            "there is a density for each element of a design");
+    for (const float density : design.values) {
+        require(density >= 0 && density <= 1, "densities are between 0 and 1");
+    }
+}
+
 void requireLimits(const Scene& scene) {
     require(std::clamp(scene.width, 1, Scene::MAX_SIDE) == scene.width &&
                 std::clamp(scene.height, 1, Scene::MAX_SIDE) == scene.height &&
@@ -88,12 +103,7 @@ void requireLimits(const Scene& scene) {
         before = change.iteration;
         requireLimits(change.settings, scene);
     }
-    if (!scene.densities) return;
-    require(scene.densities->width == scene.width && scene.densities->height == scene.height,
-            "there is a density for each element");
-    for (const float density : scene.densities->values) {
-        require(density >= 0 && density <= 1, "densities are between 0 and 1");
-    }
+    if (scene.densities) requireDesign(*scene.densities, scene);
 }
 
 void requireRoundTrip(Scene scene) {
@@ -105,14 +115,17 @@ void requireRoundTrip(Scene scene) {
     require(again == scene, "a scene that is written and read is the same scene");
 }
 
+void scoreDesign(const Scene& scene) {
+    if (std::max(scene.densities->width, scene.densities->height) > 60) return;
+    const Score score = assess(*scene.densities, scene).score;
+    require(score.compliance >= 0, "a score is a number, and not negative");
+}
+
 // A scene that was read gives the library nothing that it has to stop at.
 void runShortly(Scene scene) {
+    if (scene.densities) scoreDesign(scene);
     const int side = std::max(scene.width, scene.height) * scene.refinement();
     if (side > 60) return;
-    if (scene.densities) {
-        Game game(scene);
-        game.score(*scene.densities);
-    }
     if (scene.volumeFraction == 0) return;
     Optimiser optimiser(scene);
     optimiser.iterate(scene.penalty, !scene.blob.empty());
