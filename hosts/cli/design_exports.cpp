@@ -27,7 +27,7 @@ constexpr double DEFAULT_THICKNESS = 0.1;
 void addOutlineOptions(CLI::App& command, ExportOptions& options) {
     command
         .add_option("--outline", options.outlines,
-                    "Write where the material ends, in units of an element's edge: a drawing\n"
+                    "Write where the material ends, in units of an element's edge: a drawing "
                     "or, as .stl, a solid; may be given more than once")
         ->type_name("OUT.svg|.dxf|.stl")
         ->check(fileName())

@@ -2,9 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "console.h"
+#include "help_formatter.h"
 #include "optimise_command.h"
 #include "picture.h"
 #include "scene.h"
@@ -31,7 +33,7 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
     CLI::Option* picture =
         score
             ->add_option("--picture", options.picture,
-                         "Draw the design, coloured by the energy of its elements;\n"
+                         "Draw the design, coloured by the energy of its elements; "
                          "plain grey when the scene is not supported")
             ->type_name("OUT.png|.svg")
             ->check(fileName());
@@ -44,7 +46,7 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
         ->needs(picture);
     score
         ->add_option("--design", options.design,
-                     "Score this design instead of the scene's densities, such as one that\n"
+                     "Score this design instead of the scene's densities, such as one that "
                      "voxam optimise wrote")
         ->type_name("IN.png|.csv")
         ->check(fileName());
@@ -54,25 +56,25 @@ CLI::App* addScore(CLI::App& app, ScoreOptions& options) {
     score->footer(
         "Exit status:\n"
         "  0  scored\n"
-        "  1  not supported: the plate or what carries a load is free to move, as a line on\n"
-        "     standard error tells; or --strict and a warning\n"
-        "  2  an error in the scene, the options or a file; one line on standard error tells\n"
-        "     which, and no picture is written: also when standard output is full\n");
+        "  1  not supported: the plate or what carries a load is free to move, as a line\n"
+        "     on standard error tells; or --strict and a warning\n"
+        "  2  an error in the scene, the options or a file; one line on standard error\n"
+        "     tells which, and no picture is written: also when standard output is full\n");
     return score;
 }
 
 constexpr const char* OPTIMISE_FOOTER =
-    "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with picture and\n"
-    "summary; the second one ends it at once.\n"
+    "SIGINT (Ctrl-C) and SIGTERM end the run after the iteration at hand, with\n"
+    "picture and summary; the second one ends it at once.\n"
     "Exit status:\n"
     "  0  optimised\n"
-    "  1  the library could not go on: one line on standard error tells the iteration and\n"
-    "     why, and the picture shows the last design, if there was one. A text that is\n"
-    "     followed by a change of the timeline does not end the run. Or --strict and a\n"
-    "     warning\n"
-    "  2  an error in the scene, the options or a file; one line on standard error tells\n"
-    "     which. When a file cannot be written the others still are; when standard output\n"
-    "     is full all files are written\n"
+    "  1  the library could not go on: one line on standard error tells the iteration\n"
+    "     and why, and the picture shows the last design, if there was one. A text\n"
+    "     that is followed by a change of the timeline does not end the run. Or\n"
+    "     --strict and a warning\n"
+    "  2  an error in the scene, the options or a file; one line on standard error\n"
+    "     tells which. When a file cannot be written the others still are; when\n"
+    "     standard output is full all files are written\n"
     "  130, 143  ended by SIGINT, SIGTERM\n";
 
 CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
@@ -90,8 +92,8 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         ->check(wholeNumberWithin(1, Scene::MAX_ITERATIONS));
     optimise
         ->add_option("--until", options.until,
-                     "Stop when no density changes by as much as this in an iteration; not in\n"
-                     "the first 20 iterations, and not before all changes of the timeline and\n"
+                     "Stop when no density changes by as much as this in an iteration; not in "
+                     "the first 20 iterations, and not before all changes of the timeline and "
                      "20 iterations more")
         ->type_name("CHANGE")
         ->check(positiveNumber());
@@ -100,13 +102,13 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
         ->check(fileName());
     optimise
         ->add_option("--animation", options.animation,
-                     "Show how the design forms: pictures of the iterations, or of those in\n"
+                     "Show how the design forms: pictures of the iterations, or of those in "
                      "which most happens, and a pause at the end")
         ->type_name("OUT.gif")
         ->check(fileName());
     optimise
         ->add_option("--design", options.exports.designs,
-                     "Write the density of each cell, as a grey pixel (black is solid) or as a\n"
+                     "Write the density of each cell, as a grey pixel (black is solid) or as a "
                      "number; voxam score reads it with --design; may be given more than once")
         ->type_name("OUT.png|.csv")
         ->check(fileName())
@@ -114,13 +116,13 @@ CLI::App* addOptimise(CLI::App& app, OptimiseOptions& options) {
     addOutlineOptions(*optimise, options.exports);
     optimise
         ->add_option("--frames", options.frames,
-                     "Draw the design after each iteration: frame-0001.png and so on in this\n"
+                     "Draw the design after each iteration: frame-0001.png and so on in this "
                      "directory, which is made when needed")
         ->type_name("DIR")
         ->check(fileName());
     optimise
         ->add_option("--history", options.history,
-                     "Write a line for each iteration, as it ends: compliance, volume, change\n"
+                     "Write a line for each iteration, as it ends: compliance, volume, change "
                      "and all timings in milliseconds")
         ->type_name("OUT.csv")
         ->check(fileName());
@@ -136,13 +138,15 @@ CLI::App* addPerformance(CLI::App& app) {
     CLI::App* performance = app.add_subcommand(
         "performance", "Time four ways of assembling the equations, on plates of five sizes");
     performance->footer(
-        "Prints a table for each plate: a line per way, and in it for 1, 2, 4 and 8 assemblies\n"
-        "the milliseconds in all and, in parentheses, those that built the sparsity pattern.\n");
+        "Prints a table for each plate: a line per way, and in it for 1, 2, 4 and 8\n"
+        "assemblies the milliseconds in all and, in parentheses, those that built the\n"
+        "sparsity pattern.\n");
     return performance;
 }
 
 int run(int argc, char** argv) {
     CLI::App app("Voxam: topology optimisation of plates from the command line.", "voxam");
+    app.formatter(std::make_shared<HelpFormatter>());
     app.set_version_flag("--version", "voxam " VOXAM_CLI_VERSION);
     app.footer("voxam COMMAND --help tells more about a command.\nExit status 2 is an error.");
 

@@ -124,7 +124,10 @@ std::string plainNumber(double value) {
     return size == 0 || (size >= 1e-7 && size < 1e15) ? exactDecimalText(value) : exactText(value);
 }
 
-std::string placeText(double x, double y) { return formatted("x %.6g, y %.6g", x, y); }
+std::string placeText(double x, double y) {
+    const auto rounded = [](double value) { return std::round(100 * value) / 100; };
+    return formatted("x %.6g, y %.6g", rounded(x), rounded(y));
+}
 
 std::string wrapped(const std::string& text, std::size_t width, std::size_t indent) {
     std::string result;
@@ -133,6 +136,8 @@ std::string wrapped(const std::string& text, std::size_t width, std::size_t inde
         const std::size_t begin = std::min(text.find_first_not_of(' ', end), text.size());
         std::string blanks(begin - end, ' ');
         end = std::min(text.find(' ', begin), text.size());
+        while (text.compare(end, 2, " %") == 0)  // stays with its number
+            end = std::min(text.find(' ', end + 1), text.size());
         const std::string word = text.substr(begin, end - begin);
         const std::size_t room =
             width > column + blanks.size() ? width - column - blanks.size() : 0;

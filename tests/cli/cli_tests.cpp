@@ -316,6 +316,8 @@ TEST_F(Cli, explainsItself) {
         EXPECT_EQ(outcome.status, 0);
         EXPECT_NE(outcome.out.find(text), std::string::npos) << outcome.out;
         EXPECT_EQ(outcome.err, "");
+        std::istringstream lines(outcome.out);
+        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
     }
 }
 

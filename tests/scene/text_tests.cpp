@@ -32,6 +32,7 @@ TEST(Text, wrapsAtBlanks) {
     EXPECT_EQ(wrapped(text, 80, 9), text);
     EXPECT_EQ(wrapped(text, 16, 9), "  key    one two\n         \u00e4\u00e4\u00e4\n         four");
     EXPECT_EQ(wrapped(text, 17, 9), "  key    one two\n         \u00e4\u00e4\u00e4 four");
+    EXPECT_EQ(wrapped("has 15.3 % of 20 %", 16, 2), "has 15.3 % of\n  20 %");
     // A word that is too long stays whole, and a line has one at least.
     EXPECT_EQ(wrapped("voxam: abcdefghij k", 9, 7), "voxam: abcdefghij\n       k");
 }
