@@ -101,7 +101,9 @@ std::string subtitle(const Scene& scene, const Assessment& found,
                                               : "not supported: " + lineOf(found.problems.front());
     if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
     text += ",  material used " + materialText(scene);
-    if (!found.floating.empty()) text += ",  left out: " + describe(found.floating);
+    // Which ones, their outlines show.
+    if (!found.floating.empty())
+        text += ",  " + counted(found.floating.size(), "part") + " left out";
     return text;
 }
 

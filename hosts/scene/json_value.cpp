@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <map>
+#include <sstream>
 
 #include "input_error.h"
 #include "json_error.h"
@@ -21,39 +21,14 @@ constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
 
 constexpr std::size_t LONGEST_KEY = 60;  // of an unknown one that is told
 
-/// Goes over a text, and lets others see how far the parser has come.
-class WatchedText {
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    WatchedText(const std::string& read, std::size_t& position) : text(&read), at(&position) {}
-
-    reference operator*() const { return (*text)[*at]; }
-    WatchedText& operator++() {
-        ++*at;
-        return *this;
-    }
-    void operator++(int) { ++*at; }
-    bool operator==(const WatchedText& other) const { return *at == *other.at; }
-    bool operator!=(const WatchedText& other) const { return !(*this == other); }
-
-private:
-    const std::string* text;
-    std::size_t* at;
-};
-
 /// Throws InputError where a key stands twice in one object: the parser would silently keep the last,
 /// and a scene lose its first loads. (A callback of the parser that builds the document would do, but
 /// it goes over a list again after each of its elements.)
 class DuplicateKeys : public json::json_sax_t {
 public:
-    /// `position` is where the parser is.
-    DuplicateKeys(const std::string& parsed, const std::size_t& position, std::string source)
-        : text(parsed), at(position), file(std::move(source)) {}
+    /// The parser reads from `buffer`, which holds the text.
+    DuplicateKeys(const std::string& parsed, std::streambuf& buffer, std::string source)
+        : text(parsed), read(buffer), file(std::move(source)) {}
 
     bool null() override { return true; }
     bool boolean(bool) override { return true; }
@@ -76,11 +51,12 @@ public:
         return true;
     }
     bool key(std::string& name) override {
-        const auto [first, isNew] = ends.back().emplace(name, at);
+        const auto end = static_cast<std::size_t>(read.pubseekoff(0, std::ios::cur, std::ios::in));
+        const auto [first, isNew] = ends.back().emplace(name, end);
         if (isNew) return true;
-        throw InputError(file + ": " + placeOfKey(at) + ": the key " + quoted(std::as_const(name)) +
-                         " stands twice in the same braces, before at " +
-                         placeOfKey(first->second));
+        throw InputError(
+            file + ": " + placeOfKey(end) + ": the key " + quoted(std::as_const(name)) +
+            " stands twice in the same braces, before at " + placeOfKey(first->second));
     }
 
 private:
@@ -93,7 +69,7 @@ private:
     }
 
     const std::string& text;
-    const std::size_t& at;
+    std::streambuf& read;
     std::string file;
     std::vector<std::map<std::string, std::size_t>> ends;  // of the keys of the objects around
 };
@@ -143,11 +119,9 @@ json parseJson(const std::string& text, const std::filesystem::path& file) {
     constexpr bool strict = true;
     try {
         json document = json::parse(text, nullptr, throwing, withComments);
-        std::size_t position = 0;
-        std::size_t end = text.size();
-        DuplicateKeys duplicateKeys(text, position, nameOf(file));
-        json::sax_parse(WatchedText(text, position), WatchedText(text, end), &duplicateKeys,
-                        json::input_format_t::json, strict, withComments);
+        std::istringstream stream(text);
+        DuplicateKeys duplicateKeys(text, *stream.rdbuf(), nameOf(file));
+        json::sax_parse(stream, &duplicateKeys, json::input_format_t::json, strict, withComments);
         return document;
     } catch (const json::parse_error& error) {
         throw InputError(nameOf(file) + ": " + describeJsonError(text, error.byte, error.what()));
