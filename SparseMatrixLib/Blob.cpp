@@ -28,10 +28,7 @@ void excludePassiveCells(const PassiveBlock& passive, DenseMatrix& interface) {
     if (passive.IsEmpty()) return;
     for (unsigned i = 0; i < interface.getRows(); ++i) {
         const int kind = passive.getCoarseGridElement(static_cast<int>(i));
-        if (kind == PassiveBlock::VOID || kind == PassiveBlock::SOLID ||
-            kind == PassiveBlock::SECOND_SOLID) {
-            interface(i, 0) = 0.0;
-        }
+        if (kind == PassiveBlock::VOID || PassiveBlock::isSolid(kind)) interface(i, 0) = 0.0;
     }
 }
 

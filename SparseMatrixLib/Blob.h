@@ -6,10 +6,11 @@
 #include "PassiveBlock.h"
 #include "dense_matrix.h"
 
-/// The blob: a region of the coarse grid that stays empty and keeps its size, while each step moves
-/// some elements of its boundary from where material is useful to where it is least so. This is
-/// what only the blob needs; its mask and the sensitivities of its elements belong to the optimiser
-/// and are handed in. Vectors have one value per coarse element.
+/// The blob: a region of the coarse grid that stays empty and, as long as there are elements to
+/// join, keeps its size, while each step moves some elements of its boundary from where material is
+/// useful to where it is least so. This is what only the blob needs; its mask and the sensitivities
+/// of its elements belong to the optimiser and are handed in. Vectors have one value per coarse
+/// element.
 struct Blob {
     /// Throws std::bad_alloc.
     Blob(unsigned nelx, unsigned nely);
@@ -49,8 +50,8 @@ struct Blob {
     unsigned nely;
     double rminBlob = 1.2F;              ///< radius of blobH in coarse elements
     double circleInterfaceSize = 0.0;    ///< interface of a disc of the blob's area, in elements
-    double objectivePrevious = 0.0;      ///< compliance of the last blob step
-    double objectivePrevious2 = 0.0;     ///< and of the one before
+    double objectivePrevious = 0.0;      ///< compliance at the last adaptation, 1e10 before
+    double objectivePrevious2 = 0.0;     ///< and at the one before
     double blobCellCount = 0.0;          ///< area of the blob as the host gave it
     double blobInterfaceSize = 0.0;      ///< elements at the blob's boundary
     double circleMoI = 0.0;              ///< polar moment of inertia of the disc
@@ -59,7 +60,7 @@ struct Blob {
     double blobMoveLimitMax = 0.0;       ///< upper bound of it
     double blobMoveLimitFraction = 0.0;  ///< unrounded, while the limit is below 10
     double blobMoveLimitLarge = 0.0;     ///< before rounding, while it is 10 or more
-    double blobMoveCount = 0.0;          ///< how many left, and joined, in the last redistribution
+    double blobMoveCount = 0.0;          ///< how many leave, and join if so many can
     double blobPreparedCount = 0.0;      ///< how many the last preparation chose to leave
     int blobCounter = 0;                 ///< reset with the settings; nothing reads it
     int blobConverged = 0;               ///< 1 when the last redistribution moved nothing

@@ -107,6 +107,7 @@ void ConeFilter::apply(const DenseMatrix& field, DenseMatrix& filtered) const {
 
 void ConeFilter::applyTransposed(const DenseMatrix& field, DenseMatrix& spread) const {
     DenseMatrix share = field.copy();
+    if (share.getRows() != field.getRows()) throw std::bad_alloc();
     share.elemDivide(normaliser);
     weights.multiply(false, 1.0, 0.0, share, spread);
 }

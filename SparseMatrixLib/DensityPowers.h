@@ -17,6 +17,7 @@ struct DensityPowers {
                        double penalty);
 
     std::vector<double> power;
-    /// 0 where the density is 0, also with a penalty below 1: no infinity enters the filters.
+    /// 0 where it would be infinite, at density 0 with a penalty below 1: no infinity enters the
+    /// filters.
     std::vector<double> powerLessOne;
 };

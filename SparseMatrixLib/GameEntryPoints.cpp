@@ -1,5 +1,4 @@
 #include <iostream>
-#include <limits>
 #include <memory>
 
 #include "ExportGuard.h"
@@ -11,8 +10,6 @@ namespace {
 
 // Deliberately never destroyed: a host may call in an exit handler.
 std::unique_ptr<SolverGame>& solverGame = *new std::unique_ptr<SolverGame>;
-
-constexpr double FAILED_SCORE = std::numeric_limits<float>::max();
 
 void printBannerOnce() {
     static bool initialized = false;
@@ -39,11 +36,12 @@ void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int loadCount, con
 double _SolveVoxamGame(const float* densities, float* elementValues) {
     return guardExport(
         [&]() -> double {
-            return solverGame ? solverGame->solve(densities, elementValues) : FAILED_SCORE;
+            return solverGame ? solverGame->solve(densities, elementValues)
+                              : SolverGame::FAILED_OBJECTIVE;
         },
-        [&](const char*) {
+        [&](const char*) -> double {
             SolverGame::zeroArray(solverGame->getNumberOfElements(), elementValues);
-            return FAILED_SCORE;
+            return SolverGame::FAILED_OBJECTIVE;
         });
 }
 

@@ -12,6 +12,9 @@ public:
     static constexpr int SOLID = 2;         ///< must stay solid
     static constexpr int SECOND_SOLID = 4;  ///< must stay solid, of the host's second kind
 
+    /// Whether the bits are those of a solid cell, and of nothing else.
+    static constexpr bool isSolid(int kind) { return kind == SOLID || kind == SECOND_SOLID; }
+
     /// No cell is passive. `width` and `height` are the coarse grid's, `fineScale` is
     /// subdivision * meshFactor, `subdivision` the fine cells per coarse cell edge.
     PassiveBlock(unsigned width, unsigned height, unsigned fineScale, unsigned subdivision);

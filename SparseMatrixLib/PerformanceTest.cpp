@@ -28,20 +28,6 @@ constexpr float E0 = 1.0F;
 constexpr float EMIN = 0.01F;
 constexpr float PENALTY = 3.0F;
 
-struct Strategy {
-    const char* label;
-    bool reuse;
-    bool parallel;
-    bool parallelBuild;
-};
-
-constexpr Strategy STRATEGIES[] = {
-    {"Allways create triplet ", false, false, false},
-    {"Reuse sparse (sequential)", true, false, false},
-    {"Reuse sparse (parallel) ", true, true, false},
-    {"Reuse sparse (parallel build) ", true, true, true},
-};
-
 // One assembly of the plate's stiffness matrix, by columns of elements.
 struct Assembly {
     int nelx;
@@ -137,11 +123,22 @@ void buildTimed(SparseMatrix& K, double& buildTime) {
     buildTime += timer.getElapsedTimeInMilliSec();
 }
 
-// Assembles `iterations` times by one strategy and returns the densities it worked on.
-DenseMatrix runTest(int nelx, int nely, const Strategy& strategy, int iterations,
-                    double& buildTime) {
-    DenseMatrix densities(static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1,
-                          DENSITY);
+}  // namespace
+
+const AssemblyStrategy ASSEMBLY_STRATEGIES[4] = {
+    {"Allways create triplet ", false, false, false},
+    {"Reuse sparse (sequential)", true, false, false},
+    {"Reuse sparse (parallel) ", true, true, false},
+    {"Reuse sparse (parallel build) ", true, true, true},
+};
+
+DenseMatrix performanceDensities(int nelx, int nely) {
+    return {static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1, DENSITY};
+}
+
+SparseMatrix assembleRepeatedly(int nelx, int nely, const DenseMatrix& densities,
+                                const AssemblyStrategy& strategy, int iterations,
+                                double& buildTime) {
     Assembly assembly{nelx, nely, densities, nullptr};
     SparseMatrix K = assembly.emptyMatrix(nelx);
     for (int it = 0; it < iterations; ++it) {
@@ -154,31 +151,30 @@ DenseMatrix runTest(int nelx, int nely, const Strategy& strategy, int iterations
                 assembly.addAllColumns(K, false);
             continue;
         }
+        if (it >= 1) K = assembly.emptyMatrix(nelx);
         if (strategy.parallelBuild)
             assembly.addTripletsInParallel(K);
         else
             assembly.addAllColumns(K, true);
         buildTimed(K, buildTime);
-        if (!strategy.reuse) K = assembly.emptyMatrix(nelx);
     }
-    return densities;
+    return K;
 }
-
-}  // namespace
 
 void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& iterationCounts) {
     std::cout << "Profile number of iterations " << nelx << "x" << nely << std::endl;
     std::cout << "Iterations:";
     for (int count : iterationCounts) std::cout << "\t" << count;
     std::cout << std::endl;
-    for (const Strategy& strategy : STRATEGIES) {
+    for (const AssemblyStrategy& strategy : ASSEMBLY_STRATEGIES) {
         std::cout << strategy.label;
         std::vector<double> checksums;  // keeps the runs from being optimised away
         for (int count : iterationCounts) {
             Timer timer;
             timer.start();
             double buildTime = 0.0;
-            const DenseMatrix densities = runTest(nelx, nely, strategy, count, buildTime);
+            const DenseMatrix densities = performanceDensities(nelx, nely);
+            assembleRepeatedly(nelx, nely, densities, strategy, count, buildTime);
             timer.stop();
             std::cout << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
             checksums.push_back(std::accumulate(densities.begin(), densities.end(), 0.0));

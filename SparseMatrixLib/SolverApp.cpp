@@ -10,7 +10,7 @@ using kmat::undefinedVector;
 
 namespace {
 
-double finite(float volumeFraction) {
+double requireFinite(float volumeFraction) {
     if (!std::isfinite(volumeFraction)) throw std::invalid_argument("volume fraction not finite");
     return volumeFraction;
 }
@@ -32,7 +32,7 @@ SolverApp::SolverApp(unsigned nelx, unsigned nely, unsigned subdivision, unsigne
                      float volumeFraction, int numLoadCases)
     : grids(nelx, nely, subdivision, meshFactor),
       equilibrium(nelx, nely, subdivision, numLoadCases),
-      volumeFraction(finite(volumeFraction)),
+      volumeFraction(requireFinite(volumeFraction)),
       targetVolumeFraction(volumeFraction),
       meshRmin(meshFactor),
       rhoPhys(undefinedVector(grids.numberOfElements)),
@@ -80,6 +80,16 @@ void SolverApp::reset() {
 void SolverApp::restartIteration() {
     iteration = 0;
     loop = 0;
+}
+
+// A lower bound above the upper one wins, other than with std::clamp.
+double SolverApp::clamp(double x, double lo, double hi) {
+    if (lo > x) return lo;
+    return hi < x ? hi : x;
+}
+
+double SolverApp::clamp(double x, double lo1, double lo2, double hi1, double hi2) {
+    return clamp(clamp(x, lo1, hi1), lo2, hi2);
 }
 
 double SolverApp::sum(const kmat::DenseMatrix& v) {

@@ -52,6 +52,11 @@ public:
     /// Sum of all entries in index order.
     static double sum(const kmat::DenseMatrix& v);
 
+    /// x limited to lo .. hi.
+    static double clamp(double x, double lo, double hi);
+    /// x limited to lo1 .. hi1 and then to lo2 .. hi2.
+    static double clamp(double x, double lo1, double lo2, double hi1, double hi2);
+
     void setVolumeFraction(double fraction) { volumeFraction = fraction; }
     void setPenalty(double exponent) { penalty = exponent; }
 
@@ -65,14 +70,14 @@ public:
     /// Takes over everything that the host can change while the optimiser runs and withdraws an
     /// error text. The design is kept.
     ///
-    /// volumeFraction is what the design moves towards, by at most 5 % per iteration. passiveData
+    /// askedVolumeFraction is what the design moves towards, by at most 5 % per iteration. passiveData
     /// is a record of PassiveBlock::update() or null. loadCaseIndices holds loadCaseCount indices
     /// of the load cases in use; duplicates and indices that do not exist are dropped. blobData
     /// holds a count and then that many pairs (x, y) of coarse cells; null means no blob, cells
     /// outside the grid are ignored.
     void updateSettings(const std::vector<TopologyOptimizationComponentData>& loads,
                         const std::vector<TopologyOptimizationComponentData>& supports,
-                        float volumeFraction, const short* passiveData, int loadCaseCount,
+                        float askedVolumeFraction, const short* passiveData, int loadCaseCount,
                         const signed char* loadCaseIndices, const short* blobData);
 
     // --- SolverAppIteration.cpp: the drivers --------------------------------------------------
@@ -152,17 +157,14 @@ public:
         blob.prepareInterfaceRedistribution(blobMask, blobSensitivity);
     }
     void updateBlob() { blob.updateBlob(blobMask); }
-    /// prepareInterfaceRedistribution() and updateBlob().
-    void redistributeBlob();
+    void redistributeBlob() {
+        prepareInterfaceRedistribution();
+        updateBlob();
+    }
     void equivalentCircleMoI() { blob.equivalentCircleMoI(); }
     void interfaceSizeOfEquivalentCircle() {
         blob.interfaceSizeOfEquivalentCircle(blobMask, passiveBlock);
     }
-
-    /// x limited to lo .. hi.
-    static double clamp(double x, double lo, double hi);
-    /// x limited to lo1 .. hi1 and then to lo2 .. hi2.
-    static double clamp(double x, double lo1, double lo2, double hi1, double hi2);
 
 private:
     friend class SolverAppInspector;  // the tests and benchmarks look inside with it
@@ -180,6 +182,7 @@ private:
     void continueVolumeFraction();
     void setBlob(const short* blobData);
     double blobMaskOfFineCell(unsigned fineCell) const;
+    void computePowers(bool inParallel);
     void addColumn(unsigned ix, double voidFloor);
     double modulus(unsigned e, double floor) const;
     void addSensitivities(const kmat::DenseMatrix& u);
@@ -196,7 +199,7 @@ private:
     Equilibrium equilibrium;
     bool useHeaviside = true;     ///< sharpen the picture
     int iteration = 0;            ///< since the last restart; raised at the start of each
-    int loop = 0;                 ///< since the last change of settings
+    int loop = 0;                 ///< since the last change of settings; nothing reads it
     double volumeFraction;        ///< in force this iteration
     double targetVolumeFraction;  ///< asked for
     double rmin = 3.0;            ///< radius of the density filter in fine cells

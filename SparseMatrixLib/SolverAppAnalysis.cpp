@@ -1,4 +1,5 @@
-// One state solve: forces, stiffness, supports, displacements; then compliance and sensitivities.
+// One state solve: forces, stiffness, supports, displacements; then compliance and sensitivities, and
+// the filters of these.
 
 #include <algorithm>
 #include <cmath>

@@ -13,19 +13,14 @@ constexpr double VOID_FLOOR = 1e-9;
 }  // namespace
 
 void SolverApp::assemble() {
-    const auto computePowers = [this](size_t ix) {
-        powers.computeColumn(grids, ix, rhoPhys, penalty);
-    };
-    if (equilibrium.fillWithZeros()) {
-        // Not in parallel: starting the threads would delay the first picture.
-        for (unsigned ix = 0; ix < grids.nelx; ++ix) {
-            computePowers(ix);
-            addColumn(ix, VOID_FLOOR_FIRST);
-        }
+    // Not in parallel at first: starting the threads would delay the first picture.
+    const bool isFirst = equilibrium.fillWithZeros();
+    computePowers(!isFirst);
+    if (isFirst) {
+        for (unsigned ix = 0; ix < grids.nelx; ++ix) addColumn(ix, VOID_FLOOR_FIRST);
         return;
     }
     if (grids.nelx == 0) return;
-    parallelFor(grids.nelx, computePowers);
     // The elements of a column touch only the nodes of its two sides, so the even columns share no
     // node with each other, nor do the odd ones: within a pass no entry is written twice.
     const unsigned tasks = (grids.nelx - 1) / 2 + 1;
@@ -35,6 +30,16 @@ void SolverApp::assemble() {
             if (ix < grids.nelx) addColumn(ix, VOID_FLOOR);
         });
     }
+}
+
+void SolverApp::computePowers(bool inParallel) {
+    const auto computeColumn = [this](size_t ix) {
+        powers.computeColumn(grids, ix, rhoPhys, penalty);
+    };
+    if (inParallel)
+        parallelFor(grids.nelx, computeColumn);
+    else
+        for (unsigned ix = 0; ix < grids.nelx; ++ix) computeColumn(ix);
 }
 
 // Adds the elements of one coarse column to the values of K.

@@ -88,7 +88,7 @@ double SolverApp::fixCellsAndAddVolume(const FixedCells& fixed, DenseMatrix& des
         const int kind = fixed.kind[e];
         const double mask = fixed.blobMask[e];
         if (kind == PassiveBlock::VOID) design(e, 0) = 0.0;
-        if (kind == PassiveBlock::SOLID || kind == PassiveBlock::SECOND_SOLID) design(e, 0) = 1.0;
+        if (PassiveBlock::isSolid(kind)) design(e, 0) = 1.0;
         const double physical = mask > 0.0 ? 0.0 : design(e, 0);
         volume += (1.0 - mask) * (physical - rho(e, 0)) * dv(e, 0);
     }

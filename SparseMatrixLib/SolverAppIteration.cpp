@@ -87,17 +87,3 @@ double SolverApp::runIterationWithBlob(int messageLength, char* messageBuffer, f
     createAndPublishBlobResult(blobOut);
     return result;
 }
-
-void SolverApp::redistributeBlob() {
-    prepareInterfaceRedistribution();
-    updateBlob();
-}
-
-double SolverApp::clamp(double x, double lo, double hi) {
-    if (lo > x) return lo;
-    return hi < x ? hi : x;
-}
-
-double SolverApp::clamp(double x, double lo1, double lo2, double hi1, double hi2) {
-    return clamp(clamp(x, lo1, hi1), lo2, hi2);
-}

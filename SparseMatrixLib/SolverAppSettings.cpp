@@ -7,8 +7,9 @@
 
 void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentData>& loads,
                                const std::vector<TopologyOptimizationComponentData>& supports,
-                               float volumeFraction, const short* passiveData, int loadCaseCount,
-                               const signed char* loadCaseIndices, const short* blobData) {
+                               float askedVolumeFraction, const short* passiveData,
+                               int loadCaseCount, const signed char* loadCaseIndices,
+                               const short* blobData) {
     // The copies of the host's lists may fail for want of memory: then nothing has changed yet.
     auto newLoads = loads;
     auto newSupports = supports;
@@ -21,7 +22,7 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
     equilibrium.loads = std::move(newLoads);
     equilibrium.supports = std::move(newSupports);
     loadCases = std::move(newLoadCases);
-    targetVolumeFraction = volumeFraction;
+    targetVolumeFraction = askedVolumeFraction;
     passiveBlock.update(passiveData);
     movementChanged = true;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <numeric>
 
 #include "GridNumbering.h"
@@ -12,8 +11,6 @@
 using kmat::DenseMatrix;
 
 namespace {
-
-constexpr float FAILED_OBJECTIVE = std::numeric_limits<float>::max();
 
 // The direction is truncated towards zero: 0.9 and -0.5 hold x, 1.7 holds y.
 double truncatedDof(unsigned node, float direction) { return 2.0 * node + std::trunc(direction); }

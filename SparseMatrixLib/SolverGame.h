@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -16,6 +17,9 @@
 /// (SIMP, exponent 3) in the objective only; the difference is intended.
 class SolverGame {
 public:
+    /// The score of a design that cannot be solved.
+    static constexpr float FAILED_OBJECTIVE = std::numeric_limits<float>::max();
+
     /// A plate of nelx x nely elements (negative counts as 0). ndopt and ndvis must be 1
     /// (assertion). Copies the records. Throws std::bad_alloc when the plate is too large.
     SolverGame(int nelx, int nely, int ndopt, int ndvis,

@@ -244,9 +244,9 @@ private:
 
 // Algebra of built matrices. Between sparse matrices, operands that are not built or whose sizes do
 // not fit are stopped by assertions; a scaled matrix must be built (assertion). A variant that
-// receives a temporary leaves its result in the temporary. When CHOLMOD fails, for want of memory or
-// because a dense operand does not fit, the result has no values, and
-// ConfigSingleton::getLastError() tells why.
+// receives a temporary takes it over: it is empty afterwards, and scaling and negation reuse its
+// storage. When CHOLMOD fails, for want of memory or because a dense operand does not fit, the result
+// has no values, and ConfigSingleton::getLastError() tells why.
 
 SparseMatrix operator+(const SparseMatrix& LHS, const SparseMatrix& RHS);
 SparseMatrix operator+(SparseMatrix&& LHS, const SparseMatrix& RHS);

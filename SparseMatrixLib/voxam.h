@@ -99,7 +99,8 @@ typedef struct RuntimeStat {
 
 /**
  * Creates the optimiser with a uniform design, or restarts the one there is.
- * The first call of a process prints one version line on standard output.
+ * The first call of a process prints one version line on standard output (each call does, as long
+ * as textureWidth was 0).
  *
  * textureWidth, textureHeight  nelx and nely, the coarse grid: loads, supports, passive cells and
  *                              the blob are given on it
@@ -138,7 +139,8 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
  * volumeFraction   material to use, above 0 and up to 1; the design follows by at most 5 % per
- *                  iteration (infinitely long, if the number is not finite)
+ *                  iteration. Without end, if the number is not finite: NaN lets the plate
+ *                  empty, infinity turn solid
  * passiveData      fixed elements, or null for none: three counts V, S, T, then V pairs (x, y) of
  *                  elements that stay void, S that stay solid, T that stay solid of a second kind:
  *                  3 + 2 * (V + S + T) shorts; a negative count is 0. An element outside the grid
@@ -182,8 +184,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *   "Load cannot be on top of support"  the loads do no work, or next to none: the compliance is
  *                                       below 1e-10. They act on supports, or the forces are too
  *                                       small (scale them); returns -1.0
- * The compliance and `change` may be something else than a number only when the host's own numbers
- * were none or far out of range (a penalty that is not finite, a volume fraction of 0).
+ * The compliance may be something else than a number only when the host's own numbers were none or
+ * far out of range (a penalty that is not finite, or below 0 with passive void cells; a volume
+ * fraction of 0). `change` is always a number.
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
  * as lack of memory returns -1.0 with its own text.
  */
@@ -239,6 +242,10 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * A part of the design that touches nothing may make the plate unsolvable: in single precision such
  * a part can come out slightly less than held by the void around it. From some 500 elements on that
  * gives the largest float, on smaller plates a score. Leave such parts out before scoring.
+ *
+ * Scale the forces to about 1: below some 1e-20 a score loses its digits and in the end is 0, from
+ * some 1e18 on it is infinite. Densities below 0 or above 1 are taken as they are, and the score
+ * then means nothing.
  *
  * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density that
  *                is not a finite number: the call fails

@@ -44,11 +44,21 @@ TEST(AppConstructionTest, RestartCountsFromZeroAndKeepsTheDesign) {
 }
 
 TEST(AppConstructionTest, PlatesWithoutCellsAreHarmless) {
-    for (const auto& [nelx, nely, subdivision, meshFactor] :
-         {std::array{0U, 3U, 1U, 1U}, {3U, 0U, 1U, 1U}, {3U, 2U, 0U, 1U}, {3U, 2U, 1U, 0U}}) {
-        SolverApp app(nelx, nely, subdivision, meshFactor, 0.5F, -1);
-        test::send(test::cantilever(2, 1), app);
-        for (int i = 0; i < 3; ++i) EXPECT_EQ(test::iterate(app), "Change load / support");
+    struct {
+        unsigned nelx, nely, subdivision, meshFactor;
+        int loadCases;
+        const char* text;
+    } const plates[] = {{0, 3, 1, 1, 1, "Change load / support"},
+                        {3, 0, 1, 1, 1, "Change load / support"},
+                        {3, 2, 0, 1, 1, "Change load / support"},
+                        {3, 2, 1, 0, 1, ""},
+                        {3, 2, 1, 1, -1, "Change load / support"}};
+    for (const auto& t : plates) {
+        SolverApp app(t.nelx, t.nely, t.subdivision, t.meshFactor, 0.5F, t.loadCases);
+        const int width = static_cast<int>(t.nelx);
+        const int height = static_cast<int>(t.nely);
+        test::send(test::cantilever(width, height), app);
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(test::iterate(app), t.text) << width << height;
     }
 }
 

@@ -135,6 +135,94 @@ TEST_F(AppFilterTest, OtherwiseThePhysicalDensitiesAreTheDesignWithoutTheBlob) {
     }
 }
 
+TEST_F(AppFilterTest, OfTheDensitiesLeavesTheBlobsSensitivities) {
+    app.blobSensitivity.fill(0.0);
+    app.blobSensitivity(7, 0) = 1.0;
+    const Matrix given(app.blobSensitivity);
+    app.useDensityFilter = 1;
+    app.filterBlobSensitivities();
+    EXPECT_EQ(Matrix(app.blobSensitivity), given);
+    app.useDensityFilter = 0;
+    app.filterBlobSensitivities();
+    EXPECT_LT(app.blobSensitivity(7, 0), 1.0);
+    EXPECT_GT(app.blobSensitivity(8, 0), 0.0);
+}
+
+// A 6 x 4 plate with a blob.
+class AppBlobStepTest : public testing::Test {
+protected:
+    App app{6, 4, 1, 1, 0.5F, 1};
+    Settings settings = test::cantilever(6, 4);
+    std::vector<int> mask = std::vector<int>(24, -1);
+
+    AppBlobStepTest() {
+        settings.blob = {4, 2, 1, 3, 1, 2, 2, 3, 2};
+        test::send(settings, app);
+    }
+
+    // Returns the compliance.
+    double step() {
+        char text[64];
+        double change = 0.0;
+        return app.runIterationWithBlob(sizeof text, text, nullptr, change, nullptr, mask.data());
+    }
+
+    // The cells of the mask, counted row by row.
+    std::vector<int> cells() {
+        app.createAndPublishBlobResult(mask.data());
+        std::vector<int> result;
+        for (int i = 0; i < 24; ++i) {
+            if (mask[static_cast<size_t>(i)] != 0) result.push_back(i);
+        }
+        return result;
+    }
+};
+
+TEST_F(AppBlobStepTest, CellsOutsideTheGridAreNone) {
+    settings.blob = {6, 0, 4, 6, 0, -1, 1, 0, -1, 1, 1, 32767, 32767};
+    test::send(settings, app);
+    EXPECT_EQ(cells(), std::vector<int>{7});
+    settings.blob = {-1, 1, 1};
+    test::send(settings, app);
+    EXPECT_EQ(cells(), std::vector<int>());
+}
+
+TEST_F(AppBlobStepTest, TheMoveLimitFollowsFromTheThirdStepOn) {
+    constexpr double none = 1e10;
+    for (int i = 0; i < 2; ++i) {
+        step();
+        EXPECT_EQ(app.blob.objectivePrevious, none);
+    }
+    const double third = step();
+    EXPECT_EQ(app.blob.objectivePrevious, third);
+    EXPECT_EQ(app.blob.objectivePrevious2, none);
+    const double fourth = step();
+    EXPECT_EQ(app.blob.objectivePrevious, fourth);
+    EXPECT_EQ(app.blob.objectivePrevious2, third);
+}
+
+TEST_F(AppBlobStepTest, CountsIterationsAndSteps) {
+    EXPECT_EQ(app.blob.blobIteration, 1);
+    test::iterate(app);
+    test::iterate(app);
+    EXPECT_EQ(app.blob.blobIteration, 3);
+    EXPECT_EQ(app.loop, 2);
+    app.blob.blobConvergedPrevious = 5;
+    step();
+    EXPECT_EQ(app.blob.blobIteration, 1);
+    EXPECT_EQ(app.blob.blobStage, 1);
+    EXPECT_EQ(app.blob.blobConvergedPrevious, app.blob.blobConverged);
+    EXPECT_EQ(app.loop, 3);
+    test::send(settings, app);
+    test::iterate(app);
+    EXPECT_EQ(app.loop, 1);
+    // An iteration that finds the loads at fault is not counted.
+    settings.loads.floats[0] = 0;  // on a support
+    test::send(settings, app);
+    EXPECT_EQ(test::iterate(app), "Load cannot be on top of support");
+    EXPECT_EQ(app.blob.blobIteration, 1);
+}
+
 TEST(AppDesignTest, MovesByTheLimitAndStaysAboveTheFloor) {
     App app(8, 5, 1, 1, 0.5F, 1);
     test::send(test::cantilever(8, 5), app);

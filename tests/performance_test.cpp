@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "PerformanceTest.h"
+#include "support/matrices.h"
 #include "voxam.h"
 
 namespace {
@@ -37,6 +38,31 @@ TEST(PerformanceTest, PrintsALinePerStrategyAndACellPerCount) {
 
 TEST(PerformanceTest, OddAndSingleColumnsAreHarmless) {
     for (const int nelx : {1, 5}) EXPECT_EQ(profile(nelx, 3).size(), 6U);
+}
+
+// What is timed is the assembly of the plate, and all of it.
+TEST(PerformanceTest, AssemblesThePlate) {
+    const double modulus = 0.01F + (1.0 - 0.01F) * 0.125;
+    for (const auto& [nelx, nely] : {std::pair{1, 2}, {4, 3}, {5, 2}}) {
+        const kmat::DenseMatrix densities = performanceDensities(nelx, nely);
+        for (const AssemblyStrategy& strategy : ASSEMBLY_STRATEGIES) {
+            for (const int iterations : {1, 3}) {
+                const auto factor = [&, columns = nelx, rows = nely](unsigned e) {
+                    if (!strategy.reuse) return modulus;
+                    const int x = static_cast<int>(e) / (2 * rows) / 2;
+                    const bool leftOut = strategy.parallel && columns % 2 == 1 && x == columns - 1;
+                    return modulus * (leftOut ? 1 : iterations);
+                };
+                double buildTime = 0.0;
+                const kmat::SparseMatrix K =
+                    assembleRepeatedly(nelx, nely, densities, strategy, iterations, buildTime);
+                const test::Matrix expected = test::plateStiffness(
+                    static_cast<unsigned>(nelx), static_cast<unsigned>(nely), 2, factor);
+                EXPECT_LT(distance(test::valuesOf(K), expected), 1e-6)
+                    << strategy.label << nelx << " " << iterations;
+            }
+        }
+    }
 }
 
 // The time of a cell contains that of its builds, and both are times.

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "hash.h"
-#include "loaded_library.h"
+#include "support/hash.h"
+#include "support/loaded_library.h"
 #include "support/plates.h"
 #include "support/textbook.h"
 

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "../loaded_library.h"
+#include "../support/loaded_library.h"
 #include "dice.h"
 
 namespace soak {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "../hash.h"
+#include "../support/hash.h"
 #include "../support/plates.h"
 #include "caller.h"
 

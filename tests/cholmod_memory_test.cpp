@@ -1,0 +1,195 @@
+// When CHOLMOD, which has an allocator of its own, gets no more memory. Each test lets an operation
+// fail at its first allocation, at its second, and so on until it needs no more.
+#include <cholmod.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "ConeFilter.h"
+#include "SolverGame.h"
+#include "config_singleton.h"
+#include "factor.h"
+#include "support/matrices.h"
+#include "support/solver_app_inspector.h"
+
+namespace {
+
+using kmat::DenseMatrix;
+using kmat::SparseMatrix;
+using test::Entries;
+using test::Matrix;
+
+// How many more allocations succeed. Below 0 all of them.
+long allowed = -1;
+
+bool isAllowed() {
+    if (allowed > 0) --allowed;
+    return allowed != 0;
+}
+
+void* scarceMalloc(size_t size) { return isAllowed() ? std::malloc(size) : nullptr; }
+void* scarceCalloc(size_t n, size_t size) { return isAllowed() ? std::calloc(n, size) : nullptr; }
+void* scarceRealloc(void* p, size_t size) { return isAllowed() ? std::realloc(p, size) : nullptr; }
+
+class CholmodMemoryTest : public testing::Test {
+protected:
+    CholmodMemoryTest() {
+        SuiteSparse_config.malloc_func = scarceMalloc;
+        SuiteSparse_config.calloc_func = scarceCalloc;
+        SuiteSparse_config.realloc_func = scarceRealloc;
+        common->print = 0;
+    }
+    ~CholmodMemoryTest() override {
+        SuiteSparse_config.malloc_func = std::malloc;
+        SuiteSparse_config.calloc_func = std::calloc;
+        SuiteSparse_config.realloc_func = std::realloc;
+        common->print = print;
+    }
+
+    // Runs the operation with room for that many allocations.
+    template <typename Operation>
+    static void limited(long count, const Operation& operation) {
+        allowed = count + 1;
+        operation();
+        allowed = -1;
+    }
+
+    // Calls `attempt` with 0, 1, 2, ... until it says that there was enough.
+    template <typename Attempt>
+    static void untilEnough(const Attempt& attempt) {
+        constexpr long most = 2000;
+        long count = 0;
+        while (!attempt(count)) ASSERT_LT(++count, most);
+        EXPECT_GT(count, 0);
+    }
+
+    cholmod_common* common = kmat::ConfigSingleton::getCommonPtr();
+    int print = common->print;
+};
+
+TEST_F(CholmodMemoryTest, AListThatCannotGrowKeepsWhatItHolds) {
+    untilEnough([](long count) {
+        SparseMatrix m(3, 3, false, 1);
+        m.getValue(0, 0) += 1.0;
+        limited(count, [&] { m.getValue(1, 1) += 2.0; });
+        const bool enough = m.getNumberOfElements() == 2;
+        m.getValue(2, 2) += 3.0;
+        EXPECT_EQ(test::stored(m), enough ? (Entries{{0, 0, 1.0}, {1, 1, 2.0}, {2, 2, 3.0}})
+                                          : (Entries{{0, 0, 1.0}, {2, 2, 3.0}}));
+        return enough;
+    });
+}
+
+TEST_F(CholmodMemoryTest, AnAppendedListIsTakenWholeOrNotAtAll) {
+    SparseMatrix other(3, 3, false, 8);
+    for (unsigned i = 0; i < 6; ++i) other.getValue(i % 3, i / 3) += 1.0;
+    untilEnough([&](long count) {
+        SparseMatrix m(3, 3, false, 1);
+        m.getValue(2, 2) += 3.0;
+        limited(count, [&] { m.append(other); });
+        const bool enough = m.getNumberOfElements() == 7;
+        EXPECT_TRUE(enough || test::stored(m) == (Entries{{2, 2, 3.0}})) << count;
+        return enough;
+    });
+}
+
+TEST_F(CholmodMemoryTest, AResultIsRightOrEmpty) {
+    test::Random random;
+    const Matrix a(5, 5, random);
+    const SparseMatrix A = test::built(a);
+    const DenseMatrix x = test::dense(a);
+    const auto check = [&](const char* what, const Matrix& expected, const auto& operation) {
+        SCOPED_TRACE(what);
+        untilEnough([&](long count) {
+            Matrix result(0, 0);
+            limited(count, [&] { result = Matrix(operation()); });
+            EXPECT_TRUE(result.rows == 0 || distance(result, expected) < 1e-13) << count;
+            return result.rows > 0;
+        });
+    };
+    check("copy", a, [&] { return x.copy(); });
+    check("product with a dense matrix", product(a, a), [&] { return A * x; });
+    check("to dense", a, [&] { return A.toDense(); });
+    check("transposed", transposed(a), [&] { return transposed(x); });
+}
+
+TEST_F(CholmodMemoryTest, AFilterThrows) {
+    const DenseMatrix field(12, 1, 1.0);
+    DenseMatrix expected(12, 1);
+    ConeFilter(4, 3, 1.5).applyTransposed(field, expected);
+    untilEnough([&](long count) {
+        DenseMatrix spread(12, 1, 7.0);
+        bool enough = true;
+        limited(count, [&] {
+            try {
+                ConeFilter(4, 3, 1.5).applyTransposed(field, spread);
+            } catch (const std::bad_alloc&) {
+                enough = false;
+            }
+        });
+        if (enough) {
+            EXPECT_EQ(Matrix(spread), Matrix(expected)) << count;
+        }
+        return enough;
+    });
+}
+
+TEST_F(CholmodMemoryTest, AScoreIsRightOrTheWorst) {
+    const auto& load = TopologyOptimizationComponentData::load;
+    const test::Records loads = test::tension(4, 3, 1);
+    const test::Records supports = test::slidingLeftEdge(3);
+    const std::vector<float> densities(12, 1.0F);
+    untilEnough([&](long count) {
+        SolverGame game(4, 3, 1, 1, load(loads.data(), loads.count()),
+                        load(supports.data(), supports.count()), 1);
+        float score = 0.0F;
+        limited(count, [&] {
+            try {
+                score = game.solve(densities.data(), nullptr);
+            } catch (const std::bad_alloc&) {
+                score = SolverGame::FAILED_OBJECTIVE;
+            }
+        });
+        const bool enough = score != SolverGame::FAILED_OBJECTIVE;
+        if (enough) {
+            EXPECT_NEAR(score, 12.0F, 1e-4) << count;
+        }
+        EXPECT_NEAR(game.solve(densities.data(), nullptr), 12.0F, 1e-4) << count;
+        return enough;
+    });
+}
+
+TEST_F(CholmodMemoryTest, AnIterationSaysThatItFailedAndTheNextOneSucceeds) {
+    test::Settings settings = test::cantilever(6, 4);
+    settings.blob = {2, 2, 1, 3, 1};
+    SolverApp reference(6, 4, 1, 1, 0.5F, 1);
+    test::send(settings, reference);
+    char text[64];
+    double change = 0.0;
+    const double expected =
+        reference.runIterationWithBlob(sizeof text, text, nullptr, change, nullptr, nullptr);
+    untilEnough([&](long count) {
+        SolverApp app(6, 4, 1, 1, 0.5F, 1);
+        test::send(settings, app);
+        double compliance = 0.0;
+        bool thrown = false;
+        limited(count, [&] {
+            try {
+                compliance =
+                    app.runIterationWithBlob(sizeof text, text, nullptr, change, nullptr, nullptr);
+            } catch (const std::bad_alloc&) {
+                thrown = true;
+            }
+        });
+        const bool enough = !thrown && text[0] == '\0';
+        if (enough) {
+            EXPECT_EQ(compliance, expected) << count;
+        }
+        test::send(settings, app);
+        EXPECT_EQ(test::iterate(app), "") << count;
+        return enough;
+    });
+}
+
+}  // namespace
