@@ -773,20 +773,37 @@ namespace Voxam
 
     internal static class Memory
     {
-        /// <summary>Bytes that the machine can give away; without end where it does not tell.</summary>
+        // Addresses for a buffer that OpenBLAS takes at the first factorisation. It tries without end if
+        // it does not get them.
+        private const double BytesOfBlas = 135e6;
+
+        /// <summary>Bytes that the machine can give away and the process may take; without end where
+        /// nobody tells.</summary>
         public static Func<double> Available = Read;
 
         private static double Read()
         {
-            const string key = "MemAvailable:";
+            double limit = Number("/proc/self/limits", "Max address space");
+            double used = 1024 * Number("/proc/self/status", "VmSize:");
+            double free = 1024 * Number("/proc/meminfo", "MemAvailable:");
+            if (double.IsInfinity(limit) || double.IsInfinity(used)) return free;
+            return Math.Min(free, Math.Max(0, limit - used - BytesOfBlas));
+        }
+
+        /// <summary>The first number of the line that begins with the key; without end if there is none.
+        /// </summary>
+        private static double Number(string file, string key)
+        {
             try
             {
-                foreach (string line in File.ReadLines("/proc/meminfo"))
-                    if (line.StartsWith(key, StringComparison.Ordinal)
-                        && double.TryParse(line.Substring(key.Length).Replace("kB", ""),
-                                           NumberStyles.AllowLeadingWhite | NumberStyles.AllowTrailingWhite,
-                                           CultureInfo.InvariantCulture, out double kilobytes))
-                        return kilobytes * 1024;
+                foreach (string line in File.ReadLines(file))
+                {
+                    if (!line.StartsWith(key, StringComparison.Ordinal)) continue;
+                    string word = line.Substring(key.Length).TrimStart().Split(' ')[0];
+                    if (double.TryParse(word, NumberStyles.None, CultureInfo.InvariantCulture,
+                                        out double number))
+                        return number;
+                }
             }
             catch (Exception failure) when (failure is IOException
                                             || failure is UnauthorizedAccessException)

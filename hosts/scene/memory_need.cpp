@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
+#include <optional>
 
 #include "assessment.h"
 
@@ -20,6 +22,10 @@ constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
 constexpr double SHARE_OF_SCORE = 0.9;     // of the equations of an optimisation of this size
 constexpr double BYTES_OF_PROGRAM = 15e6;
 constexpr double DESIGN_RADIUS = 3;  // in cells of the design
+
+// Addresses for a buffer that OpenBLAS takes at the first factorisation. It tries without end if it
+// does not get them.
+constexpr double BYTES_OF_BLAS = 135e6;
 
 double bytesOfFiltered(double cells, double radius) {
     return cells * (BYTES_OF_CELL + BYTES_OF_FILTER * radius * radius);
@@ -39,15 +45,12 @@ double bytesOfScore(double nodes, int loadCases) {
     return withoutCases + nodes * BYTES_OF_LOAD_CASE * loadCases;
 }
 
-/// The value in bytes of a line such as "MemAvailable:  123 kB", or infinity.
-double systemMemory(const std::string& wanted) {
-    std::ifstream lines("/proc/meminfo");
-    std::string key;
-    double kilobytes = 0;
-    std::string unit;
-    while (lines >> key >> kilobytes && std::getline(lines, unit))
-        if (key == wanted + ":") return 1024 * kilobytes;
-    return std::numeric_limits<double>::infinity();
+/// The value in bytes of a line such as "MemAvailable:  123 kB".
+std::optional<double> bytesIn(const char* file, const std::string& key) {
+    std::ifstream lines(file);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(key)) return 1024 * std::strtod(line.c_str() + key.size(), nullptr);
+    return std::nullopt;
 }
 
 }  // namespace
@@ -79,9 +82,10 @@ MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
 }
 
 double availableMemory() {
-    double available = systemMemory("MemAvailable");
+    const double available =
+        bytesIn("/proc/meminfo", "MemAvailable:").value_or(std::numeric_limits<double>::infinity());
     rlimit limit = {};
-    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
-        available = std::min(available, static_cast<double>(limit.rlim_cur));
-    return available;
+    if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return available;
+    const double taken = bytesIn("/proc/self/status", "VmSize:").value_or(0) + BYTES_OF_BLAS;
+    return std::min(available, std::max(0.0, static_cast<double>(limit.rlim_cur) - taken));
 }

@@ -62,11 +62,12 @@ class Game(PlateSolver):
         self._claim()
         with self._in_use() as library:
             library._InitVoxamGame(
-                self._plate.width, self._plate.height, 1, 1, len(load_records),
-                load_records.ctypes, len(support_records), support_records.ctypes, load_cases)
+                self._plate.width, self._plate.height, 1, 1,
+                len(load_records), load_records.ctypes.data,
+                len(support_records), support_records.ctypes.data, self._plate.load_cases)
             # Without densities the call fails, and sets the energies only if there is a solver.
             energies = self._untouched()
-            library._SolveVoxamGame(None, energies.ctypes)
+            library._SolveVoxamGame(None, energies.ctypes.data)
         if np.isnan(energies[0, 0]):
             self.close()
             raise OutOfMemoryError(
@@ -83,7 +84,7 @@ class Game(PlateSolver):
         columns = self._plate.densities(densities)
         energies = self._untouched()
         with self._in_use() as library:
-            compliance = library._SolveVoxamGame(columns.ctypes, energies.ctypes)
+            compliance = library._SolveVoxamGame(columns.ctypes.data, energies.ctypes.data)
         if compliance == 0:
             raise ProblemError("", _ADVICE_ON_WORK)
         if not compliance < _FAILED_SCORE:

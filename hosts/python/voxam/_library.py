@@ -59,7 +59,9 @@ class RuntimeStat(ctypes.Structure):
 _INT = ctypes.c_int
 _FLOAT = ctypes.c_float
 _DOUBLE = ctypes.c_double
-_ARRAY = ctypes.c_void_p  # takes `array.ctypes`, or None for a null pointer
+# Takes `array.ctypes.data`, or None for a null pointer. Not `array.ctypes`, whose address ctypes asks
+# for in Python: it would make an ArgumentError of a KeyboardInterrupt that comes meanwhile.
+_ARRAY = ctypes.c_void_p
 _PROTOTYPES = {
     "_InitVoxamApp": (None, [_INT, _INT, _INT, _INT, _FLOAT, _INT, _INT]),
     "_UpdateVoxamApp": (None, [_INT, _ARRAY, _INT, _ARRAY, _FLOAT, _ARRAY, _INT, _ARRAY, _ARRAY]),

@@ -233,11 +233,11 @@ class Optimiser(PlateSolver):
             if self._settings is None:
                 raise VoxamError("there is nothing to optimise yet: call update() first")
             picture = self._picture(out)
-            outputs = (_TEXT_LENGTH, text, picture.ctypes, ctypes.byref(change),
+            outputs = (_TEXT_LENGTH, text, picture.ctypes.data, ctypes.byref(change),
                        ctypes.byref(stat))
             cells = np.full((self._plate.height, self._plate.width), -1, np.intc)
             if truth(move_blob, "move_blob"):
-                compliance = library._IterateVoxamAppWithBlob(*outputs, cells.ctypes, exponent)
+                compliance = library._IterateVoxamAppWithBlob(*outputs, cells.ctypes.data, exponent)
             else:
                 compliance = library._IterateVoxamApp(*outputs, exponent)
             blob = cells == 1 if cells[0, 0] >= 0 else None
@@ -305,11 +305,11 @@ class Optimiser(PlateSolver):
         settings = self._settings
         assert settings is not None
         library._UpdateVoxamApp(
-            len(settings.loads), settings.loads.ctypes,
-            len(settings.supports), settings.supports.ctypes,
-            settings.volume_fraction, settings.passive.ctypes,
-            len(settings.load_cases), settings.load_cases.ctypes,
-            settings.blob.ctypes)
+            len(settings.loads), settings.loads.ctypes.data,
+            len(settings.supports), settings.supports.ctypes.data,
+            settings.volume_fraction, settings.passive.ctypes.data,
+            len(settings.load_cases), settings.load_cases.ctypes.data,
+            settings.blob.ctypes.data)
 
     def _passive_record(self, *masks: Optional[Mask]) -> npt.NDArray[np.int16]:
         names = ("void", "solid", "second_solid")
