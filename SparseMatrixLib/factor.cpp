@@ -1,5 +1,8 @@
 #include "factor.h"
 
+#include <sys/mman.h>
+
+#include <new>
 #include <utility>
 
 #include "kmat_exception.h"
@@ -26,6 +29,19 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
     return false;
 }
 
+// OpenBLAS maps this much at its first use, and where it is refused it tries again for ever.
+constexpr size_t BLAS_BUFFER_SIZE = size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
+
+void requireBlasBuffer() {
+    static bool found = false;
+    if (found) return;
+    void* const buffer =
+        mmap(nullptr, BLAS_BUFFER_SIZE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (buffer == MAP_FAILED) throw std::bad_alloc();
+    munmap(buffer, BLAS_BUFFER_SIZE);
+    found = true;
+}
+
 Factor factorizeOnce(const SparseMatrix& A) {
     Factor factor = A.analyze();
     factor.factorize(A);
@@ -40,6 +56,7 @@ Factor SparseMatrix::analyze() const {
 }
 
 void Factor::factorize(const SparseMatrix& A) {
+    requireBlasBuffer();
     const SingleThreadedCholmod guard;
     cholmod_common* common = ConfigSingleton::getCommonPtr();
     cholmod_factorize(A.sparse.get(), factor.get(), common);

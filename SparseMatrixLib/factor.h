@@ -29,7 +29,8 @@ public:
     /// is a diagonal entry of A that is not positive. The factor keeps what CHOLMOD left in it.
     ///
     /// Not every matrix that is not positive definite is noticed: small ones CHOLMOD factorises
-    /// into LDL', where a negative pivot is no error.
+    /// into LDL', where a negative pivot is no error. Throws std::bad_alloc when there is no room
+    /// for the buffers of the BLAS.
     void factorize(const SparseMatrix& A);
 
 private:
