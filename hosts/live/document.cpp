@@ -1,10 +1,12 @@
 #include "document.h"
 
 #include <QUndoCommand>
+#include <algorithm>
 #include <utility>
 
 #include "output_file.h"
 #include "scene_writer.h"
+#include "setting_keys.h"
 
 /// One step: the scenes before and after it.
 class Document::Edit : public QUndoCommand {
@@ -12,7 +14,7 @@ public:
     Edit(Document& owner, const QString& what, std::shared_ptr<const Scene> next, int gestureId)
         : QUndoCommand(what),
           document(owner),
-          before(owner.current),
+          before(owner.saved),
           after(std::move(next)),
           gesture(gestureId) {}
 
@@ -37,20 +39,21 @@ private:
     int gesture;
 };
 
-Document::Document() : current(std::make_shared<const Scene>()) {
+Document::Document() : saved(std::make_shared<const Scene>()), current(saved) {
     connect(&history, &QUndoStack::cleanChanged, this, &Document::fileChanged);
 }
 
 void Document::open(Scene scene, const std::filesystem::path& file) {
     history.clear();
     path = file;
+    made = 0;
     show(std::make_shared<const Scene>(std::move(scene)));
     emit opened();
     emit fileChanged();
 }
 
 void Document::save(const std::filesystem::path& target) {
-    const std::string text = sceneText(*current);
+    const std::string text = sceneText(*saved);
     writeFile(target, {text.begin(), text.end()});
     path = target;
     history.setClean();
@@ -61,8 +64,33 @@ QString Document::displayName() const {
     return path.empty() ? tr("Untitled") : QString::fromStdString(path.filename().string());
 }
 
+void Document::play(std::size_t changes) {
+    changes = std::min(changes, saved->timeline.size());
+    if (changes == std::exchange(made, changes)) return;
+    refresh();
+}
+
 void Document::edit(const QString& what, Scene next, int gesture) {
-    if (*current == next) return;
+    editWhole(what, current == saved ? std::move(next) : withSettings(next), gesture);
+}
+
+Scene Document::withSettings(const Scene& next) const {
+    Scene result = *saved;
+    result.densities = next.densities;
+    const auto last = result.timeline.rend() - static_cast<std::ptrdiff_t>(made);
+    for (const SettingKey& key : settingKeys()) {
+        if (key.same(*current, next)) continue;
+        const auto origin = std::find_if(last, result.timeline.rend(), [&](const Change& change) {
+            return change.has(key.name);
+        });
+        Settings& target = origin == result.timeline.rend() ? result : origin->settings;
+        key.copy(next, target);
+    }
+    return result;
+}
+
+void Document::editWhole(const QString& what, Scene next, int gesture) {
+    if (*saved == next) return;
     history.push(new Edit(*this, what, std::make_shared<const Scene>(std::move(next)), gesture));
 }
 
@@ -75,6 +103,17 @@ void Document::cancel(int gesture) {
 }
 
 void Document::show(std::shared_ptr<const Scene> scene) {
-    current = std::move(scene);
+    saved = std::move(scene);
+    made = std::min(made, saved->timeline.size());
+    refresh();
+}
+
+void Document::refresh() {
+    current = saved;
+    if (made > 0) {
+        Scene now = *saved;
+        for (std::size_t i = 0; i < made; ++i) apply(saved->timeline[i], now);
+        current = std::make_shared<const Scene>(std::move(now));
+    }
     emit sceneChanged();
 }

@@ -1,13 +1,32 @@
 #include "drawing_mode.h"
 
 #include "action_text.h"
-#include "floating_parts.h"
+#include "assessment.h"
 #include "plate_image.h"
+#include "refinement.h"
 
 namespace {
 
-// Void carries a load as well, but yields a billion times as much as material.
-constexpr double HANGING = 1e-4;
+/// Around all parts, in plate coordinates.
+QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
+                       const Scene& scene) {
+    Cells cells;
+    for (const FloatingPart& part : parts)
+        cells.insert(cells.end(), part.cells.begin(), part.cells.end());
+    const double size = 1.0 / refinementOf(design, scene);
+    return QTransform::fromScale(size, size).map(cellOutline(cells, design.width, design.height));
+}
+
+/// What carries: the design without what hangs on nothing.
+Field carrying(const ScoreResult& result) {
+    return without(result.design, result.assessment.floating);
+}
+
+void append(Field& stack, const Field& field) {
+    stack.width = field.width;
+    stack.height += field.height;
+    stack.values.insert(stack.values.end(), field.values.begin(), field.values.end());
+}
 
 }  // namespace
 
@@ -24,10 +43,11 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
                    [](Scene& scene) { scene.densities = Field(scene.width, scene.height); });
     });
     connect(startFromDesign, &QAction::triggered, this, [this] {
-        const Field design = designAsDrawn(run.frame());
+        const Frame& frame = run.frame();
         bench.edit(tr("Start with the optimiser's design"), [&](Scene& scene) {
-            if (design.width == scene.width && design.height == scene.height)
-                scene.densities = design;
+            if (frame.material.width == scene.width * frame.refinement &&
+                frame.material.height == scene.height * frame.refinement)
+                scene.densities = drawnDesign(frame.material, scene, 1);
         });
     });
     for (QAction* action : actions()) action->setEnabled(false);
@@ -54,78 +74,97 @@ void DrawingMode::followScene() {
     const Scene& scene = bench.document.scene();
     drawing = std::make_shared<const Field>(scene.densities ? *scene.densities
                                                             : Field(scene.width, scene.height));
-    floatingCells = floatingParts(*drawing, scene);
-    auto scored = std::make_shared<Field>(*drawing);
-    for (const Cell& cell : floatingCells) scored->at(cell.x, cell.y) = 0;
-    if (materialOf(*scored) > 0) {
-        run.scoreDrawing(std::move(scored));
-    } else {
-        drawingScore.reset();
-        stage.drawingHeader.showNone(tr("Draw a structure that joins the loads to the supports."));
-    }
+    run.scoreDrawing(drawing);
     stage.rival.setScene(bench.document.snapshot());
     stage.rival.setForces(bench.forces());
-    showDrawing();
+    show();
 }
 
 void DrawingMode::takeScore(const ScoreResult& result) {
     // One of a grid that is no more.
-    if (!active || result.design.width != drawing->width) return;
+    if (!active || !isOfThisGrid(result)) return;
     drawingScore = result;
+    // What is left out of the score is not to be made up for by the rival.
+    run.setDrawnVolume(mean(carrying(result)));
     stage.drawingHeader.show(result, noteOnDrawing());
-    showDrawing();
+    show();
 }
 
 void DrawingMode::takeRival(const ScoreResult& result) {
-    if (!active || result.design.width != bench.document.scene().width) return;
+    if (!active || !isOfThisGrid(result)) return;
     designScore = result;
-    stage.rivalHeader.show(result, {});
+    stage.rivalHeader.show(result, noteOnRival());
     if (drawingScore) stage.drawingHeader.show(*drawingScore, noteOnDrawing());
-    showRival();
+    show();
+}
+
+std::optional<EnergyScale> DrawingMode::scale() const {
+    // One for both, or the colours could not be compared.
+    Field energies;
+    Field densities;
+    for (const auto* score : {&drawingScore, &designScore}) {
+        if (!*score || !(*score)->isSupported()) continue;
+        const Field& own = (*score)->assessment.score.energies;
+        if (energies.width != 0 && energies.width != own.width) continue;
+        append(energies, own);
+        append(densities, carrying(**score));
+    }
+    if (energies.values.empty()) return std::nullopt;
+    return EnergyScale(energies, densities);
+}
+
+bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
+    const Scene& scene = bench.document.scene();
+    const int refinement = refinementOf(result.design, scene);
+    return result.design.width == refinement * scene.width &&
+           result.design.height == refinement * scene.height;
 }
 
 QString DrawingMode::noteOnDrawing() const {
     QStringList notes;
-    if (drawingScore && drawingScore->score.supported && designScore &&
-        designScore->score.supported) {
-        const double ratio = designScore->score.compliance / drawingScore->score.compliance;
-        if (ratio < HANGING)
-            notes << tr("A load hangs in the air: draw material up to its foot");
-        else
-            notes << (ratio >= 1
-                          ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
-                          : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
+    if (drawingScore->isSupported() && designScore && designScore->isSupported()) {
+        const double ratio =
+            designScore->assessment.score.compliance / drawingScore->assessment.score.compliance;
+        notes << (ratio >= 1 ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
+                             : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
     }
-    if (!floatingCells.empty())
-        notes << tr("%n floating element(s) left out", nullptr,
-                    static_cast<int>(floatingCells.size()));
+    const auto& floating = drawingScore->assessment.floating;
+    if (!floating.empty())
+        notes << tr("Left out: %1").arg(QString::fromStdString(describe(floating)));
+    return notes.join("  ·  ");
+}
+
+QString DrawingMode::noteOnRival() const {
+    QStringList notes;
+    for (const Finding& warning : designScore->warnings)
+        notes << QString::fromStdString(warning.text);
     return notes.join("  ·  ");
 }
 
 void DrawingMode::show() {
     if (!active) return;
-    showDrawing();
-    showRival();
-}
-
-void DrawingMode::showDrawing() {
-    const bool hasEnergies = drawingScore && drawingScore->score.supported &&
-                             drawingScore->design.width == drawing->width &&
-                             drawingScore->design.height == drawing->height;
-    stage.drawing.setMaterial(
-        drawingImage(*drawing, hasEnergies ? &drawingScore->score.energies : nullptr, floatingCells,
-                     stage.drawing.colours()),
-        false);
-}
-
-void DrawingMode::showRival() {
-    if (!designScore) {
+    const auto common = scale();
+    stage.legend.show(common);
+    // The colours of the stroke before stay until the score of this one comes.
+    showDesign(stage.drawing, *drawing, drawingScore, common);
+    if (designScore) {
+        showDesign(stage.rival, designScore->design, designScore, common);
+    } else {
         stage.rival.setMaterial({}, false);
-        return;
+        stage.rival.setFloating({});
     }
-    stage.rival.setMaterial(
-        drawingImage(designScore->design,
-                     designScore->score.supported ? &designScore->score.energies : nullptr, {},
-                     stage.rival.colours()),
-        false);
+}
+
+void DrawingMode::showDesign(PlateView& view, const Field& design,
+                             const std::optional<ScoreResult>& score,
+                             const std::optional<EnergyScale>& common) const {
+    const bool hasScore =
+        score && score->design.width == design.width && score->design.height == design.height;
+    std::optional<ShownEnergies> shown;
+    if (hasScore && score->isSupported() && common)
+        shown.emplace(ShownEnergies{score->assessment.score.energies, *common});
+    view.setMaterial(drawingImage(design, shown, view.colours()), false);
+    view.setFloating(hasScore
+                         ? outlineOf(score->assessment.floating, design, bench.document.scene())
+                         : QPainterPath());
 }

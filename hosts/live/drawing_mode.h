@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "energy_legend.h"
 #include "live_run.h"
 #include "plate_view.h"
 #include "score_header.h"
@@ -21,6 +22,7 @@ public:
         ScoreHeader& drawingHeader;
         PlateView& rival;
         ScoreHeader& rivalHeader;
+        EnergyLegend& legend;
     };
 
     DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& shown);
@@ -34,16 +36,17 @@ public:
 
     const std::optional<ScoreResult>& score() const { return drawingScore; }
     const std::optional<ScoreResult>& rivalScore() const { return designScore; }
-    /// Floating parts of the drawing, which its score leaves out.
-    const Cells& floating() const { return floatingCells; }
 
 private:
     void followScene();
     void takeScore(const ScoreResult& result);
     void takeRival(const ScoreResult& result);
-    void showDrawing();
-    void showRival();
+    void showDesign(PlateView& view, const Field& design, const std::optional<ScoreResult>& score,
+                    const std::optional<EnergyScale>& common) const;
+    std::optional<EnergyScale> scale() const;
+    bool isOfThisGrid(const ScoreResult& result) const;
     QString noteOnDrawing() const;
+    QString noteOnRival() const;
 
     Workbench& bench;
     LiveRun& run;
@@ -52,7 +55,6 @@ private:
     QAction* startFromDesign;
     bool active = false;
     std::shared_ptr<const Field> drawing;  // as it is in the scene
-    Cells floatingCells;
     std::optional<ScoreResult> drawingScore;
     std::optional<ScoreResult> designScore;
 };

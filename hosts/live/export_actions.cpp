@@ -6,6 +6,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressDialog>
+#include <QRegularExpression>
 #include <QSettings>
 
 #include "action_text.h"
@@ -16,6 +17,7 @@
 #include "outline_file.h"
 #include "output_file.h"
 #include "picture.h"
+#include "text.h"
 
 namespace fs = std::filesystem;
 
@@ -29,11 +31,35 @@ int scaleOf(const ExportActions::Exhibit& exhibit) {
 }
 
 PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
-    return {exhibit.material, exhibit.energies, exhibit.scene.title,
-            exhibit.subtitle.toStdString()};
+    return {exhibit.material, exhibit.energies, exhibit.scene.title, exhibit.subtitle.toStdString(),
+            exhibit.floating};
 }
 
 }  // namespace
+
+QString ExportActions::subtitleOf(const IterationNumbers& numbers) {
+    return tr("iteration %1,  compliance %2,  volume %3 %")
+        .arg(numbers.iteration)
+        .arg(numbers.compliance, 0, 'g', 6)
+        .arg(100 * numbers.volume, 0, 'f', 1);
+}
+
+QString ExportActions::subtitleOf(const ScoreResult& result) {
+    const Assessment& found = result.assessment;
+    const auto elements = static_cast<double>(result.design.values.size());
+    QString text =
+        result.isSupported()
+            ? tr("compliance %1").arg(found.score.compliance, 0, 'g', 6)
+            : tr("not supported: %1").arg(QString::fromStdString(lineOf(found.problems.front())));
+    text += tr(",  material used %1 %  (%2 of %3 elements)")
+                .arg(materialOf(result.design), 0, 'f', 1)
+                .arg(materialOf(result.design) / 100 * elements, 0, 'g', 7)
+                .arg(elements, 0, 'f', 0);
+    if (!found.floating.empty())
+        text += tr(",  %1 left out")
+                    .arg(QString::fromStdString(counted(found.floating.size(), "part")));
+    return text;
+}
 
 ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
                              const Recorder& frames)
@@ -96,9 +122,8 @@ void ExportActions::writeAnimation(const fs::path& file) const {
         if (progress.wasCanceled()) throw InputError("The animation was not written: cancelled");
         Scene scene = *each.scene;
         scene.blob = each.blob;
-        const Exhibit shown{scene, each.material(), std::nullopt,
-                            tr("Iteration %1").arg(each.iteration)};
-        frames.add(drawPicture(shown.scene, contentOf(shown), scaleOf(shown)));
+        const Exhibit shown{scene, each.material(), std::nullopt, subtitleOf(each.numbers)};
+        frames.add(drawPicture(shown.scene, contentOf(shown), animationScale(shown.scene)));
     }
     writeFile(file, frames.encodeGif());
 }
@@ -107,13 +132,21 @@ fs::path ExportActions::ask(const QString& title, const QString& filter, const Q
     QSettings settings;
     const QString directory = settings.value(DIRECTORY_KEY, QDir::homePath()).toString();
     QFileDialog dialog(&parent, title, directory, filter);
+    const auto shown = current();
+    if (shown && !shown->scene.files.empty())
+        dialog.selectFile(QString::fromStdString(shown->scene.files.front().stem().string() + ".") +
+                          ending);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(ending);
+    // A name without an ending gets that of the kind that was chosen.
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& chosen) {
+        static const QRegularExpression firstEnding(R"(\*\.(\w+))");
+        dialog.setDefaultSuffix(firstEnding.match(chosen).captured(1));
+    });
     if (dialog.exec() != QDialog::Accepted) return {};
-    settings.setValue(DIRECTORY_KEY, dialog.directory().absolutePath());
-    QString name = dialog.selectedFiles().front();
-    // The kind that was chosen, for a name without an ending.
-    return name.toStdString();
+    const QString file = dialog.selectedFiles().front();
+    settings.setValue(DIRECTORY_KEY, QFileInfo(file).absolutePath());
+    return file.toStdString();
 }
 
 void ExportActions::attempt(const fs::path& file, const std::function<void()>& write) {

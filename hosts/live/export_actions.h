@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "field.h"
+#include "floating_parts.h"
 #include "recorder.h"
 #include "scene.h"
 
@@ -21,7 +22,12 @@ public:
         Field material;
         std::optional<Field> energies;
         QString subtitle;
+        std::vector<FloatingPart> floating = {};
     };
+
+    /// For a picture of an iteration, and of a drawing.
+    static QString subtitleOf(const IterationNumbers& numbers);
+    static QString subtitleOf(const ScoreResult& result);
 
     /// Dialogs belong to `window`. `exhibit` gives what is shown at the time of the call.
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,

@@ -5,6 +5,7 @@
 #include <QSettings>
 
 #include "action_text.h"
+#include "checks.h"
 #include "icons.h"
 #include "input_error.h"
 #include "scene_places.h"
@@ -24,15 +25,33 @@ std::filesystem::path pathOf(const QString& name) { return name.toStdString(); }
 /// What an optimiser needs and a scene for a score leaves out.
 constexpr double DEFAULT_VOLUME_FRACTION = 0.4;
 
+/// Something to begin with: it can be optimised, and everything in it can be moved and erased.
+Scene plainScene() {
+    Scene scene;
+    scene.title = QObject::tr("Untitled").toStdString();
+    scene.width = 60;
+    scene.height = 40;
+    scene.subdivision = scene.meshFactor = 2;
+    scene.volumeFraction = DEFAULT_VOLUME_FRACTION;
+    scene.loadCasesInUse = {0};
+    scene.loads = {{{60, 60}, {20, 20}, 0, 1, 0}};
+    scene.supports = {{{0, 0}, {0, 40}, true, true}};
+    return scene;
+}
+
 }  // namespace
 
 FileActions::FileActions(Document& edited, QWidget& window)
-    : openAction(new QAction(icon(Glyph::OPEN), tr("&Open..."), this)),
+    : newAction(new QAction(tr("&New"), this)),
+      openAction(new QAction(icon(Glyph::OPEN), tr("&Open..."), this)),
       saveAction(new QAction(icon(Glyph::SAVE), tr("&Save"), this)),
       saveAsAction(new QAction(tr("Save &as..."), this)),
       recentMenu(new QMenu(tr("Open &recent"), &window)),
       document(edited),
       parent(window) {
+    newAction->setShortcut(QKeySequence::New);
+    explain(*newAction, tr("A plate that is held at its left edge, to begin with"));
+    connect(newAction, &QAction::triggered, this, &FileActions::makeNew);
     openAction->setShortcut(QKeySequence::Open);
     explain(*openAction, tr("Open a scene"));
     saveAction->setShortcut(QKeySequence::Save);
@@ -51,6 +70,9 @@ bool FileActions::load(const std::filesystem::path& file) {
     try {
         Scene scene = readScene(file);
         if (scene.volumeFraction == 0) scene.volumeFraction = DEFAULT_VOLUME_FRACTION;
+        // It would take the program down, with whatever is open.
+        for (const Finding& finding : findTooLarge(scene))
+            throw InputError(file.string() + ": " + lineOf(finding));
         document.open(std::move(scene), file);
         remember(file);
         return true;
@@ -77,6 +99,12 @@ std::filesystem::path FileActions::lastFile() const {
     std::error_code error;
     const auto file = pathOf(recent.front());
     return std::filesystem::is_regular_file(file, error) ? file : std::filesystem::path();
+}
+
+void FileActions::makeNew() {
+    if (!mayDiscard()) return;
+    document.open(plainScene(), {});
+    emit madeNew();
 }
 
 void FileActions::chooseAndOpen() {

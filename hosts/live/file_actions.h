@@ -15,6 +15,7 @@ public:
     /// Dialogs belong to `window`.
     FileActions(Document& edited, QWidget& window);
 
+    QAction* const newAction;
     QAction* const openAction;
     QAction* const saveAction;
     QAction* const saveAsAction;
@@ -31,7 +32,11 @@ public:
     /// The last scene that was opened or saved, if it is still there.
     std::filesystem::path lastFile() const;
 
+signals:
+    void madeNew();
+
 private:
+    void makeNew();
     void chooseAndOpen();
     bool save();
     bool saveAs();

@@ -3,12 +3,13 @@
 #include <voxam.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "area.h"
+#include "assessment.h"
 #include "field.h"
-#include "game.h"
+#include "finding.h"
 
 /// What is told about an iteration.
 struct IterationNumbers {
@@ -20,26 +21,13 @@ struct IterationNumbers {
     RuntimeStat times = {};
 };
 
-/// A picture of the design, in the library's layout: row by row from the top, 0 solid and 1 void.
+/// A picture of the design.
 struct Frame {
-    int columns = 0;
-    int rows = 0;
-    int refinement = 1;  ///< cells of the picture per edge of an element
-    std::vector<float> picture;
-    bool hasBlob = false;   ///< whether `blob` tells where a moving blob has got to
-    std::vector<int> blob;  ///< one for each element, row by row from the top: 1 in the blob
+    Field material;            ///< empty before the first picture
+    int refinement = 1;        ///< cells of the picture per edge of an element
+    std::optional<Area> blob;  ///< where a moving blob has got to
     IterationNumbers numbers;
 };
-
-/// The elements of a moving blob.
-Area blobOf(const Frame& frame);
-
-/// The picture as a hand would draw it on the elements: as many are solid as its material fills,
-/// those with the most of it.
-Field designAsDrawn(const Frame& frame);
-
-/// Material of a design, in percent of all elements.
-double materialOf(const Field& design);
 
 /// A text with which the library refuses to iterate, or none.
 struct LibraryText {
@@ -47,9 +35,17 @@ struct LibraryText {
     std::uint64_t revision = 0;
 };
 
-/// The score of a design whose elements are solid or void.
+/// What a design in black and white is worth.
 struct ScoreResult {
     std::uint64_t revision = 0;
     Field design;
-    Score score;
+    Assessment assessment;
+    Findings warnings;  ///< of the optimiser's design: where it is not what it seems to be
+
+    bool isSupported() const { return assessment.problems.empty(); }
 };
+
+/// Material of a design, in percent of all elements.
+inline double materialOf(const Field& design) {
+    return design.values.empty() ? 0 : 100 * mean(design);
+}

@@ -36,7 +36,7 @@ QPixmap pictureOf(const Scene& scene, const fs::path& design, double pixelRatio)
     look.forces = ForceScale(scene);
     look.material = QImage(QString::fromStdString(design.string()));
     if (look.material.isNull() && scene.densities) {
-        look.material = drawingImage(*scene.densities, nullptr, {}, colours);
+        look.material = drawingImage(*scene.densities, std::nullopt, colours);
         look.isSmooth = false;
     }
     QPainter painter(&pixmap);

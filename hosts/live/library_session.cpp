@@ -1,112 +1,88 @@
 #include "library_session.h"
 
-#include <array>
-#include <numeric>
+#include <algorithm>
 #include <utility>
 
-#include "records.h"
-#include "refinement.h"
+#include "checks.h"
 
-namespace {
-
-bool hasSamePlate(const Scene& a, const Scene& b) {
-    return a.width == b.width && a.height == b.height && a.subdivision == b.subdivision &&
-           a.meshFactor == b.meshFactor && a.loadCases == b.loadCases;
+bool hasSamePlate(const Scene& one, const Scene& other) {
+    return one.width == other.width && one.height == other.height &&
+           one.subdivision == other.subdivision && one.meshFactor == other.meshFactor &&
+           one.loadCases == other.loadCases;
 }
-
-Area areaOfMask(const std::vector<int>& mask, int width) {
-    Area area;
-    const auto height = static_cast<int>(mask.size()) / width;
-    for (int x = 0; x < width; ++x)
-        for (int y = 0; y < height; ++y)
-            if (mask[static_cast<std::size_t>(y * width + x)] != 0) area.cells.push_back({x, y});
-    return area;
-}
-
-}  // namespace
-
-LibrarySession::~LibrarySession() { _DestroyVoxamApp(); }
 
 void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob,
                               std::uint64_t start) {
-    const auto before = std::exchange(optimised, std::move(scene));
+    const auto before = std::exchange(whole, std::move(scene));
+    const bool goesOn =
+        optimiser && before && hasSamePlate(*before, *whole) && start == startNumber;
     blobMoves = movesBlob;
-    const bool goesOn = before && hasSamePlate(*before, *optimised) && start == startNumber;
     startNumber = start;
+    if (!goesOn) changesMade = 0;
+    const Area blob = std::exchange(current, *whole).blob;
+    for (std::size_t i = 0; i < std::min(changesMade, whole->timeline.size()); ++i)
+        apply(whole->timeline[i], current);
     // An update starts the blob from the cells it names. One that was not edited stays where it
     // has got to.
-    if (!goesOn || before->blob != optimised->blob) blobHasMoved = false;
-    if (!goesOn) create();
-    update();
+    if (!goesOn || blob != current.blob) movedBlob.reset();
+    if (goesOn) {
+        optimiser->rescale(*whole);
+        optimiser->update(sceneNow());
+    } else {
+        iterationCount = 0;
+        optimiser.reset();  // its memory first
+        optimiser.emplace(*whole);
+    }
 }
 
-void LibrarySession::create() {
-    // Another number than before: the same one would keep the design and the refinement.
-    ++restartId;
-    iterationCount = 0;
-    _InitVoxamApp(optimised->width, optimised->height, optimised->subdivision,
-                  optimised->meshFactor, static_cast<float>(optimised->volumeFraction),
-                  optimised->loadCases, restartId);
-}
-
-void LibrarySession::update() {
-    const auto loads = loadRecords(*optimised);
-    const auto supports = supportRecords(*optimised);
-    const auto passive = passiveRecords(optimised->passive);
-    const auto blob =
-        cellRecords(blobHasMoved ? areaOfMask(blobMask, optimised->width) : optimised->blob);
-    const std::vector<char> cases(optimised->loadCasesInUse.begin(),
-                                  optimised->loadCasesInUse.end());
-    _UpdateVoxamApp(static_cast<int>(loads.size() / 5), loads.data(),
-                    static_cast<int>(supports.size() / 5), supports.data(),
-                    static_cast<float>(optimised->volumeFraction), passive.data(),
-                    static_cast<int>(cases.size()), cases.data(), blob.data());
+void LibrarySession::makeChanges() {
+    const auto& timeline = whole->timeline;
+    while (changesMade < timeline.size() && timeline[changesMade].iteration <= iterationCount + 1) {
+        const Change& change = timeline[changesMade++];
+        apply(change, current);
+        if (change.has("blob")) movedBlob.reset();
+        if (change.restart)
+            optimiser->restart(sceneNow(), change.restart->keepsDesign);
+        else
+            optimiser->update(sceneNow());
+    }
 }
 
 IterationOutcome LibrarySession::iterate(Frame& frame) {
-    frame.refinement = optimised->refinement();
-    frame.columns = optimised->width * frame.refinement;
-    frame.rows = optimised->height * frame.refinement;
-    frame.picture.resize(static_cast<std::size_t>(frame.columns) *
-                         static_cast<std::size_t>(frame.rows));
-    std::array<char, 256> message = {};
-    constexpr int length = static_cast<int>(message.size());
-    const auto penalty = static_cast<float>(optimised->penalty);
-    const bool moves = blobMoves && !optimised->blob.empty();
-    IterationOutcome outcome;
-    IterationNumbers& numbers = outcome.numbers;
-    if (moves) {
-        blobMask.resize(static_cast<std::size_t>(optimised->width) *
-                        static_cast<std::size_t>(optimised->height));
-        numbers.compliance =
-            _IterateVoxamAppWithBlob(length, message.data(), frame.picture.data(), &numbers.change,
-                                     &numbers.times, blobMask.data(), penalty);
-    } else {
-        numbers.compliance = _IterateVoxamApp(length, message.data(), frame.picture.data(),
-                                              &numbers.change, &numbers.times, penalty);
-    }
-    outcome.text = message.data();
+    makeChanges();
+    const bool moves = blobMoves && !current.blob.empty();
+    const auto iterated = optimiser->iterate(current.penalty, moves);
+    IterationOutcome outcome{iterated.message, {}};
     if (!outcome.text.empty()) return outcome;
-    blobHasMoved = blobHasMoved || moves;
-    frame.hasBlob = blobHasMoved;
-    if (blobHasMoved) frame.blob = blobMask;
-    numbers.iteration = ++iterationCount;
-    const double voids = std::accumulate(frame.picture.begin(), frame.picture.end(), 0.0);
-    numbers.volume = 1 - voids / static_cast<double>(frame.picture.size());
-    frame.numbers = numbers;
+    if (moves) movedBlob = optimiser->blob();
+    frame.material = optimiser->material();
+    frame.refinement = current.refinement();
+    frame.blob = movedBlob;
+    outcome.numbers.iteration = ++iterationCount;
+    outcome.numbers.compliance = iterated.compliance;
+    outcome.numbers.volume = mean(frame.material);
+    outcome.numbers.change = iterated.change;
+    outcome.numbers.times = iterated.times;
+    frame.numbers = outcome.numbers;
     return outcome;
 }
 
-ScoreResult LibrarySession::score(std::shared_ptr<const Scene> scene, const Field& design) {
-    const int refinement = refinementOf(design, *scene);
-    if (scene != scored || refinement != scoredRefinement) {
-        game.reset();
-        game.emplace(refined(*scene, refinement));
-        scored = std::move(scene);
-        scoredRefinement = refinement;
-    }
-    ScoreResult result;
-    result.design = design;
-    result.score = game->score(design);
+Scene LibrarySession::sceneNow() const {
+    Scene scene = current;
+    if (movedBlob) scene.blob = *movedBlob;
+    return scene;
+}
+
+ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
+    return {0, design, assess(design, scene), {}};
+}
+
+ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
+    ScoreResult result = score(current, drawnDesign(frame.material, current, refinement));
+    const RunResult run{frame.numbers.compliance, frame.numbers.volume, result.design,
+                        result.assessment};
+    // The optimiser knows of no other load cases than those in use, which a score counts all.
+    if (current.loadCasesInUse == allLoadCases(current))
+        result.warnings = checkResult(run, current);
     return result;
 }

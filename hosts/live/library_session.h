@@ -6,8 +6,11 @@
 #include <string>
 
 #include "frame.h"
-#include "game.h"
+#include "optimiser.h"
 #include "scene.h"
+
+/// Whether a design of one scene can go on in the other.
+bool hasSamePlate(const Scene& one, const Scene& other);
 
 /// How an iteration ended: with a picture, or with a text.
 struct IterationOutcome {
@@ -15,41 +18,37 @@ struct IterationOutcome {
     IterationNumbers numbers;
 };
 
-/// The library as this program uses it: one optimiser, and one solver that scores drawings. Lives
-/// on one thread.
+/// The library as this program uses it: one optimiser, and scores of designs. Lives on one thread.
 class LibrarySession {
 public:
-    LibrarySession() = default;
-    LibrarySession(const LibrarySession&) = delete;
-    LibrarySession& operator=(const LibrarySession&) = delete;
-    ~LibrarySession();
-
-    /// Brings the optimiser to a scene. The design goes on, unless the grid, its refinement or the
-    /// number of load cases changed, or `start` is another number than before.
+    /// Brings the optimiser to a scene, with the changes of its timeline that were made already. The
+    /// design goes on, unless the grid, its refinement or the
+    /// number of load cases changed, or `start` is another number than before. Throws
+    /// std::runtime_error when there is not enough memory; there is then no optimiser.
     void optimise(std::shared_ptr<const Scene> scene, bool movesBlob, std::uint64_t start);
 
-    /// Runs one iteration. On success fills `frame`, whose buffers keep their memory.
+    /// Runs one iteration, after the changes that the timeline has for it. On success fills `frame`.
+    /// Throws as well.
     IterationOutcome iterate(Frame& frame);
 
-    /// Iterations since the design started afresh.
-    int iterations() const { return iterationCount; }
-
     /// Scores a design on the scene's grid, or on one that is a whole number of times as fine.
-    ScoreResult score(std::shared_ptr<const Scene> scene, const Field& design);
+    static ScoreResult score(const Scene& scene, const Field& design);
+
+    /// Scores the picture that an iteration gave, as it would be drawn by hand with so many elements
+    /// per edge of an element of the grid.
+    ScoreResult scoreDesign(const Frame& frame, int refinement) const;
 
 private:
-    void create();
-    void update();
+    void makeChanges();
+    /// The scene, its blob where it has got to.
+    Scene sceneNow() const;
 
-    std::shared_ptr<const Scene> optimised;  // what the optimiser was last told
+    std::shared_ptr<const Scene> whole;
+    Scene current;  // with the changes that were made
+    std::size_t changesMade = 0;
+    std::optional<Optimiser> optimiser;
     bool blobMoves = false;
     std::uint64_t startNumber = 0;
-    int restartId = 0;
     int iterationCount = 0;
-    bool blobHasMoved = false;
-    std::vector<int> blobMask;
-
-    std::optional<Game> game;
-    std::shared_ptr<const Scene> scored;  // what the game was created for
-    int scoredRefinement = 0;
+    std::optional<Area> movedBlob;
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "refinement.h"
+
 LiveRun::LiveRun(Workbench& workbench)
     : bench(workbench),
       worker([this] { QMetaObject::invokeMethod(this, &LiveRun::fetch, Qt::QueuedConnection); }) {
@@ -24,8 +26,15 @@ void LiveRun::step() {
 
 void LiveRun::startAfresh() {
     ++settings.start;
+    firstRevision = settings.revision + 1;
     sendSettings();
+    bench.document.play(0);
+    front = Frame();
+    const Scene& scene = bench.document.scene();
+    front.material =
+        Field(scene.width, scene.height, static_cast<float>(settings.scene->volumeFraction));
     emit startedAfresh();
+    emit frameChanged();
 }
 
 void LiveRun::setMovesBlob(bool moves) {
@@ -35,45 +44,81 @@ void LiveRun::setMovesBlob(bool moves) {
 }
 
 void LiveRun::setDrawing(bool draws) {
-    settings.scoresDesign = draws;
+    drawing = draws;
+    drawnVolume = 0;
+    if (drawing) bench.document.play(0);
     sendSettings();
 }
 
-void LiveRun::scoreDrawing(std::shared_ptr<const Field> drawing) {
-    worker.score({bench.document.snapshot(), std::move(drawing), settings.revision});
+void LiveRun::setDrawnVolume(double share) {
+    if (!drawing || std::exchange(drawnVolume, share) == share) return;
+    sendSettings();
+}
+
+void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
+    worker.score({bench.document.snapshot(), std::move(design), settings.revision});
 }
 
 void LiveRun::followScene() {
     // Each update unsettles the optimiser for a few iterations, so a stroke of a drawing that
     // leaves its volume as it was must not be one.
-    if (settings.scene && *sceneToOptimise() == *settings.scene) return;
-    sendSettings();
+    const bool isSame = settings.scene && *sceneToOptimise() == *settings.scene &&
+                        refinementToScore() == settings.scoredRefinement;
+    if (isSame) return;
+    if (settings.scene && !hasSamePlate(*settings.scene, *bench.document.whole()))
+        startAfresh();
+    else
+        sendSettings();
 }
 
 std::shared_ptr<const Scene> LiveRun::sceneToOptimise() const {
-    Scene scene = bench.document.scene();
-    if (settings.scoresDesign && scene.densities) {
-        const double material = materialOf(*scene.densities) / 100;
-        if (material > 0) scene.volumeFraction = std::max(material, Scene::MIN_VOLUME_FRACTION);
-    }
+    Scene scene = *bench.document.whole();
+    // Beside a drawing there is one plate, which stands still.
+    if (drawing) scene.timeline.clear();
+    if (drawing && drawnVolume > 0)
+        scene.volumeFraction = std::max(drawnVolume, Scene::MIN_VOLUME_FRACTION);
     scene.densities.reset();
     return std::make_shared<const Scene>(std::move(scene));
 }
 
+int LiveRun::refinementToScore() const {
+    if (!drawing) return 0;
+    const Scene& scene = bench.document.scene();
+    return scene.densities ? refinementOf(*scene.densities, scene) : 1;
+}
+
 void LiveRun::sendSettings() {
     settings.scene = sceneToOptimise();
+    settings.scoredRefinement = refinementToScore();
     ++settings.revision;
     worker.send(settings);
     emit settingsSent();
 }
 
+void LiveRun::followTimeline() {
+    // What an older start or another timeline gave tells nothing.
+    if (drawing || front.numbers.revision != settings.revision) return;
+    const auto& timeline = bench.document.whole()->timeline;
+    const auto next = std::find_if(timeline.begin(), timeline.end(), [this](const Change& change) {
+        return change.iteration > front.numbers.iteration;
+    });
+    const auto made = static_cast<std::size_t>(next - timeline.begin());
+    if (made == bench.document.changesMade()) return;
+    bench.document.play(made);
+    if (made > 0) emit timelinePlayed(timeline[made - 1]);
+}
+
 void LiveRun::fetch() {
-    const bool hasFrame = worker.fetchFrame(front);
-    const auto numbers = worker.fetchNumbers();
+    bool hasFrame = worker.fetchFrame(spare);
+    auto numbers = worker.fetchNumbers();
     const LibraryText last = worker.fetchText();
+    hasFrame = hasFrame && spare.numbers.revision >= firstRevision;
+    std::erase_if(numbers, [this](const auto& each) { return each.revision < firstRevision; });
     if (hasFrame) {
+        std::swap(front, spare);
         // An edit of the blob starts from where it is.
-        bench.setMovedBlob(front.hasBlob ? std::optional(blobOf(front)) : std::nullopt);
+        bench.setMovedBlob(front.blob);
+        followTimeline();
         emit frameChanged();
     }
     if (!numbers.empty()) emit iterated(numbers);

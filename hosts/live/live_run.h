@@ -25,11 +25,12 @@ public:
     void setMovesBlob(bool moves);
 
     /// While a design is drawn the optimiser works towards the volume that the drawing has, and its
-    /// design is scored as drawn.
+    /// design is scored as drawn on the drawing's grid.
     void setDrawing(bool draws);
-    bool isDrawing() const { return settings.scoresDesign; }
-    /// The drawing as it is scored, without floating parts.
-    void scoreDrawing(std::shared_ptr<const Field> drawing);
+    bool isDrawing() const { return drawing; }
+    /// The share of the plate that counts in the drawing's score; the optimiser gets as much.
+    void setDrawnVolume(double share);
+    void scoreDrawing(std::shared_ptr<const Field> design);
 
     void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
 
@@ -49,21 +50,30 @@ signals:
     void startedAfresh();
     /// The optimiser was told of an edit.
     void settingsSent();
+    /// The scene's own timeline has changed it.
+    void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
     void designScored(const ScoreResult& result);
 
 private:
-    /// Sends the scene, unless nothing in it concerns the optimiser.
+    /// Sends the scene, unless nothing in it concerns the optimiser. Another plate is a new start.
     void followScene();
     void sendSettings();
     std::shared_ptr<const Scene> sceneToOptimise() const;
+    int refinementToScore() const;
     void fetch();
+    /// Shows the changes that the timeline has made until the newest picture.
+    void followTimeline();
 
     Workbench& bench;
     LiveSettings settings;
+    std::uint64_t firstRevision = 0;  // of this start; what came before is of no interest
     Frame front;
+    Frame spare;
     QString libraryText;
     bool playing = false;
+    bool drawing = false;
+    double drawnVolume = 0;  // 0: that of the scene
     // The last member: it calls back as long as it lives.
     Worker worker;
 };

@@ -13,8 +13,11 @@ QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
         return nodes.count() == 1 ? QString::number(nodes.from)
                                   : QString("%1–%2").arg(nodes.from).arg(nodes.to);
     };
-    const QString place =
-        QObject::tr("%1:  node %2, %3").arg(index + 1).arg(range(load.x), range(load.y));
+    const QString place = QObject::tr("%1:  node %2, %3;  force %4, %5")
+                              .arg(index + 1)
+                              .arg(range(load.x), range(load.y))
+                              .arg(load.fx, 0, 'g', 4)
+                              .arg(load.fy, 0, 'g', 4);
     return hasCases ? place + QObject::tr("  (case %1)").arg(load.loadCase) : place;
 }
 
@@ -58,12 +61,16 @@ QWidget* LoadPanel::makeCases() {
     deleteCase = new QPushButton(tr("Delete case"));
     deleteCase->setToolTip(tr("Delete the selected load case with its loads"));
     connect(add, &QPushButton::clicked, this, [this] {
-        if (bench.edit(tr("Add load case"), addLoadCase))
+        if (bench.editWhole(tr("Add load case"), addLoadCase))
             bench.setLoadCase(bench.document.scene().loadCases - 1);
     });
     connect(deleteCase, &QPushButton::clicked, this, [this] {
         const int row = cases->currentRow();
-        bench.edit(tr("Delete load case"), [=](Scene& scene) { removeLoadCase(scene, row); });
+        const auto before = bench.document.scene().loads.size();
+        if (bench.editWhole(tr("Delete load case"),
+                            [=](Scene& scene) { removeLoadCase(scene, row); }))
+            emit bench.told(tr("Deleted with %n load(s); undo brings them back", nullptr,
+                               static_cast<int>(before - bench.document.scene().loads.size())));
     });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(add);

@@ -1,14 +1,16 @@
 #include "load_tools.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 namespace {
 
-constexpr double GRIP = 11;        // pixels from the end of an arrow that still take hold of it
-constexpr double SHAFT_GRIP = 7;   // pixels from its shaft
-constexpr double LEAST_PULL = 14;  // pixels; a shorter drag does not mean a direction
-constexpr double SNAP_ANGLE = 15;  // degrees
+constexpr double GRIP = 11;           // pixels from the end of an arrow that still take hold of it
+constexpr double SHAFT_GRIP = 7;      // pixels from its shaft
+constexpr double LEAST_PULL = 14;     // pixels; a shorter drag does not mean a direction
+constexpr double MOST_DISTANCE = 24;  // pixels from a node that still mean it
+constexpr double SNAP_ANGLE = 15;     // degrees
 constexpr double SNAP_RANGE = 3.5;
 constexpr double FORCE_STEP = 0.05;  // of the ordinary force
 constexpr double TURN_STEP = 5;      // degrees
@@ -64,28 +66,34 @@ QString describeLoad(const Load& load, std::size_t index) {
 
 }  // namespace
 
-std::optional<SelectTool::Hold> SelectTool::findOn(std::size_t index, const Hand& hand) const {
-    const Scene& scene = site.scene();
-    const Load& load = scene.loads[index];
-    const PlateArrow handle = handleOf(load, scene, site.bench.forces(), site.transform);
+ArrowsByLoad SelectTool::arrows() const {
+    return byLoad(arrowsOf(site.scene(), site.bench.forces(), site.transform, heldLoad()),
+                  site.scene(), site.transform);
+}
+
+std::optional<SelectTool::Hold> SelectTool::findOn(const std::vector<LoadArrow>& arrows,
+                                                   const Hand& hand) const {
+    const LoadArrow& handle = handleOf(arrows);
+    const Load& load = site.scene().loads[handle.load];
     const QPointF offset = QPointF(load.x.from, load.y.from) - hand.plate;
-    if (length(hand.widget - handle.freeEnd()) < GRIP)
-        return Hold{index, Part::FREE_END, handle.isTailAtNode, offset};
-    if (length(hand.widget - handle.foot()) < GRIP)
-        return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
-    for (const PlateArrow& arrow : arrowsOf(load, scene, site.bench.forces(), site.transform))
-        if (distanceToLine(hand.widget, arrow.tail, arrow.tip) < SHAFT_GRIP)
-            return Hold{index, Part::FOOT, handle.isTailAtNode, offset};
-    return std::nullopt;
+    if (length(hand.widget - toQt(handle.freeEnd())) < GRIP)
+        return Hold{handle.load, Part::FREE_END, handle.tailAtNode, offset};
+    const bool isOnFoot = length(hand.widget - toQt(handle.foot())) < GRIP;
+    const bool isOnShaft = std::any_of(arrows.begin(), arrows.end(), [&](const LoadArrow& arrow) {
+        return distanceToLine(hand.widget, toQt(arrow.tail), toQt(arrow.tip())) < SHAFT_GRIP;
+    });
+    if (!isOnFoot && !isOnShaft) return std::nullopt;
+    return Hold{handle.load, Part::FOOT, handle.tailAtNode, offset};
 }
 
 std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
+    const ArrowsByLoad drawn = arrows();
     const auto selected = site.bench.selectedLoad();
-    if (selected)
-        if (const auto hold = findOn(*selected, hand)) return hold;
+    if (selected && drawn.count(*selected) > 0)
+        if (const auto hold = findOn(drawn.at(*selected), hand)) return hold;
     // The last one is drawn on top.
-    for (std::size_t i = site.scene().loads.size(); i-- > 0;)
-        if (const auto hold = findOn(i, hand)) return hold;
+    for (auto load = drawn.rbegin(); load != drawn.rend(); ++load)
+        if (const auto hold = findOn(load->second, hand)) return hold;
     return std::nullopt;
 }
 
@@ -105,9 +113,7 @@ void SelectTool::drag(const Hand& hand) {
             QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); }, gesture);
         return;
     }
-    const PlateArrow handle =
-        handleOf(site.scene().loads[index], site.scene(), site.bench.forces(), site.transform);
-    const QPointF fromNode = hand.widget - handle.foot();
+    const QPointF fromNode = hand.widget - toQt(handleOf(arrows().at(index)).foot());
     const QPointF pull = held->isTailAtNode ? fromNode : -fromNode;
     if (length(pull) < 1) return;
     site.bench.edit(
@@ -119,7 +125,10 @@ void SelectTool::drag(const Hand& hand) {
         gesture);
 }
 
-void SelectTool::release(const Hand&) { held.reset(); }
+void SelectTool::release(const Hand&) {
+    site.bench.setTurnedLoad(heldLoad());
+    held.reset();
+}
 
 bool SelectTool::key(const QKeyEvent& event) {
     const bool turns = event.modifiers().testFlag(Qt::AltModifier);
@@ -186,11 +195,10 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
     }
     const auto hold = find(hand);
     if (!hold) return paintCells(painter, site, {cellAt(hand.plate)}, colours.edge);
-    const PlateArrow handle =
-        handleOf(site.scene().loads[hold->load], site.scene(), site.bench.forces(), site.transform);
+    const LoadArrow taken = handleOf(arrows().at(hold->load));
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(hold->part == Part::FOOT ? handle.foot() : handle.freeEnd(), GRIP - 3,
+    painter.drawEllipse(toQt(hold->part == Part::FOOT ? taken.foot() : taken.freeEnd()), GRIP - 3,
                         GRIP - 3);
 }
 
@@ -206,14 +214,18 @@ Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
     return find(hand) ? Qt::OpenHandCursor : Qt::ArrowCursor;
 }
 
-std::optional<bool> SelectTool::isTailHeldAtNode() const {
-    if (!held || held->part != Part::FREE_END) return std::nullopt;
-    return held->isTailAtNode;
+std::optional<HeldLoad> SelectTool::heldLoad() const {
+    if (held && held->part == Part::FREE_END) return HeldLoad{held->load, held->isTailAtNode};
+    return Tool::heldLoad();
 }
 
 bool LoadTool::press(const Hand& hand) {
+    const Node nearest = nearestNode(hand.plate, site.scene());
+    if (length(hand.widget - site.transform.toWidget(nearest.x, nearest.y)) >
+        std::max(MOST_DISTANCE, site.transform.scale))
+        return false;
     beginGesture();
-    node = nearestNode(hand.plate, site.scene());
+    node = nearest;
     wasPulled = false;
     Load load;
     load.x = {node->x, node->x};
@@ -240,7 +252,10 @@ void LoadTool::drag(const Hand& hand) {
         gesture);
 }
 
-void LoadTool::release(const Hand&) { node.reset(); }
+void LoadTool::release(const Hand&) {
+    site.bench.setTurnedLoad(heldLoad());
+    node.reset();
+}
 
 void LoadTool::cancel() {
     node.reset();
@@ -257,6 +272,7 @@ QString LoadTool::describe(const Hand& hand) const {
     return describeNode(nearestNode(hand.plate, site.scene()));
 }
 
-std::optional<bool> LoadTool::isTailHeldAtNode() const {
-    return node && wasPulled ? std::optional(true) : std::nullopt;
+std::optional<HeldLoad> LoadTool::heldLoad() const {
+    if (!node || !wasPulled || site.scene().loads.empty()) return Tool::heldLoad();
+    return HeldLoad{site.scene().loads.size() - 1, true};
 }

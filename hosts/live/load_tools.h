@@ -16,7 +16,7 @@ public:
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
     QString describe(const Hand& hand) const override;
     Qt::CursorShape cursor(const Hand& hand) const override;
-    std::optional<bool> isTailHeldAtNode() const override;
+    std::optional<HeldLoad> heldLoad() const override;
 
 private:
     enum class Part { FOOT, FREE_END };
@@ -28,7 +28,8 @@ private:
     };
 
     std::optional<Hold> find(const Hand& hand) const;
-    std::optional<Hold> findOn(std::size_t index, const Hand& hand) const;
+    std::optional<Hold> findOn(const std::vector<LoadArrow>& arrows, const Hand& hand) const;
+    ArrowsByLoad arrows() const;
     void selectNext(int step);
     void nudge(int dx, int dy);
     void turn(double degrees, double factor);
@@ -47,7 +48,7 @@ public:
     void cancel() override;
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
     QString describe(const Hand& hand) const override;
-    std::optional<bool> isTailHeldAtNode() const override;
+    std::optional<HeldLoad> heldLoad() const override;
 
 private:
     std::optional<Node> node;  // of the load that is being drawn

@@ -10,6 +10,7 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
+#include <utility>
 
 #include "action_text.h"
 #include "brush_bar.h"
@@ -31,6 +32,8 @@ constexpr QSize DEFAULT_SIZE(1280, 820);
 constexpr const char* GEOMETRY_KEY = "window/geometry";
 constexpr const char* LAYOUT_KEY = "window/layout";
 constexpr int LAYOUT_VERSION = 1;
+constexpr const char* BRUSH_SIZE_KEY = "brush/size";
+constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 
 }  // namespace
 
@@ -70,16 +73,18 @@ void MainWindow::makeParts() {
         *this, [this] { return exhibit(); }, recorder);
     connect(exports.get(), &ExportActions::exported, this,
             [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
-    drawing =
-        std::make_unique<DrawingMode>(bench, run,
-                                      DrawingMode::Stage{stage->plate(), stage->plateHeader(),
-                                                         stage->rival(), stage->rivalHeader()});
+    drawing = std::make_unique<DrawingMode>(
+        bench, run,
+        DrawingMode::Stage{stage->plate(), stage->plateHeader(), stage->rival(),
+                           stage->rivalHeader(), stage->legend()});
 }
 
 void MainWindow::makeEditActions() {
     QUndoStack& history = bench.document.undoStack();
     undo = history.createUndoAction(this, tr("&Undo"));
     redo = history.createRedoAction(this, tr("&Redo"));
+    undo->setProperty(PLAIN_NAME, tr("Undo"));
+    redo->setProperty(PLAIN_NAME, tr("Redo"));
     undo->setIcon(icon(Glyph::UNDO));
     redo->setIcon(icon(Glyph::REDO));
     undo->setShortcut(QKeySequence::Undo);
@@ -108,6 +113,7 @@ QDockWidget* MainWindow::addDock(QWidget* panel, const QString& name, const QStr
     scroller->setFrameShape(QFrame::NoFrame);
     scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller->setMinimumWidth(panel->minimumSizeHint().width() + 20);
+    fieldManners.teach(*panel);
     dock->setWidget(scroller);
     addDockWidget(Qt::RightDockWidgetArea, dock);
     docks.append(dock);
@@ -120,14 +126,16 @@ void MainWindow::makeDocks() {
     tabifyDockWidget(settings, loads);
     settings->raise();
     numbers = new NumbersPanel;
-    addDock(numbers, tr("Numbers"), "numbers");
+    QDockWidget* counts = addDock(numbers, tr("Numbers"), "numbers");
     plot = new PlotPanel;
-    addDock(plot, tr("Course"), "plot");
+    QDockWidget* course = addDock(plot, tr("Course"), "plot");
+    // As much as there is for what is worked with.
+    resizeDocks({settings, counts, course}, {430, 130, 150}, Qt::Vertical);
 }
 
 void MainWindow::makeMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addActions({files->openAction, gallery});
+    file->addActions({files->newAction, files->openAction, gallery});
     file->addMenu(files->recentMenu);
     file->addSeparator();
     file->addActions({files->saveAction, files->saveAsAction});
@@ -199,13 +207,19 @@ void MainWindow::restoreLayout() {
     resize(DEFAULT_SIZE);
     restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray());
     restoreState(settings.value(LAYOUT_KEY).toByteArray(), LAYOUT_VERSION);
+    const Brush usual = bench.brush();
+    bench.setBrush({settings.value(BRUSH_SIZE_KEY, usual.size).toInt(),
+                    settings.value(BRUSH_IS_ROUND_KEY, usual.isRound).toBool()});
 }
 
 void MainWindow::connectDocument() {
     Document& document = bench.document;
     PlateView& plate = stage->plate();
     connect(&document, &Document::sceneChanged, this, [this] {
+        const Scene& scene = bench.document.scene();
+        stage->setPlateSize(scene.width, scene.height);
         stage->plate().setScene(bench.document.snapshot());
+        statusBar()->clearMessage();
         showProblems();
     });
     connect(&document, &Document::opened, this, [this] {
@@ -214,13 +228,15 @@ void MainWindow::connectDocument() {
         setDrawing(bench.document.scene().densities.has_value());
     });
     connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
+    connect(files.get(), &FileActions::madeNew, this, [this] { run.setPlaying(true); });
     connect(&bench, &Workbench::selectionChanged, this, [this] {
         stage->plate().setSelectedLoad(bench.selectedLoad());
         deleteLoad->setEnabled(bench.selectedLoad().has_value());
     });
     deleteLoad->setEnabled(false);
-    connect(&bench, &Workbench::refused, this,
-            [this](const QString& reason) { statusBar()->showMessage(reason, MESSAGE_TIME); });
+    for (const auto signal : {&Workbench::refused, &Workbench::told})
+        connect(&bench, signal, this,
+                [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
     connect(&plate, &PlateView::handMoved, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
 }
@@ -230,6 +246,13 @@ void MainWindow::connectRun() {
     connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
     connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
     connect(&run, &LiveRun::settingsSent, plot, &PlotPanel::mark);
+    connect(&run, &LiveRun::timelinePlayed, this, [this](const Change& change) {
+        plot->mark();
+        statusBar()->showMessage(tr("Iteration %1: the scene's timeline changes %2")
+                                     .arg(change.iteration)
+                                     .arg(QString::fromStdString(change.summary())),
+                                 MESSAGE_TIME);
+    });
     connect(&run, &LiveRun::startedAfresh, plot, &PlotPanel::clear);
     connect(&run, &LiveRun::startedAfresh, this, [this] { recorder.clear(); });
     connect(&run, &LiveRun::textChanged, this, &MainWindow::showProblems);
@@ -261,13 +284,14 @@ void MainWindow::setDrawing(bool draws) {
 void MainWindow::showMaterial() {
     const Frame& frame = run.frame();
     numbers->countFrame();
-    if (frame.picture.empty()) return;
+    if (frame.material.values.empty()) return;
     const Area blob = bench.blob();
-    recorder.offer(frame, bench.document.snapshot(), blob);
+    if (frame.numbers.iteration > 0) recorder.offer(frame, bench.document.snapshot(), blob);
     const Scene& scene = bench.document.scene();
-    const bool isOfThisGrid = frame.columns == scene.width * frame.refinement &&
-                              frame.rows == scene.height * frame.refinement;
+    const bool isOfThisGrid = frame.material.width == scene.width * frame.refinement &&
+                              frame.material.height == scene.height * frame.refinement;
     if (drawing->isActive() || !isOfThisGrid) return;
+    stage->plate().setFloating({});
     stage->plate().setMaterial(materialImage(frame, blob.cells, stage->plate().colours()), true);
 }
 
@@ -298,22 +322,17 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
         if (!shown.scene.densities) return std::nullopt;
         shown.material = *shown.scene.densities;
         const auto& score = drawing->score();
-        if (score && score->score.supported) {
-            shown.energies = score->score.energies;
-            shown.subtitle = tr("compliance %1").arg(score->score.compliance, 0, 'g', 6);
-        }
+        if (!score || score->design != shown.material) return shown;
+        shown.floating = score->assessment.floating;
+        if (score->isSupported()) shown.energies = score->assessment.score.energies;
+        shown.subtitle = ExportActions::subtitleOf(*score);
         return shown;
     }
     const Frame& frame = run.frame();
-    if (frame.picture.empty()) return std::nullopt;
-    shown.material = Field(frame.columns, frame.rows);
-    std::transform(frame.picture.begin(), frame.picture.end(), shown.material.values.begin(),
-                   [](float value) { return 1 - value; });
+    if (frame.numbers.iteration == 0) return std::nullopt;
+    shown.material = frame.material;
     shown.scene.blob = bench.blob();
-    shown.subtitle = tr("iteration %1,  compliance %2,  volume %3 %")
-                         .arg(frame.numbers.iteration)
-                         .arg(frame.numbers.compliance, 0, 'g', 6)
-                         .arg(100 * frame.numbers.volume, 0, 'f', 1);
+    shown.subtitle = ExportActions::subtitleOf(frame.numbers);
     return shown;
 }
 
@@ -322,7 +341,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     QSettings settings;
     settings.setValue(GEOMETRY_KEY, saveGeometry());
     settings.setValue(LAYOUT_KEY, saveState(LAYOUT_VERSION));
+    settings.setValue(BRUSH_SIZE_KEY, bench.brush().size);
+    settings.setValue(BRUSH_IS_ROUND_KEY, bench.brush().isRound);
     event->accept();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    // The desktop may turn dark at dusk.
+    if (event->type() == QEvent::PaletteChange && drawing) showTheme();
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

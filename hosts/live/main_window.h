@@ -8,6 +8,7 @@
 
 #include "drawing_mode.h"
 #include "export_actions.h"
+#include "field_manners.h"
 #include "file_actions.h"
 #include "live_run.h"
 #include "numbers_panel.h"
@@ -47,6 +48,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void makeParts();
@@ -80,6 +82,8 @@ private:
     std::unique_ptr<RunActions> runActions;
     std::unique_ptr<ExportActions> exports;
     std::unique_ptr<DrawingMode> drawing;
+    FieldManners fieldManners;
+    int lastStep = 0;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
     QAction* deleteLoad = nullptr;

@@ -70,6 +70,13 @@ void NumbersPanel::add(const std::vector<IterationNumbers>& numbers) {
     while (recent.size() > AVERAGED) recent.pop_front();
 }
 
+void NumbersPanel::clear() {
+    recent.clear();
+    iteration->setText("0");
+    for (QLabel* label : {compliance, volume, change, milliseconds}) label->setText("–");
+    for (QProgressBar* bar : bars) bar->setValue(0);
+}
+
 void NumbersPanel::countFrame() { frameTimes.push_back(clock.elapsed()); }
 
 double NumbersPanel::framesPerSecond() {

@@ -18,6 +18,7 @@ public:
     explicit NumbersPanel(QWidget* parent = nullptr);
 
     void add(const std::vector<IterationNumbers>& numbers);
+    void clear();
     /// A picture has reached the screen.
     void countFrame();
 

@@ -1,6 +1,9 @@
 #include "paint_tools.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -21,111 +24,157 @@ bool isHit(const Load& load, const std::vector<Node>& nodes) {
     });
 }
 
-}  // namespace
+/// A brush that leaves something on its way.
+class BrushTool : public Tool {
+public:
+    /// Leaves it between two places, as part of a gesture.
+    using Paint = std::function<void(QPointF from, QPointF to, int gesture)>;
+    using HintColour = std::function<QColor(const PlateColours& colours)>;
 
-bool BrushTool::press(const Hand& hand) {
-    beginGesture();
-    last = hand.plate;
-    paint(last, last);
-    return true;
-}
+    BrushTool(const ToolSite& toolSite, HintColour hint, Paint painting)
+        : Tool(toolSite), hintColour(std::move(hint)), paint(std::move(painting)) {}
 
-void BrushTool::drag(const Hand& hand) {
-    const QPointF from = std::exchange(last, hand.plate);
-    paint(from, last);
-}
+    bool press(const Hand& hand) override {
+        beginGesture();
+        last = hand.plate;
+        paint(last, last, gesture);
+        return true;
+    }
+    void drag(const Hand& hand) override {
+        const QPointF from = std::exchange(last, hand.plate);
+        paint(from, last, gesture);
+    }
+    void paintHint(QPainter& painter, const Hand& hand,
+                   const PlateColours& colours) const override {
+        paintCells(painter, site, footprint(site.bench.brush(), hand.plate), hintColour(colours));
+    }
 
-void BrushTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
-    paintCells(painter, site, footprint(site.bench.brush(), hand.plate), hintColour(colours));
-}
+private:
+    HintColour hintColour;
+    Paint paint;
+    QPointF last;
+};
 
-void SupportTool::paint(QPointF from, QPointF to) {
-    const auto nodes = strokeNodes(NODE_BRUSH, from, to);
-    site.bench.edit(
-        QObject::tr("Paint support"),
-        [&](Scene& scene) { paintSupports(scene, nodes, fixX, fixY); }, gesture);
-}
+QColor colourOfHand(const PlateColours& colours) { return colours.hand; }
+QColor colourOfLoss(const PlateColours& colours) { return colours.fault; }
 
-void SupportTool::paintHint(QPainter& painter, const Hand& hand,
-                            const PlateColours& colours) const {
-    paintNodes(painter, site, {nearestNode(hand.plate, site.scene())}, colours.hand);
-}
+class SupportTool : public BrushTool {
+public:
+    using BrushTool::BrushTool;
 
-QString SupportTool::describe(const Hand& hand) const {
-    const Node node = nearestNode(hand.plate, site.scene());
-    return QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
-}
+    void paintHint(QPainter& painter, const Hand& hand,
+                   const PlateColours& colours) const override {
+        paintNodes(painter, site, {nearestNode(hand.plate, site.scene())}, colours.hand);
+    }
+    QString describe(const Hand& hand) const override {
+        const Node node = nearestNode(hand.plate, site.scene());
+        return QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
+    }
+};
 
-void PassiveTool::paint(QPointF from, QPointF to) {
-    const Cells cells = strokeCells(site.bench.brush(), from, to);
-    const std::array<QString, 3> names = {QObject::tr("Keep void"), QObject::tr("Keep solid"),
-                                          QObject::tr("Keep second solid")};
-    site.bench.edit(
-        names[static_cast<std::size_t>(kind)],
-        [&](Scene& scene) { paintPassive(scene, cells, kind); }, gesture);
-}
+class LineTool : public Tool {
+public:
+    using Tool::Tool;
 
-QColor PassiveTool::hintColour(const PlateColours& colours) const {
-    return colours.passive[static_cast<std::size_t>(kind)];
-}
+    bool press(const Hand& hand) override {
+        beginGesture();
+        start = end = hand.plate;
+        return true;
+    }
+    void drag(const Hand& hand) override { end = hand.plate; }
+    void release(const Hand& hand) override {
+        if (!start) return;
+        const Cells cells = strokeCells(site.bench.brush(), *start, hand.plate);
+        start.reset();
+        site.bench.edit(
+            QObject::tr("Draw line"), [&](Scene& scene) { paintDrawing(scene, cells, 1.0f); },
+            gesture);
+    }
+    void cancel() override { start.reset(); }
+    void paintHint(QPainter& painter, const Hand& hand,
+                   const PlateColours& colours) const override {
+        paintCells(painter, site,
+                   start ? strokeCells(site.bench.brush(), *start, end)
+                         : footprint(site.bench.brush(), hand.plate),
+                   colours.hand);
+    }
 
-void BlobTool::paint(QPointF from, QPointF to) {
-    const Cells cells = strokeCells(site.bench.brush(), from, to);
-    const Area blob = site.bench.blob();
-    site.bench.edit(
-        QObject::tr("Paint blob"), [&](Scene& scene) { paintBlob(scene, blob, cells, true); },
-        gesture);
-}
+private:
+    std::optional<QPointF> start;
+    QPointF end;
+};
 
-void EraseTool::paint(QPointF from, QPointF to) {
+void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
+    const QString what = QObject::tr("Erase");
     const Cells cells = strokeCells(site.bench.brush(), from, to);
     const auto nodes = strokeNodes(site.bench.brush(), from, to);
     const Area blob = site.bench.blob();
     const auto& loads = site.scene().loads;
     const bool hitsLoad = std::any_of(loads.begin(), loads.end(),
                                       [&](const Load& load) { return isHit(load, nodes); });
-    site.bench.edit(
-        QObject::tr("Erase"),
-        [&](Scene& scene) {
-            paintPassive(scene, cells, std::nullopt);
-            if (haveCommon(cells, blob.cells)) paintBlob(scene, blob, cells, false);
-            eraseSupports(scene, nodes);
-        },
-        gesture);
+    const auto eraseOthers = [&](Scene& scene) {
+        paintPassive(scene, cells, std::nullopt);
+        if (haveCommon(cells, blob.cells)) paintBlob(scene, blob, cells, false);
+        eraseSupports(scene, nodes);
+    };
+    site.bench.edit(what, eraseOthers, gesture);
     // Apart, since it may be refused.
     if (hitsLoad)
         site.bench.edit(
-            QObject::tr("Erase"), [&](Scene& scene) { eraseLoads(scene, nodes); }, gesture);
+            what, [&](Scene& scene) { eraseLoads(scene, nodes); }, gesture);
 }
 
-void PencilTool::paint(QPointF from, QPointF to) {
-    const Cells cells = strokeCells(site.bench.brush(), from, to);
-    site.bench.edit(
-        draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
-        [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);
+}  // namespace
+
+std::unique_ptr<Tool> supportTool(const ToolSite& site, bool fixX, bool fixY) {
+    const auto paint = [=](QPointF from, QPointF to, int gesture) {
+        const auto nodes = strokeNodes(NODE_BRUSH, from, to);
+        site.bench.edit(
+            QObject::tr("Paint support"),
+            [&](Scene& scene) { paintSupports(scene, nodes, fixX, fixY); }, gesture);
+    };
+    return std::make_unique<SupportTool>(site, colourOfHand, paint);
 }
 
-QColor PencilTool::hintColour(const PlateColours& colours) const {
-    return draws ? colours.hand : colours.fault;
+std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind) {
+    const std::array<QString, 3> names = {QObject::tr("Keep void"), QObject::tr("Keep solid"),
+                                          QObject::tr("Keep second solid")};
+    const auto index = static_cast<std::size_t>(kind);
+    const auto colour = [=](const PlateColours& colours) { return colours.passive[index]; };
+    const auto paint = [=](QPointF from, QPointF to, int gesture) {
+        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        site.bench.edit(
+            names[index], [&](Scene& scene) { paintPassive(scene, cells, kind); }, gesture);
+    };
+    return std::make_unique<BrushTool>(site, colour, paint);
 }
 
-bool LineTool::press(const Hand& hand) {
-    beginGesture();
-    start = end = hand.plate;
-    return true;
+std::unique_ptr<Tool> blobTool(const ToolSite& site) {
+    const auto colour = [](const PlateColours& colours) { return colours.blob; };
+    const auto paint = [=](QPointF from, QPointF to, int gesture) {
+        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        const Area blob = site.bench.blob();
+        site.bench.edit(
+            QObject::tr("Paint blob"), [&](Scene& scene) { paintBlob(scene, blob, cells, true); },
+            gesture);
+    };
+    return std::make_unique<BrushTool>(site, colour, paint);
 }
 
-void LineTool::release(const Hand& hand) {
-    if (!start) return;
-    const Cells cells = strokeCells(site.bench.brush(), *start, hand.plate);
-    start.reset();
-    site.bench.edit(
-        QObject::tr("Draw line"), [&](Scene& scene) { paintDrawing(scene, cells, 1.0f); }, gesture);
+std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
+    return std::make_unique<BrushTool>(
+        site, colourOfLoss,
+        [=](QPointF from, QPointF to, int gesture) { erase(site, from, to, gesture); });
 }
 
-void LineTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
-    paintCells(painter, site,
-               start ? strokeCells(site.bench.brush(), *start, end)
-                     : footprint(site.bench.brush(), hand.plate),
-               colours.hand);
+std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws) {
+    const auto paint = [=](QPointF from, QPointF to, int gesture) {
+        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        site.bench.edit(
+            draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
+            [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);
+    };
+    return std::make_unique<BrushTool>(site, draws ? colourOfHand : colourOfLoss, paint);
 }
+
+std::unique_ptr<Tool> lineTool(const ToolSite& site) { return std::make_unique<LineTool>(site); }

@@ -1,55 +1,66 @@
 #include "plate_colours.h"
 
+#include "picture_colours.h"
+
 namespace {
 
 // Towards white: the darker colours would drown in a dark window.
 constexpr double DARK_LIFT = 0.35;
+constexpr double PASSIVE_LIFT = 0.2;
 
 std::array<QColor, LOAD_CASE_COLOURS> loadColours(double lift) {
     std::array<QColor, LOAD_CASE_COLOURS> colours;
-    for (int loadCase = 0; loadCase < LOAD_CASE_COLOURS; ++loadCase) {
-        const Colour colour = mix(loadCaseColour(loadCase), {1, 1, 1}, lift);
+    for (int loadCase = 0; loadCase < LOAD_CASE_COLOURS; ++loadCase)
         colours[static_cast<std::size_t>(loadCase)] =
-            QColor::fromRgbF(static_cast<float>(colour[0]), static_cast<float>(colour[1]),
-                             static_cast<float>(colour[2]));
-    }
+            toQt(mix(loadCaseColour(loadCase), {1, 1, 1}, lift));
+    return colours;
+}
+
+std::array<QColor, 3> passiveColours(double lift) {
+    std::array<QColor, 3> colours;
+    for (std::size_t kind = 0; kind < colours.size(); ++kind)
+        colours[kind] = toQt(mix(picture_colours::PASSIVE[kind], {1, 1, 1}, lift));
     return colours;
 }
 
 }  // namespace
 
+QColor toQt(const Colour& colour) {
+    return QColor::fromRgbF(static_cast<float>(colour[0]), static_cast<float>(colour[1]),
+                            static_cast<float>(colour[2]));
+}
+
 const PlateColours& PlateColours::light() {
-    // Those of the pictures that the command-line program draws.
-    static const PlateColours colours = {
-        QColor(255, 255, 255),
-        QColor(244, 244, 241),
-        QColor(51, 51, 56),
-        QColor(107, 107, 115),
-        QColor(33, 33, 38),
-        QColor(255, 255, 255),
-        QColor(64, 89, 102),
-        QColor(89, 166, 235),
-        QColor(0, 105, 217),
-        QColor(213, 50, 30),
-        {QColor(230, 128, 13), QColor(38, 166, 64), QColor(204, 64, 153)},
-        loadColours(0)};
+    static const PlateColours colours = {.surroundings = Qt::white,
+                                         .voids = toQt(picture_colours::VOID_PLATE),
+                                         .solid = toQt(picture_colours::SOLID_GREY),
+                                         .edge = toQt(picture_colours::FAINT_INK),
+                                         .rim = Qt::white,
+                                         .support = toQt(picture_colours::SUPPORT),
+                                         .blob = toQt(picture_colours::BLOB),
+                                         .hand = QColor(0, 105, 217),
+                                         .fault = QColor(213, 50, 30),
+                                         .floating = toQt(picture_colours::FLOATING),
+                                         .passive = passiveColours(0),
+                                         .loads = loadColours(0)};
     return colours;
 }
 
 const PlateColours& PlateColours::dark() {
-    static const PlateColours colours = {
-        QColor(30, 31, 34),
-        QColor(43, 45, 49),
-        QColor(222, 224, 228),
-        QColor(120, 124, 132),
-        QColor(225, 227, 230),
-        QColor(24, 25, 28),
-        QColor(150, 178, 192),
-        QColor(70, 145, 220),
-        QColor(90, 175, 255),
-        QColor(255, 110, 85),
-        {QColor(240, 150, 40), QColor(70, 195, 95), QColor(230, 110, 185)},
-        loadColours(DARK_LIFT)};
+    static const PlateColours colours = [] {
+        PlateColours lifted = light();
+        lifted.surroundings = QColor(30, 31, 34);
+        lifted.voids = QColor(43, 45, 49);
+        lifted.solid = QColor(222, 224, 228);
+        lifted.edge = QColor(120, 124, 132);
+        lifted.rim = QColor(24, 25, 28);
+        lifted.support = QColor(150, 178, 192);
+        lifted.hand = QColor(90, 175, 255);
+        lifted.fault = QColor(255, 110, 85);
+        lifted.passive = passiveColours(PASSIVE_LIFT);
+        lifted.loads = loadColours(DARK_LIFT);
+        return lifted;
+    }();
     return colours;
 }
 

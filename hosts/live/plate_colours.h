@@ -5,19 +5,19 @@
 
 #include "load_arrows.h"
 
-/// The colours of the plate and its signs, for a light or a dark window. Load cases and kinds of
+/// The colours of the plate and its signs, in a light window those of the program's pictures. Load cases and kinds of
 /// passive elements also differ by number, outline or hatching: colour is never the only sign.
 struct PlateColours {
     QColor surroundings;
     QColor voids;  ///< the plate without material
     QColor solid;
     QColor edge;  ///< of the plate, and faint lines
-    QColor text;
-    QColor rim;  ///< sets a sign off from whatever lies beneath
+    QColor rim;   ///< sets a sign off from whatever lies beneath
     QColor support;
     QColor blob;
-    QColor hand;   ///< what lies under the pointer, and what is selected
-    QColor fault;  ///< what a check found
+    QColor hand;      ///< what lies under the pointer, and what is selected
+    QColor fault;     ///< what a check found
+    QColor floating;  ///< around material that hangs on nothing
     std::array<QColor, 3> passive;
     std::array<QColor, LOAD_CASE_COLOURS> loads;
 
@@ -29,4 +29,5 @@ struct PlateColours {
     static const PlateColours& dark();
 };
 
+QColor toQt(const Colour& colour);
 QColor mixed(const QColor& from, const QColor& to, double share);

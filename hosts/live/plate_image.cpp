@@ -5,12 +5,10 @@
 #include <cmath>
 #include <cstdint>
 
-#include "energy_scale.h"
+#include "picture_colours.h"
 
 namespace {
 
-constexpr double BLOB_SHARE = 0.55;
-constexpr double FAINT_SHARE = 0.7;
 constexpr int SHADES = 256;
 
 /// Pixel values from void (0) to solid (SHADES - 1).
@@ -38,47 +36,37 @@ std::vector<std::uint8_t> maskOf(const Cells& cells, int width, int height) {
     return mask;
 }
 
-QColor energyColour(double position) {
-    const Colour colour = EnergyScale::colour(position);
-    return QColor::fromRgbF(static_cast<float>(colour[0]), static_cast<float>(colour[1]),
-                            static_cast<float>(colour[2]));
-}
-
 }  // namespace
 
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours) {
     const Ramp plain = rampOf(colours.voids, colours.solid);
-    const Ramp tinted = rampOf(mixed(colours.voids, colours.blob, BLOB_SHARE),
-                               mixed(colours.solid, colours.blob, BLOB_SHARE));
-    const int width = frame.columns / frame.refinement;
-    const auto mask = maskOf(blob, width, frame.rows / frame.refinement);
-    QImage image(frame.columns, frame.rows, QImage::Format_RGB32);
-    const float* cell = frame.picture.data();
-    for (int y = 0; y < frame.rows; ++y) {
+    const Ramp tinted = rampOf(mixed(colours.voids, colours.blob, picture_colours::BLOB_SHARE),
+                               mixed(colours.solid, colours.blob, picture_colours::BLOB_SHARE));
+    const int width = frame.material.width / frame.refinement;
+    const auto mask = maskOf(blob, width, frame.material.height / frame.refinement);
+    QImage image(frame.material.width, frame.material.height, QImage::Format_RGB32);
+    const float* cell = frame.material.values.data();
+    for (int y = 0; y < frame.material.height; ++y) {
         auto* pixel = reinterpret_cast<QRgb*>(image.scanLine(y));
         const std::uint8_t* inBlob =
             &mask[static_cast<std::size_t>(y / frame.refinement) * static_cast<std::size_t>(width)];
-        for (int x = 0; x < frame.columns; ++x)
-            *pixel++ = (inBlob[x / frame.refinement] != 0 ? tinted : plain)[shade(1 - *cell++)];
+        for (int x = 0; x < frame.material.width; ++x)
+            *pixel++ = (inBlob[x / frame.refinement] != 0 ? tinted : plain)[shade(*cell++)];
     }
     return image;
 }
 
-QImage drawingImage(const Field& drawing, const Field* energies, const Cells& faint,
+QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
                     const PlateColours& colours) {
-    const auto isFaint = maskOf(faint, drawing.width, drawing.height);
-    std::optional<EnergyScale> scale;
-    if (energies != nullptr) scale.emplace(*energies, drawing);
-    const auto colourAt = [&](int x, int y, std::size_t index) {
-        QColor solid = colours.solid;
-        if (scale && scale->average() > 0)
-            solid = energyColour(scale->position(energies->at(x, y) / scale->average()));
-        if (isFaint[index] != 0) solid = mixed(colours.voids, colours.edge, FAINT_SHARE);
+    const double average = shown ? shown->scale.average() : 0;
+    const auto colourAt = [&](int x, int y) {
+        const QColor solid = average > 0 ? toQt(EnergyScale::colour(shown->scale.position(
+                                               shown->energies.at(x, y) / average)))
+                                         : colours.solid;
         return mixed(colours.voids, solid, std::clamp(drawing.at(x, y), 0.0f, 1.0f));
     };
     QImage image(drawing.width, drawing.height, QImage::Format_RGB32);
-    std::size_t index = 0;
     for (int y = 0; y < drawing.height; ++y)
-        for (int x = 0; x < drawing.width; ++x) image.setPixel(x, y, colourAt(x, y, index++).rgb());
+        for (int x = 0; x < drawing.width; ++x) image.setPixel(x, y, colourAt(x, y).rgb());
     return image;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QImage>
+#include <optional>
 
+#include "energy_scale.h"
 #include "frame.h"
 #include "plate_colours.h"
 #include "scene.h"
@@ -11,7 +13,12 @@
 /// The optimiser's picture; elements of `blob` are tinted.
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours);
 
+/// Energies of elements, and the scale on which they are shown.
+struct ShownEnergies {
+    const Field& energies;
+    const EnergyScale& scale;
+};
+
 /// A drawn design; with energies, which elements work, in the colours of voxam's pictures.
-/// Elements of `faint` (floating parts, say) are drawn so.
-QImage drawingImage(const Field& drawing, const Field* energies, const Cells& faint,
+QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
                     const PlateColours& colours);

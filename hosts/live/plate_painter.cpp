@@ -8,35 +8,17 @@
 
 namespace {
 
-constexpr double SUPPORT_SIZE = 11;  // pixels, like all below
-constexpr double SUPPORT_SPACING = 18;
-constexpr double OUTLINE_THICKNESS = 2;
+// Pixels.
 constexpr double LEAST_GRID_SCALE = 11;  // a finer grid would be a haze
+constexpr double RIM = 1.2;
+constexpr int RULER_FONT = 10;
 constexpr double HANDLE_RADIUS = 5;
 constexpr double FAULT_RADIUS = 13;
 
-/// Unit vector from the plate to the side on which the sign of a support stands.
-QPointF outward(const Support& support, const Scene& scene) {
-    const double x = 0.5 * (support.x.from + support.x.to);
-    const double y = 0.5 * (support.y.from + support.y.to);
-    const QPointF sideways(x <= 0.5 * scene.width ? -1 : 1, 0);
-    const QPointF upright(0, y < 0.5 * scene.height ? -1 : 1);
-    if (!support.fixY) return sideways;
-    if (!support.fixX) return upright;
-    if (support.x.count() != support.y.count())
-        return support.x.count() < support.y.count() ? sideways : upright;
-    const double toSide = std::min(x, scene.width - x);
-    const double toTopOrBottom = std::min(y, scene.height - y);
-    return toSide < toTopOrBottom ? sideways : upright;
-}
-
-/// The arrow with this end at its node.
-PlateArrow atNode(const PlateArrow& arrow, std::optional<bool> isTailAtNode) {
-    if (!isTailAtNode || *isTailAtNode == arrow.isTailAtNode) return arrow;
-    const QPointF along = arrow.tip - arrow.tail;
-    const QPointF node = arrow.foot();
-    return *isTailAtNode ? PlateArrow{node, node + along, true}
-                         : PlateArrow{node - along, node, false};
+QPolygonF polygonOf(const std::vector<Point>& corners) {
+    QPolygonF polygon;
+    for (const Point corner : corners) polygon.append(toQt(corner));
+    return polygon;
 }
 
 QPainterPath areaOf(const Cells& cells) {
@@ -86,11 +68,12 @@ void PlatePainter::draw(const Scene& scene, const PlateLook& look) {
     painter.setRenderHint(QPainter::Antialiasing);
     drawMaterial(scene, look);
     drawPassive(look.outlines);
-    for (const Support& support : scene.supports) drawSupport(support, scene);
-    for (std::size_t i = 0; i < scene.loads.size(); ++i)
-        if (look.selectedLoad != i) drawLoad(scene.loads[i], scene, look, false);
-    if (look.selectedLoad && *look.selectedLoad < scene.loads.size())
-        drawLoad(scene.loads[*look.selectedLoad], scene, look, true);
+    drawFloating(look.floating);
+    for (const Support& support : scene.supports)
+        for (const SupportSign& sign :
+             supportSigns(support, scene, ofQt(transform.origin), transform.scale))
+            drawSupportSign(sign);
+    drawLoads(scene, look);
     for (const QPointF fault : look.faults) drawFault(transform.toWidget(fault));
     painter.restore();
 }
@@ -124,8 +107,7 @@ void PlatePainter::drawGrid(const Scene& scene) {
 void PlatePainter::drawPassive(const PlateOutlines& outlines) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
-    const QTransform toWidget(transform.scale, 0, 0, transform.scale, transform.origin.x(),
-                              transform.origin.y());
+    const QTransform toWidget = transform.matrix();
     // Void is hatched, the second solid is dotted: the outlines alone differ in nothing but colour.
     const std::array<Qt::BrushStyle, 3> hatchings = {Qt::BDiagPattern, Qt::NoBrush,
                                                      Qt::Dense6Pattern};
@@ -143,69 +125,87 @@ void PlatePainter::drawPassive(const PlateOutlines& outlines) {
     painter.restore();
 }
 
-void PlatePainter::drawSupportSign(QPointF tip, QPointF out, bool isRoller) {
-    const QPointF across(-out.y(), out.x());
-    const double size = isRoller ? 0.75 * SUPPORT_SIZE : SUPPORT_SIZE;
-    const QPointF base = tip + size * out;
-    painter.setPen(QPen(colours.rim, 1.2));
+void PlatePainter::drawFloating(const QPainterPath& outline) {
+    if (!outline.isEmpty())
+        painter.strokePath(transform.matrix().map(outline),
+                           QPen(colours.floating, OUTLINE_THICKNESS, Qt::SolidLine, Qt::SquareCap));
+}
+
+void PlatePainter::drawSupportSign(const SupportSign& sign) {
+    painter.setPen(QPen(colours.rim, RIM));
     painter.setBrush(colours.support);
-    painter.drawPolygon(QPolygonF({tip, base + 0.6 * size * across, base - 0.6 * size * across}));
-    const double wheel = 0.22 * SUPPORT_SIZE;
-    if (isRoller) painter.drawEllipse(base + wheel * out, wheel, wheel);
-    const QPointF ground = tip + 1.25 * SUPPORT_SIZE * out;
-    painter.setPen(QPen(colours.support, 1.5));
-    painter.drawLine(ground + 0.8 * SUPPORT_SIZE * across, ground - 0.8 * SUPPORT_SIZE * across);
+    painter.drawPolygon(polygonOf(sign.triangle));
+    if (sign.rollerRadius > 0)
+        painter.drawEllipse(toQt(sign.rollerCentre), sign.rollerRadius, sign.rollerRadius);
+    painter.setPen(QPen(colours.support, SUPPORT_GROUND_THICKNESS));
+    painter.drawLine(toQt(sign.ground[0]), toQt(sign.ground[1]));
 }
 
-void PlatePainter::drawSupport(const Support& support, const Scene& scene) {
-    const QPointF out = outward(support, scene);
-    for (const QPointF node : signPlaces(support.x, support.y, SUPPORT_SPACING, transform.scale))
-        drawSupportSign(transform.toWidget(node), out, !(support.fixX && support.fixY));
+void PlatePainter::drawLoads(const Scene& scene, const PlateLook& look) {
+    const auto arrows = arrowsOf(scene, look.forces, transform, look.held);
+    for (const LoadArrow& arrow : arrows)
+        if (look.selectedLoad != arrow.load) drawArrow(arrow, look);
+    // On top of all others.
+    for (const LoadArrow& arrow : arrows)
+        if (look.selectedLoad == arrow.load) drawArrow(arrow, look);
+    for (const auto& [load, own] : byLoad(arrows, scene, transform)) {
+        if (scene.loadCases > 1) drawLoadCase(handleOf(own), look);
+        if (look.selectedLoad == load) drawHandles(handleOf(own));
+    }
 }
 
-void PlatePainter::drawArrow(const PlateArrow& arrow, const QColor& colour) {
-    const QPointF direction = (arrow.tip - arrow.tail) / arrow.length();
-    const QPointF across(-direction.y(), direction.x());
-    const QPointF neck = arrow.tip - 11 * direction;
-    painter.setPen(QPen(colours.rim, 1.2));
-    painter.setBrush(colour);
-    painter.drawPolygon(
-        QPolygonF({arrow.tail + 1.5 * across, neck + 1.5 * across, neck + 5.5 * across, arrow.tip,
-                   neck - 5.5 * across, neck - 1.5 * across, arrow.tail - 1.5 * across}));
+QColor PlatePainter::colourOf(int loadCase, const PlateLook& look) const {
+    const auto index = static_cast<std::size_t>(loadCase);
+    const bool isUsed = index >= look.loadCasesInUse.size() || look.loadCasesInUse[index];
+    return isUsed ? colours.load(loadCase) : mixed(colours.load(loadCase), colours.voids, 0.7);
 }
 
-void PlatePainter::drawLoad(const Load& load, const Scene& scene, const PlateLook& look,
-                            bool isSelected) {
-    const auto loadCase = static_cast<std::size_t>(load.loadCase);
-    const bool isUsed = loadCase >= look.loadCasesInUse.size() || look.loadCasesInUse[loadCase];
-    QColor colour = colours.load(load.loadCase);
-    if (!isUsed) colour = mixed(colour, colours.voids, 0.7);
-    const auto held = isSelected ? look.tailHeldAtNode : std::nullopt;
-    const PlateArrow handle = atNode(handleOf(load, scene, look.forces, transform), held);
-    for (const PlateArrow& arrow : arrowsOf(load, scene, look.forces, transform))
-        drawArrow(atNode(arrow, held), colour);
-    if (scene.loadCases > 1) drawLoadCase(handle, load.loadCase, colour);
-    if (isSelected) drawHandles(handle);
+void PlatePainter::drawArrow(const LoadArrow& arrow, const PlateLook& look) {
+    painter.setPen(QPen(colours.rim, RIM));
+    painter.setBrush(colourOf(arrow.loadCase, look));
+    painter.drawPolygon(polygonOf(arrowShape(arrow)));
 }
 
-void PlatePainter::drawLoadCase(const PlateArrow& arrow, int loadCase, const QColor& colour) {
-    const QPointF away = (arrow.freeEnd() - arrow.foot()) / arrow.length();
+void PlatePainter::drawLoadCase(const LoadArrow& arrow, const PlateLook& look) {
+    const Point away = arrow.tailAtNode ? arrow.direction : -1 * arrow.direction;
     QRectF box(0, 0, 40, 16);
-    box.moveCenter(arrow.freeEnd() + 11 * away);
-    painter.setPen(colour);
+    box.moveCenter(toQt(arrow.freeEnd() + 11 * away));
+    painter.setPen(colourOf(arrow.loadCase, look));
     QFont font = painter.font();
     font.setBold(true);
     painter.setFont(font);
-    painter.drawText(box, Qt::AlignCenter, QString::number(loadCase));
+    painter.drawText(box, Qt::AlignCenter, QString::number(arrow.loadCase));
 }
 
-void PlatePainter::drawHandles(const PlateArrow& arrow) {
+void PlatePainter::drawHandles(const LoadArrow& arrow) {
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(colours.rim);
-    painter.drawEllipse(arrow.freeEnd(), HANDLE_RADIUS, HANDLE_RADIUS);
+    painter.drawEllipse(toQt(arrow.freeEnd()), HANDLE_RADIUS, HANDLE_RADIUS);
     QRectF foot(0, 0, 2 * HANDLE_RADIUS, 2 * HANDLE_RADIUS);
-    foot.moveCenter(arrow.foot());
+    foot.moveCenter(toQt(arrow.foot()));
     painter.drawRect(foot);
+}
+
+void PlatePainter::drawRulers(const Scene& scene, const QRect& sight) {
+    const QRectF plate = transform.plateRect(scene.width, scene.height);
+    const Point corner = {
+        std::max<double>(plate.left() - SIGN_MARGIN, RULER_WIDTH),
+        std::min<double>(plate.bottom() + SIGN_MARGIN, sight.bottom() - RULER_HEIGHT)};
+    painter.save();
+    painter.setPen(QPen(colours.edge, 1));
+    QFont font = painter.font();
+    font.setPixelSize(RULER_FONT);
+    painter.setFont(font);
+    const auto write = [&](const Ruler::Label& label) {
+        const double width = painter.fontMetrics().horizontalAdvance(label.text.c_str());
+        painter.drawText(toQt(label.at) - QPointF(label.align * width, 0), label.text.c_str());
+    };
+    for (const Ruler& ruler : rulers(scene, ofQt(transform.origin), transform.scale, corner)) {
+        for (const auto& [from, to] : ruler.lines) painter.drawLine(toQt(from), toQt(to));
+        for (const Ruler::Label& number : ruler.numbers) write(number);
+        write(ruler.axis);
+    }
+    painter.restore();
 }
 
 void PlatePainter::drawFault(QPointF place) {

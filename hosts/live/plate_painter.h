@@ -9,6 +9,7 @@
 
 #include "plate_arrow.h"
 #include "plate_colours.h"
+#include "plate_signs.h"
 #include "plate_transform.h"
 #include "scene.h"
 
@@ -32,8 +33,8 @@ struct PlateLook {
     PlateOutlines outlines;
     ForceScale forces;
     std::optional<std::size_t> selectedLoad;
-    /// On which end the selected load's arrow has its node, while a hand turns it.
-    std::optional<bool> tailHeldAtNode;
+    std::optional<HeldLoad> held;
+    QPainterPath floating;        ///< around material that hangs on nothing, in plate coordinates
     std::vector<QPointF> faults;  ///< places to mark, in plate coordinates
     std::vector<bool> loadCasesInUse;
 };
@@ -45,17 +46,20 @@ public:
         : painter(target), transform(where), colours(colourSet) {}
 
     void draw(const Scene& scene, const PlateLook& look);
+    /// Numbers of nodes, beyond the signs around the plate but always in sight.
+    void drawRulers(const Scene& scene, const QRect& sight);
 
 private:
     void drawMaterial(const Scene& scene, const PlateLook& look);
     void drawGrid(const Scene& scene);
     void drawPassive(const PlateOutlines& outlines);
-    void drawSupport(const Support& support, const Scene& scene);
-    void drawSupportSign(QPointF tip, QPointF out, bool isRoller);
-    void drawLoad(const Load& load, const Scene& scene, const PlateLook& look, bool isSelected);
-    void drawArrow(const PlateArrow& arrow, const QColor& colour);
-    void drawLoadCase(const PlateArrow& arrow, int loadCase, const QColor& colour);
-    void drawHandles(const PlateArrow& arrow);
+    void drawFloating(const QPainterPath& outline);
+    void drawSupportSign(const SupportSign& sign);
+    void drawLoads(const Scene& scene, const PlateLook& look);
+    void drawArrow(const LoadArrow& arrow, const PlateLook& look);
+    QColor colourOf(int loadCase, const PlateLook& look) const;
+    void drawLoadCase(const LoadArrow& arrow, const PlateLook& look);
+    void drawHandles(const LoadArrow& arrow);
     void drawFault(QPointF place);
 
     QPainter& painter;

@@ -39,19 +39,43 @@ PlateStage::PlateStage(QWidget* parent)
     splitter->addWidget(rivalSide);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
+    layout->addWidget(splitter, 1);
+    colourLegend = new EnergyLegend;
+    layout->addWidget(colourLegend);
     setDrawing(false);
 }
 
 void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
     rivalSide->setVisible(draws);
+    colourLegend->setVisible(draws);
     if (!draws) return;
-    // Both plates of the same size, to compare them.
-    splitter->setSizes({width(), width()});
+    arrange();
     header->showNone({});
     otherHeader->showNone(tr("The optimiser is at work."));
     rivalView->setMaterial({}, false);
+}
+
+void PlateStage::setPlateSize(int columns, int rows) {
+    if (plateSize == QSizeF(columns, rows)) return;
+    plateSize = QSizeF(columns, rows);
+    arrange();
+}
+
+void PlateStage::resizeEvent(QResizeEvent*) { arrange(); }
+
+void PlateStage::arrange() {
+    const auto scaleWithin = [this](double across, double down) {
+        return std::min((across - 2 * SIGN_MARGIN - RULER_WIDTH) / plateSize.width(),
+                        (down - 2 * SIGN_MARGIN - RULER_HEIGHT - header->sizeHint().height()) /
+                            plateSize.height());
+    };
+    const QSizeF room = size();
+    const bool isBeside = scaleWithin(0.5 * room.width(), room.height()) >=
+                          scaleWithin(room.width(), 0.5 * room.height());
+    splitter->setOrientation(isBeside ? Qt::Horizontal : Qt::Vertical);
+    // Both plates of the same size, to compare them.
+    splitter->setSizes({1000, 1000});
 }
 
 void PlateStage::setColours(const PlateColours& colours) {

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "banner.h"
+#include "energy_legend.h"
 #include "plate_view.h"
 #include "score_header.h"
 
@@ -21,10 +22,19 @@ public:
     ScoreHeader& rivalHeader() { return *otherHeader; }
     Banner& banner() { return *problem; }
 
+    EnergyLegend& legend() { return *colourLegend; }
+
     void setDrawing(bool draws);
+    /// Elements in x and y: the two plates of a drawing lie so that they are as large as can be.
+    void setPlateSize(int columns, int rows);
     void setColours(const PlateColours& colours);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    void arrange();
+
     PlateView* plateView;
     PlateView* rivalView;
     ScoreHeader* header;
@@ -32,4 +42,6 @@ private:
     Banner* problem;
     QWidget* rivalSide;
     QSplitter* splitter;
+    EnergyLegend* colourLegend;
+    QSizeF plateSize{1, 1};
 };

@@ -3,6 +3,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
+#include <QTransform>
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +17,7 @@ struct PlateTransform {
     QPointF toWidget(QPointF plate) const { return origin + scale * plate; }
     QPointF toWidget(double x, double y) const { return toWidget(QPointF(x, y)); }
     QPointF toPlate(QPointF widget) const { return (widget - origin) / scale; }
+    QTransform matrix() const { return {scale, 0, 0, scale, origin.x(), origin.y()}; }
     QRectF plateRect(int width, int height) const {
         return {origin, QSizeF(scale * width, scale * height)};
     }

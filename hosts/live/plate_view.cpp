@@ -7,11 +7,11 @@
 
 namespace {
 
-constexpr double MARGIN = 62;  // pixels around a plate that is fitted, for arrows and supports
 constexpr double LEAST_SCALE = 0.2;  // pixels per element
 constexpr double MOST_SCALE = 200;
 constexpr double WHEEL_FACTOR = 1.0015;  // per eighth of a degree, 1.2 a notch
 constexpr double KEY_FACTOR = 1.25;
+constexpr double KEY_PAN = 60;    // pixels
 constexpr double HAND_STEPS = 5;  // with Shift
 
 }  // namespace
@@ -35,6 +35,7 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
         look.loadCasesInUse[static_cast<std::size_t>(used)] = true;
     if (hasOtherSize) {
         look.material = {};
+        look.floating = {};
         fit();
     }
     update();
@@ -43,6 +44,11 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
 void PlateView::setMaterial(const QImage& image, bool isSmooth) {
     look.material = image;
     look.isSmooth = isSmooth;
+    update();
+}
+
+void PlateView::setFloating(const QPainterPath& outline) {
+    look.floating = outline;
     update();
 }
 
@@ -76,7 +82,6 @@ void PlateView::setTool(Tool* next) {
 void PlateView::cancelGesture() {
     if (gesture == Gesture::TOOL && tool != nullptr) tool->cancel();
     gesture = Gesture::NONE;
-    look.tailHeldAtNode.reset();
     update();
 }
 
@@ -99,18 +104,23 @@ void PlateView::panBy(QPointF distance) {
 void PlateView::fit() {
     isFitted = true;
     if (scene->width == 0) return;
-    const double across = (width() - 2 * MARGIN) / scene->width;
-    const double down = (height() - 2 * MARGIN) / scene->height;
-    where.scale = std::clamp(std::min(across, down), LEAST_SCALE, MOST_SCALE);
-    where.origin = {0.5 * (width() - where.scale * scene->width),
-                    0.5 * (height() - where.scale * scene->height)};
+    const QRectF room = QRectF(rect()).adjusted(SIGN_MARGIN + RULER_WIDTH, SIGN_MARGIN,
+                                                -SIGN_MARGIN, -SIGN_MARGIN - RULER_HEIGHT);
+    const double scale = std::min(room.width() / scene->width, room.height() / scene->height);
+    where.scale = std::clamp(scale, LEAST_SCALE, MOST_SCALE);
+    where.origin = room.center() - 0.5 * where.scale * QPointF(scene->width, scene->height);
     update();
 }
 
 void PlateView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), palette->surroundings);
-    if (scene->width > 0) PlatePainter(painter, where, *palette).draw(*scene, look);
+    if (scene->width > 0) {
+        look.held = tool != nullptr ? tool->heldLoad() : std::nullopt;
+        PlatePainter plate(painter, where, *palette);
+        plate.draw(*scene, look);
+        plate.drawRulers(*scene, rect());
+    }
     if (tool != nullptr && hand && gesture != Gesture::PAN) {
         painter.setRenderHint(QPainter::Antialiasing);
         tool->paintHint(painter, *hand, *palette);
@@ -135,7 +145,6 @@ void PlateView::moveHand(const Hand& next) {
     hand = next;
     if (tool != nullptr) {
         if (gesture == Gesture::TOOL) tool->drag(next);
-        look.tailHeldAtNode = tool->isTailHeldAtNode();
         setCursor(gesture == Gesture::PAN ? Qt::SizeAllCursor : tool->cursor(next));
         emit handMoved(tool->describe(next));
     }
@@ -214,6 +223,25 @@ bool PlateView::moveHandByKey(const QKeyEvent& event) {
     return true;
 }
 
+bool PlateView::panByKey(int key) {
+    switch (key) {
+        case Qt::Key_Left:
+            panBy({KEY_PAN, 0});
+            return true;
+        case Qt::Key_Right:
+            panBy({-KEY_PAN, 0});
+            return true;
+        case Qt::Key_Up:
+            panBy({0, KEY_PAN});
+            return true;
+        case Qt::Key_Down:
+            panBy({0, -KEY_PAN});
+            return true;
+        default:
+            return false;
+    }
+}
+
 void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
     if (!hand) moveHand(handAt(where.toWidget(scene->width / 2, scene->height / 2), modifiers));
     if (gesture == Gesture::TOOL) {
@@ -229,6 +257,8 @@ void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
 void PlateView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && gesture != Gesture::NONE) {
         cancelGesture();
+    } else if (event->modifiers().testFlag(Qt::ControlModifier) && panByKey(event->key())) {
+        return;
     } else if (tool != nullptr && gesture == Gesture::NONE && tool->key(*event)) {
         update();
     } else if (tool != nullptr && moveHandByKey(*event)) {

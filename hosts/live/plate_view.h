@@ -19,6 +19,8 @@ public:
     /// What is shown. The scene stays until the next call.
     void setScene(std::shared_ptr<const Scene> next);
     void setMaterial(const QImage& image, bool isSmooth);
+    /// Around material that hangs on nothing, in plate coordinates.
+    void setFloating(const QPainterPath& outline);
     void setFaults(std::vector<QPointF> places);
     void setSelectedLoad(std::optional<std::size_t> load);
     void setForces(const ForceScale& forces);
@@ -60,6 +62,7 @@ private:
     void panBy(QPointF distance);
     Hand handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const;
     void moveHand(const Hand& next);
+    bool panByKey(int key);
     bool moveHandByKey(const QKeyEvent& event);
     void pressByKey(Qt::KeyboardModifiers modifiers);
 

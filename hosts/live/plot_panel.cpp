@@ -17,7 +17,18 @@ constexpr double TOP = 24;
 constexpr double BOTTOM = 22;
 // The first iterations start from grey, whose compliance would flatten all that follows.
 constexpr double SHARE_IN_VIEW = 0.97;
-constexpr double HEADROOM = 0.08;
+constexpr double LEAST_SPAN = 0.05;  // of the compliance
+constexpr int STEPS = 4;             // at most about so many between the lines
+constexpr double PEAK_WIDTH = 8;
+
+/// A round number of at least `least`.
+double roundStep(double least) {
+    if (!(least > 0) || !std::isfinite(least)) return 0.25;
+    const double power = std::pow(10, std::floor(std::log10(least)));
+    for (const int digit : {1, 2, 5})
+        if (digit * power >= least) return digit * power;
+    return 10 * power;
+}
 
 QColor complianceColour(bool isDark) {
     return isDark ? QColor(110, 175, 255) : QColor(13, 89, 191);
@@ -30,11 +41,16 @@ struct PlotPanel::Axes {
     QRectF area;
     double fromCompliance = 0;
     double toCompliance = 1;
+    double step = 0.25;  ///< of the compliance, between lines
     bool isDark = false;
 
     double x(std::size_t sample, std::size_t count) const {
         return area.left() + area.width() * static_cast<double>(sample) /
                                  static_cast<double>(std::max<std::size_t>(count - 1, 1));
+    }
+    double y(double compliance) const {
+        return area.bottom() -
+               (compliance - fromCompliance) / (toCompliance - fromCompliance) * area.height();
     }
 };
 
@@ -42,7 +58,7 @@ PlotPanel::PlotPanel(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Plot of compliance and volume over the iterations"));
     setToolTip(
         tr("Compliance (left scale) and volume (right scale) over the iterations; dotted "
-           "lines are edits"));
+           "lines are edits, triangles are peaks above the scale"));
 }
 
 void PlotPanel::add(const std::vector<IterationNumbers>& numbers) {
@@ -62,41 +78,61 @@ void PlotPanel::clear() {
     update();
 }
 
+std::vector<std::size_t> PlotPanel::marks() const {
+    std::vector<std::size_t> iterations;
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        if (samples[i].isMarked) iterations.push_back(gone + i + 1);
+    return iterations;
+}
+
 void PlotPanel::describe() {
     if (samples.empty()) return;
-    setAccessibleDescription(tr("Compliance %1, volume %2 percent")
+    setAccessibleDescription(tr("Compliance %1, volume %2 percent; %3 edits in view")
                                  .arg(samples.back().compliance, 0, 'g', 4)
-                                 .arg(100 * samples.back().volume, 0, 'f', 1));
+                                 .arg(100 * samples.back().volume, 0, 'f', 1)
+                                 .arg(marks().size()));
+}
+
+PlotPanel::Axes PlotPanel::axes() const {
+    Axes axes;
+    axes.area = QRectF(rect()).adjusted(LEFT, TOP, -RIGHT, -BOTTOM);
+    axes.isDark = palette().color(QPalette::Window).lightness() < 128;
+    if (samples.empty()) return axes;
+    std::vector<double> sorted;
+    for (const Sample& sample : samples) sorted.push_back(sample.compliance);
+    std::sort(sorted.begin(), sorted.end());
+    const auto most =
+        static_cast<std::size_t>(SHARE_IN_VIEW * static_cast<double>(sorted.size() - 1));
+    double from = sorted.front();
+    double to = std::max(sorted[most], samples.back().compliance);
+    // What has settled is to look still.
+    const double lack = LEAST_SPAN * std::abs(to) - (to - from);
+    if (lack > 0) {
+        from -= 0.5 * lack;
+        to += 0.5 * lack;
+    }
+    // Round numbers; a compliance is never negative.
+    axes.step = roundStep((to - from) / STEPS);
+    axes.fromCompliance = std::max(0.0, std::floor(from / axes.step) * axes.step);
+    axes.toCompliance =
+        std::max(axes.fromCompliance + axes.step, std::ceil(to / axes.step) * axes.step);
+    return axes;
 }
 
 void PlotPanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    Axes axes;
-    axes.area = QRectF(rect()).adjusted(LEFT, TOP, -RIGHT, -BOTTOM);
-    axes.isDark = palette().color(QPalette::Window).lightness() < 128;
-    std::vector<double> sorted;
-    for (const Sample& sample : samples) sorted.push_back(sample.compliance);
-    std::sort(sorted.begin(), sorted.end());
-    if (!sorted.empty()) {
-        axes.fromCompliance = sorted.front();
-        axes.toCompliance = std::max(sorted[static_cast<std::size_t>(
-                                         SHARE_IN_VIEW * static_cast<double>(sorted.size() - 1))],
-                                     samples.back().compliance);
-        const double room = HEADROOM * std::max(axes.toCompliance - axes.fromCompliance,
-                                                0.01 * std::abs(axes.toCompliance));
-        axes.fromCompliance -= room;
-        axes.toCompliance += room;
-    }
-    drawFrame(painter, axes);
+    const Axes shown = axes();
+    drawFrame(painter, shown);
     if (samples.size() < 2) return;
-    painter.setClipRect(axes.area);
-    drawMarks(painter, axes);
+    drawPeaks(painter, shown);
+    painter.setClipRect(shown.area);
+    drawMarks(painter, shown);
     // The volume is dashed: colour is not the only difference.
-    drawCurve(painter, axes, &Sample::volume, 0, 1,
-              QPen(volumeColour(axes.isDark), 1.6, Qt::DashLine));
-    drawCurve(painter, axes, &Sample::compliance, axes.fromCompliance, axes.toCompliance,
-              QPen(complianceColour(axes.isDark), 1.8));
+    drawCurve(painter, shown, &Sample::volume, 0, 1,
+              QPen(volumeColour(shown.isDark), 1.6, Qt::DashLine));
+    drawCurve(painter, shown, &Sample::compliance, shown.fromCompliance, shown.toCompliance,
+              QPen(complianceColour(shown.isDark), 1.8));
 }
 
 void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
@@ -107,21 +143,23 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
     font.setPointSizeF(0.85 * font.pointSizeF());
     painter.setFont(font);
     const QRectF& area = axes.area;
-    constexpr int steps = 4;
-    for (int i = 0; i <= steps; ++i) {
-        const double share = static_cast<double>(i) / steps;
-        const double y = area.bottom() - share * area.height();
-        painter.setPen(QPen(faint, 1));
-        painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
+    for (const int percent : {0, 25, 50, 75, 100}) {
+        const double y = area.bottom() - percent / 100.0 * area.height();
         painter.setPen(volumeColour(axes.isDark));
         painter.drawText(QRectF(area.right() + 5, y - 8, RIGHT - 6, 16),
-                         Qt::AlignLeft | Qt::AlignVCenter, QString("%1 %").arg(100 * share));
+                         Qt::AlignLeft | Qt::AlignVCenter, tr("%1 %").arg(percent));
+    }
+    const int lines =
+        static_cast<int>(std::lround((axes.toCompliance - axes.fromCompliance) / axes.step));
+    for (int i = 0; i <= lines; ++i) {
+        const double value = axes.fromCompliance + i * axes.step;
+        const double y = axes.y(value);
+        painter.setPen(QPen(faint, 1));
+        painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
         if (samples.empty()) continue;
         painter.setPen(complianceColour(axes.isDark));
-        const double value =
-            axes.fromCompliance + share * (axes.toCompliance - axes.fromCompliance);
         painter.drawText(QRectF(0, y - 8, LEFT - 5, 16), Qt::AlignRight | Qt::AlignVCenter,
-                         QString::number(value, 'g', 4));
+                         QString::number(value, 'g', 5));
     }
     painter.setPen(complianceColour(axes.isDark));
     painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft, tr("Compliance"));
@@ -130,9 +168,22 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
                      tr("Volume (dashed)"));
     painter.setPen(text);
     const QRectF below(area.left(), area.bottom() + 4, area.width(), 16);
-    painter.drawText(below, Qt::AlignLeft, QString::number(gone));
+    painter.drawText(below, Qt::AlignLeft, QString::number(samples.empty() ? 0 : gone + 1));
     painter.drawText(below, Qt::AlignHCenter, tr("Iterations"));
     painter.drawText(below, Qt::AlignRight, QString::number(gone + samples.size()));
+}
+
+void PlotPanel::drawPeaks(QPainter& painter, const Axes& axes) const {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(complianceColour(axes.isDark));
+    const double top = axes.area.top();
+    double last = -PEAK_WIDTH;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double x = axes.x(i, samples.size());
+        if (samples[i].compliance <= axes.toCompliance || x < last + PEAK_WIDTH) continue;
+        last = x;
+        painter.drawPolygon(QPolygonF({{x, top - 5}, {x - 3, top - 1}, {x + 3, top - 1}}));
+    }
 }
 
 void PlotPanel::drawMarks(QPainter& painter, const Axes& axes) const {
@@ -140,9 +191,8 @@ void PlotPanel::drawMarks(QPainter& painter, const Axes& axes) const {
     // A drag is a band of them.
     colour.setAlpha(70);
     painter.setPen(QPen(colour, 1, Qt::DashLine));
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        if (!samples[i].isMarked) continue;
-        const double x = axes.x(i, samples.size());
+    for (const std::size_t iteration : marks()) {
+        const double x = axes.x(iteration - 1 - gone, samples.size());
         painter.drawLine(QPointF(x, axes.area.top()), QPointF(x, axes.area.bottom()));
     }
 }

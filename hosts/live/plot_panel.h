@@ -18,6 +18,9 @@ public:
     void mark();
     void clear();
 
+    /// Iterations in view, counted from the start, that are the first ones after an edit.
+    std::vector<std::size_t> marks() const;
+
     QSize sizeHint() const override { return {300, 190}; }
     QSize minimumSizeHint() const override { return {200, 130}; }
 
@@ -32,6 +35,8 @@ private:
     };
     struct Axes;
 
+    Axes axes() const;
+    void drawPeaks(QPainter& painter, const Axes& axes) const;
     void drawFrame(QPainter& painter, const Axes& axes) const;
     void drawMarks(QPainter& painter, const Axes& axes) const;
     void drawCurve(QPainter& painter, const Axes& axes, double Sample::*value, double from,

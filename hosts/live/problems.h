@@ -4,6 +4,7 @@
 #include <QString>
 #include <vector>
 
+#include "finding.h"
 #include "scene.h"
 
 /// What stands in the way of a design: for the banner, and where on the plate to mark it.
@@ -12,6 +13,9 @@ struct Problems {
     QString advice;
     std::vector<QPointF> places;  ///< in plate coordinates
 };
+
+/// What a finding says, as a sentence of its own.
+QString sentenceOf(const Finding& finding);
 
 /// `libraryText` is what the library said on the scene, or empty.
 Problems problemsOf(const Scene& scene, const QString& libraryText);

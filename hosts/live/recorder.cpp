@@ -26,13 +26,16 @@ void Recorder::offer(const Frame& frame, std::shared_ptr<const Scene> scene, con
     if (sinceLast.isValid() && sinceLast.elapsed() < interval) return;
     sinceLast.start();
     // An animation has pictures of one size.
-    if (!kept.empty() && (kept.back().columns != frame.columns || kept.back().rows != frame.rows))
+    const Field& material = frame.material;
+    if (!kept.empty() &&
+        (kept.back().columns != material.width || kept.back().rows != material.height))
         kept.clear();
-    Picture picture{std::move(scene), frame.columns, frame.rows, frame.numbers.iteration, {}, blob};
-    picture.densities.resize(frame.picture.size());
+    Picture picture{std::move(scene), material.width, material.height, frame.numbers, {}, blob};
+    picture.densities.resize(material.values.size());
     std::transform(
-        frame.picture.begin(), frame.picture.end(), picture.densities.begin(), [](float value) {
-            return static_cast<std::uint8_t>(255 * (1 - std::clamp(value, 0.0f, 1.0f)) + 0.5f);
+        material.values.begin(), material.values.end(), picture.densities.begin(),
+        [](float density) {
+            return static_cast<std::uint8_t>(255 * std::clamp(density, 0.0f, 1.0f) + 0.5f);
         });
     const std::size_t most =
         std::min(MAX_PICTURES, std::max<std::size_t>(2, MAX_BYTES / picture.densities.size()));

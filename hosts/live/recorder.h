@@ -16,7 +16,7 @@ public:
         std::shared_ptr<const Scene> scene;
         int columns;
         int rows;
-        int iteration;
+        IterationNumbers numbers;
         std::vector<std::uint8_t> densities;  ///< row by row from the top: 0 void, 255 solid
         Area blob;
 

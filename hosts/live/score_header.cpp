@@ -25,12 +25,15 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
 }
 
 void ScoreHeader::show(const ScoreResult& result, const QString& note) {
-    if (!result.score.supported) {
-        showNone(tr("Not supported: free to move. Join the loads to the supports."));
+    if (!result.isSupported()) {
+        showNone(tr("Not supported: %1")
+                     .arg(QString::fromStdString(result.assessment.problems.front().text)));
         return;
     }
-    score->setText(tr("Compliance %1").arg(result.score.compliance, 0, 'g', 5));
-    const QString material = tr("Material %1 %").arg(materialOf(result.design), 0, 'f', 1);
+    score->setText(tr("Compliance %1").arg(result.assessment.score.compliance, 0, 'g', 5));
+    const QString material =
+        tr("Material %1 %")
+            .arg(materialOf(without(result.design, result.assessment.floating)), 0, 'f', 1);
     details->setText(note.isEmpty() ? material : material + "  ·  " + note);
 }
 

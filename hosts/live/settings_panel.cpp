@@ -5,11 +5,13 @@
 #include <QHBoxLayout>
 #include <cmath>
 
+#include "checks.h"
+#include "input_error.h"
+#include "problems.h"
+
 namespace {
 
 constexpr int SLIDER_STEPS_PER_PERCENT = 2;
-// Details finer than that are smaller than what the elements can judge.
-constexpr int MAX_SOUND_SUBDIVISION = 4;
 
 QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
     auto* box = new QSpinBox;
@@ -20,24 +22,29 @@ QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
 }
 
 /// Why a grid is not possible; empty if it is.
-QString faultOf(int width, int height, int subdivision, int meshFactor, bool hasAreas) {
-    const double design = 1.0 * width * subdivision * height * subdivision;
-    const double refinement = 1.0 * subdivision * meshFactor;
-    const double picture = design * meshFactor * meshFactor;
+QString faultOf(const Scene& plate, bool hasAreas) {
+    const double design = 1.0 * plate.width * plate.height * plate.subdivision * plate.subdivision;
+    const double picture = design * plate.meshFactor * plate.meshFactor;
     if (design > Scene::MAX_DESIGN_CELLS)
         return QObject::tr("The design would have %1 cells, at most %2 are allowed.")
             .arg(design, 0, 'f', 0)
             .arg(Scene::MAX_DESIGN_CELLS);
     if (picture > Scene::MAX_PICTURE_CELLS ||
-        std::max(width, height) * refinement > Scene::MAX_FINE_SIDE)
+        std::max(plate.width, plate.height) * plate.refinement() > Scene::MAX_FINE_SIDE)
         return QObject::tr("The picture would have %1 cells, at most %2 are allowed.")
             .arg(picture, 0, 'f', 0)
             .arg(Scene::MAX_PICTURE_CELLS);
-    if (hasAreas && subdivision != meshFactor)
+    if (hasAreas && plate.subdivision != plate.meshFactor)
         return QObject::tr(
             "With kept elements or a blob, the details of design and picture have "
             "to be equal.");
-    return {};
+    const Findings findings = findTooLarge(plate);
+    return findings.empty() ? QString() : sentenceOf(findings.front());
+}
+
+QString warningOf(const Scene& plate) {
+    const Findings findings = findTooFine(plate);
+    return findings.empty() ? QString() : sentenceOf(findings.front());
 }
 
 }  // namespace
@@ -47,11 +54,12 @@ SettingsPanel::SettingsPanel(Workbench& workbench, LiveRun& liveRun)
     auto* layout = new QVBoxLayout(this);
     auto* problem = new QGroupBox(tr("Design"));
     auto* form = new QFormLayout(problem);
-    form->addRow(tr("&Volume"), makeVolume());
+    form->addRow(tr("Vo&lume"), makeVolume());
     form->addRow(tr("&Penalty"), makePenalty());
     form->addRow(makeBlob());
     layout->addWidget(problem);
     layout->addWidget(makeGrid());
+    layout->addWidget(makeTexts());
     layout->addStretch();
     connect(&bench.document, &Document::sceneChanged, this, &SettingsPanel::showScene);
 }
@@ -107,6 +115,32 @@ QWidget* SettingsPanel::makeBlob() {
     return movesBlob;
 }
 
+QWidget* SettingsPanel::makeTexts() {
+    auto* group = new QGroupBox(tr("Scene"));
+    auto* form = new QFormLayout(group);
+    title = new QLineEdit;
+    title->setAccessibleName(tr("Title of the scene"));
+    title->setToolTip(tr("Stands above exported pictures"));
+    description = new QLineEdit;
+    description->setAccessibleName(tr("Description of the scene"));
+    form->addRow(tr("Title"), title);
+    form->addRow(tr("Description"), description);
+    connect(title, &QLineEdit::editingFinished, this, [this] {
+        if (!title->isModified()) return;
+        const std::string text = title->text().simplified().toStdString();
+        bench.editWhole(tr("Change title"), [&](Scene& scene) {
+            if (text.size() > Scene::MAX_TITLE) throw InputError("The title is too long");
+            scene.title = text;
+        });
+    });
+    connect(description, &QLineEdit::editingFinished, this, [this] {
+        if (!description->isModified()) return;
+        const std::string text = description->text().toStdString();
+        bench.editWhole(tr("Change description"), [&](Scene& scene) { scene.description = text; });
+    });
+    return group;
+}
+
 QWidget* SettingsPanel::makeGrid() {
     auto* group = new QGroupBox(tr("Grid"));
     auto* form = new QFormLayout(group);
@@ -121,9 +155,9 @@ QWidget* SettingsPanel::makeGrid() {
     gridAdvice->setWordWrap(true);
     gridButton = new QPushButton(tr("Apply and start &afresh"));
     form->addRow(tr("&Width"), width);
-    form->addRow(tr("&Height"), height);
+    form->addRow(tr("Hei&ght"), height);
     form->addRow(tr("&Detail of the design"), subdivision);
-    form->addRow(tr("De&tail of the picture"), meshFactor);
+    form->addRow(tr("Detail of the p&icture"), meshFactor);
     form->addRow(gridAdvice);
     form->addRow(gridButton);
     for (QSpinBox* box : {width, height, subdivision, meshFactor})
@@ -139,10 +173,19 @@ void SettingsPanel::showScene() {
     volumeSlider->setValue(static_cast<int>(std::lround(percent * SLIDER_STEPS_PER_PERCENT)));
     volume->setValue(percent);
     penalty->setValue(scene.penalty);
-    width->setValue(scene.width);
-    height->setValue(scene.height);
-    subdivision->setValue(scene.subdivision);
-    meshFactor->setValue(scene.meshFactor);
+    // Numbers that were typed and not applied yet outlast other edits.
+    if (!hasSamePlate(scene, shown)) {
+        shown = scene;
+        width->setValue(scene.width);
+        height->setValue(scene.height);
+        subdivision->setValue(scene.subdivision);
+        meshFactor->setValue(scene.meshFactor);
+    }
+    // Setting a text moves the cursor in it.
+    const QString name = QString::fromStdString(scene.title);
+    if (title->text() != name) title->setText(name);
+    const QString words = QString::fromStdString(scene.description);
+    if (description->text() != words) description->setText(words);
     movesBlob->setEnabled(!scene.blob.empty());
     isShowing = false;
     judgeGrid();
@@ -157,15 +200,15 @@ void SettingsPanel::setVolume(double percent) {
 
 void SettingsPanel::judgeGrid() {
     const Scene& scene = bench.document.scene();
-    const QString fault =
-        faultOf(width->value(), height->value(), subdivision->value(), meshFactor->value(),
-                !scene.passive.empty() || !scene.blob.empty());
-    const bool isFine = subdivision->value() > MAX_SOUND_SUBDIVISION;
-    const QString warning = isFine ? tr("Above %1 the design has details finer than its elements "
-                                        "can judge: what looks joined may carry nothing.")
-                                         .arg(MAX_SOUND_SUBDIVISION)
-                                   : QString();
-    gridAdvice->setText(fault.isEmpty() ? warning : fault);
+    Scene plate;
+    plate.width = width->value();
+    plate.height = height->value();
+    plate.subdivision = subdivision->value();
+    plate.meshFactor = meshFactor->value();
+    plate.loadCases = scene.loadCases;
+    plate.volumeFraction = scene.volumeFraction;
+    const QString fault = faultOf(plate, !scene.passive.empty() || !scene.blob.empty());
+    gridAdvice->setText(fault.isEmpty() ? warningOf(plate) : fault);
     gridAdvice->setVisible(!gridAdvice->text().isEmpty());
     const bool isOther = width->value() != scene.width || height->value() != scene.height ||
                          subdivision->value() != scene.subdivision ||
@@ -179,7 +222,7 @@ void SettingsPanel::applyGrid() {
     const int rows = height->value();
     const int design = subdivision->value();
     const int picture = meshFactor->value();
-    bench.edit(tr("Change grid"), [=](Scene& scene) {
+    bench.editWhole(tr("Change grid"), [=](Scene& scene) {
         if (columns != scene.width || rows != scene.height) resizeGrid(scene, columns, rows);
         scene.subdivision = design;
         scene.meshFactor = picture;

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -11,7 +12,7 @@
 #include "live_run.h"
 #include "workbench.h"
 
-/// Volume and penalty, which act at once, and the grid, which starts afresh.
+/// Volume and penalty, which act at once, the grid, which starts afresh, and the scene's texts.
 class SettingsPanel : public QWidget {
     Q_OBJECT
 
@@ -22,6 +23,7 @@ private:
     QWidget* makeVolume();
     QWidget* makePenalty();
     QWidget* makeGrid();
+    QWidget* makeTexts();
     QWidget* makeBlob();
     void showScene();
     void setVolume(double percent);
@@ -40,6 +42,9 @@ private:
     QLabel* gridAdvice;
     QPushButton* gridButton;
     QCheckBox* movesBlob;
+    QLineEdit* title;
+    QLineEdit* description;
+    Scene shown;             // whose plate the grid's fields are of
     bool isShowing = false;  // widgets are being set, which is no edit
     int sliderGesture = Document::NO_GESTURE;
 };

@@ -8,7 +8,7 @@
 namespace {
 
 QString row(const QString& keys, const QString& meaning) {
-    return "<tr><td style='padding-right: 24px'><b>" + keys.toHtmlEscaped() + "</b></td><td>" +
+    return "<tr><td width='190'><b>" + keys.toHtmlEscaped() + "</b></td><td>" +
            meaning.toHtmlEscaped() + "</td></tr>";
 }
 
@@ -18,12 +18,23 @@ QString plain(QString text) {
     return text;
 }
 
-QString rowsOf(const QMenu& menu) {
+QString keysOf(const QAction& action) {
+    QStringList keys;
+    for (const QKeySequence& key : action.shortcuts())
+        keys << key.toString(QKeySequence::NativeText);
+    return keys.join(", ");
+}
+
+/// `group` is the menu within a menu that the entries stand in.
+QString rowsOf(const QMenu& menu, const QString& group = {}) {
     QString rows;
     for (const QAction* action : menu.actions()) {
-        if (action->menu() != nullptr) rows += rowsOf(*action->menu());
-        if (action->shortcut().isEmpty()) continue;
-        rows += row(action->shortcut().toString(QKeySequence::NativeText), plain(action->text()));
+        if (action->menu() != nullptr)
+            rows += rowsOf(*action->menu(), plain(action->text()) + ": ");
+        // Undo and redo tell of what as well, in the menu.
+        const QVariant name = action->property(PLAIN_NAME);
+        const QString text = name.isValid() ? name.toString() : plain(action->text());
+        if (!action->shortcut().isEmpty()) rows += row(keysOf(*action), group + text);
     }
     return rows;
 }
@@ -42,7 +53,8 @@ QString plateRows() {
            row(QObject::tr("Shift while turning"),
                QObject::tr("Any angle and force, no snapping")) +
            row(QObject::tr("Wheel, + and −"), QObject::tr("Zoom")) +
-           row(QObject::tr("Middle button"), QObject::tr("Move the plate in the window"));
+           row(QObject::tr("Middle button, Ctrl+Arrow keys"),
+               QObject::tr("Move the plate in the window"));
 }
 
 }  // namespace

@@ -4,6 +4,9 @@
 #include <QMenuBar>
 
 /// All keys: those of the menus, and those that work on the plate.
+/// Property of an action whose text changes: its name in the list.
+constexpr const char* PLAIN_NAME = "plainName";
+
 class ShortcutDialog : public QDialog {
     Q_OBJECT
 

@@ -20,9 +20,8 @@ void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, con
     for (const Cell& cell : cells)
         if (cell.x >= 0 && cell.y >= 0 && cell.x < scene.width && cell.y < scene.height)
             onPlate.push_back(cell);
-    const QTransform toWidget(site.transform.scale, 0, 0, site.transform.scale,
-                              site.transform.origin.x(), site.transform.origin.y());
-    const QPainterPath outline = toWidget.map(cellOutline(onPlate, scene.width, scene.height));
+    const QPainterPath outline =
+        site.transform.matrix().map(cellOutline(onPlate, scene.width, scene.height));
     QColor fill = colour;
     fill.setAlpha(60);
     for (const Cell& cell : onPlate)

@@ -46,9 +46,8 @@ public:
     /// For the status bar and for screen readers.
     virtual QString describe(const Hand& hand) const;
     virtual Qt::CursorShape cursor(const Hand&) const { return Qt::CrossCursor; }
-    /// Whether an arrow that is being turned begins at its node, whatever is usual for its
-    /// direction: it must not flip to the other side under the hand.
-    virtual std::optional<bool> isTailHeldAtNode() const { return std::nullopt; }
+    /// The load whose arrow is being turned: it must not flip to the other side under the hand.
+    virtual std::optional<HeldLoad> heldLoad() const { return site.bench.turnedLoad(); }
 
 protected:
     void beginGesture() { gesture = site.bench.document.newGesture(); }

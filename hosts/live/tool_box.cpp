@@ -24,30 +24,30 @@ void ToolBox::addPlateTools(const ToolSite& site) {
         ofPlate);
     add(std::make_unique<LoadTool>(site), Glyph::ADD_LOAD, tr("Add load"), "L",
         tr("Press at a node, and drag to where the load pulls"), ofPlate);
-    add(std::make_unique<SupportTool>(site, true, true), Glyph::PIN, tr("Support"), "S",
+    add(supportTool(site, true, true), Glyph::PIN, tr("Support"), "S",
         tr("Hold nodes in both directions"), ofPlate);
-    add(std::make_unique<SupportTool>(site, true, false), Glyph::ROLLER_X, tr("Support in x"), "X",
+    add(supportTool(site, true, false), Glyph::ROLLER_X, tr("Support in x"), "X",
         tr("Hold nodes in x; they may slide up and down"), ofPlate);
-    add(std::make_unique<SupportTool>(site, false, true), Glyph::ROLLER_Y, tr("Support in y"), "Y",
+    add(supportTool(site, false, true), Glyph::ROLLER_Y, tr("Support in y"), "Y",
         tr("Hold nodes in y; they may slide sideways"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::VOID), Glyph::KEEP_VOID, tr("Keep void"),
-        "O", tr("Elements that stay empty"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::SOLID), Glyph::KEEP_SOLID,
-        tr("Keep solid"), "K", tr("Elements that stay solid"), ofPlate);
-    add(std::make_unique<PassiveTool>(site, PassiveKind::SECOND_SOLID), Glyph::KEEP_SECOND_SOLID,
+    add(passiveTool(site, PassiveKind::VOID), Glyph::KEEP_VOID, tr("Keep void"), "O",
+        tr("Elements that stay empty"), ofPlate);
+    add(passiveTool(site, PassiveKind::SOLID), Glyph::KEEP_SOLID, tr("Keep solid"), "K",
+        tr("Elements that stay solid"), ofPlate);
+    add(passiveTool(site, PassiveKind::SECOND_SOLID), Glyph::KEEP_SECOND_SOLID,
         tr("Keep second solid"), "J", tr("Elements that stay solid, of a second kind"), ofPlate);
-    add(std::make_unique<BlobTool>(site), Glyph::BLOB, tr("Blob"), "B",
+    add(blobTool(site), Glyph::BLOB, tr("Blob"), "B",
         tr("A hole that keeps its size and, when it moves, finds its place"), ofPlate);
-    add(std::make_unique<EraseTool>(site), Glyph::ERASER, tr("Erase"), "E",
+    add(eraseTool(site), Glyph::ERASER, tr("Erase"), "E",
         tr("Take away loads, supports, kept elements and blob"), ofPlate);
 }
 
 void ToolBox::addDrawingTools(const ToolSite& site) {
-    add(std::make_unique<PencilTool>(site, true), Glyph::PENCIL, tr("Draw"), "D",
-        tr("Draw material with the brush"), ofDrawing);
-    add(std::make_unique<LineTool>(site), Glyph::LINE, tr("Line"), "I",
+    add(pencilTool(site, true), Glyph::PENCIL, tr("Draw"), "D", tr("Draw material with the brush"),
+        ofDrawing);
+    add(lineTool(site), Glyph::LINE, tr("Line"), "I",
         tr("Draw a straight bar, as thick as the brush"), ofDrawing);
-    add(std::make_unique<PencilTool>(site, false), Glyph::RUBBER, tr("Rub out"), "U",
+    add(pencilTool(site, false), Glyph::RUBBER, tr("Rub out"), "U",
         tr("Take material away with the brush"), ofDrawing);
 }
 

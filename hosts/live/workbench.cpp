@@ -27,6 +27,7 @@ void Workbench::setLoadCase(int loadCase) {
 void Workbench::select(std::optional<std::size_t> load) {
     if (selected == load) return;
     selected = load;
+    turned.reset();
     emit selectionChanged();
 }
 
@@ -38,10 +39,24 @@ void Workbench::deleteSelectedLoad() {
 }
 
 bool Workbench::edit(const QString& what, const std::function<void(Scene&)>& change, int gesture) {
-    try {
+    return attempt([&] {
         Scene next = document.scene();
         change(next);
         document.edit(what, std::move(next), gesture);
+    });
+}
+
+bool Workbench::editWhole(const QString& what, const std::function<void(Scene&)>& change) {
+    return attempt([&] {
+        Scene next = *document.whole();
+        change(next);
+        document.editWhole(what, std::move(next));
+    });
+}
+
+bool Workbench::attempt(const std::function<void()>& edit) {
+    try {
+        edit();
         return true;
     } catch (const InputError& error) {
         emit refused(QString::fromStdString(error.what()));
@@ -50,7 +65,8 @@ bool Workbench::edit(const QString& what, const std::function<void(Scene&)>& cha
 }
 
 void Workbench::followScene() {
-    movedBlob.reset();
+    const auto before = std::exchange(followed, document.snapshot());
+    if (!before || before->blob != followed->blob) movedBlob.reset();
     if (selected && *selected >= document.scene().loads.size()) select(std::nullopt);
     if (currentLoadCase >= document.scene().loadCases) setLoadCase(currentLoadCase);
 }

@@ -29,15 +29,22 @@ public:
     void select(std::optional<std::size_t> load);
     void deleteSelectedLoad();
 
+    /// The selected load, if a hand has turned it: its free end stays where the hand has left it for
+    /// as long as it is selected.
+    const std::optional<HeldLoad>& turnedLoad() const { return turned; }
+    void setTurnedLoad(const std::optional<HeldLoad>& load) { turned = load; }
+
     const ForceScale& forces() const { return forceScale; }
 
     /// Where the blob is now: in the scene, unless it moves.
     Area blob() const { return movedBlob ? *movedBlob : document.scene().blob; }
     void setMovedBlob(std::optional<Area> blob) { movedBlob = std::move(blob); }
 
-    /// Makes an edit of the scene, or reports why it is not possible. Returns whether it was.
+    /// Makes an edit of the scene that is seen, or reports why it is not possible. Returns whether it was.
     bool edit(const QString& what, const std::function<void(Scene&)>& change,
               int gesture = Document::NO_GESTURE);
+    /// The same for the scene with its timeline.
+    bool editWhole(const QString& what, const std::function<void(Scene&)>& change);
 
 signals:
     void brushChanged();
@@ -45,13 +52,18 @@ signals:
     void selectionChanged();
     /// An edit that was asked for is not possible, and why.
     void refused(const QString& reason);
+    /// What an edit did beside what was asked for.
+    void told(const QString& what);
 
 private:
     void followScene();
+    bool attempt(const std::function<void()>& edit);
 
     Brush currentBrush{3, true};
     int currentLoadCase = 0;
     std::optional<std::size_t> selected;
+    std::optional<HeldLoad> turned;
     ForceScale forceScale;
     std::optional<Area> movedBlob;
+    std::shared_ptr<const Scene> followed;
 };

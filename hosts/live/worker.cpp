@@ -1,5 +1,6 @@
 #include "worker.h"
 
+#include <exception>
 #include <utility>
 
 namespace {
@@ -11,6 +12,26 @@ constexpr double SETTLED_CHANGE = 0.01;
 constexpr int MAX_ITERATIONS_TO_SETTLE = 120;
 // Scoring costs about as much as iterating, and a design under way is worth a glance only.
 constexpr int ITERATIONS_PER_DESIGN_SCORE = 8;
+
+// What the library cannot do for want of memory is told like what it refuses.
+
+IterationOutcome iterated(LibrarySession& solvers, Frame& frame) {
+    try {
+        return solvers.iterate(frame);
+    } catch (const std::exception& error) {
+        return {error.what(), {}};
+    }
+}
+
+ScoreResult scored(const std::function<ScoreResult()>& score) {
+    try {
+        return score();
+    } catch (const std::exception& error) {
+        ScoreResult result;
+        result.assessment.problems = {{Finding::ERROR, "design", error.what(), std::nullopt}};
+        return result;
+    }
+}
 
 }  // namespace
 
@@ -134,31 +155,40 @@ bool Worker::waitForWork(Lock& lock) {
 bool Worker::isIterationDue() const {
     if (!current.scene || !text.empty()) return false;
     if (inbox.steps > 0) return true;
-    return inbox.playing && !(current.scoresDesign && settled);
+    return inbox.playing && !(current.scoredRefinement > 0 && settled);
 }
 
 void Worker::takeSettings(Lock& lock) {
     current = std::move(*inbox.settings);
     inbox.settings.reset();
     lock.unlock();
-    solvers.optimise(current.scene, current.movesBlob, current.start);
-    text.clear();
+    optimiseCurrent();
     iterationsSinceSettings = 0;
     settled = false;
     // What was edited is to be seen at once, not at the next beat.
     lastStart = {};
     lock.lock();
     // While playing the next iteration has the next word, and the old one stands until then.
-    if (inbox.playing) return;
-    outbox.text = {{}, current.revision};
+    if (inbox.playing && text.empty()) return;
+    outbox.text = {text, current.revision};
     announce(lock);
+}
+
+void Worker::optimiseCurrent() {
+    try {
+        solvers.optimise(current.scene, current.movesBlob, current.start);
+        text.clear();
+    } catch (const std::exception& error) {
+        text = error.what();
+    }
 }
 
 void Worker::scoreDrawing(Lock& lock) {
     const ScoreRequest request = std::move(*inbox.score);
     inbox.score.reset();
     lock.unlock();
-    ScoreResult result = solvers.score(request.scene, *request.drawing);
+    ScoreResult result =
+        scored([&] { return LibrarySession::score(*request.scene, *request.drawing); });
     result.revision = request.revision;
     lock.lock();
     outbox.score = std::move(result);
@@ -169,7 +199,7 @@ void Worker::iterate(Lock& lock) {
     if (inbox.steps > 0) --inbox.steps;
     lock.unlock();
     lastStart = std::chrono::steady_clock::now();
-    IterationOutcome outcome = solvers.iterate(back);
+    IterationOutcome outcome = iterated(solvers, back);
     outcome.numbers.revision = back.numbers.revision = current.revision;
     text = outcome.text;
     ++iterationsSinceSettings;
@@ -177,7 +207,8 @@ void Worker::iterate(Lock& lock) {
                outcome.numbers.change < SETTLED_CHANGE) ||
               iterationsSinceSettings >= MAX_ITERATIONS_TO_SETTLE;
     lock.lock();
-    const bool isScored = current.scoresDesign && text.empty() && !inbox.settings && !inbox.stops &&
+    const bool isScored = current.scoredRefinement > 0 && text.empty() && !inbox.settings &&
+                          !inbox.stops &&
                           (settled || iterationsSinceSettings % ITERATIONS_PER_DESIGN_SCORE == 0);
     if (isScored) scoreDesign(lock);
     publish(lock, outcome);
@@ -185,7 +216,8 @@ void Worker::iterate(Lock& lock) {
 
 void Worker::scoreDesign(Lock& lock) {
     lock.unlock();
-    ScoreResult result = solvers.score(current.scene, designAsDrawn(back));
+    ScoreResult result =
+        scored([&] { return solvers.scoreDesign(back, current.scoredRefinement); });
     result.revision = current.revision;
     lock.lock();
     outbox.designScore = std::move(result);

@@ -18,8 +18,9 @@
 struct LiveSettings {
     std::shared_ptr<const Scene> scene;
     bool movesBlob = false;
-    /// Also score the optimiser's design as drawn, and rest once it has settled.
-    bool scoresDesign = false;
+    /// Above 0: also score the optimiser's design as drawn with so many elements per edge of an
+    /// element of the grid, and rest once it has settled.
+    int scoredRefinement = 0;
     std::uint64_t start = 0;     ///< another number than before: start afresh
     std::uint64_t revision = 0;  ///< comes back with each result, to tell what it belongs to
 };
@@ -102,6 +103,7 @@ private:
     bool waitForWork(Lock& lock);
     bool isIterationDue() const;
     void takeSettings(Lock& lock);
+    void optimiseCurrent();
     void scoreDrawing(Lock& lock);
     void iterate(Lock& lock);
     void scoreDesign(Lock& lock);
@@ -118,7 +120,7 @@ private:
     LibrarySession solvers;
     LiveSettings current;
     Frame back;
-    std::string text;  // the library's last word; it repeats itself until the next settings
+    std::string text;  // why it cannot go on, which nothing changes before the next settings
     int iterationsSinceSettings = 0;
     bool settled = false;
     std::chrono::steady_clock::time_point lastStart;

@@ -120,18 +120,6 @@ Findings findImpossibleVolume(const Scene& scene) {
     return findings;
 }
 
-Findings findTooFine(const Scene& scene) {
-    const bool little = scene.volumeFraction < LITTLE_VOLUME;
-    const int finest = little ? FINEST_SUBDIVISION_OF_LITTLE : FINEST_SUBDIVISION;
-    if (scene.subdivision <= finest) return {};
-    return {warning(
-        "subdivision",
-        formatted(
-            "%d is above %d%s: the design may fall into dots that carry nothing; take a finer grid",
-            scene.subdivision, finest,
-            little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
-}
-
 Findings findTooLarge(const MemoryNeed& need) {
     const double available = availableMemory();
     if (need.bytes <= available) return {};
@@ -145,12 +133,9 @@ Findings findTooLarge(const MemoryNeed& need) {
 
 /// Of a scene as it stands, whatever its timeline says.
 Findings checkNow(const Scene& scene) {
-    Findings findings = findIdleLoads(scene);
-    append(findings, findInsideVoid(scene));
-    if (findings.empty()) append(findings, findFreePlate(scene));
-    append(findings, findImpossibleVolume(scene));
+    Findings findings = checkSettings(scene);
     append(findings, findTooFine(scene));
-    append(findings, findTooLarge(memoryNeed(scene)));
+    append(findings, findTooLarge(scene));
     return findings;
 }
 
@@ -190,6 +175,28 @@ Findings checkBeforeScore(const Scene& scene) {
     if (scene.densities) append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
     return findings;
 }
+
+Findings checkSettings(const Scene& scene) {
+    Findings findings = findIdleLoads(scene);
+    append(findings, findInsideVoid(scene));
+    if (findings.empty()) append(findings, findFreePlate(scene));
+    append(findings, findImpossibleVolume(scene));
+    return findings;
+}
+
+Findings findTooFine(const Scene& scene) {
+    const bool little = scene.volumeFraction < LITTLE_VOLUME;
+    const int finest = little ? FINEST_SUBDIVISION_OF_LITTLE : FINEST_SUBDIVISION;
+    if (scene.subdivision <= finest) return {};
+    return {warning(
+        "subdivision",
+        formatted(
+            "%d is above %d%s: the design may fall into dots that carry nothing; take a finer grid",
+            scene.subdivision, finest,
+            little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
+}
+
+Findings findTooLarge(const Scene& scene) { return findTooLarge(memoryNeed(scene)); }
 
 Findings findFreePlate(const Scene& scene) {
     const PassiveVoid passiveVoid(scene);

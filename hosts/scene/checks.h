@@ -14,6 +14,17 @@ Findings checkBeforeScore(const Scene& scene);
 /// An error when the supports outside passive void leave the plate free to move or to turn.
 Findings findFreePlate(const Scene& scene);
 
+/// Errors in what acts on the plate and in what is asked of the design, as the scene stands, whatever
+/// its timeline says.
+Findings checkSettings(const Scene& scene);
+
+/// A warning when the design would have more detail than its elements can judge.
+Findings findTooFine(const Scene& scene);
+
+/// An error when an optimisation would take more memory than there is. Loads and supports do not
+/// matter for it.
+Findings findTooLarge(const Scene& scene);
+
 /// What an optimisation came to.
 struct RunResult {
     double compliance = 0;  ///< as the optimiser reports it

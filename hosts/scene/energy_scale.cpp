@@ -19,6 +19,7 @@ constexpr double LOWEST_SHARE = 0.05;    // of the solid elements lie below the 
 constexpr double HIGHEST_SHARE = 0.997;  // of the solid elements lie on it or below
 constexpr double MAX_SPAN = 1e4;         // four decades; more would flatten the colours
 constexpr double MIN_SPAN = 10;
+constexpr double MAX_LABELLED_SPAN = 2.6;  // decades in which all labels have room
 
 }  // namespace
 
@@ -44,6 +45,18 @@ EnergyScale::EnergyScale(const Field& energies, const Field& densities) {
 double EnergyScale::position(double multiple) const {
     if (multiple <= from) return 0;
     return std::min(1.0, std::log(multiple / from) / std::log(to / from));
+}
+
+std::vector<double> EnergyScale::ticks() const {
+    const double span = std::log10(to / from);
+    std::vector<double> multiples;
+    for (int decade = -12; decade <= 12; ++decade)
+        for (const int digit : {1, 2, 5}) {
+            if (digit != 1 && span > MAX_LABELLED_SPAN) continue;
+            const double multiple = digit * std::pow(10.0, decade);
+            if (multiple >= from && multiple <= to) multiples.push_back(multiple);
+        }
+    return multiples;
 }
 
 Colour EnergyScale::colour(double position) {

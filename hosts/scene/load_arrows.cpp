@@ -8,9 +8,10 @@
 namespace {
 
 // Pixels.
-constexpr double LONGEST_ARROW = 44;
-constexpr double LONGEST_ARROW_OF_ROW = 32;
 constexpr double SHORTEST_ARROW = 20;
+constexpr double ORDINARY_ARROW = 44;
+constexpr double ORDINARY_ARROW_OF_ROW = 32;
+constexpr double LONGEST_ARROW = 200;
 constexpr double ARROW_SPACING = 20;
 constexpr double ARROW_WIDTH = 13;
 constexpr double NEAR = 8;  // nodes so near to one another count as one
@@ -40,10 +41,9 @@ Point across(Point direction) {
     return back ? -1 * right : right;
 }
 
-double largestForce(const Scene& scene) {
-    double largest = 0;
-    for (const Load& load : scene.loads) largest = std::max(largest, std::hypot(load.fx, load.fy));
-    return largest;
+/// What a force of the unit adds to the shortest arrow.
+double roomOf(bool single) {
+    return (single ? ORDINARY_ARROW : ORDINARY_ARROW_OF_ROW) - SHORTEST_ARROW;
 }
 
 bool overlap(const Range& a, const Range& b) { return a.from <= b.to && b.from <= a.to; }
@@ -101,7 +101,37 @@ private:
     std::set<std::array<int, 5>> taken;
 };
 
+/// The arrow of a load at one of its places, as if it were the only one.
+LoadArrow arrowAt(Point node, const Load& load, double length, bool tailAtNode) {
+    const Point direction = (1 / forceOf(load)) * Point{load.fx, load.fy};
+    LoadArrow arrow;
+    arrow.tail = tailAtNode ? node : node + -length * direction;
+    arrow.direction = direction;
+    arrow.length = length;
+    arrow.loadCase = load.loadCase;
+    arrow.tailAtNode = tailAtNode;
+    return arrow;
+}
+
 }  // namespace
+
+ForceScale::ForceScale(const Scene& scene) {
+    double largest = 0;
+    for (const Load& load : scene.loads) largest = std::max(largest, forceOf(load));
+    if (largest > 0) ordinaryForce = largest;
+}
+
+double ForceScale::length(double force, bool single) const {
+    return std::min(SHORTEST_ARROW + roomOf(single) * force / ordinaryForce, LONGEST_ARROW);
+}
+
+double ForceScale::force(double length, bool single) const {
+    return std::max(0.0, length - SHORTEST_ARROW) / roomOf(single) * ordinaryForce;
+}
+
+bool isSingle(const Load& load) { return load.x.count() == 1 && load.y.count() == 1; }
+
+double forceOf(const Load& load) { return std::hypot(load.fx, load.fy); }
 
 Colour loadCaseColour(int loadCase) {
     return COLOURS[static_cast<std::size_t>(loadCase % LOAD_CASE_COLOURS)];
@@ -126,8 +156,8 @@ std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point p
     return places;
 }
 
-std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale) {
-    const double largest = largestForce(scene);
+std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale,
+                                  const ForceScale& forces, const std::optional<HeldLoad>& held) {
     const Point far = plate + scale * Point{double(scene.width), double(scene.height)};
     const auto onPlate = [&](Point p) {
         return p.x >= plate.x && p.x <= far.x && p.y >= plate.y && p.y <= far.y;
@@ -135,24 +165,30 @@ std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale)
     const bool many = scene.loads.size() > MANY_LOADS;
     ArrowRoom room;
     std::vector<LoadArrow> arrows;
-    for (const Load& load : scene.loads) {
-        const double force = std::hypot(load.fx, load.fy);
+    std::vector<LoadArrow> heldArrows;
+    for (std::size_t i = 0; i < scene.loads.size(); ++i) {
+        const Load& load = scene.loads[i];
+        const double force = forceOf(load);
         if (force == 0) continue;
-        const Point direction = (1 / force) * Point{load.fx, load.fy};
-        const bool single = load.x.count() == 1 && load.y.count() == 1;
-        const double range = (single ? LONGEST_ARROW : LONGEST_ARROW_OF_ROW) - SHORTEST_ARROW;
-        const double length = SHORTEST_ARROW + range * force / largest;
+        const double length = forces.length(force, isSingle(load));
         const int neighbours = many ? 1 : crowd(load, scene);
         const double spacing = std::max(ARROW_SPACING, ARROW_WIDTH * (neighbours + 0.5));
+        const bool isHeld = held && held->load == i;
         for (const Point node : spacedPlaces(load.x, load.y, plate, scale, spacing)) {
-            const Point tail = onPlate(node + direction) ? node + -length * direction : node;
-            const LoadArrow arrow{tail, direction, length, load.loadCase};
-            if (!many || room.take(arrow)) arrows.push_back(arrow);
+            const Point ahead = node + (1 / force) * Point{load.fx, load.fy};
+            LoadArrow arrow =
+                arrowAt(node, load, length, isHeld ? held->tailAtNode : !onPlate(ahead));
+            arrow.load = i;
+            if (isHeld)
+                heldArrows.push_back(arrow);
+            else if (!many || room.take(arrow))
+                arrows.push_back(arrow);
         }
     }
     std::stable_sort(arrows.begin(), arrows.end(), [](const LoadArrow& a, const LoadArrow& b) {
         return a.loadCase < b.loadCase;
     });
     if (!many) standSideBySide(arrows);
+    arrows.insert(arrows.end(), heldArrows.begin(), heldArrows.end());
     return arrows;
 }

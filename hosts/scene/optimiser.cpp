@@ -20,6 +20,8 @@ void Optimiser::start(const Scene& scene) {
     update(scene);
 }
 
+void Optimiser::rescale(const Scene& scene) { unitOfForce = forceUnit(scene); }
+
 void Optimiser::update(const Scene& scene) {
     const auto loads = loadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);

@@ -6,6 +6,7 @@
 
 #include "area_writer.h"
 #include "setting_keys.h"
+#include "text.h"
 
 namespace {
 
@@ -88,7 +89,10 @@ Json writeChange(const Change& change, const Scene& scene) {
 }
 
 void writePlate(const Scene& scene, Json& root) {
-    root["title"] = scene.title;
+    // A title that is the file's name is none: under another name it would be wrong.
+    const bool isOfFile =
+        !scene.files.empty() && scene.title == onOneLine(scene.files.front().stem().string());
+    if (!isOfFile) root["title"] = scene.title;
     if (!scene.description.empty()) root["description"] = scene.description;
     root["grid"] = {{"width", scene.width}, {"height", scene.height}};
     const auto add = [&](const char* key, int value, int otherwise) {

@@ -21,13 +21,12 @@ private slots:
 
     void aLoadTurnsAndScalesByItsFreeEnd() {
         LiveFixture live("optimise-cantilever.json");
-        const PlateArrow arrow = handleOf(live.scene().loads[0], live.scene(),
-                                          live.bench().forces(), live.view().transform());
-        QVERIFY(!arrow.isTailAtNode);
+        const LoadArrow arrow = live.handle(0);
+        QVERIFY(!arrow.tailAtNode);
         // It pushes at its node: from above by twice the length, then from the left.
-        const QPoint foot = arrow.foot().toPoint();
+        const QPoint foot = toQt(arrow.foot()).toPoint();
         const double twice = live.bench().forces().length(2, true);
-        live.drag(arrow.freeEnd().toPoint(), foot - QPoint(0, static_cast<int>(twice)));
+        live.drag(toQt(arrow.freeEnd()).toPoint(), foot - QPoint(0, static_cast<int>(twice)));
         QCOMPARE(live.scene().loads[0].fx, 0.0);
         QVERIFY(std::abs(live.scene().loads[0].fy - 2) < 0.11);
         live.drag(foot - QPoint(0, static_cast<int>(twice)), foot - QPoint(60, 0));
@@ -123,7 +122,7 @@ private slots:
 
     void aFinerGridKeepsEverythingInItsPlace() {
         LiveFixture live("wheel.json");
-        live.bench().edit("Grid", [](Scene& scene) { resizeGrid(scene, 160, 160); });
+        live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 160, 160); });
         QCOMPARE(live.scene().loads[0].x, (Range{80, 80}));
         QCOMPARE(live.scene().supports[0].x, (Range{74, 86}));
         const auto share = [&](const Area& area) {
@@ -134,7 +133,7 @@ private slots:
         live.bench().document.undoStack().undo();
         QCOMPARE(share(live.scene().passive.voids), voids);
         QVERIFY(live.runFor(1));
-        QCOMPARE(live.run().frame().columns, 320);
+        QCOMPARE(live.run().frame().material.width, 320);
     }
 };
 

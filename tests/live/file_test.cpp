@@ -1,46 +1,19 @@
-#include <QAbstractButton>
-#include <QMessageBox>
-#include <QProcess>
-#include <QTimer>
+#include <QDropEvent>
+#include <QListWidget>
+#include <QMimeData>
 #include <QtTest>
 #include <fstream>
 #include <random>
 
 #include "design_file.h"
+#include "dialog_answers.h"
+#include "gallery.h"
 #include "live_fixture.h"
+#include "program.h"
+#include "scene_reader.h"
 #include "scene_writer.h"
 
 namespace fs = std::filesystem;
-
-namespace {
-
-std::string bytesOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// Answers the next message box, and keeps what it said.
-class MessageAnswer {
-public:
-    explicit MessageAnswer(QMessageBox::StandardButton button) {
-        timer.setInterval(10);
-        QObject::connect(&timer, &QTimer::timeout, [this, button] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr) return;
-            text = box->text();
-            timer.stop();
-            box->button(button)->click();
-        });
-        timer.start();
-    }
-
-    QString text;
-
-private:
-    QTimer timer;
-};
-
-}  // namespace
 
 class FileTest : public QObject {
     Q_OBJECT
@@ -85,31 +58,120 @@ private slots:
             QVERIFY(live.reach(i));
         }
         const QString design = directory.filePath("design.csv");
-        QProcess program;
-        program.start(VOXAM_PROGRAM, {"optimise", QString::fromStdString(file.string()),
-                                      "--iterations", QString::number(count), "--design", design});
-        QVERIFY(program.waitForFinished(60000));
-        QCOMPARE(program.exitCode(), 0);
+        const auto program =
+            runProgram({"optimise", QString::fromStdString(file.string()), "--iterations",
+                        QString::number(count), "--design", design});
+        QVERIFY2(program.status == 0, qPrintable(program.err));
         const Field theirs =
             readDesign(design.toStdString(), live.scene().width, live.scene().height);
-        const Frame& ours = live.run().frame();
-        QCOMPARE(ours.columns, theirs.width);
-        for (std::size_t i = 0; i < ours.picture.size(); ++i)
-            QCOMPARE(1 - ours.picture[i], theirs.values[i]);
+        QVERIFY(live.run().frame().material == theirs);
     }
 
     void aWrongFileIsNamedAndNothingIsLost() {
         LiveFixture live("optimise-cantilever.json");
+        QVERIFY(live.takeTool("O"));
+        live.drag(live.at(20, 20), live.at(30, 20));
         const std::string before = sceneText(live.scene());
+        const std::vector<std::pair<const char*, QStringList>> wrong = {
+            {R"({"grid": {"width": 0, "height": 4}, "loads": [], "supports": []})",
+             {"grid.width", "0"}},
+            {"{\"grid\": {\n", {"line 2"}},
+            {R"({"grid": {"width": 1000, "height": 1000}, "subdivision": 1, "meshFactor": 2,
+                 "volumeFraction": 0.4, "lods": [], "loads": [], "supports": []})",
+             {"lods", "loads"}},
+            {"", {}}};
         const fs::path file = fs::path(directory.path().toStdString()) / "wrong.json";
-        std::ofstream(file)
-            << R"({"grid": {"width": 0, "height": 4}, "loads": [], "supports": []})";
-        MessageAnswer answer(QMessageBox::Ok);
-        QVERIFY(!live.window.open(file));
-        QVERIFY2(answer.text.contains("wrong.json") && answer.text.contains("grid.width"),
-                 qPrintable(answer.text));
+        for (const auto& [text, words] : wrong) {
+            std::ofstream(file) << text;
+            MessageAnswer answer(QMessageBox::Ok);
+            QVERIFY(!live.window.open(file));
+            QVERIFY2(answer.text.contains("wrong.json"), qPrintable(answer.text));
+            for (const QString& word : words)
+                QVERIFY2(answer.text.contains(word), qPrintable(answer.text));
+        }
+        {
+            MessageAnswer answer(QMessageBox::Ok);
+            QVERIFY(!live.window.open(directory.path().toStdString()));
+            QVERIFY(!answer.text.isEmpty());
+        }
         QCOMPARE(sceneText(live.scene()), before);
+        QVERIFY(live.bench().document.isModified());
+        QVERIFY(live.bench().document.undoStack().canUndo());
         QVERIFY(live.runFor(1));
+    }
+
+    void whatCannotBeSavedStaysModified() {
+        LiveFixture live(LiveFixture::smallScene());
+        QVERIFY(live.takeTool("O"));
+        live.drag(live.at(2, 1), live.at(3, 1));
+        const FileAnswer naming("/sys/place.json");
+        MessageAnswer answer(QMessageBox::Ok);
+        // A scene that came with the program is saved elsewhere.
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY2(answer.text.contains("place.json"), qPrintable(answer.text));
+        QVERIFY(live.bench().document.isModified());
+
+        const QString good = directory.filePath("good.json");
+        const FileAnswer another(good);
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY(!live.bench().document.isModified());
+        QVERIFY(readScene(good.toStdString()).passive == live.scene().passive);
+    }
+
+    void aDroppedFileIsOpened() {
+        LiveFixture live("minimal.json");
+        drop(live.window, {QUrl::fromLocalFile(VOXAM_SCENES "/wheel.json")});
+        QCOMPARE(live.scene().title, std::string("Wheel"));
+        QVERIFY(live.runFor(1));
+        // What is no file is let fall.
+        drop(live.window, {QUrl("http://localhost/scene.json")});
+        QCOMPARE(live.scene().title, std::string("Wheel"));
+        // Changes are asked about before.
+        QVERIFY(live.takeTool("O"));
+        live.drag(live.at(20, 20), live.at(30, 20));
+        const MessageAnswer answer(QMessageBox::Cancel);
+        drop(live.window, {QUrl::fromLocalFile(VOXAM_SCENES "/minimal.json")});
+        QCOMPARE(live.scene().title, std::string("Wheel"));
+    }
+
+    void theGalleryHasAPictureOfEachSceneAndOpensIt() {
+        LiveFixture live("minimal.json");
+        int count = 0;
+        for (const auto& entry : fs::directory_iterator(VOXAM_SCENES))
+            if (entry.path().extension() == ".json" && entry.path().stem() != "scene.schema")
+                ++count;
+        const DialogAnswer choosing([&](QWidget& dialog) {
+            auto* list = dialog.findChild<QListWidget*>();
+            if (list == nullptr) return false;
+            compare(list->count(), count);
+            for (int row = 0; row < list->count(); ++row) {
+                list->setCurrentRow(row);
+                const QImage picture =
+                    list->currentItem()->icon().pixmap(list->iconSize()).toImage();
+                compare(isPlain(picture), false);
+            }
+            list->setCurrentItem(list->findItems("Wheel", Qt::MatchExactly).value(0));
+            static_cast<Gallery&>(dialog).accept();
+            return true;
+        });
+        QVERIFY(live.takeTool("Ctrl+G"));
+        QCOMPARE(live.scene().title, std::string("Wheel"));
+    }
+
+    void theLastFilesAreRememberedAndOpened() {
+        const QString one = directory.filePath("one.json");
+        {
+            LiveFixture live("minimal.json");
+            live.bench().document.save(one.toStdString());
+            QVERIFY(live.window.open(one.toStdString()));
+        }
+        MainWindow window;
+        window.openAny();
+        QCOMPARE(window.workbench().document.file().string(), one.toStdString());
+        QFile::remove(one);
+        MainWindow other;
+        other.openAny();
+        QVERIFY(other.workbench().document.scene().width > 0);
     }
 
     void closingAsksBeforeChangesAreLost() {
@@ -125,7 +187,41 @@ private slots:
         QVERIFY(live.window.close());
     }
 
+    void closingInTheMiddleOfAnIterationIsClean() {
+        for (int i = 0; i < 5; ++i) {
+            LiveFixture live("optimise-cantilever.json");
+            live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 150, 100); });
+            live.bench().document.undoStack().setClean();
+            QVERIFY(live.reach(1));
+            QTest::qWait(7 * i);  // somewhere in the next one
+            QVERIFY(live.window.close());
+        }
+    }
+
 private:
+    static void drop(MainWindow& window, const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted()) return;
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &event);
+    }
+
+    template <typename Value>
+    static void compare(Value found, Value expected) {
+        QCOMPARE(found, expected);
+    }
+
+    static bool isPlain(const QImage& image) {
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixel(x, y) != image.pixel(0, 0)) return false;
+        return true;
+    }
+
     QTemporaryDir directory;
 };
 

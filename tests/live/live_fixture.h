@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 #include "main_window.h"
@@ -16,6 +17,26 @@ public:
         window.resize(1100, 750);
         window.show();
         window.open(std::filesystem::path(VOXAM_SCENES) / scene);
+    }
+
+    explicit LiveFixture(const Scene& scene) {
+        window.resize(1100, 750);
+        window.show();
+        bench().document.open(scene, {});
+        run().setPlaying(true);
+    }
+
+    /// An optimisation that takes next to no time.
+    static Scene smallScene() {
+        Scene scene;
+        scene.title = "Small";
+        scene.width = 24;
+        scene.height = 12;
+        scene.volumeFraction = 0.5;
+        scene.loadCasesInUse = {0};
+        scene.loads = {{{24, 24}, {6, 6}, 0, 1, 0}};
+        scene.supports = {{{0, 0}, {0, 12}, true, true}};
+        return scene;
     }
 
     Workbench& bench() { return window.workbench(); }
@@ -48,9 +69,14 @@ public:
         int count = 0;
         for (int y = fromY * frame.refinement; y < (toY + 1) * frame.refinement; ++y)
             for (int x = fromX * frame.refinement; x < (toX + 1) * frame.refinement; ++x, ++count)
-                sum += 1 - static_cast<double>(
-                               frame.picture[static_cast<std::size_t>(y * frame.columns + x)]);
+                sum += static_cast<double>(frame.material.at(x, y));
         return sum / count;
+    }
+
+    /// The arrow that a hand can turn.
+    LoadArrow handle(std::size_t load) {
+        const auto arrows = arrowsOf(scene(), bench().forces(), view().transform());
+        return handleOf(byLoad(arrows, scene(), view().transform()).at(load));
     }
 
     QPoint at(double x, double y) { return view().transform().toWidget(x, y).toPoint(); }
@@ -75,21 +101,40 @@ public:
     }
 
     void key(Qt::Key key, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(&view(), key, keys); }
+    /// Entries of the menus, and of menus within them.
+    QList<QAction*> entries() { return entriesOf(*window.menuBar()); }
+
     /// Takes up the tool with this key in the menus, unless the mode has no such tool. Returns
-    /// whether it has.
+    /// whether it has. So with any other entry.
     bool takeTool(const QString& key) {
-        for (const QAction* top : window.menuBar()->actions())
-            for (QAction* action : top->menu()->actions())
-                if (action->shortcut() == QKeySequence(key) && action->isEnabled()) {
-                    action->trigger();
-                    return true;
-                }
+        for (QAction* action : entries())
+            if (action->shortcuts().contains(QKeySequence(key)) && action->isEnabled()) {
+                action->trigger();
+                return true;
+            }
         return false;
+    }
+
+    /// The widget of the window that a screen reader knows by this name.
+    template <typename Widget>
+    Widget& named(const QString& name) {
+        for (Widget* widget : window.findChildren<Widget*>())
+            if (widget->accessibleName() == name) return *widget;
+        throw std::invalid_argument("no widget " + name.toStdString());
     }
 
     MainWindow window;
 
 private:
+    static QList<QAction*> entriesOf(const QWidget& menu) {
+        QList<QAction*> entries;
+        for (QAction* action : menu.actions()) {
+            entries.append(action);
+            if (action->menu() != nullptr) entries += entriesOf(*action->menu());
+        }
+        return entries;
+    }
+
     static constexpr int PATIENCE = 60000;  // ms; sanitizers take their time
 };
 

@@ -96,13 +96,14 @@ private:
             case 7: {
                 const int width = 4 + static_cast<int>(random() % 30);
                 const int height = 4 + static_cast<int>(random() % 20);
-                live.bench().edit("Grid", [=](Scene& scene) { resizeGrid(scene, width, height); });
+                live.bench().editWhole("Grid",
+                                       [=](Scene& scene) { resizeGrid(scene, width, height); });
                 return;
             }
             default: {
                 const int last = live.scene().loadCases - 1;
                 const bool adds = random() % 2 == 0;
-                live.bench().edit("Case", [=](Scene& scene) {
+                live.bench().editWhole("Case", [=](Scene& scene) {
                     adds ? addLoadCase(scene) : removeLoadCase(scene, last);
                 });
             }

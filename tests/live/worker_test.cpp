@@ -124,7 +124,7 @@ private slots:
             for (std::uint64_t i = 1; std::chrono::steady_clock::now() < end; ++i) {
                 LiveSettings settings = settingsOf(i % 50 == 0 ? other : small, i);
                 settings.start = i / 20;
-                settings.scoresDesign = i % 3 == 0;
+                settings.scoredRefinement = i % 3 == 0 ? 1 : 0;
                 worker.send(settings);
                 if (i % 7 == 0) worker.score({small, drawing, i});
                 i % 5 == 0 ? worker.pause() : worker.play();
@@ -173,7 +173,7 @@ private slots:
             [&] { return worker.fetchFrame(frame) && frame.numbers.iteration >= 40; }, PATIENCE));
         QCOMPARE(frame.numbers.revision, std::uint64_t{200});
         QVERIFY(std::abs(frame.numbers.volume - 0.8) < 0.05);
-        QCOMPARE(frame.columns, 40);
+        QCOMPARE(frame.material.width, 40);
     }
 
     void aTextStandsUntilItIsMended() {

@@ -1,0 +1,42 @@
+#include "field_manners.h"
+
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QKeyEvent>
+
+namespace {
+
+/// Whether a number cannot contain it.
+bool isForTheWindow(const QKeyEvent& key) {
+    if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) return true;
+    if ((key.modifiers() & ~Qt::ShiftModifier) != Qt::NoModifier || key.text().isEmpty())
+        return false;
+    const QChar letter = key.text().front();
+    return letter.isLetter() || letter == ' ' || letter == '?' || letter == '[' || letter == ']';
+}
+
+}  // namespace
+
+void FieldManners::teach(QWidget& panel) {
+    for (QWidget* field : panel.findChildren<QWidget*>()) {
+        if (qobject_cast<QAbstractSpinBox*>(field) == nullptr &&
+            qobject_cast<QAbstractSlider*>(field) == nullptr &&
+            qobject_cast<QComboBox*>(field) == nullptr)
+            continue;
+        // Otherwise the wheel itself would choose it.
+        field->setFocusPolicy(Qt::StrongFocus);
+        field->installEventFilter(this);
+    }
+}
+
+bool FieldManners::eventFilter(QObject* field, QEvent* event) {
+    const auto& widget = static_cast<QWidget&>(*field);
+    const bool isWheelElsewhere = event->type() == QEvent::Wheel && !widget.hasFocus();
+    const bool isKeyOfWindow = event->type() == QEvent::ShortcutOverride &&
+                               qobject_cast<QAbstractSpinBox*>(field) != nullptr &&
+                               isForTheWindow(static_cast<QKeyEvent&>(*event));
+    if (!isWheelElsewhere && !isKeyOfWindow) return QObject::eventFilter(field, event);
+    event->ignore();
+    return true;
+}

@@ -1,0 +1,305 @@
+#include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTextBrowser>
+#include <QToolBar>
+#include <QToolButton>
+#include <QWheelEvent>
+#include <QtTest>
+#include <set>
+
+#include "dialog_answers.h"
+#include "live_fixture.h"
+
+/// The panels beside the plate, the menus, and what of both the keyboard reaches.
+class PanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void volumeAndPenaltyAreEdits() {
+        LiveFixture live(LiveFixture::smallScene());
+        auto& slider = live.named<QSlider>("Volume of material in percent");
+        auto& box = live.named<QDoubleSpinBox>("Volume of material in percent");
+        QCOMPARE(slider.value(), 100);
+        QTest::keyClick(&slider, Qt::Key_PageUp);
+        QVERIFY(live.scene().volumeFraction > 0.5);
+        QCOMPARE(box.value(), 100 * live.scene().volumeFraction);
+        // A drag of the slider is one step of the history.
+        const int steps = live.bench().document.undoStack().count();
+        slider.setSliderDown(true);
+        for (int value = 120; value <= 150; value += 5) slider.setSliderPosition(value);
+        slider.setSliderDown(false);
+        QCOMPARE(live.scene().volumeFraction, 0.75);
+        QCOMPARE(live.bench().document.undoStack().count(), steps + 1);
+        live.named<QDoubleSpinBox>("Penalty").setValue(2);
+        QCOMPARE(live.scene().penalty, 2.0);
+        QVERIFY(live.runFor(60));
+        QVERIFY(live.run().frame().numbers.volume > 0.7);
+        QUndoStack& history = live.bench().document.undoStack();
+        while (history.canUndo()) history.undo();
+        QCOMPARE(slider.value(), 100);
+        QVERIFY(live.scene() == LiveFixture::smallScene());
+    }
+
+    void aGridIsAppliedWarnedOfOrRefused() {
+        LiveFixture live(LiveFixture::smallScene());
+        auto& width = live.named<QSpinBox>("Elements in x");
+        auto& height = live.named<QSpinBox>("Elements in y");
+        auto& detail = live.named<QSpinBox>("Detail of the design");
+        auto& apply = button(live, "Apply and start &afresh");
+        QVERIFY(!apply.isEnabled());
+        width.setValue(48);
+        height.setValue(24);
+        detail.setValue(5);
+        QVERIFY(hasLabel(live, "dots that carry nothing"));
+        QVERIFY(apply.isEnabled());
+        detail.setValue(1);
+        QVERIFY(!hasLabel(live, "dots that carry nothing"));
+        QTest::mouseClick(&apply, Qt::LeftButton);
+        QCOMPARE(live.scene().width, 48);
+        QCOMPARE(live.scene().loads[0].y, (Range{12, 12}));
+        QVERIFY(live.runFor(1));
+        QCOMPARE(live.run().frame().material.width, 48);
+        detail.setValue(16);
+        live.named<QSpinBox>("Detail of the picture").setValue(16);
+        QVERIFY(hasLabel(live, "are allowed"));
+        QVERIFY(!apply.isEnabled());
+    }
+
+    void loadsAreMovedAndTurnedAsNumbers() {
+        LiveFixture live(LiveFixture::smallScene());
+        auto& x = live.named<QSpinBox>("Node of the load in x");
+        QVERIFY(!x.isEnabled());
+        live.named<QListWidget>("Loads").setCurrentRow(0);
+        QCOMPARE(live.bench().selectedLoad(), std::optional<std::size_t>(0));
+        QVERIFY(x.isEnabled());
+        x.setValue(20);
+        live.named<QSpinBox>("Node of the load in y").setValue(12);
+        live.named<QDoubleSpinBox>("Force in x, to the right").setValue(0.25);
+        live.named<QDoubleSpinBox>("Force in y, downwards").setValue(-2);
+        const Load expected = {{20, 20}, {12, 12}, 0.25, -2, 0};
+        QVERIFY(live.scene().loads[0] == expected);
+        // Without a force it is told and marked, and can still be taken hold of.
+        live.named<QDoubleSpinBox>("Force in x, to the right").setValue(0);
+        live.named<QDoubleSpinBox>("Force in y, downwards").setValue(0);
+        QVERIFY(live.window.plateStage().banner().text().contains("no force"));
+        const LoadArrow handle = live.handle(0);
+        live.drag(toQt(handle.freeEnd()).toPoint(), toQt(handle.foot()).toPoint() - QPoint(50, 0));
+        QVERIFY(live.scene().loads[0].fx > 0.5);
+        QVERIFY(live.runFor(1));
+    }
+
+    void loadCasesComeGoAndRest() {
+        LiveFixture live(LiveFixture::smallScene());
+        auto& cases = live.named<QListWidget>("Load cases; those that are ticked are in use");
+        button(live, "Add &case").click();
+        QCOMPARE(live.scene().loadCases, 2);
+        QCOMPARE(live.bench().loadCase(), 1);
+        QVERIFY(live.takeTool("L"));
+        live.drag(live.at(24, 0), live.at(24, 0) + QPoint(60, 0));
+        QCOMPARE(live.scene().loads[1].loadCase, 1);
+        cases.item(0)->setCheckState(Qt::Unchecked);
+        QCOMPARE(live.scene().loadCasesInUse, std::vector<int>{1});
+        // One has to remain in use.
+        cases.item(1)->setCheckState(Qt::Unchecked);
+        QCOMPARE(live.scene().loadCasesInUse, std::vector<int>{1});
+        QCOMPARE(cases.item(1)->checkState(), Qt::Checked);
+        QVERIFY(live.runFor(2));
+        cases.setCurrentRow(0);
+        button(live, "Delete case").click();
+        QCOMPARE(live.scene().loadCases, 1);
+        QCOMPARE(live.scene().loads.size(), std::size_t{1});
+        QCOMPARE(live.scene().loads[0].fx > 0, true);
+        QVERIFY(!button(live, "Delete case").isEnabled());
+        QVERIFY(live.runFor(2));
+    }
+
+    void theNumbersAreThoseOfTheRun() {
+        LiveFixture live(LiveFixture::smallScene());
+        QVERIFY(live.reach(10));
+        live.run().setPlaying(false);
+        QTest::qWait(300);
+        const IterationNumbers& numbers = live.run().frame().numbers;
+        QCOMPARE(live.named<QLabel>("Iteration").text(), QString::number(numbers.iteration));
+        QCOMPARE(live.named<QLabel>("Compliance").text(),
+                 QString::number(numbers.compliance, 'g', 6));
+        QCOMPARE(live.named<QLabel>("Volume").text(),
+                 QString::number(100 * numbers.volume, 'f', 1) + " %");
+        QVERIFY(live.named<QLabel>("One iteration").text().endsWith(" ms"));
+    }
+
+    void thePlotMarksEdits() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.run().setPlaying(false);
+        live.run().startAfresh();
+        const auto& plot = *live.window.findChild<PlotPanel*>();
+        for (int i = 1; i <= 6; ++i) {
+            if (i == 3 || i == 5)
+                live.bench().edit("Edit", [&](Scene& scene) { scene.volumeFraction += 0.01; });
+            live.run().step();
+            QVERIFY(live.reach(i));
+        }
+        QCOMPARE(plot.marks(), (std::vector<std::size_t>{3, 5}));
+        QVERIFY(plot.accessibleDescription().contains("2 edits"));
+        live.run().startAfresh();
+        QVERIFY(plot.marks().empty());
+    }
+
+    void everythingHasANameAndAKeyThatIsItsOwn() {
+        LiveFixture live("wheel.json");
+        for (const bool draws : {false, true}) {
+            live.window.setDrawing(draws);
+            std::set<QString> keys;
+            for (const QAction* action : live.entries()) {
+                if (!action->isEnabled()) continue;
+                for (const QKeySequence& key : action->shortcuts())
+                    QVERIFY2(keys.insert(key.toString()).second, qPrintable(key.toString()));
+            }
+        }
+        for (const QWidget* widget : live.window.findChildren<QWidget*>()) {
+            if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
+            // Parts of other widgets speak through these.
+            if (widget->objectName().startsWith("qt_") || widget->inherits("QTabBar") ||
+                widget->inherits("QScrollArea"))
+                continue;
+            QAccessibleInterface* spoken =
+                QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+            QVERIFY2(!spoken->text(QAccessible::Name).isEmpty(), widget->metaObject()->className());
+        }
+    }
+
+    void altReachesEachMenuAndFieldByALetterOfItsOwn() {
+        LiveFixture live(LiveFixture::smallScene());
+        QStringList texts;
+        for (const QAction* menu : live.window.menuBar()->actions()) texts << menu->text();
+        for (const QLabel* label : live.window.findChildren<QLabel*>())
+            if (label->buddy() != nullptr) texts << label->text();
+        for (const auto* each : live.window.findChildren<QAbstractButton*>())
+            if (!each->inherits("QToolButton")) texts << each->text();
+        std::set<QChar> letters;
+        for (const QString& text : texts) {
+            const auto ampersand = text.indexOf('&');
+            if (ampersand >= 0)
+                QVERIFY2(letters.insert(text[ampersand + 1].toLower()).second, qPrintable(text));
+        }
+        QVERIFY(letters.size() >= 12);
+    }
+
+    void fieldsLeaveWheelAndKeysToTheWindow() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&live.window));
+        auto& volume = live.named<QDoubleSpinBox>("Volume of material in percent");
+        live.view().setFocus();
+        QWheelEvent wheel({5, 5}, volume.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&volume, &wheel);
+        QCOMPARE(live.scene().volumeFraction, 0.5);
+        volume.setFocus();
+        volume.selectAll();
+        QTest::keyClicks(&volume, "55");
+        QTest::keyClick(&volume, Qt::Key_Return);
+        QCOMPARE(live.scene().volumeFraction, 0.55);
+        QTest::keyClick(&volume, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(live.scene().volumeFraction, 0.5);
+        QTest::keyClick(&volume, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(live.scene().volumeFraction, 0.55);
+        const bool played = live.run().isPlaying();
+        QTest::keyClick(&volume, Qt::Key_Space);
+        QCOMPARE(live.run().isPlaying(), !played);
+        // What was typed for the grid and not applied yet outlasts other edits.
+        auto& width = live.named<QSpinBox>("Elements in x");
+        width.setValue(40);
+        live.bench().edit("Edit", [](Scene& scene) { scene.penalty = 2; });
+        QCOMPARE(width.value(), 40);
+    }
+
+    void titleAndDescriptionAreEdits() {
+        LiveFixture live(LiveFixture::smallScene());
+        auto& title = live.named<QLineEdit>("Title of the scene");
+        QCOMPARE(title.text(), QString("Small"));
+        title.selectAll();
+        QTest::keyClicks(&title, "Mine");
+        QTest::keyClick(&title, Qt::Key_Return);
+        QCOMPARE(live.scene().title, std::string("Mine"));
+        live.bench().document.undoStack().undo();
+        QCOMPARE(title.text(), QString("Small"));
+    }
+
+    void whatTheToolBarsHaveIsInTheMenusAndTheListOfKeys() {
+        LiveFixture live("wheel.json");
+        const QList<QAction*> inMenus = live.entries();
+        for (const QToolBar* bar : live.window.findChildren<QToolBar*>())
+            for (QAction* action : bar->actions()) {
+                if (action->isSeparator() || action->inherits("QWidgetAction")) continue;
+                QVERIFY2(inMenus.contains(action), qPrintable(action->text()));
+                QVERIFY2(!action->toolTip().isEmpty() && !action->icon().isNull(),
+                         qPrintable(action->text()));
+            }
+        QString listed;
+        const DialogAnswer reading([&](QWidget& dialog) {
+            auto* text = dialog.findChild<QTextBrowser*>();
+            if (text == nullptr) return false;
+            listed = text->toPlainText();
+            dialog.close();
+            return true;
+        });
+        for (QAction* action : inMenus)
+            if (action->shortcuts().contains(QKeySequence("?"))) action->trigger();
+        for (const QAction* action : inMenus) {
+            QString name = action->text().remove('&');
+            if (name.endsWith("...")) name.chop(3);
+            QVERIFY2(action->shortcut().isEmpty() || listed.contains(name), qPrintable(name));
+        }
+    }
+
+    void tabReachesEveryField() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&live.window));
+        live.view().setFocus();
+        std::set<const QWidget*> reached;
+        for (int i = 0; i < 100; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            reached.insert(QApplication::focusWidget());
+        }
+        QVERIFY(reached.count(&live.view()) > 0);
+        for (const char* name : {"Elements in x", "Elements in y", "Detail of the design"})
+            QVERIFY2(reached.count(&live.named<QSpinBox>(name)) > 0, name);
+        QVERIFY(reached.count(&live.named<QSlider>("Volume of material in percent")) > 0);
+    }
+
+    void lookAndBrushAreRemembered() {
+        {
+            LiveFixture live(LiveFixture::smallScene());
+            live.bench().setBrush({7, false});
+            live.bench().document.undoStack().setClean();
+            QVERIFY(live.window.close());
+        }
+        MainWindow window;
+        QCOMPARE(window.workbench().brush().size, 7);
+        QVERIFY(!window.workbench().brush().isRound);
+    }
+
+private:
+    static QPushButton& button(LiveFixture& live, const QString& text) {
+        for (QPushButton* each : live.window.findChildren<QPushButton*>())
+            if (each->text() == text) return *each;
+        throw std::invalid_argument("no button " + text.toStdString());
+    }
+
+    static bool hasLabel(LiveFixture& live, const QString& part) {
+        for (const QLabel* label : live.window.findChildren<QLabel*>())
+            if (!label->isHidden() && label->text().contains(part)) return true;
+        return false;
+    }
+};
+
+QObject* makePanelTest() { return new PanelTest; }
+#include "panel_test.moc"
