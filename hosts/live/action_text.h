@@ -10,7 +10,8 @@ inline void explain(QAction& action, const QString& explanation) {
     QString name = action.text();
     name.remove('&');
     if (name.endsWith("...")) name.chop(3);
-    action.setToolTip("<p><b>" + name + "</b>" + (keys.isEmpty() ? "" : " (" + keys + ")") +
-                      (explanation.isEmpty() ? "" : "<br>" + explanation) + "</p>");
+    // Without markup, which screen readers would read out.
+    action.setToolTip(name + (keys.isEmpty() ? "" : " (" + keys + ")") +
+                      (explanation.isEmpty() ? "" : "\n" + explanation));
     action.setStatusTip(explanation);
 }

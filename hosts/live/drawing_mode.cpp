@@ -1,5 +1,7 @@
 #include "drawing_mode.h"
 
+#include <cmath>
+
 #include "action_text.h"
 #include "assessment.h"
 #include "plate_image.h"
@@ -125,8 +127,10 @@ QString DrawingMode::noteOnDrawing() const {
     if (drawingScore->isSupported() && designScore && designScore->isSupported()) {
         const double ratio =
             designScore->assessment.score.compliance / drawingScore->assessment.score.compliance;
-        notes << (ratio >= 1 ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
-                             : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
+        notes << (std::lround(100 * ratio) == 100 ? tr("As stiff as the optimiser's")
+                  : ratio >= 1
+                      ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
+                      : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
     }
     const auto& floating = drawingScore->assessment.floating;
     if (!floating.empty())

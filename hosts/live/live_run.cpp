@@ -7,7 +7,9 @@
 
 LiveRun::LiveRun(Workbench& workbench)
     : bench(workbench),
-      worker([this] { QMetaObject::invokeMethod(this, &LiveRun::fetch, Qt::QueuedConnection); }) {
+      worker([this] { emit workerHasNews(); }) {
+    // Emitted on the worker's thread, fetched on this one.
+    connect(this, &LiveRun::workerHasNews, this, &LiveRun::fetch, Qt::QueuedConnection);
     connect(&bench.document, &Document::sceneChanged, this, &LiveRun::followScene);
     connect(&bench.document, &Document::opened, this, &LiveRun::startAfresh);
 }

@@ -54,6 +54,7 @@ signals:
     void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
     void designScored(const ScoreResult& result);
+    void workerHasNews();
 
 private:
     /// Sends the scene, unless nothing in it concerns the optimiser. Another plate is a new start.

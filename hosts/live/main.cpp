@@ -1,9 +1,26 @@
 #include <QApplication>
 #include <QCommandLineParser>
+#include <algorithm>
+#include <cstdio>
 
 #include "main_window.h"
 
+namespace {
+
+/// Whether there is something to open a window on, as far as the environment tells.
+bool hasDisplay() {
+    if (QSysInfo::kernelType() != "linux") return true;
+    const auto names = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    return std::any_of(names.begin(), names.end(),
+                       [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
+}
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
+    const bool canShow = hasDisplay();
+    // What needs no window is told all the same.
+    if (!canShow) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setOrganizationName("Voxam");
     QApplication::setApplicationName("voxam-live");
@@ -18,6 +35,11 @@ int main(int argc, char* argv[]) {
     parser.process(application);
     const QStringList scenes = parser.positionalArguments();
     if (scenes.size() > 1) parser.showHelp(2);
+
+    if (!canShow) {
+        std::fputs("voxam-live: there is no display to open a window on\n", stderr);
+        return 1;
+    }
 
     MainWindow window;
     window.show();

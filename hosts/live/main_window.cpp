@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <utility>
 
@@ -29,9 +30,10 @@ constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
 constexpr double ORDINARY_RATE = 60;  // Hz, for a screen that does not tell
 constexpr int MESSAGE_TIME = 6000;    // ms
 constexpr QSize DEFAULT_SIZE(1280, 820);
+constexpr QSize FRAME_SIZE(16, 48);  // about what a desktop puts around a window
 constexpr const char* GEOMETRY_KEY = "window/geometry";
 constexpr const char* LAYOUT_KEY = "window/layout";
-constexpr int LAYOUT_VERSION = 1;
+constexpr int LAYOUT_VERSION = 2;
 constexpr const char* BRUSH_SIZE_KEY = "brush/size";
 constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 
@@ -126,11 +128,9 @@ void MainWindow::makeDocks() {
     tabifyDockWidget(settings, loads);
     settings->raise();
     numbers = new NumbersPanel;
-    QDockWidget* counts = addDock(numbers, tr("Numbers"), "numbers");
+    addDock(numbers, tr("Numbers"), "numbers");
     plot = new PlotPanel;
-    QDockWidget* course = addDock(plot, tr("Course"), "plot");
-    // As much as there is for what is worked with.
-    resizeDocks({settings, counts, course}, {430, 130, 150}, Qt::Vertical);
+    addDock(plot, tr("Course"), "plot");
 }
 
 void MainWindow::makeMenus() {
@@ -204,9 +204,8 @@ void MainWindow::makeToolBars() {
 
 void MainWindow::restoreLayout() {
     const QSettings settings;
-    resize(DEFAULT_SIZE);
+    resize(DEFAULT_SIZE.boundedTo(screen()->availableSize() - FRAME_SIZE));
     restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray());
-    restoreState(settings.value(LAYOUT_KEY).toByteArray(), LAYOUT_VERSION);
     const Brush usual = bench.brush();
     bench.setBrush({settings.value(BRUSH_SIZE_KEY, usual.size).toInt(),
                     settings.value(BRUSH_IS_ROUND_KEY, usual.isRound).toBool()});
@@ -334,6 +333,18 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     shown.scene.blob = bench.blob();
     shown.subtitle = ExportActions::subtitleOf(frame.numbers);
     return shown;
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (std::exchange(hasLayout, true)) return;
+    // Once the window has its size: heights that are set before would be shared out anew.
+    QTimer::singleShot(0, this, [this] {
+        const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
+        if (restoreState(state, LAYOUT_VERSION)) return;
+        // What is worked with gets the most.
+        resizeDocks({docks[0], docks[2], docks[3]}, {360, 160, 190}, Qt::Vertical);
+    });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

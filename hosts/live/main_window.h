@@ -45,6 +45,7 @@ public:
     ExportActions& exporter() { return *exports; }
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -84,6 +85,7 @@ private:
     std::unique_ptr<DrawingMode> drawing;
     FieldManners fieldManners;
     int lastStep = 0;
+    bool hasLayout = false;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
     QAction* deleteLoad = nullptr;

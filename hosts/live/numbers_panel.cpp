@@ -14,10 +14,16 @@ constexpr qint64 FRAME_SPAN = 1000;    // ms
 QLabel* addNumber(QFormLayout& form, const QString& name) {
     auto* label = new QLabel("–");
     label->setAlignment(Qt::AlignRight);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    label->setAccessibleName(name);
+    // Not by keyboard: it would be a stop on the way of Tab that nobody sees.
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setObjectName(name);
     form.addRow(name, label);
     return label;
+}
+
+void tell(QLabel& label, const QString& value) {
+    label.setText(value);
+    label.setAccessibleName(label.objectName() + " " + value);
 }
 
 }  // namespace
@@ -72,8 +78,8 @@ void NumbersPanel::add(const std::vector<IterationNumbers>& numbers) {
 
 void NumbersPanel::clear() {
     recent.clear();
-    iteration->setText("0");
-    for (QLabel* label : {compliance, volume, change, milliseconds}) label->setText("–");
+    tell(*iteration, "0");
+    for (QLabel* label : {compliance, volume, change, milliseconds}) tell(*label, "–");
     for (QProgressBar* bar : bars) bar->setValue(0);
 }
 
@@ -86,21 +92,21 @@ double NumbersPanel::framesPerSecond() {
 }
 
 void NumbersPanel::refresh() {
-    frames->setText(QString::number(framesPerSecond(), 'f', 0));
+    tell(*frames, QString::number(framesPerSecond(), 'f', 0));
     if (recent.empty()) return;
     const IterationNumbers& last = recent.back();
-    iteration->setText(QString::number(last.iteration));
-    compliance->setText(QString::number(last.compliance, 'g', 6));
-    volume->setText(QString::number(100 * last.volume, 'f', 1) + " %");
-    change->setText(QString::number(last.change, 'f', 4));
+    tell(*iteration, QString::number(last.iteration));
+    tell(*compliance, QString::number(last.compliance, 'g', 6));
+    tell(*volume, QString::number(100 * last.volume, 'f', 1) + " %");
+    tell(*change, QString::number(last.change, 'f', 4));
     refreshTimes();
 }
 
 void NumbersPanel::refreshTimes() {
     double total = 0;
     for (const auto& numbers : recent) total += static_cast<double>(numbers.times.totalTime);
-    milliseconds->setText(
-        tr("%1 ms").arg(total / static_cast<double>(recent.size()), 0, 'f', total > 1000 ? 0 : 1));
+    const double each = total / static_cast<double>(recent.size());
+    tell(*milliseconds, tr("%1 ms").arg(each, 0, 'f', each > 1000 ? 0 : 1));
     if (total <= 0) return;
     double rest = total;
     for (std::size_t i = 0; i < bars.size(); ++i) {

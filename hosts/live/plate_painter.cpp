@@ -12,6 +12,8 @@ namespace {
 constexpr double LEAST_GRID_SCALE = 11;  // a finer grid would be a haze
 constexpr double RIM = 1.2;
 constexpr int RULER_FONT = 10;
+constexpr int RULER_GROUND_ALPHA = 215;
+constexpr double RULER_GAP = 4;
 constexpr double HANDLE_RADIUS = 5;
 constexpr double FAULT_RADIUS = 13;
 
@@ -192,6 +194,13 @@ void PlatePainter::drawRulers(const Scene& scene, const QRect& sight) {
         std::max<double>(plate.left() - SIGN_MARGIN, RULER_WIDTH),
         std::min<double>(plate.bottom() + SIGN_MARGIN, sight.bottom() - RULER_HEIGHT)};
     painter.save();
+    // Where the plate reaches beneath them.
+    QColor ground = colours.surroundings;
+    ground.setAlpha(RULER_GROUND_ALPHA);
+    if (corner.x > plate.left())
+        painter.fillRect(QRectF(0, 0, corner.x + RULER_GAP, sight.height()), ground);
+    if (corner.y < plate.bottom())
+        painter.fillRect(QRectF(0, corner.y - RULER_GAP, sight.width(), sight.height()), ground);
     painter.setPen(QPen(colours.edge, 1));
     QFont font = painter.font();
     font.setPixelSize(RULER_FONT);

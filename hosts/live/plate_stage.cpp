@@ -49,6 +49,9 @@ void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
     rivalSide->setVisible(draws);
     colourLegend->setVisible(draws);
+    // Beside another plate there is little room.
+    plateView->setRulers(!draws);
+    rivalView->setRulers(!draws);
     if (!draws) return;
     arrange();
     header->showNone({});
@@ -66,9 +69,9 @@ void PlateStage::resizeEvent(QResizeEvent*) { arrange(); }
 
 void PlateStage::arrange() {
     const auto scaleWithin = [this](double across, double down) {
-        return std::min((across - 2 * SIGN_MARGIN - RULER_WIDTH) / plateSize.width(),
-                        (down - 2 * SIGN_MARGIN - RULER_HEIGHT - header->sizeHint().height()) /
-                            plateSize.height());
+        return std::min(
+            (across - 2 * SIGN_MARGIN) / plateSize.width(),
+            (down - 2 * SIGN_MARGIN - header->sizeHint().height()) / plateSize.height());
     };
     const QSizeF room = size();
     const bool isBeside = scaleWithin(0.5 * room.width(), room.height()) >=

@@ -52,6 +52,12 @@ void PlateView::setFloating(const QPainterPath& outline) {
     update();
 }
 
+void PlateView::setRulers(bool isToBe) {
+    hasRulers = isToBe;
+    if (isFitted) fit();
+    update();
+}
+
 void PlateView::setFaults(std::vector<QPointF> places) {
     look.faults = std::move(places);
     update();
@@ -104,8 +110,9 @@ void PlateView::panBy(QPointF distance) {
 void PlateView::fit() {
     isFitted = true;
     if (scene->width == 0) return;
-    const QRectF room = QRectF(rect()).adjusted(SIGN_MARGIN + RULER_WIDTH, SIGN_MARGIN,
-                                                -SIGN_MARGIN, -SIGN_MARGIN - RULER_HEIGHT);
+    const QRectF room =
+        QRectF(rect()).adjusted(SIGN_MARGIN + (hasRulers ? RULER_WIDTH : 0), SIGN_MARGIN,
+                                -SIGN_MARGIN, -SIGN_MARGIN - (hasRulers ? RULER_HEIGHT : 0));
     const double scale = std::min(room.width() / scene->width, room.height() / scene->height);
     where.scale = std::clamp(scale, LEAST_SCALE, MOST_SCALE);
     where.origin = room.center() - 0.5 * where.scale * QPointF(scene->width, scene->height);
@@ -119,7 +126,7 @@ void PlateView::paintEvent(QPaintEvent*) {
         look.held = tool != nullptr ? tool->heldLoad() : std::nullopt;
         PlatePainter plate(painter, where, *palette);
         plate.draw(*scene, look);
-        plate.drawRulers(*scene, rect());
+        if (hasRulers) plate.drawRulers(*scene, rect());
     }
     if (tool != nullptr && hand && gesture != Gesture::PAN) {
         painter.setRenderHint(QPainter::Antialiasing);

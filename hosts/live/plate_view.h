@@ -21,6 +21,8 @@ public:
     void setMaterial(const QImage& image, bool isSmooth);
     /// Around material that hangs on nothing, in plate coordinates.
     void setFloating(const QPainterPath& outline);
+    /// Whether nodes are numbered along the plate.
+    void setRulers(bool isToBe);
     void setFaults(std::vector<QPointF> places);
     void setSelectedLoad(std::optional<std::size_t> load);
     void setForces(const ForceScale& forces);
@@ -71,6 +73,7 @@ private:
     const PlateColours* palette;
     PlateTransform where;
     bool isFitted = true;
+    bool hasRulers = true;
 
     Tool* tool = nullptr;
     Gesture gesture = Gesture::NONE;

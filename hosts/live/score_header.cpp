@@ -17,8 +17,7 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     details->setWordWrap(true);
     details->setMinimumHeight(2 * details->fontMetrics().lineSpacing());
     details->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    score->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    score->setAccessibleName(tr("Score: %1").arg(title));
+    score->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(heading);
     layout->addWidget(score);
     layout->addWidget(details);
@@ -30,7 +29,7 @@ void ScoreHeader::show(const ScoreResult& result, const QString& note) {
                      .arg(QString::fromStdString(result.assessment.problems.front().text)));
         return;
     }
-    score->setText(tr("Compliance %1").arg(result.assessment.score.compliance, 0, 'g', 5));
+    tell(tr("Compliance %1").arg(result.assessment.score.compliance, 0, 'g', 5));
     const QString material =
         tr("Material %1 %")
             .arg(materialOf(without(result.design, result.assessment.floating)), 0, 'f', 1);
@@ -38,6 +37,11 @@ void ScoreHeader::show(const ScoreResult& result, const QString& note) {
 }
 
 void ScoreHeader::showNone(const QString& reason) {
-    score->setText(tr("No score"));
+    tell(tr("No score"));
     details->setText(reason);
+}
+
+void ScoreHeader::tell(const QString& text) {
+    score->setText(text);
+    score->setAccessibleName(title + ": " + text);
 }

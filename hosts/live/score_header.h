@@ -21,6 +21,8 @@ public:
     QString text() const { return score->text(); }
 
 private:
+    void tell(const QString& text);
+
     QString title;
     QLabel* score;
     QLabel* details;

@@ -222,9 +222,14 @@ void SettingsPanel::applyGrid() {
     const int rows = height->value();
     const int design = subdivision->value();
     const int picture = meshFactor->value();
+    const auto showing = connect(&bench, &Workbench::refused, this, [this](const QString& reason) {
+        gridAdvice->setText(reason);
+        gridAdvice->show();
+    });
     bench.editWhole(tr("Change grid"), [=](Scene& scene) {
         if (columns != scene.width || rows != scene.height) resizeGrid(scene, columns, rows);
         scene.subdivision = design;
         scene.meshFactor = picture;
     });
+    disconnect(showing);
 }

@@ -6,7 +6,6 @@
 
 namespace {
 
-
 QPalette paletteOf(const QColor& window, const QColor& base, const QColor& text,
                    const QColor& faint, const QColor& highlight) {
     QPalette palette(text, window, window.lighter(110), window.darker(160), window.darker(130),

@@ -123,7 +123,7 @@ private slots:
     void aFileThatCannotBeWrittenIsNamed() {
         LiveFixture live(LiveFixture::smallScene());
         stepTo(live, 1);
-        exportAs(live, "Picture", "/sys/place.png", "place.png");
+        exportAs(live, "Picture", file("no/such/place.png"), "place.png");
         exportAs(live, "Design", file("design.bmp"), ".csv");
         QVERIFY(!QFile::exists(file("design.bmp")));
         exportAs(live, "Design", file("good.csv"), "");

@@ -104,7 +104,7 @@ private slots:
         LiveFixture live(LiveFixture::smallScene());
         QVERIFY(live.takeTool("O"));
         live.drag(live.at(2, 1), live.at(3, 1));
-        const FileAnswer naming("/sys/place.json");
+        const FileAnswer naming(directory.filePath("no/such/place.json"));
         MessageAnswer answer(QMessageBox::Ok);
         // A scene that came with the program is saved elsewhere.
         QVERIFY(live.takeTool("Ctrl+S"));

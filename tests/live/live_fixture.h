@@ -144,5 +144,7 @@ inline void isolateSettings() {
     QCoreApplication::setOrganizationName("Voxam");
     QCoreApplication::setApplicationName("voxam-live-test");
     QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, directory.path());
+    // Dialogs of Qt have some as well, in the native format.
+    for (const auto format : {QSettings::IniFormat, QSettings::NativeFormat})
+        QSettings::setPath(format, QSettings::UserScope, directory.path());
 }
