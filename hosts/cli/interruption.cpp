@@ -21,6 +21,7 @@ void watchForInterruption() {
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
     for (const int each : WATCHED) sigaction(each, &action, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 int interruption() { return received; }

@@ -18,6 +18,7 @@
 #include "refinement.h"
 #include "scene_reader.h"
 #include "text.h"
+#include "warnings.h"
 
 namespace fs = std::filesystem;
 
@@ -61,19 +62,6 @@ void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
         if (isFrame(file, options) || isSamePlace(file, options.frames))
             throw InputError("--frames: a frame would replace " + nameOf(file));
     createDirectory(options.frames);
-}
-
-/// Throws InputError for the first error among the findings, and returns the warnings.
-Findings warningsOf(const Findings& findings, const fs::path& file) {
-    for (const Finding& finding : findings)
-        if (finding.severity == Finding::ERROR)
-            throw InputError(nameOf(file) + ": " + lineOf(finding));
-    return findings;
-}
-
-void complainOf(const Findings& warnings, const fs::path& file) {
-    for (const std::string& warning : toldLines(warnings))
-        complain(nameOf(file) + ": warning: " + warning);
 }
 
 PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle) {

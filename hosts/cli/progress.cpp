@@ -53,10 +53,7 @@ std::string liveLine(const IterationRecord& record, int of, std::size_t width) {
 
 Progress::Progress(int iterations) : last(iterations), live(canOverwriteLines()) {
     // The library prints a line of its own before the first iteration.
-    if (live)
-        std::printf("preparing %d iterations\n", last);
-    else
-        std::printf("iteration    compliance   volume   change        ms\n");
+    std::printf("preparing %s\n", counted(static_cast<std::size_t>(last), "iteration").c_str());
     std::fflush(stdout);
 }
 
@@ -76,6 +73,7 @@ void Progress::showLine(const std::string& text) {
 }
 
 void Progress::showPlain(const IterationRecord& record) {
+    if (printed == 0) std::printf("iteration    compliance   volume   change        ms\n");
     printed = record.iteration;
     std::printf("%9d  %12.6g  %5.1f %%   %.4f  %8.1f\n", record.iteration, record.compliance,
                 100 * record.volume, record.change, double(record.times.totalTime));

@@ -19,6 +19,7 @@
 #include "refinement.h"
 #include "scene_reader.h"
 #include "text.h"
+#include "warnings.h"
 
 namespace {
 
@@ -118,9 +119,13 @@ void drawDesign(const Scene& scene, const Assessment& found, const std::string& 
 
 void printAssessment(const Scene& scene, const Assessment& found,
                      const std::optional<DrawnDesign>& drawn) {
-    if (!found.floating.empty()) printRow("left out", describe(found.floating));
     if (found.problems.empty()) {
         printRow("compliance", formatted("%.6g", found.score.compliance));
+        // Grows with the number of elements; that of a drawn design stays in the percents.
+        if (scene.densities->values.size() > MAX_DRAWN_ELEMENTS)
+            printRow("",
+                     "too high for want of precision on so many elements: some 2 % for each "
+                     "100,000, more for slender parts");
         if (drawn)
             printRow("", drawn->compliance() +
                              formatted(" as drawn, in black and white on %d x %d elements",
@@ -133,11 +138,35 @@ void printAssessment(const Scene& scene, const Assessment& found,
 }
 
 /// Tells on standard error what keeps the score from being plain.
-void complainOf(const Assessment& found, const std::filesystem::path& scene) {
-    if (!found.floating.empty())
-        complain(nameOf(scene) + ": warning: design: " + describe(found.floating) + "; left out");
+void complainOf(const Assessment& found, const Findings& warnings,
+                const std::filesystem::path& scene) {
+    complainOf(warnings, scene);
     for (const std::string& problem : toldLines(found.problems))
         complain(nameOf(scene) + ": not supported: " + problem);
+}
+
+/// What a design is worth, as it is or, where that takes more precision than there is, as drawn.
+struct Verdict {
+    Assessment found;
+    std::optional<DrawnDesign> drawn;
+    Findings warnings;
+};
+
+/// Replaces the densities of the scene by those that the verdict is about.
+Verdict judge(Scene& scene) {
+    Verdict verdict{assess(*scene.densities, scene), asDrawn(scene), {}};
+    auto& [found, drawn, warnings] = verdict;
+    const auto warn = [&](const std::string& text) {
+        warnings.push_back({Finding::WARNING, "design", text, std::nullopt});
+    };
+    if (found.isBeyondPrecision && drawn && drawn->assessment.problems.empty()) {
+        warn(found.problems.front().text + "; scored as drawn");
+        scene.densities = std::move(drawn->design);
+        found = std::move(drawn->assessment);
+        drawn.reset();
+    }
+    if (!found.floating.empty()) warn(describe(found.floating) + "; left out");
+    return verdict;
 }
 
 void readDesignInto(Scene& scene, const std::filesystem::path& file) {
@@ -161,29 +190,29 @@ int runScore(const ScoreOptions& options) {
     Scene scene = readScene(options.scene);
     if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
-    for (const Finding& finding : checkBeforeScore(scene))
-        throw InputError(nameOf(options.scene) + ": " + lineOf(finding));
-    const int refinement = refinementOf(*scene.densities, scene);
+    Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);
+    const Field design = *scene.densities;
+    const int refinement = refinementOf(design, scene);
     const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
     prepareOutputs(options, scene, scale);
 
     // 2. The score.
-    const Assessment found = assess(*scene.densities, scene);
-    const auto drawn = asDrawn(scene);
+    const auto [found, drawn, more] = judge(scene);
+    warnings.insert(warnings.end(), more.begin(), more.end());
 
     // 3. What it came to. A picture is left only by a score that was told.
     printScene(scene);
     printAssessment(scene, found, drawn);
+    for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
-    complainOf(found, options.scene);
+    complainOf(found, warnings, options.scene);
     if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
     Writer writer;
     if (!options.picture.empty())
-        writer.attempt([&] {
+        writer.attempt([&, &found = found, &drawn = drawn] {
             drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
         });
-    writeExports(writer, options.exports, *scene.densities, refinement);
+    writeExports(writer, options.exports, design, refinement);
     if (writer.hasFailed()) return ERROR_STATUS;
-    const bool counts = options.isStrict && !found.floating.empty();
-    return !found.problems.empty() || counts ? 1 : 0;
+    return !found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
 }

@@ -228,6 +228,7 @@ void Animation::add(RgbImage picture) {
 }
 
 void Animation::replaceLast(RgbImage picture) {
+    if (frames.empty()) return add(std::move(picture));
     checkSize(picture);
     frames.back().picture = std::move(picture);
     if (frames.size() > 2) weigh(frames.size() - 2);

@@ -15,7 +15,7 @@ public:
 
     void add(RgbImage picture);
 
-    /// Shows another picture in the place of the last one. There is at least one.
+    /// Shows another picture in the place of the last one, if there is one.
     void replaceLast(RgbImage picture);
 
     bool empty() const { return frames.empty(); }

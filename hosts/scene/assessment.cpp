@@ -4,6 +4,7 @@
 
 #include "checks.h"
 #include "refinement.h"
+#include "text.h"
 
 namespace {
 
@@ -43,10 +44,13 @@ Assessment assess(const Field& design, const Scene& scene) {
     if (!result.problems.empty()) return result;
     const Scene plate = refined(scene, refinementOf(design, scene));
     result.score = Game(plate).score(without(design, result.floating));
-    if (!result.score.supported)
-        result.problems.push_back({Finding::ERROR, "supports",
-                                   "the plate or some of its material is free to move",
-                                   std::nullopt});
+    if (result.score.supported) return result;
+    result.isBeyondPrecision = true;
+    result.problems.push_back(
+        {Finding::ERROR, "design",
+         formatted("on %d x %d elements parts of it are too slender for the library's precision",
+                   design.width, design.height),
+         std::nullopt});
     return result;
 }
 

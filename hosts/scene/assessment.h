@@ -11,6 +11,9 @@ struct Assessment {
     Score score;                         ///< of the design without its floating parts
     std::vector<FloatingPart> floating;  ///< left out
     Findings problems;                   ///< why it is not supported; empty when it is
+    /// Everything is held, but the library's precision does not suffice for so slender parts on so
+    /// many elements: a coarser design may have a score. The problems say so.
+    bool isBeyondPrecision = false;
 };
 
 /// Scores a design of the grid's size or a whole multiple of it, under the scene's loads and

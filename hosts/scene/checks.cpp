@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "held_nodes.h"
+#include "idle_loads.h"
 #include "memory_need.h"
 #include "refinement.h"
 #include "text.h"
@@ -67,22 +67,6 @@ private:
 
 bool hasForce(const Load& load) { return load.fx != 0 || load.fy != 0; }
 
-Findings findIdleLoads(const Scene& scene) {
-    std::vector<Load> pulling = scene.loads;
-    std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
-    if (pulling.empty()) return {error("loads", "there is no force at all")};
-    pulling = withLoadsInUse(scene).loads;
-    std::erase_if(pulling, [](const Load& load) { return !hasForce(load); });
-    if (pulling.empty()) return {error("loadCasesInUse", "none of them has a force")};
-    const HeldNodes held(scene);
-    const auto works = [&](const Load& load) { return held.leaveWork(load); };
-    if (std::any_of(pulling.begin(), pulling.end(), works)) return {};
-    return {error("loads",
-                  "every force acts where a support holds the node in its direction, and does no "
-                  "work; move the loads or the supports",
-                  nodesOf(pulling.front()))};
-}
-
 Findings findInsideVoid(const Scene& scene) {
     if (scene.passive.voids.empty()) return {};
     const PassiveVoid passiveVoid(scene);
@@ -101,6 +85,20 @@ Findings findInsideVoid(const Scene& scene) {
         tell(item("supports", i), scene.supports[i]);
     return findings;
 }
+
+/// Of a scene without other faults.
+Findings findCutOff(const Scene& scene) {
+    if (scene.passive.voids.empty()) return {};
+    Field plate(scene.width, scene.height, 1);
+    for (const Cell& cell : scene.passive.voids.cells) plate.at(cell.x, cell.y) = 0;
+    Findings findings;
+    for (const Finding& loose : findLooseLoads(plate, findFloatingParts(plate, scene), scene))
+        findings.push_back(
+            error(loose.key, "passive.void separates it from every support", loose.place));
+    return findings;
+}
+
+bool isWarning(const Finding& finding) { return finding.severity == Finding::WARNING; }
 
 Findings findImpossibleVolume(const Scene& scene) {
     const double elements = 1.0 * scene.width * scene.height;
@@ -134,6 +132,8 @@ Findings findTooLarge(const MemoryNeed& need) {
 /// Of a scene as it stands, whatever its timeline says.
 Findings checkNow(const Scene& scene) {
     Findings findings = checkSettings(scene);
+    for (const Finding& idle : findIdleLoads(scene))
+        if (isWarning(idle)) findings.push_back(idle);
     append(findings, findTooFine(scene));
     append(findings, findTooLarge(scene));
     return findings;
@@ -178,8 +178,10 @@ Findings checkBeforeScore(const Scene& scene) {
 
 Findings checkSettings(const Scene& scene) {
     Findings findings = findIdleLoads(scene);
+    std::erase_if(findings, isWarning);
     append(findings, findInsideVoid(scene));
     if (findings.empty()) append(findings, findFreePlate(scene));
+    if (findings.empty()) append(findings, findCutOff(scene));
     append(findings, findImpossibleVolume(scene));
     return findings;
 }

@@ -1,18 +1,15 @@
 #include "design_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 #include "exact_text.h"
 #include "field_size.h"
 #include "file_ending.h"
 #include "input_error.h"
+#include "json_value.h"
 #include "png_image.h"
 #include "text.h"
 
@@ -24,9 +21,7 @@ public:
     explicit CsvReader(const std::filesystem::path& csv) : file(csv) {}
 
     Field read(int width, int height) {
-        std::ifstream stream(file, std::ios::binary);
-        if (!stream) fail(std::string("cannot be read: ") + std::strerror(errno));
-        const std::string text{std::istreambuf_iterator<char>(stream), {}};
+        const std::string text = readText(file, "a design");
         std::string_view rest = text;
         if (rest.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK)
             rest.remove_prefix(BYTE_ORDER_MARK.size());

@@ -8,10 +8,3 @@ HeldNodes::HeldNodes(const Scene& scene) : inX(scene.width + 1, scene.height + 1
                 if (support.fixY) inY.at(x, y) = 1;
             }
 }
-
-bool HeldNodes::leaveWork(const Load& load) const {
-    for (int x = load.x.from; x <= load.x.to; ++x)
-        for (int y = load.y.from; y <= load.y.to; ++y)
-            if (leaveWork(load, x, y)) return true;
-    return false;
-}

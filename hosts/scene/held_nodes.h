@@ -13,9 +13,6 @@ public:
         return (load.fx != 0 && inX.at(x, y) == 0) || (load.fy != 0 && inY.at(x, y) == 0);
     }
 
-    /// Whether a load does work at any of its nodes.
-    bool leaveWork(const Load& load) const;
-
 private:
     Field inX;  // 1 where held
     Field inY;

@@ -57,6 +57,7 @@ std::size_t lastNonBlankBefore(const std::string& text, std::size_t position) {
 }
 
 std::string whatIsThere(const std::string& text, std::size_t at, const std::string& complaint) {
+    if (at < text.size() && text[at] == '\0') return "a byte 0: this is no text";
     if (has(complaint, "unexpected end of input") || at >= text.size())
         return "the end of the file";
     if (has(complaint, "unexpected string literal")) return "a text";

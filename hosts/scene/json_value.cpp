@@ -21,13 +21,13 @@ constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
 
 constexpr std::size_t LONGEST_KEY = 60;  // of an unknown one that is told
 
-/// Throws InputError where a key stands twice in one object: the parser would silently keep the last,
-/// and a scene lose its first loads. (A callback of the parser that builds the document would do, but
-/// it goes over a list again after each of its elements.)
-class DuplicateKeys : public json::json_sax_t {
+/// Throws InputError where a text is no JSON, or where a key stands twice in one object: the parser
+/// would silently keep the last, and a scene lose its first loads. (A callback of the parser that
+/// builds the document would do, but it goes over a list again after each of its elements.)
+class SyntaxCheck : public json::json_sax_t {
 public:
     /// The parser reads from `buffer`, which holds the text.
-    DuplicateKeys(const std::string& parsed, std::streambuf& buffer, std::string source)
+    SyntaxCheck(const std::string& parsed, std::streambuf& buffer, std::string source)
         : text(parsed), read(buffer), file(std::move(source)) {}
 
     bool null() override { return true; }
@@ -39,8 +39,12 @@ public:
     bool binary(json::binary_t&) override { return true; }
     bool start_array(std::size_t) override { return true; }
     bool end_array() override { return true; }
-    bool parse_error(std::size_t, const std::string&, const json::exception&) override {
-        return false;
+    bool parse_error(std::size_t position, const std::string&,
+                     const json::exception& error) override {
+        if (dynamic_cast<const json::parse_error*>(&error))
+            throw InputError(file + ": " + describeJsonError(text, position, error.what()));
+        throw InputError(file + ": " + placeInText(text, position > 0 ? position - 1 : 0) +
+                         ": a number is too large for any computer");
     }
     bool start_object(std::size_t) override {
         ends.emplace_back();
@@ -95,10 +99,10 @@ std::string outside(const std::string& found, const std::string& from, const std
 
 }  // namespace
 
-std::string readText(const std::filesystem::path& file) {
+std::string readText(const std::filesystem::path& file, const std::string& what) {
     std::error_code unknown;  // of no interest: a name that is too long cannot be opened either
     if (std::filesystem::is_directory(file, unknown))
-        throw InputError(nameOf(file) + ": is a directory, expected a scene file");
+        throw InputError(nameOf(file) + ": is a directory, expected the file of " + what);
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     if (!stream) throw InputError(nameOf(file) + ": cannot be read: " + std::strerror(errno));
@@ -108,7 +112,7 @@ std::string readText(const std::filesystem::path& file) {
            stream.gcount() > 0) {
         text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
         if (text.size() > MAX_FILE_BYTES)
-            throw InputError(nameOf(file) + ": is larger than 64 MiB, too large for a scene");
+            throw InputError(nameOf(file) + ": is larger than 64 MiB, too large for " + what);
     }
     return text;
 }
@@ -117,17 +121,10 @@ json parseJson(const std::string& text, const std::filesystem::path& file) {
     constexpr bool throwing = true;
     constexpr bool withComments = true;
     constexpr bool strict = true;
-    try {
-        json document = json::parse(text, nullptr, throwing, withComments);
-        std::istringstream stream(text);
-        DuplicateKeys duplicateKeys(text, *stream.rdbuf(), nameOf(file));
-        json::sax_parse(stream, &duplicateKeys, json::input_format_t::json, strict, withComments);
-        return document;
-    } catch (const json::parse_error& error) {
-        throw InputError(nameOf(file) + ": " + describeJsonError(text, error.byte, error.what()));
-    } catch (const json::exception&) {
-        throw InputError(nameOf(file) + ": a number is too large for any computer");
-    }
+    std::istringstream stream(text);
+    SyntaxCheck check(text, *stream.rdbuf(), nameOf(file));
+    json::sax_parse(stream, &check, json::input_format_t::json, strict, withComments);
+    return json::parse(text, nullptr, throwing, withComments);
 }
 
 JsonValue::JsonValue(const json& document, const std::string& source)

@@ -9,8 +9,9 @@
 
 #include "range.h"
 
-/// The text of a file that may be a scene. Throws InputError when it cannot be read or is too large.
-std::string readText(const std::filesystem::path& file);
+/// The text of a file that should be `what`, such as "a scene". Throws InputError when it cannot be
+/// read or is too large.
+std::string readText(const std::filesystem::path& file, const std::string& what = "a scene");
 
 /// Reads JSON. Throws InputError when it is malformed (with line and column) or has the same key
 /// twice in one object; `file` is named there.

@@ -5,6 +5,25 @@
 
 #include "records.h"
 
+namespace {
+
+constexpr const char* BENDS_TOO_FAR = "Change load/support";
+
+// The library takes displacements beyond some 1e7 for those of a plate that nothing holds; a slender
+// one reaches them under a force of 1. Two steps suffice for a bar of one row of 1000 elements, and
+// what is really free goes far beyond.
+constexpr double SOFTER = 1e3;
+constexpr int SOFTER_STEPS = 2;
+
+/// What an update and a start need.
+Scene withoutRest(Scene scene) {
+    scene.densities.reset();
+    scene.timeline.clear();
+    return scene;
+}
+
+}  // namespace
+
 Optimiser::Optimiser(const Scene& scene)
     : width(scene.width), height(scene.height), unitOfForce(forceUnit(scene)) {
     start(scene);
@@ -20,9 +39,10 @@ void Optimiser::start(const Scene& scene) {
     update(scene);
 }
 
-void Optimiser::rescale(const Scene& scene) { unitOfForce = forceUnit(scene); }
+void Optimiser::rescale(const Scene& scene) { unitOfForce = softness * forceUnit(scene); }
 
 void Optimiser::update(const Scene& scene) {
+    told = withoutRest(scene);
     const auto loads = loadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);
     const auto passive = passiveRecords(scene.passive);
@@ -40,6 +60,19 @@ void Optimiser::restart(const Scene& scene, bool keepsDesign) {
 }
 
 Optimiser::Outcome Optimiser::iterate(double penalty, bool movesBlob) {
+    Outcome outcome = iterateOnce(penalty, movesBlob);
+    for (int step = 0; step < SOFTER_STEPS && !hasDesign && outcome.message == BENDS_TOO_FAR;
+         ++step) {
+        softness *= SOFTER;
+        unitOfForce *= SOFTER;
+        restart(Scene(told), false);
+        outcome = iterateOnce(penalty, movesBlob);
+    }
+    hasDesign = hasDesign || outcome.message.empty();
+    return outcome;
+}
+
+Optimiser::Outcome Optimiser::iterateOnce(double penalty, bool movesBlob) {
     std::array<char, 256> message = {};
     constexpr int length = static_cast<int>(message.size());
     const auto exponent = static_cast<float>(penalty);

@@ -12,8 +12,8 @@
 class Optimiser {
 public:
     /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory. The
-    /// library is told forces in the unit of this scene's largest one (its timeline included), for
-    /// as long as this object lives.
+    /// library is told forces in the unit of this scene's largest one (its timeline included), or in
+    /// a larger one when the plate bends too far for it, for as long as this object lives.
     explicit Optimiser(const Scene& scene);
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;
@@ -48,9 +48,13 @@ public:
 
 private:
     void start(const Scene& scene);
+    Outcome iterateOnce(double penalty, bool movesBlob);
 
+    Scene told;              // what the library knows
+    bool hasDesign = false;  // an iteration succeeded
     int width;
     int height;
+    double softness = 1;  // of the plate: that much larger is the unit than the largest force
     double unitOfForce;
     int refinement = 1;  // picture cells per edge of an element
     int restartId = 1;

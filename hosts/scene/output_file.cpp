@@ -82,8 +82,12 @@ private:
 
 fs::path resolved(const fs::path& file) {
     std::error_code error;
-    const fs::path absolute = fs::absolute(file, error);
+    fs::path absolute = fs::absolute(file, error);
     if (error) return file;
+    // A link may point to what does not exist yet.
+    constexpr int mostLinks = 40;
+    for (int i = 0; i < mostLinks && fs::is_symlink(absolute, error); ++i)
+        absolute = absolute.parent_path() / fs::read_symlink(absolute, error);
     const fs::path result = fs::weakly_canonical(absolute, error);
     return error ? absolute : result;
 }

@@ -92,16 +92,18 @@ template <typename Target>
 void readRefinements(const JsonValue& value, const Scene& scene, Target& target) {
     target.subdivision = readRefinement(value, "subdivision");
     target.meshFactor = readRefinement(value, "meshFactor");
-    const auto check = [&](const char* what, double refinement, double mostCells) {
+    const auto check = [&](const char* key, const char* what, double refinement, double mostCells) {
         const double columns = refinement * scene.width;
         const double rows = refinement * scene.height;
         if (columns * rows > mostCells || std::max(columns, rows) > Scene::MAX_FINE_SIDE)
-            value.fail("refines the " + std::string(what) + " to " + wholeNumber(columns) + " x " +
-                       wholeNumber(rows) + " cells, allowed are at most " + wholeNumber(mostCells) +
-                       ", and " + wholeNumber(Scene::MAX_FINE_SIDE) + " along a side");
+            value.find(key).value_or(value).fail(
+                "refines the " + std::string(what) + " to " + wholeNumber(columns) + " x " +
+                wholeNumber(rows) + " cells, allowed are at most " + wholeNumber(mostCells) +
+                ", and " + wholeNumber(Scene::MAX_FINE_SIDE) + " along a side");
     };
-    check("design", target.subdivision, Scene::MAX_DESIGN_CELLS);
-    check("picture", target.subdivision * target.meshFactor, Scene::MAX_PICTURE_CELLS);
+    check("subdivision", "design", target.subdivision, Scene::MAX_DESIGN_CELLS);
+    check("meshFactor", "picture", target.subdivision * target.meshFactor,
+          Scene::MAX_PICTURE_CELLS);
 }
 
 Restart readRestart(const JsonValue& value, const Scene& scene) {
@@ -124,7 +126,10 @@ Change readChange(const JsonValue& value, const Scene& scene) {
             change.keys.emplace_back(key.name);
         }
     const int first = scene.timeline.empty() ? 2 : scene.timeline.back().iteration + 1;
-    change.iteration = value.at("iteration").integer(first, scene.iterations, CHANGE_ORDER);
+    const JsonValue iteration = value.at("iteration");
+    if (first > scene.iterations)
+        iteration.fail("no iteration is left for it: the change before it comes in the last one");
+    change.iteration = iteration.integer(first, scene.iterations, CHANGE_ORDER);
     if (const auto restart = value.find("restart")) change.restart = readRestart(*restart, scene);
     if (change.keys.empty() && !change.restart) value.fail("changes nothing");
     return change;

@@ -121,7 +121,7 @@ std::string counted(std::size_t count, const std::string& what) {
 
 std::string plainNumber(double value) {
     const double size = std::abs(value);
-    return size == 0 || (size >= 1e-7 && size < 1e15) ? exactDecimalText(value) : exactText(value);
+    return size == 0 || (size >= 1e-10 && size < 1e15) ? exactDecimalText(value) : exactText(value);
 }
 
 std::string placeText(double x, double y) {

@@ -62,6 +62,9 @@ TEST_F(Surroundings, tellWhenStandardOutputIsFull) {
         EXPECT_NE(outcome.err.find("voxam: standard output cannot be written\n"),
                   std::string::npos);
     }
+    // Somebody who reads no further than the first line.
+    EXPECT_EQ(run("optimise o.json --design d.csv | head -n 1").out, "preparing 30 iterations\n");
+    EXPECT_TRUE(fs::remove(directory / "d.csv"));
     // A score is repeated soon; a run may have taken hours.
     EXPECT_EQ(files(), (std::vector<std::string>{"o.json", "p.png", "s.json"}));
 }
@@ -86,6 +89,10 @@ TEST_F(Surroundings, loseNoRunToOneFileThatCannotBeWritten) {
     EXPECT_NE(full.err.find("voxam: p.png: cannot be written: File too large\n"),
               std::string::npos);
     EXPECT_NE(full.out.find("  iterations         1 of 30, then stopped: "), std::string::npos);
+    fs::remove_all(directory / "f");
+    fs::create_directories(directory / "f/frame-0001.png");
+    EXPECT_EQ(run("optimise o.json --frames f --animation a.gif").status, 2);
+    EXPECT_TRUE(fs::remove(directory / "a.gif"));
     EXPECT_EQ(files(),
               (std::vector<std::string>{"d.csv", "f", longest + ".png", "o.json", "s.json"}));
 }
@@ -98,6 +105,8 @@ TEST_F(Surroundings, protectWhatOtherOptionsAndTheSceneName) {
     expectError(run("optimise o.json --frames f --history ./f/frame-0001.png"),
                 "--frames: a frame would replace ./f/frame-0001.png");
     expectError(run("optimise png.json --picture f/drawn.png"), "it is an input of the scene");
+    fs::create_symlink("both.png", directory / "link.csv");  // to nothing yet
+    expectError(run("optimise o.json --history link.csv --picture both.png"), "the same file");
     expectError(run("optimise o.json --frames o.json"), "o.json: expected a directory");
     fs::copy(directory / "f/drawn.png", directory / "f/frame-0003.png");
     write("png.json", toOptimise(R"(, "densities": {"png": "f/frame-0003.png"})"));
@@ -175,7 +184,7 @@ TEST_F(Surroundings, countWarningsWhenStrict) {
         lenient.err,
         "voxam: s.json: warning: design: 1 part that hangs on nothing, 1 element of the grid; "
         "the first at x 11, y 5; left out\n");
-    EXPECT_NE(lenient.out.find("  left out           1 part"), std::string::npos);
+    EXPECT_NE(lenient.out.find("  warning            design: 1 part"), std::string::npos);
     EXPECT_EQ(run("score s.json --strict").status, 1);
 
     write("little.json", toOptimise(R"(, "subdivision": 5)"));

@@ -41,6 +41,31 @@ TEST(ChecksBefore, tellOfForcesThatDoNoWork) {
     EXPECT_THAT(before(scene), ElementsAre(HasSubstr("loads: every force acts where a support")));
     EXPECT_EQ(checkBeforeOptimisation(scene).front().place, (Place{true, {12, 12}, {3, 3}}));
     scene.loads.push_back({{12, 12}, {3, 3}, 1, 0, 0});
+    EXPECT_THAT(before(scene),
+                ElementsAre(HasSubstr("warning: loads: every force of load case 1 acts where")));
+    scene.loads.push_back({{12, 12}, {3, 3}, 1, 0, 1});
+    EXPECT_THAT(before(scene), IsEmpty());
+}
+
+TEST(ChecksBefore, tellOfForcesThatComeToNothing) {
+    Scene scene = clampedPlate(12, 6);
+    scene.loads = {{{10, 12}, {3, 3}, 0, 0.3, 0}, {{10, 12}, {3, 3}, 0, -0.3, 0}};
+    EXPECT_THAT(
+        before(scene),
+        ElementsAre("error: loads: every force is cancelled by others at its nodes; nothing "
+                    "is left to carry"));
+    scene.loads.back().x = {9, 11};  // meets the other one at two of three nodes
+    EXPECT_THAT(before(scene), IsEmpty());
+    scene.loads = {{{12, 12}, {3, 3}, 0, 1e-10, 0}};
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("is 0.0000000001, expected at least")));
+}
+
+TEST(ChecksBefore, tellOfLoadsThatPassiveVoidCutsOff) {
+    Scene scene = clampedPlate(12, 6);
+    scene.passive.voids = rectangle(5, 6, 0, 5);
+    EXPECT_THAT(before(scene),
+                ElementsAre("error: loads[0]: passive.void separates it from every support"));
+    scene.passive.voids = rectangle(5, 6, 1, 5);
     EXPECT_THAT(before(scene), IsEmpty());
 }
 
@@ -87,9 +112,9 @@ TEST(ChecksBefore, tellOfVolumesThatCannotBe) {
     EXPECT_THAT(before(scene), ElementsAre("error: passive: the solid elements are 50.0 % of the "
                                            "plate, more than the volumeFraction 0.49"));
     scene.passive = {};
-    scene.passive.voids = rectangle(2, 10, 0, 5);
-    scene.volumeFraction = 0.3;
-    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("leave 25.0 % of the plate, less than")));
+    scene.passive.voids = rectangle(2, 10, 0, 0);
+    scene.volumeFraction = 0.9;
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("leave 87.5 % of the plate, less than")));
 }
 
 TEST(ChecksBefore, warnOfSubdivisionsThatAreTooFine) {

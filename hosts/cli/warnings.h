@@ -1,0 +1,11 @@
+#pragma once
+
+#include <filesystem>
+
+#include "finding.h"
+
+/// Throws InputError for the first error among the findings about a scene, and returns the warnings.
+Findings warningsOf(const Findings& findings, const std::filesystem::path& scene);
+
+/// Tells warnings on standard error.
+void complainOf(const Findings& warnings, const std::filesystem::path& scene);
