@@ -14,7 +14,8 @@
 //         Show(optimiser.Picture);
 //     }
 //
-// There can be one Optimiser and one Game in a process at a time. Calls from several threads wait for
+// There can be one Optimiser and one Game in a process at a time, and for that one copy of this file:
+// where several assemblies need it, let one have it and the others refer to that one. Calls from several threads wait for
 // one another. Wrong arguments are exceptions derived from ArgumentException and change nothing; what
 // only the library can find, such as a plate that nothing holds, is a ProblemException.
 
@@ -263,7 +264,8 @@ namespace Voxam
                                bool moveBlob = false)
         {
             if (!(penalty > 0) || float.IsInfinity(penalty))
-                throw new ArgumentOutOfRangeException(nameof(penalty), penalty, "must be above 0");
+                throw new ArgumentOutOfRangeException(nameof(penalty), penalty,
+                                                      "must be above 0 and finite");
             result = new Iteration();
             lock (Native.Gate)
             {
@@ -539,7 +541,8 @@ namespace Voxam
 
         public void CheckAlive(T user)
         {
-            if (!Owns(user)) throw new ObjectDisposedException(typeof(T).Name);
+            if (!Owns(user))
+                throw new ObjectDisposedException(typeof(T).Name, "Create another one to go on.");
         }
 
         public void Release(T user, Action destroy)
@@ -773,21 +776,12 @@ namespace Voxam
 
     internal static class Memory
     {
-        // Addresses for a buffer that OpenBLAS takes at the first factorisation. It tries without end if
-        // it does not get them.
-        private const double BytesOfBlas = 135e6;
-
-        /// <summary>Bytes that the machine can give away and the process may take; without end where
-        /// nobody tells.</summary>
+        /// <summary>Bytes that the machine can give away; without end where it does not tell.</summary>
         public static Func<double> Available = Read;
 
         private static double Read()
         {
-            double limit = Number("/proc/self/limits", "Max address space");
-            double used = 1024 * Number("/proc/self/status", "VmSize:");
-            double free = 1024 * Number("/proc/meminfo", "MemAvailable:");
-            if (double.IsInfinity(limit) || double.IsInfinity(used)) return free;
-            return Math.Min(free, Math.Max(0, limit - used - BytesOfBlas));
+            return 1024 * Number("/proc/meminfo", "MemAvailable:");
         }
 
         /// <summary>The first number of the line that begins with the key; without end if there is none.

@@ -70,28 +70,6 @@ def test_want_of_memory_is_an_error_of_its_own():
     assert len(refusals) == 2 and lines[-1] == "True", lines
 
 
-SHORT_OF_ADDRESSES = """
-import resource, voxam, voxam._plate
-load, wall = [voxam.Load(50, 25, fy=1)], [voxam.Support(0, y) for y in range(51)]
-voxam.Optimiser(2, 2).close()
-for spare in 100e6, 400e6:
-    used = voxam._plate._bytes("/proc/self/status", "VmSize:", 0)
-    resource.setrlimit(resource.RLIMIT_AS, (int(used + spare), resource.RLIM_INFINITY))
-    try:
-        with voxam.Optimiser(50, 50) as optimiser:
-            optimiser.update(load, wall)
-            print(optimiser.iterate().compliance > 0)
-            optimiser.restart()
-    except voxam.OutOfMemoryError as error:
-        print(error)
-"""
-
-
-def test_addresses_for_blas_are_part_of_the_need():
-    lines = python("-c", SHORT_OF_ADDRESSES).stdout.splitlines()[1:]
-    assert "0 GB are free" in lines[0] and lines[1:] == ["True"]
-
-
 FORK = """
 import multiprocessing, voxam
 def create(_):

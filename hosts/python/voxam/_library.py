@@ -59,8 +59,8 @@ class RuntimeStat(ctypes.Structure):
 _INT = ctypes.c_int
 _FLOAT = ctypes.c_float
 _DOUBLE = ctypes.c_double
-# Takes `array.ctypes.data`, or None for a null pointer. Not `array.ctypes`, whose address ctypes asks
-# for in Python: it would make an ArgumentError of a KeyboardInterrupt that comes meanwhile.
+# Takes `array.ctypes.data`, or None for a null pointer. Not `array.ctypes`, whose address ctypes
+# asks for in Python: it would make an ArgumentError of a KeyboardInterrupt that comes meanwhile.
 _ARRAY = ctypes.c_void_p
 _PROTOTYPES = {
     "_InitVoxamApp": (None, [_INT, _INT, _INT, _INT, _FLOAT, _INT, _INT]),

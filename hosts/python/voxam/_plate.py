@@ -108,42 +108,21 @@ _NODE_IN_FACTOR = 110  # times the logarithm of the number of nodes
 _NODE_IN_LOAD_CASE = 32
 _SHARE_OF_GAME = 0.9
 
-# Addresses for a buffer that OpenBLAS takes at the first factorisation. It tries without end if it
-# does not get them.
-_BLAS_BUFFER = 135e6
-
 
 def _filtered(cells: float, radius: float) -> float:
     return cells * (_CELL + _FILTER * radius**2)
 
 
 def available_memory() -> float:
-    """Bytes that the machine can give away and the process may take; without end where nobody
-    tells."""
-    return min(_bytes("/proc/meminfo", "MemAvailable:", math.inf), _address_space())
-
-
-def _address_space() -> float:
+    """Bytes that the machine can give away; without end where it does not tell."""
     try:
-        import resource
-    except ImportError:  # another system
-        return math.inf
-    limit, _ = resource.getrlimit(resource.RLIMIT_AS)
-    if limit == resource.RLIM_INFINITY:
-        return math.inf
-    return max(0.0, limit - _bytes("/proc/self/status", "VmSize:", 0.0) - _BLAS_BUFFER)
-
-
-def _bytes(file: str, key: str, default: float) -> float:
-    """The value of a line such as "VmSize: 123 kB"."""
-    try:
-        with open(file, encoding="utf-8") as lines:
+        with open("/proc/meminfo", encoding="ascii") as lines:
             for line in lines:
-                if line.startswith(key):
+                if line.startswith("MemAvailable:"):
                     return float(line.split()[1]) * 1024
     except (OSError, ValueError, IndexError):
         pass
-    return default
+    return math.inf
 
 
 @dataclass(frozen=True)

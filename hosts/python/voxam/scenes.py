@@ -127,6 +127,8 @@ def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
         document = json.loads(text, object_pairs_hook=_without_duplicates)
     except ValueError as error:
         raise SceneError(f"{path}: {error}") from None
+    except RecursionError:
+        raise SceneError(f"{path}: arrays and objects are nested too deeply") from None
     return _Reader(_Value(document, str(path), "")).scene(path.stem)
 
 
@@ -197,7 +199,8 @@ class _Value:
 
     def integer(self, least: int, most: int) -> int:
         if isinstance(self.raw, float):
-            raise self.fail(f"{self.raw} is not a whole number")
+            what = "has a decimal point, leave it out" if self.raw.is_integer() else "is not whole"
+            raise self.fail(f"a whole number is needed: {self.raw} {what}")
         return int(self.number(least, most))
 
     def numbers(self, read: Callable[[_Value], Any]) -> Tuple[Any, Any]:
