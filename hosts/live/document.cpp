@@ -53,6 +53,9 @@ void Document::open(Scene scene, const std::filesystem::path& file) {
 }
 
 void Document::save(const std::filesystem::path& target) {
+    // What nobody changed keeps its bytes, and with them its comments.
+    std::error_code error;
+    if (!isModified() && target == path && std::filesystem::exists(path, error)) return;
     const std::string text = sceneText(*saved);
     writeFile(target, {text.begin(), text.end()});
     path = target;

@@ -56,6 +56,12 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
+    connect(&run, &LiveRun::textChanged, this, [this](const QString& text) {
+        if (!active || text.isEmpty()) return;
+        designScore.reset();
+        stage.rivalHeader.showNone(tr("The optimiser cannot go on: %1").arg(text));
+        show();
+    });
 }
 
 void DrawingMode::setActive(bool isToBe) {

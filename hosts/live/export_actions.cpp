@@ -8,6 +8,7 @@
 #include <QProgressDialog>
 #include <QRegularExpression>
 #include <QSettings>
+#include <algorithm>
 
 #include "action_text.h"
 #include "animation.h"
@@ -24,7 +25,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* DIRECTORY_KEY = "exportDirectory";
-constexpr double MAX_LENGTH = 1e6;  // of an element and of a thickness, in millimetres
+constexpr double USUAL_THICKNESS = 0.1;  // of the plate's shorter side
+constexpr double MAX_LENGTH = 1e6;       // of an element and of a thickness, in millimetres
 
 int scaleOf(const ExportActions::Exhibit& exhibit) {
     return refinedPictureScale(exhibit.scene, exhibit.material.width / exhibit.scene.width);
@@ -186,11 +188,13 @@ void ExportActions::exportOutline() {
                                                 tr("Edge of an element in millimetres:"), 1, 0.001,
                                                 MAX_LENGTH, 3, &isGiven);
     if (!isGiven) return;
-    double thickness = 1;
+    const auto shown = current();
+    const int side = shown ? std::min(shown->scene.width, shown->scene.height) : 1;
+    double thickness = USUAL_THICKNESS * side * size;
     if (fileEnding(file) == ".stl")
         thickness = QInputDialog::getDouble(&parent, tr("Thickness"),
-                                            tr("Thickness of the plate in millimetres:"), 10, 0.001,
-                                            MAX_LENGTH, 3, &isGiven);
+                                            tr("Thickness of the plate in millimetres:"), thickness,
+                                            0.001, MAX_LENGTH, 3, &isGiven);
     if (!isGiven) return;
     attempt(file, [&] {
         checkEnding(tr("The outline").toStdString(), file, OUTLINE_ENDINGS);

@@ -143,7 +143,8 @@ private:
     }
 
     void addLoad() {
-        const QColor blue = PlateColours::light().load(0);
+        const QColor blue =
+            (ink.lightness() > 128 ? PlateColours::dark() : PlateColours::light()).load(0);
         painter.setPen(QPen(blue, 2.4, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(QPointF(9, 3), QPointF(9, 14));
         fillPolygon({{4.5, 13}, {13.5, 13}, {9, 20.5}}, blue);

@@ -6,8 +6,7 @@
 #include "refinement.h"
 
 LiveRun::LiveRun(Workbench& workbench)
-    : bench(workbench),
-      worker([this] { emit workerHasNews(); }) {
+    : bench(workbench), worker([this] { emit workerHasNews(); }) {
     // Emitted on the worker's thread, fetched on this one.
     connect(this, &LiveRun::workerHasNews, this, &LiveRun::fetch, Qt::QueuedConnection);
     connect(&bench.document, &Document::sceneChanged, this, &LiveRun::followScene);

@@ -198,6 +198,15 @@ void PlateView::leaveEvent(QEvent*) {
     update();
 }
 
+void PlateView::bringIntoView(QPointF plate) {
+    const QPointF place = where.toWidget(plate);
+    if (rect().contains(place.toPoint())) return;
+    const double across = std::max(KEY_PAN, width() - KEY_PAN);
+    const double down = std::max(KEY_PAN, height() - KEY_PAN);
+    panBy(QPointF(std::clamp(place.x(), KEY_PAN, across), std::clamp(place.y(), KEY_PAN, down)) -
+          place);
+}
+
 bool PlateView::moveHandByKey(const QKeyEvent& event) {
     const double steps = event.modifiers().testFlag(Qt::ShiftModifier) ? HAND_STEPS : 1;
     QPointF way;
@@ -224,6 +233,7 @@ bool PlateView::moveHandByKey(const QKeyEvent& event) {
     };
     const QPointF plate(place(from.x(), way.x(), scene->width),
                         place(from.y(), way.y(), scene->height));
+    bringIntoView(plate);
     moveHand({where.toWidget(plate), plate, event.modifiers()});
     // Screen readers tell the change.
     setAccessibleDescription(tool != nullptr ? tool->describe(*hand) : QString());

@@ -65,6 +65,7 @@ private:
     Hand handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const;
     void moveHand(const Hand& next);
     bool panByKey(int key);
+    void bringIntoView(QPointF plate);
     bool moveHandByKey(const QKeyEvent& event);
     void pressByKey(Qt::KeyboardModifiers modifiers);
 

@@ -33,14 +33,10 @@ QString adviceOn(const Finding& finding) {
 
 /// What to do about a text of the library.
 QString adviceOn(const QString& text) {
-    if (text == "Change load / support")
+    if (text == "Change load / support" || text == "Change load/support")
         return QObject::tr(
-            "The plate cannot be solved: hold it in both directions and against "
-            "turning, or move the loads.");
-    if (text == "Change load/support")
-        return QObject::tr(
-            "The plate is not held against its loads: paint supports for both "
-            "directions and against turning.");
+            "The plate gives way under its loads: see that it is held in both directions and "
+            "against turning, and that no load pulls where material is kept away.");
     if (text == "Load cannot be on top of support")
         return QObject::tr(
             "The loads do no work: move one away from the supports, add one, or "
@@ -51,9 +47,13 @@ QString adviceOn(const QString& text) {
 }  // namespace
 
 QString sentenceOf(const Finding& finding) {
-    QString sentence = QString::fromStdString(finding.text) + ".";
-    sentence[0] = sentence[0].toUpper();
-    return sentence;
+    const QString key = QString::fromStdString(finding.key);
+    const QString text = QString::fromStdString(finding.text) + ".";
+    // People count from 1.
+    const int number = key.section('[', 1).section(']', 0, 0).toInt() + 1;
+    if (key.startsWith("loads[")) return QObject::tr("Load %1: %2").arg(number).arg(text);
+    if (key.startsWith("supports[")) return QObject::tr("Support %1: %2").arg(number).arg(text);
+    return text.left(1).toUpper() + text.mid(1);
 }
 
 Problems problemsOf(const Scene& scene, const QString& libraryText) {

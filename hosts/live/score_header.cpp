@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include "problems.h"
+
 ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     : QWidget(parent), title(name), score(new QLabel("–")), details(new QLabel) {
     auto* layout = new QVBoxLayout(this);
@@ -25,8 +27,7 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
 
 void ScoreHeader::show(const ScoreResult& result, const QString& note) {
     if (!result.isSupported()) {
-        showNone(tr("Not supported: %1")
-                     .arg(QString::fromStdString(result.assessment.problems.front().text)));
+        showNone(tr("Not supported. %1").arg(sentenceOf(result.assessment.problems.front())));
         return;
     }
     tell(tr("Compliance %1").arg(result.assessment.score.compliance, 0, 'g', 5));

@@ -1,3 +1,4 @@
+#include <QWheelEvent>
 #include <QtTest>
 #include <cmath>
 
@@ -118,6 +119,79 @@ private slots:
         live.key(Qt::Key_Escape);
         QCOMPARE(live.scene().passive.solids.cells.size(), std::size_t{5});
         QCOMPARE(live.bench().document.undoStack().count(), steps);
+    }
+
+    void theViewFollowsZoomsAndMovesByKeyboard() {
+        LiveFixture live("optimise-cantilever.json");
+        const double fitted = live.view().transform().scale;
+        for (int i = 0; i < 6; ++i) live.key(Qt::Key_Plus);
+        QVERIFY(live.view().transform().scale > 3 * fitted);
+        // The hand walks to the corner of the plate, and stays in sight.
+        QVERIFY(live.takeTool("K"));
+        live.bench().setBrush({1, true});
+        for (int i = 0; i < 20; ++i) live.key(Qt::Key_Left, Qt::ShiftModifier);
+        for (int i = 0; i < 20; ++i) live.key(Qt::Key_Up, Qt::ShiftModifier);
+        QVERIFY(live.view().rect().contains(live.at(0.25, 0.25)));
+        live.key(Qt::Key_Return);
+        live.key(Qt::Key_Return);
+        QCOMPARE(live.scene().passive.solids.cells, (Cells{{0, 0}}));
+        const QPoint before = live.at(0, 0);
+        live.key(Qt::Key_Left, Qt::ControlModifier);
+        QVERIFY(live.at(0, 0).x() > before.x());
+        // The wheel keeps what is under the pointer.
+        const QPoint pointer(300, 200);
+        const QPointF under = live.view().transform().toPlate(pointer);
+        QWheelEvent wheel(pointer, live.view().mapToGlobal(pointer), {}, {0, -240}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&live.view(), &wheel);
+        const QPointF after = live.view().transform().toPlate(pointer);
+        QVERIFY(std::abs(after.x() - under.x()) < 1e-6 && std::abs(after.y() - under.y()) < 1e-6);
+    }
+
+    void arrowsOfSeveralCasesAtOneNodeAreTakenOneByOne() {
+        Scene scene = LiveFixture::smallScene();
+        scene.loadCases = 3;
+        scene.loadCasesInUse = {0, 1, 2};
+        for (int loadCase : {1, 2}) {
+            scene.loads.push_back(scene.loads[0]);
+            scene.loads.back().loadCase = loadCase;
+        }
+        LiveFixture live(scene);
+        for (const std::size_t load : {0, 1, 2}) {
+            const LoadArrow arrow = live.handle(load);
+            const QPoint middle = toQt(0.5 * (arrow.tail + arrow.tip())).toPoint();
+            // Of the colour that its case has in the program's pictures.
+            const QPoint head = toQt(arrow.tip() + -8 * arrow.direction).toPoint();
+            const QColor found = live.view().grab().toImage().pixelColor(head);
+            QCOMPARE(found.rgb(), toQt(loadCaseColour(static_cast<int>(load))).rgb());
+            live.press(middle);
+            live.release(middle);
+            QCOMPARE(live.bench().selectedLoad(), std::optional<std::size_t>(load));
+            live.bench().select(std::nullopt);
+        }
+    }
+
+    void anEditWhileATimelineIsPlayedIsKeptWhereItWasMade() {
+        Scene scene = LiveFixture::smallScene();
+        Change change;
+        change.iteration = 3;
+        change.keys = {"loads"};
+        change.settings.loads = {{{24, 24}, {0, 0}, 0, 1, 0}};
+        scene.timeline = {change};
+        LiveFixture live(scene);
+        QVERIFY(live.reach(4));
+        QCOMPARE(live.scene().loads[0].y, (Range{0, 0}));
+        live.drag(live.at(24, 0), live.at(24, 12));
+        QCOMPARE(live.scene().loads[0].y, (Range{12, 12}));
+        const Scene& whole = *live.bench().document.whole();
+        QCOMPARE(whole.loads[0].y, (Range{6, 6}));
+        QCOMPARE(whole.timeline[0].settings.loads[0].y, (Range{12, 12}));
+        live.bench().edit("Volume", [](Scene& seen) { seen.volumeFraction = 0.3; });
+        QCOMPARE(live.bench().document.whole()->volumeFraction, 0.3);
+        live.run().startAfresh();
+        QCOMPARE(live.scene().loads[0].y, (Range{6, 6}));
+        QVERIFY(live.reach(4));
+        QCOMPARE(live.scene().loads[0].y, (Range{12, 12}));
     }
 
     void aFinerGridKeepsEverythingInItsPlace() {
