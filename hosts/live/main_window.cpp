@@ -244,7 +244,10 @@ void MainWindow::connectRun() {
     connect(&run, &LiveRun::frameChanged, this, &MainWindow::showMaterial);
     connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
     connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
-    connect(&run, &LiveRun::settingsSent, plot, &PlotPanel::mark);
+    // A drag is one step of the history, whose edits follow one another.
+    connect(&bench.document.undoStack(), &QUndoStack::indexChanged, plot, [this](int step) {
+        if (std::exchange(lastStep, step) != step) plot->mark();
+    });
     connect(&run, &LiveRun::timelinePlayed, this, [this](const Change& change) {
         plot->mark();
         statusBar()->showMessage(tr("Iteration %1: the scene's timeline changes %2")
@@ -253,8 +256,13 @@ void MainWindow::connectRun() {
                                  MESSAGE_TIME);
     });
     connect(&run, &LiveRun::startedAfresh, plot, &PlotPanel::clear);
+    connect(&run, &LiveRun::startedAfresh, numbers, &NumbersPanel::clear);
     connect(&run, &LiveRun::startedAfresh, this, [this] { recorder.clear(); });
-    connect(&run, &LiveRun::textChanged, this, &MainWindow::showProblems);
+    connect(&run, &LiveRun::textChanged, this, [this](const QString& text) {
+        // What stands there is of the last design that could be computed.
+        numbers->setEnabled(text.isEmpty());
+        showProblems();
+    });
 }
 
 bool MainWindow::open(const std::filesystem::path& file) {

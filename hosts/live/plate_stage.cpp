@@ -52,6 +52,7 @@ void PlateStage::setDrawing(bool draws) {
     // Beside another plate there is little room.
     plateView->setRulers(!draws);
     rivalView->setRulers(!draws);
+    plateView->fit();
     if (!draws) return;
     arrange();
     header->showNone({});

@@ -160,6 +160,16 @@ private slots:
         }
         QCOMPARE(plot.marks(), (std::vector<std::size_t>{3, 5}));
         QVERIFY(plot.accessibleDescription().contains("2 edits"));
+        // A drag is one.
+        QVERIFY(live.takeTool("O"));
+        live.press(live.at(4, 4));
+        for (int x = 5; x < 10; ++x) {
+            live.moveTo(live.at(x, 4));
+            live.run().step();
+            QVERIFY(live.reach(x + 2));
+        }
+        live.release(live.at(10, 4));
+        QCOMPARE(plot.marks(), (std::vector<std::size_t>{3, 5, 7}));
         live.run().startAfresh();
         QVERIFY(plot.marks().empty());
     }
