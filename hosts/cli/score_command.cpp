@@ -155,9 +155,10 @@ struct Verdict {
 /// Replaces the densities of the scene by those that the verdict is about.
 Verdict judge(Scene& scene) {
     Verdict verdict{assess(*scene.densities, scene), asDrawn(scene), {}};
-    auto& [found, drawn, warnings] = verdict;
-    const auto warn = [&](const std::string& text) {
-        warnings.push_back({Finding::WARNING, "design", text, std::nullopt});
+    Assessment& found = verdict.found;
+    std::optional<DrawnDesign>& drawn = verdict.drawn;
+    const auto warn = [&verdict](const std::string& text) {
+        verdict.warnings.push_back({Finding::WARNING, "design", text, std::nullopt});
     };
     if (found.isBeyondPrecision && drawn && drawn->assessment.problems.empty()) {
         warn(found.problems.front().text + "; scored as drawn");

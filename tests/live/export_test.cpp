@@ -132,9 +132,9 @@ private slots:
 
     void withoutADesignThereIsNothingToExport() {
         MainWindow window;
-        QVERIFY_EXCEPTION_THROWN(window.exporter().writeDesign(path("none", ".csv")), InputError);
-        QVERIFY_EXCEPTION_THROWN(window.exporter().writeAnimation(path("none", ".gif")),
-                                 InputError);
+        QVERIFY_THROWS_EXCEPTION(InputError, window.exporter().writeDesign(path("none", ".csv")));
+        QVERIFY_THROWS_EXCEPTION(InputError,
+                                 window.exporter().writeAnimation(path("none", ".gif")));
         QVERIFY(!fs::exists(path("none", ".csv")));
     }
 
