@@ -185,6 +185,7 @@ TEST_F(AppBlobStepTest, CellsOutsideTheGridAreNone) {
     settings.blob = {-1, 1, 1};
     test::send(settings, app);
     EXPECT_EQ(cells(), std::vector<int>());
+    EXPECT_EQ(app.blob.blobCellCount, 0.0);
 }
 
 TEST_F(AppBlobStepTest, TheMoveLimitFollowsFromTheThirdStepOn) {
