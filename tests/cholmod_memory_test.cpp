@@ -123,7 +123,9 @@ TEST_F(CholmodMemoryTest, AFilterThrows) {
         bool enough = true;
         limited(count, [&] {
             try {
-                ConeFilter(4, 3, 1.5).applyTransposed(field, spread);
+                const ConeFilter filter(4, 3, 1.5);
+                EXPECT_EQ(filter.normaliser.getRows(), 12U) << count;
+                filter.applyTransposed(field, spread);
             } catch (const std::bad_alloc&) {
                 enough = false;
             }
