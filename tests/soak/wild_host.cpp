@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <bit>
 #include <climits>
 #include <cmath>
@@ -113,10 +114,11 @@ private:
         }
         for (; cells > 0; --cells) {
             const int margin = !onGrid && dice.oneIn(8) ? 3 : 0;
-            record.push_back(
-                static_cast<short>(dice.between(-margin, std::max(plate.width - 1, 0) + margin)));
-            record.push_back(
-                static_cast<short>(dice.between(-margin, std::max(plate.height - 1, 0) + margin)));
+            for (const int size : {plate.width, plate.height}) {
+                // A record cannot name more cells than a short counts.
+                const int last = std::clamp(size, 1, SHRT_MAX - margin) - 1;
+                record.push_back(static_cast<short>(dice.between(-margin, last + margin)));
+            }
         }
         return record;
     }
