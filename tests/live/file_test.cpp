@@ -165,13 +165,16 @@ private slots:
             live.bench().document.save(one.toStdString());
             QVERIFY(live.window.open(one.toStdString()));
         }
+        // One window after the other: a process has one optimiser.
+        {
+            MainWindow window;
+            window.openAny();
+            QCOMPARE(window.workbench().document.file().string(), one.toStdString());
+        }
+        QFile::remove(one);
         MainWindow window;
         window.openAny();
-        QCOMPARE(window.workbench().document.file().string(), one.toStdString());
-        QFile::remove(one);
-        MainWindow other;
-        other.openAny();
-        QVERIFY(other.workbench().document.scene().width > 0);
+        QVERIFY(window.workbench().document.scene().width > 0);
     }
 
     void closingAsksBeforeChangesAreLost() {
