@@ -132,13 +132,10 @@ const AssemblyStrategy ASSEMBLY_STRATEGIES[4] = {
     {"Reuse sparse (parallel build) ", true, true, true},
 };
 
-DenseMatrix performanceDensities(int nelx, int nely) {
-    return {static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1, DENSITY};
-}
-
-SparseMatrix assembleRepeatedly(int nelx, int nely, const DenseMatrix& densities,
-                                const AssemblyStrategy& strategy, int iterations,
-                                double& buildTime) {
+DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int iterations,
+                    double& buildTime, SparseMatrix* stiffness) {
+    DenseMatrix densities(static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1,
+                          DENSITY);
     Assembly assembly{nelx, nely, densities, nullptr};
     SparseMatrix K = assembly.emptyMatrix(nelx);
     for (int it = 0; it < iterations; ++it) {
@@ -158,7 +155,8 @@ SparseMatrix assembleRepeatedly(int nelx, int nely, const DenseMatrix& densities
             assembly.addAllColumns(K, true);
         buildTimed(K, buildTime);
     }
-    return K;
+    if (stiffness) *stiffness = std::move(K);
+    return densities;
 }
 
 void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& iterationCounts) {
@@ -173,8 +171,7 @@ void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& itera
             Timer timer;
             timer.start();
             double buildTime = 0.0;
-            const DenseMatrix densities = performanceDensities(nelx, nely);
-            assembleRepeatedly(nelx, nely, densities, strategy, count, buildTime);
+            const DenseMatrix densities = runTest(nelx, nely, strategy, count, buildTime);
             timer.stop();
             std::cout << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
             checksums.push_back(std::accumulate(densities.begin(), densities.end(), 0.0));
