@@ -7,11 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "support/answers.h"
 #include "support/exports.h"
 
 namespace {
-
-constexpr double FAILED_SCORE = 3.4028234663852886e38;
 
 std::string textOfIteration() {
     char text[64];
@@ -21,7 +20,7 @@ std::string textOfIteration() {
 
 // What a host sees after a refusal, and that the next small plate is none the worse for it.
 void expectRefusal() {
-    EXPECT_EQ(textOfIteration(), "No optimiser: call _InitVoxamApp first");
+    EXPECT_EQ(textOfIteration(), test::NO_OPTIMISER);
     _InitVoxamApp(3, 2, 1, 1, 0.5F, 1, 0);
     test::update(test::cantilever(3, 2));
     EXPECT_EQ(textOfIteration(), "");
@@ -73,7 +72,7 @@ TEST(LargeGameTest, IsRefused) {
                                                {40, 30, INT_MAX}}) {
         _InitVoxamGame(width, height, 1, 1, 0, nullptr, 0, nullptr, cases);
         float value = 77;
-        EXPECT_EQ(_SolveVoxamGame(&density, &value), FAILED_SCORE);
+        EXPECT_EQ(_SolveVoxamGame(&density, &value), test::FAILED_SCORE);
         EXPECT_EQ(value, 77) << "no solver, so nothing to write";
     }
 }

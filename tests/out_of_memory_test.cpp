@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/answers.h"
 #include "support/exports.h"
 
 namespace {
@@ -33,7 +34,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(me
 
 namespace {
 
-constexpr double FAILED_SCORE = 3.4028234663852886e38;
+using test::FAILED_SCORE;
 constexpr long MOST_ALLOCATIONS = 1000;
 
 // Runs the call with room for that many allocations.
@@ -113,9 +114,8 @@ void createApp() {
 
 TEST(OutOfMemoryTest, AnOptimiserThatCannotBeCreatedIsNone) {
     Iteration iteration;
-    const std::string none = "No optimiser: call _InitVoxamApp first";
     long count = 0;
-    for (std::string text = none; text == none; ++count) {
+    for (std::string text = test::NO_OPTIMISER; text == test::NO_OPTIMISER; ++count) {
         ASSERT_LT(count, MOST_ALLOCATIONS);
         createApp();
         withAllocations(count, createApp);
@@ -137,7 +137,7 @@ TEST(OutOfMemoryTest, SettingsThatCannotBeTakenLeaveTheOldOnes) {
         test::update(good);
         withAllocations(count, [&] { test::update(withoutWork); });
         text = iteration.result();
-        EXPECT_TRUE(text.empty() || text == "Load cannot be on top of support") << text;
+        EXPECT_TRUE(text.empty() || text == test::NO_WORK) << text;
     }
     EXPECT_GT(count, 1);
     _DestroyVoxamApp();

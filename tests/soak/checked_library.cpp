@@ -3,7 +3,7 @@
 #include <climits>
 #include <cmath>
 
-#include "guarded.h"
+#include "fault.h"
 
 namespace soak {
 
@@ -29,6 +29,11 @@ std::string textIn(const Guarded<char>& buffer, const Request& request) {
     return {buffer.begin(), end};
 }
 
+template <typename T>
+void requireIntact(const Guarded<T>& values, const std::string& name) {
+    require(values.isIntact(), "writes nothing beside " + name);
+}
+
 bool isCutOf(const std::string& text, const std::string& whole, int length) {
     return text == whole.substr(0, static_cast<size_t>(length - 1));
 }
@@ -43,11 +48,11 @@ struct CheckedLibrary::Buffers {
           mask(plate.elements()) {}
 
     void requireGuards() const {
-        text.requireGuards("the text");
-        picture.requireGuards("the picture");
-        change.requireGuards("the change");
-        times.requireGuards("the times");
-        mask.requireGuards("the mask");
+        requireIntact(text, "the text");
+        requireIntact(picture, "the picture");
+        requireIntact(change, "the change");
+        requireIntact(times, "the times");
+        requireIntact(mask, "the mask");
     }
 
     void requireTimes() const {
@@ -230,7 +235,7 @@ Score CheckedLibrary::score(const std::vector<float>& densities) {
     caller.call([&](const LoadedLibrary& library) {
         score.value = library.solve(densities.data(), shares.data());
     });
-    shares.requireGuards("the shares of the elements");
+    requireIntact(shares, "the shares of the elements");
     require(gameAlive || (score.value == FAILED_SCORE && shares.untouched()),
             "without a solver every score fails, and nothing is written");
     score.shares = shares.copy();

@@ -6,20 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "../support/answers.h"
+#include "../support/guarded.h"
 #include "../support/hash.h"
 #include "../support/plates.h"
 #include "caller.h"
 
 namespace soak {
 
-/// What the texts of an iteration can be.
-inline const std::string NO_OPTIMISER = "No optimiser: call _InitVoxamApp first";
-inline const std::string UNSOLVABLE = "Change load / support";
-inline const std::string NOT_HELD = "Change load/support";
-inline const std::string NO_WORK = "Load cannot be on top of support";
-
-/// The score of a plate that cannot be solved.
-inline constexpr double FAILED_SCORE = 3.4028234663852886e38;
+using namespace test;  // its answers and guarded arrays
 
 /// The sizes of an optimiser, in the order of _InitVoxamApp.
 struct Plate {

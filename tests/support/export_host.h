@@ -8,40 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "support/answers.h"
 #include "support/exports.h"
+#include "support/guarded.h"
 
 namespace test {
-
-inline const std::string NO_OPTIMISER = "No optimiser: call _InitVoxamApp first";
-inline const std::string UNSOLVABLE = "Change load / support";
-inline const std::string NOT_HELD = "Change load/support";
-inline const std::string NO_WORK = "Load cannot be on top of support";
-
-/// An output buffer between guard zones.
-template <typename T>
-class Guarded {
-public:
-    static constexpr T UNTOUCHED = 77;
-
-    explicit Guarded(int size) : values(static_cast<size_t>(size) + 2 * GUARD, UNTOUCHED) {}
-    T* data() { return values.data() + GUARD; }
-    std::vector<T> take() const {
-        for (size_t i = 0; i < GUARD; ++i) {
-            EXPECT_EQ(values[i], UNTOUCHED);
-            EXPECT_EQ(values[values.size() - 1 - i], UNTOUCHED);
-        }
-        return {values.begin() + GUARD, values.end() - GUARD};
-    }
-
-private:
-    static constexpr size_t GUARD = 16;
-    std::vector<T> values;
-};
-
-template <typename T>
-bool untouched(const std::vector<T>& values) {
-    return std::ranges::all_of(values, [](T v) { return v == Guarded<T>::UNTOUCHED; });
-}
 
 struct Result {
     double compliance;
@@ -69,9 +40,9 @@ struct Host {
     }
     /// One iteration into guarded buffers; whatever comes back is checked for what always holds.
     Result iterate(Kind kind = PLAIN, float penalty = 3.0F, int length = 40) const {
-        const int cells = nelx * nely;
-        Guarded<char> text(std::max(length, 0));
-        Guarded<float> picture(cells * refinement * refinement);
+        const auto cells = static_cast<size_t>(nelx) * static_cast<size_t>(nely);
+        Guarded<char> text(static_cast<size_t>(std::max(length, 0)));
+        Guarded<float> picture(cells * static_cast<size_t>(refinement * refinement));
         Guarded<float> times(8);
         Guarded<double> change(1);
         Guarded<int> mask(cells);
@@ -81,16 +52,17 @@ struct Host {
                                              stat, penalty)
                           : _IterateVoxamAppWithBlob(length, text.data(), picture.data(),
                                                      change.data(), stat, mask.data(), penalty);
-        const std::vector<char> written = text.take();
-        const auto end = std::find(written.begin(), written.end(), '\0');
-        EXPECT_EQ(end == written.end(), length < 1);
-        Result result = {compliance, std::string(written.begin(), end), picture.take(), mask.take(),
-                         change.take()[0]};
+        EXPECT_TRUE(text.isIntact() && picture.isIntact() && times.isIntact() &&
+                    change.isIntact() && mask.isIntact());
+        const auto end = std::find(text.begin(), text.end(), '\0');
+        EXPECT_EQ(end == text.end(), length < 1);
+        Result result = {compliance, std::string(text.begin(), end), picture.copy(), mask.copy(),
+                         *change.begin()};
         if (!result.text.empty()) {
-            EXPECT_TRUE(untouched(result.picture));
-            EXPECT_TRUE(untouched(times.take()));
+            EXPECT_TRUE(picture.untouched());
+            EXPECT_TRUE(times.untouched());
         } else if (length > 1) {
-            expectPublished(times.take(), result.picture);
+            expectPublished(times.copy(), result.picture);
         }
         return result;
     }
