@@ -13,8 +13,8 @@ namespace {
 
 constexpr double WORSE_AS_DRAWN = 1.15;  // times the reported compliance
 constexpr double VOLUME_TOLERANCE = 0.02;
-constexpr int FINEST_SUBDIVISION =
-    4;  // beyond, the design shows detail that it is not computed with
+// Beyond, a design shows detail that it is not computed with.
+constexpr int FINEST_SUBDIVISION = 4;
 constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
 constexpr double LITTLE_VOLUME = 0.25;
 

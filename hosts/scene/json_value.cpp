@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -171,7 +172,9 @@ std::vector<JsonValue> JsonValue::elements(const std::string& what) const {
 }
 
 int JsonValue::integer(int from, int to, const std::string& note) const {
-    expect(value->is_number_integer(), "a whole number");
+    // Programs that know no other numbers write 20.0.
+    expect(value->is_number() && std::floor(value->get<double>()) == value->get<double>(),
+           "a whole number");
     const double number = value->get<double>();
     if (number < from || number > to)
         fail(outside(value->dump(), std::to_string(from), std::to_string(to)) + note);
