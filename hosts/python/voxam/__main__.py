@@ -79,6 +79,12 @@ class _View:
         return bool(pyplot.fignum_exists(self.figure.number))
 
 
+def _tell_progress(text: str) -> None:
+    """The line that a terminal shows while a file is made; an empty one clears it."""
+    if sys.stderr.isatty():
+        print(f"\r\033[K{text}", end="", file=sys.stderr, flush=True)
+
+
 def _save(view: _View, iterations: Iterable[Tuple[int, Iteration]], file: str) -> None:
     """Writes the file at the end, and whatever that is, unless nothing has formed."""
     from matplotlib.animation import PillowWriter
@@ -92,15 +98,17 @@ def _save(view: _View, iterations: Iterable[Tuple[int, Iteration]], file: str) -
             view.show(number, result)
             if animation:
                 animation.grab_frame()
-            said = (f"{file}: iteration {number}, compliance {result.compliance:.6g}, "
+            said = (f"iteration {number}, compliance {result.compliance:.6g}, "
                     f"volume {result.volume:.1%}")
+            _tell_progress(said)
     finally:
+        _tell_progress("")
         if said:
             if animation:
                 animation.finish()
             else:
                 view.figure.savefig(file)
-            print(said)
+            print(f"{file}: {said}")
 
 
 def _show(view: _View, iterations: Iterable[Tuple[int, Iteration]]) -> None:
