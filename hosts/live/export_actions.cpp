@@ -40,9 +40,14 @@ PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
 }  // namespace
 
 QString ExportActions::subtitleOf(const IterationNumbers& numbers) {
-    return tr("iteration %1,  compliance %2,  volume %3 %")
+    return subtitleOf(numbers, "");
+}
+
+QString ExportActions::subtitleOf(const IterationNumbers& numbers, const QString& asDrawn) {
+    return tr("iteration %1,  compliance %2%3,  volume %4 %")
         .arg(numbers.iteration)
         .arg(numbers.compliance, 0, 'g', 6)
+        .arg(asDrawn)
         .arg(100 * numbers.volume, 0, 'f', 1);
 }
 
@@ -64,9 +69,10 @@ QString ExportActions::subtitleOf(const ScoreResult& result) {
 }
 
 ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
-                             const Recorder& frames)
+                             Score scoreAsDrawn, const Recorder& frames)
     : parent(window),
       current(std::move(exhibit)),
+      score(std::move(scoreAsDrawn)),
       recorder(frames),
       picture(add(tr("&Picture..."), tr("The plate with its signs, as PNG or SVG"),
                   &ExportActions::exportPicture)),
@@ -94,8 +100,18 @@ ExportActions::Exhibit ExportActions::exhibit() const {
     return std::move(*shown);
 }
 
+void ExportActions::addScore(Exhibit& shown) const {
+    const ScoreResult result = score(shown.material, shown.scene);
+    const QString worth = result.isSupported()
+                              ? QString::number(result.assessment.score.compliance, 'g', 6)
+                              : tr("not supported");
+    shown.subtitle = subtitleOf(*shown.numbers, tr(", as drawn %1").arg(worth));
+    shown.floating = result.assessment.floating;
+}
+
 void ExportActions::writePicture(const fs::path& file) const {
-    const Exhibit shown = exhibit();
+    Exhibit shown = exhibit();
+    if (shown.numbers) addScore(shown);
     writeFile(file, encodePicture(file, shown.scene, contentOf(shown), scaleOf(shown)));
 }
 

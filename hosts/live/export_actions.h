@@ -22,16 +22,20 @@ public:
         Field material;
         std::optional<Field> energies;
         QString subtitle;
+        std::optional<IterationNumbers> numbers = std::nullopt;  ///< of a picture of the optimiser
         std::vector<FloatingPart> floating = {};
     };
+
+    using Score = std::function<ScoreResult(const Field& material, const Scene& scene)>;
 
     /// For a picture of an iteration, and of a drawing.
     static QString subtitleOf(const IterationNumbers& numbers);
     static QString subtitleOf(const ScoreResult& result);
 
-    /// Dialogs belong to `window`. `exhibit` gives what is shown at the time of the call.
+    /// Dialogs belong to `window`. `exhibit` gives what is shown at the time of the call, and
+    /// `scoreAsDrawn` what a picture of the optimiser is worth in black and white.
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
-                  const Recorder& frames);
+                  Score scoreAsDrawn, const Recorder& frames);
 
     QList<QAction*> actions() const { return {picture, design, outline, animation}; }
 
@@ -43,6 +47,7 @@ public:
     void writeAnimation(const std::filesystem::path& file) const;
 
 private:
+    static QString subtitleOf(const IterationNumbers& numbers, const QString& asDrawn);
     QAction* add(const QString& name, const QString& explanation, void (ExportActions::*slot)());
     void exportPicture();
     void exportDesign();
@@ -51,9 +56,11 @@ private:
     std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending);
     void attempt(const std::filesystem::path& file, const std::function<void()>& write);
     Exhibit exhibit() const;
+    void addScore(Exhibit& shown) const;
 
     QWidget& parent;
     std::function<std::optional<Exhibit>()> current;
+    Score score;
     const Recorder& recorder;
     QAction* picture;
     QAction* design;

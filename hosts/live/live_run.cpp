@@ -1,8 +1,10 @@
 #include "live_run.h"
 
+#include <QEventLoop>
 #include <algorithm>
 #include <utility>
 
+#include "assessment.h"
 #include "refinement.h"
 
 LiveRun::LiveRun(Workbench& workbench)
@@ -58,6 +60,24 @@ void LiveRun::setDrawnVolume(double share) {
 
 void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
     worker.score({bench.document.snapshot(), std::move(design), settings.revision});
+}
+
+ScoreResult LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
+    const int refinement = drawnRefinement(scene, refinementOf(material, scene));
+    const auto revision = settings.revision;
+    ScoreResult result;
+    QEventLoop untilScored;
+    connect(this, &LiveRun::drawingScored, &untilScored, [&](const ScoreResult& scored) {
+        // A drawing that was left with its score under way has another revision.
+        if (scored.revision != revision) return;
+        result = scored;
+        untilScored.quit();
+    });
+    worker.score({std::make_shared<const Scene>(withLoadsInUse(scene)),
+                  std::make_shared<const Field>(drawnDesign(material, scene, refinement)),
+                  revision});
+    untilScored.exec(QEventLoop::ExcludeUserInputEvents);
+    return result;
 }
 
 void LiveRun::followScene() {

@@ -32,6 +32,10 @@ public:
     void setDrawnVolume(double share);
     void scoreDrawing(std::shared_ptr<const Field> design);
 
+    /// Scores a picture of the optimiser as the command-line program does at the end of a run.
+    /// Returns when the worker has ended its iteration and the score. Not while drawing.
+    ScoreResult scoreAsDrawn(const Field& material, const Scene& scene);
+
     void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
 
     /// The newest picture.

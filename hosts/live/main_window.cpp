@@ -72,7 +72,11 @@ void MainWindow::makeParts() {
     connect(views.get(), &ViewActions::themeChanged, this, &MainWindow::showTheme);
     runActions = std::make_unique<RunActions>(run);
     exports = std::make_unique<ExportActions>(
-        *this, [this] { return exhibit(); }, recorder);
+        *this, [this] { return exhibit(); },
+        [this](const Field& material, const Scene& scene) {
+            return run.scoreAsDrawn(material, scene);
+        },
+        recorder);
     connect(exports.get(), &ExportActions::exported, this,
             [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
     drawing = std::make_unique<DrawingMode>(
@@ -324,7 +328,7 @@ void MainWindow::openGallery() {
 }
 
 std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
-    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
+    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}, std::nullopt};
     if (drawing->isActive()) {
         if (!shown.scene.densities) return std::nullopt;
         shown.material = *shown.scene.densities;
@@ -339,7 +343,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     if (frame.numbers.iteration == 0) return std::nullopt;
     shown.material = frame.material;
     shown.scene.blob = bench.blob();
-    shown.subtitle = ExportActions::subtitleOf(frame.numbers);
+    shown.numbers = frame.numbers;
     return shown;
 }
 
