@@ -74,7 +74,10 @@ private:
         if (!value.raw().is_array()) return {0, value.number(0, MAX_RADIUS)};
         const auto ends = value.elements("a list of two numbers");
         if (ends.size() != 2) value.fail("the radii of a ring are two numbers, [inner, outer]");
-        return {ends[0].number(0, MAX_RADIUS), ends[1].number(0, MAX_RADIUS)};
+        const std::array<double, 2> found = {ends[0].number(0, MAX_RADIUS),
+                                             ends[1].number(0, MAX_RADIUS)};
+        if (found[0] > found[1]) value.fail("the radii run backwards, expected [inner, outer]");
+        return found;
     }
 
     int& at(int x, int y) {

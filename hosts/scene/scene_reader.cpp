@@ -28,16 +28,17 @@ float densityOfCharacter(const JsonValue& row, char character, int x) {
     failAtCharacter(row, x, character, "'#' (solid), '.' (void) or a digit (tenths)");
 }
 
-void readDensityRow(const JsonValue& row, Field& densities, int y) {
+void readDensityRow(const JsonValue& row, int refinement, Field& densities, int y) {
+    const int width = densities.width / refinement;
     if (row.raw().is_string()) {
-        const auto characters = drawingRow(row, densities.width);
+        const auto characters = drawingRow(row, width, refinement);
         for (int x = 0; x < densities.width; ++x)
             densities.at(x, y) =
                 densityOfCharacter(row, characters[static_cast<std::size_t>(x)], x);
         return;
     }
     const auto numbers = row.elements("a row of characters or a list of numbers");
-    checkDrawingRow(row, numbers.size(), densities.width, "number");
+    checkDrawingRow(row, numbers.size(), width, refinement, "number");
     for (int x = 0; x < densities.width; ++x)
         densities.at(x, y) = static_cast<float>(numbers[static_cast<std::size_t>(x)].number(0, 1));
 }
@@ -52,7 +53,8 @@ Field readDensityRows(const JsonValue& value, const Scene& scene) {
                    " (grid.height) or a whole multiple up to " +
                    std::to_string(MAX_DESIGN_REFINEMENT));
     Field densities(refinement * scene.width, count);
-    for (int y = 0; y < count; ++y) readDensityRow(rows[static_cast<std::size_t>(y)], densities, y);
+    for (int y = 0; y < count; ++y)
+        readDensityRow(rows[static_cast<std::size_t>(y)], refinement, densities, y);
     return densities;
 }
 
@@ -168,6 +170,7 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     root.allowOnly(
         withSettingKeys({"$schema", "title", "description", "grid", "loadCases", "densities",
                          "subdivision", "meshFactor", "iterations", "timeline"}));
+    if (const auto schema = root.find("$schema")) schema->text();
     Scene scene;
     scene.files.push_back(file);
     scene.title = nameOf(file.stem());

@@ -236,6 +236,8 @@ TEST_F(Cli, namesWhatIsWrongWithDensities) {
         {bar("true"), "densities: expected rows, one number for all, {"},
         {bar("[[1, 1, -0.5, 1]]"), "densities[0][2]: -0.5 is outside"},
         {bar("[[1, 1]]"), "densities[0]: 2 numbers, expected 4 (grid.width)"},
+        {bar(R"(["####", "####"])"),
+         "densities[0]: 4 characters, expected 8 (grid.width, 2 per element like the rows)"},
         {bar(R"(["####", "####"])"), "densities[0]: 4 characters, expected 8"},
         {bar("[]"), "densities: 0 rows, expected 1 (grid.height) or a whole multiple up to 256"},
         {bar(R"(["###"])"), "densities[0]: 3 characters, expected 4"},

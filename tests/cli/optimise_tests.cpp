@@ -175,6 +175,8 @@ TEST_F(WrongScenes, namesWhatIsWrongWithPassiveAndBlobCells) {
         {cantilever(R"("blob": [{"x": 3, "y": 6}])"), "blob[0].y: 6 is outside 0..5"},
         {cantilever(R"("blob": [{"x": 13, "y": 3, "radius": 1}])"), "blob[0].x: 13 is outside"},
         {cantilever(R"("blob": [{"x": 3, "y": 3, "radius": [2, 1]}])"),
+         "blob[0].radius: the radii run backwards"},
+        {cantilever(R"("blob": [{"x": 3, "y": 3, "radius": [2, 2]}])"),
          "blob[0]: has no element of the grid"},
         {cantilever(R"("blob": [{"x": 3, "y": 3, "radius": -1}])"),
          "blob[0].radius: -1 is outside"},
