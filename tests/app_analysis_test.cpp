@@ -1,8 +1,6 @@
 // State solve, compliance, sensitivities, and the verdict on loads and supports.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "kmat_exception.h"
 #include "support/answers.h"
 #include "support/matrices.h"
@@ -26,55 +24,22 @@ TEST(AppStateTest, SupportsReplaceTheDiagonalAndDirectionsAreRounded) {
     for (const unsigned d : {12U, 17U}) EXPECT_LT(app.equilibrium.K.getValue(d, d), 10) << d;
 }
 
-TEST(AppStateTest, OnlyLoadCasesInUseAreSolved) {
-    App app(3, 2, 1, 1, 0.5F, 3);
-    Settings settings = test::cantilever(3, 2);
-    settings.loads.add(1, 2, 0, -1, 2).add(1, 1, 1, 1, 1);
-    settings.loadCases = {2, 0, 2, -1, 3};
-    test::send(settings, app);
-    ASSERT_TRUE(app.solveStateCHOL());
-    EXPECT_GT(app.equilibrium.U[0].length(), 0.0);
-    EXPECT_TRUE(test::isUnset(app.equilibrium.U[1]));
-    EXPECT_GT(app.equilibrium.U[2].length(), 0.0);
-    const Matrix first(app.equilibrium.U[0]);
-    ASSERT_TRUE(app.solveStateCHOL());  // the loads do not pile up
-    EXPECT_EQ(Matrix(app.equilibrium.U[0]), first);
-}
-
 TEST(AppStateTest, FailedSolvesKeepTheDisplacementsAndLeaveNoException) {
-    using Spoil = std::function<void(Settings&)>;
     App app(3, 2, 1, 1, 0.5F, 1);
     const Settings good = test::cantilever(3, 2);
     test::send(good, app);
     ASSERT_TRUE(app.solveStateCHOL());
     const Matrix before(app.equilibrium.U[0]);
-    for (const Spoil& spoil : {Spoil([](Settings& s) { s.loads.add(1, 1, 1, 1, 1); }),
-                               Spoil([](Settings& s) { s.loads.add(1, 1, NAN, 1); }),
-                               Spoil([](Settings& s) { s.loads.add(4, 1, 1); }),
-                               Spoil([](Settings& s) { s.supports.add(4, 1, 0); }),
-                               Spoil([](Settings& s) { s.supports.add(0, 0, 24); })}) {
-        Settings bad = good;
-        spoil(bad);
-        test::send(bad, app);
-        EXPECT_FALSE(app.solveStateCHOL());
-        EXPECT_EQ(Matrix(app.equilibrium.U[0]), before);
-    }
+    Settings bad = good;
+    bad.supports.add(4, 1, 0);
+    test::send(bad, app);
+    EXPECT_FALSE(app.solveStateCHOL());
+    EXPECT_EQ(Matrix(app.equilibrium.U[0]), before);
     test::send(good, app);
     app.Emin = -1.0;  // not positive definite
     EXPECT_FALSE(app.solveStateCHOL());
     EXPECT_EQ(Matrix(app.equilibrium.U[0]), before);
     EXPECT_EQ(kmat::KmatException::getLastException(), nullptr);
-}
-
-TEST(AppComplianceTest, OfASolidPlateIsForceTimesDisplacement) {
-    for (const unsigned n : {1U, 2U, 4U}) {
-        App app(4, 3, n, n, 1.0F, 1);
-        test::send(test::cantilever(4, 3), app);
-        ASSERT_TRUE(app.solveStateCHOL());
-        app.setObjectivePlusSens();
-        EXPECT_NEAR(app.objective, app.equilibrium.F[0].dot(app.equilibrium.U[0]),
-                    1e-6 * app.objective);
-    }
 }
 
 TEST(AppComplianceTest, OfASolidPlateUnderUnitStressIsItsArea) {
@@ -87,85 +52,34 @@ TEST(AppComplianceTest, OfASolidPlateUnderUnitStressIsItsArea) {
     }
 }
 
-TEST(AppComplianceTest, WithoutALoadCaseIsZero) {
-    App app(3, 2, 1, 1, 0.5F, 1);
-    Settings settings = test::cantilever(3, 2);
-    settings.loadCases = {};
-    test::send(settings, app);
-    ASSERT_TRUE(app.solveStateCHOL());
-    app.setObjectivePlusSens();
-    EXPECT_EQ(app.objective, 0.0);
-    EXPECT_EQ(test::listOf(app.dc), std::vector<double>(6, 0.0));
-    EXPECT_EQ(test::listOf(app.dv), std::vector<double>(6, 0.0));
-}
+class AppSensitivityTest : public testing::TestWithParam<unsigned> {};
+
+INSTANTIATE_TEST_SUITE_P(Subdivisions, AppSensitivityTest, testing::Values(1, 2, 3));
 
 // Two load cases in use, random densities, by central differences.
-class AppSensitivityTest : public testing::TestWithParam<unsigned> {
-protected:
+TEST_P(AppSensitivityTest, IsTheDerivativeOfTheCompliance) {
     const unsigned n = GetParam();
-    test::Random random;
-    App app{3, 2, n, n, 0.4F, 2};
+    App app(3, 2, n, n, 0.4F, 2);
     Settings settings = test::cantilever(3, 2);
-
-    AppSensitivityTest() {
-        settings.loads.add(2, 0, 0.3F, -0.5F, 1);
-        settings.loadCases = {0, 1};
-        test::send(settings, app);
-        app.setPenalty(2.5);
-        test::fillRandom(app.rhoPhys, random, 0.3, 1.0);
-    }
-
-    double complianceWith(unsigned e, double step) {
+    settings.loads.add(2, 0, 0.3F, -0.5F, 1);
+    settings.loadCases = {0, 1};
+    test::send(settings, app);
+    app.setPenalty(2.5);
+    test::Random random;
+    test::fillRandom(app.rhoPhys, random, 0.3, 1.0);
+    const auto complianceWith = [&app](unsigned e, double step) {
         app.rhoPhys(e, 0) += step;
         EXPECT_TRUE(app.solveStateCHOL());
         app.setObjectivePlusSens();
         app.rhoPhys(e, 0) -= step;
         return app.objective;
-    }
-};
-
-INSTANTIATE_TEST_SUITE_P(Subdivisions, AppSensitivityTest, testing::Values(1, 2, 3));
-
-TEST_P(AppSensitivityTest, IsTheDerivativeOfTheCompliance) {
+    };
     constexpr double h = 1e-5;
     for (unsigned e = 0; e < 6 * n * n; ++e) {
         const double derivative = (complianceWith(e, h) - complianceWith(e, -h)) / (2 * h);
         complianceWith(e, 0.0);
         EXPECT_NEAR(app.dc(e, 0), derivative, 1e-6 * std::fabs(derivative)) << e;
     }
-}
-
-TEST_P(AppSensitivityTest, OfTheVolumeCountsOncePerLoadCase) {
-    complianceWith(0, 0.0);
-    for (const double v : app.dv) EXPECT_NEAR(v, 2 / (6 * n * n * 0.4), 1e-7);
-}
-
-TEST_P(AppSensitivityTest, OfCellsInTheBlobIsZero) {
-    complianceWith(0, 0.0);
-    const std::vector<double> outside = test::listOf(app.dc);
-    const std::vector<double> densities = test::listOf(app.rhoPhys);
-    settings.blob = {1, 2, 0};  // the coarse cell 4
-    test::send(settings, app);
-    app.rhoPhys.set(densities.data());
-    complianceWith(0, 0.0);
-    for (unsigned e = 0; e < 6 * n * n; ++e) {
-        const bool inside = app.getCoarseGridIndex(static_cast<int>(e)) == 4;
-        const double tolerance = inside ? 0.0 : 1e-10;
-        EXPECT_NEAR(app.dc(e, 0), inside ? 0.0 : outside[e], tolerance) << e;
-    }
-}
-
-// With a penalty below 1 the derivative at density 0 would be infinite.
-TEST(AppSensitivityRuleTest, OfDensityZeroIsZeroWithASmallPenalty) {
-    App app(3, 2, 1, 1, 0.5F, 1);
-    test::send(test::cantilever(3, 2), app);
-    app.setPenalty(0.5);
-    app.rhoPhys(2, 0) = 0.0;
-    ASSERT_TRUE(app.solveStateCHOL());
-    app.setObjectivePlusSens();
-    EXPECT_EQ(app.dc(2, 0), 0.0);
-    app.filterSensitivities();
-    for (const double v : app.dc) EXPECT_TRUE(std::isfinite(v)) << v;
 }
 
 using test::NO_WORK, test::NOT_HELD;
