@@ -26,6 +26,7 @@ class ConeFilterTest : public testing::TestWithParam<Cone> {
 protected:
     const unsigned cells = GetParam().nx * GetParam().ny;
     const Matrix weights = test::coneWeights(GetParam().nx, GetParam().ny, GetParam().radius);
+    const Matrix sums = test::rowSums(weights);
     ConeFilter filter{GetParam().nx, GetParam().ny, GetParam().radius};
     test::Random random;
     const Matrix field{cells, 1, random};
@@ -37,10 +38,6 @@ INSTANTIATE_TEST_SUITE_P(Cones, ConeFilterTest,
                                          Cone{8, 1, 3.0}, Cone{4, 3, 20.0}, Cone{3, 3, 0.75},
                                          Cone{1, 1, 2.0}));
 
-TEST_P(ConeFilterTest, WeighsPairsByTheirDistance) {
-    EXPECT_LT(distance(test::valuesOf(filter.weights), weights), 1e-15);
-}
-
 TEST_P(ConeFilterTest, StoresTheUpperTriangleOfTheWeightsThatAreNotZero) {
     test::Entries expected;
     for (unsigned c = 0; c < cells; ++c) {
@@ -51,41 +48,27 @@ TEST_P(ConeFilterTest, StoresTheUpperTriangleOfTheWeightsThatAreNotZero) {
     EXPECT_EQ(test::stored(filter.weights), expected);
 }
 
-TEST_P(ConeFilterTest, NormalisesByTheRowSums) {
-    EXPECT_LT(distance(Matrix(filter.normaliser), test::rowSums(weights)), 1e-13);
-}
-
-TEST_P(ConeFilterTest, AppliesToAField) {
-    const Matrix sums = test::rowSums(weights);
-    Matrix expected = product(weights, field);
-    for (unsigned i = 0; i < cells; ++i) expected(i, 0) /= sums(i, 0);
-    DenseMatrix filtered(cells, 1, NAN);
-    filter.apply(test::dense(field), filtered);
-    EXPECT_LT(distance(Matrix(filtered), expected), 1e-14);
-}
-
-TEST_P(ConeFilterTest, AppliesTransposed) {
-    const Matrix sums = test::rowSums(weights);
+TEST_P(ConeFilterTest, AppliesToAFieldAndTransposed) {
+    Matrix filtered = product(weights, field);
     Matrix share = field;
-    for (unsigned i = 0; i < cells; ++i) share(i, 0) /= sums(i, 0);
+    for (unsigned i = 0; i < cells; ++i) {
+        filtered(i, 0) /= sums(i, 0);
+        share(i, 0) /= sums(i, 0);
+    }
     const DenseMatrix given = test::dense(field);
-    DenseMatrix spread(cells, 1, NAN);
-    filter.applyTransposed(given, spread);
-    EXPECT_LT(distance(Matrix(spread), product(weights, share)), 1e-14);
+    DenseMatrix result(cells, 1, NAN);
+    filter.apply(given, result);
+    EXPECT_LT(distance(Matrix(result), filtered), 1e-14);
+    result.fill(NAN);
+    filter.applyTransposed(given, result);
+    EXPECT_LT(distance(Matrix(result), product(weights, share)), 1e-14);
     EXPECT_EQ(Matrix(given), field);
-}
-
-TEST_P(ConeFilterTest, LeavesAUniformFieldUniform) {
-    DenseMatrix filtered(cells, 1);
-    filter.apply(DenseMatrix(cells, 1, 0.7), filtered);
-    for (const double v : filtered) EXPECT_NEAR(v, 0.7, 1e-15);
 }
 
 TEST_P(ConeFilterTest, MaximumRuleGivesTheFirstCellsTheirLargestSum) {
     for (const unsigned count : {cells, (cells + 1) / 2, cells + 7}) {
         ConeFilter shared(GetParam().nx, GetParam().ny, GetParam().radius);
         shared.applyMaximumRule(count);
-        const Matrix sums = test::rowSums(weights);
         double largest = 0.0;
         for (unsigned i = 0; i < std::min(count, cells); ++i) {
             largest = std::max(largest, sums(i, 0));

@@ -28,65 +28,54 @@ PassiveBlock blockOf(const Record& record) {
 
 const std::vector<int> NONE(CELLS, 0);
 
-TEST(PassiveBlockTest, ListsMarkVoidSolidAndSecondSolidCells) {
-    EXPECT_EQ(kindsOf(blockOf({1, 0, 0, 2, 1})),
-              (std::vector<int>{0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0}));
-    EXPECT_EQ(kindsOf(blockOf({0, 2, 0, 3, 2, 0, 0})),
-              (std::vector<int>{2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2}));
-    EXPECT_EQ(kindsOf(blockOf({0, 0, 1, 0, 1})),
-              (std::vector<int>{0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(kindsOf(blockOf({0, 0, 0})), NONE);
-}
-
-TEST(PassiveBlockTest, ACellInSeveralListsIsOfSeveralKinds) {
-    EXPECT_EQ(kindsOf(blockOf({2, 2, 2, 0, 0, 1, 0, 0, 0, 1, 1, 0, 0, 3, 0})),
-              (std::vector<int>{7, 0, 0, 1, 2, 0, 0, 0, 0, 4, 0, 0}));
-}
-
-TEST(PassiveBlockTest, NegativeCountsAreZero) {
-    EXPECT_EQ(kindsOf(blockOf({-1, 1, -5, 1, 2})),
-              (std::vector<int>{0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0}));
-}
-
-TEST(PassiveBlockTest, TellsWhetherAnyCellIsPassiveOrVoid) {
-    const std::tuple<Record, bool, bool> cases[] = {{{0, 0, 0}, true, false},
-                                                    {{1, 0, 0, 2, 1}, false, true},
-                                                    {{0, 1, 0, 2, 1}, false, false},
-                                                    {{0, 0, 1, 2, 1}, false, false},
-                                                    {{-1, 0, -1}, true, false}};
-    for (const auto& [record, empty, hasVoid] : cases) {
-        EXPECT_EQ(blockOf(record).IsEmpty(), empty);
-        EXPECT_EQ(blockOf(record).hasPassiveVoid(), hasVoid);
+TEST(PassiveBlockTest, ListsMarkTheKindsOfTheirCells) {
+    const struct {
+        const char* what;
+        Record record;
+        std::vector<int> kinds;
+        bool empty, hasVoid;
+    } cases[] = {
+        {"nothing", {0, 0, 0}, NONE, true, false},
+        {"void", {1, 0, 0, 2, 1}, {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0}, false, true},
+        {"solid", {0, 2, 0, 3, 2, 0, 0}, {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2}, false, false},
+        {"second solid", {0, 0, 1, 0, 1}, {0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, false, false},
+        {"several kinds",
+         {2, 2, 2, 0, 0, 1, 0, 0, 0, 1, 1, 0, 0, 3, 0},
+         {7, 0, 0, 1, 2, 0, 0, 0, 0, 4, 0, 0},
+         false,
+         true},
+        {"some less than none",
+         {-1, 1, -5, 1, 2},
+         {0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0},
+         false,
+         false},
+        {"less than none", {-1, 0, -1}, NONE, true, false}};
+    for (const auto& t : cases) {
+        SCOPED_TRACE(t.what);
+        const PassiveBlock block = blockOf(t.record);
+        EXPECT_EQ(kindsOf(block), t.kinds);
+        EXPECT_EQ(block.IsEmpty(), t.empty);
+        EXPECT_EQ(block.hasPassiveVoid(), t.hasVoid);
+        for (int i = 0; i < CELLS; ++i) EXPECT_EQ(block.isVoid(i), t.kinds[i] % 2 == 1) << i;
     }
     EXPECT_TRUE(PassiveBlock(WIDTH, HEIGHT, 1, 1).IsEmpty());
     EXPECT_FALSE(PassiveBlock(WIDTH, HEIGHT, 1, 1).hasPassiveVoid());
 }
 
-TEST(PassiveBlockTest, EachUpdateReplacesAllCells) {
+TEST(PassiveBlockTest, EachUpdateReplacesAllCellsAndResetFreesThem) {
     const Record next = {0, 1, 0, 1, 1};
     PassiveBlock block = blockOf({1, 0, 0, 2, 1});
     block.update(next.data());
     EXPECT_EQ(kindsOf(block), (std::vector<int>{0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_FALSE(block.hasPassiveVoid());
+    PassiveBlock withVoid = blockOf({1, 0, 0, 2, 1});
     block.update(nullptr);
-    EXPECT_EQ(kindsOf(block), NONE);
-    EXPECT_TRUE(block.IsEmpty());
-}
-
-TEST(PassiveBlockTest, ResetFreesAllCells) {
-    PassiveBlock block = blockOf({1, 0, 0, 2, 1});
-    block.reset();
-    EXPECT_EQ(kindsOf(block), NONE);
-    EXPECT_TRUE(block.IsEmpty());
-    EXPECT_FALSE(block.hasPassiveVoid());
-}
-
-TEST(PassiveBlockTest, AVoidCellIsVoidWhateverElseItIs) {
-    const PassiveBlock block = blockOf({2, 2, 0, 0, 0, 0, 1, 0, 1, 0, 2});
-    EXPECT_TRUE(block.isVoid(0));
-    EXPECT_TRUE(block.isVoid(1));   // also solid
-    EXPECT_FALSE(block.isVoid(2));  // solid alone
-    EXPECT_FALSE(block.isVoid(3));
+    withVoid.reset();
+    for (const PassiveBlock* freed : {&block, &withVoid}) {
+        EXPECT_EQ(kindsOf(*freed), NONE);
+        EXPECT_TRUE(freed->IsEmpty());
+        EXPECT_FALSE(freed->hasPassiveVoid());
+    }
 }
 
 TEST(PassiveBlockTest, FineCellsFindTheirCoarseCellWhereBothRefinementsAgree) {

@@ -36,10 +36,6 @@ TEST(PerformanceTest, PrintsALinePerStrategyAndACellPerCount) {
                                      MatchesRegex("Reuse sparse \\(parallel build\\) " + cells)));
 }
 
-TEST(PerformanceTest, OddAndSingleColumnsAreHarmless) {
-    for (const int nelx : {1, 5}) EXPECT_EQ(profile(nelx, 3).size(), 6U);
-}
-
 // What is timed is the assembly of the plate, and all of it.
 TEST(PerformanceTest, AssemblesThePlate) {
     const double modulus = 0.01F + (1.0 - 0.01F) * 0.125;
