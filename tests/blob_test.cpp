@@ -62,69 +62,51 @@ TEST(BlobRestartTest, CentresTheDiscOnTheGrid) {
 TEST(BlobRestartTest, ForgetsTheStepsSoFar) {
     Blob blob(5, 4);
     blob.setFilterMatBlob();
-    blob.blobConverged = blob.blobConvergedPrevious = blob.blobStage = blob.blobCounter = 5;
-    blob.blobMoveCount = blob.blobPreparedCount = blob.blobMoveLimitLarge = 5.0;
-    blob.blobIteration = 7;
+    constexpr int Blob::*counters[] = {&Blob::blobConverged, &Blob::blobConvergedPrevious,
+                                       &Blob::blobStage, &Blob::blobCounter};
+    constexpr double Blob::*counts[] = {&Blob::blobMoveCount, &Blob::blobPreparedCount,
+                                        &Blob::blobMoveLimitLarge};
+    for (const auto counter : counters) blob.*counter = 5;
+    for (const auto count : counts) blob.*count = 5.0;
     DenseMatrix mask(20, 1, 0.0);
     mask(6, 0) = 1.0;
     blob.restart(1, mask, noPassiveCells(5, 4));
-    EXPECT_EQ(blob.blobConverged, 0);
-    EXPECT_EQ(blob.blobConvergedPrevious, 0);
-    EXPECT_EQ(blob.blobStage, 0);
-    EXPECT_EQ(blob.blobCounter, 0);
-    EXPECT_EQ(blob.blobMoveCount, 0.0);
-    EXPECT_EQ(blob.blobPreparedCount, 0.0);
-    EXPECT_EQ(blob.blobMoveLimitLarge, 0.0);
+    for (const auto counter : counters) EXPECT_EQ(blob.*counter, 0);
+    for (const auto count : counts) EXPECT_EQ(blob.*count, 0.0);
     EXPECT_EQ(blob.blobIteration, 1);
     EXPECT_EQ(blob.objectivePrevious, 1e10);
     EXPECT_EQ(blob.objectivePrevious2, 1e10);
     EXPECT_EQ(blob.blobInterfaceSize, 5.0);  // the cell and its neighbours
-    EXPECT_EQ(blob.blobInterface(6, 0), 1.0);
 }
 
-// The mask of random cells, smoothed by the textbook.
-class BlobInterfaceTest : public testing::Test {
-protected:
+// 1 where the mask, smoothed by the textbook, is neither that of the inside nor that of the outside.
+std::vector<double> interfaceOf(Matrix mask) {
+    const Matrix weights = test::coneWeights(7, 6, 1.2F);
+    const Matrix sums = test::rowSums(weights);
+    for (unsigned i = 0; i < 42; ++i) mask(i, 0) /= sums(i, 0);
+    std::vector<double> marks;
+    for (const double v : product(weights, mask).values) {
+        marks.push_back(v >= 0.0001 && v <= 0.9999);
+    }
+    return marks;
+}
+
+// Random masks, first as the circle's, which knows no passive cells, and then as the blob's.
+TEST(BlobInterfaceTest, IsWhereTheSmoothedMaskIsNeitherZeroNorOneAndNothingIsPassive) {
     test::Random random;
-    Blob blob{7, 6};
-    Matrix mask{42, 1};
-
-    BlobInterfaceTest() { blob.setFilterMatBlob(); }
-
-    void drawMask() {
-        for (double& v : mask.values) v = random.below(4) > 0;
-    }
-
-    // 1 where the smoothed mask is neither that of the inside nor that of the outside.
-    std::vector<double> expected() const {
-        const Matrix weights = test::coneWeights(7, 6, 1.2F);
-        const Matrix sums = test::rowSums(weights);
-        Matrix share = mask;
-        for (unsigned i = 0; i < 42; ++i) share(i, 0) /= sums(i, 0);
-        std::vector<double> marks;
-        for (const double v : product(weights, share).values) {
-            marks.push_back(v >= 0.0001 && v <= 0.9999);
-        }
-        return marks;
-    }
-};
-
-TEST_F(BlobInterfaceTest, IsWhereTheSmoothedMaskIsNeitherZeroNorOne) {
-    for (int round = 0; round < 15; ++round) {
-        drawMask();
-        blob.findBlobInterface(0, test::dense(mask), noPassiveCells(7, 6));
-        EXPECT_EQ(listOf(blob.blobInterface), expected());
-        EXPECT_EQ(blob.blobInterfaceSize, sum(expected()));
-    }
-}
-
-TEST_F(BlobInterfaceTest, LeavesPassiveCellsOutButNotThoseOfSeveralKinds) {
     const short record[] = {2, 1, 2, 2, 1, 1, 1, 3, 3, 2, 1, 5, 2};  // (2, 1) is void and solid
     PassiveBlock passive = noPassiveCells(7, 6);
     passive.update(record);
     for (int round = 0; round < 15; ++round) {
-        drawMask();
-        std::vector<double> marks = expected();
+        Matrix mask(42, 1);
+        for (double& v : mask.values) v = random.below(4) > 0;
+        std::vector<double> marks = interfaceOf(mask);
+        Blob blob(7, 6);
+        blob.setFilterMatBlob();
+        blob.circleMask.set(mask.values.data());
+        blob.findBlobInterface(1, DenseMatrix(42, 1, 0.0), passive);
+        EXPECT_EQ(listOf(blob.circleInterface), marks);
+        EXPECT_TRUE(test::isUnset(blob.blobInterface));
         for (const unsigned cell : {7, 21, 32}) marks[cell] = 0.0;
         blob.findBlobInterface(0, test::dense(mask), passive);
         EXPECT_EQ(listOf(blob.blobInterface), marks);
@@ -132,19 +114,8 @@ TEST_F(BlobInterfaceTest, LeavesPassiveCellsOutButNotThoseOfSeveralKinds) {
     }
 }
 
-TEST_F(BlobInterfaceTest, OfTheCircleKnowsNoPassiveCells) {
-    const short record[] = {1, 0, 0, 3, 3};
-    PassiveBlock passive = noPassiveCells(7, 6);
-    passive.update(record);
-    drawMask();
-    blob.circleMask.set(mask.values.data());
-    blob.blobInterface.fill(7.0);
-    blob.findBlobInterface(1, DenseMatrix(42, 1, 0.0), passive);
-    EXPECT_EQ(listOf(blob.circleInterface), expected());
-    EXPECT_EQ(listOf(blob.blobInterface), std::vector<double>(42, 7.0));
-}
-
-TEST_F(BlobInterfaceTest, OtherModesDoNothing) {
+TEST(BlobInterfaceTest, OtherModesDoNothing) {
+    Blob blob(7, 6);
     const DenseMatrix blobMask(42, 1, 1.0);
     for (const int mode : {-1, 2, 3}) blob.findBlobInterface(mode, blobMask, noPassiveCells(7, 6));
     for (const int mode : {-1, 1, 3}) blob.filterBlobDensities(mode, blobMask);
@@ -258,13 +229,17 @@ protected:
     }
 };
 
-TEST_F(BlobRedistributionTest, ExchangesTheLeastUseful) {
-    redistribute(4);
-    EXPECT_EQ(blob.blobLeaving, (Cells{3, 1}));
-    EXPECT_EQ(blob.blobJoining, (Cells{7, 8}));
-    EXPECT_EQ(blob.blobMoveCount, 2.0);
-    EXPECT_EQ(blob.blobConverged, 0);
-    EXPECT_EQ(listOf(mask), (std::vector<double>{1, 0, 1, 0, 1, 0, 0, 1, 1, 1, 0, 0.5}));
+TEST_F(BlobRedistributionTest, ExchangesTheLeastUsefulUpToHalfOfTheInside) {
+    const Matrix start(mask);
+    for (const double limit : {4.0, 100.0}) {
+        mask = test::dense(start);
+        redistribute(limit);
+        EXPECT_EQ(blob.blobLeaving, (Cells{3, 1}));
+        EXPECT_EQ(blob.blobJoining, (Cells{7, 8}));
+        EXPECT_EQ(blob.blobMoveCount, 2.0);
+        EXPECT_EQ(blob.blobConverged, 0);
+        EXPECT_EQ(listOf(mask), (std::vector<double>{1, 0, 1, 0, 1, 0, 0, 1, 1, 1, 0, 0.5}));
+    }
 }
 
 TEST_F(BlobRedistributionTest, ChoosesOneOfEachSideButMovesNoneWithoutALimit) {
@@ -275,12 +250,6 @@ TEST_F(BlobRedistributionTest, ChoosesOneOfEachSideButMovesNoneWithoutALimit) {
         EXPECT_EQ(blob.blobConverged, 1);
         EXPECT_EQ(listOf(mask), (std::vector<double>{1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 0, 0.5}));
     }
-}
-
-TEST_F(BlobRedistributionTest, MovesNoMoreThanHalfOfTheInside) {
-    redistribute(100);
-    EXPECT_EQ(blob.blobMoveCount, 2.0);
-    EXPECT_EQ(blob.blobLeaving, (Cells{3, 1}));
 }
 
 TEST_F(BlobRedistributionTest, TakesWhatIsNotANumberLast) {
