@@ -12,6 +12,7 @@
 #include "factor.h"
 #include "support/matrices.h"
 #include "support/solver_app_inspector.h"
+#include "support/until_enough.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ using kmat::DenseMatrix;
 using kmat::SparseMatrix;
 using test::Entries;
 using test::Matrix;
+using test::untilEnough;
 
 // How many more allocations succeed. Below 0 all of them.
 long allowed = -1;
@@ -53,15 +55,6 @@ protected:
         allowed = count + 1;
         operation();
         allowed = -1;
-    }
-
-    // Calls `attempt` with 0, 1, 2, ... until it says that there was enough.
-    template <typename Attempt>
-    static void untilEnough(const Attempt& attempt) {
-        constexpr long most = 2000;
-        long count = 0;
-        while (!attempt(count)) ASSERT_LT(++count, most);
-        EXPECT_GT(count, 0);
     }
 
     cholmod_common* common = kmat::ConfigSingleton::getCommonPtr();

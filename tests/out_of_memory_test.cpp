@@ -7,6 +7,7 @@
 
 #include "support/answers.h"
 #include "support/exports.h"
+#include "support/until_enough.h"
 
 namespace {
 
@@ -34,8 +35,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(me
 
 namespace {
 
-using test::FAILED_SCORE;
-constexpr long MOST_ALLOCATIONS = 1000;
+using test::FAILED_SCORE, test::untilEnough;
 
 // Runs the call with room for that many allocations.
 template <typename Call>
@@ -55,41 +55,34 @@ struct GamePlate {
         _InitVoxamGame(4, 3, 1, 1, loads.count(), loads.data(), supports.count(), supports.data(),
                        1);
     }
-    double solve() { return _SolveVoxamGame(densities.data(), values.data()); }
+    double solve() {
+        values.assign(12, 7.0F);
+        return _SolveVoxamGame(densities.data(), values.data());
+    }
 };
 
 TEST(OutOfMemoryTest, AScoreFailsWithZeroesAndTheNextOneSucceeds) {
     GamePlate plate;
-    long count = 0;
-    for (double score = FAILED_SCORE; score == FAILED_SCORE; ++count) {
-        ASSERT_LT(count, MOST_ALLOCATIONS);
+    untilEnough([&plate](long count) {
         plate.create();
-        plate.values.assign(12, 7.0F);
+        double score = 0.0;
         withAllocations(count, [&] { score = plate.solve(); });
-        if (score == FAILED_SCORE) {
-            EXPECT_EQ(plate.values, std::vector<float>(12, 0.0F)) << count;
-        }
+        const bool enough = score != FAILED_SCORE;
+        EXPECT_TRUE(enough || plate.values == std::vector<float>(12, 0.0F)) << count;
         EXPECT_NEAR(plate.solve(), 12.0, 1e-4) << count;
-    }
-    EXPECT_GT(count, 1);
-    _DestroyVoxamGame();
+        return enough;
+    });
 }
 
 TEST(OutOfMemoryTest, AGameThatCannotBeCreatedIsNone) {
     GamePlate plate;
-    long count = 0;
-    for (double score = FAILED_SCORE; score == FAILED_SCORE; ++count) {
-        ASSERT_LT(count, MOST_ALLOCATIONS);
+    untilEnough([&plate](long count) {
         plate.create();
         withAllocations(count, [&] { plate.create(); });
-        plate.values.assign(12, 7.0F);
-        score = plate.solve();
-        if (score == FAILED_SCORE) {
-            EXPECT_EQ(plate.values, std::vector<float>(12, 7.0F)) << count;
-        }
-    }
-    EXPECT_GT(count, 1);
-    _DestroyVoxamGame();
+        const bool enough = plate.solve() != FAILED_SCORE;
+        EXPECT_TRUE(enough || plate.values == std::vector<float>(12, 7.0F)) << count;
+        return enough;
+    });
 }
 
 struct Iteration {
@@ -113,56 +106,44 @@ void createApp() {
 }
 
 TEST(OutOfMemoryTest, AnOptimiserThatCannotBeCreatedIsNone) {
-    Iteration iteration;
-    long count = 0;
-    for (std::string text = test::NO_OPTIMISER; text == test::NO_OPTIMISER; ++count) {
-        ASSERT_LT(count, MOST_ALLOCATIONS);
+    untilEnough([](long count) {
         createApp();
         withAllocations(count, createApp);
-        text = iteration.result();
-    }
-    EXPECT_GT(count, 1);
-    _DestroyVoxamApp();
+        return Iteration().result() != test::NO_OPTIMISER;
+    });
 }
 
 TEST(OutOfMemoryTest, SettingsThatCannotBeTakenLeaveTheOldOnes) {
     const test::Settings good = test::cantilever(6, 4);
     test::Settings withoutWork = good;
     withoutWork.loads.floats[0] = 0;  // on a support
-    Iteration iteration;
-    long count = 0;
-    for (std::string text; text.empty(); ++count) {
-        ASSERT_LT(count, MOST_ALLOCATIONS);
+    untilEnough([&](long count) {
         createApp();
         test::update(good);
         withAllocations(count, [&] { test::update(withoutWork); });
-        text = iteration.result();
+        const std::string text = Iteration().result();
         EXPECT_TRUE(text.empty() || text == test::NO_WORK) << text;
-    }
-    EXPECT_GT(count, 1);
-    _DestroyVoxamApp();
+        return !text.empty();
+    });
 }
 
 TEST(OutOfMemoryTest, AnIterationFailsWithATextAndTheNextOneSucceeds) {
     test::Settings settings = test::cantilever(6, 4);
     settings.blob = {2, 2, 1, 3, 1};
     for (const bool withBlob : {false, true}) {
-        Iteration iteration;
-        long count = 0;
-        for (iteration.compliance = -1.0; iteration.compliance == -1.0; ++count) {
-            ASSERT_LT(count, MOST_ALLOCATIONS);
+        untilEnough([&](long count) {
             createApp();
             test::update(settings);
-            withAllocations(count, [&] { iteration.run(withBlob); });
-            const Iteration limited = iteration;
-            EXPECT_STREQ(limited.text, limited.compliance == -1.0 ? "std::bad_alloc" : "");
-            EXPECT_EQ(iteration.result(withBlob), "") << count;
-            EXPECT_GT(iteration.compliance, 0.0) << count;
-            iteration = limited;
-        }
-        EXPECT_GT(count, 1);
+            Iteration limited;
+            withAllocations(count, [&] { limited.run(withBlob); });
+            const bool enough = limited.compliance != -1.0;
+            EXPECT_STREQ(limited.text, enough ? "" : "std::bad_alloc");
+            Iteration next;
+            EXPECT_EQ(next.result(withBlob), "") << count;
+            EXPECT_GT(next.compliance, 0.0) << count;
+            return enough;
+        });
     }
-    _DestroyVoxamApp();
 }
 
 }  // namespace
