@@ -41,17 +41,13 @@ TEST(DenseInverseTest, TimesTheMatrixIsTheIdentity) {
     test::Random random;
     for (const unsigned n : {1U, 2U, 5U, 20U}) {
         const Matrix a(n, n, random);
-        const Matrix inverse(inversed(dense(a)));
+        const DenseMatrix operand = dense(a);
+        const Matrix inverse(inversed(operand));
+        EXPECT_EQ(Matrix(operand), a);
         EXPECT_LT(distance(product(inverse, a), identity(n)), 1e-10) << n;
         EXPECT_LT(distance(product(a, inverse), identity(n)), 1e-10) << n;
     }
     EXPECT_EQ(takeFailure(), "");
-}
-
-TEST(DenseInverseTest, LeavesAnOperandThatIsNoTemporary) {
-    const DenseMatrix a = matrix(2, 2, {4, 2, 7, 6});
-    EXPECT_LT(distance(Matrix(inversed(a)), Matrix(matrix(2, 2, {0.6, -0.2, -0.7, 0.4}))), 1e-15);
-    EXPECT_EQ(a, matrix(2, 2, {4, 2, 7, 6}));
 }
 
 TEST(DenseInverseTest, RecordsASingularMatrixWithTheSignOfItsText) {
@@ -64,15 +60,6 @@ TEST(DenseInverseTest, RefusesAMatrixWithTooFewColumnsAndLeavesIt) {
     tall.inverse();
     EXPECT_EQ(takeFailure(), FEW_COLUMNS);
     EXPECT_EQ(tall, DenseMatrix(3, 2, 1.0));
-}
-
-TEST(DenseInverseTest, OfNothingIsNothing) {
-    DenseMatrix empty(0, 0);
-    empty.inverse();
-    DenseMatrix null(nullptr);
-    null.inverse();
-    EXPECT_EQ(takeFailure(), "");
-    EXPECT_EQ(Matrix(inversed(DenseMatrix(0, 0))), Matrix(0, 0));
 }
 
 TEST(DenseSolveTest, SolvesInEveryValueCategory) {
@@ -105,7 +92,10 @@ TEST(DenseSolveTest, RefusesMatricesThatDoNotFitTheRightHandSide) {
     EXPECT_EQ(takeFailure(), FEW_ROWS);
 }
 
-TEST(DenseSolveTest, OfNothingIsNothing) {
+TEST(DenseFactorisationTest, OfNothingIsNothing) {
+    DenseMatrix null(nullptr);
+    null.inverse();
+    EXPECT_EQ(Matrix(inversed(DenseMatrix(0, 0))), Matrix(0, 0));
     EXPECT_EQ(Matrix(solve(DenseMatrix(0, 0), DenseMatrix(0, 2))), Matrix(0, 2));
     EXPECT_EQ(takeFailure(), "");
 }
@@ -114,7 +104,6 @@ TEST(DenseDeterminantTest, IsTheTrueOneUpToThreeRows) {
     EXPECT_EQ(DenseMatrix(0, 0).determinant(), 0.0);
     EXPECT_EQ(DenseMatrix(1, 1, -3.0).determinant(), -3.0);
     EXPECT_EQ(matrix(2, 2, {1, 2, 3, 4}).determinant(), -2.0);
-    EXPECT_EQ(matrix(3, 3, {2, 0, 1, -1, 3, 4, 5, 2, -2}).determinant(), -45.0);
     test::Random random;
     for (int round = 0; round < 20; ++round) {
         const Matrix a(3, 3, random);

@@ -1,6 +1,7 @@
 // Between the library's matrices and those of the textbook.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "dense_matrix.h"
@@ -51,6 +52,16 @@ inline kmat::SparseMatrix built(const Matrix& m, bool symmetric = false) {
 
 inline void fillRandom(kmat::DenseMatrix& m, Random& random, double low, double high) {
     for (double& v : m) v = random.number(low, high);
+}
+
+/// Every mix of named (0) and temporary (1) operands.
+inline constexpr std::pair<int, int> MIXES[] = {{0, 0}, {0, 1}, {1, 0}, {1, 1}};
+
+/// op(x, y) with that mix.
+template <typename Operand, typename Op>
+Operand applied(const std::pair<int, int>& mix, Op op, Operand& x, Operand& y) {
+    if (mix.first) return mix.second ? op(std::move(x), std::move(y)) : op(std::move(x), y);
+    return mix.second ? op(x, std::move(y)) : op(x, y);
 }
 
 /// Whether all values are NaN, and there are some.
