@@ -40,10 +40,10 @@ struct Outcome {
     std::string err;
 };
 
-/// A scene, and a part of the line that tells what is wrong with it.
-struct WrongScene {
-    std::string scene;
-    const char* error;
+/// What follows the name of the program, and a part of the line that tells what is wrong with it.
+struct WrongCommand {
+    std::string arguments;
+    std::string error;
 };
 
 class Cli : public testing::Test {
@@ -83,13 +83,12 @@ protected:
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
     }
 
-    /// The command stops at each of these scenes before it writes anything.
-    void expectErrors(const std::vector<WrongScene>& cases) const {
-        for (const auto& [scene, error] : cases) {
-            SCOPED_TRACE(scene);
-            write("s.json", scene);
-            const auto before = files();
-            expectError(run(command), error);
+    /// The program stops at each of these before it writes anything.
+    void expectErrors(const std::vector<WrongCommand>& commands) const {
+        const auto before = files();
+        for (const auto& [arguments, error] : commands) {
+            SCOPED_TRACE(arguments);
+            expectError(run(arguments), error);
             EXPECT_EQ(files(), before);
         }
     }
@@ -99,7 +98,6 @@ protected:
         return mkdtemp(name.data());
     }
 
-    std::string command = "score s.json --picture p.png";
     fs::path directory = newDirectory();
     fs::path work = directory / "work";
 };

@@ -70,6 +70,7 @@ TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
          "line 1, column 1: expected a value: a number, a text in double quotes, true, false, "
          "null, [ or {, found the end of the file"},
         {"{} {}", "line 1, column 4: expected nothing more: the scene is complete, found '{'"},
+        {"[1e999]", "line 1, column 6: a number is too large for any computer"},
         {"{\"a\": 1.}", "line 1, column 9: found a number without digits after its point"},
         {"/* never closed", "line 1, column 16: found a comment without its end, */"},
     };
