@@ -1,6 +1,7 @@
 // What the tests of the command line program share: running it among files of its own.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>

@@ -93,29 +93,6 @@ TEST_F(Optimise, readsEveryFormOfElements) {
                                                             6, 1, 6, 4, 7, 2, 7, 3}));
 }
 
-TEST_F(Optimise, readsSettingsAndTimeline) {
-    const Scene plain = read(cantilever());
-    EXPECT_EQ(plain.loadCasesInUse, (std::vector<int>{0, 1}));
-    EXPECT_EQ(std::vector<double>({plain.penalty, 1.0 * plain.subdivision, 1.0 * plain.meshFactor,
-                                   1.0 * plain.iterations}),
-              (std::vector<double>{3, 1, 1, 100}));
-
-    Scene scene = read(cantilever(R"("densities": 0.5, "iterations": 9, "timeline": [
-        {"iteration": 4, "loadCasesInUse": [1], "penalty": 2, "blob": [{"x": 1, "y": 2}]},
-        {"iteration": 9, "supports": [], "restart": {"design": "new", "subdivision": 2,
-                                                     "meshFactor": 2}}])"));
-    ASSERT_EQ(scene.timeline.size(), 2u);
-    EXPECT_EQ(scene.timeline[1].summary(), "supports, restart");
-    for (const Change& change : scene.timeline) apply(change, scene);
-    EXPECT_EQ(scene.loadCasesInUse, std::vector<int>{1});
-    EXPECT_EQ(scene.penalty, 2);
-    EXPECT_EQ(cellRecords(scene.blob), (std::vector<short>{1, 1, 2}));
-    EXPECT_TRUE(scene.supports.empty());
-    EXPECT_EQ(scene.loads.size(), 2u);
-    EXPECT_EQ(scene.subdivision * 10 + scene.meshFactor, 22);
-    EXPECT_FALSE(scene.timeline[1].restart->keepsDesign);
-}
-
 TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
     write("s.json", cantilever());
     write("bad.json", cantilever(R"("penalty": 11)"));
@@ -162,25 +139,20 @@ TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
     EXPECT_EQ(csv.substr(0, csv.find('\n')),
               "iteration,compliance,volume,change,totalTime,updateTime,stateTime,assembleTime,"
               "factorizeTime,solveTime,sensitivityTime,meshTime");
-    const auto iterations = column(csv, 0);
-    ASSERT_EQ(iterations.size(), 12u);
     const auto volumes = column(csv, 2);
     const auto times = column(csv, 4);
     const auto sensitivityTimes = column(csv, 10);
-    std::vector<int> plainLines;
+    ASSERT_EQ(volumes.size(), 12u);
     for (std::size_t i = 0; i < 12; ++i) {
-        EXPECT_EQ(iterations[i], i + 1.0);
         EXPECT_TRUE(volumes[i] > 0.3 && volumes[i] < 0.7) << volumes[i];
         EXPECT_TRUE(times[i] > sensitivityTimes[i] && sensitivityTimes[i] >= 0);
-        char plainLine[32];
-        std::snprintf(plainLine, sizeof plainLine, "\n%9zu  ", i + 1);
-        if (outcome.out.find(plainLine) != std::string::npos)
-            plainLines.push_back(static_cast<int>(i + 1));
-        char frame[32];
-        std::snprintf(frame, sizeof frame, "frames/frame-%04zu.png", i + 1);
-        EXPECT_EQ(contents(directory / frame).substr(1, 3), "PNG");
     }
-    EXPECT_EQ(plainLines, (std::vector<int>{1, 10, 12}));
+    // One in ten is told, and the last.
+    for (const char* line : {"\n        1  ", "\n       10  ", "\n       12  "})
+        expectText(outcome.out, line);
+    EXPECT_EQ(outcome.out.find("\n       11  "), std::string::npos);
+    for (const char* frame : {"frames/frame-0001.png", "frames/frame-0012.png"})
+        EXPECT_EQ(contents(directory / frame).substr(1, 3), "PNG");
     EXPECT_EQ(files(), (std::vector<std::string>{"frames", "h.csv", "p.png", "s.json"}));
 }
 
@@ -221,31 +193,22 @@ TEST_F(Optimise, letsTheDesignLeave) {
     expectError(run("score s.json --design d.csv --outline d.csv"), "it is an input of the scene");
 }
 
-TEST_F(Optimise, picturesShowWhatIsFixed) {
+TEST_F(Optimise, picturesShowWhatIsFixedAndWhereTheBlobIs) {
     // Void and solid where the design would have them the other way round.
-    const auto picture = draw(cantilever(R"("iterations": 5, "subdivision": 2, "meshFactor": 2,
+    const std::string scene = cantilever(R"("iterations": 12, "subdivision": 2, "meshFactor": 2,
         "passive": {"void": [{"x": 1, "y": 0}], "solid": [{"x": 10, "y": 5}],
-                    "secondSolid": [{"x": 0, "y": 2}]}, "blob": [{"x": 2, "y": 5}])"));
-    EXPECT_GT(picture.red(1, 0), 230);
-    EXPECT_LT(picture.red(10, 5), 60);
-    EXPECT_LT(picture.red(0, 2), 60);
-    EXPECT_TRUE(picture.isBlob(2, 5));
-    EXPECT_FALSE(picture.isBlob(1, 0) || picture.isBlob(10, 5));
-}
-
-TEST_F(Optimise, movesTheBlobAndKeepsItsPlaceWhenTheSceneChanges) {
-    const std::string blob = R"("iterations": 12, "blob": [{"x": 3, "y": 0}, {"x": 4, "y": 0},
-        {"x": 3, "y": 1}, {"x": 4, "y": 1}])";
-    const std::string change = blob + R"(, "timeline": [{"iteration": 12, "volumeFraction": 0.4}])";
-    const auto stays = [](const Picture& picture) {
+                    "secondSolid": [{"x": 0, "y": 2}]}, "blob": [{"x": [3, 4], "y": [0, 1]}])");
+    const auto atFirst = [](const Picture& picture) {
         return picture.isBlob(3, 0) + picture.isBlob(4, 0) + picture.isBlob(3, 1) +
                picture.isBlob(4, 1);
     };
-    EXPECT_EQ(stays(draw(cantilever(blob))), 4);
-    EXPECT_GE(stays(draw(cantilever(blob), "--blob --iterations 1")), 2);
-    const int after = stays(draw(cantilever(blob), "--blob"));
-    EXPECT_LT(after, 3);
-    EXPECT_LE(stays(draw(cantilever(change), "--blob")), after);
+    const Picture picture = draw(scene);
+    EXPECT_GT(picture.red(1, 0), 230);
+    EXPECT_LT(picture.red(10, 5), 60);
+    EXPECT_LT(picture.red(0, 2), 60);
+    EXPECT_FALSE(picture.isBlob(1, 0) || picture.isBlob(10, 5));
+    EXPECT_EQ(atFirst(picture), 4);
+    EXPECT_LT(atFirst(draw(scene, "--blob")), 3);
 }
 
 TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
@@ -266,6 +229,7 @@ TEST_F(Optimise, tellsWhatTheLibrarySays) {
     const Outcome mended = run("optimise mended.json --iterations 10 --history h.csv");
     EXPECT_EQ(mended.status, 0);
     expectText(mended.err, "warning: timeline[0]: supports: the plate is free to move: nothing");
+    expectText(mended.out, "3  changes: supports\n");
     expectText(mended.out, "3  Change load/support; goes on with the change at iteration 5\n");
     EXPECT_EQ(column(contents(directory / "h.csv"), 0), (std::vector<double>{1, 2, 9, 10}));
 

@@ -1,6 +1,4 @@
 // What a picture is made of: arrows, outlines of areas, colours.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -9,13 +7,15 @@
 #include "area_outline.h"
 #include "load_arrows.h"
 #include "picture.h"
+#include "scene_fixture.h"
 
 namespace {
 
+/// Nothing acts on it.
 Scene plate() {
-    Scene scene;
-    scene.width = 40;
-    scene.height = 20;
+    Scene scene = clampedPlate(40, 20);
+    scene.loads.clear();
+    scene.supports.clear();
     scene.loadCases = 9;
     return scene;
 }

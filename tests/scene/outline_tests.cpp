@@ -1,6 +1,4 @@
 // Outlines of designs, and the files that hold them.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -13,17 +11,10 @@
 
 #include "outline.h"
 #include "outline_file.h"
+#include "scene_fixture.h"
 #include "solid.h"
 
 namespace {
-
-Field drawn(const std::vector<std::string>& rows) {
-    Field field(int(rows[0].size()), int(rows.size()));
-    for (int y = 0; y < field.height; ++y)
-        for (int x = 0; x < field.width; ++x)
-            field.at(x, y) = rows[std::size_t(y)][std::size_t(x)] == '#' ? 1.0f : 0.0f;
-    return field;
-}
 
 Field random(int width, int height, unsigned seed, bool blackAndWhite) {
     std::mt19937 generator(seed);
@@ -127,13 +118,13 @@ TEST(Outline, hasTheAreaOfTheDesign) {
 }
 
 TEST(Outline, keepsApartWhatTouchesInACorner) {
-    EXPECT_EQ(traceOutline(drawn({"#.", ".#"}), 1).contours.size(), 2u);
+    EXPECT_EQ(traceOutline(drawing({"#.", ".#"}), 1).contours.size(), 2u);
     // Void that touches in a corner is one hole; that at the border is none.
-    const Outline holey = traceOutline(drawn({"#####", "#.###", "##.##", "#####", "####."}), 1);
+    const Outline holey = traceOutline(drawing({"#####", "#.###", "##.##", "#####", "####."}), 1);
     EXPECT_EQ(holey.contours.size(), 2u);
     EXPECT_EQ(holes(holey), 1u);
     // Grey around the corner joins it.
-    Field grey = drawn({"#.", ".#"});
+    Field grey = drawing({"#.", ".#"});
     grey.at(1, 0) = 0.2f;
     EXPECT_EQ(traceOutline(grey, 1).contours.size(), 1u);
 }
@@ -171,7 +162,7 @@ TEST(Solid, staysWatertightInSinglePrecision) {
 }
 
 TEST(OutlineFile, facesOutwardsInStl) {
-    const auto stl = encodeStl(traceOutline(drawn({"###", "#.#", "###"}), 1), 2);
+    const auto stl = encodeStl(traceOutline(drawing({"###", "#.#", "###"}), 1), 2);
     const std::size_t count = expectWatertight(stl);
     double flux = 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -188,7 +179,7 @@ TEST(OutlineFile, facesOutwardsInStl) {
 }
 
 TEST(OutlineFile, hasEveryContourInSvgAndDxf) {
-    const Outline outline = traceOutline(drawn({"###..", "#.#..", "###.#"}), 2);
+    const Outline outline = traceOutline(drawing({"###..", "#.#..", "###.#"}), 2);
     const auto svg = encodeSvg(outline);
     const std::string text(svg.begin(), svg.end());
     EXPECT_NE(text.find(R"(width="2.5mm" height="1.5mm" viewBox="0 0 2.5 1.5")"), std::string::npos)
