@@ -32,27 +32,17 @@ def test_scores_what_the_program_scores():
 
 
 def test_energies_are_indexed_y_x():
-    # A strip pulled along x: the row that carries the load has the energy.
+    # A strip of unit modulus, pulled along x by a unit stress and free to slide along its end: the
+    # energy of each of its elements is 1, and that of the others next to nothing.
     loads = [voxam.Load(6, y, fx=0.5) for y in (2, 3)]
-    densities = np.zeros((4, 6))
-    densities[2] = 1
-    with voxam.Game(6, 4, loads, wall(4)) as game:
-        for given in densities, densities.astype(bool), np.asfortranarray(densities), \
-                densities.astype(np.float32), densities.tolist():
+    strip = np.zeros((4, 6))
+    strip[2] = 1
+    with voxam.Game(6, 4, loads, [voxam.Support(0, 2), voxam.Support(0, 3, "x")]) as game:
+        for given in strip, strip.astype(bool), np.asfortranarray(strip), \
+                strip.astype(np.float32), strip.tolist():
             score = game.solve(given)
-            assert score.compliance == pytest.approx(6, rel=0.05)  # force squared x length / area
-            assert np.all(score.energies[2] > 0.5)
-            assert np.all(np.delete(score.energies, 2, axis=0) < 1e-3)
-
-
-def test_a_sliding_edge_leaves_a_uniform_stress():
-    # Unit stress along x, unit modulus: the compliance is the area.
-    loads = [voxam.Load(6, y, fx=0.5 if y in (0, 4) else 1.0) for y in range(5)]
-    supports = [voxam.Support(0, y, "x") for y in range(5)] + [voxam.Support(0, 0, "y")]
-    with voxam.Game(6, 4, loads, supports) as game:
-        score = game.solve(np.ones((4, 6)))
-    assert score.compliance == pytest.approx(24, rel=1e-5)
-    assert np.allclose(score.energies, 1, rtol=1e-5)
+            assert score.compliance == pytest.approx(6, abs=0.01)
+            assert np.allclose(score.energies, strip, atol=0.01)
 
 
 def test_load_cases_add_up():
@@ -65,22 +55,18 @@ def test_load_cases_add_up():
     assert scores[2] == pytest.approx(scores[0] + scores[1], rel=1e-5)
 
 
-def test_an_unsupported_plate_says_so_and_the_game_goes_on():
-    solid = np.ones((2, 3))
-    with voxam.Game(3, 2, [voxam.Load(3, 1, fy=1)], [voxam.Support(0, 0)]) as game:
-        for _ in range(2):
-            with pytest.raises(voxam.ProblemError, match="Hold it in x, in y and against turning"):
-                game.solve(solid)
-
-
-@pytest.mark.parametrize("forces, complaint", [
-    ([1, -1], "cancel out"), ([1e-24], "too small"), ([1e19], "scale the forces"),
+@pytest.mark.parametrize("forces, supports, complaint", [
+    ([1], wall(8)[:1], "Hold it in x, in y and against turning"),
+    ([1, -1], wall(8), "cancel out"),
+    ([1e-24], wall(8), "too small"),
+    ([1e19], wall(8), "scale the forces"),
 ])
-def test_forces_out_of_range_are_no_score(forces, complaint):
+def test_says_why_there_is_no_score(forces, supports, complaint):
     loads = [voxam.Load(12, 4, fy=force) for force in forces]
-    with voxam.Game(12, 8, loads, wall(8)) as game:
-        with pytest.raises(voxam.ProblemError, match=complaint):
-            game.solve(np.ones((8, 12)))
+    with voxam.Game(12, 8, loads, supports) as game:
+        for _ in range(2):
+            with pytest.raises(voxam.ProblemError, match=complaint):
+                game.solve(np.ones((8, 12)))
 
 
 @pytest.mark.parametrize("densities, complaint", [

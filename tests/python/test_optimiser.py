@@ -5,6 +5,7 @@ import gc
 import pickle
 import re
 import threading
+from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
 import pytest
@@ -29,29 +30,11 @@ def test_masks_and_picture_are_indexed_y_x(plate):
     assert np.all(middles[solid | second] < 0.02)
 
 
-def test_a_plate_pulled_down_forms_the_mirror_image_of_one_pulled_up():
-    pictures = []
-    for y, fy in (3, 1.0), (9, -1.0):
-        with voxam.Optimiser(18, 12, volume_fraction=0.4) as optimiser:
-            optimiser.update([voxam.Load(18, y, 0, fy)], wall(12))
-            for _ in range(15):
-                result = optimiser.iterate()
-            pictures.append(result.picture)
-    assert np.allclose(pictures[0], pictures[1][::-1], atol=1e-4)
-    assert not np.allclose(pictures[0], pictures[1], atol=0.5)
-    assert pictures[0][3, 17] < 0.5 < pictures[0][11, 17]  # material where the load is
-
-
-def test_iteration_tells_what_happened(plate):
-    results = [plate.iterate() for _ in range(20)]
-    assert results[-1].compliance < 0.5 * results[0].compliance
-    assert results[-1].volume == pytest.approx(0.5, abs=0.05)
-    assert all(0 < result.change <= 1 for result in results)
-    assert all(result.blob is None for result in results)
-    times = results[-1].times
+def test_times_are_those_of_their_names(plate):
     rounding = 0.01
-    assert times.total + rounding >= times.update + times.state + times.sensitivity + times.mesh
-    assert times.state + rounding >= times.assemble + times.factorize + times.solve > 0
+    for times in [plate.iterate().times for _ in range(5)]:
+        assert times.total + rounding >= times.update + times.state + times.sensitivity + times.mesh
+        assert times.state + rounding >= times.assemble + times.factorize + times.solve > 0
 
 
 def test_writes_into_the_array_of_the_caller_and_nowhere_else(plate):
@@ -101,14 +84,12 @@ def test_texts_say_what_to_do_until_an_update_mends_it(plate):
 
 def test_load_cases_in_use():
     loads = [voxam.Load(12, 0, 0, 1, 0), voxam.Load(12, 8, 1, 0, 1)]
-    compliances = {}
-    for cases in [0], [1], [0, 1], None, [1, 0, 1]:
+    compliances = []
+    for cases in [0], [1], None, [1, 0, 1]:
         with voxam.Optimiser(12, 8, load_cases=2) as optimiser:
             optimiser.update(loads, wall(8), load_cases_in_use=cases)
-            compliances[str(cases)] = optimiser.iterate().compliance
-    both = compliances["[0]"] + compliances["[1]"]
-    for cases in "[0, 1]", "None", "[1, 0, 1]":
-        assert compliances[cases] == pytest.approx(both, rel=1e-9)
+            compliances.append(optimiser.iterate().compliance)
+    assert compliances[2:] == pytest.approx([compliances[0] + compliances[1]] * 2, rel=1e-9)
     with voxam.Optimiser(2, 2, load_cases=200) as optimiser:
         with pytest.raises(ValueError, match="the first 128"):
             optimiser.update([voxam.Load(2, 0, 1)], wall(2))
@@ -133,17 +114,12 @@ def test_blob_moves_is_tracked_and_stays(plate):
     assert np.array_equal(plate.blob, moved)
 
 
-def test_penalty_makes_half_filled_cells_poor(plate):
+def test_refuses_wrong_penalties(plate):
     for wrong in 0, -1, float("nan"), "three":
         with pytest.raises((ValueError, TypeError), match="^penalty: "):
             plate.iterate(wrong)
     with pytest.raises(TypeError, match=r"^penalty: an array of shape \(32, 48\).*out=array"):
         plate.iterate(np.empty(plate.picture_shape, np.float32))
-    compliances = []
-    for penalty in 1, 3:
-        plate.restart()
-        compliances.append(plate.iterate(penalty).compliance)
-    assert compliances[1] > 2 * compliances[0]
 
 
 def test_restart_keeps_or_forgets_the_design(plate):
@@ -162,16 +138,11 @@ def test_restart_keeps_or_forgets_the_design(plate):
     assert plate.picture_shape == (32, 48)
 
 
-def test_volume_fraction_stays_until_it_is_named():
-    volumes = []
-    for again in {"volume_fraction": 0.3}, {}:
-        with voxam.Optimiser(12, 8, volume_fraction=0.6) as plate:
-            plate.update(*cantilever(12, 8), volume_fraction=0.3)
-            plate.iterate()
-            plate.update(*cantilever(12, 8), **again)
-            volumes.append([plate.iterate().volume for _ in range(15)])
-    assert volumes[0] == volumes[1]
-    assert volumes[0][-1] < 0.4
+def test_volume_fraction_stays_until_it_is_named(plate):
+    plate.update(*cantilever(12, 8), volume_fraction=0.3)
+    plate.update(*cantilever(12, 8))
+    results = [plate.iterate() for _ in range(15)]
+    assert plate.volume_fraction == pytest.approx(0.3) and results[-1].volume < 0.4
 
 
 @pytest.mark.parametrize("settings, complaint", [
@@ -180,7 +151,6 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"loads": [(0.5, 0, 1, 0)]}, r"loads\[0\].x: 0.5 is not a whole number"),
     ({"loads": [(0, 0, float("nan"))]}, r"loads\[0\].fx: nan is not a finite number"),
     ({"loads": [(0, 0, 0, 1e39)]}, r"loads\[0\].fy: 1e\+39 is not a finite number"),
-    ({"loads": [(0, 0, "up")]}, r"loads\[0\].fx: 'up' is not a number"),
     ({"loads": [(0, 0, 0, 1, 1)]}, r"loads\[0\].load_case: 1 is outside 0..0"),
     ({"loads": [(0, 0, "1")]}, r"loads\[0\].fx: '1' is not a number"),
     ({"loads": [(1,)]}, r"loads\[0\]: \(1,\) is no voxam.Load\(x, y, fx, fy, load_case\)"),
@@ -189,13 +159,9 @@ def test_volume_fraction_stays_until_it_is_named():
     ({"loads": voxam.Load(1, 2, fy=1)}, r"loads: Load\(.*\) is no list; pass one, such as"),
     ({"loads": (12, 4, 0, 1)}, r"loads\[0\]: 12 is no voxam.Load"),
     ({"loads": None}, "loads: None is no list"),
-    ({"supports": None}, "supports: None is no list"),
-    ({"supports": voxam.Support(0, 0)}, r"supports: Support\(.*\) is no list"),
     ({"supports": [(0, 9)]}, r"supports\[0\].y: 9 is outside 0..8"),
     ({"supports": [(0, 8, "yx")]}, r"supports\[0\].fix: 'yx'"),
     ({"supports": [(0, 8, np.ones(9))]}, r"supports\[0\].fix: an array of shape \(9,\) is not"),
-    ({"volume_fraction": np.ones(9)}, r"volume_fraction: an array of shape \(9,\) is not a number"),
-    ({"volume_fraction": 0}, "volume_fraction: 0 is not above 0"),
     ({"volume_fraction": 1e-50}, "volume_fraction: 1e-50 is not above 0 .* .in single precision"),
     ({"volume_fraction": 1.01}, "volume_fraction: 1.01 is not above 0"),
     ({"void": np.zeros((12, 8), bool)},
@@ -219,23 +185,18 @@ def test_refuses_wrong_settings_and_keeps_the_old_ones(plate, settings, complain
     ({"width": 0}, "width: 0 is outside"),
     ({"width": 3.5}, "width: 3.5 is not a whole number"),
     ({"volume_fraction": 10**400}, "volume_fraction: 10*\\.\\.\\.0* is not a finite number"),
-    ({"subdivision": 0}, "subdivision: 0 is outside"),
     ({"volume_fraction": float("nan")}, "volume_fraction: nan"),
-])
-def test_refuses_wrong_sizes(sizes, complaint):
-    with pytest.raises((ValueError, TypeError), match=complaint):
-        voxam.Optimiser(**{"width": 4, "height": 3, **sizes})
-    voxam.Optimiser(4, 3).close()  # nothing is left behind
-
-
-@pytest.mark.parametrize("sizes, complaint", [
+    ({"subdivision": 0}, "subdivision: 0 is outside"),
     ({"width": 100000, "height": 100000}, "more than the library can number"),
     ({"load_cases": 2**30}, "more than the library can number"),
     ({"subdivision": 2**8, "mesh_factor": 2**8}, "more cells than the library can number"),
 ])
-def test_sizes_beyond_the_numbers_of_the_library_are_too_large(sizes, complaint):
-    with pytest.raises(voxam.OutOfMemoryError, match=complaint):
+def test_refuses_wrong_sizes(sizes, complaint):
+    is_too_large = "the library" in complaint
+    error = voxam.OutOfMemoryError if is_too_large else (ValueError, TypeError)
+    with pytest.raises(error, match=complaint):
         voxam.Optimiser(**{"width": 4, "height": 3, **sizes})
+    voxam.Optimiser(4, 3).close()  # nothing is left behind
 
 
 def test_estimates_memory_as_documented():
@@ -278,12 +239,13 @@ def test_masks_that_would_be_misplaced_or_too_long_are_refused(plate):
     with pytest.raises(ValueError, match="have to be equal"):
         plate.update(*cantilever(12, 8), void=cells)
     plate.close()
-    with voxam.Optimiser(200, 170) as large:
-        with pytest.raises(ValueError, match="void: 34000 elements, the most are 32767"):
-            large.update(*cantilever(200, 170), void=np.ones((170, 200), bool))
-    with voxam.Optimiser(40000, 1) as long:
-        with pytest.raises(ValueError, match=r"solid\[0, 39000\]: 32767 is the largest"):
-            long.update(*cantilever(40000, 1), solid=mask(40000, 1, (39000, 0)))
+    for width, height, cells, complaint in [
+        (200, 170, np.ones((170, 200), bool), "solid: 34000 elements, the most are 32767"),
+        (40000, 1, mask(40000, 1, (39000, 0)), r"solid\[0, 39000\]: 32767 is the largest"),
+    ]:
+        with voxam.Optimiser(width, height) as large:
+            with pytest.raises(ValueError, match=complaint):
+                large.update(*cantilever(width, height), solid=cells)
 
 
 def test_one_optimiser_at_a_time(plate):
@@ -394,29 +356,16 @@ def test_what_another_copy_of_the_package_left_is_replaced():
 
 
 def test_threads_wait_for_one_another(plate):
-    def results(count):
-        return [plate.iterate().compliance for _ in range(count)]
-
-    alone = results(40)
+    alone = [plate.iterate().compliance for _ in range(40)]
     plate.restart()
-    together, failures = [], []
 
-    def work():
-        try:
-            for _ in range(10):
-                together.extend(results(1))
-                with pytest.raises(voxam.VoxamError):
-                    voxam.Optimiser(3, 2)
-        except BaseException as failure:
-            failures.append(failure)
+    def work(_):
+        with pytest.raises(voxam.VoxamError):
+            voxam.Optimiser(3, 2)
+        return plate.iterate().compliance
 
-    threads = [threading.Thread(target=work) for _ in range(4)]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
-    assert not failures
-    assert sorted(together) == sorted(alone)
+    with ThreadPoolExecutor(4) as pool:
+        assert sorted(pool.map(work, range(40))) == sorted(alone)
 
 
 def test_closing_waits_for_the_iteration_of_another_thread():
@@ -424,17 +373,15 @@ def test_closing_waits_for_the_iteration_of_another_thread():
         optimiser = voxam.Optimiser(60, 40)
         optimiser.update(*cantilever(60, 40))
         started = threading.Event()
-        count = []
 
         def work():
             started.set()
             with pytest.raises(voxam.VoxamError, match="closed"):
                 while True:
-                    count.append(optimiser.iterate().compliance)
+                    assert optimiser.iterate().compliance > 0
 
-        thread = threading.Thread(target=work)
-        thread.start()
-        started.wait()
-        optimiser.close()
-        thread.join()
-        assert all(compliance > 0 for compliance in count)
+        with ThreadPoolExecutor(1) as pool:
+            working = pool.submit(work)
+            started.wait()
+            optimiser.close()
+            working.result()

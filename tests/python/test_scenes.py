@@ -42,6 +42,16 @@ CHANGEFUL = {
 }
 
 
+@pytest.fixture
+def write(tmp_path):
+    """Writes a scene: the one above, but for these keys, or another text."""
+    def write_scene(text=None, **changes):
+        file = tmp_path / "scene.json"
+        file.write_text(text or json.dumps({**CHANGEFUL, **changes}))
+        return file
+    return write_scene
+
+
 def check_against_program(file, folder, iterations, move_blob=False):
     options = ["--iterations", str(iterations)] + ["--blob"] * move_blob
     rows = history(file, folder, *options)
@@ -60,42 +70,34 @@ def test_gives_the_compliances_of_the_program(name, tmp_path):
 
 
 @pytest.mark.parametrize("move_blob", [False, True])
-def test_follows_a_timeline_as_the_program_does(move_blob, tmp_path):
-    file = tmp_path / "changes.json"
-    file.write_text(json.dumps(CHANGEFUL))
-    ours = check_against_program(file, tmp_path, 40, move_blob)
+def test_follows_a_timeline_as_the_program_does(move_blob, tmp_path, write):
+    ours = check_against_program(write(), tmp_path, 40, move_blob)
     numbers = [number for number, _ in ours]
     assert set(range(1, 41)) - set(numbers) == set(range(18, 22))  # nothing held the plate
     assert ours[0][1].picture.shape == (64, 96)
     assert ours[-1][1].picture.shape == (16, 24)
 
 
-def test_raises_what_no_change_can_mend(tmp_path):
-    file = tmp_path / "free.json"
-    file.write_text(json.dumps({**CHANGEFUL, "supports": [], "timeline": []}))
+def test_raises_what_no_change_can_mend(write):
     with pytest.raises(ProblemError):
-        list(scenes.run(scenes.read_scene(file)))
+        list(scenes.run(scenes.read_scene(write(supports=[], timeline=[]))))
 
 
-def test_reads_discs_rings_and_drawings_alike(tmp_path):
-    file = tmp_path / "scene.json"
-    file.write_text(json.dumps(CHANGEFUL))
-    settings = scenes.read_scene(file).settings
+def test_reads_discs_rings_and_drawings_alike(write):
+    settings = scenes.read_scene(write()).settings
     drawing = np.full((16, 24), ".")
     for kind, character in ("void", "o"), ("solid", "#"), ("second_solid", "2"):
         drawing[settings[kind]] = character
     assert "".join(drawing[8]) == ".........##oooo##.....22"[:9] + "#oooo#" + ".......22"
-    file.write_text(json.dumps({**CHANGEFUL, "passive": ["".join(row) for row in drawing]}))
-    for kind in ("void", "solid", "second_solid"):
-        assert np.array_equal(scenes.read_scene(file).settings[kind], settings[kind])
+    drawn = scenes.read_scene(write(passive=["".join(row) for row in drawing])).settings
+    for kind in "void", "solid", "second_solid":
+        assert np.array_equal(drawn[kind], settings[kind])
 
 
-def test_a_ring_begins_where_the_disc_within_it_ends(tmp_path):
+def test_a_ring_begins_where_the_disc_within_it_ends(write):
     passive = {"void": [{"x": 12.5, "y": 8.5, "radius": 2}],
                "solid": [{"x": 12.5, "y": 8.5, "radius": [2, 4]}]}
-    file = tmp_path / "scene.json"
-    file.write_text(json.dumps({**CHANGEFUL, "passive": passive}))
-    settings = scenes.read_scene(file).settings
+    settings = scenes.read_scene(write(passive=passive)).settings
     kinds = "".join("o" if settings["void"][8, x] else "#" if settings["solid"][8, x] else "."
                     for x in range(7, 18))
     assert kinds == "..##ooo##.."
@@ -118,23 +120,20 @@ def test_a_ring_begins_where_the_disc_within_it_ends(tmp_path):
     ({"blob": [{"x": 0.5, "y": 0, "radius": 0.1}]}, "blob[0]: has no element of the grid"),
     ({"timeline": [{"iteration": 1, "penalty": 3}]}, "timeline[0].iteration: 1 is outside 2..40"),
 ])
-def test_names_file_key_and_value(changes, complaint, tmp_path):
-    file = tmp_path / "scene.json"
-    file.write_text(json.dumps({**CHANGEFUL, **changes}))
+def test_names_file_key_and_value(changes, complaint, write):
+    file = write(**changes)
     with pytest.raises(scenes.SceneError) as error:
         scenes.read_scene(file)
     assert str(error.value) == f"{file}: {complaint}"
 
 
-def test_comments_are_blanks_but_not_in_strings(tmp_path):
-    file = tmp_path / "scene.json"
+def test_comments_are_blanks_but_not_in_strings(write):
     text = json.dumps({**CHANGEFUL, "title": 'a // b /* c */ \\"', "$schema": "s"})
-    file.write_text("// first\n" + text.replace(', "iterations"', '/* "x": 1,\n */, "iterations"'))
-    scene = scenes.read_scene(file)
+    text = "// first\n" + text.replace(', "iterations"', '/* "x": 1,\n */, "iterations"')
+    scene = scenes.read_scene(write(text))
     assert scene.title == 'a // b /* c */ \\"' and scene.iterations == 40
-    file.write_text('/* a\n comment */ {"grid": // b\n oops}')
     with pytest.raises(scenes.SceneError, match="line 3 column 2"):
-        scenes.read_scene(file)
+        scenes.read_scene(write('/* a\n comment */ {"grid": // b\n oops}'))
 
 
 @pytest.mark.parametrize("text, complaint", [
@@ -143,8 +142,6 @@ def test_comments_are_blanks_but_not_in_strings(tmp_path):
     ("[]", "an object is needed"),
     ("[" * 100000, "nested too deeply"),
 ])
-def test_refuses_what_is_no_scene(text, complaint, tmp_path):
-    file = tmp_path / "scene.json"
-    file.write_text(text)
+def test_refuses_what_is_no_scene(text, complaint, write):
     with pytest.raises(scenes.SceneError, match=complaint):
-        scenes.read_scene(file)
+        scenes.read_scene(write(text))
