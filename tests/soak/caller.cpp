@@ -1,42 +1,26 @@
 #include "caller.h"
 
-#include <utility>
-
 namespace soak {
 
-Worker::Worker() : thread([this] { work(); }) {}
-
 Worker::~Worker() {
-    {
-        const std::lock_guard lock(mutex);
-        ending = true;
-    }
-    changed.notify_all();
+    task = nullptr;
+    wanted.release();
     thread.join();
 }
 
-void Worker::run(const std::function<void()>& newTask) {
-    std::unique_lock lock(mutex);
-    task = &newTask;
-    changed.notify_all();
-    changed.wait(lock, [this] { return !task; });
+void Worker::make(const Call& call, const test::LoadedLibrary& library) {
+    task = [&] { call(library); };
+    wanted.release();
+    done.acquire();
 }
 
 void Worker::work() {
-    std::unique_lock lock(mutex);
     for (;;) {
-        changed.wait(lock, [this] { return task || ending; });
+        wanted.acquire();
         if (!task) return;
-        (*task)();
-        task = nullptr;
-        changed.notify_all();
+        task();
+        done.release();
     }
-}
-
-Caller::Caller(std::string libraryPath)
-    : path(std::move(libraryPath)), library(std::make_unique<test::LoadedLibrary>(path)) {
-    constexpr int workerCount = 3;
-    for (int i = 0; i < workerCount; ++i) workers.push_back(std::make_unique<Worker>());
 }
 
 void Caller::setManner(Manner newManner, uint64_t seed) {
@@ -44,16 +28,16 @@ void Caller::setManner(Manner newManner, uint64_t seed) {
     dice = Dice(seed);
 }
 
-void Caller::call(const std::function<void(const test::LoadedLibrary&)>& body) {
+void Caller::call(const Call& body) {
     ++calls;
-    const auto task = [&] { body(*library); };
     if (manner == RELOADING && dice.oneIn(4)) {
         library.reset();
         library = std::make_unique<test::LoadedLibrary>(path);
     }
-    if (manner != FROM_THREADS_IN_TURN) return task();
-    if (dice.oneIn(8)) return std::thread(task).join();  // one that has never called before
-    dice.pickFrom(workers)->run(task);
+    if (manner != FROM_THREADS_IN_TURN) return body(*library);
+    // One that has never called before, or one of those that call all the time.
+    if (dice.oneIn(8)) return std::thread(body, std::cref(*library)).join();
+    dice.pickFrom(workers).make(body, *library);
 }
 
 }  // namespace soak

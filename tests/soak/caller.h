@@ -2,12 +2,12 @@
 // results have to be the same bits.
 #pragma once
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <semaphore>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "../support/loaded_library.h"
@@ -15,41 +15,41 @@
 
 namespace soak {
 
-/// A thread that does one thing at a time for somebody who waits for it.
+using Call = std::function<void(const test::LoadedLibrary&)>;
+
+/// A thread that makes one call at a time for somebody who waits for it.
 class Worker {
 public:
-    Worker();
     ~Worker();
-    void run(const std::function<void()>& task);
+    void make(const Call& call, const test::LoadedLibrary& library);
 
 private:
     void work();
 
-    std::mutex mutex;
-    std::condition_variable changed;
-    const std::function<void()>* task = nullptr;
-    bool ending = false;
-    std::thread thread;
+    std::function<void()> task;
+    std::binary_semaphore wanted{0};
+    std::binary_semaphore done{0};
+    std::thread thread{[this] { work(); }};
 };
 
 class Caller {
 public:
     enum Manner { FROM_ONE_THREAD, FROM_THREADS_IN_TURN, RELOADING };
 
-    explicit Caller(std::string libraryPath);
+    explicit Caller(std::string libraryPath) : path(std::move(libraryPath)) {}
 
     /// How calls are made from now on, and the seed of the choices that takes.
     void setManner(Manner newManner, uint64_t seed);
 
     /// Makes one call.
-    void call(const std::function<void(const test::LoadedLibrary&)>& body);
+    void call(const Call& body);
 
     uint64_t getCalls() const { return calls; }
 
 private:
     const std::string path;
-    std::unique_ptr<test::LoadedLibrary> library;
-    std::vector<std::unique_ptr<Worker>> workers;
+    std::unique_ptr<test::LoadedLibrary> library = std::make_unique<test::LoadedLibrary>(path);
+    std::vector<Worker> workers = std::vector<Worker>(3);
     Manner manner = FROM_ONE_THREAD;
     Dice dice{0};
     uint64_t calls = 0;

@@ -11,28 +11,14 @@ using test::LoadedLibrary;
 
 namespace {
 
-bool allFinite(const auto& values) {
-    return std::all_of(values.begin(), values.end(), [](auto v) { return std::isfinite(v); });
+bool allOf(const auto& values, const auto& property) {
+    return std::ranges::all_of(values, property);
 }
+
+bool isFinite(float value) { return std::isfinite(value); }
 
 // The library takes sizes as unsigned.
 double asSize(int size) { return static_cast<unsigned>(size); }
-
-// Empty if the host did not give a buffer.
-std::string textIn(const Guarded<char>& buffer, const Request& request) {
-    if (!request.text || request.messageLength < 1) {
-        require(buffer.untouched(), "no text goes where none is wanted");
-        return "";
-    }
-    const auto end = std::find(buffer.begin(), buffer.end(), '\0');
-    require(end != buffer.end(), "texts are terminated");
-    return {buffer.begin(), end};
-}
-
-template <typename T>
-void requireIntact(const Guarded<T>& values, const std::string& name) {
-    require(values.isIntact(), "writes nothing beside " + name);
-}
 
 bool isCutOf(const std::string& text, const std::string& whole, int length) {
     return text == whole.substr(0, static_cast<size_t>(length - 1));
@@ -47,18 +33,22 @@ struct CheckedLibrary::Buffers {
           picture(plate.pictureCells()),
           mask(plate.elements()) {}
 
-    void requireGuards() const {
-        requireIntact(text, "the text");
-        requireIntact(picture, "the picture");
-        requireIntact(change, "the change");
-        requireIntact(times, "the times");
-        requireIntact(mask, "the mask");
+    // Empty if the host did not give a buffer.
+    std::string textFor(const Request& request) const {
+        require(text.isIntact(), "writes nothing beside the text");
+        if (!request.text || request.messageLength < 1) {
+            require(text.untouched(), "no text goes where none is wanted");
+            return "";
+        }
+        const auto end = std::find(text.begin(), text.end(), '\0');
+        require(end != text.end(), "texts are terminated");
+        return {text.begin(), end};
     }
 
     void requireTimes() const {
         const auto t = times.copy();  // in the order of RuntimeStat
         constexpr float rounding = 1e-3F;
-        for (const float time : t) require(time >= 0, "times are not negative");
+        require(allOf(t, [](float time) { return time >= 0; }), "times are not negative");
         require(t[0] * (1 + rounding) + rounding >= t[1] + t[2] + t[6] + t[7],
                 "the iteration takes as long as its parts");
         require(t[2] * (1 + rounding) + rounding >= t[3] + t[4] + t[5],
@@ -71,6 +61,13 @@ struct CheckedLibrary::Buffers {
     Guarded<float> times{sizeof(RuntimeStat) / sizeof(float)};
     Guarded<int> mask;
 };
+
+template <typename T>
+std::vector<T> CheckedLibrary::answerIn(const Guarded<T>& array, const std::string& name) {
+    require(array.isIntact(), "writes nothing beside " + name);
+    for (const T value : array) hash.add(value);
+    return array.copy();
+}
 
 size_t Plate::elements() const {
     return tooLarge() ? 0 : static_cast<size_t>(width) * static_cast<size_t>(height);
@@ -140,19 +137,15 @@ Answer CheckedLibrary::iterate(const Request& request) {
                                 : library.iterate(request.messageLength, text, picture, change,
                                                   times, request.penalty);
     });
-    buffers.requireGuards();
-    answer.text = textIn(buffers.text, request);
-    answer.change = *buffers.change.begin();
-    answer.picture = buffers.picture.copy();
-    answer.mask = buffers.mask.copy();
+    require(buffers.times.isIntact(), "writes nothing beside the times");
+    answer.text = buffers.textFor(request);
+    answer.change = answerIn(buffers.change, "the change").front();
+    answer.picture = answerIn(buffers.picture, "the picture");
+    answer.mask = answerIn(buffers.mask, "the mask");
+    hash.add(answer.compliance);
+    hash.add(answer.text);
     checkWrites(request, answer.text, buffers);
     checkAnswer(request, answer);
-
-    hash.add(answer.compliance);
-    hash.add(answer.change);
-    hash.add(answer.text);
-    for (const float value : answer.picture) hash.add(value);
-    for (const int value : answer.mask) hash.add(value);
     return answer;
 }
 
@@ -169,9 +162,7 @@ void CheckedLibrary::checkWrites(const Request& request, const std::string& text
     }
     const bool writesMask = alive && request.mask && request.withBlob;
     require(writesMask || buffers.mask.untouched(), "the mask comes with the blob only");
-    if (!writesMask) return;
-    require(std::all_of(buffers.mask.begin(), buffers.mask.end(),
-                        [](int v) { return v == 0 || v == 1; }),
+    require(!writesMask || allOf(buffers.mask, [](int v) { return v == 0 || v == 1; }),
             "the mask is of 0 and 1");
 }
 
@@ -191,7 +182,7 @@ void CheckedLibrary::checkAnswer(const Request& request, const Answer& answer) {
     require(before != Shown::YES || !text.empty(), "a text stays until the next update");
     shown = text.empty() ? Shown::NO : Shown::YES;
     if (text.empty()) {
-        require(allFinite(answer.picture), "a picture is of finite numbers");
+        require(allOf(answer.picture, isFinite), "a picture is of finite numbers");
         require(!(answer.change < 0), "a change is not negative");
     } else if (text == UNSOLVABLE && lastWentWell) {
         require(answer.compliance == lastCompliance ||
@@ -235,20 +226,17 @@ Score CheckedLibrary::score(const std::vector<float>& densities) {
     caller.call([&](const LoadedLibrary& library) {
         score.value = library.solve(densities.data(), shares.data());
     });
-    requireIntact(shares, "the shares of the elements");
-    require(gameAlive || (score.value == FAILED_SCORE && shares.untouched()),
-            "without a solver every score fails, and nothing is written");
-    score.shares = shares.copy();
-    if (gameAlive && score.value == FAILED_SCORE) {
-        require(std::all_of(shares.begin(), shares.end(), [](float v) { return v == 0; }),
-                "what cannot be solved has shares of 0");
-    }
-    const auto isDensity = [](float v) { return v >= 0 && v <= 1; };
-    if (gameAlive && std::all_of(densities.begin(), densities.end(), isDensity)) {
-        require(score.value >= 0, "a score is a number, and not negative");
-    }
+    score.shares = answerIn(shares, "the shares of the elements");
     hash.add(score.value);
-    for (const float share : score.shares) hash.add(share);
+    if (!gameAlive) {
+        require(score.value == FAILED_SCORE && shares.untouched(),
+                "without a solver every score fails, and nothing is written");
+        return score;
+    }
+    require(score.value != FAILED_SCORE || allOf(shares, [](float v) { return v == 0; }),
+            "what cannot be solved has shares of 0");
+    require(score.value >= 0 || !allOf(densities, [](float v) { return v >= 0 && v <= 1; }),
+            "a score is a number, and not negative");
     return score;
 }
 

@@ -85,6 +85,9 @@ public:
 private:
     struct Buffers;
 
+    /// What is in an array after a call, which has to have written there alone; for the digest too.
+    template <typename T>
+    std::vector<T> answerIn(const Guarded<T>& array, const std::string& name);
     void checkWrites(const Request& request, const std::string& text, const Buffers& buffers) const;
     void checkWithoutOptimiser(const Request& request, const Answer& answer) const;
     void checkAnswer(const Request& request, const Answer& answer);

@@ -1,21 +1,17 @@
 #include "driver.h"
 
-#include <getopt.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <random>
-#include <string>
 #include <string_view>
-#include <system_error>
+#include <utility>
 #include <vector>
 
 // Of the sanitizers' common runtime; null without one.
@@ -42,12 +38,12 @@ using Clock = std::chrono::steady_clock;
 
 // No round takes seconds, so one that has not ended by now never will.
 constexpr unsigned LONGEST_ROUND_IN_SECONDS = 600;
+constexpr double REPORT_EVERY_SECONDS = 10.0;
 
 struct Options {
     uint64_t seed = std::random_device()() % 1000000;
     uint64_t rounds = 0;
     uint64_t minutes = 0;
-    std::vector<std::string> arguments;
 };
 
 // What to print should the process die. In place, because then nothing can be allocated any more.
@@ -87,27 +83,19 @@ FILE* silenceStandardOutput() {
     return own;
 }
 
-long megabytesAtMost() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
-
 class Run {
 public:
-    Run(const Soak& soak, const Options& options, std::string command)
-        : soak(soak), options(options), command(std::move(command)), out(silenceStandardOutput()) {}
+    Run(const Options& options, std::string command, std::string things)
+        : options(options), command(std::move(command)), things(std::move(things)) {}
 
-    int all() {
-        std::fprintf(out, "seed %llu\n", static_cast<unsigned long long>(options.seed));
-        while (!done()) {
-            const uint64_t seed = options.seed + rounds;
-            setFarewell(seed, rounds + 1);
+    int all(const std::function<uint64_t(uint64_t seed)>& round) {
+        std::fprintf(out, "seed %s\n", std::to_string(options.seed).c_str());
+        for (; !isOver(); ++rounds) {
+            setFarewell(options.seed + rounds, rounds + 1);
             alarm(LONGEST_ROUND_IN_SECONDS);
             try {
-                calls += soak.round(seed, options.arguments);
+                count += round(options.seed + rounds);
             } catch (const Fault& fault) {
-                std::fflush(out);
                 std::fprintf(stderr, "\nFAULT: %s\n", fault.what());
                 sayFarewell();
                 return 1;
@@ -115,12 +103,10 @@ public:
                 std::fprintf(stderr, "%s\n", error.what());
                 return 2;
             }
-            ++rounds;
             if (seconds() >= nextReport) report();
         }
         alarm(0);
         report();
-        std::fclose(out);
         setFarewell(options.seed, rounds);  // should there be leaks
         return 0;
     }
@@ -128,95 +114,67 @@ public:
 private:
     double seconds() const { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
-    bool done() const {
+    bool isOver() const {
         return options.rounds > 0 ? rounds == options.rounds
                                   : seconds() >= 60.0 * static_cast<double>(options.minutes);
     }
 
     void report() {
-        std::fprintf(out, "%llu rounds, %llu %s in %.1f minutes, at most %ld MB\n",
-                     static_cast<unsigned long long>(rounds),
-                     static_cast<unsigned long long>(calls), soak.what.c_str(), seconds() / 60,
-                     megabytesAtMost());
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        std::fprintf(out, "%s rounds, %s %s in %.1f minutes, at most %ld MB\n",
+                     std::to_string(rounds).c_str(), std::to_string(count).c_str(), things.c_str(),
+                     seconds() / 60, usage.ru_maxrss / 1024);
         std::fflush(out);
         nextReport = seconds() + REPORT_EVERY_SECONDS;
     }
 
     // The round alone should do. If the rounds before it matter, it takes them all.
     void setFarewell(uint64_t seed, uint64_t roundsSoFar) const {
-        const std::string alone = std::to_string(seed) + " --rounds 1";
-        const std::string all =
-            std::to_string(options.seed) + " --rounds " + std::to_string(roundsSoFar);
-        std::string text = "Repeat it with\n    " + command + " --seed " + alone + "\n";
-        if (all != alone)
-            text += "or, from the start, with\n    " + command + " --seed " + all + "\n";
+        const auto repeated = [&](uint64_t first, uint64_t number) {
+            return "    " + command + " --seed " + std::to_string(first) + " --rounds " +
+                   std::to_string(number) + "\n";
+        };
+        std::string text = "Repeat it with\n" + repeated(seed, 1);
+        if (roundsSoFar > 1)
+            text += "or, from the start, with\n" + repeated(options.seed, roundsSoFar);
         text.resize(std::min(text.size(), farewell.size() - 1));
         std::copy_n(text.c_str(), text.size() + 1, farewell.begin());
     }
 
-    static constexpr double REPORT_EVERY_SECONDS = 10.0;
-
-    const Soak& soak;
     const Options& options;
     const std::string command;
-    FILE* const out;
+    const std::string things;
+    FILE* const out = silenceStandardOutput();
     const Clock::time_point start = Clock::now();
     double nextReport = REPORT_EVERY_SECONDS;
     uint64_t rounds = 0;
-    uint64_t calls = 0;
+    uint64_t count = 0;
 };
 
-std::string usage(const std::string& program, const Soak& soak) {
-    std::string text = "Usage: " + program;
-    for (const std::string& argument : soak.arguments) text += " " + argument;
-    return text + " [--seed N] (--rounds N | --minutes N)\n" + soak.description +
-           "\n"
-           "  --seed N     seed of the first round, any if left out; the next has N + 1\n"
-           "  --rounds N   how many rounds to run\n"
-           "  --minutes N  how long to run\n";
-}
-
-bool readNumber(const char* text, uint64_t& number) {
-    const char* const end = text + std::strlen(text);
-    const auto [rest, error] = std::from_chars(text, end, number);
-    return error == std::errc() && rest == end;
-}
-
-// Returns whether the command line is as usage() says.
-bool readOptions(int argc, char** argv, const Soak& soak, Options& options) {
-    const std::array<option, 5> known = {{{"seed", required_argument, nullptr, 's'},
-                                          {"rounds", required_argument, nullptr, 'r'},
-                                          {"minutes", required_argument, nullptr, 'm'},
-                                          {"help", no_argument, nullptr, 'h'},
-                                          {}}};
-    for (int key; (key = getopt_long(argc, argv, "h", known.data(), nullptr)) != -1;) {
-        if (key == 'h') {
-            std::fputs(usage(argv[0], soak).c_str(), stdout);
-            std::exit(0);
-        }
-        uint64_t* const number = key == 's'   ? &options.seed
-                                 : key == 'r' ? &options.rounds
-                                 : key == 'm' ? &options.minutes
-                                              : nullptr;
-        if (!number || !readNumber(optarg, *number)) return false;
+// The command without its options.
+std::string commandOf(const CLI::App& app, const char* program) {
+    std::string command = program;
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_positional()) continue;
+        for (const std::string& argument : option->results()) command += " " + argument;
     }
-    options.arguments.assign(argv + optind, argv + argc);
-    return options.arguments.size() == soak.arguments.size() &&
-           (options.rounds > 0) != (options.minutes > 0);
+    return command;
 }
 
 }  // namespace
 
-int drive(int argc, char** argv, const Soak& soak) {
+int drive(CLI::App& app, int argc, char** argv, const std::string& things,
+          const std::function<uint64_t(uint64_t seed)>& round) {
     Options options;
-    if (!readOptions(argc, argv, soak, options)) {
-        std::fputs(usage(argv[0], soak).c_str(), stderr);
-        return 2;
-    }
+    app.add_option("--seed", options.seed, "seed of the first round, any if left out");
+    CLI::App* const length = app.add_option_group("Length")->require_option(1);
+    length->add_option("--rounds", options.rounds, "how many rounds to run")
+        ->check(CLI::PositiveNumber);
+    length->add_option("--minutes", options.minutes, "how long to run")->check(CLI::PositiveNumber);
+    CLI11_PARSE(app, argc, argv);
     watchOverCrashes();
-    std::string command = argv[0];
-    for (const std::string& argument : options.arguments) command += " " + argument;
-    return Run(soak, options, command).all();
+    return Run(options, commandOf(app, argv[0]), things).all(round);
 }
 
 }  // namespace soak

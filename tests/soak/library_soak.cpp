@@ -37,17 +37,16 @@ uint64_t playTwice(uint64_t seed, Caller& caller) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    CLI::App app(
+        "Plays random hosts of the library, plausible ones and wild ones, and checks each answer\n"
+        "against the contract. Each plays twice: from one thread, and from several in turn or "
+        "with\n"
+        "the library loaded anew now and then.");
+    std::string library;
+    app.add_option("LIBRARY", library, "path of libvoxam.so")->required();
     std::unique_ptr<Caller> caller;
-    return soak::drive(argc, argv,
-                       {"Plays random hosts of LIBRARY (libvoxam.so), plausible ones and wild "
-                        "ones, and checks each\n"
-                        "answer against the contract. Each plays twice: from one thread, and from "
-                        "several in turn or\n"
-                        "with the library loaded anew now and then.",
-                        {"LIBRARY"},
-                        "calls",
-                        [&](uint64_t seed, const std::vector<std::string>& arguments) {
-                            if (!caller) caller = std::make_unique<Caller>(arguments[0]);
-                            return playTwice(seed, *caller);
-                        }});
+    return soak::drive(app, argc, argv, "calls", [&](uint64_t seed) {
+        if (!caller) caller = std::make_unique<Caller>(library);
+        return playTwice(seed, *caller);
+    });
 }

@@ -46,25 +46,18 @@ private:
     }
 
     void edit() {
-        switch (dice.upTo(9)) {
-            case 0:
-                return chooseSupports();
-            case 1:
-                return chooseVolume();
-            case 2:
-                return choosePassive();
-            case 3:
-                return chooseBlob();
-            case 4:
-                return restart();
-            default:
-                return chooseLoads();
-        }
+        const int wish = dice.upTo(9);
+        if (wish == 0) return chooseSupports();
+        if (wish == 1) return chooseVolume();
+        if (wish == 2) return choosePassive();
+        if (wish == 3) return chooseBlob();
+        if (wish == 4) return restart();
+        chooseLoads();
     }
 
-    void hold(int x, int y, bool inX, bool inY) {
+    void hold(int x, int y, bool inX) {
         if (inX) settings.supports.add(asFloat(x), asFloat(y), 0);
-        if (inY) settings.supports.add(asFloat(x), asFloat(y), 1);
+        settings.supports.add(asFloat(x), asFloat(y), 1);
         held.insert({x, y});
     }
 
@@ -73,14 +66,14 @@ private:
         settings.supports = {};
         held.clear();
         const int kind = dice.upTo(2);
-        if (kind == 0) {
-            const int x = dice.oneIn(2) ? 0 : plate.width;
-            for (int y = 0; y <= plate.height; ++y) hold(x, y, true, true);
+        if (kind == 2) {
+            hold(0, plate.height, true);
+            hold(plate.width, plate.height, false);
         } else if (kind == 1) {
-            for (int x = 0; x <= plate.width; ++x) hold(x, 0, true, true);
+            for (int x = 0; x <= plate.width; ++x) hold(x, 0, true);
         } else {
-            hold(0, plate.height, true, true);
-            hold(plate.width, plate.height, false, true);
+            const int x = dice.oneIn(2) ? 0 : plate.width;
+            for (int y = 0; y <= plate.height; ++y) hold(x, y, true);
         }
         chooseLoads();
     }
@@ -114,13 +107,9 @@ private:
     void addRectangle(std::vector<short>& record, size_t counter) {
         const int left = dice.upTo(plate.width - 1);
         const int top = dice.upTo(plate.height - 1);
-        const int right = std::min(left + dice.upTo(plate.width / 3), plate.width - 1);
-        const int bottom = std::min(top + dice.upTo(plate.height / 3), plate.height - 1);
-        for (int x = left; x <= right; ++x) {
-            for (int y = top; y <= bottom; ++y, ++record[counter]) {
-                record.insert(record.end(), {static_cast<short>(x), static_cast<short>(y)});
-            }
-        }
+        const int right = std::min(left + dice.between(1, plate.width / 3 + 1), plate.width);
+        const int bottom = std::min(top + dice.between(1, plate.height / 3 + 1), plate.height);
+        test::addBlock(record, counter, left, right, top, bottom);
     }
 
     void choosePassive() {
@@ -146,9 +135,8 @@ private:
     }
 
     void iterate() {
-        Request request;
-        request.withBlob = dice.oneIn(2);
-        request.penalty = dice.pick({3.0F, 3.0F, 3.0F, 1.0F, 2.5F, 5.0F});
+        const Request request = {.withBlob = dice.oneIn(2),
+                                 .penalty = dice.pick({3.0F, 3.0F, 3.0F, 1.0F, 2.5F, 5.0F})};
         const Answer answer = checked.iterate(request);
         // Passive void and the blob may cut the structure apart.
         const bool sound = settings.passive[0] == 0 && settings.blob[0] == 0;
@@ -158,20 +146,17 @@ private:
                 "a compliance is positive");
         require(answer.change <= 1, "no density changes by more than 1");
         constexpr float rounding = 1e-6F;
-        const auto [least, most] =
-            std::minmax_element(answer.picture.begin(), answer.picture.end());
-        require(*least > -rounding && *most < 1 + rounding, "a picture is between 0 and 1");
-        if (request.withBlob) {
-            require(std::count(answer.mask.begin(), answer.mask.end(), 1) == settings.blob[0],
-                    "a blob keeps its size");
-        }
+        const auto [least, most] = std::ranges::minmax(answer.picture);
+        require(least > -rounding && most < 1 + rounding, "a picture is between 0 and 1");
+        require(!request.withBlob || std::ranges::count(answer.mask, 1) == settings.blob[0],
+                "a blob keeps its size");
     }
 
     std::vector<float> drawing() {
         std::vector<float> densities(plate.elements(), 1.0F);
         const int kind = dice.upTo(2);
         for (float& density : densities) {
-            if (kind == 1) density = dice.oneIn(4) ? 0.0F : 1.0F;
+            if (kind == 1 && dice.oneIn(4)) density = 0.0F;
             if (kind == 2) density = static_cast<float>(dice.fraction());
         }
         return densities;

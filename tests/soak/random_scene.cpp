@@ -1,5 +1,6 @@
 #include "random_scene.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -86,11 +87,10 @@ private:
     }
 
     Json drawing(const std::string& characters, int refinement = 1) {
-        Json rows = Json::array();
-        for (int y = 0; y < refinement * height; ++y) {
-            std::string row;
-            for (int x = 0; x < refinement * width; ++x) row += dice.pickFrom(characters);
-            rows.push_back(row);
+        std::vector<std::string> rows(static_cast<size_t>(refinement * height),
+                                      std::string(static_cast<size_t>(refinement * width), '.'));
+        for (std::string& row : rows) {
+            for (char& c : row) c = dice.pickFrom(characters);
         }
         return rows;
     }
@@ -103,13 +103,12 @@ private:
     Json densities() {
         if (dice.oneIn(3)) return dice.fraction();
         if (dice.oneIn(8)) return {{dice.pick({"png", "csv"}), "arch.png"}};
-        Json rows = drawing("##..0123456789", dice.oneIn(3) ? dice.between(2, 3) : 1);
-        if (dice.oneIn(2)) return rows;
-        for (Json& row : rows) {
-            const size_t length = row.get<std::string>().size();
-            row = Json::array();
-            for (size_t x = 0; x < length; ++x) row.push_back(dice.fraction());
-        }
+        const int refinement = dice.oneIn(3) ? dice.between(2, 3) : 1;
+        if (dice.oneIn(2)) return drawing("##..0123456789", refinement);
+        std::vector<std::vector<double>> rows(
+            static_cast<size_t>(refinement * height),
+            std::vector<double>(static_cast<size_t>(refinement * width)));
+        for (auto& row : rows) std::ranges::generate(row, [this] { return dice.fraction(); });
         return rows;
     }
 
@@ -156,24 +155,13 @@ void collect(Json& value, std::vector<Json*>& all) {
 }
 
 Json anyValue(Dice& dice) {
-    switch (dice.upTo(7)) {
-        case 0:
-            return nullptr;
-        case 1:
-            return dice.oneIn(2);
-        case 2:
-            return dice.pick({-1, 0, 1, 2, 1000, 1001, 32768, 2147483647});
-        case 3:
-            return dice.pick({-0.0, 0.5, 1e300, -1e-300, 1.0000000001, 1e6, 1e20});
-        case 4:
-            return dice.pick({"", "x", "keep", "#.#", "\u00e4", "../arch.png"});
-        case 5:
-            return Json::array();
-        case 6:
-            return Json::object();
-        default:
-            return {dice.between(-1, 30), dice.between(-1, 30)};
-    }
+    static const std::vector<Json> values = {
+        nullptr,       true,          false,      -1,   0,      1,     2,        1000,
+        1001,          32768,         2147483647, -0.0, 0.5,    1e300, -1e-300,  1.0000000001,
+        1e6,           1e20,          "",         "x",  "keep", "#.#", "\u00e4", "../arch.png",
+        Json::array(), Json::object()};
+    if (dice.oneIn(8)) return {dice.between(-1, 30), dice.between(-1, 30)};
+    return dice.pickFrom(values);
 }
 
 // Replaces, removes or adds a value somewhere.
@@ -188,8 +176,7 @@ void spoilValue(Json& scene, Dice& dice) {
         if (dice.oneIn(2)) target[dice.pick({"x", "radius", "colour", "png", "restart"})] = value;
         if (dice.oneIn(2)) target.erase(member.key());
     } else if (target.is_array() && !target.empty() && dice.oneIn(2)) {
-        const Json copy = target.front();
-        if (dice.oneIn(2)) target.push_back(copy);
+        if (dice.oneIn(2)) target.push_back(Json(target.front()));
         if (dice.oneIn(2)) target.erase(0);
     } else {
         target = anyValue(dice);
@@ -198,19 +185,14 @@ void spoilValue(Json& scene, Dice& dice) {
 
 void spoilByte(std::string& text, Dice& dice) {
     const size_t place = dice.bits() % (text.size() + 1);
-    switch (dice.upTo(3)) {
-        case 0:
-            text.insert(place, 1, static_cast<char>(dice.bits()));
-            break;
-        case 1:
-            text.erase(place, static_cast<size_t>(dice.upTo(4)));
-            break;
-        case 2:
-            text.insert(place, dice.pick({"{", "]", ",", "\"", "\\u0000", "-", "9999999999"}));
-            break;
-        default:
-            text.insert(place, text.substr(place, static_cast<size_t>(dice.upTo(40))));
-    }
+    if (dice.oneIn(4))
+        text.erase(place, static_cast<size_t>(dice.upTo(4)));
+    else if (dice.oneIn(3))
+        text.insert(place, 1, static_cast<char>(dice.bits()));
+    else if (dice.oneIn(2))
+        text.insert(place, text.substr(place, static_cast<size_t>(dice.upTo(40))));
+    else
+        text.insert(place, dice.pick({"{", "]", ",", "\"", "\\u0000", "-", "9999999999"}));
 }
 
 }  // namespace

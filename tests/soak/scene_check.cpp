@@ -34,71 +34,68 @@ std::optional<Scene> read(const std::string& text) {
     }
 }
 
-void requireInside(const Range& range, int last) {
-    require(range.from >= 0 && range.from <= range.to && range.to <= last,
-            "ranges are on the plate");
+bool isWithin(auto value, auto least, auto most) { return least <= value && value <= most; }
+
+bool isOnPlate(const Range& range, int last) {
+    return range.from >= 0 && range.from <= range.to && range.to <= last;
 }
 
 void requireCells(const Area& area, const Scene& scene) {
-    require(std::is_sorted(area.cells.begin(), area.cells.end()) &&
-                std::adjacent_find(area.cells.begin(), area.cells.end()) == area.cells.end(),
+    const auto& cells = area.cells;
+    require(std::ranges::is_sorted(cells) && std::ranges::adjacent_find(cells) == cells.end(),
             "an area has each element once, in order");
-    for (const Cell& cell : area.cells) {
-        requireInside({cell.x, cell.x}, scene.width - 1);
-        requireInside({cell.y, cell.y}, scene.height - 1);
+    for (const auto& [x, y] : cells) {
+        require(isWithin(x, 0, scene.width - 1) && isWithin(y, 0, scene.height - 1),
+                "elements are on the plate");
     }
 }
 
 void requireLimits(const Settings& settings, const Scene& scene) {
+    const auto exists = [&](int loadCase) { return isWithin(loadCase, 0, scene.loadCases - 1); };
     for (const Load& load : settings.loads) {
-        requireInside(load.x, scene.width);
-        requireInside(load.y, scene.height);
-        require(std::fabs(load.fx) <= Scene::MAX_FORCE && std::fabs(load.fy) <= Scene::MAX_FORCE,
+        require(isOnPlate(load.x, scene.width) && isOnPlate(load.y, scene.height),
+                "loads are on the plate");
+        require(std::max(std::fabs(load.fx), std::fabs(load.fy)) <= Scene::MAX_FORCE,
                 "forces are within bounds");
-        require(load.loadCase >= 0 && load.loadCase < scene.loadCases, "load cases exist");
+        require(exists(load.loadCase), "load cases exist");
     }
     for (const Support& support : settings.supports) {
-        requireInside(support.x, scene.width);
-        requireInside(support.y, scene.height);
+        require(isOnPlate(support.x, scene.width) && isOnPlate(support.y, scene.height),
+                "supports are on the plate");
         require(support.fixX || support.fixY, "a support holds a direction");
     }
-    require(settings.volumeFraction >= 0 && settings.volumeFraction <= 1,
-            "a fraction is a fraction");
-    require(settings.penalty >= 1 && settings.penalty <= Scene::MAX_PENALTY,
-            "the penalty is within bounds");
-    for (const int loadCase : settings.loadCasesInUse) {
-        require(loadCase >= 0 && loadCase < scene.loadCases, "load cases in use exist");
+    require(isWithin(settings.volumeFraction, 0, 1), "a fraction is a fraction");
+    require(isWithin(settings.penalty, 1, Scene::MAX_PENALTY), "the penalty is within bounds");
+    require(std::ranges::all_of(settings.loadCasesInUse, exists), "load cases in use exist");
+    for (const Area* area : {&settings.blob, &settings.passive.voids, &settings.passive.solids,
+                             &settings.passive.secondSolids}) {
+        requireCells(*area, scene);
     }
-    requireCells(settings.blob, scene);
-    requireCells(settings.passive.voids, scene);
-    requireCells(settings.passive.solids, scene);
-    requireCells(settings.passive.secondSolids, scene);
 }
 
 void requireDesign(const Field& design, const Scene& scene) {
     const int refinement = refinementOf(design, scene);
-    require(std::clamp(refinement, 1, MAX_DESIGN_REFINEMENT) == refinement &&
+    require(isWithin(refinement, 1, MAX_DESIGN_REFINEMENT) &&
                 design.width == refinement * scene.width &&
                 design.height == refinement * scene.height,
             "a design has the size of the grid or a whole multiple of it");
     require(design.values.size() == size_t(design.width) * size_t(design.height),
             "there is a density for each element of a design");
-    for (const float density : design.values) {
-        require(density >= 0 && density <= 1, "densities are between 0 and 1");
-    }
+    require(std::ranges::all_of(design.values, [](float v) { return isWithin(v, 0, 1); }),
+            "densities are between 0 and 1");
 }
 
 void requireLimits(const Scene& scene) {
-    require(std::clamp(scene.width, 1, Scene::MAX_SIDE) == scene.width &&
-                std::clamp(scene.height, 1, Scene::MAX_SIDE) == scene.height &&
-                std::clamp(scene.subdivision, 1, Scene::MAX_REFINEMENT) == scene.subdivision &&
-                std::clamp(scene.meshFactor, 1, Scene::MAX_REFINEMENT) == scene.meshFactor,
+    require(isWithin(scene.width, 1, Scene::MAX_SIDE) &&
+                isWithin(scene.height, 1, Scene::MAX_SIDE) &&
+                isWithin(scene.subdivision, 1, Scene::MAX_REFINEMENT) &&
+                isWithin(scene.meshFactor, 1, Scene::MAX_REFINEMENT),
             "sizes are within bounds");
     require(!scene.loads.empty(), "there is a load");
     requireLimits(scene, scene);
     int before = 1;
     for (const Change& change : scene.timeline) {
-        require(change.iteration > before && change.iteration <= scene.iterations,
+        require(isWithin(change.iteration, before + 1, scene.iterations),
                 "changes come one after the other");
         before = change.iteration;
         requireLimits(change.settings, scene);
@@ -115,23 +112,22 @@ void requireRoundTrip(Scene scene) {
     require(again == scene, "a scene that is written and read is the same scene");
 }
 
-void scoreDesign(const Scene& scene) {
-    if (std::max(scene.densities->width, scene.densities->height) > 60) return;
-    const Score score = assess(*scene.densities, scene).score;
-    require(score.compliance >= 0, "a score is a number, and not negative");
-}
-
-// A scene that was read gives the library nothing that it has to stop at.
+// A scene that was read gives the library nothing that it has to stop at. Large ones take too long.
 void runShortly(Scene scene) {
-    if (scene.densities) scoreDesign(scene);
-    const int side = std::max(scene.width, scene.height) * scene.refinement();
-    if (side > 60) return;
-    if (scene.volumeFraction == 0) return;
+    constexpr int largest = 60;
+    const auto isLarge = [&] {
+        return scene.refinement() * std::max(scene.width, scene.height) > largest;
+    };
+    if (scene.densities && std::max(scene.densities->width, scene.densities->height) <= largest) {
+        require(assess(*scene.densities, scene).score.compliance >= 0,
+                "a score is a number, and not negative");
+    }
+    if (isLarge() || scene.volumeFraction == 0) return;
     Optimiser optimiser(scene);
     optimiser.iterate(scene.penalty, !scene.blob.empty());
     for (const Change& change : scene.timeline) {
         apply(change, scene);
-        if (scene.refinement() * std::max(scene.width, scene.height) > 60) return;
+        if (isLarge()) return;
         if (change.restart) optimiser.restart(scene, change.restart->keepsDesign);
         optimiser.update(scene);
         optimiser.iterate(scene.penalty, !scene.blob.empty());

@@ -8,7 +8,7 @@
 
 namespace {
 
-uint64_t readSome(uint64_t seed, const std::vector<std::string>& /*arguments*/) {
+uint64_t readSome(uint64_t seed) {
     constexpr int scenes = 20;
     soak::Dice dice(seed);
     for (int i = 0; i < scenes; ++i) {
@@ -25,11 +25,9 @@ uint64_t readSome(uint64_t seed, const std::vector<std::string>& /*arguments*/) 
 }  // namespace
 
 int main(int argc, char** argv) {
-    return soak::drive(
-        argc, argv,
-        {"Reads random scenes, good ones and bad ones. A good one is written, read back "
-         "and run for\na few iterations; a bad one has to be refused with an error.",
-         {},
-         "scenes",
-         readSome});
+    CLI::App app(
+        "Reads random scenes, good ones and bad ones. A good one is written, read back and run "
+        "for\n"
+        "a few iterations; a bad one has to be refused with an error.");
+    return soak::drive(app, argc, argv, "scenes", readSome);
 }

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <bit>
+#include <cfloat>
 #include <climits>
 #include <cmath>
-#include <limits>
 
 #include "hosts.h"
 
@@ -16,53 +16,32 @@ public:
 
     void play() {
         for (int step = 0; step < 60; ++step) {
-            switch (dice.upTo(19)) {
-                case 0:
-                case 1:
-                    create();
-                    break;
-                case 2:
-                case 3:
-                case 4:
-                case 5:
-                    update();
-                    break;
-                case 6:
-                    if (dice.oneIn(3)) checked.destroy();
-                    break;
-                case 7:
-                    playGame();
-                    break;
-                default:
-                    iterate();
-            }
+            const int wish = dice.upTo(19);
+            if (wish < 2)
+                create();
+            else if (wish < 6)
+                update();
+            else if (wish < 7 && dice.oneIn(3))
+                checked.destroy();
+            else if (wish < 8)
+                playGame();
+            else
+                iterate();
         }
     }
 
 private:
     float anyFloat() {
-        switch (dice.upTo(9)) {
-            case 0:
-                return std::bit_cast<float>(static_cast<uint32_t>(dice.bits()));
-            case 1:
-                return dice.pick({NAN, INFINITY, -INFINITY, std::numeric_limits<float>::max(),
-                                  -std::numeric_limits<float>::max(), 1e-40F, 2147483648.0F});
-            case 2:
-                return static_cast<float>(dice.between(-40, 40)) / 8;
-            default:
-                return dice.pick({0.0F, 1.0F, -1.0F, 0.5F, 2.0F});
-        }
+        if (dice.oneIn(10)) return std::bit_cast<float>(static_cast<uint32_t>(dice.bits()));
+        if (dice.oneIn(10)) return dice.pick({NAN, INFINITY, -INFINITY, FLT_MAX, -FLT_MAX, 1e-40F});
+        if (dice.oneIn(10)) return static_cast<float>(dice.between(-40, 40)) / 8;
+        return dice.pick({0.0F, 1.0F, -1.0F, 0.5F, 2.0F, 2147483648.0F});
     }
 
     int anySize(int most) {
-        switch (dice.upTo(39)) {
-            case 0:
-                return 0;
-            case 1:
-                return dice.pick({-1, INT_MIN, INT_MAX, 65536, 1 << 30});
-            default:
-                return dice.between(1, most);
-        }
+        if (dice.oneIn(40)) return 0;
+        if (dice.oneIn(40)) return dice.pick({-1, INT_MIN, INT_MAX, 65536, 1 << 30});
+        return dice.between(1, most);
     }
 
     // Where one size is absurd, the others have to be as well: they would not be too large else,
@@ -94,8 +73,9 @@ private:
                 records.add(anyFloat(), anyFloat(), anyFloat(), anyFloat(), anyFloat());
                 continue;
             }
-            const auto x = static_cast<float>(dice.upTo(plate.elements() > 0 ? plate.width : 3));
-            const auto y = static_cast<float>(dice.upTo(plate.elements() > 0 ? plate.height : 3));
+            const bool known = plate.elements() > 0;
+            const auto x = static_cast<float>(dice.upTo(known ? plate.width : 3));
+            const auto y = static_cast<float>(dice.upTo(known ? plate.height : 3));
             const float third = supports ? static_cast<float>(dice.upTo(1)) : anyFloat();
             records.add(x, y, third, 1.0F, static_cast<float>(dice.upTo(1)));
         }
@@ -141,15 +121,12 @@ private:
     }
 
     void iterate() {
-        Request request;
-        request.withBlob = dice.oneIn(2);
-        request.penalty = dice.oneIn(4) ? anyFloat() : 3.0F;
-        request.messageLength = dice.oneIn(4) ? dice.between(-2, 40) : 64;
-        request.text = !dice.oneIn(12);
-        request.picture = !dice.oneIn(12);
-        request.change = !dice.oneIn(12);
-        request.times = !dice.oneIn(12);
-        request.mask = !dice.oneIn(12);
+        Request request = {.withBlob = dice.oneIn(2),
+                           .penalty = dice.oneIn(4) ? anyFloat() : 3.0F,
+                           .messageLength = dice.oneIn(4) ? dice.between(-2, 40) : 64};
+        for (bool* wanted :
+             {&request.text, &request.picture, &request.change, &request.times, &request.mask})
+            *wanted = !dice.oneIn(12);
         checked.iterate(request);
     }
 
