@@ -57,14 +57,11 @@ TEST(AppConstructionTest, PlatesWithoutCellsAreHarmless) {
     }
 }
 
-TEST(AppHelpersTest, ClampLetsTheLowerBoundWin) {
+TEST(AppHelpersTest, ClampLetsTheLowerBoundWinAndTakesPairsOfBoundsInTurn) {
     EXPECT_EQ(SolverApp::clamp(0.5, 0, 1), 0.5);
     EXPECT_EQ(SolverApp::clamp(2, 0, 1), 1.0);
     EXPECT_EQ(SolverApp::clamp(-2, 0, 1), 0.0);
     EXPECT_EQ(SolverApp::clamp(2, 3, 1), 3.0);
-}
-
-TEST(AppHelpersTest, ClampByTwoPairsOfBoundsTakesThemInTurn) {
     EXPECT_EQ(SolverApp::clamp(9, 0, 2, 7, 5), 5.0);
     EXPECT_EQ(SolverApp::clamp(-9, 0, 2, 7, 5), 2.0);
     EXPECT_EQ(SolverApp::clamp(4, 0, 2, 7, 5), 4.0);

@@ -116,6 +116,8 @@ TEST(BlobInterfaceTest, IsWhereTheSmoothedMaskIsNeitherZeroNorOneAndNothingIsPas
 
 TEST(BlobInterfaceTest, OtherModesDoNothing) {
     Blob blob(7, 6);
+    blob.setFilterMatBlob();
+    blob.circleMask.fill(1.0);
     const DenseMatrix blobMask(42, 1, 1.0);
     for (const int mode : {-1, 2, 3}) blob.findBlobInterface(mode, blobMask, noPassiveCells(7, 6));
     for (const int mode : {-1, 1, 3}) blob.filterBlobDensities(mode, blobMask);

@@ -6,6 +6,7 @@
 
 #include "TopologyOptimizationComponentData.h"
 #include "support/answers.h"
+#include "support/guarded.h"
 #include "support/plates.h"
 #include "voxam.h"
 
@@ -37,27 +38,20 @@ public:
 };
 const auto* const FIRST_CALLS = testing::AddGlobalTestEnvironment(new FirstCalls);
 
-// Solves into element values between two guard zones; all of them must come back as `value`, or
-// untouched when that is NaN.
+constexpr float UNTOUCHED = test::Guarded<float>::UNTOUCHED;
+
+// All element values must come back as `value`.
 double solve(float value) {
-    constexpr size_t guard = 8;
-    constexpr float untouched = -77.0F;
     const std::vector<float> densities(ELEMENTS, 1.0F);
-    std::vector<float> buffer(ELEMENTS + 2 * guard, untouched);
-    const double result = _SolveVoxamGame(densities.data(), buffer.data() + guard);
-    for (size_t i = 0; i < buffer.size(); ++i) {
-        const bool inside = i >= guard && i < guard + ELEMENTS && !std::isnan(value);
-        EXPECT_NEAR(buffer[i], inside ? value : untouched, inside ? 1e-5 * value : 0.0) << i;
-    }
+    test::Guarded<float> values(ELEMENTS);
+    const double result = _SolveVoxamGame(densities.data(), values.data());
+    EXPECT_TRUE(values.isIntact());
+    for (const float v : values) EXPECT_NEAR(v, value, 1e-5 * value);
     return result;
 }
 
 TEST(GameExportTest, PrintsTheBannerOnce) {
-    EXPECT_EQ(FirstCalls::output, "VoxamApp386Game lib version 1.1.2\n");
-    EXPECT_STREQ(VOXAM_VERSION, "1.1.2");
-    EXPECT_EQ(VOXAM_VERSION_MAJOR, 1);
-    EXPECT_EQ(VOXAM_VERSION_MINOR, 1);
-    EXPECT_EQ(VOXAM_VERSION_PATCH, 2);
+    EXPECT_EQ(FirstCalls::output, "VoxamApp386Game lib version " VOXAM_VERSION "\n");
 }
 
 TEST(GameExportTest, PrintsOfRecordsTheTitleAloneAlsoWithoutASolver) {
@@ -79,7 +73,7 @@ TEST(GameExportTest, ScoresReplacesAndDestroys) {
     EXPECT_NEAR(solve(4.0F), 48.0, 4e-4);
     for (int i = 0; i < 2; ++i) {
         _DestroyVoxamGame();
-        EXPECT_EQ(solve(NAN), FAILED);
+        EXPECT_EQ(solve(UNTOUCHED), FAILED);
     }
 }
 
@@ -93,7 +87,7 @@ TEST(GameExportTest, FailuresGiveTheLargestFloatAndZeroes) {
     init(test::Records(loads).add(1, 1, 1, NAN), test::slidingLeftEdge(NELY));
     EXPECT_EQ(solve(0.0F), FAILED);
     _InitVoxamGame(INT_MAX, INT_MAX, 1, 1, 0, nullptr, 0, nullptr, 1);  // cannot be built
-    EXPECT_EQ(solve(NAN), FAILED);
+    EXPECT_EQ(solve(UNTOUCHED), FAILED);
     _DestroyVoxamGame();
 }
 

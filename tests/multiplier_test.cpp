@@ -40,11 +40,6 @@ TEST(InitialBracketTest, NarrowsWithWhatIsKnown) {
     }
 }
 
-TEST(BracketTest, WidthIsRelativeToTheSumOfTheEnds) {
-    EXPECT_EQ((Bracket{1, 3, 0}.relativeWidth()), 0.5);
-    EXPECT_TRUE(std::isnan(Bracket{0, 0, 0}.relativeWidth()));
-}
-
 // An excess that falls through 0 at `root`, and what it was asked for.
 struct Search {
     double root;
@@ -90,12 +85,6 @@ TEST(FindMultiplierTest, WidensTheUpperEndByTwiceTheWideningThenByTwiceThat) {
     search.asked.resize(6);
     // The upper end goes from 3 to 11, 27, 59 and 123.
     EXPECT_EQ(search.asked, (std::vector<double>{2, 6.5, 8.75, 17.875, 38.4375, 80.71875}));
-}
-
-TEST(FindMultiplierTest, WidensTheLowerEndNoFurtherThanZero) {
-    Search search{0.5, {}};
-    EXPECT_NEAR(search.run({4, 6, 1}, 1e-12), 0.5, 1e-10);
-    for (const double asked : search.asked) EXPECT_GE(asked, 0.0);
 }
 
 TEST(FindMultiplierTest, FindsTheRootFromAnyBracket) {
