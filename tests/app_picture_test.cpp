@@ -7,14 +7,6 @@
 
 namespace {
 
-TEST(MapToMeshTest, ReplicatesEachValueOntoABlock) {
-    const double source[] = {1, 2, 3, 4, 5, 6};  // two columns
-    std::vector<double> target(25, -1);
-    SolverApp::map2Mesh(source, 2, 3, 2, target.data());
-    EXPECT_EQ(target, (std::vector<double>{1, 1, 2, 2, 3, 3, 1, 1, 2, 2, 3, 3,  //
-                                           4, 4, 5, 5, 6, 6, 4, 4, 5, 5, 6, 6, -1}));
-}
-
 TEST(MapToMeshTest, WithoutCellsTouchesNothing) {
     const double source[] = {1};
     for (const int none : {0, -1}) {

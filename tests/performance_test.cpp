@@ -4,37 +4,12 @@
 
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "PerformanceTest.h"
 #include "support/matrices.h"
 #include "voxam.h"
 
 namespace {
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-}
-
-std::vector<std::string> profile(int nelx, int nely) {
-    testing::internal::CaptureStdout();
-    profileNumberOfIterations(nelx, nely, {1, 3});
-    return linesOf(testing::internal::GetCapturedStdout());
-}
-
-TEST(PerformanceTest, PrintsALinePerStrategyAndACellPerCount) {
-    const std::string cells = "(\t[0-9.e+-]+ \\([0-9.e+-]+\\)){2}";
-    using testing::MatchesRegex;
-    EXPECT_THAT(profile(6, 4),
-                testing::ElementsAre("Profile number of iterations 6x4", "Iterations:\t1\t3",
-                                     MatchesRegex("Allways create triplet " + cells),
-                                     MatchesRegex("Reuse sparse \\(sequential\\)" + cells),
-                                     MatchesRegex("Reuse sparse \\(parallel\\) " + cells),
-                                     MatchesRegex("Reuse sparse \\(parallel build\\) " + cells)));
-}
 
 // What is timed is the assembly of the plate, and all of it.
 TEST(PerformanceTest, AssemblesThePlate) {
@@ -60,33 +35,33 @@ TEST(PerformanceTest, AssemblesThePlate) {
     }
 }
 
-// The time of a cell contains that of its builds, and both are times.
-TEST(PerformanceTest, BuildsArePartOfTheTotal) {
-    for (size_t line = 2; line < 6; ++line) {
-        const std::string text = profile(12, 8)[line];
-        std::istringstream cells(text.substr(text.find('\t')));
-        for (int i = 0; i < 2; ++i) {
-            double total = -1.0;
-            double build = -1.0;
-            char parenthesis = 0;
-            cells >> total >> parenthesis >> build >> parenthesis;
-            EXPECT_GE(build, 0.0) << text;
-            EXPECT_GE(total, build) << text;
-        }
-    }
-}
-
-TEST(PerformanceTest, ExportedTestProfilesFivePlates) {
+// A line per strategy, and in it a cell per count: the total, which contains the time of the builds.
+TEST(PerformanceTest, PrintsATableForEachOfFivePlates) {
     testing::internal::CaptureStdout();
     _VoxamPerformanceTest();
-    std::vector<std::string> titles;
-    for (const std::string& line : linesOf(testing::internal::GetCapturedStdout())) {
-        if (line.starts_with("Profile")) titles.push_back(line.substr(line.rfind(' ') + 1));
-        if (line.starts_with("Iterations")) {
-            EXPECT_EQ(line, "Iterations:\t1\t2\t4\t8");
+    std::istringstream lines(testing::internal::GetCapturedStdout());
+    std::string line;
+    const auto next = [&] { return std::getline(lines, line) ? line : "the end"; };
+    for (const char* plate : {"8x12", "12x18", "16x24", "20x30", "30x45"}) {
+        EXPECT_EQ(next(), std::string("Profile number of iterations ") + plate);
+        EXPECT_EQ(next(), "Iterations:\t1\t2\t4\t8");
+        for (const char* label :
+             {"Allways create triplet ", "Reuse sparse \\(sequential\\)",
+              "Reuse sparse \\(parallel\\) ", "Reuse sparse \\(parallel build\\) "}) {
+            const std::string cells = "(\t[0-9.e+-]+ \\([0-9.e+-]+\\)){4}";
+            ASSERT_THAT(next(), testing::MatchesRegex(label + cells));
+            std::istringstream numbers(line.substr(line.find('\t')));
+            for (int i = 0; i < 4; ++i) {
+                double total = 0.0;
+                double build = 0.0;
+                char parenthesis = 0;
+                numbers >> total >> parenthesis >> build >> parenthesis;
+                EXPECT_GE(build, 0.0) << line;
+                EXPECT_GE(total, build) << line;
+            }
         }
     }
-    EXPECT_EQ(titles, (std::vector<std::string>{"8x12", "12x18", "16x24", "20x30", "30x45"}));
+    EXPECT_EQ(next(), "the end");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <new>
 
 #include "StiffnessPattern.h"
@@ -26,6 +25,7 @@ Matrix couplings(unsigned nelx, unsigned nely) {
     return coupled;
 }
 
+// Where each element's entries lie in it shows in every solution.
 TEST(StiffnessPatternTest, CouplesExactlyTheDegreesOfFreedomOfAnElement) {
     for (const auto& [nelx, nely] : PLATES) {
         const Matrix coupled = couplings(nelx, nely);
@@ -52,28 +52,6 @@ TEST(StiffnessPatternTest, WithoutElementsIsEmpty) {
 
 TEST(StiffnessPatternTest, WithMoreEntriesThanAnIntCountsIsRefused) {
     EXPECT_THROW(stiffnessPattern(20000, 20000), std::bad_alloc);
-}
-
-TEST(ElementEntriesTest, PointAtTheUpperTriangleOfEachElement) {
-    for (const auto& [nelx, nely] : PLATES) {
-        kmat::SparseMatrix pattern = stiffnessPattern(nelx, nely);
-        const auto entries = findElementEntries(pattern, nelx, nely);
-        ASSERT_EQ(entries.size(), nelx * nely);
-        for (unsigned e = 0; e < nelx * nely; ++e) {
-            const auto dofs = test::dofsOfElement(e / nely, e % nely, nely);
-            for (size_t i = 0; i < ELEMENT_UPPER_ENTRIES; ++i) {
-                const auto [k, l] = ELEMENT_UPPER_PAIRS[i];
-                EXPECT_LE(dofs[k], dofs[l]);
-                EXPECT_EQ(pattern.getValues() + entries[e][i], &pattern.getValue(dofs[k], dofs[l]));
-            }
-        }
-    }
-}
-
-TEST(ElementUpperPairsTest, GoRowByRow) {
-    EXPECT_TRUE(std::is_sorted(ELEMENT_UPPER_PAIRS.begin(), ELEMENT_UPPER_PAIRS.end()));
-    EXPECT_EQ(ELEMENT_UPPER_PAIRS.front(), (std::pair<size_t, size_t>{0, 0}));
-    EXPECT_EQ(ELEMENT_UPPER_PAIRS.back(), (std::pair<size_t, size_t>{7, 7}));
 }
 
 }  // namespace
