@@ -44,6 +44,7 @@ TEST(TimerTest, MeasuresWhatLiesBetweenStartAndStop) {
 
 TEST(TimerTest, RunsUntilItIsStoppedAndConvertsItsUnits) {
     Timer timer;
+    timer.stop();
     timer.start();
     const double first = timer.getElapsedTimeInMicroSec();
     pass(std::chrono::microseconds(50));
