@@ -23,14 +23,14 @@ Function* ofOpenBlas(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, name));
 }
 
-auto* const getParallel = ofOpenBlas<int()>("openblas_get_parallel");
-auto* const getBlasThreads = ofOpenBlas<int()>("openblas_get_num_threads");
-auto* const setBlasThreads = ofOpenBlas<void(int)>("openblas_set_num_threads");
+auto* const GET_PARALLEL = ofOpenBlas<int()>("openblas_get_parallel");
+auto* const GET_BLAS_THREADS = ofOpenBlas<int()>("openblas_get_num_threads");
+auto* const SET_BLAS_THREADS = ofOpenBlas<void(int)>("openblas_set_num_threads");
 
 struct ThreadSettings {
     int maxThreads = omp_get_max_threads();
     int activeLevels = omp_get_max_active_levels();
-    int blasThreads = getBlasThreads ? getBlasThreads() : 0;
+    int blasThreads = GET_BLAS_THREADS ? GET_BLAS_THREADS() : 0;
 
     bool operator==(const ThreadSettings&) const = default;
 };
@@ -62,14 +62,14 @@ void score(const test::Settings& plate) {
 }  // namespace
 
 int main(int argc, char** /*argv*/) {
-    if (argc > 1 && (!getParallel || getParallel() != OPENBLAS_WITH_OPENMP)) {
+    if (argc > 1 && (!GET_PARALLEL || GET_PARALLEL() != OPENBLAS_WITH_OPENMP)) {
         std::puts("skipped: there is no OpenBLAS that is built with OpenMP");
         return SKIPPED;
     }
     const test::Settings plate = test::cantilever(NELX, NELY);
     omp_set_max_active_levels(3);
     // OpenBLAS's own count first: built with OpenMP it sets that of the runtime, too.
-    if (setBlasThreads) setBlasThreads(2);
+    if (SET_BLAS_THREADS) SET_BLAS_THREADS(2);
     for (int threads = 1; threads <= 3; ++threads) {
         omp_set_num_threads(threads);
         const ThreadSettings before;
