@@ -78,6 +78,8 @@ def test_texts_say_what_to_do_until_an_update_mends_it(plate):
             with pytest.raises(voxam.ProblemError, match=cure) as error:
                 plate.iterate()
             assert error.value.text.startswith(text)
+            travelled = pickle.loads(pickle.dumps(error.value))  # from process to process
+            assert (travelled.text, str(travelled)) == (error.value.text, str(error.value))
     plate.update(loads, supports)
     assert 0 < plate.iterate().compliance < 1.5 * before
 

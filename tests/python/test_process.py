@@ -84,28 +84,6 @@ if __name__ == "__main__":
 """
 
 
-PROBLEM = """
-import multiprocessing, voxam
-def solve(_):
-    with voxam.Optimiser(3, 2) as optimiser:
-        optimiser.update([], [])
-        optimiser.iterate()
-if __name__ == "__main__":
-    with multiprocessing.get_context("spawn").Pool(1) as pool:
-        try:
-            pool.map_async(solve, [0]).get(timeout=100)
-        except voxam.ProblemError as error:
-            print("|".join([error.text, str(error)]))
-"""
-
-
-def test_a_problem_travels_between_processes(tmp_path):
-    program = tmp_path / "host.py"
-    program.write_text(PROBLEM)
-    assert re.search(r"Load cannot.*\|Load cannot.*: the loads do no work",
-                     python(str(program)).stdout)
-
-
 @pytest.mark.parametrize("method, answer", [("fork", "this process was forked"), ("spawn", "None")])
 def test_processes_for_parallel_work_are_spawned(method, answer, tmp_path):
     program = tmp_path / "host.py"
