@@ -211,6 +211,15 @@ TEST_F(Optimise, picturesShowWhatIsFixedAndWhereTheBlobIs) {
     EXPECT_LT(atFirst(draw(scene, "--blob")), 3);
 }
 
+TEST_F(Optimise, sendsTheProblemAgainOnlyWhereItChanges) {
+    const auto compliances = [&](const std::string& more) {
+        write("run.json", cantilever(more));
+        EXPECT_EQ(run("optimise run.json --iterations 8 --history run.csv").status, 0);
+        return column(contents(directory / "run.csv"), 1);
+    };
+    EXPECT_EQ(compliances(R"("timeline": [{"iteration": 6, "penalty": 3}])"), compliances(""));
+}
+
 TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
     write("s.json", cantilever(R"("timeline": [{"iteration": 30, "penalty": 3.5}])"));
     expectText(run("optimise s.json --until 2").out,
@@ -224,12 +233,12 @@ TEST_F(Optimise, stopsWhenLittleChangesAfterTheLastChange) {
 TEST_F(Optimise, tellsWhatTheLibrarySays) {
     const std::string later = R"("timeline": [{"iteration": 3, "supports": []},
         {"iteration": 5, "penalty": 2}, {"iteration": 9, "supports": )" +
-                              std::string(HELD) + "}]";
+                              std::string(HELD) + R"(, "restart": {"design": "keep"}}])";
     write("mended.json", cantilever(later));
     const Outcome mended = run("optimise mended.json --iterations 10 --history h.csv");
     EXPECT_EQ(mended.status, 0);
     expectText(mended.err, "warning: timeline[0]: supports: the plate is free to move: nothing");
-    expectText(mended.out, "3  changes: supports\n");
+    expectText(mended.out, "9  changes: supports, restart\n");
     expectText(mended.out, "3  Change load/support; goes on with the change at iteration 5\n");
     EXPECT_EQ(column(contents(directory / "h.csv"), 0), (std::vector<double>{1, 2, 9, 10}));
 

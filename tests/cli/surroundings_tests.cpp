@@ -107,7 +107,6 @@ TEST_F(Surroundings, protectWhatOtherOptionsAndTheSceneName) {
     expectError(run("optimise png.json --picture f/drawn.png"), "it is an input of the scene");
     fs::create_symlink("both.png", directory / "link.csv");  // to nothing yet
     expectError(run("optimise o.json --history link.csv --picture both.png"), "the same file");
-    expectError(run("optimise o.json --frames o.json"), "o.json: expected a directory");
     fs::copy(directory / "f/drawn.png", directory / "f/frame-0003.png");
     write("png.json", toOptimise(R"(, "densities": {"png": "f/frame-0003.png"})"));
     expectError(run("optimise png.json --frames f"), "a frame would replace f/frame-0003.png");
@@ -129,12 +128,6 @@ TEST_F(Surroundings, cannotBreakALineOrFloodIt) {
     const Outcome flood = run("score long.json");
     expectError(flood, "unknown key; allowed keys");
     EXPECT_LT(flood.err.size(), 1000u);
-    write("many.json", R"({"grid": {"width": 1000, "height": 1000}, "supports": [], "loads": [)"
-                       R"({"x": [0, 1000], "y": [0, 1000], "fx": 1},)"
-                       R"({"x": [0, 1000], "y": [0, 1000], "fx": 1},)"
-                       R"({"x": [0, 1000], "y": [0, 1000], "fx": 1},)"
-                       R"({"x": [0, 1000], "y": [0, 1000], "fx": 1}]})");
-    expectError(run("score many.json"), "loads: 4008004 nodes in all, allowed are at most 4000000");
 }
 
 TEST_F(Surroundings, takeALoadForEachNode) {
@@ -155,10 +148,6 @@ TEST_F(Surroundings, takeALoadForEachNode) {
 TEST_F(Surroundings, tellTheKindsOfScenesApart) {
     expectError(run("optimise s.json"), "with its densities this is a scene for voxam score");
     expectError(run("score o.json"), "with its volumeFraction this is a scene for voxam optimise");
-    write("bad.json", "{ // a comment\n" + PLATE.substr(0, PLATE.size() - 1) + ",]}");
-    expectError(run("score bad.json"), "the comma before it is too many");
-    write("bad.json", "{ // a comment\n" + PLATE + R"(, "densities": 1 /* solid */})");
-    EXPECT_EQ(run("score bad.json").status, 0);
 }
 
 TEST_F(Surroundings, hearNothingButWarningsWhenQuiet) {

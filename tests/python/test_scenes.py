@@ -32,6 +32,7 @@ CHANGEFUL = {
     "blob": [{"x": [5, 7], "y": [3, 5]}],
     "timeline": [
         {"iteration": 8, "volumeFraction": 0.4, "penalty": 3},
+        {"iteration": 11, "penalty": 3.5},
         {"iteration": 14, "restart": {"design": "keep"}},
         {"iteration": 18, "supports": []},
         {"iteration": 22, "supports": [{"x": 0, "y": [0, 16], "fix": "xy"}], "blob": []},

@@ -123,6 +123,8 @@ CONTRADICTIONS = [
     ("timeline/1/iteration", 4, ": 4 is outside 3..3 (after the change before it"),
     ("timeline/1/loads", [{"x": 5, "y": 0, "fx": 1}], "[0].x: 5 is outside 0..4"),
     ("", {**WIDE, "subdivision": 2}, "subdivision: refines the design to 2000 x 1000 cells"),
+    ("", {**WIDE, "loads": [{"x": [0, 1000], "y": [0, 500], "fx": 1}] * 8},
+     "loads: 4012008 nodes in all, allowed are at most 4000000"),
     ("", {**WIDE, "meshFactor": 4}, "meshFactor: refines the picture to 4000 x 2000 cells"),
     ("", {**WIDE, "passive": {"void": [{"x": [0, 99], "y": [0, 327]}]}},
      "passive: 32800 elements, allowed are at most 32767"),

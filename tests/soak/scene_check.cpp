@@ -1,7 +1,6 @@
 #include "scene_check.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <optional>
 
@@ -55,7 +54,8 @@ void requireLimits(const Settings& settings, const Scene& scene) {
     for (const Load& load : settings.loads) {
         require(isOnPlate(load.x, scene.width) && isOnPlate(load.y, scene.height),
                 "loads are on the plate");
-        require(std::max(std::fabs(load.fx), std::fabs(load.fy)) <= Scene::MAX_FORCE,
+        require(isWithin(load.fx, -Scene::MAX_FORCE, Scene::MAX_FORCE) &&
+                    isWithin(load.fy, -Scene::MAX_FORCE, Scene::MAX_FORCE),
                 "forces are within bounds");
         require(exists(load.loadCase), "load cases exist");
     }
