@@ -102,12 +102,13 @@ TEST(SparseAlgebraTest, ProductsMatchTheTextbook) {
         const SparseMatrix B = built(b);
         EXPECT_LT(distance(Matrix(A * dense(b)), ab), 1e-14);
         EXPECT_LT(distance(Matrix(dense(a) * B), ab), 1e-14);
-        SparseMatrix AB = A * B;
-        EXPECT_LT(distance(valuesOf(AB), ab), 1e-14);
-        EXPECT_LT(distance(valuesOf(transposed(AB)), transposed(ab)), 1e-14);
-        AB = transposed(AB.copy());
-        EXPECT_LT(distance(valuesOf(AB), transposed(ab)), 1e-14);
-        EXPECT_NEAR(AB.getValue(n - 1, 0), ab(0, n - 1), 1e-14);  // its views are the new ones
+        SparseMatrix computed = A * B;
+        EXPECT_LT(distance(valuesOf(computed), ab), 1e-14);
+        EXPECT_LT(distance(valuesOf(transposed(computed)), transposed(ab)), 1e-14);
+        computed = transposed(computed.copy());
+        EXPECT_LT(distance(valuesOf(computed), transposed(ab)), 1e-14);
+        EXPECT_NEAR(computed.getValue(n - 1, 0), ab(0, n - 1),
+                    1e-14);  // its views are the new ones
         for (const bool transpose : {false, true}) {
             const Matrix op = transpose ? transposed(a) : a;
             const Matrix x(op.columns, n, random);
