@@ -1,5 +1,6 @@
 #include "drawing_mode.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "action_text.h"
@@ -99,7 +100,7 @@ void DrawingMode::takeScore(const ScoreResult& result) {
 }
 
 void DrawingMode::takeRival(const ScoreResult& result) {
-    if (!active || !isOfThisGrid(result)) return;
+    if (!active || !isOfThisGrid(result) || isBeaten(result)) return;
     designScore = result;
     stage.rivalHeader.show(result, noteOnRival());
     if (drawingScore) stage.drawingHeader.show(*drawingScore, noteOnDrawing());
@@ -126,6 +127,17 @@ bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
     const int refinement = refinementOf(result.design, scene);
     return result.design.width == refinement * scene.width &&
            result.design.height == refinement * scene.height;
+}
+
+// A run goes on for greys that nobody sees, and what is drawn of them may get worse.
+bool DrawingMode::isBeaten(const ScoreResult& result) const {
+    if (!designScore || !designScore->isSupported() || designScore->revision != result.revision)
+        return false;
+    const double allowed =
+        std::max(mean(carrying(result)), drawingScore ? mean(carrying(*drawingScore)) : 0.0);
+    return mean(carrying(*designScore)) <= allowed &&
+           (!result.isSupported() ||
+            designScore->assessment.score.compliance < result.assessment.score.compliance);
 }
 
 QString DrawingMode::noteOnDrawing() const {

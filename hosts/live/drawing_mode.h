@@ -45,6 +45,8 @@ private:
                     const std::optional<EnergyScale>& common) const;
     std::optional<EnergyScale> scale() const;
     bool isOfThisGrid(const ScoreResult& result) const;
+    /// Whether an earlier design of the same run is the better rival.
+    bool isBeaten(const ScoreResult& result) const;
     QString noteOnDrawing() const;
     QString noteOnRival() const;
 

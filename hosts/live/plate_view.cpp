@@ -11,8 +11,9 @@ constexpr double LEAST_SCALE = 0.2;  // pixels per element
 constexpr double MOST_SCALE = 200;
 constexpr double WHEEL_FACTOR = 1.0015;  // per eighth of a degree, 1.2 a notch
 constexpr double KEY_FACTOR = 1.25;
-constexpr double KEY_PAN = 60;    // pixels
-constexpr double HAND_STEPS = 5;  // with Shift
+constexpr double KEY_PAN = 60;        // pixels
+constexpr double HAND_STEPS = 5;      // with Shift
+constexpr double MARGIN_OF_HAND = 2;  // pixels
 
 }  // namespace
 
@@ -169,18 +170,24 @@ void PlateView::mousePressEvent(QMouseEvent* event) {
     moveHand(next);
 }
 
+// What a hand holds must not end where no hand can take hold of it again.
+QPointF PlateView::inView(QPointF widget) const {
+    return {std::clamp(widget.x(), MARGIN_OF_HAND, width() - MARGIN_OF_HAND),
+            std::clamp(widget.y(), MARGIN_OF_HAND, height() - MARGIN_OF_HAND)};
+}
+
 void PlateView::mouseMoveEvent(QMouseEvent* event) {
     if (gesture == Gesture::PAN) {
         panBy(event->position() - panStart);
         panStart = event->position();
     }
     if (gesture == Gesture::TOOL && isGestureByKey) return;
-    moveHand(handAt(event->position(), event->modifiers()));
+    moveHand(handAt(inView(event->position()), event->modifiers()));
 }
 
 void PlateView::mouseReleaseEvent(QMouseEvent* event) {
     if (isGestureByKey || event->buttons() != Qt::NoButton) return;
-    const Hand next = handAt(event->position(), event->modifiers());
+    const Hand next = handAt(inView(event->position()), event->modifiers());
     if (gesture == Gesture::TOOL && tool != nullptr) tool->release(next);
     gesture = Gesture::NONE;
     moveHand(next);

@@ -63,6 +63,7 @@ private:
     void zoomAbout(QPointF place, double factor);
     void panBy(QPointF distance);
     Hand handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const;
+    QPointF inView(QPointF widget) const;
     void moveHand(const Hand& next);
     bool panByKey(int key);
     void bringIntoView(QPointF plate);

@@ -41,6 +41,26 @@ private slots:
         QVERIFY(!scoreOf(live).problems.empty());
     }
 
+    void theRivalIsTheBestDesignOfItsRun() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        const auto& rival = live.window.drawingMode().rivalScore();
+        QVERIFY(QTest::qWaitFor([&] { return rival && rival->isSupported(); }, 60000));
+        live.run().setPlaying(false);
+        const ScoreResult first = *rival;
+        const double compliance = first.assessment.score.compliance;
+        const auto offer = [&](double factor, std::uint64_t revision) {
+            ScoreResult next = first;
+            next.revision = revision;
+            next.assessment.score.compliance *= factor;
+            emit live.run().designScored(next);
+            return rival->assessment.score.compliance / compliance;
+        };
+        QCOMPARE(offer(0.9, first.revision), 0.9);
+        QCOMPARE(offer(1.1, first.revision), 0.9);
+        QCOMPARE(offer(1.2, first.revision + 1), 1.2);
+    }
+
     void theOptimisersDesignCanBeTakenOver() {
         LiveFixture live("optimise-cantilever.json");
         QVERIFY(live.reach(40));

@@ -39,6 +39,14 @@ private slots:
         QVERIFY(!live.bench().document.isModified());
     }
 
+    void whatIsDraggedOutOfSightStaysInReach() {
+        LiveFixture live("optimise-cantilever.json");
+        live.drag(live.at(80, 25), live.at(80, 0));
+        const QPoint freeEnd = toQt(live.handle(0).freeEnd()).toPoint();
+        live.drag(freeEnd, freeEnd - QPoint(0, 5000));
+        QVERIFY(live.view().rect().contains(toQt(live.handle(0).freeEnd()).toPoint()));
+    }
+
     void loadsComeAndGo() {
         LiveFixture live("optimise-cantilever.json");
         QVERIFY(live.takeTool("L"));
