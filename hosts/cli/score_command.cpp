@@ -188,7 +188,7 @@ void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) 
 int runScore(const ScoreOptions& options) {
     // 1. Everything that can be said before the score.
     if (options.isQuiet) silenceStandardOutput();
-    Scene scene = readScene(options.scene);
+    Scene scene = withLoadsInUse(readScene(options.scene));
     if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
     Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);

@@ -35,11 +35,6 @@ std::string item(const char* list, std::size_t number) {
     return std::string(list) + "[" + std::to_string(number) + "]";
 }
 
-template <typename Where>
-Place nodesOf(const Where& where) {
-    return {true, where.x, where.y};
-}
-
 /// The nodes whose elements are all kept void.
 class PassiveVoid {
 public:
@@ -77,7 +72,7 @@ Findings findInsideVoid(const Scene& scene) {
             findings.push_back(error(key,
                                      "node " + placeText(node->x, node->y) +
                                          " lies inside the elements that passive.void keeps void",
-                                     nodesOf(where)));
+                                     Place{true, {node->x, node->x}, {node->y, node->y}}));
     };
     for (std::size_t i = 0; i < scene.loads.size(); ++i)
         if (hasForce(scene.loads[i])) tell(item("loads", i), scene.loads[i]);
@@ -169,9 +164,7 @@ Findings checkBeforeOptimisation(const Scene& scene) {
 }
 
 Findings checkBeforeScore(const Scene& scene) {
-    Scene all = scene;
-    all.loadCasesInUse = allLoadCases(scene);
-    Findings findings = findIdleLoads(all);
+    Findings findings = findIdleLoads(scene);
     if (scene.densities) append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
     return findings;
 }

@@ -12,6 +12,7 @@
 #include "load_arrows.h"
 #include "picture_colours.h"
 #include "plate_signs.h"
+#include "refinement.h"
 
 namespace {
 
@@ -125,7 +126,7 @@ private:
 
     void drawLoads() {
         const bool numbered = scene.loadCases > LOAD_CASE_COLOURS;
-        for (const LoadArrow& load : loadArrows(scene, plate, scale)) {
+        for (const LoadArrow& load : loadArrows(withLoadsInUse(scene), plate, scale)) {
             canvas.polygon(arrowShape(load), loadCaseColour(load.loadCase));
             if (!numbered) continue;
             const Point badge = load.tail + 4 * load.direction;

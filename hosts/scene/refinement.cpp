@@ -29,8 +29,8 @@ Scene refined(const Scene& scene, int factor) {
 
 Scene withLoadsInUse(Scene scene) {
     const auto& cases = scene.loadCasesInUse;
-    std::erase_if(scene.loads, [&](const Load& load) {
-        return std::find(cases.begin(), cases.end(), load.loadCase) == cases.end();
-    });
+    for (Load& load : scene.loads)
+        if (std::find(cases.begin(), cases.end(), load.loadCase) == cases.end())
+            load.fx = load.fy = 0;
     return scene;
 }

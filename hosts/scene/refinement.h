@@ -7,7 +7,8 @@
 /// the new nodes between them as well.
 Scene refined(const Scene& scene, int factor);
 
-/// The same scene with no loads but those of the load cases in use.
+/// The same scene in which no loads but those of the load cases in use have a force. All keep their
+/// number.
 Scene withLoadsInUse(Scene scene);
 
 /// Elements per edge of an element of the scene that a design has which is a whole multiple of its
