@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "checks.h"
+#include "refinement.h"
 
 bool hasSamePlate(const Scene& one, const Scene& other) {
     return one.width == other.width && one.height == other.height &&
@@ -18,6 +19,8 @@ void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob
         optimiser && before && hasSamePlate(*before, *whole) && start == startNumber;
     blobMoves = movesBlob;
     startNumber = start;
+    // Each update unsettles the optimiser for a few iterations, so one that changes nothing is none.
+    if (goesOn && *before == *whole) return;
     if (!goesOn) changesMade = 0;
     const Area blob = std::exchange(current, *whole).blob;
     for (std::size_t i = 0; i < std::min(changesMade, whole->timeline.size()); ++i)
@@ -74,15 +77,13 @@ Scene LibrarySession::sceneNow() const {
 }
 
 ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
-    return {0, design, assess(design, scene), {}};
+    return {0, design, assess(design, withLoadsInUse(scene)), {}};
 }
 
 ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
     ScoreResult result = score(current, drawnDesign(frame.material, current, refinement));
     const RunResult run{frame.numbers.compliance, frame.numbers.volume, result.design,
                         result.assessment};
-    // The optimiser knows of no other load cases than those in use, which a score counts all.
-    if (current.loadCasesInUse == allLoadCases(current))
-        result.warnings = checkResult(run, current);
+    result.warnings = checkResult(run, current);
     return result;
 }

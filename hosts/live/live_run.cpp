@@ -73,7 +73,7 @@ ScoreResult LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
         result = scored;
         untilScored.quit();
     });
-    worker.score({std::make_shared<const Scene>(withLoadsInUse(scene)),
+    worker.score({std::make_shared<const Scene>(scene),
                   std::make_shared<const Field>(drawnDesign(material, scene, refinement)),
                   revision});
     untilScored.exec(QEventLoop::ExcludeUserInputEvents);
@@ -99,6 +99,9 @@ std::shared_ptr<const Scene> LiveRun::sceneToOptimise() const {
     if (drawing && drawnVolume > 0)
         scene.volumeFraction = std::max(drawnVolume, Scene::MIN_VOLUME_FRACTION);
     scene.densities.reset();
+    // Names are nothing to the optimiser, which each update unsettles.
+    scene.title.clear();
+    scene.description.clear();
     return std::make_shared<const Scene>(std::move(scene));
 }
 
