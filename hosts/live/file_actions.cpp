@@ -119,7 +119,19 @@ void FileActions::chooseAndOpen() {
 bool FileActions::save() {
     // A shipped scene is not to be overwritten by a shortcut that everybody's fingers know.
     if (document.file().empty() || isShipped(document.file())) return saveAs();
+    if (!mayDropComments()) return false;
     return write(document.file());
+}
+
+bool FileActions::mayDropComments() {
+    if (!document.isModified() || !hasComments(document.file())) return true;
+    const auto answer =
+        QMessageBox::warning(&parent, tr("Save without the comments?"),
+                             tr("%1 has comments, which do not outlive a change of the scene. "
+                                "Save as... another file to keep them.")
+                                 .arg(document.displayName()),
+                             QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
+    return answer == QMessageBox::Save;
 }
 
 bool FileActions::saveAs() {

@@ -40,6 +40,8 @@ private:
     void chooseAndOpen();
     bool save();
     bool saveAs();
+    /// Asks before comments of the file are lost.
+    bool mayDropComments();
     bool write(const std::filesystem::path& target);
     void remember(const std::filesystem::path& file);
     void fillRecentMenu();

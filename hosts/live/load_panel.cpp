@@ -199,6 +199,10 @@ void LoadPanel::showSelection() {
         while (loadCase->count() < scene.loadCases)
             loadCase->addItem(QString::number(loadCase->count()));
         loadCase->setCurrentIndex(load.loadCase);
+    } else {
+        for (QAbstractSpinBox* box : std::initializer_list<QAbstractSpinBox*>{x, y, fx, fy})
+            box->clear();
+        loadCase->setCurrentIndex(-1);
     }
     isShowing = false;
 }

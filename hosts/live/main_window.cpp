@@ -286,6 +286,7 @@ void MainWindow::setDrawing(bool draws) {
     stage->setDrawing(draws);
     tools->setDrawing(draws);
     drawing->setActive(draws);
+    showProblems();
     if (draws)
         drawing->show();
     else
@@ -312,7 +313,10 @@ void MainWindow::showTitle() {
 }
 
 void MainWindow::showProblems() {
-    const Problems problems = problemsOf(bench.document.scene(), run.text());
+    Problems problems = problemsOf(bench.document.scene(), run.text());
+    if (drawing->isActive() && !problems.text.isEmpty())
+        problems.advice +=
+            tr(" The tools for loads and supports come back with the end of the drawing (Ctrl+D).");
     stage->banner().say(problems.text, problems.advice);
     stage->plate().setFaults(problems.places);
 }

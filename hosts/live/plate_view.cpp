@@ -11,9 +11,10 @@ constexpr double LEAST_SCALE = 0.2;  // pixels per element
 constexpr double MOST_SCALE = 200;
 constexpr double WHEEL_FACTOR = 1.0015;  // per eighth of a degree, 1.2 a notch
 constexpr double KEY_FACTOR = 1.25;
-constexpr double KEY_PAN = 60;        // pixels
-constexpr double HAND_STEPS = 5;      // with Shift
-constexpr double MARGIN_OF_HAND = 2;  // pixels
+constexpr double KEY_PAN = 60;          // pixels
+constexpr double HAND_STEPS = 5;        // with Shift
+constexpr double MARGIN_OF_HAND = 2;    // pixels
+constexpr double MARGIN_OF_PLATE = 40;  // pixels
 
 }  // namespace
 
@@ -80,9 +81,17 @@ void PlateView::setColours(const PlateColours& colourSet) {
 }
 
 void PlateView::setTool(Tool* next) {
-    cancelGesture();
+    isGestureByKey ? endGesture() : cancelGesture();
     tool = next;
     if (hand) moveHand(*hand);
+    update();
+}
+
+// Keys hold nothing down, so a stroke of theirs stays when another tool or the menu is next.
+void PlateView::endGesture() {
+    if (gesture == Gesture::TOOL && tool != nullptr && hand) tool->release(*hand);
+    gesture = Gesture::NONE;
+    isGestureByKey = false;
     update();
 }
 
@@ -103,7 +112,13 @@ void PlateView::zoomAbout(QPointF place, double factor) {
 }
 
 void PlateView::panBy(QPointF distance) {
+    // Some of the plate stays in view, or nothing would tell where it is.
+    const QSizeF plate = where.scale * QSizeF(scene->width, scene->height);
     where.origin += distance;
+    where.origin.setX(
+        std::clamp(where.origin.x(), MARGIN_OF_PLATE - plate.width(), width() - MARGIN_OF_PLATE));
+    where.origin.setY(
+        std::clamp(where.origin.y(), MARGIN_OF_PLATE - plate.height(), height() - MARGIN_OF_PLATE));
     isFitted = false;
     update();
 }
@@ -161,7 +176,7 @@ void PlateView::moveHand(const Hand& next) {
 
 void PlateView::mousePressEvent(QMouseEvent* event) {
     const Hand next = handAt(event->position(), event->modifiers());
-    if (gesture == Gesture::TOOL && isGestureByKey) cancelGesture();
+    if (isGestureByKey) endGesture();
     if (gesture != Gesture::NONE) return;
     isGestureByKey = false;
     const bool isTool = event->button() == Qt::LeftButton && tool != nullptr && tool->press(next);
@@ -269,8 +284,7 @@ bool PlateView::panByKey(int key) {
 void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
     if (!hand) moveHand(handAt(where.toWidget(scene->width / 2, scene->height / 2), modifiers));
     if (gesture == Gesture::TOOL) {
-        tool->release(*hand);
-        gesture = Gesture::NONE;
+        endGesture();
     } else if (tool->press(*hand)) {
         gesture = Gesture::TOOL;
         isGestureByKey = true;
@@ -302,7 +316,7 @@ void PlateView::keyPressEvent(QKeyEvent* event) {
 void PlateView::focusInEvent(QFocusEvent*) { update(); }
 
 void PlateView::focusOutEvent(QFocusEvent*) {
-    if (gesture == Gesture::TOOL && isGestureByKey) cancelGesture();
+    if (isGestureByKey) endGesture();
     update();
 }
 

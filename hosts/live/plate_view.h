@@ -29,7 +29,8 @@ public:
     void setColours(const PlateColours& colourSet);
     const PlateColours& colours() const { return *palette; }
 
-    /// The tool must outlive the view or its next setTool(). A gesture under way is cancelled.
+    /// The tool must outlive the view or its next setTool(). A gesture of the mouse
+    /// under way is cancelled, one of keys ends.
     void setTool(Tool* next);
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
@@ -69,6 +70,7 @@ private:
     void bringIntoView(QPointF plate);
     bool moveHandByKey(const QKeyEvent& event);
     void pressByKey(Qt::KeyboardModifiers modifiers);
+    void endGesture();
 
     std::shared_ptr<const Scene> scene;
     PlateLook look;

@@ -212,6 +212,17 @@ Scene parseScene(const std::string& text, const std::filesystem::path& file) {
     return scene;
 }
 
+bool hasComments(const std::filesystem::path& file) {
+    constexpr bool withComments = true;
+    try {
+        const std::string text = readText(file);
+        return nlohmann::json::accept(text, withComments) &&
+               !nlohmann::json::accept(text, !withComments);
+    } catch (const InputError&) {
+        return false;
+    }
+}
+
 void requireScore(const Scene& scene) {
     if (scene.densities) return;
     failWithout(

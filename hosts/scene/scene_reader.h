@@ -12,6 +12,9 @@ Scene readScene(const std::filesystem::path& file);
 /// Reads the text of a scene; `file` names it in errors, and images are found beside it.
 Scene parseScene(const std::string& text, const std::filesystem::path& file);
 
+/// Whether a scene file has comments, which no Scene knows of. False when it cannot be read.
+bool hasComments(const std::filesystem::path& file);
+
 /// Throws InputError unless the scene has what a score or an optimisation needs.
 void requireScore(const Scene& scene);
 void requireOptimisation(const Scene& scene);

@@ -127,6 +127,12 @@ private slots:
         live.key(Qt::Key_Escape);
         QCOMPARE(live.scene().passive.solids.cells.size(), std::size_t{5});
         QCOMPARE(live.bench().document.undoStack().count(), steps);
+        // One that another tool ends stays.
+        live.key(Qt::Key_Return);
+        live.key(Qt::Key_Right);
+        QVERIFY(live.takeTool("E"));
+        QCOMPARE(live.scene().passive.solids.cells.size(), std::size_t{7});
+        QCOMPARE(live.bench().document.undoStack().count(), steps + 1);
     }
 
     void theViewFollowsZoomsAndMovesByKeyboard() {

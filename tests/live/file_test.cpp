@@ -8,6 +8,7 @@
 #include "design_file.h"
 #include "dialog_answers.h"
 #include "gallery.h"
+#include "json_value.h"
 #include "live_fixture.h"
 #include "program.h"
 #include "scene_reader.h"
@@ -116,6 +117,26 @@ private slots:
         QVERIFY(live.takeTool("Ctrl+S"));
         QVERIFY(!live.bench().document.isModified());
         QVERIFY(readScene(good.toStdString()).passive == live.scene().passive);
+    }
+
+    void commentsAreNotDroppedWithoutAWord() {
+        LiveFixture live(LiveFixture::smallScene());
+        const auto file = directory.filePath("commented.json").toStdString();
+        const std::string text = "// As agreed.\n" + sceneText(live.scene());
+        std::ofstream(file) << text;
+        QVERIFY(live.window.open(file));
+        live.drag(live.at(24, 6), live.at(24, 3));
+        QVERIFY(live.bench().document.isModified());
+        {
+            MessageAnswer answer(QMessageBox::Cancel);
+            QVERIFY(live.takeTool("Ctrl+S"));
+            QVERIFY2(answer.text.contains("comments"), qPrintable(answer.text));
+            QCOMPARE(readText(file), text);
+        }
+        MessageAnswer answer(QMessageBox::Save);
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY(!live.bench().document.isModified());
+        QCOMPARE(readText(file), sceneText(live.scene()));
     }
 
     void aDroppedFileIsOpened() {
