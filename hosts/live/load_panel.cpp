@@ -159,10 +159,11 @@ void LoadPanel::showScene() {
 
 void LoadPanel::showCases(const Scene& scene) {
     while (cases->count() > scene.loadCases) delete cases->takeItem(cases->count() - 1);
-    while (cases->count() < scene.loadCases) cases->addItem(tr("Case %1").arg(cases->count()));
+    while (cases->count() < scene.loadCases) cases->addItem(QString());
     for (int row = 0; row < cases->count(); ++row) {
         const auto& used = scene.loadCasesInUse;
         const bool isUsed = std::find(used.begin(), used.end(), row) != used.end();
+        cases->item(row)->setText((isUsed ? tr("Case %1") : tr("Case %1, not in use")).arg(row));
         cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
     }
     cases->setCurrentRow(bench.loadCase());
