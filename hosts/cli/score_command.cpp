@@ -46,7 +46,10 @@ void printScene(const Scene& scene) {
     if (refinementOf(*scene.densities, scene) > 1)
         printRow("design",
                  formatted("%d x %d cells", scene.densities->width, scene.densities->height));
-    printRow("load cases", std::to_string(scene.loadCases));
+    const std::size_t inUse = scene.loadCasesInUse.size();
+    const bool areAllInUse = inUse == static_cast<std::size_t>(scene.loadCases);
+    printRow("load cases", std::to_string(scene.loadCases) +
+                               (areAllInUse ? "" : formatted(", of which %zu in use", inUse)));
     printRow("material used", materialText(scene));
 }
 
@@ -188,10 +191,11 @@ void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) 
 int runScore(const ScoreOptions& options) {
     // 1. Everything that can be said before the score.
     if (options.isQuiet) silenceStandardOutput();
-    Scene scene = withLoadsInUse(readScene(options.scene));
+    Scene scene = readScene(options.scene);
     if (!options.design.empty()) readDesignInto(scene, options.design);
     requireScore(scene);
     Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);
+    scene = withLoadsInUse(std::move(scene));
     const Field design = *scene.densities;
     const int refinement = refinementOf(design, scene);
     const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));

@@ -130,14 +130,19 @@ TEST_F(Cli, scoresABarAsByHand) {
     };
     EXPECT_NE(scoreOfTwo("[0, 1]").find("compliance         20\n"), std::string::npos);
     EXPECT_NE(scoreOfTwo("[1]").find("compliance         16\n"), std::string::npos);
+    EXPECT_NE(scoreOfTwo("[1]").find("load cases         2, of which 1 in use\n"),
+              std::string::npos);
 }
 
 TEST_F(Cli, runsTheShippedScenes) {
+    int scored = 0;
+    int optimised = 0;
     for (const auto& file : shippedScenes()) {
         SCOPED_TRACE(file.filename());
         const Scene scene = readScene(file);
         EXPECT_FALSE(scene.description.empty());
         if (scene.densities) {
+            ++scored;
             const bool supported = file.stem() != "unsupported";
             const Outcome outcome = run("score " + quoted(file) + " --picture p.png --scale 8");
             EXPECT_EQ(outcome.status, supported ? 0 : 1) << outcome.err;
@@ -146,11 +151,14 @@ TEST_F(Cli, runsTheShippedScenes) {
             EXPECT_NO_THROW(readGreyPng(directory / "p.png", layout.width, layout.height));
         }
         if (scene.volumeFraction > 0) {
+            ++optimised;
             const Outcome outcome = run("optimise " + quoted(file) + " --iterations 2" +
                                         (scene.blob.empty() ? "" : " --blob"));
             EXPECT_EQ(outcome.status, 0) << outcome.err;
         }
     }
+    EXPECT_GE(scored, 3);
+    EXPECT_GE(optimised, 7);
 }
 
 TEST_F(Cli, writesScenesThatReadBackAsTheSame) {

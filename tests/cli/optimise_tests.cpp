@@ -174,8 +174,8 @@ TEST_F(Optimise, letsTheDesignLeave) {
     std::memcpy(&highest, &stl[84 + 50 + 12 + 8], sizeof highest);
     EXPECT_EQ(highest, 2.5f);  // the second triangle lies on top
 
-    // Both files are scored as fine as they are, and are worth what the run said; that of numbers has
-    // the outline to the bit.
+    // Both files are scored as fine as they are, and are worth what the run said; that of numbers
+    // has the outline to the bit.
     const auto asDrawn = [](const std::string& out) {
         const auto end = out.find(" as drawn, in black and white on 48 x 24 elements");
         EXPECT_NE(end, std::string::npos) << out;
@@ -190,6 +190,9 @@ TEST_F(Optimise, letsTheDesignLeave) {
                   design == "d.csv");
     }
     expectError(run("score s.json"), "densities: missing key");
+    write("drawn.json", R"({"grid": {"width": 4, "height": 1}, "densities": 1, "supports": [],
+        "loads": [{"x": 4, "y": 0, "fx": 1}]})");
+    expectError(run("optimise drawn.json"), "volumeFraction: missing key");
     expectError(run("score s.json --design d.csv --outline d.csv"), "it is an input of the scene");
 }
 
