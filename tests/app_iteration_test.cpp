@@ -1,5 +1,5 @@
-// What a series of iterations does beyond what whole runs show: the continuation to the last bit and
-// to its end, the density filter, counters, and sensitivities that are no numbers.
+// What a series of iterations does beyond what whole runs show: the continuation to the last bit
+// and to its end, the density filter, counters, and sensitivities that are no numbers.
 #include <gtest/gtest.h>
 
 #include <algorithm>

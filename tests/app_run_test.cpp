@@ -34,6 +34,7 @@ const Scenario SCENARIOS[] = {
     {"plain", 9, 5, 1, 1, {0, 0, 0}, {0}, {0}, 0.5F, 3.0, 30},
     {"subdivided", 5, 3, 2, 2},
     {"subdivided_by_three", 3, 2, 3, 3},
+    {"subdivided_and_tall", 3, 9, 2, 1},
     {"coarser_mesh", 5, 3, 2, 1, {1, 1, 1, 2, 1, 4, 0, 0, 2}, {1, 1, 1}},
     {"finer_mesh", 6, 4, 1, 2, {1, 0, 0, 2, 1}},
     {"two_load_cases", 7, 4, 1, 1, {0, 0, 0}, {0}, {1, 0}},

@@ -79,7 +79,7 @@ TEST(BlobRestartTest, ForgetsTheStepsSoFar) {
     EXPECT_EQ(blob.blobInterfaceSize, 5.0);  // the cell and its neighbours
 }
 
-// 1 where the mask, smoothed by the textbook, is neither that of the inside nor that of the outside.
+// 1 where the mask, smoothed by the textbook, is neither that of the inside nor of the outside.
 std::vector<double> interfaceOf(Matrix mask) {
     const Matrix weights = test::coneWeights(7, 6, 1.2F);
     const Matrix sums = test::rowSums(weights);

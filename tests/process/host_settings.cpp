@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "support/answers.h"
 #include "support/exports.h"
 
 namespace {
@@ -45,18 +46,21 @@ bool changed(const char* call, const ThreadSettings& before) {
     return true;
 }
 
-void iterate(const test::Settings& plate) {
+// Whether there was a picture.
+bool iterate(const test::Settings& plate) {
     char text[64];
     _InitVoxamApp(NELX, NELY, 1, 1, 0.5F, 1, 1);
     test::update(plate);
     _IterateVoxamApp(sizeof text, text, nullptr, nullptr, nullptr, 3);
+    return *text == '\0';
 }
 
-void score(const test::Settings& plate) {
+// Whether there was a score.
+bool score(const test::Settings& plate) {
     const std::vector<float> densities(NELX * NELY, 1.0F);
     _InitVoxamGame(NELX, NELY, 1, 1, plate.loads.count(), plate.loads.data(),
                    plate.supports.count(), plate.supports.data(), 1);
-    _SolveVoxamGame(densities.data(), nullptr);
+    return _SolveVoxamGame(densities.data(), nullptr) < test::FAILED_SCORE;
 }
 
 }  // namespace
@@ -73,9 +77,9 @@ int main(int argc, char** /*argv*/) {
     for (int threads = 1; threads <= 3; ++threads) {
         omp_set_num_threads(threads);
         const ThreadSettings before;
-        iterate(plate);
+        if (!iterate(plate)) return 1;
         if (changed("_IterateVoxamApp", before)) return 1;
-        score(plate);
+        if (!score(plate)) return 1;
         if (changed("_SolveVoxamGame", before)) return 1;
     }
     return 0;

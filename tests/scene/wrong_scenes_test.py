@@ -157,6 +157,8 @@ def complaint(scene, directory):
     (pathlib.Path(directory) / "s.json").write_text(json.dumps(scene))
     done = subprocess.run([PROGRAM, "score", "s.json"], capture_output=True, text=True,
                           cwd=directory)
+    if done.returncode not in (0, 1, 2):
+        return f"status {done.returncode}: {done.stderr}"
     return done.stderr if done.returncode == 2 else ""
 
 
