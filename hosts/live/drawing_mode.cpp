@@ -48,8 +48,10 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     connect(startFromDesign, &QAction::triggered, this, [this] {
         const Frame& frame = run.frame();
         bench.edit(tr("Start with the optimiser's design"), [&](Scene& scene) {
-            if (frame.material.width == scene.width * frame.refinement &&
-                frame.material.height == scene.height * frame.refinement)
+            if (designScore && isOfThisGrid(*designScore))
+                scene.densities = designScore->design;
+            else if (frame.material.width == scene.width * frame.refinement &&
+                     frame.material.height == scene.height * frame.refinement)
                 scene.densities = drawnDesign(frame.material, scene, 1);
         });
     });

@@ -101,12 +101,13 @@ ExportActions::Exhibit ExportActions::exhibit() const {
 }
 
 void ExportActions::addScore(Exhibit& shown) const {
-    const ScoreResult result = score(shown.material, shown.scene);
-    const QString worth = result.isSupported()
-                              ? QString::number(result.assessment.score.compliance, 'g', 6)
+    const auto result = score(shown.material, shown.scene);
+    if (!result) throw InputError("The picture was not written: the run has started afresh");
+    const QString worth = result->isSupported()
+                              ? QString::number(result->assessment.score.compliance, 'g', 6)
                               : tr("not supported");
     shown.subtitle = subtitleOf(*shown.numbers, tr(", as drawn %1").arg(worth));
-    shown.floating = result.assessment.floating;
+    shown.floating = result->assessment.floating;
 }
 
 void ExportActions::writePicture(const fs::path& file) const {

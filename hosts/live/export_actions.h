@@ -26,7 +26,8 @@ public:
         std::vector<FloatingPart> floating = {};
     };
 
-    using Score = std::function<ScoreResult(const Field& material, const Scene& scene)>;
+    using Score =
+        std::function<std::optional<ScoreResult>(const Field& material, const Scene& scene)>;
 
     /// For a picture of an iteration, and of a drawing.
     static QString subtitleOf(const IterationNumbers& numbers);

@@ -19,8 +19,9 @@ void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob
         optimiser && before && hasSamePlate(*before, *whole) && start == startNumber;
     blobMoves = movesBlob;
     startNumber = start;
-    // Each update unsettles the optimiser for a few iterations, so one that changes nothing is none.
-    if (goesOn && *before == *whole) return;
+    // An update unsettles the optimiser for a few iterations.
+    if (goesOn && isTold && *before == *whole) return;
+    isTold = false;
     if (!goesOn) changesMade = 0;
     const Area blob = std::exchange(current, *whole).blob;
     for (std::size_t i = 0; i < std::min(changesMade, whole->timeline.size()); ++i)
@@ -36,6 +37,7 @@ void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob
         optimiser.reset();  // its memory first
         optimiser.emplace(*whole);
     }
+    isTold = true;
 }
 
 void LibrarySession::makeChanges() {

@@ -47,6 +47,7 @@ private:
     Scene current;  // with the changes that were made
     std::size_t changesMade = 0;
     std::optional<Optimiser> optimiser;
+    bool isTold = false;  // the optimiser, all of the scene
     bool blobMoves = false;
     std::uint64_t startNumber = 0;
     int iterationCount = 0;

@@ -1,5 +1,6 @@
 #include "live_run.h"
 
+#include <QApplication>
 #include <QEventLoop>
 #include <algorithm>
 #include <utility>
@@ -62,11 +63,12 @@ void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
     worker.score({bench.document.snapshot(), std::move(design), settings.revision});
 }
 
-ScoreResult LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
+std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
     const int refinement = drawnRefinement(scene, refinementOf(material, scene));
     const auto revision = settings.revision;
-    ScoreResult result;
+    std::optional<ScoreResult> result;
     QEventLoop untilScored;
+    connect(this, &LiveRun::startedAfresh, &untilScored, &QEventLoop::quit);
     connect(this, &LiveRun::drawingScored, &untilScored, [&](const ScoreResult& scored) {
         // A drawing that was left with its score under way has another revision.
         if (scored.revision != revision) return;
@@ -76,7 +78,9 @@ ScoreResult LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
     worker.score({std::make_shared<const Scene>(scene),
                   std::make_shared<const Field>(drawnDesign(material, scene, refinement)),
                   revision});
+    QApplication::setOverrideCursor(Qt::WaitCursor);
     untilScored.exec(QEventLoop::ExcludeUserInputEvents);
+    QApplication::restoreOverrideCursor();
     return result;
 }
 

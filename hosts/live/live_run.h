@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "workbench.h"
@@ -33,8 +34,9 @@ public:
     void scoreDrawing(std::shared_ptr<const Field> design);
 
     /// Scores a picture of the optimiser as the command-line program does at the end of a run.
-    /// Returns when the worker has ended its iteration and the score. Not while drawing.
-    ScoreResult scoreAsDrawn(const Field& material, const Scene& scene);
+    /// Returns when the worker has ended its iteration and the score; without a result if the run
+    /// started afresh or the program ends meanwhile. Not while drawing.
+    std::optional<ScoreResult> scoreAsDrawn(const Field& material, const Scene& scene);
 
     void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
 

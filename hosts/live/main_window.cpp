@@ -226,6 +226,7 @@ void MainWindow::connectDocument() {
         showProblems();
     });
     connect(&document, &Document::opened, this, [this] {
+        stage->plate().cancelGesture();
         stage->plate().setForces(bench.forces());
         stage->plate().fit();
         setDrawing(bench.document.scene().densities.has_value());
@@ -347,7 +348,11 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     if (frame.numbers.iteration == 0) return std::nullopt;
     shown.material = frame.material;
     shown.scene.blob = bench.blob();
-    shown.numbers = frame.numbers;
+    // A picture from before an edit must not get the score of what was edited.
+    if (frame.numbers.revision == run.revision())
+        shown.numbers = frame.numbers;
+    else
+        shown.subtitle = ExportActions::subtitleOf(frame.numbers);
     return shown;
 }
 

@@ -193,6 +193,38 @@ private slots:
         QVERIFY(worker.fetchText().text.empty());
     }
 
+    void aSceneThatDidNotChangeIsNotSentAgain() {
+        const auto lastCompliance = [](bool again) {
+            LibrarySession solvers;
+            const auto scene = cantilever(20, 10);
+            solvers.optimise(scene, false, 1);
+            Frame frame;
+            for (int i = 0; i < 12; ++i) {
+                if (again && i == 8)
+                    solvers.optimise(std::make_shared<const Scene>(*scene), false, 1);
+                solvers.iterate(frame);
+            }
+            return frame.numbers.compliance;
+        };
+        QCOMPARE(lastCompliance(true), lastCompliance(false));
+    }
+
+    void aScoreCountsTheLoadCasesInUse() {
+        const auto complianceOf = [](const Scene& scene) {
+            const Field solid(scene.width, scene.height, 1);
+            return LibrarySession::score(scene, solid).assessment.score.compliance;
+        };
+        Scene scene = *cantilever(20, 10);
+        const double one = complianceOf(scene);
+        scene.loadCases = 2;
+        scene.loads.push_back(scene.loads.front());
+        scene.loads.back().loadCase = 1;
+        scene.loadCasesInUse = {1};
+        QCOMPARE(complianceOf(scene), one);
+        scene.loadCasesInUse = {0, 1};
+        QVERIFY(std::abs(complianceOf(scene) / one - 2) < 1e-4);  // in single precision
+    }
+
     void endsInTheMiddleOfAnIteration() {
         iterations = 0;
         {
