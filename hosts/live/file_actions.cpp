@@ -119,17 +119,17 @@ void FileActions::chooseAndOpen() {
 bool FileActions::save() {
     // A shipped scene is not to be overwritten by a shortcut that everybody's fingers know.
     if (document.file().empty() || isShipped(document.file())) return saveAs();
-    if (!mayDropComments()) return false;
     return write(document.file());
 }
 
-bool FileActions::mayDropComments() {
-    if (!document.isModified() || !hasComments(document.file())) return true;
+bool FileActions::mayDropComments(const std::filesystem::path& target) {
+    const bool isKept = target == document.file() && !document.isModified();
+    if (isKept || !hasComments(target)) return true;
     const auto answer =
         QMessageBox::warning(&parent, tr("Save without the comments?"),
-                             tr("%1 has comments, which do not outlive a change of the scene. "
+                             tr("%1 has comments, which would be lost. "
                                 "Save as... another file to keep them.")
-                                 .arg(document.displayName()),
+                                 .arg(nameOf(target.filename())),
                              QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
     return answer == QMessageBox::Save;
 }
@@ -148,6 +148,7 @@ bool FileActions::saveAs() {
 }
 
 bool FileActions::write(const std::filesystem::path& target) {
+    if (!mayDropComments(target)) return false;
     try {
         document.save(target);
         remember(target);

@@ -41,7 +41,7 @@ private:
     bool save();
     bool saveAs();
     /// Asks before comments of the file are lost.
-    bool mayDropComments();
+    bool mayDropComments(const std::filesystem::path& target);
     bool write(const std::filesystem::path& target);
     void remember(const std::filesystem::path& file);
     void fillRecentMenu();

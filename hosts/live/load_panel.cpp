@@ -201,9 +201,13 @@ void LoadPanel::showSelection() {
             loadCase->addItem(QString::number(loadCase->count()));
         loadCase->setCurrentIndex(load.loadCase);
     } else {
-        for (QAbstractSpinBox* box : std::initializer_list<QAbstractSpinBox*>{x, y, fx, fy})
-            box->clear();
+        for (QSpinBox* box : {x, y}) box->setValue(box->minimum());
+        for (QDoubleSpinBox* box : {fx, fy}) box->setValue(box->minimum());
         loadCase->setCurrentIndex(-1);
     }
+    // Shown in the place of the least number: fields of no load are empty.
+    const QString nothing = isSelected ? QString() : QString(" ");
+    for (QAbstractSpinBox* box : std::initializer_list<QAbstractSpinBox*>{x, y, fx, fy})
+        box->setSpecialValueText(nothing);
     isShowing = false;
 }

@@ -12,6 +12,7 @@ public:
     bool press(const Hand& hand) override;
     void drag(const Hand& hand) override;
     void release(const Hand& hand) override;
+    bool carries() const override { return true; }
     bool key(const QKeyEvent& event) override;
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
     QString describe(const Hand& hand) const override;
@@ -45,6 +46,7 @@ public:
     bool press(const Hand& hand) override;
     void drag(const Hand& hand) override;
     void release(const Hand& hand) override;
+    bool carries() const override { return true; }
     void cancel() override;
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
     QString describe(const Hand& hand) const override;

@@ -98,6 +98,7 @@ void PlateView::endGesture() {
 void PlateView::cancelGesture() {
     if (gesture == Gesture::TOOL && tool != nullptr) tool->cancel();
     gesture = Gesture::NONE;
+    isGestureByKey = false;
     update();
 }
 
@@ -108,19 +109,24 @@ void PlateView::zoomAbout(QPointF place, double factor) {
     where.scale = std::clamp(where.scale * factor, LEAST_SCALE, MOST_SCALE);
     where.origin = place - where.scale * fixed;
     isFitted = false;
+    keepInSight();
     update();
 }
 
 void PlateView::panBy(QPointF distance) {
-    // Some of the plate stays in view, or nothing would tell where it is.
-    const QSizeF plate = where.scale * QSizeF(scene->width, scene->height);
     where.origin += distance;
+    isFitted = false;
+    keepInSight();
+    update();
+}
+
+// Some of the plate stays in view, or nothing would tell where it is.
+void PlateView::keepInSight() {
+    const QSizeF plate = where.scale * QSizeF(scene->width, scene->height);
     where.origin.setX(
         std::clamp(where.origin.x(), MARGIN_OF_PLATE - plate.width(), width() - MARGIN_OF_PLATE));
     where.origin.setY(
         std::clamp(where.origin.y(), MARGIN_OF_PLATE - plate.height(), height() - MARGIN_OF_PLATE));
-    isFitted = false;
-    update();
 }
 
 void PlateView::fit() {
@@ -156,9 +162,7 @@ void PlateView::paintEvent(QPaintEvent*) {
     emit painted();
 }
 
-void PlateView::resizeEvent(QResizeEvent*) {
-    if (isFitted) fit();
-}
+void PlateView::resizeEvent(QResizeEvent*) { isFitted ? fit() : keepInSight(); }
 
 Hand PlateView::handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const {
     return {widget, where.toPlate(widget), modifiers};
@@ -178,7 +182,6 @@ void PlateView::mousePressEvent(QMouseEvent* event) {
     const Hand next = handAt(event->position(), event->modifiers());
     if (isGestureByKey) endGesture();
     if (gesture != Gesture::NONE) return;
-    isGestureByKey = false;
     const bool isTool = event->button() == Qt::LeftButton && tool != nullptr && tool->press(next);
     gesture = isTool ? Gesture::TOOL : Gesture::PAN;
     panStart = event->position();
@@ -186,7 +189,8 @@ void PlateView::mousePressEvent(QMouseEvent* event) {
 }
 
 // What a hand holds must not end where no hand can take hold of it again.
-QPointF PlateView::inView(QPointF widget) const {
+QPointF PlateView::inReach(QPointF widget) const {
+    if (gesture != Gesture::TOOL || !tool->carries()) return widget;
     return {std::clamp(widget.x(), MARGIN_OF_HAND, width() - MARGIN_OF_HAND),
             std::clamp(widget.y(), MARGIN_OF_HAND, height() - MARGIN_OF_HAND)};
 }
@@ -197,12 +201,12 @@ void PlateView::mouseMoveEvent(QMouseEvent* event) {
         panStart = event->position();
     }
     if (gesture == Gesture::TOOL && isGestureByKey) return;
-    moveHand(handAt(inView(event->position()), event->modifiers()));
+    moveHand(handAt(inReach(event->position()), event->modifiers()));
 }
 
 void PlateView::mouseReleaseEvent(QMouseEvent* event) {
     if (isGestureByKey || event->buttons() != Qt::NoButton) return;
-    const Hand next = handAt(inView(event->position()), event->modifiers());
+    const Hand next = handAt(inReach(event->position()), event->modifiers());
     if (gesture == Gesture::TOOL && tool != nullptr) tool->release(next);
     gesture = Gesture::NONE;
     moveHand(next);

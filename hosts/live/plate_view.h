@@ -64,7 +64,8 @@ private:
     void zoomAbout(QPointF place, double factor);
     void panBy(QPointF distance);
     Hand handAt(QPointF widget, Qt::KeyboardModifiers modifiers) const;
-    QPointF inView(QPointF widget) const;
+    QPointF inReach(QPointF widget) const;
+    void keepInSight();
     void moveHand(const Hand& next);
     bool panByKey(int key);
     void bringIntoView(QPointF plate);

@@ -35,6 +35,8 @@ public:
     virtual bool press(const Hand& hand) = 0;
     virtual void drag(const Hand&) {}
     virtual void release(const Hand&) {}
+    /// Whether a gesture carries something that is to be taken hold of again.
+    virtual bool carries() const { return false; }
     /// Ends the gesture as if it had not begun.
     virtual void cancel();
     /// Returns whether the key means something to the tool.
