@@ -12,9 +12,10 @@ public:
     using SolverApp::SolverApp;
 
     using SolverApp::blob, SolverApp::blobSensitivity, SolverApp::dc, SolverApp::dv,
-        SolverApp::Emin, SolverApp::equilibrium, SolverApp::iteration, SolverApp::loop,
-        SolverApp::objective, SolverApp::rho, SolverApp::rhoOld, SolverApp::rhoPhys,
-        SolverApp::useDensityFilter, SolverApp::volumeFraction;
+        SolverApp::Emin, SolverApp::equilibrium, SolverApp::iteration, SolverApp::lambda,
+        SolverApp::lambdaPrevious, SolverApp::loop, SolverApp::objective, SolverApp::rho,
+        SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::useDensityFilter,
+        SolverApp::volumeFraction;
 };
 
 namespace test {
