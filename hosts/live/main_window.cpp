@@ -333,7 +333,7 @@ void MainWindow::openGallery() {
 }
 
 std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
-    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}, std::nullopt};
+    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
     if (drawing->isActive()) {
         if (!shown.scene.densities) return std::nullopt;
         shown.material = *shown.scene.densities;

@@ -29,8 +29,8 @@ public:
     void setColours(const PlateColours& colourSet);
     const PlateColours& colours() const { return *palette; }
 
-    /// The tool must outlive the view or its next setTool(). A gesture of the mouse
-    /// under way is cancelled, one of keys ends.
+    /// The tool must outlive the view or its next setTool(). A gesture of the mouse that is
+    /// under way is cancelled; one of keys ends.
     void setTool(Tool* next);
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
