@@ -22,7 +22,7 @@ def python(*arguments, cwd=None, **environment):
 
 @pytest.mark.parametrize("place", ["package", "package/voxam", "installed"])
 def test_finds_the_library_beside_the_package_or_installed(place, tmp_path):
-    shutil.copytree(PACKAGE / "voxam", tmp_path / "package" / "voxam")
+    shutil.copytree(PACKAGE / "src" / "voxam", tmp_path / "package" / "voxam")
     folder = tmp_path / place
     folder.mkdir(exist_ok=True)
     (folder / "libvoxam.so").symlink_to(LIBRARY)
