@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "CheckedProduct.h"
 #include "GridNumbering.h"
 
 namespace {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "CheckedProduct.h"
 #include "ElementStiffnessMatrix.h"
 #include "kmat_exception.h"
 

@@ -4,8 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <initializer_list>
 
 inline constexpr size_t ELEMENT_DOFS = 8;
 inline constexpr size_t ELEMENT_MATRIX_SIZE = ELEMENT_DOFS * ELEMENT_DOFS;
@@ -35,10 +33,6 @@ inline int coarseCellOfFineCell(unsigned fineCell, unsigned fineScale, unsigned 
     return static_cast<int>(fineCell / (fineScale * height) * height +
                             fineCell / subdivision % height);
 }
-
-/// The product of sizes. Throws std::bad_alloc when it exceeds the range of int, the index type of
-/// the linear algebra: no machine could hold such a problem.
-unsigned checkedProduct(std::initializer_list<uint64_t> sizes);
 
 /// The three grids of a design problem, each counted column by column:
 ///  - coarse, nelx x nely elements: the finite-element analysis;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <numeric>
 
+#include "CheckedProduct.h"
 #include "GridNumbering.h"
 #include "assertion.h"
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "CheckedProduct.h"
+
 namespace {
 
 constexpr unsigned DOFS_PER_NODE = 2;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "kmat_exception.h"
+#include "single_threaded_cholmod.h"
 
 namespace kmat {
 

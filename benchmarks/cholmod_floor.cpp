@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "config_singleton.h"
+#include "single_threaded_cholmod.h"
 #include "suite.h"
 
 namespace {

@@ -4,6 +4,7 @@
 #include <new>
 #include <tuple>
 
+#include "CheckedProduct.h"
 #include "GridNumbering.h"
 #include "support/textbook.h"
 
