@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 
+#include "available_memory.h"
 #include "idle_loads.h"
 #include "memory_need.h"
 #include "refinement.h"

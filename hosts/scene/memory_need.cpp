@@ -1,13 +1,7 @@
 #include "memory_need.h"
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <limits>
-#include <optional>
 
 #include "assessment.h"
 
@@ -22,10 +16,6 @@ constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
 constexpr double SHARE_OF_SCORE = 0.9;     // of the equations of an optimisation of this size
 constexpr double BYTES_OF_PROGRAM = 15e6;
 constexpr double DESIGN_RADIUS = 3;  // in cells of the design
-
-// Addresses for a buffer that OpenBLAS takes at the first factorisation. It tries without end if it
-// does not get them.
-constexpr double BYTES_OF_BLAS = 135e6;
 
 double bytesOfFiltered(double cells, double radius) {
     return cells * (BYTES_OF_CELL + BYTES_OF_FILTER * radius * radius);
@@ -43,14 +33,6 @@ double bytesOfEquations(double nodes, int loadCases) {
 double bytesOfScore(double nodes, int loadCases) {
     const double withoutCases = SHARE_OF_SCORE * bytesOfEquations(nodes, 0);
     return withoutCases + nodes * BYTES_OF_LOAD_CASE * loadCases;
-}
-
-/// The value in bytes of a line such as "MemAvailable:  123 kB".
-std::optional<double> bytesIn(const char* file, const std::string& key) {
-    std::ifstream lines(file);
-    for (std::string line; std::getline(lines, line);)
-        if (line.starts_with(key)) return 1024 * std::strtod(line.c_str() + key.size(), nullptr);
-    return std::nullopt;
 }
 
 }  // namespace
@@ -79,13 +61,4 @@ MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
     const double nodes = (design.width + 1.0) * (design.height + 1.0);
     return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "design",
             "score a coarser design"};
-}
-
-double availableMemory() {
-    const double available =
-        bytesIn("/proc/meminfo", "MemAvailable:").value_or(std::numeric_limits<double>::infinity());
-    rlimit limit = {};
-    if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return available;
-    const double taken = bytesIn("/proc/self/status", "VmSize:").value_or(0) + BYTES_OF_BLAS;
-    return std::min(available, std::max(0.0, static_cast<double>(limit.rlim_cur) - taken));
 }

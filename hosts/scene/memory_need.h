@@ -16,6 +16,3 @@ MemoryNeed memoryNeed(const Scene& scene);
 
 /// The same for the score of a design of this size.
 MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene);
-
-/// What the machine has free, and the process may take, in bytes; infinite where nobody says.
-double availableMemory();

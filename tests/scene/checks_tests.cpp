@@ -1,4 +1,12 @@
 // What is said of a scene before a run, and of a result after it.
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <string>
+
+#include "available_memory.h"
 #include "checks.h"
 #include "memory_need.h"
 #include "scene_fixture.h"
@@ -141,6 +149,34 @@ TEST(ChecksBefore, refuseWhatTheMachineCannotHold) {
     EXPECT_GT(availableMemory(), 1e8);
     scene.width = scene.height = 1000;  // far beyond what the reader takes
     EXPECT_THAT(before(scene), ElementsAre(HasSubstr("error: meshFactor: needs about ")));
+}
+
+// A container that sees its own group as the root, in both versions of cgroups.
+TEST(AvailableMemory, isWhatTheCgroupLeaves) {
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("voxam-cgroups-" + std::to_string(getpid()));
+    const auto write = [&](const char* name, const char* text) {
+        std::filesystem::create_directories((folder / name).parent_path());
+        std::ofstream(folder / name) << text;
+    };
+    const auto available = [&] { return availableMemory(folder, folder / "cgroup"); };
+    EXPECT_EQ(available(), std::numeric_limits<double>::infinity());
+    write("meminfo", "MemFree: 1 kB\nMemAvailable:   2000000 kB\n");
+    EXPECT_EQ(available(), 2000000.0 * 1024);
+    write("self/cgroup", "1:cpu:/a\n0::/host/group\n");
+    write("cgroup/memory.max", "max\n");
+    EXPECT_EQ(available(), 2000000.0 * 1024);
+    write("cgroup/memory.max", "400000000\n");
+    write("cgroup/memory.current", "300000000\n");
+    write("cgroup/memory.stat", "anon 5\ninactive_file 50000000\n");
+    EXPECT_EQ(available(), 150e6);
+    write("cgroup/host/group/memory.max", "100000000\n");
+    EXPECT_EQ(available(), 100e6);
+    write("self/cgroup", "4:cpu,memory:/group\n0::/\n");
+    write("cgroup/memory/group/memory.limit_in_bytes", "90000000\n");
+    write("cgroup/memory/group/memory.usage_in_bytes", "99000000\n");
+    EXPECT_EQ(available(), 0);
+    std::filesystem::remove_all(folder);
 }
 
 TEST(ChecksBefore, warnOfWhatTheTimelineBringsAbout) {
