@@ -107,12 +107,19 @@ def test_says_what_to_call_instead_of_an_assignment():
         assert (game.width, game.height, game.load_cases) == (3, 2, 1)
 
 
-def test_one_game_at_a_time_until_it_is_closed():
+def test_a_newer_game_takes_the_place_of_an_older_one():
     with pytest.raises(ValueError, match=r"supports\[0\].x: 4 is outside 0..3"):
         voxam.Game(3, 2, [], [voxam.Support(4, 0)])
     game = voxam.Game(3, 2, *cantilever(3, 2))
-    with pytest.raises(voxam.VoxamError, match="one Game in a process"):
-        voxam.Game(3, 2, *cantilever(3, 2))
+    newer = voxam.Game(3, 2, *cantilever(3, 2))
+    with pytest.raises(voxam.VoxamError, match="this Game was replaced by a newer one"):
+        game.solve(np.ones((2, 3)))
     game.close()
+    unaligned = np.frombuffer(bytearray(25), np.float32, 6, offset=1).reshape(3, 2).T
+    unaligned.fill(1)
+    assert newer.solve(unaligned).compliance == newer.solve(np.ones((2, 3))).compliance
+    newer.close()
+    with voxam.Game(3, 2, *cantilever(3, 2)) as game:
+        pass
     with pytest.raises(voxam.VoxamError, match="this Game is closed"):
         game.solve(np.ones((2, 3)))

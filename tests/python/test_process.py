@@ -44,13 +44,14 @@ def test_tells_why_the_library_cannot_be_loaded(library, reason):
 
 
 WITHOUT_MEMORY = """
-import math, resource, voxam, voxam._plate
-voxam._plate.available_memory = lambda: math.inf  # as on a system that does not tell
+import resource, voxam, voxam._plate
+voxam._plate.Plate.check_memory = lambda *_: None  # as if the estimate were too low
 wall = [voxam.Support(0, y) for y in range(401)]
 load = [voxam.Load(400, 200, fy=1)]
 voxam.Optimiser(2, 2).close()
 resource.setrlimit(resource.RLIMIT_AS, (1 << 30, 1 << 30))
 for make in (lambda: voxam.Optimiser(400, 400, mesh_factor=16),
+             lambda: voxam.Optimiser(400, 400, mesh_factor=8),
              lambda: voxam.Game(400, 400, load, wall, load_cases=3000)):
     try:
         with make() as solver:
@@ -67,7 +68,7 @@ with voxam.Optimiser(4, 4) as optimiser:
 def test_want_of_memory_is_an_error_of_its_own():
     lines = python("-c", WITHOUT_MEMORY).stdout.splitlines()
     refusals = [line for line in lines if line.startswith("OutOfMemoryError not enough memory")]
-    assert len(refusals) == 2 and lines[-1] == "True", lines
+    assert len(refusals) == 3 and lines[-1] == "True", lines
 
 
 FORK = """
@@ -82,6 +83,45 @@ if __name__ == "__main__":
     voxam.Optimiser(3, 2).close()
     print(context.Pool(1).map(create, [0]))
 """
+
+
+FORKED_WHILE_CALLED = """
+import os, sys, threading, voxam
+optimiser = voxam.Optimiser(60, 40)
+optimiser.update([voxam.Load(60, 20, fy=1)], [voxam.Support(0, y) for y in range(41)])
+calls = threading.Semaphore(0)
+def work():
+    while True:
+        calls.release()
+        optimiser.iterate()
+threading.Thread(target=work, daemon=True).start()
+for _ in range(5):
+    calls.acquire()
+    child = os.fork()
+    if child == 0:
+        sys.exit(7)
+    assert os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]) == 7
+os._exit(0)
+"""
+
+
+def test_a_child_that_is_forked_during_an_iteration_ends():
+    assert python("-c", FORKED_WHILE_CALLED).returncode == 0
+
+
+def test_memory_is_what_a_container_leaves(tmp_path, monkeypatch):
+    from voxam import _memory
+    monkeypatch.setattr(_memory, "_PROC", tmp_path)
+    monkeypatch.setattr(_memory, "_CGROUP", tmp_path / "cgroup")
+    files = {"meminfo": "MemAvailable: 2000000 kB", "self/cgroup": "0::/host/group",
+             "cgroup/memory.max": "400000000", "cgroup/memory.current": "300000000",
+             "cgroup/memory.stat": "anon 5\ninactive_file 50000000"}
+    for name, text in files.items():
+        (tmp_path / name).parent.mkdir(parents=True, exist_ok=True)
+        (tmp_path / name).write_text(text)
+    assert _memory.available_memory() == 150e6
+    (tmp_path / "cgroup/memory.max").write_text("max")
+    assert _memory.available_memory() == 2000000 * 1024
 
 
 @pytest.mark.parametrize("method, answer", [("fork", "this process was forked"), ("spawn", "None")])
@@ -154,8 +194,9 @@ def test_the_package_installs(tmp_path):
     header = (PACKAGE.parents[1] / "SparseMatrixLib" / "voxam.h").read_text()
     version = re.search(r'VOXAM_VERSION "(.*)"', header).group(1)
     assert f"Version: {version}\n" in metadata.read_text()
-    done = python("-c", CREATE + "; print(voxam.__file__)", PYTHONPATH=str(tmp_path / "site"))
-    assert str(tmp_path / "site") in done.stdout
+    done = python("-c", CREATE + "; print(voxam.__file__, voxam.__version__)",
+                  PYTHONPATH=str(tmp_path / "site"))
+    assert str(tmp_path / "site") in done.stdout and version in done.stdout
 
 
 def test_the_host_of_the_documentation_runs():

@@ -9,8 +9,9 @@ the right, a positive ``fy`` downwards. Every array of this package is indexed `
         for _ in range(50):
             result = optimiser.iterate()
 
-`Optimiser` lets a structure form, `Game` scores one that was drawn. There can be one of each in a
-process at a time. Calls from several threads wait for one another, and other threads run meanwhile.
+`Optimiser` lets a structure form, `Game` scores one that was drawn, `scenes` reads scene files. There
+can be one of each solver in a process at a time: a newer one takes the place of the older. Calls
+from several threads wait for one another, and other threads run meanwhile.
 
 Wrong arguments are `ValueError` or `TypeError`; what only the library can find, such as a plate
 that nothing holds, is `ProblemError`, whose text says what to do.
@@ -21,11 +22,14 @@ this package's folder and in the one around it, else where the system finds it.
 ``python -m voxam SCENE.json`` shows a structure forming; it needs matplotlib.
 """
 
+from . import scenes
 from ._game import Game, Score
 from ._library import LibraryNotFoundError, OutOfMemoryError, ProblemError, VoxamError
 from ._library import performance_test
 from ._optimiser import Iteration, Optimiser, Times
 from ._plate import Load, Support
+
+__version__ = "1.1.2"
 
 __all__ = [
     "Game",
@@ -40,4 +44,5 @@ __all__ = [
     "Times",
     "VoxamError",
     "performance_test",
+    "scenes",
 ]

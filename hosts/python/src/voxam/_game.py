@@ -58,7 +58,10 @@ class Game(PlateSolver):
         load_records = self._plate.load_records(loads)
         support_records = self._plate.support_records(supports)
         self._plate.check_work(load_records, support_records)
-        self._plate.check_memory(self._plate.game_memory(), "")
+        self._supports = support_records
+        older = self._living()
+        self._plate.check_memory(self._plate.game_memory(), "",
+                                 older._plate.game_memory() if older else 0)
         self._claim()
         with self._in_use() as library:
             library._InitVoxamGame(
@@ -70,8 +73,7 @@ class Game(PlateSolver):
             library._SolveVoxamGame(None, energies.ctypes.data)
         if np.isnan(energies[0, 0]):
             self.close()
-            raise OutOfMemoryError(
-                f"not enough memory for {width} x {height} elements: make the plate smaller")
+            raise self._out_of_memory()
 
     def solve(self, densities: npt.ArrayLike) -> Score:
         """Scores one design: an array [y, x] of shape (height, width), from 0 (void) to 1 (solid).
@@ -88,8 +90,14 @@ class Game(PlateSolver):
         if compliance == 0:
             raise ProblemError("", _ADVICE_ON_WORK)
         if not compliance < _FAILED_SCORE:
+            if self._plate.is_starved(self._plate.game_memory(), self._supports):
+                raise self._out_of_memory()
             raise ProblemError("", _ADVICE)
         return Score(compliance, energies.T)
+
+    def _out_of_memory(self) -> OutOfMemoryError:
+        return OutOfMemoryError(f"not enough memory for {self.width} x {self.height} elements: "
+                                "make the plate smaller")
 
     def _untouched(self) -> npt.NDArray[np.float32]:
         return np.full((self._plate.width, self._plate.height), np.nan, np.float32)

@@ -11,7 +11,8 @@ import pathlib
 import sys
 import threading
 import weakref
-from typing import Any, Callable, ClassVar, Dict, Iterator, List, Optional, Set, TypeVar
+from typing import Any, Callable, ClassVar, Dict, Iterator, List, Optional, Type, TypeVar
+from typing import cast
 
 ENVIRONMENT_VARIABLE = "VOXAM_LIBRARY"
 _FILE_NAMES = {
@@ -80,7 +81,17 @@ _PROTOTYPES = {
 _lock = threading.RLock()
 _loaded: Optional[ctypes.CDLL] = None
 _process_that_called: Optional[int] = None
-_alive: Set[str] = set()  # kinds of solvers of which there is one
+_alive: Dict[str, weakref.ref[Solver]] = {}  # by kind, the one solver that the library has
+
+
+def _after_fork() -> None:
+    """A thread that the child does not have may hold the parent's lock, for ever."""
+    global _lock
+    _lock = threading.RLock()
+
+
+if hasattr(os, "register_at_fork"):
+    os.register_at_fork(after_in_child=_after_fork)
 
 
 def _candidates() -> List[str]:
@@ -151,6 +162,7 @@ class Solver:
     _destroy_function: ClassVar[str]
     _set_by: ClassVar[Dict[str, str]]  # for each thing that can be told, what to call
     _finalizer: Any = None
+    _replaced = False
 
     def __reduce_ex__(self, _: object) -> Any:
         """Refuses copies, deep ones and pickled ones as well."""
@@ -179,22 +191,31 @@ class Solver:
         if self._finalizer is None:
             raise VoxamError(f"this {self._kind} was not created: a derived class has to call "
                              "super().__init__(width, height, ...)")
+        if self._replaced:
+            raise VoxamError(f"this {self._kind} was replaced by a newer one: there can be one in "
+                             "a process")
         if self.closed:
             raise VoxamError(f"this {self._kind} is closed: create another one to go on")
 
     def _claim(self) -> None:
-        """Becomes the one of its kind. What another copy of this package may have left in the
-        library is destroyed: the library might keep it, with other sizes."""
+        """Becomes the one of its kind, in the place of an older one. What another copy of this
+        package may have left in the library is destroyed: the library might keep it, with other
+        sizes."""
         with exclusive() as library:
-            if self._kind in _alive:
-                raise VoxamError(
-                    f"there can be one {self._kind} in a process: close() the other one first, "
-                    "or create each in a with statement"
-                )
+            older = self._living()
+            if older is not None:
+                older._replaced = True
+                older.close()
             destroy = getattr(library, self._destroy_function)
             destroy()
-            _alive.add(self._kind)
-            self._finalizer = weakref.finalize(self, _release, self._kind, destroy)
+            reference = _alive[self._kind] = weakref.ref(self)
+            self._finalizer = weakref.finalize(self, _release, self._kind, reference, destroy)
+
+    @classmethod
+    def _living(cls: Type[_AnySolver]) -> Optional[_AnySolver]:
+        """The solver of this kind that the library has."""
+        reference = _alive.get(cls._kind)
+        return cast(Optional[_AnySolver], reference and reference())
 
     @contextlib.contextmanager
     def _in_use(self) -> Iterator[Any]:
@@ -221,9 +242,12 @@ class Solver:
         self.close()
 
 
-def _release(kind: str, destroy: Callable[[], None]) -> None:
-    """Runs once for each solver: when it is closed, or when nothing refers to it any more."""
+def _release(kind: str, owner: weakref.ref[Solver], destroy: Callable[[], None]) -> None:
+    """Runs once for each solver: when it is closed, or when nothing refers to it any more. By then
+    a newer solver may have taken its place."""
     with _lock:
-        _alive.discard(kind)
+        if _alive.get(kind) is not owner:
+            return
+        del _alive[kind]
         if _process_that_called == os.getpid():
             destroy()

@@ -15,8 +15,9 @@ from ._plate import (LARGEST_INT, LOAD_CASES_IN_USE, LoadLike, Mask, Plate,
 
 _TEXT_LENGTH = 256
 _NO_OPTIMISER = "No optimiser"
+_UNSOLVED = "Change load / support"
 _ADVICE = {
-    "Change load / support":
+    _UNSOLVED:
         "the equations cannot be solved, most often because the plate is not held. Hold it in x, "
         "in y and against turning, then update()",
     "Change load/support":
@@ -51,6 +52,12 @@ class Iteration:
     picture: npt.NDArray[np.float32]  #: [y, x], 0 solid and 1 void, of Optimiser.picture_shape
     times: Times
     blob: Optional[npt.NDArray[np.bool_]]  #: [y, x], where the blob moved to; None if it did not
+
+    @property
+    def densities(self) -> npt.NDArray[np.float32]:
+        """[y, x], the density of each cell of the picture, 0 void and 1 solid: what a Game or an
+        Analysis of the picture's size takes."""
+        return 1 - self.picture
 
     @property
     def volume(self) -> float:
@@ -214,8 +221,8 @@ class Optimiser(PlateSolver):
         """Runs one iteration, and then moves the blob if it is to move.
 
         penalty  exponent that makes half-filled cells a poor use of material, above 0
-        out      array that gets the picture: float32, C-contiguous, of picture_shape; a new one if
-                 left out
+        out      array that gets the picture: float32, C-contiguous, aligned, of picture_shape; a
+                 new one if left out
 
         Raises ProblemError when the plate cannot be optimised as it is; an update mends it, and
         the design goes on. `out` is not touched then.
@@ -286,13 +293,15 @@ class Optimiser(PlateSolver):
                 f"subdivision {subdivision} and mesh_factor {mesh_factor} make a picture of more "
                 f"cells than the library can number, which is {LARGEST_INT}: lower them"
             )
-        held = 0.0
-        if self._subdivision:
-            held = self._plate.optimiser_memory(self._subdivision, self._mesh_factor)
+        older = self if self._subdivision else self._living()
         self._plate.check_memory(
             self._plate.optimiser_memory(*refinement),
-            f"subdivision {subdivision}, mesh_factor {mesh_factor}, ", held)
+            f"subdivision {subdivision}, mesh_factor {mesh_factor}, ",
+            older._memory() if older else 0)
         return refinement
+
+    def _memory(self) -> float:
+        return self._plate.optimiser_memory(self._subdivision, self._mesh_factor)
 
     def _create(self, subdivision: int, mesh_factor: int) -> None:
         """Creates the library's optimiser, or only restarts the schedule of the one there is."""
@@ -349,12 +358,15 @@ class Optimiser(PlateSolver):
             raise TypeError(f"out: an array of numpy.float32 is needed, not {given}")
         if out.shape != self.picture_shape:
             raise ValueError(f"out: shape {out.shape} is not the picture's, {self.picture_shape}")
-        if not (out.flags.c_contiguous and out.flags.writeable):
-            raise ValueError("out: the array has to be C-contiguous and writeable")
+        if not (out.flags.c_contiguous and out.flags.writeable and out.flags.aligned):
+            raise ValueError("out: the array has to be C-contiguous, writeable and aligned")
         return out
 
     def _fail(self, text: str) -> None:
-        if text.startswith(_NO_OPTIMISER) or text == "std::bad_alloc":
+        assert self._settings is not None
+        starved = text == _UNSOLVED and self._plate.is_starved(
+            self._memory(), self._settings.supports)
+        if starved or text.startswith(_NO_OPTIMISER) or text == "std::bad_alloc":
             raise OutOfMemoryError(
                 f"not enough memory for {self._plate.width} x {self._plate.height} elements with "
                 f"subdivision {self._subdivision} and mesh_factor {self._mesh_factor}: close this "

@@ -12,6 +12,7 @@ import numpy as np
 import numpy.typing as npt
 
 from ._library import OutOfMemoryError, Solver
+from ._memory import available_memory
 
 LARGEST_INT = 2**31 - 1
 LARGEST_SHORT = 2**15 - 1
@@ -113,18 +114,6 @@ def _filtered(cells: float, radius: float) -> float:
     return cells * (_CELL + _FILTER * radius**2)
 
 
-def available_memory() -> float:
-    """Bytes that the machine can give away; without end where it does not tell."""
-    try:
-        with open("/proc/meminfo", encoding="ascii") as lines:
-            for line in lines:
-                if line.startswith("MemAvailable:"):
-                    return float(line.split()[1]) * 1024
-    except (OSError, ValueError, IndexError):
-        pass
-    return math.inf
-
-
 @dataclass(frozen=True)
 class Plate:
     """Sizes that the library can take."""
@@ -178,6 +167,12 @@ class Plate:
                 f"{self.width} x {self.height} elements with {refinement}load_cases "
                 f"{self.load_cases} need about {needed / 1e9:.2g} GB, and {free / 1e9:.2g} GB are "
                 "free: lower one of these")
+
+    def is_starved(self, needed: float, supports: npt.NDArray[np.float32]) -> bool:
+        """Whether a failure of the library to solve a plate, which it tells as one of its supports,
+        comes of want of memory: the supports hold the plate, and memory is short now, when it has
+        only kept what lasts."""
+        return _hold(supports) and available_memory() < needed / 2
 
     def check_work(self, loads: npt.NDArray[np.float32],
                    supports: npt.NDArray[np.float32]) -> None:
@@ -237,7 +232,7 @@ class Plate:
             y, x = np.argwhere(wrong)[0]
             raise ValueError(
                 f"densities[{y}, {x}]: {array[y, x]} is not from 0 (void) to 1 (solid)")
-        return np.ascontiguousarray(array.T, np.float32)
+        return np.require(array.T, np.float32, ["C", "A"])
 
     def _check_shape(self, array: npt.NDArray[Any], name: str) -> None:
         if array.shape != (self.height, self.width):
@@ -272,6 +267,14 @@ class PlateSolver(Solver):
     def load_cases(self) -> int:
         """Number of load cases."""
         return self._plate.load_cases
+
+
+def _hold(supports: npt.NDArray[np.float32]) -> bool:
+    """Whether supports hold a plate in x, in y and against turning: no point is left that it could
+    turn around, near or infinitely far."""
+    held_in_x, held_in_y = (supports[supports[:, 2] == direction] for direction in (0, 1))
+    rows, columns = set(held_in_x[:, 1]), set(held_in_y[:, 0])
+    return bool(rows and columns) and (len(rows) > 1 or len(columns) > 1)
 
 
 def _entries(values: Any, name: str, kind: str) -> List[Any]:
