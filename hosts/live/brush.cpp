@@ -1,7 +1,10 @@
 #include "brush.h"
 
+#include <QRectF>
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -9,6 +12,23 @@ constexpr double STEP = 0.5;  // elements; a longer one would leave gaps between
 // From a node to the centre of the element whose index is the node's: nodes are painted as the
 // elements of a grid that is shifted by half an element.
 constexpr QPointF NODE_SHIFT(0.5, 0.5);
+
+/// The part of a way that lies within a rectangle, as shares of it; none if it misses it.
+std::optional<std::pair<double, double>> partWithin(const QRectF& rect, QPointF from, QPointF way) {
+    double begin = 0;
+    double end = 1;
+    const auto clip = [&](double at, double step, double least, double most) {
+        if (step == 0) return at >= least && at <= most;
+        const auto [enter, leave] = std::minmax({(least - at) / step, (most - at) / step});
+        begin = std::max(begin, enter);
+        end = std::min(end, leave);
+        return begin <= end;
+    };
+    if (!clip(from.x(), way.x(), rect.left(), rect.right()) ||
+        !clip(from.y(), way.y(), rect.top(), rect.bottom()))
+        return std::nullopt;
+    return std::pair(begin, end);
+}
 
 }  // namespace
 
@@ -29,22 +49,37 @@ Cells footprint(const Brush& brush, QPointF plate) {
     return cells;
 }
 
-Cells strokeCells(const Brush& brush, QPointF from, QPointF to) {
+Cells strokeCells(const Brush& brush, QPointF from, QPointF to, int width, int height) {
     const QPointF way = to - from;
-    const int steps = std::max(1, static_cast<int>(std::hypot(way.x(), way.y()) / STEP));
-    Cells cells;
+    const QRectF reach =
+        QRectF(0, 0, width, height).adjusted(-brush.size, -brush.size, brush.size, brush.size);
+    const auto part = partWithin(reach, from, way);
+    if (!part) return {};
+    const auto [begin, end] = *part;
+    const int steps =
+        std::max(1, static_cast<int>((end - begin) * std::hypot(way.x(), way.y()) / STEP));
+    std::vector<bool> touched(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const auto index = [=](int x, int y) {
+        return static_cast<std::size_t>(x) * static_cast<std::size_t>(height) +
+               static_cast<std::size_t>(y);
+    };
     for (int i = 0; i <= steps; ++i) {
-        const Cells here = footprint(brush, from + way * (static_cast<double>(i) / steps));
-        cells.insert(cells.end(), here.begin(), here.end());
+        const double along = begin + (end - begin) * i / steps;
+        for (const Cell& cell : footprint(brush, from + along * way))
+            if (cell.x >= 0 && cell.y >= 0 && cell.x < width && cell.y < height)
+                touched[index(cell.x, cell.y)] = true;
     }
-    std::sort(cells.begin(), cells.end());
-    cells.erase(std::unique(cells.begin(), cells.end()), cells.end());
+    Cells cells;
+    for (int x = 0; x < width; ++x)
+        for (int y = 0; y < height; ++y)
+            if (touched[index(x, y)]) cells.push_back({x, y});
     return cells;
 }
 
-std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to) {
+std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to, int width, int height) {
     std::vector<Node> nodes;
-    for (const Cell& cell : strokeCells(brush, from + NODE_SHIFT, to + NODE_SHIFT))
+    for (const Cell& cell :
+         strokeCells(brush, from + NODE_SHIFT, to + NODE_SHIFT, width + 1, height + 1))
         nodes.push_back({cell.x, cell.y});
     return nodes;
 }

@@ -17,8 +17,9 @@ struct Brush {
 /// The elements under a brush; some may lie outside the plate.
 Cells footprint(const Brush& brush, QPointF plate);
 
-/// The elements that a brush touches on its way, each once.
-Cells strokeCells(const Brush& brush, QPointF from, QPointF to);
+/// The elements of a plate of width x height that a brush touches on its way, each once, sorted.
+/// However far beyond the plate the way leads, it takes no longer than one across it.
+Cells strokeCells(const Brush& brush, QPointF from, QPointF to, int width, int height);
 
-/// The same for nodes.
-std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to);
+/// The same for the nodes of the plate.
+std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to, int width, int height);

@@ -18,6 +18,10 @@ bool haveCommon(const Cells& some, const Cells& others) {
     });
 }
 
+Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
+    return strokeCells(site.bench.brush(), from, to, site.scene().width, site.scene().height);
+}
+
 bool isHit(const Load& load, const std::vector<Node>& nodes) {
     return std::any_of(nodes.begin(), nodes.end(), [&](const Node& node) {
         return load.x.contains(node.x) && load.y.contains(node.y);
@@ -84,7 +88,7 @@ public:
     void drag(const Hand& hand) override { end = hand.plate; }
     void release(const Hand& hand) override {
         if (!start) return;
-        const Cells cells = strokeCells(site.bench.brush(), *start, hand.plate);
+        const Cells cells = strokeOf(site, *start, hand.plate);
         start.reset();
         site.bench.edit(
             QObject::tr("Draw line"), [&](Scene& scene) { paintDrawing(scene, cells, 1.0f); },
@@ -94,8 +98,7 @@ public:
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
         paintCells(painter, site,
-                   start ? strokeCells(site.bench.brush(), *start, end)
-                         : footprint(site.bench.brush(), hand.plate),
+                   start ? strokeOf(site, *start, end) : footprint(site.bench.brush(), hand.plate),
                    colours.hand);
     }
 
@@ -106,8 +109,9 @@ private:
 
 void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
     const QString what = QObject::tr("Erase");
-    const Cells cells = strokeCells(site.bench.brush(), from, to);
-    const auto nodes = strokeNodes(site.bench.brush(), from, to);
+    const Cells cells = strokeOf(site, from, to);
+    const auto nodes =
+        strokeNodes(site.bench.brush(), from, to, site.scene().width, site.scene().height);
     const Area blob = site.bench.blob();
     const auto& loads = site.scene().loads;
     const bool hitsLoad = std::any_of(loads.begin(), loads.end(),
@@ -128,7 +132,8 @@ void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
 
 std::unique_ptr<Tool> supportTool(const ToolSite& site, bool fixX, bool fixY) {
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const auto nodes = strokeNodes(NODE_BRUSH, from, to);
+        const auto nodes =
+            strokeNodes(NODE_BRUSH, from, to, site.scene().width, site.scene().height);
         site.bench.edit(
             QObject::tr("Paint support"),
             [&](Scene& scene) { paintSupports(scene, nodes, fixX, fixY); }, gesture);
@@ -142,7 +147,7 @@ std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind) {
     const auto index = static_cast<std::size_t>(kind);
     const auto colour = [=](const PlateColours& colours) { return colours.passive[index]; };
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        const Cells cells = strokeOf(site, from, to);
         site.bench.edit(
             names[index], [&](Scene& scene) { paintPassive(scene, cells, kind); }, gesture);
     };
@@ -152,7 +157,7 @@ std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind) {
 std::unique_ptr<Tool> blobTool(const ToolSite& site) {
     const auto colour = [](const PlateColours& colours) { return colours.blob; };
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        const Cells cells = strokeOf(site, from, to);
         const Area blob = site.bench.blob();
         site.bench.edit(
             QObject::tr("Paint blob"), [&](Scene& scene) { paintBlob(scene, blob, cells, true); },
@@ -169,7 +174,7 @@ std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
 
 std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws) {
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeCells(site.bench.brush(), from, to);
+        const Cells cells = strokeOf(site, from, to);
         site.bench.edit(
             draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
             [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);
