@@ -105,6 +105,9 @@ QWidget* LoadPanel::makeLoads() {
     form->setContentsMargins(0, 0, 0, 0);
     x = new QSpinBox;
     y = new QSpinBox;
+    // A number that is being typed is no edit yet.
+    x->setKeyboardTracking(false);
+    y->setKeyboardTracking(false);
     x->setAccessibleName(tr("Node of the load in x"));
     y->setAccessibleName(tr("Node of the load in y"));
     fx = makeForce(tr("Force in x, to the right"));

@@ -1,8 +1,10 @@
 #include "settings_panel.h"
 
+#include <QApplication>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <cmath>
 
 #include "checks.h"
@@ -143,6 +145,7 @@ QWidget* SettingsPanel::makeTexts() {
 
 QWidget* SettingsPanel::makeGrid() {
     auto* group = new QGroupBox(tr("Grid"));
+    gridFields = group;
     auto* form = new QFormLayout(group);
     width = makeCount(Scene::MAX_SIDE, tr("Elements in x"), tr("Elements from left to right"));
     height = makeCount(Scene::MAX_SIDE, tr("Elements in y"), tr("Elements from top to bottom"));
@@ -154,14 +157,18 @@ QWidget* SettingsPanel::makeGrid() {
     gridAdvice = new QLabel;
     gridAdvice->setWordWrap(true);
     gridButton = new QPushButton(tr("Apply and start &afresh"));
+    // Above its fields, so that it is in sight where the panel is low.
+    form->addRow(gridButton);
+    form->addRow(gridAdvice);
     form->addRow(tr("&Width"), width);
     form->addRow(tr("Hei&ght"), height);
     form->addRow(tr("&Detail of the design"), subdivision);
     form->addRow(tr("Detail of the p&icture"), meshFactor);
-    form->addRow(gridAdvice);
-    form->addRow(gridButton);
-    for (QSpinBox* box : {width, height, subdivision, meshFactor})
+    for (QSpinBox* box : {width, height, subdivision, meshFactor}) {
         connect(box, &QSpinBox::valueChanged, this, &SettingsPanel::judgeGrid);
+        box->installEventFilter(this);
+    }
+    gridButton->installEventFilter(this);
     connect(gridButton, &QPushButton::clicked, this, &SettingsPanel::applyGrid);
     return group;
 }
@@ -174,13 +181,7 @@ void SettingsPanel::showScene() {
     volume->setValue(percent);
     penalty->setValue(scene.penalty);
     // Numbers that were typed and not applied yet outlast other edits.
-    if (!hasSamePlate(scene, shown)) {
-        shown = scene;
-        width->setValue(scene.width);
-        height->setValue(scene.height);
-        subdivision->setValue(scene.subdivision);
-        meshFactor->setValue(scene.meshFactor);
-    }
+    if (!hasSamePlate(scene, shown)) showGrid();
     // Setting a text moves the cursor in it.
     const QString name = QString::fromStdString(scene.title);
     if (title->text() != name) title->setText(name);
@@ -189,6 +190,41 @@ void SettingsPanel::showScene() {
     movesBlob->setEnabled(!scene.blob.empty());
     isShowing = false;
     judgeGrid();
+}
+
+void SettingsPanel::showGrid() {
+    const Scene& scene = bench.document.scene();
+    shown = scene;
+    width->setValue(scene.width);
+    height->setValue(scene.height);
+    subdivision->setValue(scene.subdivision);
+    meshFactor->setValue(scene.meshFactor);
+}
+
+bool SettingsPanel::eventFilter(QObject* field, QEvent* event) {
+    // Numbers that were not applied would look as if they were.
+    if (leavesGrid(*event)) showGrid();
+    if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(field, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Escape) {
+        showGrid();
+        return true;
+    }
+    auto* const box = qobject_cast<QSpinBox*>(field);
+    if (box == nullptr || (key != Qt::Key_Return && key != Qt::Key_Enter))
+        return QWidget::eventFilter(field, event);
+    box->interpretText();
+    gridButton->click();
+    return true;
+}
+
+// A window that only loses the keyboard to another one, or to a menu, keeps what was typed.
+bool SettingsPanel::leavesGrid(const QEvent& event) const {
+    if (event.type() != QEvent::FocusOut || isShowing) return false;
+    const auto reason = static_cast<const QFocusEvent&>(event).reason();
+    const QWidget* const now = QApplication::focusWidget();
+    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+           now != nullptr && !gridFields->isAncestorOf(now);
 }
 
 void SettingsPanel::setVolume(double percent) {
@@ -214,6 +250,12 @@ void SettingsPanel::judgeGrid() {
                          subdivision->value() != scene.subdivision ||
                          meshFactor->value() != scene.meshFactor;
     gridButton->setEnabled(fault.isEmpty() && isOther);
+    QPalette colours = palette();
+    if (gridButton->isEnabled()) {
+        colours.setColor(QPalette::Button, colours.color(QPalette::Highlight));
+        colours.setColor(QPalette::ButtonText, colours.color(QPalette::HighlightedText));
+    }
+    gridButton->setPalette(colours);
 }
 
 void SettingsPanel::applyGrid() {
@@ -226,10 +268,11 @@ void SettingsPanel::applyGrid() {
         gridAdvice->setText(reason);
         gridAdvice->show();
     });
-    bench.editWhole(tr("Change grid"), [=](Scene& scene) {
+    const bool isApplied = bench.editWhole(tr("Change grid"), [=](Scene& scene) {
         if (columns != scene.width || rows != scene.height) resizeGrid(scene, columns, rows);
         scene.subdivision = design;
         scene.meshFactor = picture;
     });
     disconnect(showing);
+    if (isApplied) emit gridApplied();
 }

@@ -19,6 +19,14 @@ class SettingsPanel : public QWidget {
 public:
     SettingsPanel(Workbench& workbench, LiveRun& liveRun);
 
+signals:
+    /// The numbers of the grid were applied.
+    void gridApplied();
+
+protected:
+    /// Enter and Esc in the fields of the grid, and the way out of them.
+    bool eventFilter(QObject* field, QEvent* event) override;
+
 private:
     QWidget* makeVolume();
     QWidget* makePenalty();
@@ -29,12 +37,15 @@ private:
     void setVolume(double percent);
     void applyGrid();
     void judgeGrid();
+    void showGrid();
+    bool leavesGrid(const QEvent& event) const;
 
     Workbench& bench;
     LiveRun& run;
     QSlider* volumeSlider;
     QDoubleSpinBox* volume;
     QDoubleSpinBox* penalty;
+    QWidget* gridFields;
     QSpinBox* width;
     QSpinBox* height;
     QSpinBox* subdivision;

@@ -66,6 +66,20 @@ private slots:
         QCOMPARE(live.scene().loads[0].y, (Range{12, 12}));
         QVERIFY(live.runFor(1));
         QCOMPARE(live.run().frame().material.width, 48);
+        // Enter applies, Esc and leaving show what is in force.
+        width.setValue(40);
+        QTest::keyClick(&width, Qt::Key_Escape);
+        QCOMPARE(width.value(), 48);
+        width.setFocus();
+        width.setValue(40);
+        live.view().setFocus();
+        QCOMPARE(width.value(), 48);
+        width.setFocus();
+        width.setValue(36);
+        QTest::keyClick(&width, Qt::Key_Return);
+        QCOMPARE(live.scene().width, 36);
+        QVERIFY(live.view().hasFocus());
+        live.bench().document.undoStack().undo();
         // More kept elements than a scene can hold.
         live.bench().edit("Fill", [](Scene& scene) {
             for (int x = 0; x < scene.width; ++x)
