@@ -87,7 +87,6 @@ void DrawingMode::followScene() {
                                                             : Field(scene.width, scene.height));
     run.scoreDrawing(drawing);
     stage.rival.setScene(bench.document.snapshot());
-    stage.rival.setForces(bench.forces());
     show();
 }
 

@@ -12,10 +12,11 @@ constexpr double LEAST_PULL = 14;     // pixels; a shorter drag does not mean a 
 constexpr double MOST_DISTANCE = 24;  // pixels from a node that still mean it
 constexpr double SNAP_ANGLE = 15;     // degrees
 constexpr double SNAP_RANGE = 3.5;
-constexpr double FORCE_STEP = 0.05;  // of the ordinary force
+constexpr double TURN_SLACK = 1.25;  // ratio of distances within which a hand only turns an arrow
+constexpr double FORCE_STEP = 0.05;  // of the force that a hand began with
 constexpr double TURN_STEP = 5;      // degrees
 constexpr double SCALE_STEP = 1.1;
-constexpr double PRECISION = 1e4;  // forces have four decimals
+constexpr int FORCE_DIGITS = 7;  // decimals of a force's components, relative to the force
 
 double length(QPointF vector) { return std::hypot(vector.x(), vector.y()); }
 
@@ -27,28 +28,55 @@ double distanceToLine(QPointF point, QPointF from, QPointF to) {
     return length(point - (from + share * along));
 }
 
-double rounded(double force) {
-    const double value = std::round(force * PRECISION) / PRECISION;
-    return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
-}
-
 void setForce(Load& load, double force, double radians) {
+    force = std::min(force, Scene::MAX_FORCE);
+    // Relative to the force: small forces keep their magnitude as large ones do.
+    const double step =
+        force > 0 ? std::pow(10.0, std::floor(std::log10(force)) - FORCE_DIGITS) : 1.0;
+    const auto rounded = [=](double component) {
+        const double value = std::round(component / step) * step;
+        return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
+    };
     load.fx = rounded(force * std::cos(radians));
     load.fy = rounded(force * std::sin(radians));
 }
 
-/// Makes the force that of an arrow along `pull`, in pixels. Near the axes and diagonals it snaps
-/// to them, unless the hand holds Shift.
-void pullArrow(Load& load, QPointF pull, const ForceScale& forces, bool isFree) {
+/// The force of an arrow whose free end has been taken so far from its node. A hand that turns it
+/// does not keep the distance exactly, and must not change the force.
+double pulledForce(const Grip& grip, double distance, bool isFree) {
+    const double ratio = distance / grip.length;
+    double factor = 1;
+    if (ratio > TURN_SLACK) factor = ratio / TURN_SLACK;
+    if (ratio < 1 / TURN_SLACK) factor = ratio * TURN_SLACK;
+    if (!isFree) factor = std::max(FORCE_STEP, std::round(factor / FORCE_STEP) * FORCE_STEP);
+    return factor * grip.force;
+}
+
+/// Points a load along `pull`, in pixels. Near the axes and diagonals it snaps to them, unless the
+/// hand holds Shift.
+void pullArrow(Load& load, QPointF pull, const Grip& grip, bool isFree) {
     double degrees = std::atan2(pull.y(), pull.x()) * 180 / std::numbers::pi;
-    double force = forces.force(length(pull), isSingle(load));
     if (!isFree) {
         const double snapped = std::round(degrees / SNAP_ANGLE) * SNAP_ANGLE;
         if (std::abs(degrees - snapped) < SNAP_RANGE) degrees = snapped;
-        const double step = FORCE_STEP * forces.unit();
-        force = std::max(step, std::round(force / step) * step);
     }
-    setForce(load, force, degrees * std::numbers::pi / 180);
+    setForce(load, pulledForce(grip, length(pull), isFree), degrees * std::numbers::pi / 180);
+}
+
+double distanceTo(const Load& load, const Node& node) {
+    return std::hypot(0.5 * (load.x.from + load.x.to) - node.x,
+                      0.5 * (load.y.from + load.y.to) - node.y);
+}
+
+/// The force of a new load: that of the nearest load with a force.
+double forceOfNeighbour(const Scene& scene, const Node& node, double otherwise) {
+    const Load* nearest = nullptr;
+    for (const Load& load : scene.loads) {
+        if (forceOf(load) == 0) continue;
+        if (nearest == nullptr || distanceTo(load, node) < distanceTo(*nearest, node))
+            nearest = &load;
+    }
+    return nearest == nullptr ? otherwise : forceOf(*nearest);
 }
 
 QString describeNode(const Node& node) {
@@ -76,14 +104,17 @@ std::optional<SelectTool::Hold> SelectTool::findOn(const std::vector<LoadArrow>&
     const LoadArrow& handle = handleOf(arrows);
     const Load& load = site.scene().loads[handle.load];
     const QPointF offset = QPointF(load.x.from, load.y.from) - hand.plate;
-    if (length(hand.widget - toQt(handle.freeEnd())) < GRIP)
-        return Hold{handle.load, Part::FREE_END, handle.tailAtNode, offset};
+    if (length(hand.widget - toQt(handle.freeEnd())) < GRIP) {
+        // One without a force gets an ordinary one.
+        const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
+        return Hold{handle.load, Part::FREE_END, handle.tailAtNode, offset, {force, handle.length}};
+    }
     const bool isOnFoot = length(hand.widget - toQt(handle.foot())) < GRIP;
     const bool isOnShaft = std::any_of(arrows.begin(), arrows.end(), [&](const LoadArrow& arrow) {
         return distanceToLine(hand.widget, toQt(arrow.tail), toQt(arrow.tip())) < SHAFT_GRIP;
     });
     if (!isOnFoot && !isOnShaft) return std::nullopt;
-    return Hold{handle.load, Part::FOOT, handle.tailAtNode, offset};
+    return Hold{handle.load, Part::FOOT, handle.tailAtNode, offset, {}};
 }
 
 std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
@@ -116,16 +147,18 @@ void SelectTool::drag(const Hand& hand) {
     const QPointF fromNode = hand.widget - toQt(handleOf(arrows().at(index)).foot());
     const QPointF pull = held->isTailAtNode ? fromNode : -fromNode;
     if (length(pull) < 1) return;
+    held->grip.reach = length(pull);
     site.bench.edit(
         QObject::tr("Turn load"),
         [&](Scene& scene) {
-            pullArrow(scene.loads[index], pull, site.bench.forces(),
+            pullArrow(scene.loads[index], pull, held->grip,
                       hand.modifiers.testFlag(Qt::ShiftModifier));
         },
         gesture);
 }
 
 void SelectTool::release(const Hand&) {
+    if (held) held->grip.reach.reset();
     site.bench.setTurnedLoad(heldLoad());
     held.reset();
 }
@@ -182,7 +215,7 @@ void SelectTool::turn(double degrees, double factor) {
     site.bench.edit(QObject::tr("Turn load"), [&](Scene& scene) {
         Load& load = scene.loads[index];
         const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
-        const double force = std::max(forceOf(load), FORCE_STEP * site.bench.forces().unit());
+        const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
         setForce(load, factor * force, radians);
     });
 }
@@ -215,7 +248,8 @@ Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
 }
 
 std::optional<HeldLoad> SelectTool::heldLoad() const {
-    if (held && held->part == Part::FREE_END) return HeldLoad{held->load, held->isTailAtNode};
+    if (held && held->part == Part::FREE_END)
+        return HeldLoad{held->load, held->isTailAtNode, held->grip.reach};
     return Tool::heldLoad();
 }
 
@@ -227,10 +261,13 @@ bool LoadTool::press(const Hand& hand) {
     beginGesture();
     node = nearest;
     wasPulled = false;
+    const ForceScale& forces = site.bench.forces();
+    const double force = forceOfNeighbour(site.scene(), *node, forces.unit());
+    grip = {force, forces.length(force, true)};
     Load load;
     load.x = {node->x, node->x};
     load.y = {node->y, node->y};
-    load.fy = rounded(site.bench.forces().unit());
+    load.fy = force;
     load.loadCase = site.bench.loadCase();
     const bool isAdded = site.bench.edit(
         QObject::tr("Add load"), [&](Scene& scene) { scene.loads.push_back(load); }, gesture);
@@ -243,16 +280,17 @@ void LoadTool::drag(const Hand& hand) {
     const QPointF pull = hand.widget - site.transform.toWidget(node->x, node->y);
     wasPulled = wasPulled || length(pull) >= LEAST_PULL;
     if (!wasPulled) return;
+    grip.reach = length(pull);
     site.bench.edit(
         QObject::tr("Add load"),
         [&](Scene& scene) {
-            pullArrow(scene.loads.back(), pull, site.bench.forces(),
-                      hand.modifiers.testFlag(Qt::ShiftModifier));
+            pullArrow(scene.loads.back(), pull, grip, hand.modifiers.testFlag(Qt::ShiftModifier));
         },
         gesture);
 }
 
 void LoadTool::release(const Hand&) {
+    grip.reach.reset();
     site.bench.setTurnedLoad(heldLoad());
     node.reset();
 }
@@ -274,5 +312,5 @@ QString LoadTool::describe(const Hand& hand) const {
 
 std::optional<HeldLoad> LoadTool::heldLoad() const {
     if (!node || !wasPulled || site.scene().loads.empty()) return Tool::heldLoad();
-    return HeldLoad{site.scene().loads.size() - 1, true};
+    return HeldLoad{site.scene().loads.size() - 1, true, grip.reach};
 }

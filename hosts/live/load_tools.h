@@ -4,6 +4,13 @@
 
 #include "tool.h"
 
+/// How a hand took hold of an arrow by its free end.
+struct Grip {
+    double force = 0;
+    double length = 0;                 ///< of the arrow then, in pixels
+    std::optional<double> reach = {};  ///< from the node to the hand now, in pixels
+};
+
 /// Selects loads, drags their feet along the nodes and turns and scales their arrows.
 class SelectTool : public Tool {
 public:
@@ -26,6 +33,7 @@ private:
         Part part;
         bool isTailAtNode;
         QPointF offset;  // from the hand to the corner of the load's nodes, in elements
+        Grip grip;       // of the free end
     };
 
     std::optional<Hold> find(const Hand& hand) const;
@@ -54,5 +62,6 @@ public:
 
 private:
     std::optional<Node> node;  // of the load that is being drawn
+    Grip grip;
     bool wasPulled = false;
 };

@@ -127,7 +127,10 @@ QDockWidget* MainWindow::addDock(QWidget* panel, const QString& name, const QStr
 }
 
 void MainWindow::makeDocks() {
-    QDockWidget* settings = addDock(new SettingsPanel(bench, run), tr("Settings"), "settings");
+    auto* settingsPanel = new SettingsPanel(bench, run);
+    connect(settingsPanel, &SettingsPanel::gridApplied, &stage->plate(),
+            [this] { stage->plate().setFocus(); });
+    QDockWidget* settings = addDock(settingsPanel, tr("Settings"), "settings");
     QDockWidget* loads = addDock(new LoadPanel(bench), tr("Loads"), "loads");
     tabifyDockWidget(settings, loads);
     settings->raise();
@@ -227,7 +230,6 @@ void MainWindow::connectDocument() {
     });
     connect(&document, &Document::opened, this, [this] {
         stage->plate().cancelGesture();
-        stage->plate().setForces(bench.forces());
         stage->plate().fit();
         setDrawing(bench.document.scene().densities.has_value());
     });
@@ -241,6 +243,11 @@ void MainWindow::connectDocument() {
     for (const auto signal : {&Workbench::refused, &Workbench::told})
         connect(&bench, signal, this,
                 [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
+    connect(&plate, &PlateView::gestureEnded, &bench, &Workbench::endGesture);
+    connect(&bench, &Workbench::forcesChanged, this, [this] {
+        stage->plate().setForces(bench.forces());
+        stage->rival().setForces(bench.forces());
+    });
     connect(&plate, &PlateView::handMoved, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
 }
@@ -279,7 +286,8 @@ bool MainWindow::open(const std::filesystem::path& file) {
 void MainWindow::openAny() {
     const auto last = files->lastFile();
     if (!last.empty() && open(last)) return;
-    open(shippedScenes() / FIRST_SCENE);
+    // Without any scene there would be no plate to work on.
+    if (!open(shippedScenes() / FIRST_SCENE)) files->newAction->trigger();
 }
 
 void MainWindow::setDrawing(bool draws) {

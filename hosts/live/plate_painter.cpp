@@ -1,5 +1,6 @@
 #include "plate_painter.h"
 
+#include <QLocale>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -16,6 +17,8 @@ constexpr int RULER_GROUND_ALPHA = 215;
 constexpr double RULER_GAP = 4;
 constexpr double HANDLE_RADIUS = 5;
 constexpr double FAULT_RADIUS = 13;
+constexpr double FORCE_GAP = 12;  // from an arrow to its number
+constexpr int FORCE_DIGITS = 4;
 
 QPolygonF polygonOf(const std::vector<Point>& corners) {
     QPolygonF polygon;
@@ -152,7 +155,9 @@ void PlatePainter::drawLoads(const Scene& scene, const PlateLook& look) {
         if (look.selectedLoad == arrow.load) drawArrow(arrow, look);
     for (const auto& [load, own] : byLoad(arrows, scene, transform)) {
         if (scene.loadCases > 1) drawLoadCase(handleOf(own), look);
-        if (look.selectedLoad == load) drawHandles(handleOf(own));
+        if (look.selectedLoad != load) continue;
+        drawHandles(handleOf(own));
+        drawForce(handleOf(own), forceOf(scene.loads[load]));
     }
 }
 
@@ -186,6 +191,22 @@ void PlatePainter::drawHandles(const LoadArrow& arrow) {
     QRectF foot(0, 0, 2 * HANDLE_RADIUS, 2 * HANDLE_RADIUS);
     foot.moveCenter(toQt(arrow.foot()));
     painter.drawRect(foot);
+}
+
+/// Beside the arrow, to the right, with a ground of its own: it may lie on the material.
+void PlatePainter::drawForce(const LoadArrow& arrow, double force) {
+    const QString text = QLocale().toString(force, 'g', FORCE_DIGITS);
+    QRectF box = QRectF(painter.fontMetrics().boundingRect(text)).adjusted(-4, -2, 4, 2);
+    const QPointF middle = 0.5 * (toQt(arrow.tail) + toQt(arrow.tip()));
+    box.moveCenter(middle);
+    box.moveLeft(middle.x() + FORCE_GAP);
+    QColor ground = colours.surroundings;
+    ground.setAlpha(RULER_GROUND_ALPHA);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(box, 3, 3);
+    painter.setPen(colours.hand);
+    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 void PlatePainter::drawRulers(const Scene& scene, const QRect& sight) {

@@ -60,6 +60,7 @@ private:
     QColor colourOf(int loadCase, const PlateLook& look) const;
     void drawLoadCase(const LoadArrow& arrow, const PlateLook& look);
     void drawHandles(const LoadArrow& arrow);
+    void drawForce(const LoadArrow& arrow, double force);
     void drawFault(QPointF place);
 
     QPainter& painter;

@@ -90,15 +90,18 @@ void PlateView::setTool(Tool* next) {
 // Keys hold nothing down, so a stroke of theirs stays when another tool or the menu is next.
 void PlateView::endGesture() {
     if (gesture == Gesture::TOOL && tool != nullptr && hand) tool->release(*hand);
-    gesture = Gesture::NONE;
-    isGestureByKey = false;
-    update();
+    leaveGesture();
 }
 
 void PlateView::cancelGesture() {
     if (gesture == Gesture::TOOL && tool != nullptr) tool->cancel();
+    leaveGesture();
+}
+
+void PlateView::leaveGesture() {
     gesture = Gesture::NONE;
     isGestureByKey = false;
+    emit gestureEnded();
     update();
 }
 
@@ -208,7 +211,7 @@ void PlateView::mouseReleaseEvent(QMouseEvent* event) {
     if (isGestureByKey || event->buttons() != Qt::NoButton) return;
     const Hand next = handAt(inReach(event->position()), event->modifiers());
     if (gesture == Gesture::TOOL && tool != nullptr) tool->release(next);
-    gesture = Gesture::NONE;
+    leaveGesture();
     moveHand(next);
 }
 

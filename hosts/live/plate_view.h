@@ -42,6 +42,8 @@ public:
 signals:
     /// What lies under the hand, or an empty text.
     void handMoved(const QString& description);
+    /// The tool has released or cancelled what it did.
+    void gestureEnded();
     /// The picture that was set last is on the screen now.
     void painted();
 
@@ -72,6 +74,7 @@ private:
     bool moveHandByKey(const QKeyEvent& event);
     void pressByKey(Qt::KeyboardModifiers modifiers);
     void endGesture();
+    void leaveGesture();
 
     std::shared_ptr<const Scene> scene;
     PlateLook look;

@@ -52,7 +52,7 @@ public:
     virtual std::optional<HeldLoad> heldLoad() const { return site.bench.turnedLoad(); }
 
 protected:
-    void beginGesture() { gesture = site.bench.document.newGesture(); }
+    void beginGesture() { gesture = site.bench.beginGesture(); }
 
     ToolSite site;
     int gesture = Document::NO_GESTURE;

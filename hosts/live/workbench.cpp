@@ -8,7 +8,7 @@
 Workbench::Workbench() {
     connect(&document, &Document::sceneChanged, this, &Workbench::followScene);
     connect(&document, &Document::opened, this, [this] {
-        forceScale = ForceScale(document.scene());
+        endGesture();
         select(std::nullopt);
         setLoadCase(0);
     });
@@ -64,8 +64,26 @@ bool Workbench::attempt(const std::function<void()>& edit) {
     }
 }
 
+int Workbench::beginGesture() {
+    isInGesture = true;
+    return document.newGesture();
+}
+
+void Workbench::endGesture() {
+    isInGesture = false;
+    followForces();
+}
+
+void Workbench::followForces() {
+    const ForceScale next(document.scene());
+    if (isInGesture || next.unit() == forceScale.unit()) return;
+    forceScale = next;
+    emit forcesChanged();
+}
+
 void Workbench::followScene() {
     const auto before = std::exchange(followed, document.snapshot());
+    followForces();
     if (!before || before->blob != followed->blob) movedBlob.reset();
     if (selected && *selected >= document.scene().loads.size()) select(std::nullopt);
     if (currentLoadCase >= document.scene().loadCases) setLoadCase(currentLoadCase);

@@ -34,7 +34,14 @@ public:
     const std::optional<HeldLoad>& turnedLoad() const { return turned; }
     void setTurnedLoad(const std::optional<HeldLoad>& load) { turned = load; }
 
+    /// The largest force of the scene has an arrow of ordinary length. The scale rests during a
+    /// gesture, so that no arrow changes because another load does.
     const ForceScale& forces() const { return forceScale; }
+
+    /// Begins a gesture of a hand, from pressing a button to releasing it: its edits become one step
+    /// of the history.
+    int beginGesture();
+    void endGesture();
 
     /// Where the blob is now: in the scene, unless it moves.
     Area blob() const { return movedBlob ? *movedBlob : document.scene().blob; }
@@ -48,6 +55,7 @@ public:
 
 signals:
     void brushChanged();
+    void forcesChanged();
     void loadCaseChanged();
     void selectionChanged();
     /// An edit that was asked for is not possible, and why.
@@ -57,6 +65,7 @@ signals:
 
 private:
     void followScene();
+    void followForces();
     bool attempt(const std::function<void()>& edit);
 
     Brush currentBrush{3, true};
@@ -64,6 +73,7 @@ private:
     std::optional<std::size_t> selected;
     std::optional<HeldLoad> turned;
     ForceScale forceScale;
+    bool isInGesture = false;
     std::optional<Area> movedBlob;
     std::shared_ptr<const Scene> followed;
 };

@@ -125,10 +125,6 @@ double ForceScale::length(double force, bool single) const {
     return std::min(SHORTEST_ARROW + roomOf(single) * force / ordinaryForce, LONGEST_ARROW);
 }
 
-double ForceScale::force(double length, bool single) const {
-    return std::max(0.0, length - SHORTEST_ARROW) / roomOf(single) * ordinaryForce;
-}
-
 bool isSingle(const Load& load) { return load.x.count() == 1 && load.y.count() == 1; }
 
 double forceOf(const Load& load) { return std::hypot(load.fx, load.fy); }
@@ -177,7 +173,8 @@ std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale,
         for (const Point node : spacedPlaces(load.x, load.y, plate, scale, spacing)) {
             const Point ahead = node + (1 / force) * Point{load.fx, load.fy};
             LoadArrow arrow =
-                arrowAt(node, load, length, isHeld ? held->tailAtNode : !onPlate(ahead));
+                isHeld ? arrowAt(node, load, held->length.value_or(length), held->tailAtNode)
+                       : arrowAt(node, load, length, !onPlate(ahead));
             arrow.load = i;
             if (isHeld)
                 heldArrows.push_back(arrow);

@@ -18,8 +18,6 @@ public:
     double unit() const { return ordinaryForce; }
     /// In pixels; a load on several nodes has shorter arrows.
     double length(double force, bool single) const;
-    /// The force of an arrow that is so long; the inverse of length().
-    double force(double length, bool single) const;
 
 private:
     double ordinaryForce = 1;
@@ -44,6 +42,7 @@ struct LoadArrow {
 struct HeldLoad {
     std::size_t load = 0;
     bool tailAtNode = false;
+    std::optional<double> length;  ///< pixels, while a hand holds the free end
 };
 
 bool isSingle(const Load& load);

@@ -24,17 +24,25 @@ private slots:
         LiveFixture live("optimise-cantilever.json");
         const LoadArrow arrow = live.handle(0);
         QVERIFY(!arrow.tailAtNode);
-        // It pushes at its node: from above by twice the length, then from the left.
+        // It pushes at its node. Whatever the unit of the force, a turn keeps the magnitude.
         const QPoint foot = toQt(arrow.foot()).toPoint();
-        const double twice = live.bench().forces().length(2, true);
-        live.drag(toQt(arrow.freeEnd()).toPoint(), foot - QPoint(0, static_cast<int>(twice)));
-        QCOMPARE(live.scene().loads[0].fx, 0.0);
-        QVERIFY(std::abs(live.scene().loads[0].fy - 2) < 0.11);
-        live.drag(foot - QPoint(0, static_cast<int>(twice)), foot - QPoint(60, 0));
-        QVERIFY(live.scene().loads[0].fx > 0.5);
+        const QPoint above = toQt(arrow.freeEnd()).toPoint();
+        live.bench().edit("Force", [](Scene& scene) { scene.loads[0].fy = 500; });
+        QCOMPARE(toQt(live.handle(0).freeEnd()).toPoint(), above);
+        live.drag(above, above + QPoint(20, 3), Qt::ShiftModifier);
+        const auto force = [&] {
+            return std::hypot(live.scene().loads[0].fx, live.scene().loads[0].fy);
+        };
+        QVERIFY(live.scene().loads[0].fx < -100);
+        QVERIFY2(std::abs(force() - 500) < 1e-3, qPrintable(QString::number(force())));
+        live.drag(toQt(live.handle(0).freeEnd()).toPoint(), foot - QPoint(44, 0));
+        QCOMPARE(live.scene().loads[0].fx, 500.0);
         QCOMPARE(live.scene().loads[0].fy, 0.0);
-        live.bench().document.undoStack().undo();
-        live.bench().document.undoStack().undo();
+        // Three times as long, less what counts as a turn; then it has its ordinary length again.
+        live.drag(foot - QPoint(44, 0), foot - QPoint(132, 0));
+        QCOMPARE(live.scene().loads[0].fx, 1200.0);
+        QCOMPARE(live.handle(0).length, arrow.length);
+        for (int i = 0; i < 4; ++i) live.bench().document.undoStack().undo();
         QCOMPARE(live.scene().loads[0].fy, 1.0);
         QVERIFY(!live.bench().document.isModified());
     }
@@ -50,10 +58,11 @@ private slots:
     void loadsComeAndGo() {
         LiveFixture live("optimise-cantilever.json");
         QVERIFY(live.takeTool("L"));
-        live.drag(live.at(40, 0), live.at(40, 0) - QPoint(0, 60));
+        live.bench().edit("Force", [](Scene& scene) { scene.loads[0].fy = 30; });
+        live.drag(live.at(40, 0), live.at(40, 0) - QPoint(0, 50));
         QCOMPARE(live.scene().loads.size(), std::size_t{2});
         QCOMPARE(live.scene().loads[1].x, (Range{40, 40}));
-        QVERIFY(live.scene().loads[1].fy < -0.5);
+        QCOMPARE(live.scene().loads[1].fy, -30.0);  // as large as its neighbour
         live.bench().deleteSelectedLoad();
         QCOMPARE(live.scene().loads.size(), std::size_t{1});
         // A plate without any load would be no scene.
@@ -76,6 +85,14 @@ private slots:
         QVERIFY(live.scene().passive.empty());
         QVERIFY(live.runFor(60));
         QVERIFY(live.material(4, 20, 0, 3) > 0.5);
+    }
+
+    void aStrokeIsWhatLiesOnThePlate() {
+        const Brush brush = {3, false};
+        QCOMPARE(strokeCells(brush, {-1e6, 5.5}, {1e6, 5.5}, 40, 20),
+                 strokeCells(brush, {0.5, 5.5}, {39.5, 5.5}, 40, 20));
+        QCOMPARE(strokeCells(brush, {0.5, 5.5}, {39.5, 5.5}, 40, 20).size(), std::size_t{120});
+        QVERIFY(strokeCells(brush, {-1e6, 60}, {1e6, 60}, 40, 20).empty());
     }
 
     void withoutSupportsTheBannerTellsAndUndoMends() {
