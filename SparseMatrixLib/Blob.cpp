@@ -59,21 +59,39 @@ double evenPart(double count) { return 2.0 * std::floor(count * 0.5); }
 
 }  // namespace
 
-Blob::Blob(unsigned nelx, unsigned nely)
+Blob::Blob(unsigned nelx, unsigned nely, double radius)
     : nelx(nelx),
       nely(nely),
+      blobMask(kmat::undefinedVector(nelx * nely)),
+      blobSensitivity(kmat::undefinedVector(nelx * nely)),
       circleMask(kmat::undefinedVector(nelx * nely)),
       blobInterface(kmat::undefinedVector(nelx * nely)),
       circleInterface(kmat::undefinedVector(nelx * nely)),
       blobMaskFiltered(kmat::undefinedVector(nelx * nely)),
       circleMaskFiltered(kmat::undefinedVector(nelx * nely)),
-      blobSensitivityFiltered(kmat::undefinedVector(nelx * nely)) {}
+      Hcoarse(nelx, nely, radius),
+      blobSensitivityFiltered(kmat::undefinedVector(nelx * nely)),
+      maskShare(kmat::undefinedVector(nelx * nely)) {
+    Hcoarse.applyMaximumRule(nelx * nely);
+    setFilterMatBlob();
+    blobMask.fill(0.0);
+}
 
 void Blob::setFilterMatBlob() { blobH = ConeFilter(nelx, nely, rminBlob); }
 
-void Blob::restart(double cells, const DenseMatrix& blobMask, const PassiveBlock& passive) {
+void Blob::restart(const short* blobData, const PassiveBlock& passive) {
+    blobMask.fill(0.0);
+    const int count = blobData ? std::max<int>(blobData[0], 0) : 0;
+    for (int k = 1; k <= count; ++k) {
+        // A negative coordinate lies far outside as an unsigned one.
+        const auto x = static_cast<unsigned>(blobData[2 * k - 1]);
+        const auto y = static_cast<unsigned>(blobData[2 * k]);
+        if (x < nelx && y < nely) blobMask(nely * x + y, 0) = 1.0;
+    }
+    hasBlob = count > 0 ? 1 : 0;
+    blobCellCount = count;
+
     constexpr double noObjectiveYet = 1e10;
-    blobCellCount = cells;
     blobConverged = 0;
     blobConvergedPrevious = 0;
     blobCounter = 0;
@@ -84,9 +102,9 @@ void Blob::restart(double cells, const DenseMatrix& blobMask, const PassiveBlock
     blobMoveCount = 0.0;
     blobIteration = 1;
 
-    findBlobInterface(0, blobMask, passive);
+    findBlobInterface(Shape::BLOB, passive);
     equivalentCircleMoI();
-    interfaceSizeOfEquivalentCircle(blobMask, passive);
+    interfaceSizeOfEquivalentCircle(passive);
 
     // The limit counts elements that leave and elements that join: about a tenth of the interface of
     // a disc of the blob's area leaves it in a step.
@@ -96,7 +114,7 @@ void Blob::restart(double cells, const DenseMatrix& blobMask, const PassiveBlock
     blobMoveLimitFraction = blobMoveLimit;
 }
 
-void Blob::filterBlobSensitivities(const DenseMatrix& blobMask, DenseMatrix& blobSensitivity) {
+void Blob::filterBlobSensitivities() {
     // Not 0 in the blob, where the division below would bring back no number.
     constexpr double leastWeight = 0.001;
     const auto weight = [&](unsigned i) { return std::max(leastWeight, 1.0 - blobMask(i, 0)); };
@@ -107,19 +125,20 @@ void Blob::filterBlobSensitivities(const DenseMatrix& blobMask, DenseMatrix& blo
     }
 }
 
-void Blob::filterBlobDensities(int mode, const DenseMatrix& blobMask) {
-    if (mode == 0) blobH.applyTransposed(blobMask, blobMaskFiltered);
-    if (mode == 2) blobH.applyTransposed(circleMask, circleMaskFiltered);
+void Blob::filterBlobDensities(Shape shape) {
+    if (shape == Shape::BLOB)
+        blobH.applyTransposed(blobMask, maskShare, blobMaskFiltered);
+    else
+        blobH.applyTransposed(circleMask, maskShare, circleMaskFiltered);
 }
 
-void Blob::findBlobInterface(int mode, const DenseMatrix& blobMask, const PassiveBlock& passive) {
-    if (mode == 0) {
-        filterBlobDensities(0, blobMask);
+void Blob::findBlobInterface(Shape shape, const PassiveBlock& passive) {
+    filterBlobDensities(shape);
+    if (shape == Shape::BLOB) {
         markInterface(blobMaskFiltered, blobInterface);
         excludePassiveCells(passive, blobInterface);
         blobInterfaceSize = sum(blobInterface);
-    } else if (mode == 1) {
-        filterBlobDensities(2, blobMask);
+    } else {
         markInterface(circleMaskFiltered, circleInterface);
     }
 }
@@ -149,8 +168,7 @@ void Blob::updateBlobMoveLimit(double objective) {
     objectivePrevious = objective;
 }
 
-void Blob::prepareInterfaceRedistribution(const DenseMatrix& blobMask,
-                                          const DenseMatrix& blobSensitivity) {
+void Blob::prepareInterfaceRedistribution() {
     std::vector<DataElem> inside;
     std::vector<DataElem> outside;
     for (unsigned i = 0; i < blobInterface.getRows(); ++i) {
@@ -170,11 +188,16 @@ void Blob::prepareInterfaceRedistribution(const DenseMatrix& blobMask,
     takeFirst(outside, blobMoveCount, blobJoining);
 }
 
-void Blob::updateBlob(DenseMatrix& blobMask) {
+void Blob::updateBlob() {
     blobConverged = blobMoveCount == 0.0 ? 1 : 0;
     if (blobConverged) return;
     for (unsigned i : blobLeaving) blobMask(i, 0) = 0.0;
     for (unsigned i : blobJoining) blobMask(i, 0) = 1.0;
+}
+
+void Blob::redistributeBlob() {
+    prepareInterfaceRedistribution();
+    updateBlob();
 }
 
 void Blob::equivalentCircleMoI() {
@@ -182,8 +205,7 @@ void Blob::equivalentCircleMoI() {
     circleRadiusSquared = blobCellCount / std::numbers::pi;
 }
 
-void Blob::interfaceSizeOfEquivalentCircle(const DenseMatrix& blobMask,
-                                           const PassiveBlock& passive) {
+void Blob::interfaceSizeOfEquivalentCircle(const PassiveBlock& passive) {
     circleMask.fill(0.0);
     for (unsigned ix = 0; ix < nelx; ++ix) {
         for (unsigned iy = 0; iy < nely; ++iy) {
@@ -192,6 +214,15 @@ void Blob::interfaceSizeOfEquivalentCircle(const DenseMatrix& blobMask,
             if (x * x + y * y < circleRadiusSquared) circleMask(nely * ix + iy, 0) = 1.0;
         }
     }
-    findBlobInterface(1, blobMask, passive);
+    findBlobInterface(Shape::CIRCLE, passive);
     circleInterfaceSize = sum(circleInterface);
+}
+
+void Blob::createAndPublishBlobResult(int* out) const {
+    if (!out) return;
+    for (unsigned ix = 0; ix < nelx; ++ix) {
+        for (unsigned iy = 0; iy < nely; ++iy) {
+            out[nelx * iy + ix] = blobMask(nely * ix + iy, 0) >= 1.0 ? 1 : 0;
+        }
+    }
 }

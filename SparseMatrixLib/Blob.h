@@ -6,48 +6,56 @@
 #include "PassiveBlock.h"
 #include "dense_matrix.h"
 
-/// The blob: a region of the coarse grid that stays empty and, as long as there are elements to
-/// join, keeps its size, while each step moves some elements of its boundary from where material is
-/// useful to where it is least so. This is what only the blob needs; its mask and the sensitivities
-/// of its elements belong to the optimiser and are handed in. Vectors have one value per coarse
-/// element.
+/// The blob: a region of the coarse grid that stays empty. As long as there are elements to join, it
+/// keeps its size. Each step moves some elements of its boundary from where material is useful to
+/// where it is least useful. Vectors have one value per coarse element, counted column by column.
 struct Blob {
+    /// What has an interface: the blob, or the disc of the blob's area.
+    enum class Shape { BLOB, CIRCLE };
+
+    /// No element is in the blob. `radius` is that of the sensitivity filter in coarse elements.
     /// Throws std::bad_alloc.
-    Blob(unsigned nelx, unsigned nely);
+    Blob(unsigned nelx, unsigned nely, double radius);
 
     /// Builds the filter that smooths the masks.
     void setFilterMatBlob();
 
-    /// Forgets the steps so far, and measures a new blob of `cells` elements.
-    void restart(double cells, const kmat::DenseMatrix& blobMask, const PassiveBlock& passive);
+    /// Replaces the blob by the host's, measures it, and forgets the steps so far. `blobData` holds a
+    /// count and then that many pairs (x, y); elements outside the grid are ignored. Null, or a count
+    /// below 1, means no blob. Allocates nothing.
+    void restart(const short* blobData, const PassiveBlock& passive);
 
-    /// Sensitivity filter on the coarse grid, with the blob's complement in the role of the density.
-    void filterBlobSensitivities(const kmat::DenseMatrix& blobMask,
-                                 kmat::DenseMatrix& blobSensitivity);
+    /// Applies the sensitivity filter to blobSensitivity, with the blob's complement in the role of
+    /// the density.
+    void filterBlobSensitivities();
 
-    /// Smooths the blob's mask (mode 0) or the circle's (mode 2).
-    void filterBlobDensities(int mode, const kmat::DenseMatrix& blobMask);
-    /// Marks the elements at the boundary of the blob, passive ones left out (mode 0), or at that of
-    /// the circle (mode 1).
-    void findBlobInterface(int mode, const kmat::DenseMatrix& blobMask,
-                           const PassiveBlock& passive);
+    /// Smooths the mask of the blob or of the disc.
+    void filterBlobDensities(Shape shape);
+    /// Marks the elements at the boundary of the blob, without passive ones, or at that of the disc.
+    void findBlobInterface(Shape shape, const PassiveBlock& passive);
 
-    /// Adapts how many elements may move per step to how the compliance goes.
+    /// Adapts the number of elements that may move per step to the course of the compliance.
     void updateBlobMoveLimit(double objective);
     /// Chooses the elements that leave the blob and those that join it.
-    void prepareInterfaceRedistribution(const kmat::DenseMatrix& blobMask,
-                                        const kmat::DenseMatrix& blobSensitivity);
+    void prepareInterfaceRedistribution();
     /// Moves the chosen elements.
-    void updateBlob(kmat::DenseMatrix& blobMask);
+    void updateBlob();
+    /// prepareInterfaceRedistribution(), then updateBlob().
+    void redistributeBlob();
 
     /// Polar moment of inertia and squared radius of the disc of the blob's area.
     void equivalentCircleMoI();
     /// Size of the interface of that disc, in elements.
-    void interfaceSizeOfEquivalentCircle(const kmat::DenseMatrix& blobMask,
-                                         const PassiveBlock& passive);
+    void interfaceSizeOfEquivalentCircle(const PassiveBlock& passive);
+
+    /// Writes the mask row by row, nelx * nely ints of 0 or 1. Null is skipped.
+    void createAndPublishBlobResult(int* out) const;
 
     unsigned nelx;
     unsigned nely;
+    int hasBlob = 0;                     ///< 1 when the host gave a blob
+    kmat::DenseMatrix blobMask;          ///< 1.0 in the blob, else 0.0
+    kmat::DenseMatrix blobSensitivity;   ///< what material would save in each element
     double rminBlob = 1.2F;              ///< radius of blobH in coarse elements
     double circleInterfaceSize = 0.0;    ///< interface of a disc of the blob's area, in elements
     double objectivePrevious = 0.0;      ///< compliance at the last adaptation, 1e10 before
@@ -77,4 +85,7 @@ struct Blob {
     ConeFilter Hcoarse;  ///< of the sensitivities
     ConeFilter blobH;    ///< of the masks
     kmat::DenseMatrix blobSensitivityFiltered;
+
+private:
+    kmat::DenseMatrix maskShare;  ///< work space of the filter of the masks
 };

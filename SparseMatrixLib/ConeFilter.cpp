@@ -105,9 +105,8 @@ void ConeFilter::apply(const DenseMatrix& field, DenseMatrix& filtered) const {
     filtered.elemDivide(normaliser);
 }
 
-void ConeFilter::applyTransposed(const DenseMatrix& field, DenseMatrix& spread) const {
-    DenseMatrix share = field.copy();
-    if (share.getRows() != field.getRows()) throw std::bad_alloc();
-    share.elemDivide(normaliser);
+void ConeFilter::applyTransposed(const DenseMatrix& field, DenseMatrix& share,
+                                 DenseMatrix& spread) const {
+    field.elemDivide(normaliser, share);
     weights.multiply(false, 1.0, 0.0, share, spread);
 }

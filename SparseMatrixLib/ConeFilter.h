@@ -23,8 +23,10 @@ struct ConeFilter {
     /// filtered = (weights * field) / normaliser. The two fields have one value per cell.
     void apply(const kmat::DenseMatrix& field, kmat::DenseMatrix& filtered) const;
 
-    /// spread = weights * (field / normaliser), the transposed filter.
-    void applyTransposed(const kmat::DenseMatrix& field, kmat::DenseMatrix& spread) const;
+    /// spread = weights * (field / normaliser), the transposed filter. `share` receives the quotient:
+    /// it is the caller's, so that nothing is allocated.
+    void applyTransposed(const kmat::DenseMatrix& field, kmat::DenseMatrix& share,
+                         kmat::DenseMatrix& spread) const;
 
     /// Symmetric, upper triangle. Weights of 0 are left out.
     kmat::SparseMatrix weights;

@@ -74,6 +74,7 @@ bool Equilibrium::isHeldAsRigidBody() const {
 }
 
 void Equilibrium::addLoads() {
+    for (DenseMatrix& forces : F) forces.zero();
     for (const auto& load : loads) {
         const unsigned node = nodeOf(load);
         F[load.loadCase](2 * node, 0) += load.fx;

@@ -44,7 +44,7 @@ struct Equilibrium {
     /// Whether the held degrees of freedom leave the plate as a whole no rigid motion.
     bool isHeldAsRigidBody() const;
 
-    /// Adds the loads to the force vectors; those of the load cases to be solved must hold zeros.
+    /// Makes the force vectors of all load cases: zero, and the loads added.
     void addLoads();
 
     /// Makes the stiffness matrix zero; the first call builds its pattern, and returns true.

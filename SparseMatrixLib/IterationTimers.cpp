@@ -1,4 +1,5 @@
 #include "IterationTimers.h"
+
 #include "voxam.h"
 
 void IterationTimers::publish(RuntimeStat& stat) {

@@ -34,42 +34,29 @@ SolverApp::SolverApp(unsigned nelx, unsigned nely, unsigned subdivision, unsigne
       equilibrium(nelx, nely, subdivision, numLoadCases),
       volumeFraction(requireFinite(volumeFraction)),
       targetVolumeFraction(volumeFraction),
-      meshRmin(meshFactor),
       rhoPhys(undefinedVector(grids.numberOfElements)),
       rho(undefinedVector(grids.numberOfElements)),
       rhoOld(undefinedVector(grids.numberOfElements)),
       rhoNew(undefinedVector(grids.numberOfElements)),
-      meshRho(undefinedVector(grids.numberOfMeshElements)),
-      meshRhoFiltered(undefinedVector(grids.numberOfMeshElements)),
       dc(undefinedVector(grids.numberOfElements)),
       dv(undefinedVector(grids.numberOfElements)),
       dcFiltered(undefinedVector(grids.numberOfElements)),
       dvFiltered(undefinedVector(grids.numberOfElements)),
-      blob(nelx, nely),
-      blobMask(undefinedVector(grids.numberOfCoarseElements)),
-      blobSensitivity(undefinedVector(grids.numberOfCoarseElements)),
+      // Without fine cells there is nothing to filter: radius 0 pairs no cells.
+      blob(nelx, nely, subdivision > 0 ? rmin / subdivision : 0.0),
+      picture(grids),
       passiveBlock(nelx, nely, subdivision * meshFactor, subdivision),
       powers(grids.numberOfElements),
       strainEnergies(nely, subdivision * subdivision),
       KEUpper(upperTriangles(equilibrium.KE.get(), subdivision * subdivision)),
       compliances(grids.numberOfElements) {
     setFilterMat();
-    setFilterMatBlob();
     reset();
 }
 
 void SolverApp::setFilterMat() {
-    const unsigned subdivision = grids.subdivision;
-    H = ConeFilter(grids.nelx * subdivision, grids.nely * subdivision, rmin);
+    H = ConeFilter(grids.nelx * grids.subdivision, grids.nely * grids.subdivision, rmin);
     H.applyMaximumRule(grids.numberOfCoarseElements);
-
-    // Without fine cells there is nothing to filter: radius 0 pairs no cells.
-    const double coarseRadius = subdivision > 0 ? rmin / subdivision : 0.0;
-    blob.Hcoarse = ConeFilter(grids.nelx, grids.nely, coarseRadius);
-    blob.Hcoarse.applyMaximumRule(grids.numberOfCoarseElements);
-
-    const unsigned refinement = subdivision * grids.meshFactor;
-    meshH = ConeFilter(grids.nelx * refinement, grids.nely * refinement, meshRmin);
 }
 
 void SolverApp::reset() {

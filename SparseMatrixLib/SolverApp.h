@@ -13,6 +13,7 @@
 #include "GridNumbering.h"
 #include "IterationTimers.h"
 #include "PassiveBlock.h"
+#include "Picture.h"
 #include "StrainEnergies.h"
 #include "TopologyOptimizationComponentData.h"
 #include "dense_matrix.h"
@@ -24,8 +25,8 @@
 ///
 /// The sources follow an iteration: SolverApp.cpp state and construction; ...Settings what the host
 /// changes; ...Iteration the drivers; ...Assembly the stiffness; ...Analysis the state solve,
-/// compliance and sensitivities; ...DesignUpdate the optimality criteria; ...Picture what the host
-/// gets to see.
+/// compliance and sensitivities; ...DesignUpdate the optimality criteria; ...Result what the host
+/// gets. Blob and Picture have what only they need.
 class SolverApp {
 public:
     /// A uniform design of the given volume fraction. updateSettings() must follow before the first
@@ -60,21 +61,19 @@ public:
     void setVolumeFraction(double fraction) { volumeFraction = fraction; }
     void setPenalty(double exponent) { penalty = exponent; }
 
-    /// Builds the filters of the fine, coarse and mesh grid.
+    /// Builds the filter of the fine grid. Blob and Picture build those of the other grids.
     void setFilterMat();
-    /// Builds the blob's filter on the coarse grid.
-    void setFilterMatBlob() { blob.setFilterMatBlob(); }
 
     // --- SolverAppSettings.cpp ----------------------------------------------------------------
 
     /// Takes over everything that the host can change while the optimiser runs and withdraws an
-    /// error text. The design is kept.
+    /// error text. The design is kept. Throws std::bad_alloc when memory is short; nothing has
+    /// changed then.
     ///
     /// askedVolumeFraction is what the design moves towards, by at most 5 % per iteration. passiveData
     /// is a record of PassiveBlock::update() or null. loadCaseIndices holds loadCaseCount indices
-    /// of the load cases in use; duplicates and indices that do not exist are dropped. blobData
-    /// holds a count and then that many pairs (x, y) of coarse cells; null means no blob, cells
-    /// outside the grid are ignored.
+    /// of the load cases in use; duplicates and indices that do not exist are dropped. blobData is a
+    /// record of Blob::restart() or null.
     void updateSettings(const std::vector<TopologyOptimizationComponentData>& loads,
                         const std::vector<TopologyOptimizationComponentData>& supports,
                         float askedVolumeFraction, const short* passiveData, int loadCaseCount,
@@ -129,42 +128,13 @@ public:
     /// Largest |a[i] - b[i]|; both must have the same number of entries (assertion).
     static double maxDelta(const kmat::DenseMatrix& a, const kmat::DenseMatrix& b);
 
-    // --- SolverAppPicture.cpp -----------------------------------------------------------------
+    // --- SolverAppResult.cpp ------------------------------------------------------------------
 
-    /// Replicates rhoPhys onto the mesh grid.
-    void projectToMesh();
-    /// Replicates each value of an nx x ny field onto factor x factor cells of `target`. Both are
-    /// counted column by column.
-    static void map2Mesh(const double* source, int nx, int ny, int factor, double* target);
-    /// Smooths meshRho into meshRhoFiltered.
-    void densityFilterWithModifiedRadius();
-    /// Sharpens meshRhoFiltered by a smoothed Heaviside step, for display only.
-    void projectHeaviside();
-    /// Without an error text fills `stat` and writes the picture to `output`: one float per mesh
-    /// cell, row by row, 1 - meshRhoFiltered, so that 0 is solid. Otherwise writes the text only,
-    /// cut to the buffer. Null pointers, or a length below 1, are skipped.
+    /// Without an error text fills `stat` and writes the picture to `output`, see
+    /// Picture::publish(). Otherwise writes the text only, cut to the buffer. Null pointers, or a
+    /// length below 1, are skipped.
     void createAndPublishResult(float* output, int messageLength, char* messageBuffer,
                                 RuntimeStat* stat);
-    /// Writes the blob mask, nelx * nely ints of 0 or 1 row by row. Null is skipped.
-    void createAndPublishBlobResult(int* out) const;
-
-    // --- The blob: see Blob -------------------------------------------------------------------
-
-    void filterBlobDensities(int mode) { blob.filterBlobDensities(mode, blobMask); }
-    void findBlobInterface(int mode) { blob.findBlobInterface(mode, blobMask, passiveBlock); }
-    void updateBlobMoveLimit() { blob.updateBlobMoveLimit(objective); }
-    void prepareInterfaceRedistribution() {
-        blob.prepareInterfaceRedistribution(blobMask, blobSensitivity);
-    }
-    void updateBlob() { blob.updateBlob(blobMask); }
-    void redistributeBlob() {
-        prepareInterfaceRedistribution();
-        updateBlob();
-    }
-    void equivalentCircleMoI() { blob.equivalentCircleMoI(); }
-    void interfaceSizeOfEquivalentCircle() {
-        blob.interfaceSizeOfEquivalentCircle(blobMask, passiveBlock);
-    }
 
 private:
     friend class SolverAppInspector;  // the tests and benchmarks look inside with it
@@ -180,7 +150,6 @@ private:
     };
 
     void continueVolumeFraction();
-    void setBlob(const short* blobData);
     double blobMaskOfFineCell(unsigned fineCell) const;
     void computePowers(bool inParallel);
     void addColumn(unsigned ix, double voidFloor);
@@ -193,17 +162,14 @@ private:
     double fixCellsAndAddVolume(const FixedCells& fixed, kmat::DenseMatrix& design) const;
     bool fail(std::string_view text);
     void withdrawMessage();
-    void publishPicture(float* output) const;
 
     DesignGrids grids;
     Equilibrium equilibrium;
-    bool useHeaviside = true;     ///< sharpen the picture
     int iteration = 0;            ///< since the last restart; raised at the start of each
     int loop = 0;                 ///< since the last change of settings; nothing reads it
     double volumeFraction;        ///< in force this iteration
     double targetVolumeFraction;  ///< asked for
     double rmin = 3.0;            ///< radius of the density filter in fine cells
-    double meshRmin;              ///< radius of the mesh filter in mesh cells
     double penalty = 3.0;         ///< exponent of the SIMP interpolation
     double objective = 0.0;       ///< compliance
     double constraint = 0.0;      ///< relative excess of volume
@@ -211,20 +177,15 @@ private:
     kmat::DenseMatrix rho;        ///< fine: design variables
     kmat::DenseMatrix rhoOld;     ///< fine: the design before the update
     kmat::DenseMatrix rhoNew;     ///< fine: result of the update, exchanged with rho
-    kmat::DenseMatrix meshRho;
-    kmat::DenseMatrix meshRhoFiltered;  ///< what is published
-    kmat::DenseMatrix dc;               ///< fine: sensitivity of the compliance
-    kmat::DenseMatrix dv;               ///< fine: sensitivity of the volume
+    kmat::DenseMatrix dc;         ///< fine: sensitivity of the compliance
+    kmat::DenseMatrix dv;         ///< fine: sensitivity of the volume
     kmat::DenseMatrix dcFiltered;
     kmat::DenseMatrix dvFiltered;
-    ConeFilter H;      ///< fine
-    ConeFilter meshH;  ///< mesh
+    ConeFilter H;  ///< fine
     Blob blob;
-    int hasBlob = 0;                    ///< 1 when the host gave a blob
-    kmat::DenseMatrix blobMask;         ///< coarse: 1.0 in the blob, else 0.0
-    kmat::DenseMatrix blobSensitivity;  ///< coarse: what material would save in each element
-    bool movementChanged = false;       ///< the settings changed since the last iteration
-    std::set<int> loadCases;            ///< load cases in use
+    Picture picture;
+    bool movementChanged = false;  ///< the settings changed since the last iteration
+    std::set<int> loadCases;       ///< load cases in use
     PassiveBlock passiveBlock;
     int useDensityFilter = 0;  ///< 0: filter the sensitivities; else: filter the densities
     double E0 = 1.0;           ///< Young's modulus of solid material

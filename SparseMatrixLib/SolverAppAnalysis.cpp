@@ -25,7 +25,6 @@ double roundedDof(unsigned node, float direction) {
 bool SolverApp::solveStateCHOL() {
     // 1. Forces.
     if (!equilibrium.locateRecords(roundedDof)) return false;
-    for (int lc : loadCases) equilibrium.F[lc].fill(0.0);
     equilibrium.addLoads();
 
     // 2. Stiffness, with the supports imposed.
@@ -53,7 +52,7 @@ void SolverApp::setObjectivePlusSens() {
     objective = 0.0;
     dc.fill(0.0);
     dv.fill(0.0);
-    blobSensitivity.fill(0.0);
+    blob.blobSensitivity.fill(0.0);
     for (int lc : loadCases) addSensitivities(equilibrium.U[lc]);
 }
 
@@ -72,8 +71,8 @@ void SolverApp::addSensitivities(const DenseMatrix& u) {
                 const double ce = strainEnergies.get(iy, m);
                 const double dE = (E0 - Emin) * penalty * powers.powerLessOne[e];
                 compliances[e] = modulus(e, Emin) * ce;
-                dc(e, 0) -= (1.0 - blobMask(ci, 0)) * ce * dE;
-                blobSensitivity(ci, 0) += ce * dE * rho(e, 0) / blocks;
+                dc(e, 0) -= (1.0 - blob.blobMask(ci, 0)) * ce * dE;
+                blob.blobSensitivity(ci, 0) += ce * dE * rho(e, 0) / blocks;
                 dv(e, 0) += volumeShare;
             }
         }
@@ -123,5 +122,5 @@ void SolverApp::filterSensitivities() {
 }
 
 void SolverApp::filterBlobSensitivities() {
-    if (!useDensityFilter) blob.filterBlobSensitivities(blobMask, blobSensitivity);
+    if (!useDensityFilter) blob.filterBlobSensitivities();
 }

@@ -101,7 +101,7 @@ void SolverApp::updatePhysicalDensities() {
         return;
     }
     rhoPhys.set(rho.begin());
-    if (hasBlob <= 0) return;
+    if (blob.hasBlob <= 0) return;
     for (unsigned i = 0; i < grids.numberOfElements; ++i) {
         if (blobMaskOfFineCell(i) == 1.0) rhoPhys(i, 0) = 0.0;
     }

@@ -34,7 +34,7 @@ double SolverApp::runIteration(int messageLength, char* messageBuffer, float* ou
             return -1.0;
         }
         filterSensitivities();
-        if (hasBlob) filterBlobSensitivities();  // only a step of the blob asks for them
+        if (blob.hasBlob) filterBlobSensitivities();  // only a step of the blob asks for them
         timers.sensitivityTimer.stop();
 
         // 4. Design.
@@ -47,9 +47,9 @@ double SolverApp::runIteration(int messageLength, char* messageBuffer, float* ou
 
         // 5. Display.
         timers.meshTimer.start();
-        projectToMesh();
-        densityFilterWithModifiedRadius();
-        if (useHeaviside) projectHeaviside();
+        picture.projectToMesh(rhoPhys);
+        picture.densityFilterWithModifiedRadius();
+        if (picture.useHeaviside) picture.projectHeaviside();
         change = maxDelta(rhoOld, rho);
         timers.meshTimer.stop();
     } else {
@@ -78,12 +78,12 @@ void SolverApp::continueVolumeFraction() {
 double SolverApp::runIterationWithBlob(int messageLength, char* messageBuffer, float* output,
                                        double& change, RuntimeStat* stat, int* blobOut) {
     const double result = runIteration(messageLength, messageBuffer, output, change, stat);
-    if (blob.blobStage >= 2) updateBlobMoveLimit();
-    redistributeBlob();
-    findBlobInterface(0);
+    if (blob.blobStage >= 2) blob.updateBlobMoveLimit(objective);
+    blob.redistributeBlob();
+    blob.findBlobInterface(Blob::Shape::BLOB, passiveBlock);
     blob.blobConvergedPrevious = blob.blobConverged;
     blob.blobIteration = 1;
     ++blob.blobStage;
-    createAndPublishBlobResult(blobOut);
+    blob.createAndPublishBlobResult(blobOut);
     return result;
 }

@@ -1,6 +1,5 @@
 // What the host can change while the optimiser runs.
 
-#include <algorithm>
 #include <utility>
 
 #include "SolverApp.h"
@@ -10,7 +9,7 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
                                float askedVolumeFraction, const short* passiveData,
                                int loadCaseCount, const signed char* loadCaseIndices,
                                const short* blobData) {
-    // The copies of the host's lists may fail for want of memory: then nothing has changed yet.
+    // All memory is taken first: where it is short, nothing has changed yet.
     auto newLoads = loads;
     auto newSupports = supports;
     std::set<int> newLoadCases;
@@ -26,27 +25,14 @@ void SolverApp::updateSettings(const std::vector<TopologyOptimizationComponentDa
     passiveBlock.update(passiveData);
     movementChanged = true;
 
-    setBlob(blobData);
+    blob.restart(blobData, passiveBlock);
     for (unsigned i = 0; i < grids.numberOfElements; ++i) {
         rhoPhys(i, 0) = (1.0 - blobMaskOfFineCell(i)) * rho(i, 0);
     }
     withdrawMessage();
 }
 
-void SolverApp::setBlob(const short* blobData) {
-    blobMask.fill(0.0);
-    const int count = blobData ? std::max<int>(blobData[0], 0) : 0;
-    for (int k = 1; k <= count; ++k) {
-        // A negative coordinate lies far outside as an unsigned one.
-        const auto x = static_cast<unsigned>(blobData[2 * k - 1]);
-        const auto y = static_cast<unsigned>(blobData[2 * k]);
-        if (x < grids.nelx && y < grids.nely) blobMask(grids.coarseElement(x, y), 0) = 1.0;
-    }
-    hasBlob = count > 0 ? 1 : 0;
-    blob.restart(count, blobMask, passiveBlock);
-}
-
 double SolverApp::blobMaskOfFineCell(unsigned fineCell) const {
     const auto cell = static_cast<unsigned>(getCoarseGridIndex(static_cast<int>(fineCell)));
-    return cell < grids.numberOfCoarseElements ? blobMask(cell, 0) : 0.0;
+    return cell < grids.numberOfCoarseElements ? blob.blobMask(cell, 0) : 0.0;
 }

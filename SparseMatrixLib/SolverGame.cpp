@@ -45,10 +45,7 @@ float SolverGame::solve(const float* densities, float* elementValues) {
 
 bool SolverGame::solveStateCHOL(const float* densities) {
     // 1. Forces.
-    for (int lc : loadCases) {
-        equilibrium.U[lc].zero();
-        equilibrium.F[lc].zero();
-    }
+    for (int lc : loadCases) equilibrium.U[lc].zero();
     if (!densities || !std::all_of(densities, densities + nelem, isFinite)) return false;
     // The factorisation of a plate that can move often succeeds by round-off, and yields a
     // plausible score: so the supports themselves decide.

@@ -172,7 +172,7 @@ public:
     /// size: for small matrices.
     bool operator==(const SparseMatrix& B) const;
 
-    // Places where a debugging build of the layer may check; empty otherwise.
+    // The layer's index checks. They do nothing in the release form: callers pass valid indices.
     void assertValidIndex(unsigned /*row*/, unsigned /*column*/) const {}
     void assertHasSparse() const {}
     void assertValidInitAddValue(unsigned /*row*/, unsigned /*column*/) const {}

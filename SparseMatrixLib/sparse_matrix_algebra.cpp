@@ -73,10 +73,8 @@ SparseMatrix operator-(const SparseMatrix& M) { return M * -1.0; }
 SparseMatrix operator-(SparseMatrix&& M) { return std::move(M) * -1.0; }
 
 void SparseMatrix::scale(double scalar) {
-    cholmod_common* common = ConfigSingleton::getCommonPtr();
-    const RecordPtr<cholmod_dense> factor(cholmod_zeros(1, 1, CHOLMOD_REAL, common));
-    if (factor) *static_cast<double*>(factor->x) = scalar;
-    cholmod_scale(factor.get(), CHOLMOD_SCALAR, sparse.get(), common);
+    // Not by cholmod_scale(), which needs memory for the factor.
+    for (int k = 0; k < getNumberOfElements(); ++k) values[k] *= scalar;
 }
 
 SparseMatrix operator*(const SparseMatrix& LHS, double scalar) {
@@ -196,6 +194,7 @@ void SparseMatrix::sumRows(DenseMatrix& result) const {
 }
 
 void SparseMatrix::dropSmallEntries(double tolerance) {
+    if (!sparse) return;
     cholmod_drop(tolerance, sparse.get(), ConfigSingleton::getCommonPtr());
     viewSparse();
 }

@@ -98,10 +98,10 @@ TEST_F(AppDensityFilterTest, FiltersBothSensitivitiesButNotTheBlobs) {
     app.filterSensitivities();
     EXPECT_LT(distance(Matrix(app.dc), dc), 1e-14);
     EXPECT_LT(distance(Matrix(app.dv), dv), 1e-14);
-    test::fillRandom(app.blobSensitivity, random, 0.0, 1.0);
-    const Matrix given(app.blobSensitivity);
+    test::fillRandom(app.blob.blobSensitivity, random, 0.0, 1.0);
+    const Matrix given(app.blob.blobSensitivity);
     app.filterBlobSensitivities();
-    EXPECT_EQ(Matrix(app.blobSensitivity), given);
+    EXPECT_EQ(Matrix(app.blob.blobSensitivity), given);
 }
 
 TEST_F(AppDensityFilterTest, MakesThePhysicalDensitiesAndCutsOutNoBlob) {
@@ -134,11 +134,11 @@ TEST_F(AppBlobStepTest, CellsOutsideTheGridAreNone) {
     expected[7] = 1;
     settings.blob = {6, 0, 4, 6, 0, -1, 1, 0, -1, 1, 1, 32767, 32767};
     test::send(settings, app);
-    app.createAndPublishBlobResult(mask.data());
+    app.blob.createAndPublishBlobResult(mask.data());
     EXPECT_EQ(mask, expected);
     settings.blob = {-1, 1, 1};
     test::send(settings, app);
-    app.createAndPublishBlobResult(mask.data());
+    app.blob.createAndPublishBlobResult(mask.data());
     EXPECT_EQ(mask, std::vector<int>(24));
     EXPECT_EQ(app.blob.blobCellCount, 0.0);
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -26,18 +27,19 @@ double sum(const std::vector<double>& values) {
 }
 
 struct Restart {
-    double cells;
+    short cells;
     double interface;  ///< of the disc of that area
     double limit;      ///< a tenth of it, as an even number
 };
 
 // On an odd grid the disc has a cell in the middle: itself and 4 neighbours, or a square of 9.
 TEST(BlobRestartTest, MeasuresTheDiscOfTheBlobsArea) {
-    Blob blob(11, 11);
-    blob.setFilterMatBlob();
-    const DenseMatrix mask(121, 1, 0.0);
+    Blob blob(11, 11, 3.0);
     for (const Restart& t : {Restart{0, 0, 0}, {2, 5, 2}, {4, 12, 2}, {9, 20, 4}}) {
-        blob.restart(t.cells, mask, noPassiveCells(11, 11));
+        std::vector<short> data(19);  // its first element, time and again
+        data[0] = t.cells;
+        blob.restart(data.data(), noPassiveCells(11, 11));
+        EXPECT_EQ(blob.hasBlob, t.cells > 0);
         EXPECT_EQ(blob.blobCellCount, t.cells);
         EXPECT_NEAR(blob.circleRadiusSquared, t.cells / std::numbers::pi, 1e-14);
         EXPECT_NEAR(blob.circleMoI, t.cells * t.cells / (2 * std::numbers::pi), 1e-14);
@@ -49,28 +51,26 @@ TEST(BlobRestartTest, MeasuresTheDiscOfTheBlobsArea) {
 }
 
 TEST(BlobRestartTest, CentresTheDiscOnTheGrid) {
-    Blob blob(4, 3);
-    blob.setFilterMatBlob();
+    Blob blob(4, 3, 3.0);
     // Centres of cells lie at -1.5 .. 1.5 and -1 .. 1; the squared radius is 4 / pi.
-    blob.restart(4, DenseMatrix(12, 1, 0.0), noPassiveCells(4, 3));
+    const short four[] = {4, 0, 0, 0, 1, 1, 0, 1, 1};
+    blob.restart(four, noPassiveCells(4, 3));
     EXPECT_EQ(listOf(blob.circleMask), (std::vector<double>{0, 0, 0, 1, 1, 1, 1, 1, 1, 0, 0, 0}));
     blob.circleRadiusSquared = 1.25;  // on the circle is not inside
-    blob.interfaceSizeOfEquivalentCircle(DenseMatrix(12, 1, 0.0), noPassiveCells(4, 3));
+    blob.interfaceSizeOfEquivalentCircle(noPassiveCells(4, 3));
     EXPECT_EQ(listOf(blob.circleMask), (std::vector<double>{0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0}));
 }
 
 TEST(BlobRestartTest, ForgetsTheStepsSoFar) {
-    Blob blob(5, 4);
-    blob.setFilterMatBlob();
+    Blob blob(5, 4, 3.0);
     constexpr int Blob::*counters[] = {&Blob::blobConverged, &Blob::blobConvergedPrevious,
                                        &Blob::blobStage, &Blob::blobCounter};
     constexpr double Blob::*counts[] = {&Blob::blobMoveCount, &Blob::blobPreparedCount,
                                         &Blob::blobMoveLimitLarge};
     for (const auto counter : counters) blob.*counter = 5;
     for (const auto count : counts) blob.*count = 5.0;
-    DenseMatrix mask(20, 1, 0.0);
-    mask(6, 0) = 1.0;
-    blob.restart(1, mask, noPassiveCells(5, 4));
+    const short one[] = {1, 1, 2};
+    blob.restart(one, noPassiveCells(5, 4));
     for (const auto counter : counters) EXPECT_EQ(blob.*counter, 0);
     for (const auto count : counts) EXPECT_EQ(blob.*count, 0.0);
     EXPECT_EQ(blob.blobIteration, 1);
@@ -101,52 +101,39 @@ TEST(BlobInterfaceTest, IsWhereTheSmoothedMaskIsNeitherZeroNorOneAndNothingIsPas
         Matrix mask(42, 1);
         for (double& v : mask.values) v = random.below(4) > 0;
         std::vector<double> marks = interfaceOf(mask);
-        Blob blob(7, 6);
-        blob.setFilterMatBlob();
+        Blob blob(7, 6, 3.0);
         blob.circleMask.set(mask.values.data());
-        blob.findBlobInterface(1, DenseMatrix(42, 1, 0.0), passive);
+        blob.findBlobInterface(Blob::Shape::CIRCLE, passive);
         EXPECT_EQ(listOf(blob.circleInterface), marks);
         EXPECT_TRUE(test::isUnset(blob.blobInterface));
         for (const unsigned cell : {7, 21, 32}) marks[cell] = 0.0;
-        blob.findBlobInterface(0, test::dense(mask), passive);
+        blob.blobMask.set(mask.values.data());
+        blob.findBlobInterface(Blob::Shape::BLOB, passive);
         EXPECT_EQ(listOf(blob.blobInterface), marks);
         EXPECT_EQ(blob.blobInterfaceSize, sum(marks));
     }
 }
 
-TEST(BlobInterfaceTest, OtherModesDoNothing) {
-    Blob blob(7, 6);
-    blob.setFilterMatBlob();
-    blob.circleMask.fill(1.0);
-    const DenseMatrix blobMask(42, 1, 1.0);
-    for (const int mode : {-1, 2, 3}) blob.findBlobInterface(mode, blobMask, noPassiveCells(7, 6));
-    for (const int mode : {-1, 1, 3}) blob.filterBlobDensities(mode, blobMask);
-    for (const auto member : {&Blob::blobInterface, &Blob::circleInterface, &Blob::blobMaskFiltered,
-                              &Blob::circleMaskFiltered}) {
-        EXPECT_TRUE(test::isUnset(blob.*member));
-    }
-}
-
-// The filter of the coarse grid with the blob's complement for a density, which is never 0.
+// The filter of the coarse grid with the blob's complement for a density, which is never 0, and one
+// normaliser for all.
 TEST(BlobSensitivityTest, IsFilteredByTheComplementOfTheMask) {
     test::Random random;
-    Blob blob(5, 4);
-    blob.Hcoarse = ConeFilter(5, 4, 1.5);
-    DenseMatrix mask(20, 1, 0.0);
-    for (const unsigned cell : {7U, 8U, 11U}) mask(cell, 0) = 1.0;
-    mask(12, 0) = 0.25;
+    Blob blob(5, 4, 1.5);
+    for (const unsigned cell : {7U, 8U, 11U}) blob.blobMask(cell, 0) = 1.0;
+    blob.blobMask(12, 0) = 0.25;
     const Matrix given(20, 1, random);
     const Matrix weights = test::coneWeights(5, 4, 1.5);
     const Matrix sums = test::rowSums(weights);
-    const auto share = [&mask](unsigned i) { return std::max(0.001, 1.0 - mask(i, 0)); };
+    const double largest = *std::max_element(sums.values.begin(), sums.values.end());
+    const auto share = [&](unsigned i) { return std::max(0.001, 1.0 - blob.blobMask(i, 0)); };
     Matrix weighted = given;
     for (unsigned i = 0; i < 20; ++i) weighted(i, 0) *= share(i);
     Matrix expected = product(weights, weighted);
-    for (unsigned i = 0; i < 20; ++i) expected(i, 0) /= sums(i, 0) * share(i);
+    for (unsigned i = 0; i < 20; ++i) expected(i, 0) /= largest * share(i);
 
-    DenseMatrix sensitivity = test::dense(given);
-    blob.filterBlobSensitivities(mask, sensitivity);
-    EXPECT_LT(distance(Matrix(sensitivity), expected), 1e-11);
+    blob.blobSensitivity.set(given.values.data());
+    blob.filterBlobSensitivities();
+    EXPECT_LT(distance(Matrix(blob.blobSensitivity), expected), 1e-11);
 }
 
 /// Where the compliance has gone, up to the present.
@@ -197,7 +184,7 @@ TEST(BlobMoveLimitTest, FollowsTheCompliance) {
         {"below 10 from then on", {10, 5, large}, 200, 99, TURNING, {8, 5, 10}}};
     for (const Step& t : steps) {
         SCOPED_TRACE(t.what);
-        Blob blob(2, 2);
+        Blob blob(2, 2, 3.0);
         blob.blobMoveLimit = t.before.limit;
         blob.blobMoveLimitFraction = t.before.fraction;
         blob.blobMoveLimitLarge = t.before.large;
@@ -217,17 +204,19 @@ TEST(BlobMoveLimitTest, FollowsTheCompliance) {
 // A row of 12 elements. 0 to 4 lie inside, 5 to 8 outside; the others are no candidates.
 class BlobRedistributionTest : public testing::Test {
 protected:
-    Blob blob{12, 1};
-    DenseMatrix mask = column({1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 0, 0.5});
-    DenseMatrix sensitivity = column({NAN, 3, -1, 9, 2, 6, NAN, -7, 1, 99, -99, 0});
+    Blob blob{12, 1, 3.0};
+    DenseMatrix& mask = blob.blobMask;
 
-    BlobRedistributionTest() { blob.blobInterface = column({1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 1}); }
+    BlobRedistributionTest() {
+        mask = column({1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 0, 0.5});
+        blob.blobSensitivity = column({NAN, 3, -1, 9, 2, 6, NAN, -7, 1, 99, -99, 0});
+        blob.blobInterface = column({1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 1});
+    }
 
     void redistribute(double limit) {
         blob.blobMoveLimit = limit;
-        blob.prepareInterfaceRedistribution(mask, sensitivity);
+        blob.redistributeBlob();
         EXPECT_EQ(blob.blobPreparedCount, blob.blobMoveCount);
-        blob.updateBlob(mask);
     }
 };
 
@@ -255,7 +244,7 @@ TEST_F(BlobRedistributionTest, ChoosesOneOfEachSideButMovesNoneWithoutALimit) {
 }
 
 TEST_F(BlobRedistributionTest, TakesWhatIsNotANumberLast) {
-    sensitivity = column({NAN, 3, NAN, 9, 2, NAN, NAN, NAN, 1, 99, -99, 0});
+    blob.blobSensitivity = column({NAN, 3, NAN, 9, 2, NAN, NAN, NAN, 1, 99, -99, 0});
     blob.blobInterface.fill(1.0);
     mask = column({1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 1, 1});
     redistribute(8);

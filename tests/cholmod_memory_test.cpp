@@ -10,6 +10,7 @@
 #include "SolverGame.h"
 #include "config_singleton.h"
 #include "factor.h"
+#include "support/answers.h"
 #include "support/matrices.h"
 #include "support/solver_app_inspector.h"
 #include "support/until_enough.h"
@@ -104,13 +105,15 @@ TEST_F(CholmodMemoryTest, AResultIsRightOrEmpty) {
     check("copy", a, [&] { return x.copy(); });
     check("product with a dense matrix", product(a, a), [&] { return A * x; });
     check("to dense", a, [&] { return A.toDense(); });
+    check("scaled", combination(2.0, a, 0.0, a), [&] { return test::valuesOf(A * 2.0); });
     check("transposed", transposed(a), [&] { return transposed(x); });
 }
 
 TEST_F(CholmodMemoryTest, AFilterThrows) {
     const DenseMatrix field(12, 1, 1.0);
+    DenseMatrix share(12, 1);
     DenseMatrix expected(12, 1);
-    ConeFilter(4, 3, 1.5).applyTransposed(field, expected);
+    ConeFilter(4, 3, 1.5).applyTransposed(field, share, expected);
     untilEnough([&](long count) {
         DenseMatrix spread(12, 1, 7.0);
         bool enough = true;
@@ -118,7 +121,7 @@ TEST_F(CholmodMemoryTest, AFilterThrows) {
             try {
                 const ConeFilter filter(4, 3, 1.5);
                 EXPECT_EQ(filter.normaliser.getRows(), 12U) << count;
-                filter.applyTransposed(field, spread);
+                filter.applyTransposed(field, share, spread);
             } catch (const std::bad_alloc&) {
                 enough = false;
             }
@@ -153,6 +156,15 @@ TEST_F(CholmodMemoryTest, AScoreIsRightOrTheWorst) {
         EXPECT_NEAR(game.solve(densities.data(), nullptr), 12.0F, 1e-4) << count;
         return enough;
     });
+}
+
+TEST_F(CholmodMemoryTest, AnUpdateTakesNoneOfIt) {
+    test::Settings settings = test::cantilever(6, 4);
+    settings.blob = {2, 2, 1, 3, 1};
+    SolverApp app(6, 4, 1, 1, 0.5F, 1);
+    EXPECT_EQ(test::iterate(app), test::NO_WORK);
+    limited(0, [&] { test::send(settings, app); });
+    EXPECT_EQ(test::iterate(app), "");
 }
 
 TEST_F(CholmodMemoryTest, AnIterationSaysThatItFailedAndTheNextOneSucceeds) {

@@ -11,11 +11,10 @@ class SolverAppInspector : public SolverApp {
 public:
     using SolverApp::SolverApp;
 
-    using SolverApp::blob, SolverApp::blobSensitivity, SolverApp::dc, SolverApp::dv,
-        SolverApp::Emin, SolverApp::equilibrium, SolverApp::iteration, SolverApp::lambda,
-        SolverApp::lambdaPrevious, SolverApp::loop, SolverApp::objective, SolverApp::rho,
-        SolverApp::rhoOld, SolverApp::rhoPhys, SolverApp::useDensityFilter,
-        SolverApp::volumeFraction;
+    using SolverApp::blob, SolverApp::dc, SolverApp::dv, SolverApp::Emin, SolverApp::equilibrium,
+        SolverApp::iteration, SolverApp::lambda, SolverApp::lambdaPrevious, SolverApp::loop,
+        SolverApp::objective, SolverApp::picture, SolverApp::rho, SolverApp::rhoOld,
+        SolverApp::rhoPhys, SolverApp::useDensityFilter, SolverApp::volumeFraction;
 };
 
 namespace test {

@@ -1,18 +1,25 @@
-// From the physical densities to what the host shows: the picture, or a text.
+#include "Picture.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "MessageBuffer.h"
-#include "SolverApp.h"
+Picture::Picture(const DesignGrids& grids)
+    : meshRmin(grids.meshFactor),
+      meshRho(kmat::undefinedVector(grids.numberOfMeshElements)),
+      meshRhoFiltered(kmat::undefinedVector(grids.numberOfMeshElements)),
+      grids(grids),
+      width(grids.nelx * grids.subdivision * grids.meshFactor),
+      height(grids.nely * grids.subdivision * grids.meshFactor) {
+    meshH = ConeFilter(width, height, meshRmin);
+}
 
-void SolverApp::projectToMesh() {
+void Picture::projectToMesh(const kmat::DenseMatrix& rhoPhys) {
     map2Mesh(rhoPhys.begin(), static_cast<int>(grids.nelx * grids.subdivision),
              static_cast<int>(grids.nely * grids.subdivision), static_cast<int>(grids.meshFactor),
              meshRho.begin());
 }
 
-void SolverApp::map2Mesh(const double* source, int nx, int ny, int factor, double* target) {
+void Picture::map2Mesh(const double* source, int nx, int ny, int factor, double* target) {
     if (nx < 1 || ny < 1 || factor < 1) return;
     const size_t height = static_cast<size_t>(ny) * factor;
     for (int i = 0; i < nx; ++i) {
@@ -26,9 +33,9 @@ void SolverApp::map2Mesh(const double* source, int nx, int ny, int factor, doubl
     }
 }
 
-void SolverApp::densityFilterWithModifiedRadius() { meshH.apply(meshRho, meshRhoFiltered); }
+void Picture::densityFilterWithModifiedRadius() { meshH.apply(meshRho, meshRhoFiltered); }
 
-void SolverApp::projectHeaviside() {
+void Picture::projectHeaviside() {
     constexpr double beta = 6.0;
     constexpr double eta = 0.5;
     constexpr double tanhBetaEta = 0.9950547536867305;
@@ -44,25 +51,7 @@ void SolverApp::projectHeaviside() {
     }
 }
 
-// The text stands until the settings change: each further iteration publishes it again.
-bool SolverApp::fail(std::string_view text) {
-    message = text;
-    return false;
-}
-
-void SolverApp::withdrawMessage() { message.clear(); }
-
-void SolverApp::createAndPublishResult(float* output, int messageLength, char* messageBuffer,
-                                       RuntimeStat* stat) {
-    writeText(message, messageLength, messageBuffer);
-    if (!message.empty()) return;
-    if (stat) timers.publish(*stat);
-    if (output) publishPicture(output);
-}
-
-void SolverApp::publishPicture(float* output) const {
-    const unsigned width = grids.nelx * grids.subdivision * grids.meshFactor;
-    const unsigned height = grids.nely * grids.subdivision * grids.meshFactor;
+void Picture::publish(float* output) const {
     const double* density = meshRhoFiltered.begin();
     // In square tiles, because one side of a transposition runs across the order of storage.
     constexpr unsigned tile = 16;
@@ -73,15 +62,6 @@ void SolverApp::publishPicture(float* output) const {
                     output[r * width + c] = static_cast<float>(1.0 - density[c * height + r]);
                 }
             }
-        }
-    }
-}
-
-void SolverApp::createAndPublishBlobResult(int* out) const {
-    if (!out) return;
-    for (unsigned ix = 0; ix < grids.nelx; ++ix) {
-        for (unsigned iy = 0; iy < grids.nely; ++iy) {
-            out[grids.nelx * iy + ix] = blobMask(grids.coarseElement(ix, iy), 0) >= 1.0 ? 1 : 0;
         }
     }
 }
