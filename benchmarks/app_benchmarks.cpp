@@ -168,11 +168,15 @@ Sampler bisectionSampler(const Plate& plate, const test::Settings& settings) {
 }
 
 Sampler filterSampler(const Plate& plate) {
-    const auto app = std::make_shared<SolverApp>(plate.width, plate.height, plate.subdivision,
-                                                 plate.meshFactor, 0.5F, 1);
+    const auto app = std::make_shared<SolverAppInspector>(
+        plate.width, plate.height, plate.subdivision, plate.meshFactor, 0.5F, 1);
+    const DesignGrids grids(plate.width, plate.height, plate.subdivision, plate.meshFactor);
     return [=]() -> Sample {
-        const double filters = timed([&] { app->setFilterMat(); });
-        const double blob = timed([&] { app->setFilterMatBlob(); });
+        const double blob = timed([&] { app->blob.setFilterMatBlob(); });
+        const double blobWithCoarse =
+            timed([&] { const Blob built(grids.nelx, grids.nely, 3.0 / grids.subdivision); });
+        const double filters = blobWithCoarse - blob + timed([&] { app->setFilterMat(); }) +
+                               timed([&] { const Picture built(grids); });
         return {{"total", filters + blob}, {"fine, coarse, mesh", filters}, {"blob", blob}};
     };
 }
