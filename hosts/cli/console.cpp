@@ -9,8 +9,8 @@
 #include <iostream>
 #include <new>
 
-#include "input_error.h"
-#include "text.h"
+#include "format/input_error.h"
+#include "format/text.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "console.h"
-#include "design_file.h"
-#include "file_ending.h"
-#include "input_error.h"
-#include "outline.h"
-#include "outline_file.h"
-#include "output_file.h"
-#include "text.h"
+#include "export/design_file.h"
+#include "export/file_ending.h"
+#include "export/outline.h"
+#include "export/outline_file.h"
+#include "export/output_file.h"
+#include "format/input_error.h"
+#include "format/text.h"
 #include "usage_error.h"
 
 namespace fs = std::filesystem;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "field.h"
+#include "format/field.h"
 
 /// Files that take a design out of the program, each of the kind that its ending names.
 struct ExportOptions {

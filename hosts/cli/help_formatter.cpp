@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "text.h"
+#include "format/text.h"
 
 std::string HelpFormatter::fitted(const std::string& lines) {
     constexpr std::size_t width = 80;

@@ -1,8 +1,8 @@
 #include "history.h"
 
-#include "exact_text.h"
-#include "input_error.h"
-#include "text.h"
+#include "format/exact_text.h"
+#include "format/input_error.h"
+#include "format/text.h"
 
 History::History(const std::filesystem::path& target) : file(target), stream(target) {
     stream << "iteration,compliance,volume,change,totalTime,updateTime,stateTime,assembleTime,"

@@ -6,10 +6,11 @@
 #include <string>
 
 #include "console.h"
+#include "drawing/picture.h"
+#include "export/picture_file.h"
+#include "format/scene.h"
 #include "help_formatter.h"
 #include "optimise_command.h"
-#include "picture.h"
-#include "scene.h"
 #include "score_command.h"
 #include "usage_error.h"
 

@@ -3,8 +3,9 @@
 #include <utility>
 
 #include "console.h"
+#include "format/text.h"
+#include "format/timeline.h"
 #include "interruption.h"
-#include "text.h"
 
 namespace {
 

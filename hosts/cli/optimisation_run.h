@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "format/scene.h"
 #include "history.h"
 #include "iteration_record.h"
-#include "optimise_command.h"
-#include "optimiser.h"
+#include "optimise_options.h"
 #include "progress.h"
-#include "scene.h"
+#include "run/optimiser.h"
 
 /// The iterations of an optimisation, with the changes of its timeline.
 class OptimisationRun {

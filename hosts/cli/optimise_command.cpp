@@ -5,19 +5,21 @@
 #include <string>
 #include <vector>
 
-#include "animation.h"
-#include "checks.h"
+#include "checks/checks.h"
 #include "console.h"
-#include "file_ending.h"
-#include "input_error.h"
+#include "drawing/picture.h"
+#include "export/animation.h"
+#include "export/file_ending.h"
+#include "export/output_file.h"
+#include "export/picture_file.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/refinement.h"
+#include "format/scene_reader.h"
+#include "format/text.h"
 #include "interruption.h"
 #include "optimisation_run.h"
 #include "optimise_summary.h"
-#include "output_file.h"
-#include "picture.h"
-#include "refinement.h"
-#include "scene_reader.h"
-#include "text.h"
 #include "warnings.h"
 
 namespace fs = std::filesystem;

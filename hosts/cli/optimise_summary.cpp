@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "console.h"
+#include "format/text.h"
 #include "interruption.h"
-#include "text.h"
 #include "time_table.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "checks.h"
+#include "checks/checks.h"
 #include "optimisation_run.h"
 
 /// Prints what an optimisation came to. The result is that of its last design; without a record

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "console.h"
-#include "text.h"
+#include "format/text.h"
 
 namespace {
 

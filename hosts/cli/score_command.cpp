@@ -8,17 +8,19 @@
 #include <optional>
 #include <string>
 
-#include "assessment.h"
-#include "checks.h"
+#include "checks/assessment.h"
+#include "checks/checks.h"
 #include "console.h"
-#include "design_file.h"
-#include "file_ending.h"
-#include "input_error.h"
-#include "output_file.h"
-#include "picture.h"
-#include "refinement.h"
-#include "scene_reader.h"
-#include "text.h"
+#include "drawing/picture.h"
+#include "export/design_file.h"
+#include "export/file_ending.h"
+#include "export/output_file.h"
+#include "export/picture_file.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/refinement.h"
+#include "format/scene_reader.h"
+#include "format/text.h"
 #include "warnings.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "text.h"
+#include "format/text.h"
 
 namespace {
 

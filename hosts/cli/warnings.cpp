@@ -1,8 +1,8 @@
 #include "warnings.h"
 
 #include "console.h"
-#include "input_error.h"
-#include "text.h"
+#include "format/input_error.h"
+#include "format/text.h"
 
 Findings warningsOf(const Findings& findings, const std::filesystem::path& scene) {
     for (const Finding& finding : findings)

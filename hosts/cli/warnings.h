@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "finding.h"
+#include "checks/finding.h"
 
 /// Throws InputError for the first error among the findings about a scene, and returns the warnings.
 Findings warningsOf(const Findings& findings, const std::filesystem::path& scene);

@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "output_file.h"
-#include "scene_writer.h"
-#include "setting_keys.h"
+#include "export/output_file.h"
+#include "format/scene_writer.h"
+#include "format/setting_keys.h"
+#include "format/timeline.h"
 
 /// One step: the scenes before and after it.
 class Document::Edit : public QUndoCommand {

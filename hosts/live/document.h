@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "scene.h"
+#include "format/scene.h"
 
 /// The scene that is being edited, its file and its history. Every change of the scene goes through
 /// edit(), so that every change can be undone.

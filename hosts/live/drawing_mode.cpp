@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "action_text.h"
-#include "assessment.h"
+#include "checks/assessment.h"
+#include "format/refinement.h"
 #include "plate_image.h"
-#include "refinement.h"
 
 namespace {
 

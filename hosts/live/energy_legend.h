@@ -3,7 +3,7 @@
 #include <QWidget>
 #include <optional>
 
-#include "energy_scale.h"
+#include "drawing/energy_scale.h"
 
 /// What the colours of a scored design mean.
 class EnergyLegend : public QWidget {

@@ -11,14 +11,15 @@
 #include <algorithm>
 
 #include "action_text.h"
-#include "animation.h"
-#include "design_file.h"
-#include "file_ending.h"
-#include "input_error.h"
-#include "outline_file.h"
-#include "output_file.h"
-#include "picture.h"
-#include "text.h"
+#include "drawing/picture.h"
+#include "export/animation.h"
+#include "export/design_file.h"
+#include "export/file_ending.h"
+#include "export/outline_file.h"
+#include "export/output_file.h"
+#include "export/picture_file.h"
+#include "format/input_error.h"
+#include "format/text.h"
 
 namespace fs = std::filesystem;
 

@@ -6,10 +6,10 @@
 #include <functional>
 #include <optional>
 
-#include "field.h"
-#include "floating_parts.h"
+#include "checks/floating_parts.h"
+#include "format/field.h"
+#include "format/scene.h"
 #include "recorder.h"
-#include "scene.h"
 
 /// Writes what the plate shows to files, in the forms that the command-line program has.
 class ExportActions : public QObject {

@@ -5,11 +5,12 @@
 #include <QSettings>
 
 #include "action_text.h"
-#include "checks.h"
+#include "checks/checks.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/scene_reader.h"
 #include "icons.h"
-#include "input_error.h"
 #include "scene_places.h"
-#include "scene_reader.h"
 
 namespace {
 

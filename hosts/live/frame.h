@@ -6,10 +6,10 @@
 #include <optional>
 #include <string>
 
-#include "area.h"
-#include "assessment.h"
-#include "field.h"
-#include "finding.h"
+#include "checks/assessment.h"
+#include "checks/finding.h"
+#include "format/area.h"
+#include "format/field.h"
 
 /// What is told about an iteration.
 struct IterationNumbers {

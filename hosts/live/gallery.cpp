@@ -6,10 +6,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "export/scene_file.h"
 #include "plate_image.h"
 #include "plate_painter.h"
 #include "scene_places.h"
-#include "scene_reader.h"
 
 namespace fs = std::filesystem;
 

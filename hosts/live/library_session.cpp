@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "checks.h"
-#include "refinement.h"
+#include "checks/checks.h"
+#include "format/refinement.h"
+#include "format/timeline.h"
 
 bool hasSamePlate(const Scene& one, const Scene& other) {
     return one.width == other.width && one.height == other.height &&

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
+#include "format/scene.h"
 #include "frame.h"
-#include "optimiser.h"
-#include "scene.h"
+#include "run/optimiser.h"
 
 /// Whether a design of one scene can go on in the other.
 bool hasSamePlate(const Scene& one, const Scene& other);

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "assessment.h"
-#include "refinement.h"
+#include "checks/assessment.h"
+#include "format/refinement.h"
 
 LiveRun::LiveRun(Workbench& workbench)
     : bench(workbench), worker([this] { emit workerHasNews(); }) {

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "load_arrows.h"
+#include "drawing/load_arrows.h"
+#include "format/scene.h"
 #include "plate_transform.h"
-#include "scene.h"
 
 inline QPointF toQt(Point place) { return {place.x, place.y}; }
 inline Point ofQt(QPointF place) { return {place.x(), place.y()}; }

@@ -1,6 +1,6 @@
 #include "plate_colours.h"
 
-#include "picture_colours.h"
+#include "drawing/picture_colours.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <QColor>
 #include <array>
 
-#include "load_arrows.h"
+#include "drawing/load_arrows.h"
 
 /// The colours of the plate and its signs, in a light window those of the program's pictures. Load cases and kinds of
 /// passive elements also differ by number, outline or hatching: colour is never the only sign.

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "picture_colours.h"
+#include "drawing/picture_colours.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <QImage>
 #include <optional>
 
-#include "energy_scale.h"
+#include "drawing/energy_scale.h"
+#include "format/scene.h"
 #include "frame.h"
 #include "plate_colours.h"
-#include "scene.h"
 
 // Images of the material, a pixel for each cell of what they show.
 

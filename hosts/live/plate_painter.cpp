@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "area_outline.h"
+#include "drawing/area_outline.h"
 
 namespace {
 

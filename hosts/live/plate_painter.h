@@ -7,11 +7,11 @@
 #include <optional>
 #include <vector>
 
+#include "drawing/plate_signs.h"
+#include "format/scene.h"
 #include "plate_arrow.h"
 #include "plate_colours.h"
-#include "plate_signs.h"
 #include "plate_transform.h"
-#include "scene.h"
 
 /// Outlines of the passive elements and of the blob, in plate coordinates. They take a walk over
 /// the elements, so they are made once for a scene and not for each picture.

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "checks.h"
+#include "checks/checks.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <QString>
 #include <vector>
 
-#include "finding.h"
-#include "scene.h"
+#include "checks/finding.h"
+#include "format/scene.h"
 
 /// What stands in the way of a design: for the banner, and where on the plate to mark it.
 struct Problems {

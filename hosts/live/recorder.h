@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "format/scene.h"
 #include "frame.h"
-#include "scene.h"
 
 /// The last minutes of a run, for an animation: a picture a second, in eight bits.
 class Recorder {

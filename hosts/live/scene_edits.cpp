@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <string>
 
-#include "area_reader.h"
-#include "input_error.h"
-#include "refinement.h"
+#include "format/area_reader.h"
+#include "format/input_error.h"
+#include "format/refinement.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "scene.h"
+#include "format/scene.h"
 
 // What a hand can do to a scene. Each function keeps the scene valid and throws InputError, before
 // it changes anything, when it cannot. Nodes and elements that lie outside the plate are ignored.

@@ -7,8 +7,8 @@
 #include <QKeyEvent>
 #include <cmath>
 
-#include "checks.h"
-#include "input_error.h"
+#include "checks/checks.h"
+#include "format/input_error.h"
 #include "problems.h"
 
 namespace {

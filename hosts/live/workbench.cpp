@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "input_error.h"
+#include "format/input_error.h"
 
 Workbench::Workbench() {
     connect(&document, &Document::sceneChanged, this, &Workbench::followScene);

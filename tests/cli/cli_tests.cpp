@@ -3,14 +3,15 @@
 #include <cmath>
 
 #include "cli_fixture.h"
-#include "energy_scale.h"
-#include "input_error.h"
-#include "output_file.h"
-#include "picture.h"
-#include "png_image.h"
-#include "records.h"
-#include "scene_reader.h"
-#include "scene_writer.h"
+#include "drawing/energy_scale.h"
+#include "drawing/picture.h"
+#include "export/output_file.h"
+#include "export/png_image.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/scene_reader.h"
+#include "format/scene_writer.h"
+#include "run/records.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <memory>
 #include <random>
 
-#include "animation.h"
 #include "cli_fixture.h"
-#include "design_file.h"
-#include "input_error.h"
-#include "output_file.h"
+#include "export/animation.h"
+#include "export/design_file.h"
+#include "export/output_file.h"
+#include "format/input_error.h"
 
 namespace {
 

@@ -5,10 +5,11 @@
 #include <cstring>
 
 #include "cli_fixture.h"
-#include "picture.h"
-#include "png_image.h"
-#include "records.h"
-#include "scene_reader.h"
+#include "drawing/picture.h"
+#include "export/png_image.h"
+#include "export/scene_file.h"
+#include "format/scene_reader.h"
+#include "run/records.h"
 
 namespace {
 

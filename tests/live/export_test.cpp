@@ -4,11 +4,11 @@
 #include <sstream>
 
 #include "dialog_answers.h"
-#include "input_error.h"
+#include "drawing/picture.h"
+#include "format/input_error.h"
+#include "format/scene_writer.h"
 #include "live_fixture.h"
-#include "picture.h"
 #include "program.h"
-#include "scene_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -5,14 +5,15 @@
 #include <fstream>
 #include <random>
 
-#include "design_file.h"
 #include "dialog_answers.h"
+#include "export/design_file.h"
+#include "export/scene_file.h"
+#include "format/json_value.h"
+#include "format/scene_reader.h"
+#include "format/scene_writer.h"
 #include "gallery.h"
-#include "json_value.h"
 #include "live_fixture.h"
 #include "program.h"
-#include "scene_reader.h"
-#include "scene_writer.h"
 
 namespace fs = std::filesystem;
 

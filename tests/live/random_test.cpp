@@ -2,9 +2,10 @@
 #include <QtTest>
 #include <random>
 
+#include "export/scene_file.h"
+#include "format/scene_reader.h"
+#include "format/scene_writer.h"
 #include "live_fixture.h"
-#include "scene_reader.h"
-#include "scene_writer.h"
 
 /// Hands that do anything at all.
 class RandomTest : public QObject {

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <thread>
 
-#include "scene_reader.h"
+#include "format/scene_reader.h"
 
 // The library's functions are looked up here first: they count themselves, and go on to the real
 // ones.

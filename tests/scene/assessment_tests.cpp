@@ -1,7 +1,7 @@
 // What a design is worth, and what a design in black and white is.
-#include "assessment.h"
-#include "optimiser.h"
-#include "records.h"
+#include "checks/assessment.h"
+#include "run/optimiser.h"
+#include "run/records.h"
 #include "scene_fixture.h"
 
 namespace {

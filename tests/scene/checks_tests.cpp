@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
-#include "available_memory.h"
-#include "checks.h"
-#include "memory_need.h"
+#include "checks/available_memory.h"
+#include "checks/checks.h"
+#include "checks/memory_need.h"
 #include "scene_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Which material the supports hold, and which hangs on nothing.
-#include "floating_parts.h"
-#include "rigid_motions.h"
+#include "checks/floating_parts.h"
+#include "checks/rigid_motions.h"
 #include "scene_fixture.h"
 
 namespace {

@@ -9,10 +9,10 @@
 #include <sstream>
 #include <string>
 
-#include "outline.h"
-#include "outline_file.h"
+#include "export/outline.h"
+#include "export/outline_file.h"
+#include "export/solid.h"
 #include "scene_fixture.h"
-#include "solid.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <numeric>
 
-#include "area_outline.h"
-#include "load_arrows.h"
-#include "picture.h"
+#include "drawing/area_outline.h"
+#include "drawing/load_arrows.h"
+#include "drawing/picture.h"
 #include "scene_fixture.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "finding.h"
-#include "scene.h"
+#include "checks/finding.h"
+#include "format/scene.h"
 
 /// A plate that is clamped at its left edge, with a unit force down at the middle of its right edge.
 inline Scene clampedPlate(int width, int height) {

@@ -1,8 +1,8 @@
 // Words for people: what they may have meant, and where a text is no JSON.
-#include "input_error.h"
-#include "json_value.h"
+#include "format/input_error.h"
+#include "format/json_value.h"
+#include "format/text.h"
 #include "scene_fixture.h"
-#include "text.h"
 
 namespace {
 

@@ -4,15 +4,17 @@
 #include <filesystem>
 #include <optional>
 
-#include "assessment.h"
-#include "design_file.h"
+#include "checks/assessment.h"
+#include "export/design_file.h"
+#include "export/scene_file.h"
 #include "fault.h"
-#include "input_error.h"
-#include "optimiser.h"
-#include "records.h"
-#include "refinement.h"
-#include "scene_reader.h"
-#include "scene_writer.h"
+#include "format/input_error.h"
+#include "format/refinement.h"
+#include "format/scene_reader.h"
+#include "format/scene_writer.h"
+#include "format/timeline.h"
+#include "run/optimiser.h"
+#include "run/records.h"
 
 namespace soak {
 
@@ -75,7 +77,7 @@ void requireLimits(const Settings& settings, const Scene& scene) {
 
 void requireDesign(const Field& design, const Scene& scene) {
     const int refinement = refinementOf(design, scene);
-    require(isWithin(refinement, 1, MAX_DESIGN_REFINEMENT) &&
+    require(isWithin(refinement, 1, Scene::MAX_DESIGN_REFINEMENT) &&
                 design.width == refinement * scene.width &&
                 design.height == refinement * scene.height,
             "a design has the size of the grid or a whole multiple of it");

@@ -1,0 +1,195 @@
+#include "checks/checks.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "checks/available_memory.h"
+#include "checks/free_plate.h"
+#include "checks/idle_loads.h"
+#include "checks/memory_need.h"
+#include "checks/passive_void.h"
+#include "format/refinement.h"
+#include "format/text.h"
+#include "format/timeline.h"
+
+namespace {
+
+constexpr double WORSE_AS_DRAWN = 1.15;  // times the reported compliance
+constexpr double VOLUME_TOLERANCE = 0.02;
+// Beyond, a design shows detail that it is not computed with.
+constexpr int FINEST_SUBDIVISION = 4;
+constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
+constexpr double LITTLE_VOLUME = 0.25;
+
+Finding error(const std::string& key, const std::string& text,
+              const std::optional<Place>& place = std::nullopt) {
+    return {Finding::ERROR, key, text, place};
+}
+
+Finding warning(const std::string& key, const std::string& text) {
+    return {Finding::WARNING, key, text, std::nullopt};
+}
+
+void append(Findings& findings, const Findings& more) {
+    findings.insert(findings.end(), more.begin(), more.end());
+}
+
+std::string item(const char* list, std::size_t number) {
+    return std::string(list) + "[" + std::to_string(number) + "]";
+}
+
+bool hasForce(const Load& load) { return load.fx != 0 || load.fy != 0; }
+
+Findings findInsideVoid(const Scene& scene) {
+    if (scene.passive.voids.empty()) return {};
+    const PassiveVoid passiveVoid(scene);
+    Findings findings;
+    const auto tell = [&](const std::string& key, const auto& where) {
+        const auto node = passiveVoid.firstInside(where.x, where.y);
+        if (node)
+            findings.push_back(error(key,
+                                     "node " + placeText(node->x, node->y) +
+                                         " lies inside the elements that passive.void keeps void",
+                                     Place{true, {node->x, node->x}, {node->y, node->y}}));
+    };
+    for (std::size_t i = 0; i < scene.loads.size(); ++i)
+        if (hasForce(scene.loads[i])) tell(item("loads", i), scene.loads[i]);
+    for (std::size_t i = 0; i < scene.supports.size(); ++i)
+        tell(item("supports", i), scene.supports[i]);
+    return findings;
+}
+
+/// Of a scene without other faults.
+Findings findCutOff(const Scene& scene) {
+    if (scene.passive.voids.empty()) return {};
+    Field plate(scene.width, scene.height, 1);
+    for (const Cell& cell : scene.passive.voids.cells) plate.at(cell.x, cell.y) = 0;
+    Findings findings;
+    for (const Finding& loose : findLooseLoads(plate, findFloatingParts(plate, scene), scene))
+        findings.push_back(
+            error(loose.key, "passive.void separates it from every support", loose.place));
+    return findings;
+}
+
+bool isWarning(const Finding& finding) { return finding.severity == Finding::WARNING; }
+
+Findings findImpossibleVolume(const Scene& scene) {
+    const double elements = 1.0 * scene.width * scene.height;
+    const auto& [voids, solids, secondSolids] = scene.passive;
+    const double solid = double(solids.cells.size() + secondSolids.cells.size()) / elements;
+    const double room = 1 - double(voids.cells.size()) / elements;
+    Findings findings;
+    if (solid > scene.volumeFraction)
+        findings.push_back(
+            error("passive", formatted("the solid elements are %.1f %% of the plate, "
+                                       "more than the volumeFraction %g",
+                                       100 * solid, scene.volumeFraction)));
+    if (room < scene.volumeFraction)
+        findings.push_back(error("passive", formatted("the void elements leave %.1f %% of the "
+                                                      "plate, less than the volumeFraction %g",
+                                                      100 * room, scene.volumeFraction)));
+    return findings;
+}
+
+Findings findTooLarge(const MemoryNeed& need) {
+    const double available = availableMemory();
+    if (need.bytes <= available) return {};
+    // Rounded apart, or both might read the same.
+    constexpr double tenthOfGigabyte = 1e8;
+    return {error(need.key,
+                  formatted("needs about %.1f GB of memory, and %.1f GB are free; %s",
+                            std::ceil(need.bytes / tenthOfGigabyte) / 10,
+                            std::floor(available / tenthOfGigabyte) / 10, need.advice.c_str()))};
+}
+
+/// Of a scene as it stands, whatever its timeline says.
+Findings checkNow(const Scene& scene) {
+    Findings findings = checkSettings(scene);
+    for (const Finding& idle : findIdleLoads(scene))
+        if (isWarning(idle)) findings.push_back(idle);
+    append(findings, findTooFine(scene));
+    append(findings, findTooLarge(scene));
+    return findings;
+}
+
+bool tells(const Findings& findings, const Finding& finding) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [&](const Finding& each) { return lineOf(each) == lineOf(finding); });
+}
+
+void checkTimeline(const Scene& scene, Findings& findings) {
+    Scene later = scene;
+    Findings before = findings;
+    for (std::size_t i = 0; i < scene.timeline.size(); ++i) {
+        apply(scene.timeline[i], later);
+        const Findings after = checkNow(later);
+        for (const Finding& each : after) {
+            if (tells(before, each)) continue;
+            Finding finding = warning(item("timeline", i), lineOf(each));
+            finding.place = each.place;
+            findings.push_back(finding);
+        }
+        before = after;
+    }
+}
+
+}  // namespace
+
+Findings checkBeforeOptimisation(const Scene& scene) {
+    Findings findings = checkNow(scene);
+    checkTimeline(scene, findings);
+    return findings;
+}
+
+Findings checkBeforeScore(const Scene& scene) {
+    Findings findings = findIdleLoads(scene);
+    if (scene.densities) append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
+    return findings;
+}
+
+Findings checkSettings(const Scene& scene) {
+    Findings findings = findIdleLoads(scene);
+    std::erase_if(findings, isWarning);
+    append(findings, findInsideVoid(scene));
+    if (findings.empty()) append(findings, findFreePlate(scene));
+    if (findings.empty()) append(findings, findCutOff(scene));
+    append(findings, findImpossibleVolume(scene));
+    return findings;
+}
+
+Findings findTooFine(const Scene& scene) {
+    const bool little = scene.volumeFraction < LITTLE_VOLUME;
+    const int finest = little ? FINEST_SUBDIVISION_OF_LITTLE : FINEST_SUBDIVISION;
+    if (scene.subdivision <= finest) return {};
+    return {warning(
+        "subdivision",
+        formatted(
+            "%d is above %d%s: the design may fall into dots that carry nothing; take a finer grid",
+            scene.subdivision, finest,
+            little ? formatted(" (below a volumeFraction of %g)", LITTLE_VOLUME).c_str() : ""))};
+}
+
+Findings findTooLarge(const Scene& scene) { return findTooLarge(memoryNeed(scene)); }
+
+Findings checkResult(const RunResult& result, const Scene& scene) {
+    Findings findings;
+    const Assessment& drawn = result.assessment;
+    for (const Finding& problem : drawn.problems)
+        findings.push_back(warning(problem.key, "as drawn, " + problem.text));
+    if (!drawn.floating.empty())
+        findings.push_back(warning("design", "as drawn, " + describe(drawn.floating)));
+    const double ratio = drawn.score.compliance / result.compliance;
+    if (drawn.problems.empty() && ratio > WORSE_AS_DRAWN)
+        findings.push_back(
+            warning("compliance", formatted("as drawn it is %.6g, %.3g times the %.6g reported",
+                                            drawn.score.compliance, ratio, result.compliance)));
+    const double drawnVolume = mean(result.drawn);
+    for (const auto& [volume, what] : {std::pair(result.volume, ""), {drawnVolume, " as drawn"}}) {
+        if (std::abs(volume - scene.volumeFraction) <= VOLUME_TOLERANCE) continue;
+        findings.push_back(
+            warning("volumeFraction", formatted("the design has %.1f %%%s instead of %.1f %%",
+                                                100 * volume, what, 100 * scene.volumeFraction)));
+        break;
+    }
+    return findings;
+}

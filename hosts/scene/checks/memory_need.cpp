@@ -1,0 +1,64 @@
+#include "checks/memory_need.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "checks/assessment.h"
+
+namespace {
+
+// Measured; docs/hosting.md explains the estimate, which all hosts of the library share.
+constexpr double BYTES_OF_CELL = 60;    // of the design or the picture
+constexpr double BYTES_OF_FILTER = 19;  // of a cell, times the square of the filter's radius
+constexpr double BYTES_OF_NODE = 1000;
+constexpr double BYTES_OF_FACTOR = 110;
+constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
+constexpr double SHARE_OF_SCORE = 0.9;     // of the equations of an optimisation of this size
+constexpr double BYTES_OF_PROGRAM = 15e6;
+constexpr double DESIGN_RADIUS = 3;  // in cells of the design
+
+double bytesOfFiltered(double cells, double radius) {
+    return cells * (BYTES_OF_CELL + BYTES_OF_FILTER * radius * radius);
+}
+
+double nodesOf(const Scene& scene, int refinement) {
+    return (1.0 * refinement * scene.width + 1) * (1.0 * refinement * scene.height + 1);
+}
+
+double bytesOfEquations(double nodes, int loadCases) {
+    return nodes *
+           (BYTES_OF_NODE + BYTES_OF_FACTOR * std::log2(nodes) + BYTES_OF_LOAD_CASE * loadCases);
+}
+
+double bytesOfScore(double nodes, int loadCases) {
+    const double withoutCases = SHARE_OF_SCORE * bytesOfEquations(nodes, 0);
+    return withoutCases + nodes * BYTES_OF_LOAD_CASE * loadCases;
+}
+
+}  // namespace
+
+MemoryNeed memoryNeed(const Scene& scene) {
+    const double elements = 1.0 * scene.width * scene.height;
+    const double designCells = elements * scene.subdivision * scene.subdivision;
+    const double pictureCells = designCells * scene.meshFactor * scene.meshFactor;
+    const double design = bytesOfFiltered(designCells, DESIGN_RADIUS);
+    const double picture = bytesOfFiltered(pictureCells, scene.meshFactor);
+    const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCases);
+    const double score = bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases);
+    MemoryNeed need{BYTES_OF_PROGRAM + design + picture + equations + score, "grid",
+                    "lower its width and height"};
+    if (picture > std::max(design, equations) && scene.meshFactor > 1) {
+        need.key = "meshFactor";
+        need.advice = "lower meshFactor or subdivision";
+    } else if (design + picture > equations && scene.subdivision > 1) {
+        need.key = "subdivision";
+        need.advice = "lower it";
+    }
+    return need;
+}
+
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
+    const double nodes = (design.width + 1.0) * (design.height + 1.0);
+    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "design",
+            "score a coarser design"};
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "format/scene.h"
+
+/// What an optimisation takes at most.
+struct MemoryNeed {
+    double bytes = 0;
+    std::string key;     ///< of the scene file: what takes most of it
+    std::string advice;  ///< what to lower
+};
+
+/// An estimate for an optimisation and the score of what comes out, good to a quarter or so.
+MemoryNeed memoryNeed(const Scene& scene);
+
+/// The same for the score of a design of this size.
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene);

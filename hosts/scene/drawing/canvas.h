@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cairo.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "drawing/rgb_image.h"
+
+/// Red, green and blue, each from 0 to 1.
+using Colour = std::array<double, 3>;
+
+Colour mix(const Colour& from, const Colour& to, double share);
+
+/// A place or a direction in pixels, x to the right and y down.
+struct Point {
+    double x = 0;
+    double y = 0;
+};
+
+inline Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
+inline Point operator*(double factor, Point p) { return {factor * p.x, factor * p.y}; }
+
+/// A white sheet of pixels, or of shapes for an SVG file, with the few strokes that a picture
+/// consists of. Points are the corners between pixels. A failure inside shows when the image is
+/// taken.
+class Canvas {
+public:
+    enum class Kind { PIXELS, SVG };
+
+    Canvas(int width, int height, Kind kind);
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    /// A rectangle's outline, one pixel wide, just outside it.
+    void frame(Point corner, double width, double height, const Colour& colour);
+    void line(Point from, Point to, const Colour& colour, double thickness);
+    /// Separate lines of one colour.
+    void lines(const std::vector<std::array<Point, 2>>& ends, const Colour& colour,
+               double thickness);
+
+    /// Filled shapes with a white rim that sets them off from whatever lies beneath.
+    void polygon(const std::vector<Point>& corners, const Colour& colour);
+    void disc(Point centre, double radius, const Colour& colour);
+
+    double textWidth(const std::string& text, double size);
+    /// `align` is 0 when `at` is the left end of the base line, 0.5 its middle, 1 its right end.
+    void text(const std::string& text, Point at, double size, const Colour& colour,
+              double align = 0);
+    /// Text made smaller when it would be wider than `room`.
+    void fittedText(const std::string& text, Point at, double size, double room,
+                    const Colour& colour);
+
+    /// A rectangle filled with columns * rows cells that have sharp edges.
+    void cells(Point corner, double width, double height, int columns, int rows,
+               const std::function<Colour(int x, int y)>& colourOf);
+
+    /// The sheet of pixels. Throws std::runtime_error when something could not be drawn.
+    RgbImage image();
+
+    /// The bytes of the SVG file; ends the drawing. Throws std::runtime_error as well.
+    std::vector<std::uint8_t> svg();
+
+private:
+    using Surface = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
+
+    static Surface newSurface(int width, int height, Kind kind, std::vector<std::uint8_t>& bytes);
+    void check();
+    void use(const Colour& colour);
+    void strokePath(const Colour& colour, double thickness);
+    void fillWithRim(const Colour& colour);
+
+    std::vector<std::uint8_t> svgBytes;
+    bool hasFineCells = false;  // smaller than a pixel
+    Surface surface;
+    std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <vector>
+
+#include "drawing/rgb_image.h"
+
+/// Pictures of one size that are shown one after the other, over and over, with a pause before the
+/// last one is left. Of a long run it keeps those between which most happens.
+class Animation {
+public:
+    static constexpr std::size_t MAX_FRAMES = 48;
+
+    void add(RgbImage picture);
+
+    /// Shows another picture in the place of the last one, if there is one.
+    void replaceLast(RgbImage picture);
+
+    bool empty() const { return frames.empty(); }
+    std::size_t size() const { return frames.size(); }
+
+    /// The bytes of a GIF file. There is at least one picture. Throws std::runtime_error when the
+    /// encoder fails.
+    std::vector<std::uint8_t> encodeGif() const;
+
+private:
+    struct Frame {
+        RgbImage picture;
+        double loss = 0;  // what the step from its predecessor to its successor would skip
+    };
+
+    void checkSize(const RgbImage& picture) const;
+    void weigh(std::size_t frame);
+
+    std::deque<Frame> frames;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "format/field.h"
+
+/// A place in units of the plate, x to the right and y down.
+struct OutlinePoint {
+    double x = 0;
+    double y = 0;
+};
+
+/// A closed line, its last corner joined to its first. It runs counterclockwise, as seen, around
+/// material and clockwise around a hole, so that material is always on its left. No three corners
+/// in a row lie on one straight line.
+struct Contour {
+    std::vector<OutlinePoint> corners;
+    bool hole = false;
+};
+
+/// Where the material of a plate ends. Contours neither cross nor touch themselves or one another.
+struct Outline {
+    double width = 0;  ///< of the plate
+    double height = 0;
+    std::vector<Contour> contours;
+};
+
+/// The line on which the material is one half, linear between the centres of the cells and closed
+/// along the border of the plate. Two solid cells that have no more than a corner in common stay
+/// apart there. `refinement` is the number of cells per edge of an element, `elementSize` the length
+/// of that edge in units of the plate. Throws std::bad_alloc.
+Outline traceOutline(const Field& material, int refinement, double elementSize = 1);
+
+/// Area enclosed, holes taken off.
+double area(const Outline& outline);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "drawing/rgb_image.h"
+#include "format/field.h"
+
+/// Reads a PNG file as grey values from 0 (black) to 1 (white). Colours become their luminance,
+/// transparency shows white. Throws InputError when the file cannot be read, or its size is not
+/// width * height times a whole number up to `maxRefinement`.
+Field readGreyPng(const std::filesystem::path& file, int width, int height, int maxRefinement = 1);
+
+/// The bytes of a PNG file. Throws std::runtime_error when the encoder fails.
+std::vector<std::uint8_t> encodePng(const RgbImage& image);
+
+/// The same for width * height grey pixels of one byte, row by row from the top.
+std::vector<std::uint8_t> encodeGreyPng(int width, int height,
+                                        const std::vector<std::uint8_t>& pixels);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "format/range.h"
+
+/// The text of a file that should be `what`, such as "a scene". Throws InputError when it cannot be
+/// read or is too large.
+std::string readText(const std::filesystem::path& file, const std::string& what = "a scene");
+
+/// Reads JSON. Throws InputError when it is malformed (with line and column) or has the same key
+/// twice in one object; `file` is named there.
+nlohmann::json parseJson(const std::string& text, const std::filesystem::path& file);
+
+/// A value of a JSON document together with the file it comes from and its place there, such as
+/// loads[2].x. Every reader checks the type and the range, and throws InputError naming both.
+/// The document must outlive the value.
+class JsonValue {
+public:
+    JsonValue(const nlohmann::json& document, const std::string& source);
+
+    [[noreturn]] void fail(const std::string& what) const;
+
+    const nlohmann::json& raw() const { return *value; }
+
+    /// Fails unless the value is an object with no keys but these.
+    void allowOnly(const std::vector<std::string>& keys) const;
+    std::optional<JsonValue> find(const std::string& key) const;
+    JsonValue at(const std::string& key) const;
+
+    /// The elements of an array; `what` describes what it should hold, for the error.
+    std::vector<JsonValue> elements(const std::string& what) const;
+
+    /// `note` follows the range in the error, to tell where the range comes from.
+    int integer(int from, int to, const std::string& note = "") const;
+    double number(double from, double to) const;
+    /// A whole number from 0 to `last`, or [from, to] of two such numbers.
+    Range range(int last, const std::string& note) const;
+    std::string text() const;
+    /// A text that is one of these.
+    std::string oneOf(const std::vector<std::string>& allowed) const;
+
+private:
+    JsonValue(const nlohmann::json& element, std::shared_ptr<const std::string> source,
+              std::string place)
+        : value(&element), file(std::move(source)), path(std::move(place)) {}
+
+    void expect(bool typeMatches, const std::string& what) const;
+
+    const nlohmann::json* value;
+    std::shared_ptr<const std::string> file;  // one for all: there may be a million values
+    std::string path;
+};

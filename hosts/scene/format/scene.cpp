@@ -1,0 +1,26 @@
+#include "format/scene.h"
+
+#include <algorithm>
+#include <numeric>
+
+bool Change::has(const std::string& key) const {
+    return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+bool Change::concernsProblem() const {
+    return std::any_of(keys.begin(), keys.end(),
+                       [](const std::string& key) { return key != "penalty"; });
+}
+
+std::string Change::summary() const {
+    std::string text;
+    for (const auto& key : keys) text += (text.empty() ? "" : ", ") + key;
+    if (restart) text += text.empty() ? "restart" : ", restart";
+    return text;
+}
+
+std::vector<int> allLoadCases(const Scene& scene) {
+    std::vector<int> cases(static_cast<std::size_t>(scene.loadCases));
+    std::iota(cases.begin(), cases.end(), 0);
+    return cases;
+}

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "format/area.h"
+#include "format/field.h"
+#include "format/range.h"
+
+/// A force on the nodes of a rectangle. fx and fy are the total; the nodes share it equally.
+/// Positive fx points right, positive fy points down.
+struct Load {
+    Range x;
+    Range y;
+    double fx = 0;
+    double fy = 0;
+    int loadCase = 0;
+
+    bool operator==(const Load&) const = default;
+};
+
+/// The nodes of a rectangle, held in x, in y or in both directions.
+struct Support {
+    Range x;
+    Range y;
+    bool fixX = false;
+    bool fixY = false;
+
+    bool operator==(const Support&) const = default;
+};
+
+/// What acts on a plate, and what is asked of its design: what a timeline can change. Each member
+/// has an entry in setting_keys.cpp.
+struct Settings {
+    std::vector<Load> loads;
+    std::vector<Support> supports;
+    double volumeFraction = 0;  ///< 0 when a scene does not say
+    double penalty = 3;
+    PassiveAreas passive;
+    Area blob;
+    std::vector<int> loadCasesInUse;  ///< ascending
+
+    bool operator==(const Settings&) const = default;
+};
+
+/// A new start of the optimiser, in the middle of a run.
+struct Restart {
+    bool keepsDesign = false;
+    int subdivision = 1;  ///< of the design that starts afresh, like meshFactor
+    int meshFactor = 1;
+
+    bool operator==(const Restart&) const = default;
+};
+
+/// What changes before an iteration.
+struct Change {
+    int iteration = 1;
+    Settings settings;              ///< the new values of the settings that `keys` names
+    std::vector<std::string> keys;  ///< keys of the scene file, none but those of settings
+    std::optional<Restart> restart;
+
+    /// Whether it replaces the setting of this key.
+    bool has(const std::string& key) const;
+    /// Whether it replaces more than the penalty, which the library is told at each iteration.
+    bool concernsProblem() const;
+    /// The keys of the scene file that it consists of, for people.
+    std::string summary() const;
+
+    bool operator==(const Change&) const = default;
+};
+
+/// A plate with its settings, as a scene file describes it. Node (x, y) is the top left corner of
+/// element (x, y); nodes run from 0 to width and from 0 to height inclusive.
+struct Scene : Settings {
+    static constexpr int MAX_SIDE = 1000;  ///< elements in x and in y
+    static constexpr int MAX_LOAD_CASES = 64;
+    static constexpr std::size_t MAX_TITLE = 200;
+    static constexpr double MAX_NODES = 4e6;  ///< of all loads or all supports, each on its own
+    static constexpr double MAX_FORCE = 1e6;  ///< magnitude of fx and of fy
+    static constexpr double MIN_VOLUME_FRACTION = 0.01;
+    static constexpr double MAX_PENALTY = 10;
+    static constexpr int MAX_REFINEMENT = 16;  ///< of subdivision and of meshFactor
+    /// Cells per edge of an element in a design that is read.
+    static constexpr int MAX_DESIGN_REFINEMENT = MAX_REFINEMENT * MAX_REFINEMENT;
+    static constexpr int MAX_DESIGN_CELLS = 1000000;  ///< of the grid divided by subdivision
+    static constexpr int MAX_PICTURE_CELLS = 4000000;
+    static constexpr int MAX_FINE_SIDE = 32000;  ///< cells of design and picture in x and in y
+    static constexpr int MAX_ITERATIONS = 1000000;
+    static constexpr int MAX_CHANGES = 1000;
+
+    std::string title;  ///< the file's name without extension when the scene has none
+    std::string description;
+    int width = 0;   ///< elements in x
+    int height = 0;  ///< elements in y
+    int loadCases = 1;
+    /// Of a score: 0 (void) to 1 (solid) for each element, or for a whole number of cells per edge
+    /// of an element.
+    std::optional<Field> densities;
+    int subdivision = 1;  ///< cells of the design per edge of an element
+    int meshFactor = 1;   ///< cells of the picture per edge of a cell of the design
+    int iterations = 100;
+    std::vector<Change> timeline;              ///< by ascending iteration
+    std::vector<std::filesystem::path> files;  ///< the scene file and the images it refers to
+
+    /// Cells of the picture per edge of an element.
+    int refinement() const { return subdivision * meshFactor; }
+
+    bool operator==(const Scene&) const = default;
+};
+
+/// Every load case: 0, 1 and so on.
+std::vector<int> allLoadCases(const Scene& scene);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "format/scene.h"
+
+/// Read the densities of a design from a file, 0 (void) to 1 (solid), row by row: width * height
+/// elements, times the same whole number up to Scene::MAX_DESIGN_REFINEMENT in both directions.
+/// They throw InputError. A host without one of them refuses scenes that need it.
+struct DesignReaders {
+    using Reader = std::function<Field(const std::filesystem::path& file, int width, int height)>;
+
+    Reader png;
+    Reader csv;
+};
+
+/// Reads and checks the text of a scene. `file` names it in errors, and the files of its densities
+/// are looked for beside it. Throws InputError naming the file, the key, the value found and the
+/// values allowed.
+Scene parseScene(const std::string& text, const std::filesystem::path& file,
+                 const DesignReaders& readers);
+
+/// Whether a scene file has comments, which no Scene knows of. False when it cannot be read.
+bool hasComments(const std::filesystem::path& file);
+
+/// Throws InputError unless the scene has what a score or an optimisation needs.
+void requireScore(const Scene& scene);
+void requireOptimisation(const Scene& scene);

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "format/scene.h"
+
+/// Makes a change of the timeline in a scene. A restart only changes the detail here: the optimiser
+/// has to be restarted as well.
+void apply(const Change& change, Scene& scene);

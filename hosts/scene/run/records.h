@@ -1,0 +1,22 @@
+#pragma once
+
+#include <vector>
+
+#include "format/scene.h"
+
+/// The library's records of five floats each, one for each node of a load. Forces are divided by
+/// `forceUnit`.
+std::vector<float> loadRecords(const Settings& settings, double forceUnit = 1);
+
+/// The largest force of a scene and its timeline, as the unit of what the library is told: some of
+/// its thresholds suit forces of about 1. It is 1 when there is no force.
+double forceUnit(const Scene& scene);
+
+/// The library's records of five floats each, one for each held direction of each node.
+std::vector<float> supportRecords(const Settings& settings);
+
+/// The library's records of a list of elements: a count, and then x and y of each.
+std::vector<short> cellRecords(const Area& area);
+
+/// The library's records: the three counts, and then the elements of each kind.
+std::vector<short> passiveRecords(const PassiveAreas& passive);
