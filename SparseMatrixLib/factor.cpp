@@ -1,5 +1,6 @@
 #include "factor.h"
 
+#include <cblas.h>
 #include <sys/mman.h>
 
 #include <new>
@@ -30,17 +31,21 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
     return false;
 }
 
-// OpenBLAS maps this much at its first use, and where it is refused it tries again for ever.
+// OpenBLAS maps this much at its first use and keeps it, but where it is refused, OpenBLAS tries again
+// for ever. So OpenBLAS has to map its buffer before CHOLMOD takes the room.
 constexpr size_t BLAS_BUFFER_SIZE = size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
 
-void requireBlasBuffer() {
-    static bool found = false;
-    if (found) return;
+void takeBlasBuffer() {
+    static bool taken = false;
+    if (taken) return;
     void* const buffer =
         mmap(nullptr, BLAS_BUFFER_SIZE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (buffer == MAP_FAILED) throw std::bad_alloc();
     munmap(buffer, BLAS_BUFFER_SIZE);
-    found = true;
+    const double one = 1.0;
+    double product = 0.0;
+    cblas_dsyrk(CblasColMajor, CblasLower, CblasNoTrans, 1, 1, 1.0, &one, 1, 0.0, &product, 1);
+    taken = true;
 }
 
 Factor factorizeOnce(const SparseMatrix& A) {
@@ -57,8 +62,8 @@ Factor SparseMatrix::analyze() const {
 }
 
 void Factor::factorize(const SparseMatrix& A) {
-    requireBlasBuffer();
     const SingleThreadedCholmod guard;
+    takeBlasBuffer();
     cholmod_common* common = ConfigSingleton::getCommonPtr();
     cholmod_factorize(A.sparse.get(), factor.get(), common);
     // By its defaults CHOLMOD factorises small matrices into LDL', where a negative pivot is no

@@ -1,5 +1,13 @@
 #include "single_threaded_cholmod.h"
 
+#ifdef VOXAM_BLAS_EMBEDDED
+
+// Linked in, neither CHOLMOD nor the BLAS has threads, and those of a host's BLAS are the host's.
+kmat::SingleThreadedCholmod::SingleThreadedCholmod() = default;
+kmat::SingleThreadedCholmod::~SingleThreadedCholmod() = default;
+
+#else
+
 extern "C" {
 // Null when the BLAS is not OpenBLAS.
 [[gnu::weak]] int openblas_get_num_threads();
@@ -49,3 +57,5 @@ SingleThreadedCholmod::~SingleThreadedCholmod() {
 }
 
 }  // namespace kmat
+
+#endif

@@ -17,9 +17,9 @@ public:
     SingleThreadedCholmod& operator=(const SingleThreadedCholmod&) = delete;
 
 private:
-    int hostsActiveLevels;  ///< of OpenMP's nested regions
-    int hostsOmpThreads;
-    int hostsBlasThreads;
+    int hostsActiveLevels = 0;  ///< of OpenMP's nested regions
+    int hostsOmpThreads = 0;
+    int hostsBlasThreads = 0;
 };
 
 }  // namespace kmat

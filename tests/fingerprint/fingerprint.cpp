@@ -1,8 +1,11 @@
 // Prints a hash of everything that whole runs hand to a host: one line for each run. Two builds of
-// the library whose lines agree gave the same bits.
+// the library whose lines agree gave the same bits. With two libraries it compares numbers instead,
+// for builds with different BLAS: it prints how far they are apart, and fails if that is too far.
 //
-//     voxam_fingerprint LIBRARY
+//     voxam_fingerprint LIBRARY [OTHER_LIBRARY]
+#include <algorithm>
 #include <cinttypes>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -69,13 +72,42 @@ void edit(const Run& run, test::Settings& settings) {
     if (run.blob) settings.blob = {2, 1, 1, 2, 1};
 }
 
-uint64_t fingerprint(const Library& library, const Run& run, int restartId) {
+// What a host gets, in the order in which it gets it.
+class Results {
+public:
+    void addObjective(double value) {
+        hash.add(value);
+        objectives.push_back(value);
+    }
+    void addChange(double value) {
+        hash.add(value);
+        fields.push_back(value);
+    }
+    void addField(const std::vector<float>& field) {
+        for (const float value : field) hash.add(value);
+        fields.insert(fields.end(), field.begin(), field.end());
+    }
+    void addText(const std::string& text) {
+        hash.add(text);
+        texts.push_back(text);
+    }
+    void addMask(const std::vector<int>& mask) {
+        for (const int value : mask) hash.add(value);
+    }
+
+    Hash hash;
+    std::vector<double> objectives;  ///< compliances and scores
+    std::vector<double> fields;      ///< what lies between 0 and 1, and energies
+    std::vector<std::string> texts;
+};
+
+Results resultsOf(const Library& library, const Run& run, int restartId) {
     const auto& [nelx, nely, subdivision, meshFactor] = run.plate;
     const int refinement = subdivision * meshFactor;
     std::vector<float> picture(static_cast<size_t>(nelx) * nely * refinement * refinement);
     std::vector<int> mask(static_cast<size_t>(nelx) * nely);
     test::Settings settings = settingsOf(run);
-    Hash hash;
+    Results results;
     library.create(nelx, nely, subdivision, meshFactor, 0.5F, run.twoLoadCases ? 2 : 1, restartId);
     send(library, settings);
     for (int i = 0; i < run.iterations; ++i) {
@@ -85,25 +117,26 @@ uint64_t fingerprint(const Library& library, const Run& run, int restartId) {
         }
         char text[64];
         double change = 0.0;
-        hash.add(run.blob ? library.iterateWithBlob(sizeof text, text, picture.data(), &change,
-                                                    nullptr, mask.data(), run.penalty)
-                          : library.iterate(sizeof text, text, picture.data(), &change, nullptr,
-                                            run.penalty));
-        hash.add(change);
-        hash.add(std::string(text));
-        for (const float value : picture) hash.add(value);
-        for (const int value : mask) hash.add(value);
+        results.addObjective(run.blob ? library.iterateWithBlob(sizeof text, text, picture.data(),
+                                                                &change, nullptr, mask.data(),
+                                                                run.penalty)
+                                      : library.iterate(sizeof text, text, picture.data(), &change,
+                                                        nullptr, run.penalty));
+        results.addChange(change);
+        results.addText(text);
+        results.addField(picture);
+        results.addMask(mask);
     }
-    return hash.value();
+    return results;
 }
 
-uint64_t gameFingerprint(const Library& library, int nelx, int nely, bool held) {
+Results gameResults(const Library& library, int nelx, int nely, bool held) {
     test::Settings settings = test::cantilever(nelx, nely);
     settings.loads.add(static_cast<float>(nelx), 0, 0.3F, -0.7F, 1);
     const int supports = held ? settings.supports.count() : 1;
     library.createGame(nelx, nely, 1, 1, settings.loads.count(), settings.loads.data(), supports,
                        settings.supports.data(), 2);
-    Hash hash;
+    Results results;
     test::Random random;
     std::vector<float> densities(static_cast<size_t>(nelx) * nely);
     std::vector<float> energies(densities.size());
@@ -111,10 +144,10 @@ uint64_t gameFingerprint(const Library& library, int nelx, int nely, bool held) 
         for (float& density : densities) {
             density = design == 0 ? 1.0F : static_cast<float>(random.number(0.0, 1.0));
         }
-        hash.add(library.solve(densities.data(), energies.data()));
-        for (const float energy : energies) hash.add(energy);
+        results.addObjective(library.solve(densities.data(), energies.data()));
+        results.addField(energies);
     }
-    return hash.value();
+    return results;
 }
 
 std::vector<Run> allRuns() {
@@ -132,31 +165,92 @@ std::vector<Run> allRuns() {
     return runs;
 }
 
-void printAll(const Library& library) {
+std::string nameOf(const Run& run) {
+    const auto& [nelx, nely, subdivision, meshFactor] = run.plate;
+    return std::to_string(nelx) + "x" + std::to_string(nely) + " (" + std::to_string(subdivision) +
+           ", " + std::to_string(meshFactor) + ")" + (run.passive ? " passive" : "") +
+           (run.blob ? " blob" : "") + (run.twoLoadCases ? " two-cases" : "") +
+           (run.editedMidway ? " edited" : "");
+}
+
+// Calls `use` with the name of each run and a function that makes the results of a library.
+template <typename Use>
+void forAll(const Use& use) {
     int restartId = 1;
     for (const Run& run : allRuns()) {
-        std::printf("%dx%d (%d, %d)%s%s%s%s: %016" PRIx64 "\n", run.plate.nelx, run.plate.nely,
-                    run.plate.subdivision, run.plate.meshFactor, run.passive ? " passive" : "",
-                    run.blob ? " blob" : "", run.twoLoadCases ? " two-cases" : "",
-                    run.editedMidway ? " edited" : "", fingerprint(library, run, restartId++));
+        use(nameOf(run),
+            [&](const Library& library) { return resultsOf(library, run, restartId); });
+        ++restartId;
     }
     for (const auto& [nelx, nely] : {std::pair{3, 2}, {12, 8}, {40, 30}, {70, 20}}) {
         for (const bool held : {true, false}) {
-            std::printf("game %dx%d %s: %016" PRIx64 "\n", nelx, nely, held ? "held" : "free",
-                        gameFingerprint(library, nelx, nely, held));
+            use("game " + std::to_string(nelx) + "x" + std::to_string(nely) +
+                    (held ? " held" : " free"),
+                [&, nelx = nelx, nely = nely](const Library& library) {
+                    return gameResults(library, nelx, nely, held);
+                });
         }
     }
+}
+
+void printHashes(const Library& library) {
+    forAll([&](const std::string& name, const auto& results) {
+        std::printf("%s: %016" PRIx64 "\n", name.c_str(), results(library).hash.value());
+    });
+}
+
+// The largest difference of two numbers, relative to those that are larger than 1. NaN counts as
+// infinitely far from everything but NaN.
+double distance(const std::vector<double>& a, const std::vector<double>& b) {
+    if (a.size() != b.size()) return INFINITY;
+    double largest = 0.0;
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (a[i] == b[i] || (std::isnan(a[i]) && std::isnan(b[i]))) continue;
+        const double difference =
+            std::fabs(a[i] - b[i]) / std::max({1.0, std::fabs(a[i]), std::fabs(b[i])});
+        largest = difference <= largest ? largest : std::isnan(difference) ? INFINITY : difference;
+    }
+    return largest;
+}
+
+// Two BLAS differ in the last bits of a displacement. Over the iterations of a run the optimiser
+// makes more of it, and so do the steep projection and the rounding to float of a picture.
+constexpr double OBJECTIVE_TOLERANCE = 1e-8;
+constexpr double FIELD_TOLERANCE = 1e-5;
+
+bool compare(const Library& library, const Library& other) {
+    bool alike = true;
+    double objectives = 0.0;
+    double fields = 0.0;
+    forAll([&](const std::string& name, const auto& results) {
+        const Results a = results(library);
+        const Results b = results(other);
+        const double objective = distance(a.objectives, b.objectives);
+        const double field = distance(a.fields, b.fields);
+        objectives = std::max(objectives, objective);
+        fields = std::max(fields, field);
+        if (objective <= OBJECTIVE_TOLERANCE && field <= FIELD_TOLERANCE && a.texts == b.texts) {
+            return;
+        }
+        std::printf("%s: compliances differ by %.2g, pictures by %.2g, texts %s\n", name.c_str(),
+                    objective, field, a.texts == b.texts ? "agree" : "differ");
+        alike = false;
+    });
+    std::printf("largest differences: compliances %.2g, pictures %.2g\n", objectives, fields);
+    return alike;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "Usage: %s LIBRARY\n", argv[0]);
+    if (argc != 2 && argc != 3) {
+        std::fprintf(stderr, "Usage: %s LIBRARY [OTHER_LIBRARY]\n", argv[0]);
         return 2;
     }
     try {
-        printAll(Library(argv[1]));
+        const Library library(argv[1]);
+        if (argc == 3) return compare(library, Library(argv[2])) ? 0 : 1;
+        printHashes(library);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -1,0 +1,39 @@
+/*
+ * What OpenBLAS refers to when its archive is linked into the library, under the names that
+ * cmake/EmbeddedBlas.cmake gives to it.
+ *
+ * OpenBLAS chooses its kernels by the model of the processor. For models that are newer than itself
+ * it may fall back to kernels of 2004, with a quarter of the speed. What a processor can do is
+ * known without its model, so the answer is put where OpenBLAS looks for the user's own choice: the
+ * variable OPENBLAS_CORETYPE. The environment of the process stays as it is.
+ */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#pragma GCC visibility push(hidden)
+
+/* Set before OpenBLAS's own constructor, which may report a problem. */
+FILE* voxam_blas_stderr;
+
+__attribute__((constructor(101))) static void setStream(void) { voxam_blas_stderr = stderr; }
+
+/* Null leaves the choice to OpenBLAS. */
+static const char* bestKernels(void) {
+#ifdef __x86_64__
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+        __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl")) {
+        return "SkylakeX";
+    }
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return "Haswell";
+#endif
+    return NULL;
+}
+
+/* What OpenBLAS calls instead of getenv(). */
+const char* voxam_blas_getenv(const char* name) {
+    const char* const value = getenv(name);
+    if (value || strcmp(name, "OPENBLAS_CORETYPE") != 0) return value;
+    return bestKernels();
+}
