@@ -27,6 +27,10 @@ Equilibrium::Equilibrium(unsigned nelx, unsigned nely, unsigned subdivision, int
     }
 }
 
+double Equilibrium::truncatedDof(unsigned node, float direction) {
+    return 2.0 * node + std::trunc(direction);
+}
+
 bool Equilibrium::locateRecords(HeldDof heldDof) {
     heldDofs.clear();
     for (const auto& support : supports) {

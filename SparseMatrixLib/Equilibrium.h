@@ -1,4 +1,4 @@
-// The linear-elastic equilibrium of a plate, K u = f, as both solvers set it up and solve it.
+// The linear-elastic equilibrium of a plate, K u = f, as all solvers set it up and solve it.
 #pragma once
 
 #include <memory>
@@ -22,6 +22,9 @@ struct Equilibrium {
     /// How a solver reads the direction of a support: the degree of freedom that a support at
     /// `node` holds, or a number outside the system when it holds none.
     using HeldDof = double (*)(unsigned node, float direction);
+
+    /// Truncates the direction towards zero: 0.9 and -0.5 hold x, 1.7 holds y.
+    static double truncatedDof(unsigned node, float direction);
 
     /// What a support does to the stiffness on the diagonal (penalty method).
     enum class SupportStiffness { REPLACES, ADDS };
@@ -62,6 +65,9 @@ struct Equilibrium {
     /// Solves one load case into U. On failure returns false, and U keeps its values.
     bool solveLoadCase(int loadCase);
 
+    /// The number of the node of a located record.
+    unsigned nodeOf(const TopologyOptimizationComponentData& record) const;
+
     unsigned nelx;
     unsigned nely;
     unsigned nodesX;
@@ -81,5 +87,4 @@ struct Equilibrium {
 private:
     bool isOnGrid(const TopologyOptimizationComponentData& record) const;
     bool isValidLoad(const TopologyOptimizationComponentData& load) const;
-    unsigned nodeOf(const TopologyOptimizationComponentData& record) const;
 };

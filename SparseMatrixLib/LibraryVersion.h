@@ -2,6 +2,6 @@
 
 #include "voxam.h"
 
-/// Version of the library, as the banners print it. Plain characters: a host may create a solver in
+/// What the banners print. Plain characters: a host may create a solver in
 /// an exit handler, when objects with a destructor are gone.
-inline constexpr char libVersion[] = VOXAM_VERSION;
+inline constexpr char libVersion[] = VOXAM_BANNER_VERSION;

@@ -13,9 +13,6 @@ using kmat::DenseMatrix;
 
 namespace {
 
-// The direction is truncated towards zero: 0.9 and -0.5 hold x, 1.7 holds y.
-double truncatedDof(unsigned node, float direction) { return 2.0 * node + std::trunc(direction); }
-
 bool isFinite(float value) { return std::isfinite(value); }
 
 unsigned notNegative(int size) { return static_cast<unsigned>(std::max(size, 0)); }
@@ -49,7 +46,7 @@ bool SolverGame::solveStateCHOL(const float* densities) {
     if (!densities || !std::all_of(densities, densities + nelem, isFinite)) return false;
     // The factorisation of a plate that can move often succeeds by round-off, and yields a
     // plausible score: so the supports themselves decide.
-    if (!equilibrium.locateRecords(truncatedDof) || !equilibrium.isHeldAsRigidBody()) return false;
+    if (!equilibrium.locateRecords(Equilibrium::truncatedDof) || !equilibrium.isHeldAsRigidBody()) return false;
     equilibrium.addLoads();
 
     // 2. Stiffness, with the supports added.

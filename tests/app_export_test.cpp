@@ -31,7 +31,7 @@ const float NOT_A_NUMBER = std::nanf("");
 using Change = std::function<void(Settings&)>;
 
 TEST(AppExportTest, PrintsTheBannerOnce) {
-    EXPECT_EQ(FirstAppCalls::output, "VoxamApp386 lib version " VOXAM_VERSION "\n");
+    EXPECT_EQ(FirstAppCalls::output, "VoxamApp386 lib version " VOXAM_BANNER_VERSION "\n");
 }
 
 // What makes a record invalid is tested with the equilibrium.

@@ -1,6 +1,6 @@
 /*
- * A host in plain C: optimises a cantilever, moves a hole through it, and checks that the results
- * make sense.
+ * A host in plain C: optimises a cantilever, moves a hole through it, analyses the solid plate, and
+ * checks that the results make sense.
  */
 #include <math.h>
 #include <stdio.h>
@@ -33,6 +33,17 @@ static void update(short blobCount) {
     _UpdateVoxamApp(1, load, SUPPORTS, supports[0], 0.4F, NULL, 1, &loadCase, blob);
 }
 
+static int analyse(double* compliance) {
+    const float load[5] = {NELX, NELY / 2, 0, 1, 0};
+    static double moduli[ELEMENTS];
+    int status = 0;
+    for (int e = 0; e < ELEMENTS; ++e) moduli[e] = 1;
+    _InitVoxamAnalysis(NELX, NELY, 1, load, SUPPORTS, supports[0], 1);
+    status = _SolveVoxamAnalysis(moduli, sizeof text, text, compliance, NULL, NULL, NULL, NULL);
+    _DestroyVoxamAnalysis();
+    return status;
+}
+
 int main(void) {
     double first = 0, last = 0, change = -1, material = 0;
     RuntimeStat stat;
@@ -63,5 +74,10 @@ int main(void) {
     _DestroyVoxamApp();
     if (_IterateVoxamApp(sizeof text, text, picture, NULL, NULL, 3) != -1)
         return fail("the optimiser is still there");
+
+    text[0] = 'x';
+    if (analyse(&first) != VOXAM_ANALYSIS_SOLVED || text[0] != '\0')
+        return fail("the analysis failed");
+    if (!(first > 0 && first < last)) return fail("a solid plate is not the stiffest");
     return 0;
 }

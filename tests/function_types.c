@@ -9,4 +9,7 @@ const DestroyVoxamApp DESTROY_APP = _DestroyVoxamApp;
 const InitVoxamGame INIT_GAME = _InitVoxamGame;
 const SolveVoxamGame SOLVE_GAME = _SolveVoxamGame;
 const DestroyVoxamGame DESTROY_GAME = _DestroyVoxamGame;
+const InitVoxamAnalysis INIT_ANALYSIS = _InitVoxamAnalysis;
+const SolveVoxamAnalysis SOLVE_ANALYSIS = _SolveVoxamAnalysis;
+const DestroyVoxamAnalysis DESTROY_ANALYSIS = _DestroyVoxamAnalysis;
 const VoxamPerformanceTest PERFORMANCE_TEST = _VoxamPerformanceTest;

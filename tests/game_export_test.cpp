@@ -51,7 +51,7 @@ double solve(float value) {
 }
 
 TEST(GameExportTest, PrintsTheBannerOnce) {
-    EXPECT_EQ(FirstCalls::output, "VoxamApp386Game lib version " VOXAM_VERSION "\n");
+    EXPECT_EQ(FirstCalls::output, "VoxamApp386Game lib version " VOXAM_BANNER_VERSION "\n");
 }
 
 TEST(GameExportTest, PrintsOfRecordsTheTitleAloneAlsoWithoutASolver) {

@@ -19,4 +19,12 @@ typedef void (*InitVoxamGame)(int nelx, int nely, int ndopt, int ndvis, int load
 typedef double (*SolveVoxamGame)(const float* densities, float* elementValues);
 typedef void (*DestroyVoxamGame)(void);
 
+typedef void (*InitVoxamAnalysis)(int nelx, int nely, int loadCount, const float* loadData,
+                                  int supportCount, const float* supportData,
+                                  int numberOfLoadCases);
+typedef int (*SolveVoxamAnalysis)(const double* moduli, int messageLength, char* messageBuffer,
+                                  double* compliances, double* displacements, double* energies,
+                                  double* stresses, unsigned char* looseElements);
+typedef void (*DestroyVoxamAnalysis)(void);
+
 typedef void (*VoxamPerformanceTest)(void);
