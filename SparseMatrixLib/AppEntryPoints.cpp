@@ -10,7 +10,7 @@
 
 namespace {
 
-// Deliberately never destroyed: a host may call in an exit handler.
+// Never destroyed: a host may call in an exit handler.
 std::unique_ptr<SolverApp>& solverApp = *new std::unique_ptr<SolverApp>;
 
 // The last creation, also when its optimiser is gone. While the width is 0 no banner was printed.

@@ -106,8 +106,8 @@ void Blob::restart(const short* blobData, const PassiveBlock& passive) {
     equivalentCircleMoI();
     interfaceSizeOfEquivalentCircle(passive);
 
-    // The limit counts elements that leave and elements that join: about a tenth of the interface of
-    // a disc of the blob's area leaves it in a step.
+    // The limit counts elements that leave and elements that join: about a tenth of the interface
+    // of a disc of the blob's area leaves it in a step.
     blobMoveLimitLarge = 0.0;
     blobMoveLimit = 2.0 * std::round(circleInterfaceSize * 0.2 * 0.5);
     blobMoveLimitMax = blobMoveLimit;

@@ -6,9 +6,10 @@
 #include "PassiveBlock.h"
 #include "dense_matrix.h"
 
-/// The blob: a region of the coarse grid that stays empty. As long as there are elements to join, it
-/// keeps its size. Each step moves some elements of its boundary from where material is useful to
-/// where it is least useful. Vectors have one value per coarse element, counted column by column.
+/// The blob: a region of the coarse grid that stays empty. As long as there are elements to join,
+/// it keeps its size. Each step moves some elements of its boundary from where material is useful
+/// to where it is least useful. Vectors have one value per coarse element, counted column by
+/// column.
 struct Blob {
     /// What has an interface: the blob, or the disc of the blob's area.
     enum class Shape { BLOB, CIRCLE };
@@ -20,9 +21,9 @@ struct Blob {
     /// Builds the filter that smooths the masks.
     void setFilterMatBlob();
 
-    /// Replaces the blob by the host's, measures it, and forgets the steps so far. `blobData` holds a
-    /// count and then that many pairs (x, y); elements outside the grid are ignored. Null, or a count
-    /// below 1, means no blob. Allocates nothing.
+    /// Replaces the blob by the host's, measures it, and forgets the steps so far. `blobData` holds
+    /// a count and then that many pairs (x, y); elements outside the grid are ignored. Null, or a
+    /// count below 1, means no blob. Allocates nothing.
     void restart(const short* blobData, const PassiveBlock& passive);
 
     /// Applies the sensitivity filter to blobSensitivity, with the blob's complement in the role of
@@ -31,7 +32,8 @@ struct Blob {
 
     /// Smooths the mask of the blob or of the disc.
     void filterBlobDensities(Shape shape);
-    /// Marks the elements at the boundary of the blob, without passive ones, or at that of the disc.
+    /// Marks the elements at the boundary of the blob, without passive ones, or at that of the
+    /// disc.
     void findBlobInterface(Shape shape, const PassiveBlock& passive);
 
     /// Adapts the number of elements that may move per step to the course of the compliance.

@@ -16,15 +16,15 @@ struct ConeFilter {
 
     /// Gives the first `count` cells the largest of their row sums for a normaliser, at least 1e-8.
     ///
-    /// Deliberate: with one fine cell per coarse element this makes the normaliser one constant, so
-    /// that cells near the border receive less than full weight.
+    /// With one fine cell per coarse element this makes the normaliser one constant, so that cells
+    /// near the border receive less than full weight. Every design depends on it.
     void applyMaximumRule(unsigned count);
 
     /// filtered = (weights * field) / normaliser. The two fields have one value per cell.
     void apply(const kmat::DenseMatrix& field, kmat::DenseMatrix& filtered) const;
 
-    /// spread = weights * (field / normaliser), the transposed filter. `share` receives the quotient:
-    /// it is the caller's, so that nothing is allocated.
+    /// spread = weights * (field / normaliser), the transposed filter. `share` receives the
+    /// quotient: it is the caller's, so that nothing is allocated.
     void applyTransposed(const kmat::DenseMatrix& field, kmat::DenseMatrix& share,
                          kmat::DenseMatrix& spread) const;
 

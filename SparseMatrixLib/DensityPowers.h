@@ -6,8 +6,8 @@
 #include "dense_matrix.h"
 
 /// The powers of the densities that SIMP interpolation asks for: the stiffness rises with
-/// rho ^ penalty, and its derivative with rho ^ (penalty - 1). Computed once for a design, they serve
-/// the assembly, the compliance and the sensitivities.
+/// rho ^ penalty, and its derivative with rho ^ (penalty - 1). Computed once for a design, they
+/// serve the assembly, the compliance and the sensitivities.
 struct DensityPowers {
     explicit DensityPowers(unsigned cells) : power(cells), powerLessOne(cells) {}
 

@@ -75,7 +75,7 @@ void fillAtPoint(double xi, double eta, double* block) {
 }
 
 // One-point rule in each sub-square, weighted with its area in natural coordinates, 4 / n^2.
-// Deliberately not exact: the blocks sum to the midpoint rule.
+// The blocks sum to the midpoint rule, which is softer than the exact matrix.
 void fillSubSquares(int n, double* blocks) {
     const float side = 2.0F / static_cast<float>(n);
     const double h = side;

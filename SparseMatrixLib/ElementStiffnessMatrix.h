@@ -11,9 +11,9 @@ public:
     ///
     /// Returns a new array of subdivisions^2 blocks of 64 doubles, each an 8 x 8 matrix, row by row
     /// (and symmetric), which the caller releases with delete[]. With 1 the block is the element
-    /// matrix, integrated exactly. With n > 1 block i * n + j belongs to the sub-square in row i (y)
-    /// and column j (x), acts on the degrees of freedom of the whole element and is integrated by
-    /// one point in the middle of the sub-square: so the blocks sum to the element matrix only
+    /// matrix, integrated exactly. With n > 1 block i * n + j belongs to the sub-square in row i
+    /// (y) and column j (x), acts on the degrees of freedom of the whole element and is integrated
+    /// by one point in the middle of the sub-square: so the blocks sum to the element matrix only
     /// approximately. With 0 or less the array is left unset. Throws std::bad_alloc.
     static double* createElementStiffnessMatrix(int subdivisions);
 };

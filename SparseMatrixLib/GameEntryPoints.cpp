@@ -8,7 +8,7 @@
 
 namespace {
 
-// Deliberately never destroyed: a host may call in an exit handler.
+// Never destroyed: a host may call in an exit handler.
 std::unique_ptr<SolverGame>& solverGame = *new std::unique_ptr<SolverGame>;
 
 void printBannerOnce() {

@@ -24,9 +24,10 @@ constexpr ElementDofs elementDofs(unsigned x, unsigned y, unsigned nodesY) {
 /// The formula that finds the coarse cell of a fine cell, both numbered column by column; -1 when a
 /// divisor is 0. `fineScale` is subdivision * meshFactor, `height` the coarse cells per column.
 ///
-/// The column divisor deliberately carries the mesh refinement instead of a second subdivision, so
-/// the mapping is exact only when both refinements are equal; with a smaller mesh refinement the
-/// result runs past the coarse grid, and whoever uses it must take such a cell as no cell.
+/// The column divisor carries the mesh refinement instead of a second subdivision, so the mapping
+/// is exact only when both refinements are equal. Hosts know this and rely on the designs that come
+/// of it. With a smaller mesh refinement the result runs past the coarse grid; the caller must take
+/// such a cell as no cell.
 inline int coarseCellOfFineCell(unsigned fineCell, unsigned fineScale, unsigned subdivision,
                                 unsigned height) {
     if (fineScale * height == 0 || subdivision == 0) return -1;

@@ -39,7 +39,7 @@ void PassiveBlock::update(const short* data) {
         for (int k = 0; k < counts[list]; ++k, pair += 2) {
             const int x = pair[0];
             const int y = pair[1];
-            // The first two comparisons are unsigned on purpose: a negative coordinate fails there.
+            // The first two comparisons are unsigned: a negative coordinate fails there.
             // clang-format off
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wsign-compare"

@@ -106,8 +106,8 @@ struct Assembly {
     }
 };
 
-// The blocks are made anew in every iteration and never released, on purpose: an allocator that
-// hands out the same block again would flatter the later iterations. Kept reachable, so that leak
+// The blocks are made anew in every iteration and never released, because an allocator that hands
+// out the same block again would flatter the later iterations. Kept reachable, so that leak
 // checkers stay silent.
 const double* keptForever(const double* blocks) {
     static auto& kept = *new std::vector<const double*>;

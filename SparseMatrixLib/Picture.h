@@ -15,8 +15,8 @@ struct Picture {
     /// Replicates each value of an nx x ny field onto factor x factor cells of `target`. Both are
     /// counted column by column.
     static void map2Mesh(const double* source, int nx, int ny, int factor, double* target);
-    /// Smooths meshRho into meshRhoFiltered by the filter of radius meshRmin, which is the side of a
-    /// fine cell: hence the name, it is not the radius of the design's filter.
+    /// Smooths meshRho into meshRhoFiltered by the filter of radius meshRmin, which is the side of
+    /// a fine cell: hence the name, it is not the radius of the design's filter.
     void densityFilterWithModifiedRadius();
     /// Sharpens meshRhoFiltered by a smoothed Heaviside step.
     void projectHeaviside();

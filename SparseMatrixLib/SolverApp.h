@@ -20,8 +20,8 @@
 
 /// The interactive topology optimiser: the whole state of one design problem on a rectangular plate
 /// of square bilinear elements, advanced one iteration per call. Loads, supports, passive cells and
-/// blob cells are given on the coarse grid of DesignGrids, the design lives on the fine grid and the
-/// picture on the mesh grid. Every vector is a column of doubles, one per cell of its grid.
+/// blob cells are given on the coarse grid of DesignGrids, the design lives on the fine grid and
+/// the picture on the mesh grid. Every vector is a column of doubles, one per cell of its grid.
 ///
 /// The sources follow an iteration: SolverApp.cpp state and construction; ...Settings what the host
 /// changes; ...Iteration the drivers; ...Assembly the stiffness; ...Analysis the state solve,
@@ -70,10 +70,10 @@ public:
     /// error text. The design is kept. Throws std::bad_alloc when memory is short; nothing has
     /// changed then.
     ///
-    /// askedVolumeFraction is what the design moves towards, by at most 5 % per iteration. passiveData
-    /// is a record of PassiveBlock::update() or null. loadCaseIndices holds loadCaseCount indices
-    /// of the load cases in use; duplicates and indices that do not exist are dropped. blobData is a
-    /// record of Blob::restart() or null.
+    /// askedVolumeFraction is what the design moves towards, by at most 5 % per iteration.
+    /// passiveData is a record of PassiveBlock::update() or null. loadCaseIndices holds
+    /// loadCaseCount indices of the load cases in use; duplicates and indices that do not exist are
+    /// dropped. blobData is a record of Blob::restart() or null.
     void updateSettings(const std::vector<TopologyOptimizationComponentData>& loads,
                         const std::vector<TopologyOptimizationComponentData>& supports,
                         float askedVolumeFraction, const short* passiveData, int loadCaseCount,
@@ -139,8 +139,8 @@ public:
 private:
     friend class SolverAppInspector;  // the tests and benchmarks look inside with it
 
-    /// Stiffness floor of void at the start and after each change of settings. A single-precision
-    /// literal here and below is widened on purpose: the widened value is the constant.
+    /// Stiffness floor of void at the start and after each change of settings. The constant is the
+    /// widened value of the single-precision literal, here and below.
     static constexpr double EMIN_START = 0.01F;
 
     /// What is not free, by fine cell: the kind bits, and whether the blob covers it.

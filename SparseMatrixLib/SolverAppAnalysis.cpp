@@ -1,5 +1,5 @@
-// One state solve: forces, stiffness, supports, displacements; then compliance and sensitivities, and
-// the filters of these.
+// One state solve: forces, stiffness, supports, displacements; then compliance and sensitivities,
+// and the filters of these.
 
 #include <algorithm>
 #include <cmath>
@@ -56,8 +56,8 @@ void SolverApp::setObjectivePlusSens() {
     for (int lc : loadCases) addSensitivities(equilibrium.U[lc]);
 }
 
-// The volume's sensitivity is added once for each load case on purpose, like the compliance's: the
-// update asks for the ratio of the two. So it also counts a change of volume once for each.
+// The volume's sensitivity is added once for each load case, like the compliance's, because the
+// update takes the ratio of the two. So it also counts a change of volume once for each.
 void SolverApp::addSensitivities(const DenseMatrix& u) {
     const unsigned subdivision = grids.subdivision;
     const unsigned blocks = subdivision * subdivision;

@@ -6,7 +6,8 @@
 namespace {
 
 // Stiffness floor of a passive void cell. The first assembly takes the single-precision constant,
-// the refills the double one; the slight difference is deliberate.
+// the refills the double one; the slight difference is part of every
+// result with such cells.
 constexpr double VOID_FLOOR_FIRST = 1e-9F;
 constexpr double VOID_FLOOR = 1e-9;
 

@@ -63,11 +63,11 @@ void SolverGame::assemble(const float* densities) {
     equilibrium.fillWithZeros();
     double* const values = equilibrium.K.getValues();
     for (unsigned e = 0; e < nelem; ++e) {
-        // Linear in the density on purpose: the penalisation is the objective's alone.
+        // Linear in the density: only the objective penalises what is partly filled.
         const float Ee = Emin + (E0 - Emin) * densities[e];
         const int* entry = equilibrium.elementEntries[e].data();
         for (const auto& [a, b] : ELEMENT_UPPER_PAIRS) {
-            // Each contribution is rounded to single precision, also on purpose.
+            // Rounded to single precision, or scores would differ from those that hosts keep.
             const double stiffness = equilibrium.KE[ELEMENT_DOFS * a + b];
             values[*entry++] += static_cast<float>(stiffness * Ee);
         }
@@ -96,7 +96,7 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
         for (unsigned x = 0; x < equilibrium.nelx; ++x) {
             const unsigned e = x * equilibrium.nely + y;
             const ElementDofs dof = elementDofs(x, y, equilibrium.nodesY);
-            // Single precision on purpose: the sum is rounded after every term.
+            // Rounded after every term, for the same reason as the stiffness.
             float ce = 0.0F;
             for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
                 for (size_t b = 0; b < ELEMENT_DOFS; ++b) {

@@ -38,8 +38,8 @@ public:
 
 constexpr size_t ELEMENT_NODES = ELEMENT_DOFS / DOFS_PER_NODE;
 
-// Where the entries of an element's pairs of nodes lie. One search finds all four of a pair: the two
-// rows of a node follow each other, and its second column repeats the rows of the first.
+// Where the entries of an element's pairs of nodes lie. One search finds all four of a pair: the
+// two rows of a node follow each other, and its second column repeats the rows of the first.
 class NodePairEntries {
 public:
     NodePairEntries(const kmat::SparseMatrix& pattern, const ElementDofs& dof) {

@@ -19,7 +19,7 @@ class Factor;
 /// its size.
 class DenseMatrix {
 public:
-    /// A rows x cols matrix filled with `value`. A NaN deliberately leaves the storage unwritten,
+    /// A rows x cols matrix filled with `value`. A NaN leaves the storage unwritten,
     /// the cheap way to make a result that is overwritten at once.
     DenseMatrix(unsigned rows, unsigned cols, double value = 0.0);
 
@@ -99,7 +99,7 @@ public:
     void inverse();
 
     /// The sum of the products along the falling diagonals less those along the rising ones. For up
-    /// to 3 x 3 this is the determinant; beyond, deliberately, it is not. 0.0 for an empty
+    /// to 3 x 3 this is the determinant; beyond, the scheme goes on and is not. 0.0 for an empty
     /// matrix, NaN for one with fewer rows than columns; with more rows it makes no sense.
     double determinant() const;
 

@@ -30,7 +30,7 @@ void recordLapackFailure(int info) {
     if (info < 0) {
         KmatException::createKmatException("The " + number + " -th argument had an illegal value");
     } else if (info > 0) {
-        // The minus signs of the pivot's position are deliberate: the text has always had them.
+        // The pivot's position has minus signs, because the text has always had them.
         KmatException::createKmatException("U(" + number + "," + number +
                                            ") is exactly zero. The factor U is exactly singular.");
     }
@@ -101,7 +101,7 @@ double DenseMatrix::determinant() const {
         return a[0] * a[4] * a[8] + a[3] * a[7] * a[2] + a[6] * a[1] * a[5] - a[0] * a[7] * a[5] -
                a[3] * a[1] * a[8] - a[6] * a[4] * a[2];
     }
-    // The scheme of the diagonals, extended beyond 3 x 3 on purpose: not the true determinant.
+    // The scheme of the diagonals goes on beyond 3 x 3, where it is not the determinant.
     double result = 0.0;
     for (unsigned k = 0; k < n; ++k) {
         double P = 1.0;

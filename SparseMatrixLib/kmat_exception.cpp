@@ -4,7 +4,7 @@
 
 namespace kmat {
 
-// Deliberately never destroyed: a host may still solve in an exit handler.
+// Never destroyed: a host may still solve in an exit handler.
 std::unique_ptr<KmatException>& KmatException::lastException = *new std::unique_ptr<KmatException>;
 
 KmatException::KmatException(std::string message) : message(std::move(message)) {}

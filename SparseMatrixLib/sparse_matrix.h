@@ -1,3 +1,5 @@
+// The linear algebra is complete as a layer: matrices have the usual operations, of which the
+// solvers call some.
 #pragma once
 
 #include <iosfwd>
@@ -10,7 +12,7 @@ namespace kmat {
 class Factor;
 class SparseMatrix;
 
-/// Which triangle of a matrix is stored. The values are CHOLMOD's `stype`. Deliberately unscoped:
+/// Which triangle of a matrix is stored. The values are CHOLMOD's `stype`. Unscoped, because
 /// assertion reports quote the bare names.
 enum Symmetry : int {
     SYMMETRIC_LOWER = -1,  ///< symmetric; only entries with row >= column are stored
@@ -103,7 +105,7 @@ public:
     /// After build() it is the stored value, also for the mirror image in a symmetric matrix.
     ///
     /// A position outside the pattern or the matrix yields a scratch value that is reset to 0 on
-    /// each call: what is written there is dropped on purpose, and the pattern never grows.
+    /// each call: what is written there is dropped, and the pattern never grows.
     double& getValue(unsigned row, unsigned column);
 
     /// Makes the triplet list at its initial capacity, if there is none yet, so that a thread that
@@ -245,8 +247,8 @@ private:
 // Algebra of built matrices. Between sparse matrices, operands that are not built or whose sizes do
 // not fit are stopped by assertions; a scaled matrix must be built (assertion). A variant that
 // receives a temporary takes it over: it is empty afterwards, and scaling and negation reuse its
-// storage. When CHOLMOD fails, for want of memory or because a dense operand does not fit, the result
-// has no values, and ConfigSingleton::getLastError() tells why.
+// storage. When CHOLMOD fails, for want of memory or because a dense operand does not fit, the
+// result has no values, and ConfigSingleton::getLastError() tells why.
 
 SparseMatrix operator+(const SparseMatrix& LHS, const SparseMatrix& RHS);
 SparseMatrix operator+(SparseMatrix&& LHS, const SparseMatrix& RHS);

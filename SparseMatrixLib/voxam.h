@@ -153,7 +153,8 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
  *                  is an assertion
  * loadCaseCount    number of entries in loadCaseIndices
  * loadCaseIndices  load cases in use, from 0, read as signed char; those that do not exist are
- *                  ignored. A load of a case not in use has no effect
+ *                  ignored. A valid load of a case that is not in use has no effect; an invalid
+ *                  one makes the iteration fail
  * blobData         elements of the blob: a count c and then c pairs (x, y), 1 + 2 * c shorts; null
  *                  or a count below 1 means no blob. Elements outside the grid are ignored
  */
@@ -178,9 +179,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * Returns the compliance of the design that the iteration started from. When something is wrong
  * with the problem the buffer gets a text, the picture is not touched, and each further iteration
  * repeats the text until _UpdateVoxamApp is called:
- *   "Change load / support"             the plate cannot be solved (a record is invalid, or a
- *                                       larger plate is not held); returns the last compliance,
- *                                       0 if there was none
+ *   "Change load / support"             the plate cannot be solved (a record is invalid, a larger
+ *                                       plate is not held, or memory was too short to solve it);
+ *                                       returns the last compliance, 0 if there was none
  *   "Change load/support"               the displacements are too large: the compliance, the sum of
  *                                       the squared displacements or its ratio to the compliance is
  *                                       above 1e15. The structure is not held, or the forces are
@@ -191,10 +192,10 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *                                       below 1e-10. They act on supports, or the forces are too
  *                                       small (scale them); returns -1.0
  * The compliance may be something else than a number only when the host's own numbers were none or
- * far out of range (a penalty that is not finite, or below 0 with passive void cells; a volume
- * fraction of 0). `change` is always a number.
- * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". A failure such
- * as lack of memory returns -1.0 with its own text.
+ * far out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
+ * volume fraction of 0). `change` is always a number.
+ * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". Another failure,
+ * such as lack of memory outside the solution of the equations, returns -1.0 with its own text.
  */
 VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float* output,
                                   double* change, RuntimeStat* stat, float penalty);

@@ -1,7 +1,7 @@
 // What the first moments of a process take, in milliseconds: "library 60x40" creates an optimiser,
-// sends the settings and iterates once; "floor 60x40" has CHOLMOD alone analyse, factorise and solve
-// once. One measurement is a process, as only the first start in it is cold: its memory comes from
-// the system, its code from the disk's cache.
+// sends the settings and iterates once; "floor 60x40" has CHOLMOD alone analyse, factorise and
+// solve once. One measurement is a process, as only the first start in it is cold: its memory comes
+// from the system, its code from the disk's cache.
 #include <cstdio>
 #include <exception>
 #include <string_view>

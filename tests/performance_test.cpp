@@ -35,7 +35,8 @@ TEST(PerformanceTest, AssemblesThePlate) {
     }
 }
 
-// A line per strategy, and in it a cell per count: the total, which contains the time of the builds.
+// A line per strategy, and in it a cell per count: the total, which contains the time of the
+// builds.
 TEST(PerformanceTest, PrintsATableForEachOfFivePlates) {
     testing::internal::CaptureStdout();
     _VoxamPerformanceTest();

@@ -1,4 +1,5 @@
-// What the program does in terminals, pipes and places that it did not choose, and what it warns of.
+// What the program does in terminals, pipes and places that it did not choose, and what it warns
+// of.
 #include "cli_fixture.h"
 #include "progress.h"
 

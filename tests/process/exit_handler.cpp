@@ -1,6 +1,6 @@
-// Loads the library and first uses it in an exit handler, when whatever the library destroys at exit
-// has gone: a host that ends in the middle of its work. The version that is printed is checked from
-// outside.
+// Loads the library and first uses it in an exit handler, when whatever the library destroys at
+// exit has gone: a host that ends in the middle of its work. The version that is printed is checked
+// from outside.
 //
 //     exit_handler LIBRARY
 #include <cstdio>

@@ -10,7 +10,8 @@
 #include "checks/finding.h"
 #include "format/scene.h"
 
-/// A plate that is clamped at its left edge, with a unit force down at the middle of its right edge.
+/// A plate that is clamped at its left edge, with a unit force down at the middle of its right
+/// edge.
 inline Scene clampedPlate(int width, int height) {
     Scene scene;
     scene.width = width;

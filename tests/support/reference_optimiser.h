@@ -1,5 +1,5 @@
-// The optimiser by the book: dense matrices, each formula once, nothing shared with the library. For
-// small plates and settings without faults.
+// The optimiser by the book: dense matrices, each formula once, nothing shared with the library.
+// For small plates and settings without faults.
 #pragma once
 
 #include <algorithm>

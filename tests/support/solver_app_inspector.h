@@ -1,5 +1,5 @@
-// The optimiser with the members in view that tests and benchmarks set or read between the phases of
-// an iteration. What types of its own hold is tested there.
+// The optimiser with the members in view that tests and benchmarks set or read between the phases
+// of an iteration. What types of its own hold is tested there.
 #pragma once
 
 #include <string>
