@@ -14,7 +14,7 @@
 //         Show(optimiser.Picture);
 //     }
 //
-// There can be one Optimiser and one Game in a process at a time, and for that one copy of this file:
+// There can be one Optimiser, one Analysis and one Game in a process at a time, and for that one copy of this file:
 // where several assemblies need it, let one have it and the others refer to that one. Calls from several threads wait for
 // one another. Wrong arguments are exceptions derived from ArgumentException and change nothing; what
 // only the library can find, such as a plate that nothing holds, is a ProblemException.
@@ -285,7 +285,7 @@ namespace Voxam
                     result.Compliance = Native._IterateVoxamApp(
                         TextLength, text, Picture, ref result.Change, ref result.Times, penalty);
                 }
-                problem = text[0] == 0 ? null : Advice(TextOfLibrary());
+                problem = text[0] == 0 ? null : Advice(Native.TextOf(text));
             }
             return problem == null;
         }
@@ -351,12 +351,6 @@ namespace Voxam
             sent.Blob = plate.Cells((nameof(Settings.Blob), mask));
         }
 
-        private string TextOfLibrary()
-        {
-            int length = Array.IndexOf(text, (byte)0);
-            return Encoding.UTF8.GetString(text, 0, length < 0 ? text.Length : length);
-        }
-
         private string Advice(string found)
         {
             switch (found)
@@ -410,6 +404,151 @@ namespace Voxam
             public sbyte[] LoadCases;  // char is signed for the library
 
             public bool HaveCells => Passive.Length > 3 || Blob.Length > 1;
+        }
+    }
+
+    /// <summary>
+    /// Computes what a design is worth, in double precision and accurately for any slenderness: the
+    /// compliance, the displacements, the energies and the stresses. All results are arrays of this
+    /// object, into which the next TrySolve writes.
+    /// </summary>
+    public sealed class Analysis : IDisposable
+    {
+        private const int OutOfMemory = 5;  // the number in voxam.h
+        private const int LoosePart = 1;    // the last number with results
+
+        private static readonly Living<Analysis> living = new Living<Analysis>();
+
+        private readonly Plate plate;
+        private readonly double[] moduliColumns;  // the library counts elements column by column
+        private readonly double[] displacementColumns;
+        private readonly double[] energyColumns;
+        private readonly double[] stressColumns;
+        private readonly byte[] looseColumns;
+        private readonly byte[] text = new byte[256];
+
+        /// <summary>Takes a plate of width x height elements.</summary>
+        public Analysis(int width, int height, IReadOnlyList<Load> loads,
+                        IReadOnlyList<Support> supports, int loadCases = 1)
+        {
+            plate = new Plate(width, height, loadCases);
+            float[] loadRecords = plate.RecordsOf(loads);
+            float[] supportRecords = plate.RecordsOf(supports);
+            plate.CheckMemory(plate.MemoryOfAnalysis(), "");
+            try
+            {
+                int nodes = checked((width + 1) * (height + 1) * loadCases);
+                int elements = checked(plate.Elements * loadCases);
+                moduliColumns = new double[plate.Elements];
+                looseColumns = new byte[plate.Elements];
+                displacementColumns = new double[checked(2 * nodes)];
+                energyColumns = new double[elements];
+                stressColumns = new double[checked(3 * elements)];
+                Loose = new bool[plate.Elements];
+                Compliances = new double[loadCases];
+                Displacements = new double[displacementColumns.Length];
+                Energies = new double[elements];
+                Stresses = new double[stressColumns.Length];
+            }
+            catch (Exception cause) when (cause is OutOfMemoryException || cause is OverflowException)
+            {
+                throw TooLarge();
+            }
+            lock (Native.Gate)
+            {
+                living.Claim(this, Native._DestroyVoxamAnalysis);
+                Native._InitVoxamAnalysis(width, height, loadRecords.Length / Plate.Record,
+                                          loadRecords, supportRecords.Length / Plate.Record,
+                                          supportRecords, loadCases);
+            }
+        }
+
+        public int Width => plate.Width;
+        public int Height => plate.Height;
+
+        /// <summary>Force times displacement of each load case.</summary>
+        public double[] Compliances { get; }
+
+        /// <summary>The displacement of node (x, y) in load case k and direction d, 0 (x) or 1 (y), is at
+        /// [((k * (height + 1) + y) * (width + 1) + x) * 2 + d]. NaN at nodes without material.</summary>
+        public double[] Displacements { get; }
+
+        /// <summary>Each element's share of the compliance, which is twice its strain energy: that of
+        /// element (x, y) in load case k is at [(k * height + y) * width + x].</summary>
+        public double[] Energies { get; }
+
+        /// <summary>The stress in x (0), the stress in y (1) and the shear stress (2) at the centre of
+        /// element (x, y) in load case k are at [((k * height + y) * width + x) * 3] and the next two
+        /// places. Tension is positive.</summary>
+        public double[] Stresses { get; }
+
+        /// <summary>For each element, row by row, whether its material is free to move. After a solution
+        /// this material was left out, because no load acts on it.</summary>
+        public bool[] Loose { get; }
+
+        /// <summary>Returns the compliance of a design, summed over the load cases; smaller is stiffer.
+        /// Throws ProblemException when it cannot be analysed; the next call starts clean.</summary>
+        /// <param name="moduli">width * height Young's moduli, row by row; 0 means that there is no
+        /// element.</param>
+        public double Solve(double[] moduli)
+        {
+            if (!TrySolve(moduli, out string problem)) throw new ProblemException(problem + ".");
+            double sum = 0;
+            foreach (double compliance in Compliances) sum += compliance;
+            return sum;
+        }
+
+        /// <summary>The same without a ProblemException: returns whether there are results, and else the
+        /// problem. Without results only Loose is written.</summary>
+        public bool TrySolve(double[] moduli, out string problem)
+        {
+            plate.CheckLength(moduli, nameof(moduli));
+            for (int i = 0; i < moduli.Length; ++i)
+                if (!(moduli[i] >= 0 && moduli[i] <= double.MaxValue))
+                    throw new ArgumentOutOfRangeException($"{nameof(moduli)}[{i}]", moduli[i],
+                                                          "must be a finite number from 0");
+            lock (Native.Gate)
+            {
+                living.CheckAlive(this);
+                for (int y = 0; y < Height; ++y)
+                    for (int x = 0; x < Width; ++x)
+                        moduliColumns[x * Height + y] = moduli[y * Width + x];
+                int status = Native._SolveVoxamAnalysis(
+                    moduliColumns, text.Length, text, Compliances, displacementColumns, energyColumns,
+                    stressColumns, looseColumns);
+                if (status == OutOfMemory) throw TooLarge();
+                for (int y = 0; y < Height; ++y)
+                    for (int x = 0; x < Width; ++x)
+                        Loose[y * Width + x] = looseColumns[x * Height + y] != 0;
+                problem = status <= LoosePart ? "" : Native.TextOf(text);
+                if (status > LoosePart) return false;
+            }
+            CopyToRows(displacementColumns, Displacements, Width + 1, Height + 1, 2);
+            CopyToRows(energyColumns, Energies, Width, Height, 1);
+            CopyToRows(stressColumns, Stresses, Width, Height, 3);
+            return true;
+        }
+
+        /// <summary>Frees what it holds.</summary>
+        public void Dispose()
+        {
+            living.Release(this, Native._DestroyVoxamAnalysis);
+        }
+
+        // Of each load case, grids of `values` numbers a place.
+        private void CopyToRows(double[] columns, double[] rows, int width, int height, int values)
+        {
+            for (int first = 0; first < rows.Length; first += width * height * values)
+                for (int y = 0; y < height; ++y)
+                    for (int x = 0; x < width; ++x)
+                        Array.Copy(columns, first + (x * height + y) * values, rows,
+                                   first + (y * width + x) * values, values);
+        }
+
+        private Exception TooLarge()
+        {
+            return new InsufficientMemoryException(
+                $"Not enough memory for {Width} x {Height} elements: make the plate smaller.");
         }
     }
 
@@ -576,7 +715,8 @@ namespace Voxam
         private const double BytesOfNode = 1000;
         private const double BytesOfNodeInFactor = 110;  // times the logarithm of the number of nodes
         private const double BytesOfNodeInLoadCase = 32;
-        private const double ShareOfGame = 0.9;
+        private const double BytesOfNodeInAnalysedLoadCase = 180;  // with both copies of the results
+        private const double ShareOfGame = 0.9;                    // of an analysis too
 
         public readonly int Width;
         public readonly int Height;
@@ -611,6 +751,13 @@ namespace Voxam
         public double MemoryOfGame()
         {
             return BytesOfProgram + ShareOfGame * Equations + MemoryOfLoadCases;
+        }
+
+        /// <summary>About how many bytes an analysis takes with its results.</summary>
+        public double MemoryOfAnalysis()
+        {
+            return BytesOfProgram + ShareOfGame * Equations
+                + Nodes * BytesOfNodeInAnalysedLoadCase * LoadCases;
         }
 
         private double Nodes => (Width + 1.0) * (Height + 1.0);
@@ -839,6 +986,13 @@ namespace Voxam
         /// <summary>Held during every call: the library takes no lock itself.</summary>
         public static readonly object Gate = new object();
 
+        /// <summary>The text that the library wrote to a buffer.</summary>
+        public static string TextOf(byte[] buffer)
+        {
+            int length = Array.IndexOf(buffer, (byte)0);
+            return Encoding.UTF8.GetString(buffer, 0, length < 0 ? buffer.Length : length);
+        }
+
         // The runtime adds prefix and ending of the platform. Where the library is linked into the
         // program, as on iOS, this is "__Internal".
         private const string Library = "voxam";
@@ -878,5 +1032,20 @@ namespace Voxam
 
         [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
         public static extern void _DestroyVoxamGame();
+
+        [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
+        public static extern void _InitVoxamAnalysis(int nelx, int nely, int loadCount,
+                                                     float[] loadData, int supportCount,
+                                                     float[] supportData, int numberOfLoadCases);
+
+        [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
+        public static extern int _SolveVoxamAnalysis(
+            double[] moduli, int messageLength, [In, Out] byte[] messageBuffer,
+            [In, Out] double[] compliances, [In, Out] double[] displacements,
+            [In, Out] double[] energies, [In, Out] double[] stresses,
+            [In, Out] byte[] looseElements);
+
+        [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
+        public static extern void _DestroyVoxamAnalysis();
     }
 }

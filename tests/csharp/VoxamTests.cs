@@ -331,6 +331,36 @@ public sealed class VoxamTests
         }
     }
 
+    public void AnalysisAnswersRowByRow()
+    {
+        // The same strip of modulus 2 in the second load case, and an element that touches nothing.
+        var loads = new[] { new Load(6, 2, 0.5f, 0, 1), new Load(6, 3, 0.5f, 0, 1) };
+        var supports = new[] { new Support(0, 2), new Support(0, 3, Directions.X) };
+        double[] strip = Enumerable.Range(0, 24).Select(i => i / 6 == 2 || i == 1 ? 2.0 : 0).ToArray();
+        using (var analysis = new Analysis(6, 4, loads, supports, 2))
+        {
+            Near(analysis.Solve(strip), 3, 1e-12);
+            Near(analysis.Compliances[0], 0, 0);
+            for (int i = 0; i < 24; ++i)
+            {
+                bool held = i / 6 == 2;
+                Near(analysis.Energies[24 + i], held ? 0.5 : 0, 1e-12);
+                Near(analysis.Stresses[3 * (24 + i)], held ? 1 : 0, 1e-12);
+                That(analysis.Loose[i] == (i == 1), "one element is loose");
+            }
+            for (int x = 0; x <= 6; ++x)
+                Near(analysis.Displacements[(((5 + 3) * 7) + x) * 2], 0.5 * x, 1e-12);
+            That(double.IsNaN(analysis.Displacements[0]), "no displacement without material");
+
+            Throws<ProblemException>(() => analysis.Solve(new double[24]), "no material under the load");
+            double[] wrong = strip.ToArray();
+            wrong[3] = double.NaN;
+            Throws<ArgumentOutOfRangeException>(() => analysis.Solve(wrong), "moduli[3]");
+            Near(analysis.Solve(strip), 3, 1e-12);
+        }
+        TooMuch(() => new Analysis(3, 3, null, null, 1 << 30), "more than the lib");
+    }
+
     public void GameRefusesAndGoesOn()
     {
         float[] solid = Enumerable.Repeat(1f, 6).ToArray();

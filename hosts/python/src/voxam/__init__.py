@@ -9,8 +9,8 @@ the right, a positive ``fy`` downwards. Every array of this package is indexed `
         for _ in range(50):
             result = optimiser.iterate()
 
-`Optimiser` lets a structure form, `Game` scores one that was drawn, `scenes` reads scene files. There
-can be one of each solver in a process at a time: a newer one takes the place of the older. Calls
+`Optimiser` lets a structure form, `Analysis` computes what a design is worth, `Game` scores one
+quickly in single precision, `scenes` reads scene files. There can be one of each solver in a process at a time: a newer one takes the place of the older. Calls
 from several threads wait for one another, and other threads run meanwhile.
 
 Wrong arguments are `ValueError` or `TypeError`; what only the library can find, such as a plate
@@ -23,22 +23,26 @@ this package's folder and in the one around it, else where the system finds it.
 """
 
 from . import scenes
+from ._analysis import Analysis, MechanismError, Response
 from ._game import Game, Score
 from ._library import LibraryNotFoundError, OutOfMemoryError, ProblemError, VoxamError
 from ._library import performance_test
 from ._optimiser import Iteration, Optimiser, Times
 from ._plate import Load, Support
 
-__version__ = "1.1.2"
+__version__ = "1.2.0"
 
 __all__ = [
+    "Analysis",
     "Game",
     "Iteration",
     "LibraryNotFoundError",
     "Load",
+    "MechanismError",
     "Optimiser",
     "OutOfMemoryError",
     "ProblemError",
+    "Response",
     "Score",
     "Support",
     "Times",

@@ -73,6 +73,10 @@ _PROTOTYPES = {
     "_InitVoxamGame": (None, [_INT, _INT, _INT, _INT, _INT, _ARRAY, _INT, _ARRAY, _INT]),
     "_SolveVoxamGame": (_DOUBLE, [_ARRAY, _ARRAY]),
     "_DestroyVoxamGame": (None, []),
+    "_InitVoxamAnalysis": (None, [_INT, _INT, _INT, _ARRAY, _INT, _ARRAY, _INT]),
+    "_SolveVoxamAnalysis": (
+        _INT, [_ARRAY, _INT, _ARRAY, _ARRAY, _ARRAY, _ARRAY, _ARRAY, _ARRAY]),
+    "_DestroyVoxamAnalysis": (None, []),
     "_VoxamPerformanceTest": (None, []),
 }
 
@@ -155,7 +159,7 @@ _AnySolver = TypeVar("_AnySolver", bound="Solver")
 
 
 class Solver:
-    """What `Optimiser` and `Game` have in common: one of each kind in a process, used until it is
+    """What `Optimiser`, `Game` and `Analysis` have in common: one of each kind in a process, used until it is
     closed, by one thread at a time."""
 
     _kind: ClassVar[str]

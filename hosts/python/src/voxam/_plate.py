@@ -107,7 +107,8 @@ _DESIGN_RADIUS = 3
 _NODE = 1000
 _NODE_IN_FACTOR = 110  # times the logarithm of the number of nodes
 _NODE_IN_LOAD_CASE = 32
-_SHARE_OF_GAME = 0.9
+_NODE_IN_ANALYSED_LOAD_CASE = 130  # the results included
+_SHARE_OF_GAME = 0.9  # of an analysis too
 
 
 def _filtered(cells: float, radius: float) -> float:
@@ -148,6 +149,11 @@ class Plate:
     def game_memory(self) -> float:
         """About how many bytes a game takes."""
         return _PROGRAM + _SHARE_OF_GAME * self._equations() + self._load_cases()
+
+    def analysis_memory(self) -> float:
+        """About how many bytes an analysis takes with its results."""
+        return (_PROGRAM + _SHARE_OF_GAME * self._equations()
+                + self._nodes() * _NODE_IN_ANALYSED_LOAD_CASE * self.load_cases)
 
     def _equations(self) -> float:
         return self._nodes() * (_NODE + _NODE_IN_FACTOR * math.log2(self._nodes()))
@@ -220,6 +226,18 @@ class Plate:
             raise TypeError(f"{name}: a mask of bool is needed, not of {array.dtype}; "
                             "array.astype(bool) makes one, True where the array is not 0")
         return array
+
+    def moduli(self, values: npt.ArrayLike) -> npt.NDArray[np.float64]:
+        """In the library's order: the result is indexed [x, y] and contiguous."""
+        array = _asarray(values, "moduli")
+        if array.dtype.kind not in "bfiu":
+            raise TypeError(f"moduli: an array of numbers is needed, not of {array.dtype}")
+        self._check_shape(array, "moduli")
+        wrong = ~((array >= 0) & (array < np.inf))
+        if wrong.any():
+            y, x = np.argwhere(wrong)[0]
+            raise ValueError(f"moduli[{y}, {x}]: {array[y, x]} is not a finite number from 0")
+        return np.require(array.T, np.float64, ["C", "A"])
 
     def densities(self, values: npt.ArrayLike) -> npt.NDArray[np.float32]:
         """In the library's order: the result is indexed [x, y] and contiguous."""
