@@ -200,7 +200,7 @@ def test_the_package_installs(tmp_path):
 
 
 def test_the_host_of_the_documentation_runs():
-    text = (PACKAGE.parents[1] / "docs" / "hosting.md").read_text()
+    text = (PACKAGE.parents[1] / "docs" / "languages.md").read_text()
     block = text.partition("\n## Python\n")[2].partition("```python\n")[2].partition("```")[0]
     done = python("-c", "import numpy, voxam\n" + block + "print(score.energies.shape)")
     assert done.stderr == "" and "(40, 60)" in done.stdout
