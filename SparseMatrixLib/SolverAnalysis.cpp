@@ -186,7 +186,8 @@ bool SolverAnalysis::hasMaterialAt(unsigned node) const {
 
 void SolverAnalysis::assemble() {
     // 1. The pattern, once.
-    if (equilibrium.fillWithZeros()) {
+    equilibrium.fillWithZeros();
+    if (diagonal.empty()) {
         diagonal.resize(equilibrium.ndof);
         for (unsigned dof = 0; dof < equilibrium.ndof; ++dof) {
             diagonal[dof] = equilibrium.K.find(dof, dof);

@@ -46,6 +46,7 @@ TEST(AnalysisExportTest, SlenderPlatesAreExact) {
                   {200, 20, 4020.1181690685153},
                   {400, 40, 4024.612166664052},
                   {600, 60, 4025.6578060615434},
+                  {900, 90, 4026.2806697976016},
                   {600, 200, 119.53365196935512}};
     for (const auto& [nelx, nely, known] : plates) {
         SCOPED_TRACE(std::to_string(nelx) + "x" + std::to_string(nely));

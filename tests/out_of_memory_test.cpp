@@ -85,6 +85,47 @@ TEST(OutOfMemoryTest, AGameThatCannotBeCreatedIsNone) {
     });
 }
 
+struct AnalysedPlate {
+    test::Records loads = test::tension(4, 3, 1);
+    test::Records supports = test::slidingLeftEdge(3);
+    std::vector<double> moduli = std::vector<double>(12, 1.0);
+    double compliance = 0.0;
+
+    void create() const {
+        _InitVoxamAnalysis(4, 3, loads.count(), loads.data(), supports.count(), supports.data(), 1);
+    }
+    int solve() {
+        compliance = 7;
+        return _SolveVoxamAnalysis(moduli.data(), 0, nullptr, &compliance, nullptr, nullptr,
+                                   nullptr, nullptr);
+    }
+};
+
+TEST(OutOfMemoryTest, AnAnalysisFailsWithAStatusAndTheNextOneSucceeds) {
+    AnalysedPlate plate;
+    for (const bool whileCreating : {true, false}) {
+        untilEnough([&](long count) {
+            plate.create();
+            int status = 0;
+            withAllocations(count, [&] {
+                if (whileCreating) {
+                    plate.create();
+                } else {
+                    status = plate.solve();
+                }
+            });
+            if (whileCreating) status = plate.solve();
+            const bool enough = status == VOXAM_ANALYSIS_SOLVED;
+            EXPECT_TRUE(enough || status == VOXAM_ANALYSIS_OUT_OF_MEMORY) << status;
+            EXPECT_TRUE(enough || plate.compliance == 7) << count;
+            if (whileCreating) plate.create();
+            EXPECT_EQ(plate.solve(), VOXAM_ANALYSIS_SOLVED) << count;
+            EXPECT_NEAR(plate.compliance, 12.0, 1e-13) << count;
+            return enough;
+        });
+    }
+}
+
 struct Iteration {
     double compliance = 0.0;
     char text[64] = "";

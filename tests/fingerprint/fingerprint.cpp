@@ -150,6 +150,39 @@ Results gameResults(const Library& library, int nelx, int nely, bool held) {
     return results;
 }
 
+// A solid plate, a grey one, and one with holes.
+Results analysisResults(const Library& library, int nelx, int nely) {
+    test::Settings settings = test::cantilever(nelx, nely);
+    settings.loads.add(static_cast<float>(nelx), 0, 0.3F, -0.7F, 1);
+    library.createAnalysis(nelx, nely, settings.loads.count(), settings.loads.data(),
+                           settings.supports.count(), settings.supports.data(), 2);
+    Results results;
+    test::Random random;
+    const auto elements = static_cast<size_t>(nelx) * nely;
+    const size_t ndof = 2 * static_cast<size_t>(nelx + 1) * (nely + 1);
+    std::vector<double> moduli(elements);
+    std::vector<double> compliances(2);
+    std::vector<double> displacements(2 * ndof);
+    std::vector<double> energies(2 * elements);
+    std::vector<double> stresses(6 * elements);
+    std::vector<unsigned char> loose(elements);
+    for (int design = 0; design < 3; ++design) {
+        for (double& modulus : moduli) {
+            const double any = random.number(0.0, 1.0);
+            modulus = design == 0 ? 1.0 : design == 1 ? any : std::ceil(any - 0.1);
+        }
+        const int status =
+            library.analyse(moduli.data(), 0, nullptr, compliances.data(), displacements.data(),
+                            energies.data(), stresses.data(), loose.data());
+        results.addText(std::to_string(status));
+        for (const auto* values : {&compliances, &displacements, &energies, &stresses}) {
+            for (const double value : *values) results.addObjective(value);
+        }
+        results.addMask({loose.begin(), loose.end()});
+    }
+    return results;
+}
+
 std::vector<Run> allRuns() {
     std::vector<Run> runs;
     for (const Plate& plate : {Plate{30, 20, 1, 1}, Plate{24, 16, 2, 2}, Plate{17, 12, 3, 1},
@@ -190,6 +223,12 @@ void forAll(const Use& use) {
                     return gameResults(library, nelx, nely, held);
                 });
         }
+    }
+    for (const auto& [nelx, nely] : {std::pair{3, 2}, {40, 30}, {300, 5}}) {
+        use("analysis " + std::to_string(nelx) + "x" + std::to_string(nely),
+            [nelx = nelx, nely = nely](const Library& library) {
+                return analysisResults(library, nelx, nely);
+            });
     }
 }
 

@@ -87,6 +87,7 @@ bool Plate::tooLarge() const {
 CheckedLibrary::CheckedLibrary(Caller& caller) : caller(caller) {
     destroy();
     destroyGame();
+    destroyAnalysis();
 }
 
 void CheckedLibrary::create(const Plate& newPlate, float volumeFraction, int loadCases,
@@ -244,6 +245,75 @@ void CheckedLibrary::destroyGame() {
     caller.call([](const LoadedLibrary& library) { library.destroyGame(); });
     gameAlive = false;
     gameElements = 0;
+}
+
+void CheckedLibrary::createAnalysis(int width, int height, const test::Records& loads,
+                                    const test::Records& supports, int loadCases) {
+    caller.call([&](const LoadedLibrary& library) {
+        library.createAnalysis(width, height, loads.count(), loads.data(), supports.count(),
+                               supports.data(), loadCases);
+    });
+    analysisPlate = {std::max(width, 0), std::max(height, 0)};
+    analysisAlive = !analysisPlate.tooLarge();
+    analysisCases = analysisAlive ? static_cast<size_t>(std::max(loadCases, 0)) : 0;
+}
+
+Analysed CheckedLibrary::analyse(const std::vector<double>& moduli, int messageLength) {
+    const size_t elements = analysisPlate.elements();
+    const auto nodes = static_cast<size_t>(analysisPlate.width + 1) *
+                       static_cast<size_t>(analysisPlate.height + 1);
+    Guarded<char> text(static_cast<size_t>(std::max(messageLength, 0)));
+    Guarded<double> compliances(analysisCases);
+    Guarded<double> displacements(2 * nodes * analysisCases);
+    Guarded<double> energies(elements * analysisCases);
+    Guarded<double> stresses(3 * elements * analysisCases);
+    Guarded<unsigned char> loose(elements);
+    Analysed result;
+    caller.call([&](const LoadedLibrary& library) {
+        result.status = library.analyse(moduli.empty() ? nullptr : moduli.data(), messageLength,
+                                        text.data(), compliances.data(), displacements.data(),
+                                        energies.data(), stresses.data(), loose.data());
+    });
+    require(text.isIntact() && loose.isIntact(), "writes nothing beside the text and the mask");
+    result.compliances = answerIn(compliances, "the compliances");
+    answerIn(displacements, "the displacements");
+    result.energies = answerIn(energies, "the energies");
+    result.stresses = answerIn(stresses, "the stresses");
+    result.loose = loose.copy();
+    hash.add(result.status);
+    for (const unsigned char flag : result.loose) hash.add(static_cast<int>(flag));
+
+    const int status = result.status;
+    require(analysisAlive ? status >= VOXAM_ANALYSIS_SOLVED && status < VOXAM_ANALYSIS_NONE
+                          : status == VOXAM_ANALYSIS_NONE || status == VOXAM_ANALYSIS_OUT_OF_MEMORY,
+            "an analysis has one of its statuses");
+    if (messageLength > 1) {
+        const auto end = std::find(text.begin(), text.end(), '\0');
+        require(end != text.end(), "texts are terminated");
+        require((end == text.begin()) == (status == VOXAM_ANALYSIS_SOLVED),
+                "what is not solved has a text");
+    }
+    if (status > VOXAM_ANALYSIS_LOOSE_PART) {
+        require(compliances.untouched() && displacements.untouched() && energies.untouched() &&
+                    stresses.untouched(),
+                "what is not solved has no results");
+        require(status <= VOXAM_ANALYSIS_MECHANISM || status == VOXAM_ANALYSIS_NOT_CONVERGED ||
+                    loose.untouched(),
+                "without moduli there is no mask");
+        return result;
+    }
+    require(allOf(compliances, [](double v) { return v >= 0; }) &&
+                allOf(energies, [](double v) { return v >= 0; }),
+            "compliances and energies are not negative");
+    require(allOf(loose, [](unsigned char v) { return v <= 1; }), "the mask is of 0 and 1");
+    return result;
+}
+
+void CheckedLibrary::destroyAnalysis() {
+    caller.call([](const LoadedLibrary& library) { library.destroyAnalysis(); });
+    analysisAlive = false;
+    analysisPlate = {};
+    analysisCases = 0;
 }
 
 }  // namespace soak

@@ -57,6 +57,17 @@ struct Score {
     bool operator==(const Score&) const = default;
 };
 
+/// Without the displacements, which may be NaN: those are in the digest.
+struct Analysed {
+    int status = 0;
+    std::vector<double> compliances;
+    std::vector<double> energies;
+    std::vector<double> stresses;
+    std::vector<unsigned char> loose;
+
+    bool operator==(const Analysed&) const = default;
+};
+
 class CheckedLibrary {
 public:
     /// Releases whatever solvers there are.
@@ -75,6 +86,12 @@ public:
                     const test::Records& supports, int loadCases);
     Score score(const std::vector<float>& densities);
     void destroyGame();
+
+    void createAnalysis(int width, int height, const test::Records& loads,
+                        const test::Records& supports, int loadCases);
+    /// Empty moduli stand for a null array.
+    Analysed analyse(const std::vector<double>& moduli, int messageLength = 160);
+    void destroyAnalysis();
 
     const Plate& getPlate() const { return plate; }
     bool isAlive() const { return alive; }
@@ -106,6 +123,10 @@ private:
 
     bool gameAlive = false;
     size_t gameElements = 0;
+
+    bool analysisAlive = false;
+    Plate analysisPlate;
+    size_t analysisCases = 0;
 };
 
 }  // namespace soak

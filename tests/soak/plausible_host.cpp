@@ -25,6 +25,7 @@ public:
             checked.update(settings);
             for (int i = dice.between(1, 8); i > 0; --i) iterate();
             if (dice.oneIn(3)) scoreDrawings();
+            if (dice.oneIn(3)) analyseDrawings();
         }
     }
 
@@ -183,6 +184,35 @@ private:
         if (score.value > FAILED_SCORE / 8) return;
         require(checked.score(densities).value == 4 * score.value,
                 "twice the force gives four times the score, exactly");
+    }
+
+    void createAnalysis(float force) {
+        test::Records loads = settings.loads;
+        for (size_t i = 0; i < loads.floats.size(); i += 5) {
+            loads.floats[i + 2] *= force;
+            loads.floats[i + 3] *= force;
+        }
+        checked.createAnalysis(plate.width, plate.height, loads, settings.supports, caseCount);
+    }
+
+    void analyseDrawings() {
+        const std::vector<double> solid(plate.elements(), 1.0);
+        const std::vector<float> densities = drawing();
+        const std::vector<double> moduli(densities.begin(), densities.end());
+        createAnalysis(1);
+        require(checked.analyse(solid).status == VOXAM_ANALYSIS_SOLVED,
+                "a solid plate is analysed");
+        const Analysed result = checked.analyse(moduli);
+        require(checked.analyse(moduli) == result, "the same design has the same analysis");
+        require(result.status <= VOXAM_ANALYSIS_MECHANISM, "a drawing is analysed");
+        createAnalysis(0.25F);
+        const Analysed quarter = checked.analyse(moduli);
+        require(quarter.status == result.status, "the status does not depend on the forces");
+        if (result.status > VOXAM_ANALYSIS_LOOSE_PART) return;
+        for (size_t k = 0; k < result.compliances.size(); ++k) {
+            require(result.compliances[k] == 16 * quarter.compliances[k],
+                    "four times the force gives sixteen times the compliance, exactly");
+        }
     }
 
     CheckedLibrary& checked;

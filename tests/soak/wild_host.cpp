@@ -24,7 +24,7 @@ public:
             else if (wish < 7 && dice.oneIn(3))
                 checked.destroy();
             else if (wish < 8)
-                playGame();
+                dice.oneIn(2) ? playGame() : playAnalysis();
             else
                 iterate();
         }
@@ -144,6 +144,24 @@ private:
         }
         if (dice.oneIn(2)) checked.destroyGame();
         if (dice.oneIn(4)) checked.score({});
+    }
+
+    void playAnalysis() {
+        const bool absurd = dice.oneIn(12);
+        const int width = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 9);
+        const int height = absurd ? dice.pick({INT_MAX, 65536}) : dice.between(-1, 7);
+        checked.createAnalysis(width, height, anyRecords(false), anyRecords(true),
+                               dice.between(-1, 3));
+        for (int i = dice.upTo(3); i > 0; --i) {
+            std::vector<double> moduli(63, dice.pick({0.0, 1e-9, 1.0, 210e9}));
+            for (double& modulus : moduli) {
+                if (dice.oneIn(3)) modulus = dice.pick({0.0, 0.5, 1.0, 1e-300, 1e300});
+                if (dice.oneIn(200)) modulus = static_cast<double>(anyFloat());
+            }
+            checked.analyse(moduli, dice.oneIn(4) ? dice.between(-2, 40) : 160);
+        }
+        if (dice.oneIn(2)) checked.destroyAnalysis();
+        if (dice.oneIn(4)) checked.analyse({});
     }
 
     CheckedLibrary& checked;

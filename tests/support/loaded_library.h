@@ -24,6 +24,9 @@ public:
         find(createGame, "_InitVoxamGame");
         find(solve, "_SolveVoxamGame");
         find(destroyGame, "_DestroyVoxamGame");
+        find(createAnalysis, "_InitVoxamAnalysis");
+        find(analyse, "_SolveVoxamAnalysis");
+        find(destroyAnalysis, "_DestroyVoxamAnalysis");
     }
     ~LoadedLibrary() { dlclose(handle); }
     LoadedLibrary(const LoadedLibrary&) = delete;
@@ -37,6 +40,9 @@ public:
     decltype(_InitVoxamGame)* createGame = nullptr;
     decltype(_SolveVoxamGame)* solve = nullptr;
     decltype(_DestroyVoxamGame)* destroyGame = nullptr;
+    decltype(_InitVoxamAnalysis)* createAnalysis = nullptr;
+    decltype(_SolveVoxamAnalysis)* analyse = nullptr;
+    decltype(_DestroyVoxamAnalysis)* destroyAnalysis = nullptr;
 
 private:
     template <typename Function>
