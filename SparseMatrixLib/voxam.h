@@ -17,9 +17,9 @@
  *       | element 1 | element nely+1 |          and  0 <= x <= nelx, 0 <= y <= nely for nodes
  *     node 2 ------ node nely+3 ---- ...
  *
- * The first column of elements is complete before the second begins, so element 1 lies below
- * element 0, and element nely lies to its right. A positive fx points towards larger x, a positive
- * fy towards larger y; a host whose y axis points up may read the same picture upside down.
+ * Element 1 is below element 0, and element nely is to its right. A positive fx points towards
+ * larger x, a positive fy towards larger y. A host whose y axis points up may read the same picture
+ * upside down.
  *
  * Component records
  * -----------------
@@ -31,27 +31,26 @@
  *     load      node x  node y  force in x               force y    load case, from 0
  *     support   node x  node y  direction: 0 = x, 1 = y  not used   not used
  *
- * A support holds one direction of one node; hold both with two records. A direction d other than
- * 0 and 1 is taken as the degree of freedom 2 * node + d, if the plate has it.
+ * A support holds one direction of one node. To hold both directions, use two records. A direction d
+ * other than 0 and 1 means the degree of freedom 2 * node + d, if the plate has it.
  *
  * Ownership, null and zero
  * ------------------------
  * Every array belongs to the host. The library reads or writes it during the call and keeps no
- * pointer. A count below 1, or a null array, means "no records"; the array is then not read.
+ * pointer. A count below 1, or a null array, means "no records".
  *
  * Errors
  * ------
  * A node, load case or force that is not a finite number is as invalid as one that does not exist.
- * No exception leaves a function. A problem of the input comes back as a value that each function
- * names. CHOLMOD, which solves the equations, also prints its warnings on standard output. Only a
- * violated precondition that is called an assertion below ends the process, with a report on
- * standard error.
+ * No exception leaves a function. Each function documents the values by which it reports invalid
+ * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a violated
+ * precondition that is called an assertion below ends the process, with a report on standard error.
  *
  * Threads
  * -------
- * Calls must not overlap: the library holds one solver of each kind and takes no lock. Calls may
- * come from different threads in turn. Worker threads that a call uses have finished their tasks
- * when the call returns. Once loaded the library stays loaded until the process ends.
+ * Calls must not overlap: the library has one solver of each kind and no lock. Calls may come from
+ * different threads in turn. Worker threads finish their tasks before the call returns. Once loaded,
+ * the library stays loaded until the process ends.
  */
 #ifndef VOXAM_H
 #define VOXAM_H
@@ -112,41 +111,41 @@ typedef struct RuntimeStat {
  *                              the blob are given on it
  * subdivision     fine cells per element edge, 1 or more: the design has this much more detail
  * meshFactor      picture cells per fine cell edge, 1 or more
- * volumeFraction  material of the starting design, above 0 and up to 1. It changes by factors, so
- *                 it never leaves 0, and a constraint of volume 0 means nothing: started at 0, the
- *                 plate turns solid
+ * volumeFraction  material of the starting design, above 0 and up to 1. With 0, the plate turns
+ *                 solid: a constraint of volume 0 has no meaning, and the volume, which changes by
+ *                 factors, never leaves 0
  * numLoadCases    independent force vectors that may be used
  * restartId       any number
  *
- * THE OPTIMISER IS KEPT when there is one and textureWidth, textureHeight and restartId are those
- * of the last create call. Only its volume fraction and iteration counters are then set; the
- * design and the settings stay, AND SO DO subdivision, meshFactor AND numLoadCases: new values of
- * these are ignored, and the picture keeps its old size. To change them, or to start afresh, pass
- * another restartId.
+ * THE OPTIMISER IS KEPT if there is one, and textureWidth, textureHeight and restartId equal those
+ * of the last create call. The call then sets only the volume fraction and the iteration counters.
+ * The design and the settings stay. subdivision, meshFactor AND numLoadCases ALSO STAY: new values
+ * are ignored, and the picture keeps its old size. To change them, or to start again with a uniform
+ * design, pass another restartId.
  *
  * The picture has textureWidth * subdivision * meshFactor columns and textureHeight * subdivision *
  * meshFactor rows, of the values in force.
  *
- * When memory does not suffice for the sizes, or the volume fraction is not a finite number, there
- * is no optimiser afterwards; a call that keeps the optimiser ignores such a number and keeps the
- * volume fraction. _UpdateVoxamApp must follow before the first iteration.
+ * If memory does not suffice, or the volume fraction is not a finite number, there is no optimiser
+ * afterwards. A call that keeps the optimiser ignores such a volume fraction. Call _UpdateVoxamApp
+ * before the first iteration.
  */
 VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision, int meshFactor,
                              float volumeFraction, int numLoadCases, int restartId);
 
 /**
- * Sends all settings to the optimiser, any time between iterations. The design is kept, and an
- * error text is withdrawn. Without an optimiser, or without the memory to copy the records, does
- * nothing.
+ * Sends all settings to the optimiser, at any time between iterations. Keeps the design, and
+ * withdraws an error text. Does nothing without an optimiser, or without the memory to copy the
+ * records.
  *
- * PASSIVE AND BLOB CELLS COME TO LIE WHERE THEY ARE GIVEN ONLY WHEN meshFactor EQUALS subdivision.
- * Otherwise the design takes them for cells of other columns.
+ * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise the
+ * optimiser maps them to cells of other columns.
  *
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
  * volumeFraction   material to use, above 0 and up to 1; the design follows by at most 5 % per
- *                  iteration. Without end, if the number is not finite: NaN lets the plate
- *                  empty, infinity turn solid
+ *                  iteration. If the number is not finite, the volume drifts without limit: NaN
+ *                  empties the plate, infinity makes it solid
  * passiveData      fixed elements, or null for none: three counts V, S, T, then V pairs (x, y) of
  *                  elements that stay void, S that stay solid, T that stay solid of a second kind:
  *                  3 + 2 * (V + S + T) shorts; a negative count is 0. An element outside the grid
@@ -170,30 +169,31 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * messageBuffer  gets a text, cut to fit and always terminated: empty on success. Null, or a length
  *                below 1, gets no text
  * output         the picture, one float per cell, row by row from the top: 0 solid, 1 void. Written
- *                on success only; null: not written
+ *                on success only; may be null
  * change         largest change of a density in this iteration; not written when something is wrong
  *                with this iteration; may be null
  * stat           timings, written on success only; may be null
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *
- * Returns the compliance of the design that the iteration started from. When something is wrong
- * with the problem the buffer gets a text, the picture is not touched, and each further iteration
- * repeats the text until _UpdateVoxamApp is called:
+ * Returns the compliance of the design that the iteration started from. If something is wrong with
+ * the problem, the buffer gets a text, and the picture is not written. Each further iteration repeats
+ * the text until _UpdateVoxamApp is called:
  *   "Change load / support"             the plate cannot be solved (a record is invalid, a larger
  *                                       plate is not held, or memory was too short to solve it);
  *                                       returns the last compliance, 0 if there was none
  *   "Change load/support"               the displacements are too large: the compliance, the sum of
  *                                       the squared displacements or its ratio to the compliance is
- *                                       above 1e15. The structure is not held, or the forces are
- *                                       too large (scale them to about 1: a compliance goes with
- *                                       the square of the force), or the design was torn and hangs
- *                                       by void (begin afresh with another restartId); returns -1.0
- *   "Load cannot be on top of support"  the loads do no work, or next to none: the compliance is
- *                                       below 1e-10. They act on supports, or the forces are too
- *                                       small (scale them); returns -1.0
- * The compliance may be something else than a number only when the host's own numbers were none or
- * far out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
- * volume fraction of 0). `change` is always a number.
+ *                                       above 1e15. The structure is not held, the forces are too
+ *                                       large (scale them to about 1: the compliance is
+ *                                       proportional to the square of the force), or the design has
+ *                                       torn and hangs by void (restart it with another restartId);
+ *                                       returns -1.0
+ *   "Load cannot be on top of support"  the loads do almost no work: the compliance is below 1e-10.
+ *                                       They act on supports, or the forces are too small (scale
+ *                                       them); returns -1.0
+ * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far out
+ * of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a volume
+ * fraction of 0). `change` is always a number.
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". Another failure,
  * such as lack of memory outside the solution of the equations, returns -1.0 with its own text.
  */
@@ -205,8 +205,8 @@ VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float*
  * material is least useful.
  *
  * blobResult     textureWidth * textureHeight ints, row by row from the top: 1 in the blob, else 0;
- *                written by each call that finds an optimiser and does not fail for want of memory;
- *                may be null
+ *                written by each call that finds an optimiser and does not run out of memory; may be
+ *                null
  */
 VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer, float* output,
                                           double* change, RuntimeStat* stat, int* blobResult,
@@ -216,7 +216,7 @@ VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer
 VOXAM_API void _DestroyVoxamApp(void);
 
 /* ------------------------------------------------------------------------------------------------
- * Game: score a design that somebody else made
+ * Game: score a design from outside, in single precision
  * --------------------------------------------------------------------------------------------- */
 
 /**
