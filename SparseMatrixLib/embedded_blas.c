@@ -7,18 +7,19 @@
  * known without its model, so the answer is put where OpenBLAS looks for the user's own choice: the
  * variable OPENBLAS_CORETYPE. The environment of the process stays as it is.
  */
+#include "embedded_blas.h"
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-
-#pragma GCC visibility push(hidden)
+#include <strings.h>
 
 /* Set before OpenBLAS's own constructor, which may report a problem. */
-FILE* voxam_blas_stderr;
+__attribute__((visibility("hidden"))) FILE* voxam_blas_stderr;
 
 __attribute__((constructor(101))) static void setStream(void) { voxam_blas_stderr = stderr; }
 
-/* Null leaves the choice to OpenBLAS. */
+/* OpenBLAS's name of the best kernels for the processor. Null leaves the choice to OpenBLAS. */
 static const char* bestKernels(void) {
 #ifdef __x86_64__
     __builtin_cpu_init();
@@ -31,7 +32,24 @@ static const char* bestKernels(void) {
     return NULL;
 }
 
-/* What OpenBLAS calls instead of getenv(). */
+static int isOneOf(const char* name, const char* const* names) {
+    for (; *names; ++names) {
+        if (strcasecmp(name, *names) == 0) return 1;
+    }
+    return 0;
+}
+
+/* For the kernels of small_blas.h: a user who chooses older kernels gets older ones there as well. */
+enum VoxamVectors voxam_blas_vectors(void) {
+    static const char* const avx512[] = {"SkylakeX", "Cooperlake", "SapphireRapids", NULL};
+    static const char* const avx2[] = {"Haswell", "Zen", NULL};
+    const char* const best = bestKernels();
+    const char* const chosen = voxam_blas_getenv("OPENBLAS_CORETYPE");
+    if (!best || !chosen) return VOXAM_NO_VECTORS;
+    if (isOneOf(best, avx512) && isOneOf(chosen, avx512)) return VOXAM_AVX512;
+    return isOneOf(chosen, avx512) || isOneOf(chosen, avx2) ? VOXAM_AVX2 : VOXAM_NO_VECTORS;
+}
+
 const char* voxam_blas_getenv(const char* name) {
     const char* const value = getenv(name);
     if (value || strcmp(name, "OPENBLAS_CORETYPE") != 0) return value;

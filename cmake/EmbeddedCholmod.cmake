@@ -16,8 +16,14 @@ set(voxam_cholmod_changes
     --redefine-sym=omp_get_thread_num=voxam_cholmod_thread_num
     --weaken-symbol=SuiteSparse_time)
 
+# With OpenBLAS linked in as well, embedded_cholmod_blas.cpp stands between the two.
+set(voxam_cholmod_blas dgemm dgemv dpotrf dsyrk dtrsm dtrsv)
+list(TRANSFORM voxam_cholmod_blas REPLACE "(.+)" "--redefine-sym=\\1_=voxam_cholmod_\\1")
+
 # Defines the target, of the archives that lie beside CHOLMOD's shared library, of `source`, and of
-# `blas`. Sets VOXAM_EMBEDDED_ARCHIVES to the archives.
+# `blas`, CBLAS::CBLAS or voxam_embedded_blas. In the latter case the caller adds
+# embedded_cholmod_blas.cpp to the target voxam_embedded_names. Appends the archives to
+# VOXAM_EMBEDDED_ARCHIVES.
 function(voxam_embed_cholmod source blas)
     set(VOXAM_EMBEDDING_FAILURE "METIS was not found")
     cmake_path(GET CHOLMOD_LIBRARY PARENT_PATH archive_dir)
@@ -44,6 +50,10 @@ function(voxam_embed_cholmod source blas)
     set(VOXAM_EMBEDDING_FAILURE "${VOXAM_EMBEDDING_FAILURE}" PARENT_SCOPE)
     if(NOT metis)
         return()
+    endif()
+    if(blas STREQUAL "voxam_embedded_blas")
+        voxam_copy_archives(
+            "${archives}" "${voxam_cholmod_changes};${voxam_cholmod_blas}" copies)
     endif()
     add_library(voxam_embedded_names STATIC "${source}")
     add_library(voxam_embedded_cholmod INTERFACE)
