@@ -26,14 +26,6 @@ TEST(DensityPowersTest, AreThoseOfEveryFineCell) {
     }
 }
 
-TEST(DensityPowersTest, ComputesItsColumnAlone) {
-    DensityPowers powers(24);
-    powers.computeColumn(GRIDS, 1, kmat::DenseMatrix(24, 1, 0.5), 1.0);
-    std::vector<double> expected(24);
-    std::fill_n(expected.begin() + 8, 8, 0.5);
-    EXPECT_EQ(powers.power, expected);
-}
-
 TEST(DensityPowersTest, OfDensityZeroAreNeverInfinite) {
     const kmat::DenseMatrix none(24, 1, 0.0);
     for (const auto& [penalty, powerLessOne] :

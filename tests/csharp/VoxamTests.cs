@@ -138,17 +138,6 @@ public sealed class VoxamTests
         }
     }
 
-    public void VolumeFractionStaysUntilItIsNamed()
-    {
-        using (Optimiser optimiser = Good())
-        {
-            optimiser.Update(Problem(s => s.VolumeFraction = 0.3f));
-            optimiser.Update(Problem());
-            Compliances(optimiser, 15);
-            That(optimiser.VolumeFraction == 0.3f && Volume(optimiser) < 0.4, "what was named last");
-        }
-    }
-
     public void RestartKeepsOrForgetsTheDesign()
     {
         using (Optimiser optimiser = Good(2, 2))

@@ -45,16 +45,6 @@ def test_energies_are_indexed_y_x():
             assert np.allclose(score.energies, strip, atol=0.01)
 
 
-def test_load_cases_add_up():
-    loads = [voxam.Load(6, 0, 1, 0, 0), voxam.Load(6, 4, 0, 1, 1)]
-    solid = np.ones((4, 6))
-    scores = []
-    for chosen in loads[:1], loads[1:], loads:
-        with voxam.Game(6, 4, chosen, wall(4), load_cases=2) as game:
-            scores.append(game.solve(solid).compliance)
-    assert scores[2] == pytest.approx(scores[0] + scores[1], rel=1e-5)
-
-
 @pytest.mark.parametrize("forces, supports, complaint", [
     ([1], wall(8)[:1], "Hold it in x, in y and against turning"),
     ([1, -1], wall(8), "cancel out"),

@@ -30,13 +30,6 @@ def test_masks_and_picture_are_indexed_y_x(plate):
     assert np.all(middles[solid | second] < 0.02)
 
 
-def test_times_are_those_of_their_names(plate):
-    rounding = 0.01
-    for times in [plate.iterate().times for _ in range(5)]:
-        assert times.total + rounding >= times.update + times.state + times.sensitivity + times.mesh
-        assert times.state + rounding >= times.assemble + times.factorize + times.solve > 0
-
-
 def test_writes_into_the_array_of_the_caller_and_nowhere_else(plate):
     rows, columns = plate.picture_shape
     frame = np.full((rows + 2, columns), 77, np.float32)
