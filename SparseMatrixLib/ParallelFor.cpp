@@ -26,6 +26,12 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
     work();
 }
 
+#elif defined(VOXAM_PARALLEL_SERIAL)
+
+void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+    for (size_t index = 0; index < count; ++index) task(context, index);
+}
+
 #else
 
 #include <tbb/parallel_for.h>

@@ -30,7 +30,12 @@ void assertionFailed(const char* condition, const char* source, unsigned line,
     std::fprintf(stderr, "%s: %s:%u: %s: Assertion `%s' failed.\n", programName(),
                  fromSourceDirectory(source), line, function, condition);
     std::fflush(stderr);
+#ifdef __EMSCRIPTEN__
+    // Here abort() throws, and every noexcept function on its way would call it anew.
+    __builtin_trap();
+#else
     std::abort();
+#endif
 }
 
 }  // namespace voxam

@@ -33,7 +33,11 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
 
 // OpenBLAS maps this much at its first use and keeps it, but where it is refused, OpenBLAS tries again
 // for ever. So OpenBLAS has to map its buffer before CHOLMOD takes the room.
+#ifdef __EMSCRIPTEN__
+constexpr size_t BLAS_BUFFER_SIZE = size_t{17} << 20;  // as scripts/wasm-dependencies builds it
+#else
 constexpr size_t BLAS_BUFFER_SIZE = size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
+#endif
 
 void takeBlasBuffer() {
     static bool taken = false;

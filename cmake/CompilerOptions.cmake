@@ -21,8 +21,15 @@ add_compile_options(-ffp-contract=off)
 add_compile_options(-fno-math-errno)
 
 # The x87 registers of 32-bit x86 hold more digits than a double, and would round differently.
-if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86|x86_64|AMD64)$")
+if(NOT EMSCRIPTEN AND CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86|x86_64|AMD64)$")
     add_compile_options(-msse2 -mfpmath=sse)
+endif()
+
+# Exceptions of the machine itself are faster and smaller than those that call JavaScript.
+if(EMSCRIPTEN)
+    set(CMAKE_POSITION_INDEPENDENT_CODE OFF)  # a module is one piece
+    add_compile_options(-msimd128 -fwasm-exceptions)
+    add_link_options(-fwasm-exceptions)
 endif()
 
 # Not all of -Wshadow: a constructor's parameters bear the names of the members they initialise.

@@ -7,12 +7,20 @@
 include(CheckFunctionExists)
 include(FindPackageHandleStandardArgs)
 
-if(NOT DEFINED BLA_VENDOR)
+# One archive has everything; what CMake looks for in a LAPACK is complex, and this one is not.
+if(EMSCRIPTEN)
+    find_library(OPENBLAS_LIBRARY openblas)
+    mark_as_advanced(OPENBLAS_LIBRARY)
+    if(OPENBLAS_LIBRARY AND NOT TARGET LAPACK::LAPACK)
+        add_library(LAPACK::LAPACK STATIC IMPORTED)
+        set_target_properties(LAPACK::LAPACK PROPERTIES IMPORTED_LOCATION "${OPENBLAS_LIBRARY}")
+    endif()
+elseif(NOT DEFINED BLA_VENDOR)
     set(BLA_VENDOR OpenBLAS)
     find_package(LAPACK QUIET)
     unset(BLA_VENDOR)
 endif()
-if(NOT LAPACK_FOUND)
+if(NOT TARGET LAPACK::LAPACK AND NOT LAPACK_FOUND)
     find_package(LAPACK QUIET)
 endif()
 

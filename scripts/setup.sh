@@ -65,6 +65,24 @@ window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
 )
 
+# What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it to
+# the list.
+wasm_requirements=(
+    "emscripten:Emscripten 3.1"
+    "dpkg-dev:dpkg-source"
+)
+
+# What the tests of the page need beside it.
+page_requirements=(
+    "chromium:Chromium"
+)
+
+# Node.js for the page. Others than Debian's bring npm along, so commands are looked for.
+node_requirements=(
+    "nodejs:Node.js 18 or later"
+    "npm:npm"
+)
+
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
@@ -116,6 +134,31 @@ prepare_system() {
     else
         check_tools
     fi
+}
+
+# Node.js, npm, and what npm installs for hosts/web.
+prepare_node() {
+    if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+        if has_apt; then
+            install_missing_packages "${node_requirements[@]}"
+        else
+            echo "Install Node.js 18 or later, with npm." >&2
+            return 1
+        fi
+    fi
+    local lock=hosts/web/package-lock.json
+    if cmp -s "$lock" hosts/web/node_modules/.installed-lock; then return; fi
+    npm ci --prefix hosts/web --no-fund --no-audit --loglevel=error
+    cp "$lock" hosts/web/node_modules/.installed-lock
+}
+
+# The WebAssembly module, the npm package around it and the page, hosts/web/dist.
+build_page() {
+    scripts/wasm-dependencies
+    build_preset wasm
+    mkdir -p hosts/web/package/dist
+    cp build/wasm/hosts/web/module/voxam.wasm hosts/web/package/dist/
+    npm run build --prefix hosts/web --loglevel=error
 }
 
 # Lets packages of i386 be installed beside those of this system. It changes what apt-get update

@@ -2,7 +2,31 @@
 
 #include <array>
 #include <charconv>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
+
+#ifdef __EMSCRIPTEN__
+
+// The standard library of Emscripten has no std::to_chars() for floating point. So the digits are
+// tried one by one until the text reads back.
+inline std::string exactText(double value, char form, int least) {
+    const std::string format = std::string("%.*") + form;
+    std::array<char, 400> text;
+    int digits = least;
+    do {
+        std::snprintf(text.data(), text.size(), format.c_str(), digits++, value);
+    } while (std::strtod(text.data(), nullptr) != value && digits < 340);
+    return text.data();
+}
+
+/// The shortest text that reads back as the same number.
+inline std::string exactText(double value) { return exactText(value, 'g', 1); }
+
+/// The same without an exponent.
+inline std::string exactDecimalText(double value) { return exactText(value, 'f', 0); }
+
+#else
 
 /// The shortest text that reads back as the same number.
 template <typename Number>
@@ -18,3 +42,5 @@ inline std::string exactDecimalText(double value) {
         text.data(),
         std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed).ptr};
 }
+
+#endif

@@ -1,0 +1,218 @@
+import { ArgumentError, VoxamError } from "./errors.js";
+import { requireLength, requireWhole, type Instance } from "./module.js";
+
+/** A whole number, or an inclusive range of them. */
+export type Span = number | [number, number];
+
+export interface SceneLoad {
+    x: Span;
+    y: Span;
+    fx?: number;
+    fy?: number;
+    loadCase?: number;
+}
+
+export interface SceneSupport {
+    x: Span;
+    y: Span;
+    fix: "x" | "y" | "xy";
+}
+
+/** Elements: a rectangle, or a disc or ring where there is a radius. */
+export interface SceneArea {
+    x: number | [number, number];
+    y: number | [number, number];
+    radius?: number | [number, number];
+}
+
+/** A scene file, as docs/scenes.md describes it. */
+export interface SceneFile {
+    title?: string;
+    description?: string;
+    grid: { width: number; height: number };
+    loads: SceneLoad[];
+    supports: SceneSupport[];
+    volumeFraction?: number;
+    subdivision?: number;
+    meshFactor?: number;
+    iterations?: number;
+    penalty?: number;
+    passive?: { void?: SceneArea[]; solid?: SceneArea[]; secondSolid?: SceneArea[] } | string[];
+    blob?: SceneArea[];
+    loadCases?: number;
+    loadCasesInUse?: number[];
+    timeline?: object[];
+    densities?: unknown;
+}
+
+/** Something that a person should know about a scene or a design. */
+export interface Finding {
+    /** An error makes a run pointless. */
+    isError: boolean;
+    /** Of the scene file, such as `loads[2]`; or `design`, `compliance`. */
+    key: string;
+    text: string;
+    place?: { ofNodes: boolean; x: [number, number]; y: [number, number] };
+}
+
+export interface OpenedScene {
+    /** The same scene in the usual form, as a file contains it. */
+    text: string;
+    findings: Finding[];
+    /** What each element is, row by row from the top: see ELEMENT. */
+    kinds: Uint8Array;
+}
+
+/** What an element of a scene is; BLOB is added to the others. */
+export const ELEMENT = { FREE: 0, VOID: 1, SOLID: 2, SECOND_SOLID: 3, BLOB: 4 } as const;
+
+export interface RunStep {
+    iteration: number;
+    /** Why there is no new design; empty when there is one, and only then the rest is there. */
+    message: string;
+    compliance: number;
+    change: number;
+    volume: number;
+    /** Milliseconds. */
+    time: number;
+    /** The scene in force, when the timeline has changed it. */
+    scene?: string;
+}
+
+export interface SceneScore {
+    supported: boolean;
+    /** Of the design without its floating parts, when it is supported. */
+    compliance: number;
+    volume: number;
+    /** Cells of parts that nothing holds. */
+    floating: number[];
+    /** Why the design is not supported. */
+    problems: Finding[];
+    /** The design that was scored, and each cell's share of the compliance: row by row. */
+    design: Float32Array;
+    energies: Float32Array | undefined;
+    /**
+     * x and y of each node, column by column, in the load case in which the design gives way most.
+     * NaN where there is no material.
+     */
+    displacements: Float64Array | undefined;
+}
+
+export interface Contour {
+    hole: boolean;
+    /** x and y of each corner, in elements; y points down. */
+    corners: number[];
+}
+
+/**
+ * Scenes, read, checked and run by the code of the program `voxam`. A module has one scene, and one
+ * run, at a time; a run takes the place of an Optimiser.
+ */
+export class Scenes {
+    private width = 0;
+    private height = 0;
+    private refinement = 1;
+
+    /** Called by Voxam.scenes(). */
+    constructor(private readonly instance: Instance) {}
+
+    /** Reads a scene. Throws ArgumentError, with file, key and reason, if it is not a good one. */
+    open(text: string, name = "scene.json"): OpenedScene {
+        const reply = this.instance.withCopies(
+            [new TextEncoder().encode(`${text}\0`), new TextEncoder().encode(`${name}\0`)],
+            (...texts) =>
+                this.reply<{ scene: string; findings: Finding[] }>(
+                    "voxamOpenScene",
+                    ArgumentError,
+                    ...texts,
+                ),
+        );
+        const { grid, subdivision = 1, meshFactor = 1 } = JSON.parse(reply.scene) as SceneFile;
+        this.width = grid.width;
+        this.height = grid.height;
+        this.refinement = subdivision * meshFactor;
+        return { text: reply.scene, findings: reply.findings, kinds: this.kinds() };
+    }
+
+    /** Columns of the picture of the scene that is open. */
+    get pictureWidth(): number {
+        return this.width * this.refinement;
+    }
+
+    /** Starts to optimise the scene that is open, from a uniform design. */
+    start(): void {
+        this.reply("voxamStartRun", VoxamError);
+    }
+
+    /** Sends the scene that is open to the run. The design goes on if plate and detail are the same. */
+    follow(): void {
+        this.reply("voxamFollowScene", VoxamError);
+    }
+
+    iterate(movesBlob = false): RunStep {
+        return this.reply<RunStep>("voxamIterateRun", VoxamError, movesBlob ? 1 : 0);
+    }
+
+    /** The run's design: a byte for each cell, 0 void to 255 solid, row by row from the top. */
+    picture(): Uint8Array | undefined {
+        const pointer = this.instance.call("voxamRunPicture");
+        const length = this.width * this.height * this.refinement ** 2;
+        return pointer ? this.instance.bytes(pointer, length).slice() : undefined;
+    }
+
+    /** What each element is now, the blob where it has moved to. */
+    kinds(): Uint8Array {
+        const pointer = this.instance.call("voxamElementKinds");
+        return this.instance.bytes(pointer, this.width * this.height).slice();
+    }
+
+    /** Where the material of the run's design ends. */
+    outline(): Contour[] {
+        return this.reply<{ contours: Contour[] }>("voxamRunOutline", VoxamError).contours;
+    }
+
+    /** Scores the run's design in black and white, as `voxam optimise` does at its end. */
+    scoreRun(refinement = 0): SceneScore {
+        requireWhole("refinement", refinement, 0, 16);
+        return this.score("voxamScoreRun", refinement);
+    }
+
+    /** Scores a drawing of `refinement` cells per edge of an element, 1 solid, 0 void, row by row. */
+    scoreDrawing(cells: Uint8Array, refinement: number): SceneScore {
+        requireWhole("refinement", refinement, 1, 16);
+        requireLength("cells", cells, this.width * this.height * refinement ** 2);
+        return this.instance.withCopies([cells], (pointer = 0) =>
+            this.score("voxamScoreDrawing", pointer, refinement),
+        );
+    }
+
+    private score(name: string, ...values: number[]): SceneScore {
+        const reply = this.reply<SceneScore & { cells: number }>(name, VoxamError, ...values);
+        const floats = (source: string) => {
+            const pointer = this.instance.call(source);
+            return pointer ? this.instance.floats(pointer, reply.cells).slice() : undefined;
+        };
+        const design = floats("voxamScoredDesign") ?? new Float32Array();
+        const energies = floats("voxamScoredEnergies");
+        return { ...reply, design, energies, displacements: this.displacements(reply.cells) };
+    }
+
+    private displacements(cells: number): Float64Array | undefined {
+        const pointer = this.instance.call("voxamScoredDisplacements");
+        if (!pointer) return undefined;
+        const detail = Math.round(Math.sqrt(cells / (this.width * this.height)));
+        const nodes = (this.width * detail + 1) * (this.height * detail + 1);
+        return this.instance.doubles(pointer, 2 * nodes).slice();
+    }
+
+    private reply<T extends object>(
+        name: string,
+        Failure: new (text: string) => Error,
+        ...values: number[]
+    ): T {
+        const pointer = this.instance.call(name, ...values);
+        const reply = JSON.parse(this.instance.text(pointer)) as T & { error?: string };
+        if (reply.error !== undefined) throw new Failure(reply.error);
+        return reply;
+    }
+}

@@ -1,0 +1,300 @@
+// Draw and be scored: the player's design, its budget and its score.
+import { ELEMENT, type SceneFile } from "voxam";
+import { byId, prefersLessMotion } from "./dom.js";
+import { brushed, type Point } from "./edits.js";
+import type { Library } from "./library.js";
+import type { Plate } from "./plate.js";
+import type { DesignScore } from "./protocol.js";
+import type { View } from "./view.js";
+
+const MAX_CELLS = 12_000;
+const MAX_DETAIL = 3;
+const BEND_TIME = 450; // milliseconds
+
+const number = (value: number): string =>
+    value >= 1e5 ? value.toExponential(2) : value.toLocaleString("en", { maximumSignificantDigits: 4 });
+
+export class Drawing {
+    isOn = false;
+    private cells: Uint8Array = new Uint8Array();
+    private fixed = new Uint8Array(); // 1 stays void, 2 stays solid
+    private grid = { width: 1, height: 1 };
+    private detail = 1;
+    private budget = 0; // cells
+    private own: DesignScore | undefined;
+    private rival: DesignScore | undefined;
+    private best = 0;
+    private past: Uint8Array[] = [];
+    private future: Uint8Array[] = [];
+    private erases = false;
+    private lastPlace: Point | undefined;
+    private lastNumber = 0;
+    private showsRival = false;
+    private bend = 0;
+    private bendStart = 0;
+    private brush = 3;
+    erasing = false;
+
+    constructor(
+        private readonly library: Library,
+        private readonly view: View,
+        private readonly plate: Plate,
+        private readonly redraw: () => void,
+        private readonly announce: (text: string) => void,
+    ) {
+        library.on("score", (report) => this.takeScore(report.number, report.score));
+        library.on("reference", (report) => this.takeRival(report.score));
+        const brush = byId<HTMLInputElement>("brush");
+        const showBrush = () => {
+            this.brush = brush.valueAsNumber;
+            byId("brush-text").textContent = `${this.brush} wide`;
+        };
+        brush.addEventListener("input", showBrush);
+        showBrush();
+        for (const id of ["show-deformed", "show-energies"]) {
+            byId(id).addEventListener("change", () => this.show());
+        }
+        byId("clear").addEventListener("click", () => this.clear());
+        byId("show-rival").addEventListener("click", () => {
+            this.showsRival = !this.showsRival;
+            this.show();
+        });
+    }
+
+    /** A drawing of the scene begins, with what has to be solid. */
+    start(scene: SceneFile, kinds: Uint8Array): void {
+        const { width, height } = scene.grid;
+        this.grid = scene.grid;
+        this.detail = Math.max(
+            1,
+            Math.min(MAX_DETAIL, Math.floor(Math.sqrt(MAX_CELLS / (width * height)))),
+        );
+        const columns = width * this.detail;
+        this.fixed = new Uint8Array(columns * height * this.detail);
+        for (let i = 0; i < this.fixed.length; ++i) {
+            const x = Math.floor((i % columns) / this.detail);
+            const y = Math.floor(Math.floor(i / columns) / this.detail);
+            const kind = kinds[y * width + x] ?? 0;
+            this.fixed[i] = kind === ELEMENT.VOID || kind >= ELEMENT.BLOB ? 1 : kind > 1 ? 2 : 0;
+        }
+        this.cells = this.fixed.map((value) => (value === 2 ? 1 : 0));
+        this.past = [];
+        this.future = [];
+        this.best = 0;
+        this.own = undefined;
+        this.rival = undefined;
+        this.showsRival = false;
+        this.budget = Math.round((scene.volumeFraction ?? 0.4) * this.cells.length);
+        this.isOn = true;
+        this.library.send({ kind: "reference", refinement: this.detail });
+        this.score();
+        this.show();
+    }
+
+    stop(): void {
+        this.isOn = false;
+        this.plate.look = undefined;
+    }
+
+    press(at: Point): boolean {
+        if (this.showsRival) {
+            this.showsRival = false;
+            this.show();
+        }
+        this.past.push(this.cells.slice());
+        this.future = [];
+        this.lastPlace = undefined;
+        this.erases = this.erasing;
+        this.stopBending();
+        this.move(at);
+        return true;
+    }
+
+    move(at: Point): void {
+        const place = this.view.toPlate(at);
+        const from = this.lastPlace ?? place;
+        const steps = Math.max(1, Math.ceil(Math.hypot(place.x - from.x, place.y - from.y) * 2));
+        for (let i = 1; i <= steps; ++i) {
+            const t = i / steps;
+            this.dab({ x: from.x + (place.x - from.x) * t, y: from.y + (place.y - from.y) * t });
+        }
+        this.lastPlace = place;
+        this.show();
+    }
+
+    release(): void {
+        this.score();
+    }
+
+    cancel(): void {
+        this.cells = this.past.pop() ?? this.cells;
+        this.show();
+    }
+
+    /** The brush at a place of the plate, for the keyboard. */
+    stamp(place: Point, erases: boolean): void {
+        this.past.push(this.cells.slice());
+        this.future = [];
+        this.erases = erases;
+        this.dab(place);
+        this.score();
+        this.show();
+    }
+
+    get brushSize(): number {
+        return this.brush;
+    }
+
+    get canUndo(): boolean {
+        return this.past.length > 0;
+    }
+
+    get canRedo(): boolean {
+        return this.future.length > 0;
+    }
+
+    undo(): void {
+        this.step(this.past, this.future);
+    }
+
+    redo(): void {
+        this.step(this.future, this.past);
+    }
+
+    private step(from: Uint8Array[], to: Uint8Array[]): void {
+        const cells = from.pop();
+        if (!cells) return;
+        to.push(this.cells);
+        this.cells = cells;
+        this.score();
+        this.show();
+    }
+
+    private clear(): void {
+        this.past.push(this.cells);
+        this.future = [];
+        this.cells = this.fixed.map((value) => (value === 2 ? 1 : 0));
+        this.showsRival = false;
+        this.score();
+        this.show();
+    }
+
+    private dab(place: Point): void {
+        const { width, height } = this.grid;
+        const grid = { width: width * this.detail, height: height * this.detail };
+        const at = { x: place.x * this.detail, y: place.y * this.detail };
+        let left = this.left;
+        for (const cell of brushed(grid, at, this.brush * this.detail)) {
+            if (this.fixed[cell]) continue;
+            if (this.erases) {
+                this.cells[cell] = 0;
+            } else if (!this.cells[cell] && left > 0) {
+                this.cells[cell] = 1;
+                --left;
+            }
+        }
+    }
+
+    private get left(): number {
+        return this.budget - this.cells.reduce((sum, cell) => sum + cell, 0);
+    }
+
+    private score(): void {
+        this.own = undefined;
+        const request = { number: ++this.lastNumber, cells: this.cells, refinement: this.detail };
+        this.library.send({ kind: "score", ...request });
+        this.redraw();
+    }
+
+    private takeScore(number: number, score: DesignScore): void {
+        if (number !== this.lastNumber || !this.isOn) return;
+        this.own = score;
+        this.rememberBest();
+        this.startBending();
+        this.show();
+        const percent = this.percent;
+        if (percent !== undefined) this.announce(`${percent} per cent of the optimiser's stiffness`);
+        else if (score.problem && this.left < this.budget) this.announce(score.problem);
+    }
+
+    private takeRival(score: DesignScore): void {
+        if (!this.isOn) return;
+        this.rival = score;
+        // The optimiser's design, drawn in black and white, may have come out a little heavier.
+        this.budget = Math.max(this.budget, Math.round(score.volume * this.cells.length));
+        this.rememberBest();
+        this.show();
+    }
+
+    /** Stiffness is the inverse of compliance. */
+    private get percent(): number | undefined {
+        if (!this.own?.supported || !this.rival?.supported) return undefined;
+        return Math.round((100 * this.rival.compliance) / this.own.compliance);
+    }
+
+    private rememberBest(): void {
+        this.best = Math.max(this.best, this.percent ?? 0);
+    }
+
+    private startBending(): void {
+        this.bend = prefersLessMotion() ? 1 : 0;
+        this.bendStart = performance.now();
+        if (this.bend === 0) this.bendFurther();
+    }
+
+    private bendFurther(): void {
+        requestAnimationFrame((now) => {
+            if (!this.own) return;
+            const t = Math.min(1, (now - this.bendStart) / BEND_TIME);
+            this.bend = t * t * (3 - 2 * t);
+            this.show();
+            if (t < 1) this.bendFurther();
+        });
+    }
+
+    private stopBending(): void {
+        this.own = undefined;
+        this.bend = 0;
+    }
+
+    show(): void {
+        if (!this.isOn) return;
+        const isBent = byId<HTMLInputElement>("show-deformed").checked;
+        const showEnergies = byId<HTMLInputElement>("show-energies").checked;
+        const rival = this.showsRival ? this.rival : undefined;
+        const cells = rival ? Uint8Array.from(rival.design) : this.cells;
+        this.plate.look = {
+            cells,
+            refinement: this.detail,
+            score: rival ?? this.own,
+            showEnergies,
+            bend: isBent ? (rival ? 1 : this.bend) : 0,
+        };
+        this.showNumbers(showEnergies);
+        this.redraw();
+    }
+
+    private showNumbers(showEnergies: boolean): void {
+        const { percent, own, rival } = this;
+        const share = Math.max(0, Math.round((100 * this.left) / Math.max(1, this.budget)));
+        byId("percent").textContent = percent === undefined ? "–" : `${percent} %`;
+        const isEmpty = !this.cells.some((cell, i) => cell && this.fixed[i] !== 2);
+        byId("draw-lead").textContent =
+            own && !own.supported && !isEmpty
+                ? own.problem
+                : isEmpty
+                  ? "Draw a structure that carries the load to the supports."
+                  : share === 0
+                    ? "All material is used. Rub some out to put it elsewhere."
+                    : "";
+        byId("budget").textContent = `${share} %`;
+        byId("meter").setAttribute("aria-valuenow", String(share));
+        byId("meter").style.setProperty("--share", `${share}%`);
+        byId("own").textContent = own?.supported ? number(own.compliance) : "–";
+        byId("rival").textContent = rival?.supported ? number(rival.compliance) : "…";
+        byId("best").textContent = this.best > 0 ? `${this.best} %` : "–";
+        byId("show-rival").setAttribute("aria-pressed", String(this.showsRival));
+        byId<HTMLButtonElement>("show-rival").disabled = !rival;
+        byId("energy-scale").hidden = !showEnergies;
+    }
+}

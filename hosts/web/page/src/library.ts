@@ -1,0 +1,49 @@
+// The library as the page sees it: a thread that answers when it has something to say.
+import type { Report, Request } from "./protocol.js";
+
+export type ReportOf<Kind extends Report["kind"]> = Extract<Report, { kind: Kind }>;
+
+export class Library {
+    private readonly worker = new Worker(new URL("./worker.ts", import.meta.url), {
+        type: "module",
+        name: "voxam",
+    });
+    private readonly handlers: { [Kind in Report["kind"]]?: (report: never) => void } = {};
+    private readonly waiting = new Map<
+        number,
+        { resolve: (value: unknown) => void; reject: (reason: Error) => void }
+    >();
+    private lastNumber = 0;
+
+    constructor() {
+        this.worker.onmessage = ({ data }: MessageEvent<Report>) => this.receive(data);
+    }
+
+    on<Kind extends Report["kind"]>(kind: Kind, handler: (report: ReportOf<Kind>) => void): void {
+        this.handlers[kind] = handler;
+    }
+
+    send(request: Request, transfer: Transferable[] = []): void {
+        this.worker.postMessage(request, transfer);
+    }
+
+    /** Sends a question and waits for its answer. */
+    ask<T>(question: { kind: "outline" } | { kind: "format"; text: string; name: string }): Promise<T> {
+        const number = ++this.lastNumber;
+        return new Promise<T>((resolve, reject) => {
+            this.waiting.set(number, { resolve: (value) => resolve(value as T), reject });
+            this.send({ ...question, number });
+        });
+    }
+
+    private receive(report: Report): void {
+        if (report.kind === "answer") {
+            const waiting = this.waiting.get(report.number);
+            this.waiting.delete(report.number);
+            if (report.error !== undefined) waiting?.reject(new Error(report.error));
+            else waiting?.resolve(report.value);
+            return;
+        }
+        (this.handlers[report.kind] as ((report: Report) => void) | undefined)?.(report);
+    }
+}

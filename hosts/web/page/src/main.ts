@@ -1,0 +1,528 @@
+import type { SceneFile } from "voxam";
+import { SceneDocument } from "./document.js";
+import { addIcons, byId, html, icon, isDark } from "./dom.js";
+import { Drawing } from "./drawing.js";
+import { moveLoad, removeLoad, turnLoad, type Point } from "./edits.js";
+import { Files } from "./files.js";
+import { makeGallery } from "./gallery.js";
+import { Library } from "./library.js";
+import { fromFragment } from "./link.js";
+import { LoadFields } from "./load-fields.js";
+import { Numbers, remedyOf } from "./numbers.js";
+import { Plate } from "./plate.js";
+import { followPointers, type Gesture } from "./pointer.js";
+import type { Frame } from "./protocol.js";
+import { Signs } from "./signs.js";
+import startScene from "./start.json" with { type: "json" };
+import { Hand, TOOLS, type ToolName } from "./tools.js";
+import { View } from "./view.js";
+
+const start = startScene as unknown as SceneFile;
+
+/** What binds the parts of the page to one another. */
+class Page {
+    private readonly stage = byId("stage");
+    private readonly view = new View();
+    private readonly library = new Library();
+    private readonly scene = new SceneDocument({
+        scene: start,
+        kinds: new Uint8Array(start.grid.width * start.grid.height),
+    });
+    private readonly plate = new Plate(byId<HTMLCanvasElement>("plate"), this.view);
+    private readonly signs = new Signs(
+        byId<SVGSVGElement>("signs"),
+        this.view,
+        (index, event) => this.moveByKey(index, event),
+        (index) => {
+            this.signs.selected = index;
+            this.loadFields.show();
+        },
+    );
+    private readonly hand = new Hand(this.scene, this.view, this.signs);
+    private readonly loadFields = new LoadFields(this.scene, this.signs);
+    private readonly numbers = new Numbers((text) => this.announce(text));
+    private readonly drawing = new Drawing(
+        this.library,
+        this.view,
+        this.plate,
+        () => this.redraw(),
+        (text) => this.announce(text),
+    );
+    private revision = 0;
+    private sent: SceneFile | undefined;
+    private sentScenes = new Map<number, SceneFile>();
+    private isPlaying = true;
+    private frame: Frame | undefined;
+    private isDrawScheduled = false;
+    private keyboardPlace: Point | undefined;
+    private invites = true;
+
+    constructor() {
+        addIcons(document);
+        this.makeTools();
+        this.bindLibrary();
+        this.bindControls();
+        this.bindKeys();
+        this.bindStage();
+        this.scene.onChange((_, isNew) => this.followScene(isNew));
+        new Files(
+            this.scene,
+            this.library,
+            (text, name) => this.openText(text, name),
+            () => this.paintPicture(),
+            (text) => this.complain(text),
+        );
+        makeGallery((text, name) => this.openText(text, name));
+        addEventListener("hashchange", () => void this.openLink());
+        void this.openLink().then((isOpened) => isOpened || this.openScene(start, "bracket.json"));
+    }
+
+    // ---- scenes --------------------------------------------------------------------------------
+
+    private async openLink(): Promise<boolean> {
+        try {
+            const text = await fromFragment(location.hash);
+            if (text !== undefined) this.openText(text, "shared-scene.json");
+            return text !== undefined;
+        } catch {
+            this.complain("The link is damaged: it contains no scene.");
+            return false;
+        }
+    }
+
+    /** The library reads it: only then it is a scene. */
+    private openText(text: string, name: string): void {
+        this.library
+            .ask<string>({ kind: "format", text, name })
+            .then((formatted) => this.openScene(JSON.parse(formatted) as SceneFile, name))
+            .catch((error: Error) => this.complain(error.message));
+    }
+
+    private openScene(scene: SceneFile, name: string): void {
+        if (scene.volumeFraction === undefined) {
+            this.complain(`${name}: this scene has no volumeFraction, so there is nothing to optimise`);
+            return;
+        }
+        this.invites = this.sent === undefined;
+        this.setMode(false);
+        this.signs.selected = 0;
+        byId<HTMLInputElement>("move-blob").checked = false;
+        this.library.send({ kind: "moveBlob", on: false });
+        this.scene.open(scene, name);
+    }
+
+    private followScene(isNew: boolean): void {
+        const { scene, kinds } = this.scene.state;
+        if (isNew) {
+            this.view.setGrid(scene.grid);
+            this.plate.setPicture(undefined);
+            this.numbers.reset();
+            this.frame = undefined;
+        }
+        if (scene !== this.sent) this.sendScene(isNew);
+        this.plate.setKinds(scene.grid, kinds);
+        this.showScene();
+        this.redraw();
+    }
+
+    private sendScene(restart: boolean): void {
+        const { scene } = this.scene;
+        this.sent = scene;
+        const revision = ++this.revision;
+        this.sentScenes.set(revision, scene);
+        const { name } = this.scene;
+        this.library.send({ kind: "open", revision, text: JSON.stringify(scene), name, restart });
+        byId("problem").hidden = true;
+        this.numbers.setState(this.isPlaying ? "forming" : "paused");
+    }
+
+    private showScene(): void {
+        const { scene } = this.scene;
+        byId("scene-title").textContent = scene.title ?? "";
+        document.title = scene.title ? `${scene.title} – Voxam` : "Voxam";
+        const volume = Math.round(100 * (scene.volumeFraction ?? 0));
+        byId<HTMLInputElement>("volume").value = String(volume);
+        byId("volume-text").textContent = `${volume} %`;
+        byId("blob-row").hidden = !scene.blob;
+        const steps = this.drawing.isOn ? this.drawing : this.scene;
+        byId<HTMLButtonElement>("undo").disabled = !steps.canUndo;
+        byId<HTMLButtonElement>("redo").disabled = !steps.canRedo;
+        this.loadFields.show();
+    }
+
+    // ---- the library ---------------------------------------------------------------------------
+
+    private bindLibrary(): void {
+        const { library } = this;
+        library.on("opened", ({ revision, kinds, findings }) => {
+            const scene = this.sentScenes.get(revision);
+            for (const key of this.sentScenes.keys()) if (key <= revision) this.sentScenes.delete(key);
+            if (!scene || scene !== this.scene.scene) return;
+            this.scene.setKinds(scene, kinds);
+            this.plate.setKinds(scene.grid, kinds);
+            const fault = findings.find((finding) => finding.isError);
+            if (fault) this.stop(fault.text);
+            this.redraw();
+        });
+        library.on("frame", ({ frame }) => this.takeFrame(frame));
+        library.on("settled", ({ revision, compliance }) => {
+            if (revision !== this.revision) return;
+            if (compliance === undefined) this.numbers.setState("settled");
+            else this.numbers.showDrawn(compliance);
+        });
+        library.on("stopped", ({ revision, text }) => {
+            if (revision === 0 || revision === this.revision) this.stop(remedyOf(text));
+        });
+        library.on("refused", ({ revision, text }) => {
+            if (revision === this.revision) this.stop(text);
+        });
+    }
+
+    private takeFrame(frame: Frame): void {
+        this.library.send({ kind: "shown" });
+        const { grid, subdivision = 1, meshFactor = 1 } = this.scene.scene;
+        const refinement = subdivision * meshFactor;
+        const [width, height] = [grid.width * refinement, grid.height * refinement];
+        if (frame.picture.length !== width * height) return; // of a plate that is no more
+        this.frame = frame;
+        this.plate.setPicture({ cells: frame.picture, width, height });
+        if (frame.kinds) this.plate.setKinds(grid, frame.kinds);
+        this.numbers.show(frame);
+        this.stage.dataset["revision"] = String(frame.revision);
+        this.redraw();
+    }
+
+    private stop(text: string): void {
+        const problem = byId("problem");
+        problem.textContent = text;
+        problem.hidden = false;
+        this.numbers.setState("stopped");
+    }
+
+    private complain(text: string): void {
+        const problem = byId("problem");
+        problem.textContent = text;
+        problem.hidden = false;
+    }
+
+    // ---- showing -------------------------------------------------------------------------------
+
+    private redraw(): void {
+        if (this.isDrawScheduled) return;
+        this.isDrawScheduled = true;
+        requestAnimationFrame(() => {
+            this.isDrawScheduled = false;
+            this.plate.draw();
+            this.signs.draw(this.scene.scene);
+            const { left, top, scale } = this.view;
+            this.stage.dataset["place"] = `${left} ${top} ${scale}`;
+            this.showInvitation();
+        });
+    }
+
+    private showInvitation(): void {
+        const invitation = byId("invitation");
+        const arrow = this.signs.arrows[0];
+        invitation.hidden = !this.invites || !arrow || !this.frame || this.drawing.isOn;
+        if (invitation.hidden || !arrow) return;
+        const { tail } = arrow;
+        const right = Math.min(tail.x + 24, this.view.width - 14);
+        invitation.style.transform = `translate(${right}px, ${tail.y - 20}px) translate(-100%, -100%)`;
+    }
+
+    private paintPicture(): HTMLCanvasElement {
+        const { grid } = this.scene.scene;
+        const picture = document.createElement("canvas");
+        const view = new View();
+        const plate = new Plate(picture, view);
+        view.setGrid(grid);
+        view.setStage(1200, Math.round((1200 * grid.height) / grid.width));
+        if (this.frame) {
+            const { subdivision = 1, meshFactor = 1 } = this.scene.scene;
+            const refinement = subdivision * meshFactor;
+            const [width, height] = [grid.width * refinement, grid.height * refinement];
+            plate.setPicture({ cells: this.frame.picture, width, height });
+        }
+        plate.look = this.plate.look;
+        plate.setKinds(grid, this.scene.state.kinds);
+        plate.draw();
+        return picture;
+    }
+
+    private announce(text: string): void {
+        byId("announcement").textContent = text;
+    }
+
+    // ---- controls ------------------------------------------------------------------------------
+
+    private makeTools(): void {
+        const bar = byId("tools");
+        for (const { name, label, key, hint } of TOOLS) {
+            const button = html("button", {
+                "data-tool": name,
+                "aria-pressed": String(name === "move"),
+                "aria-keyshortcuts": key,
+                title: `${hint} (${key})`,
+            });
+            button.append(icon(name), html("span", {}, label));
+            button.addEventListener("click", () => this.setTool(name));
+            bar.append(button);
+        }
+        for (const [name, label] of [["pencil", "Draw"], ["erase", "Rub out"]] as const) {
+            const button = html("button", { "data-draw": name, "aria-pressed": name === "pencil" ? "true" : "false", hidden: "" });
+            button.append(icon(name), html("span", {}, label));
+            button.addEventListener("click", () => this.setDrawTool(name === "erase"));
+            bar.append(button);
+        }
+    }
+
+    private setTool(name: ToolName): void {
+        this.hand.tool = name;
+        for (const button of document.querySelectorAll<HTMLElement>("[data-tool]")) {
+            button.setAttribute("aria-pressed", String(button.dataset["tool"] === name));
+        }
+        this.stage.dataset["tool"] = name;
+        this.plate.cursor = undefined;
+        this.redraw();
+    }
+
+    private setDrawTool(erases: boolean): void {
+        this.drawing.erasing = erases;
+        for (const button of document.querySelectorAll<HTMLElement>("[data-draw]")) {
+            button.setAttribute("aria-pressed", String((button.dataset["draw"] === "erase") === erases));
+        }
+    }
+
+    private setMode(draws: boolean): void {
+        byId("mode-optimise").setAttribute("aria-pressed", String(!draws));
+        byId("mode-draw").setAttribute("aria-pressed", String(draws));
+        byId("optimise-panel").hidden = draws;
+        byId("draw-panel").hidden = !draws;
+        for (const button of document.querySelectorAll<HTMLElement>("[data-tool]")) button.hidden = draws;
+        for (const button of document.querySelectorAll<HTMLElement>("[data-draw]")) button.hidden = !draws;
+        document.body.classList.toggle("draws", draws);
+        if (draws) {
+            this.invites = false;
+            const { scene, kinds } = this.scene.state;
+            this.setDrawTool(false);
+            this.drawing.start(scene, kinds);
+        } else {
+            this.drawing.stop();
+        }
+        this.showScene();
+        this.redraw();
+    }
+
+    private setPlaying(plays: boolean): void {
+        this.isPlaying = plays;
+        this.library.send({ kind: "play", on: plays });
+        const button = byId("pause");
+        button.dataset["icon"] = plays ? "pause" : "play";
+        button.setAttribute("aria-label", plays ? "Pause" : "Go on");
+        addIcons(button.parentElement ?? document);
+        if (!plays) this.numbers.setState("paused");
+        else if (this.numbers.current === "paused") this.numbers.setState("forming");
+    }
+
+    private bindControls(): void {
+        const volume = byId<HTMLInputElement>("volume");
+        const onVolume = () => {
+            this.scene.begin();
+            this.scene.change({
+                scene: { ...this.scene.scene, volumeFraction: volume.valueAsNumber / 100 },
+            });
+        };
+        volume.addEventListener("input", onVolume);
+        volume.addEventListener("change", () => this.scene.end());
+        byId("mode-optimise").addEventListener("click", () => this.setMode(false));
+        byId("mode-draw").addEventListener("click", () => this.setMode(true));
+        byId("undo").addEventListener("click", () => this.undo());
+        byId("redo").addEventListener("click", () => this.redo());
+        byId("pause").addEventListener("click", () => this.setPlaying(!this.isPlaying));
+        byId("restart").addEventListener("click", () => this.sendScene(true));
+        byId("fit").addEventListener("click", () => {
+            this.view.fit();
+            this.redraw();
+        });
+        byId("move-blob").addEventListener("change", (event) => {
+            const { checked } = event.target as HTMLInputElement;
+            this.library.send({ kind: "moveBlob", on: checked });
+            this.numbers.setState("forming");
+        });
+        for (const dialog of document.querySelectorAll("dialog")) {
+            dialog.querySelector(".close")?.addEventListener("click", () => dialog.close());
+            dialog.addEventListener("click", (event) => {
+                if (event.target === dialog) dialog.close();
+            });
+        }
+        matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
+            this.plate.changeColours();
+            document.documentElement.dataset["dark"] = String(isDark());
+            this.redraw();
+        });
+    }
+
+    private undo(): void {
+        if (this.drawing.isOn) this.drawing.undo();
+        else this.scene.undo();
+        this.showScene();
+    }
+
+    private redo(): void {
+        if (this.drawing.isOn) this.drawing.redo();
+        else this.scene.redo();
+        this.showScene();
+    }
+
+    // ---- keys ----------------------------------------------------------------------------------
+
+    private bindKeys(): void {
+        document.addEventListener("keydown", (event) => {
+            const target = event.target as HTMLElement;
+            if (target.closest("input, dialog, [role=menu]")) return;
+            const command = event.ctrlKey || event.metaKey;
+            const key = event.key.toLowerCase();
+            if (command && key === "z" && !event.shiftKey) this.undo();
+            else if (command && (key === "y" || (key === "z" && event.shiftKey))) this.redo();
+            else if (command || event.altKey) return;
+            else if (key === " " && !target.closest("button, a, [role=button]")) {
+                this.setPlaying(!this.isPlaying);
+            } else if (key === "f") byId("fit").click();
+            else {
+                const tool = TOOLS.find((candidate) => candidate.key === key);
+                if (!tool || this.drawing.isOn) return;
+                this.setTool(tool.name);
+            }
+            event.preventDefault();
+        });
+        const canvas = byId("plate");
+        canvas.addEventListener("keydown", (event) => this.useByKey(event));
+        canvas.addEventListener("blur", () => {
+            this.plate.cursor = undefined;
+            this.redraw();
+        });
+    }
+
+    /** The keyboard's cursor on the plate. */
+    private useByKey(event: KeyboardEvent): void {
+        const { grid } = this.scene.scene;
+        const step = event.shiftKey ? 5 : 1;
+        const steps: Record<string, [number, number]> = {
+            ArrowLeft: [-step, 0],
+            ArrowRight: [step, 0],
+            ArrowUp: [0, -step],
+            ArrowDown: [0, step],
+        };
+        const by = steps[event.key];
+        const place = (this.keyboardPlace ??= { x: grid.width / 2, y: grid.height / 2 });
+        if (by) {
+            place.x = Math.max(0, Math.min(grid.width, Math.round(place.x + by[0])));
+            place.y = Math.max(0, Math.min(grid.height, Math.round(place.y + by[1])));
+            this.announce(`x ${place.x}, y ${place.y}`);
+        } else if (event.key === "Enter") {
+            this.useTool(place);
+        } else {
+            return;
+        }
+        event.preventDefault();
+        const size = this.drawing.isOn ? this.drawing.brushSize : this.hand.brushSize;
+        this.plate.cursor = { at: place, size };
+        this.redraw();
+    }
+
+    private useTool(place: Point): void {
+        if (this.drawing.isOn) {
+            this.drawing.stamp(place, this.drawing.erasing);
+        } else if (this.hand.tool === "load") {
+            if (this.hand.press(this.view.toScreen(place), "key")) this.hand.release();
+        } else {
+            this.scene.begin();
+            this.hand.apply([place]);
+            this.scene.end();
+        }
+        this.showScene();
+    }
+
+    private moveByKey(index: number, event: KeyboardEvent): void {
+        if (this.drawing.isOn) return;
+        const { scene } = this.scene;
+        const step = event.shiftKey ? 5 : 1;
+        const steps: Record<string, Point> = {
+            ArrowLeft: { x: -step, y: 0 },
+            ArrowRight: { x: step, y: 0 },
+            ArrowUp: { x: 0, y: -step },
+            ArrowDown: { x: 0, y: step },
+        };
+        const by = steps[event.key];
+        const { fx = 0, fy = 0 } = scene.loads[index] ?? {};
+        const turn = { "[": -1, "]": 1 }[event.key];
+        let next: SceneFile | undefined;
+        if (by) next = moveLoad(scene, index, by);
+        else if (turn) next = turnLoad(scene, index, Math.atan2(fy, fx) + (turn * Math.PI) / 12);
+        else if (["Delete", "Backspace"].includes(event.key) && scene.loads.length > 1) {
+            next = removeLoad(scene, index);
+        } else return;
+        event.preventDefault();
+        this.invites = false;
+        if (next !== scene) this.scene.change({ scene: next });
+    }
+
+    // ---- the stage -----------------------------------------------------------------------------
+
+    private bindStage(): void {
+        const hand: Gesture = {
+            press: (at, pointer) => {
+                this.invites = false;
+                byId("problem").hidden = true;
+                return this.hand.press(at, pointer);
+            },
+            move: (at) => this.hand.move(at),
+            release: () => this.hand.release(),
+            cancel: () => this.hand.cancel(),
+            hover: (at, pointer) => this.hover(at, pointer),
+        };
+        const pencil: Gesture = {
+            press: (at) => this.drawing.press(at),
+            move: (at) => this.drawing.move(at),
+            release: () => {
+                this.drawing.release();
+                this.showScene();
+            },
+            cancel: () => this.drawing.cancel(),
+            hover: (at) => this.showCursor(at, this.drawing.brushSize),
+        };
+        const gesture = () => (this.drawing.isOn ? pencil : hand);
+        followPointers(this.stage, this.view, gesture, () => this.redraw());
+        this.stage.addEventListener("pointerleave", () => {
+            this.plate.cursor = undefined;
+            this.redraw();
+        });
+        const resize = () => {
+            this.view.setStage(this.stage.clientWidth, this.stage.clientHeight);
+            this.redraw();
+        };
+        new ResizeObserver(resize).observe(this.stage);
+        resize();
+    }
+
+    private hover(at: Point, pointer: string): void {
+        const { tool } = this.hand;
+        const found = this.hand.find(at, pointer);
+        const isOnArrow = found && (tool === "move" || tool === "load" || tool === "erase");
+        this.stage.dataset["over"] = isOnArrow ? (found.turns ? "tail" : "arrow") : "";
+        const paints = ["void", "solid", "blob", "erase"].includes(tool);
+        if (paints && !isOnArrow) this.showCursor(at, this.hand.brushSize);
+        else if (this.plate.cursor) this.showCursor(undefined, 0);
+    }
+
+    private showCursor(at: Point | undefined, size: number): void {
+        this.plate.cursor = at ? { at: this.view.toPlate(at), size } : undefined;
+        this.redraw();
+    }
+}
+
+new Page();
+
+if ("serviceWorker" in navigator && import.meta.env.PROD) {
+    void navigator.serviceWorker.register("./service-worker.js");
+}

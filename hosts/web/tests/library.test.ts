@@ -1,0 +1,236 @@
+// The module under Node.js: against the native program, and what it does with wrong input.
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after, test } from "node:test";
+import {
+    ArgumentError,
+    OutOfMemoryError,
+    ProblemError,
+    TrapError,
+    Voxam,
+    VoxamError,
+    type Load,
+    type SceneFile,
+    type Support,
+} from "voxam";
+
+const root = new URL("../../../", import.meta.url).pathname;
+const program = join(root, "build/release/hosts/cli/voxam");
+const folder = mkdtempSync(join(tmpdir(), "voxam-web-"));
+after(() => rmSync(folder, { recursive: true }));
+
+const wallOf = (height: number): Support[] =>
+    Array.from({ length: height + 1 }, (_, y) => ({ x: 0, y }));
+const plate = { width: 24, height: 16 };
+const tip: Load = { x: 24, y: 8, fy: 1 };
+const cantilever = { ...plate, loads: [tip], supports: wallOf(16) };
+const texts = (name: string): string => readFileSync(join(root, "scenes", name), "utf8");
+
+const relative = (value: number, expected: number): number =>
+    Math.abs(value - expected) / Math.abs(expected);
+
+/** What the native program makes of a scene: compliances by iteration, and the last densities. */
+function runNatively(scene: SceneFile, movesBlob: boolean) {
+    const [file, history, design] = ["scene.json", "history.csv", "design.csv"].map((name) =>
+        join(folder, name),
+    ) as [string, string, string];
+    writeFileSync(file, JSON.stringify(scene));
+    const options = ["--quiet", "--history", history, "--design", design];
+    execFileSync(program, ["optimise", file, ...options, ...(movesBlob ? ["--blob"] : [])]);
+    const rows = (name: string) => readFileSync(name, "utf8").trim().split("\n");
+    const compliances = rows(history).slice(1).map((row) => Number(row.split(",")[1]));
+    return { compliances, densities: rows(design).flatMap((row) => row.split(",").map(Number)) };
+}
+
+/** The runs of the fingerprint that a scene can describe: all parts combined freely. */
+function* scenes(): Generator<[string, SceneFile, boolean]> {
+    for (const [width, height, detail] of [[30, 20, 1], [24, 16, 2], [60, 40, 1]] as const) {
+        for (let parts = 0; parts < 16; ++parts) {
+            const [passive, blob, twoCases, edited] = [1, 2, 4, 8].map((bit) => (parts & bit) !== 0);
+            if (width === 60 && parts % 5) continue;
+            const scene: SceneFile = {
+                grid: { width, height },
+                subdivision: detail,
+                meshFactor: detail,
+                volumeFraction: 0.45,
+                iterations: 25,
+                loads: [{ x: width, y: height / 2, fy: 1 }],
+                supports: [{ x: 0, y: [0, height], fix: "xy" }],
+            };
+            if (twoCases) {
+                scene.loads.push({ x: width, y: 0, fx: 0.3, fy: -0.7, loadCase: 1 });
+                scene.loadCases = 2;
+            }
+            if (passive) {
+                scene.passive = {
+                    void: [{ x: [width / 2, width / 2 + 2], y: [1, 3] }],
+                    solid: [{ x: [0, width - 1], y: height - 1 }],
+                    secondSolid: [{ x: [0, 1], y: [0, 1] }],
+                };
+            }
+            if (blob) scene.blob = [{ x: [width / 3, width / 3 + 4].map(Math.floor) as [number, number], y: [height / 2, height / 2 + 3] }];
+            if (edited) {
+                const loads = [{ x: width, y: 1, fx: 0.25, fy: 1 }, ...scene.loads.slice(1)];
+                scene.timeline = [{ iteration: 13, loads, volumeFraction: 0.3 }];
+            }
+            yield [`${width}x${height} (${detail}) ${parts}`, scene, blob ?? false];
+        }
+    }
+}
+
+test("scenes run as in the native program", async () => {
+    const voxam = await Voxam.load();
+    const module = voxam.scenes();
+    for (const [name, scene, movesBlob] of scenes()) {
+        const native = runNatively(scene, movesBlob);
+        module.open(JSON.stringify(scene));
+        module.start();
+        for (const [i, expected] of native.compliances.entries()) {
+            const step = module.iterate(movesBlob);
+            assert.equal(step.message, "");
+            assert.ok(relative(step.compliance, expected) < 1e-10, `${name}, iteration ${i + 1}`);
+        }
+        assert.equal(native.compliances.length, 25);
+        const picture = module.picture() ?? new Uint8Array();
+        assert.equal(picture.length, native.densities.length);
+        for (const [i, density] of native.densities.entries()) {
+            assert.ok(Math.abs((picture[i] ?? NaN) - 255 * density) < 0.5001, `${name}, cell ${i}`);
+        }
+    }
+});
+
+test("an optimiser of one's own does what a scene does", async () => {
+    const voxam = await Voxam.load();
+    const scene = JSON.parse(texts("optimise-cantilever.json")) as SceneFile;
+    const scenes = voxam.scenes();
+    scenes.open(JSON.stringify(scene));
+    scenes.start();
+    const expected = Array.from({ length: 10 }, () => scenes.iterate().compliance);
+    const picture = scenes.picture() ?? new Uint8Array();
+    const { width, height } = scene.grid;
+    const options = { width, height, volumeFraction: 0.4, subdivision: 2, meshFactor: 2 };
+    const optimiser = (await Voxam.load()).optimiser(options);
+    optimiser.update({ loads: [{ x: 80, y: 25, fy: 1 }], supports: wallOf(50) });
+    const steps = expected.map(() => optimiser.iterate());
+    assert.deepEqual(steps.map(({ compliance }) => compliance), expected);
+    assert.deepEqual(optimiser.picture.map((v) => Math.round(255 * (1 - v))), Float32Array.from(picture));
+});
+
+test("scores agree with the native program and with one another", async () => {
+    const voxam = await Voxam.load();
+    for (const name of ["cantilever.json", "bridge.json", "hole.json", "minimal.json"]) {
+        const report = execFileSync(program, ["score", join(root, "scenes", name)], { encoding: "utf8" });
+        const expected = Number(/[Cc]ompliance\s+([\d.e+]+)/.exec(report)?.[1]);
+        const { grid, densities } = JSON.parse(texts(name)) as SceneFile;
+        const scenes = voxam.scenes();
+        scenes.open(texts(name));
+        if (!Array.isArray(densities) || !densities.every((row) => /^[#.]+$/.test(String(row)))) continue;
+        const cells = Uint8Array.from((densities as string[]).join(""), (cell) => Number(cell === "#"));
+        const score = scenes.scoreDrawing(cells, Math.round(Math.sqrt(cells.length / grid.width / grid.height)));
+        assert.ok(score.supported);
+        assert.ok(relative(score.compliance, expected) < 1e-3, `${name}: ${score.compliance}, ${expected}`);
+        const sum = score.energies?.reduce((total, energy) => total + energy, 0) ?? NaN;
+        assert.ok(relative(sum, score.compliance) < 1e-3, name);
+    }
+    const solid = new Float32Array(24 * 16).fill(1);
+    const game = voxam.game(cantilever).solve(solid);
+    const analysis = voxam.analysis(cantilever).solve(solid);
+    assert.ok(relative(game.compliance, analysis.compliance) < 1e-3);
+    const node = 2 * (24 * 17 + 8) + 1; // force times displacement of the loaded node
+    assert.ok(relative(analysis.displacements[node] ?? NaN, analysis.compliance) < 1e-9);
+    for (const [i, energy] of game.energies.entries()) {
+        assert.ok(Math.abs(energy - (analysis.energies[i] ?? NaN)) < 1e-2, `element ${i}`);
+    }
+});
+
+test("wrong arguments are refused before the call, and change nothing", async () => {
+    const voxam = await Voxam.load();
+    const optimiser = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
+    const problem = { loads: [tip], supports: wallOf(16) };
+    const mask = new Uint8Array(24 * 16).fill(1, 0, 1);
+    const wrong: Parameters<typeof optimiser.update>[0][] = [
+        { ...problem, loads: [{ x: 25, y: 0, fy: 1 }] },
+        { ...problem, loads: [{ ...tip, fy: NaN }] },
+        { ...problem, loads: [{ ...tip, loadCase: 1 }] },
+        { ...problem, supports: [{ x: 0.5, y: 0 }] },
+        { ...problem, supports: [{ x: 0, y: 0, fix: "z" as "x" }] },
+        { ...problem, volumeFraction: 0 },
+        { ...problem, void: new Uint8Array(3) },
+        { ...problem, void: mask, solid: mask },
+        { ...problem, loadCasesInUse: [1] },
+    ];
+    for (const update of wrong) assert.throws(() => optimiser.update(update), ArgumentError);
+    assert.throws(() => optimiser.iterate(), VoxamError);
+    optimiser.update(problem);
+    assert.throws(() => optimiser.iterate({ penalty: NaN }), ArgumentError);
+    assert.ok(optimiser.iterate().compliance > 0);
+    assert.throws(() => voxam.optimiser({ ...plate, volumeFraction: 0.4 }), VoxamError);
+    optimiser.close();
+    assert.throws(() => optimiser.iterate(), VoxamError);
+    for (const size of [0, 1.5, NaN, 40000]) {
+        assert.throws(() => voxam.optimiser({ width: size, height: 4, volumeFraction: 1 }), ArgumentError);
+    }
+    assert.throws(() => voxam.game(cantilever).solve(new Float32Array(3)), ArgumentError);
+    for (const text of ["{", "{}", texts("optimise-cantilever.json").replace('"y": 25', '"y": 51')]) {
+        assert.throws(() => voxam.scenes().open(text, "mine.json"), /^ArgumentError: mine\.json/);
+    }
+});
+
+test("problems and lack of memory come back as errors, and the next call works", async () => {
+    const voxam = await Voxam.load();
+    const optimiser = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
+    optimiser.update({ loads: [tip], supports: [] });
+    assert.throws(() => optimiser.iterate(), ProblemError);
+    optimiser.update({ loads: [tip], supports: wallOf(16) });
+    assert.ok(optimiser.iterate().compliance > 0);
+    optimiser.close();
+    const free = voxam.game({ ...cantilever, supports: [] });
+    assert.throws(() => free.solve(new Float32Array(24 * 16).fill(1)), ProblemError);
+    const tooLarge = { width: 6000, height: 5000, volumeFraction: 0.4 };
+    assert.throws(() => {
+        const large = voxam.optimiser(tooLarge);
+        large.update({ loads: [{ x: 1, y: 1, fy: 1 }], supports: wallOf(16) });
+        large.iterate();
+    }, OutOfMemoryError);
+});
+
+test("after a trap the module refuses, and restarts", async () => {
+    const voxam = await Voxam.load();
+    const optimiser = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
+    // Past the wrapper: a passive element outside of the plate is an assertion of the library.
+    const { instance } = voxam as unknown as { instance: { call(...args: unknown[]): number; copyIn(values: Int16Array): number } };
+    const passive = instance.copyIn(Int16Array.from([1, 0, 0, 99, 99]));
+    assert.throws(() => instance.call("_UpdateVoxamApp", 0, 0, 0, 0, 0.4, passive, 0, 0, 0), TrapError);
+    assert.throws(() => optimiser.iterate(), VoxamError);
+    voxam.restart();
+    const fresh = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
+    fresh.update({ loads: [tip], supports: wallOf(16) });
+    assert.ok(fresh.iterate().compliance > 0);
+});
+
+test("memory does not grow in 2,000 iterations with edits and restarts", async () => {
+    const voxam = await Voxam.load();
+    const scenes = voxam.scenes();
+    const scene = JSON.parse(texts("optimise-cantilever.json")) as SceneFile;
+    scene.grid = { width: 24, height: 16 };
+    scene.supports = [{ x: 0, y: [0, 16], fix: "xy" }];
+    let settled = 0;
+    for (let i = 0; i < 2000; ++i) {
+        if (i % 20 === 0) {
+            scene.loads = [{ x: 24, y: (i / 20) % 17, fy: 1 }];
+            scenes.open(JSON.stringify(scene));
+            if (i % 400 === 0) scenes.start();
+            else scenes.follow();
+        }
+        assert.equal(scenes.iterate().message, "");
+        if (i % 100 === 99) {
+            const score = scenes.scoreRun();
+            assert.ok(score.compliance > 0 || !score.supported);
+        }
+        if (i === 400) settled = voxam.memorySize;
+    }
+    assert.equal(voxam.memorySize, settled);
+});

@@ -1,0 +1,226 @@
+// The page in Chromium, by real input.
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import type { Browser } from "playwright-core";
+import type { Server } from "node:http";
+import type { SceneFile } from "voxam";
+import { launch, serve, Visit } from "./browser.js";
+
+const root = new URL("../../../", import.meta.url).pathname;
+const folder = mkdtempSync(join(tmpdir(), "voxam-page-"));
+let browser: Browser;
+let server: Server;
+let address: string;
+
+before(async () => {
+    browser = await launch();
+    ({ server, address } = await serve());
+});
+after(async () => {
+    await browser.close();
+    server.close();
+    rmSync(folder, { recursive: true });
+});
+
+const desktop = { viewport: { width: 1280, height: 800 }, colorScheme: "light" as const };
+const phone = {
+    viewport: { width: 390, height: 844 },
+    deviceScaleFactor: 2,
+    hasTouch: true,
+    isMobile: true,
+    colorScheme: "light" as const,
+};
+const savedScene = async (visit: Visit) => JSON.parse(await visit.download("save")) as SceneFile;
+
+test("a structure forms at once, follows the hand, settles and rests", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    await visit.forms();
+    assert.ok(await visit.page.locator("#invitation").isVisible());
+    await visit.reaches("settled");
+    const rest = await visit.iteration();
+    await visit.page.waitForTimeout(700);
+    assert.equal(await visit.iteration(), rest);
+    assert.match(await visit.text("announcement"), /^Settled\. Compliance \d/);
+    assert.match(await visit.text("compliance-note"), /black and white/);
+    const [above, below] = [await visit.filled(45, 0, 60, 15), await visit.filled(45, 25, 60, 40)];
+    assert.ok(Math.abs(above - below) < 0.05, "symmetric at first");
+    await visit.drag([60, 18], [60, 6]);
+    assert.ok(!(await visit.page.locator("#invitation").isVisible()));
+    await visit.forms(rest + 25);
+    const moved = await visit.filled(45, 0, 60, 15);
+    assert.ok(moved > above + 0.1, `${moved} of the upper corner is filled, before ${above}`);
+    const { loads } = await savedScene(visit);
+    assert.deepEqual(loads, [{ x: 60, y: 8, fy: 1 }]);
+    await visit.page.keyboard.press("Control+z");
+    assert.deepEqual((await savedScene(visit)).loads, [{ x: 60, y: 20, fy: 1 }]);
+    await visit.page.keyboard.press("Control+y");
+    assert.equal((await savedScene(visit)).loads[0]?.y, 8);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("every tool works by mouse, and loads by keys", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const { page } = visit;
+    await visit.forms(10);
+    await page.keyboard.press("4");
+    await visit.drag([20, 4], [50, 4]);
+    await page.keyboard.press("5");
+    await visit.drag([10, 36], [40, 36]);
+    await page.keyboard.press("6");
+    await visit.drag([30, 20], [33, 20]);
+    await page.keyboard.press("3");
+    await visit.drag([55, 40], [60, 40]);
+    await page.keyboard.press("2");
+    await visit.drag([30, 30], [31, 30]);
+    const scene = await savedScene(visit);
+    assert.ok(!Array.isArray(scene.passive) && scene.passive?.void && scene.passive.solid);
+    assert.ok(scene.blob);
+    assert.deepEqual(scene.supports.at(-1), { x: [55, 60], y: 40, fix: "xy" });
+    assert.deepEqual(scene.loads[1], { x: 31, y: 30, fy: 1 });
+    await visit.forms((await visit.iteration()) + 15);
+    assert.ok((await visit.filled(22, 3.3, 48, 4.7)) < 0.25, "void is empty but for its hatching");
+    await page.keyboard.press("7");
+    await visit.drag([31, 30], [31, 30]);
+    await visit.drag([18, 4], [52, 4]);
+    const erased = await savedScene(visit);
+    assert.equal(erased.loads.length, 1);
+    assert.ok(!Array.isArray(erased.passive) && !erased.passive?.void);
+    await page.locator("[data-load='0']").focus();
+    for (const key of ["ArrowUp", "Shift+ArrowLeft", "]"]) await page.keyboard.press(key);
+    const [load] = (await savedScene(visit)).loads;
+    assert.deepEqual([load?.x, load?.y], [55, 19]);
+    assert.ok(Math.abs(Math.hypot(load?.fx ?? 0, load?.fy ?? 0) - 1) < 1e-5, "magnitude is kept");
+    assert.ok((load?.fx ?? 0) < -0.2);
+    await page.locator("#plate").focus();
+    await page.keyboard.press("4");
+    for (const key of ["ArrowRight", "Enter"]) await page.keyboard.press(key);
+    const painted = await savedScene(visit);
+    assert.ok(!Array.isArray(painted.passive) && painted.passive?.void);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("links and files are scenes, which the program runs to the same outline", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const scene = JSON.parse(readFileSync(join(root, "scenes/l-bracket.json"), "utf8")) as SceneFile;
+    const file = join(folder, "short.json");
+    writeFileSync(file, JSON.stringify({ ...scene, grid: { width: 80, height: 80 }, iterations: 15 }));
+    await visit.page.setInputFiles("#open-file", file);
+    await visit.page.waitForFunction(() => document.title.startsWith("L-bracket"));
+    await visit.reaches("settled");
+    assert.equal(await visit.iteration(), 15);
+    const numbers = (text: string) => (/ d="([^"]*)"/.exec(text)?.[1]?.match(/[\d.]+/g) ?? []).map(Number);
+    const outline = numbers(await visit.download("svg"));
+    const native = join(folder, "native.svg");
+    writeFileSync(file, await visit.download("save"));
+    const program = join(root, "build/release/hosts/cli/voxam");
+    execFileSync(program, ["optimise", file, "--quiet", "--outline", native]);
+    const expected = numbers(readFileSync(native, "utf8"));
+    assert.equal(outline.length, expected.length);
+    for (const [i, value] of expected.entries()) assert.ok(Math.abs((outline[i] ?? NaN) - value) < 2e-3);
+    assert.match(await visit.download("dxf"), /^0\r\nSECTION[\s\S]*POLYLINE[\s\S]*EOF\r\n$/);
+    await visit.page.click("#share-button");
+    const link = new URL(await visit.page.locator("#share-link").inputValue());
+    assert.ok(link.hash.length > 50 && link.hash.length < 700);
+    const guest = await Visit.start(browser, address, { ...desktop, fragment: link.hash });
+    await guest.forms(2);
+    assert.deepEqual(await savedScene(guest), JSON.parse(readFileSync(file, "utf8")));
+    await guest.page.evaluate(() => (location.hash = "#s=broken"));
+    await guest.page.locator("#problem", { hasText: "link is damaged" }).waitFor();
+    assert.deepEqual(await guest.end(), []);
+    writeFileSync(file, '{"grid": {}}');
+    await visit.page.keyboard.press("Escape");
+    await visit.page.setInputFiles("#open-file", file);
+    await visit.page.locator("#problem", { hasText: "short.json: " }).waitFor();
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("a drawing is scored within its budget, and keep-outs bind the player", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    await visit.forms(5);
+    await visit.page.keyboard.press("4");
+    await visit.drag([30, 20], [30, 20]);
+    await visit.page.click("#mode-draw");
+    await visit.page.waitForFunction(() => /\d/.test(document.getElementById("rival")?.textContent ?? ""));
+    await visit.drag([0, 3], [60, 20]);
+    await visit.drag([0, 37], [60, 20]);
+    await visit.page.waitForFunction(() => /\d/.test(document.getElementById("percent")?.textContent ?? ""));
+    const percent = parseInt(await visit.text("percent"));
+    assert.ok(percent > 20 && percent < 110, `${percent} %`);
+    assert.equal(await visit.text("best"), `${percent} %`);
+    await visit.page.locator("#show-deformed").uncheck();
+    await visit.page.locator("#show-energies").uncheck();
+    await visit.drag([20, 20], [40, 20], [40, 22], [20, 22]);
+    assert.ok((await visit.filled(29.4, 19.4, 30.6, 20.6)) < 0.3, "the void stays empty");
+    await visit.page.locator("#brush").fill("8");
+    for (let y = 2; y < 40; y += 6) await visit.drag([2, y], [58, y]);
+    assert.equal(await visit.text("budget"), "0 %");
+    assert.ok((await visit.filled(0.2, 0.2, 59.8, 39.8)) < 0.5, "no more than the budget");
+    await visit.page.click("#undo");
+    await visit.page.click("#clear");
+    await visit.page.locator("#percent", { hasText: "–" }).waitFor();
+    assert.equal(await visit.text("best"), `${percent} %`);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("touch drags, pinches and scrolls on a phone", async () => {
+    const visit = await Visit.start(browser, address, phone);
+    await visit.forms();
+    const touch = await visit.page.context().newCDPSession(visit.page);
+    const send = (type: "touchStart" | "touchMove" | "touchEnd", touchPoints: { x: number; y: number }[]) =>
+        touch.send("Input.dispatchTouchEvent", { type, touchPoints });
+    const [from, to] = [await visit.at(60, 18), await visit.at(60, 8)];
+    await send("touchStart", [from]);
+    await send("touchMove", [{ x: from.x, y: (from.y + to.y) / 2 }]);
+    await send("touchMove", [to]);
+    await send("touchEnd", []);
+    assert.equal((await savedScene(visit)).loads[0]?.y, 10);
+    const scale = async () => (await visit.page.locator("#stage").getAttribute("data-place"))?.split(" ")[2];
+    const before = Number(await scale());
+    const middle = await visit.at(30, 20);
+    const spread = (by: number) => [{ x: middle.x - by, y: middle.y }, { x: middle.x + by, y: middle.y }];
+    await send("touchStart", spread(30));
+    for (const by of [40, 60, 90]) await send("touchMove", spread(by));
+    await send("touchEnd", []);
+    await visit.page.waitForTimeout(100);
+    assert.ok(Number(await scale()) > 2.4 * before);
+    await visit.page.tap("#fit");
+    await visit.page.waitForTimeout(100);
+    assert.equal(Number(await scale()), before);
+    const overflow = await visit.page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+    assert.equal(overflow, 0);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("after the first visit the page works without a network", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    await visit.forms(2);
+    await visit.page.evaluate(() => navigator.serviceWorker.ready);
+    await visit.page.waitForFunction(() => navigator.serviceWorker.controller !== null);
+    await visit.page.context().setOffline(true);
+    await visit.page.reload();
+    await visit.forms(5);
+    await visit.page.click("#gallery-button");
+    await visit.page.click(".exhibit >> nth=0");
+    await visit.forms(3);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("nothing serious stands in the way of anybody, in light and in dark", async () => {
+    for (const options of [desktop, { ...phone, colorScheme: "dark" as const }]) {
+        const visit = await Visit.start(browser, address, { ...options, reducedMotion: "reduce" });
+        await visit.forms(3);
+        assert.deepEqual(await visit.barriers(), []);
+        await visit.page.click("#gallery-button");
+        assert.deepEqual(await visit.barriers(), []);
+        await visit.page.keyboard.press("Escape");
+        await visit.page.click("#mode-draw");
+        assert.deepEqual(await visit.barriers(), []);
+        await visit.page.goto(`${address}why.html`);
+        assert.deepEqual(await visit.barriers(), []);
+        assert.deepEqual(await visit.end(), []);
+    }
+});
