@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     addAppBenchmarks(suite);
     addGameBenchmarks(suite);
+    addAnalysisBenchmarks(suite);
     addAssemblyBenchmarks(suite);
     printBanners();
     TableReporter table(suite.getSections());

@@ -70,4 +70,5 @@ private:
 
 void addAppBenchmarks(Suite& suite);
 void addGameBenchmarks(Suite& suite);
+void addAnalysisBenchmarks(Suite& suite);
 void addAssemblyBenchmarks(Suite& suite);
