@@ -58,15 +58,15 @@ constexpr ElementVector nodalForces(const ElementDeformation& d) {
     };
 }
 
-/// Product of the displacements, the integer element matrix and the displacements: a sum of squares.
+/// The displacements times the integer element matrix times the displacements: a sum of squares.
 constexpr double deformationEnergy(const ElementDeformation& d) {
     const double both = d.stretchX + d.stretchY;
     return 14.0 * (d.stretchX * d.stretchX + d.stretchY * d.stretchY) + 6.0 * both * both +
            7.0 * d.shear * d.shear + 9.0 * (d.bendX * d.bendX + d.bendY * d.bendY);
 }
 
-/// The stresses at the centre of the element (x, y, shear), times ELEMENT_STIFFNESS_DIVISOR, for unit
-/// modulus. Tension is positive.
+/// The stresses at the centre of the element (x, y, shear), times ELEMENT_STIFFNESS_DIVISOR, for
+/// unit modulus. Tension is positive.
 constexpr std::array<double, 3> centreStresses(const ElementDeformation& d) {
     return {40.0 * d.stretchX + 12.0 * d.stretchY, 12.0 * d.stretchX + 40.0 * d.stretchY,
             14.0 * d.shear};

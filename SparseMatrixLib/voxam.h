@@ -246,6 +246,16 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * between the stiffness is linear in the density while the score weighs each element's energy with
  * the cube of its density, so partly filled designs score lower than they deserve.
  *
+ * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The score
+ * of a sound design is therefore too high by a relative error of at most
+ *
+ *     3.6e-8 * solid elements * compliance for a force of 1
+ *
+ * (measured on 60 designs; 1.1e-8 to 3.6e-8 for a force at one node, less for a force that is spread
+ * along an edge). So a score is good to 1 % while solid elements times compliance stays below 3e5,
+ * as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x 10 elements exceed, it may be
+ * any number. To tell users what a design is worth, call _SolveVoxamAnalysis.
+ *
  * A part of the design that touches nothing may make the plate unsolvable: in single precision such
  * a part can come out slightly less than held by the void around it. From some 500 elements on that
  * gives the largest float, on smaller plates a score. Leave such parts out before scoring.
