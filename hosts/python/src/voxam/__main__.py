@@ -11,6 +11,7 @@ from typing import Any, Iterable, List, Optional, Tuple
 
 from . import VoxamError, scenes
 from ._optimiser import Iteration
+from .study._command import dataset_main, study_main
 
 _EXIT_PROBLEM = 1
 _EXIT_INPUT = 2
@@ -169,7 +170,12 @@ def _run(options: argparse.Namespace) -> None:
 
 
 def main(arguments: Optional[List[str]] = None) -> int:
-    options = _arguments(arguments)
+    given = sys.argv[1:] if arguments is None else arguments
+    if given[:1] == ["study"]:
+        return study_main(given[1:])
+    if given[:1] == ["dataset"]:
+        return dataset_main(given[1:])
+    options = _arguments(given)
     try:
         _run(options)
     except ImportError as error:

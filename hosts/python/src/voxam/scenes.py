@@ -122,14 +122,26 @@ def _make(change: Change, optimiser: Optimiser, settings: Dict[str, Any]) -> Non
 def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
     """Reads a scene to optimise. Raises SceneError, or OSError when the file cannot be read."""
     path = pathlib.Path(file)
+    return scene_of(read_document(path), str(path), path.stem)
+
+
+def read_document(file: Union[str, "pathlib.Path"]) -> Any:
+    """Reads a JSON file that may contain comments. Raises SceneError when it is not JSON, or
+    OSError when it cannot be read."""
+    path = pathlib.Path(file)
     try:
         text = _without_comments(path.read_text("utf-8"))
-        document = json.loads(text, object_pairs_hook=_without_duplicates)
+        return json.loads(text, object_pairs_hook=_without_duplicates)
     except ValueError as error:
         raise SceneError(f"{path}: {error}") from None
     except RecursionError:
         raise SceneError(f"{path}: arrays and objects are nested too deeply") from None
-    return _Reader(_Value(document, str(path), "")).scene(path.stem)
+
+
+def scene_of(document: Any, file: str = "scene", title: str = "scene") -> Scene:
+    """Checks a scene that is given as the object of its JSON file. `file` begins the messages of
+    SceneError, `title` stands in for a missing title."""
+    return _Reader(_Value(document, file, "")).scene(title)
 
 
 def _without_comments(text: str) -> str:
