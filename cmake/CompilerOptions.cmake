@@ -32,6 +32,9 @@ if(EMSCRIPTEN)
     add_link_options(-fwasm-exceptions)
 endif()
 
+# What is given to others names no folder of the machine that built it.
+add_compile_options("-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
 # Not all of -Wshadow: a constructor's parameters bear the names of the members they initialise.
 # Not -Wrestrict: GCC 12 takes the concatenation of a literal and a std::string for an overlap.
 add_compile_options(

@@ -31,8 +31,6 @@ test_requirements=(
     "python3-jsonschema:the validator of JSON schemas for Python"
     "python3-matplotlib:matplotlib"
     "python3-pip:pip"
-    "python3-setuptools:setuptools"
-    "python3-wheel:wheel"
     "python3-distributed:Dask's distributed scheduler, for the tests of studies"
     "python3-pandas:pandas"
     "python3-nbclient:nbclient, which executes the example notebook"

@@ -10,14 +10,16 @@ the right, a positive ``fy`` downwards. Every array of this package is indexed `
             result = optimiser.iterate()
 
 `Optimiser` lets a structure form, `Analysis` computes what a design is worth, `Game` scores one
-quickly in single precision, `scenes` reads scene files. There can be one of each solver in a process at a time: a newer one takes the place of the older. Calls
-from several threads wait for one another, and other threads run meanwhile.
+quickly in single precision, `scenes` reads scene files. There can be one of each solver in a
+process at a time: a newer one takes the place of the older. Calls from several threads wait for one
+another, and other threads run meanwhile.
 
 Wrong arguments are `ValueError` or `TypeError`; what only the library can find, such as a plate
 that nothing holds, is `ProblemError`, whose text says what to do.
 
 The shared library is looked for where the environment variable ``VOXAM_LIBRARY`` says, else in
-this package's folder and in the one around it, else where the system finds it.
+this package's folder and in the one around it, in a clone of the project in build/release, else
+where the system finds it.
 
 ``python -m voxam SCENE.json`` shows a structure forming; it needs matplotlib.
 """

@@ -103,7 +103,13 @@ def _candidates() -> List[str]:
     if named:
         return [named]
     package = pathlib.Path(__file__).resolve().parent
-    beside = [folder / name for folder in (package, package.parent) for name in _FILE_NAMES]
+    folders = [package, package.parent]
+    if package.parts[-4:-1] == ("hosts", "python", "src"):  # in a clone of the project
+        folders.append(package.parents[3] / "build" / "release" / "SparseMatrixLib")
+    beside = [folder / name for folder in folders for name in _FILE_NAMES]
+    note = package / "library_path.txt"  # of an installation outside the system's folders
+    if note.is_file():
+        beside.append(package / note.read_text("utf-8").strip())
     installed = ctypes.util.find_library("voxam")
     return [
         *(str(file) for file in beside if file.is_file()),

@@ -1,0 +1,35 @@
+# Puts the licences of the files ORIGINS... into a directory, as Debian has them: the text of each
+# package beside its documentation, and common licences in one place. What comes from no package has
+# a file `copyright` beside it.
+function(voxam_collect_licences directory)
+    file(MAKE_DIRECTORY "${directory}")
+    find_program(DPKG_QUERY dpkg-query NO_CACHE)
+    foreach(origin IN LISTS ARGN)
+        cmake_path(GET origin PARENT_PATH origin_dir)
+        cmake_path(GET origin STEM package)
+        set(copyright "${origin_dir}/copyright")
+        if(DPKG_QUERY AND NOT EXISTS "${copyright}")
+            execute_process(COMMAND "${DPKG_QUERY}" --search "${origin}"
+                OUTPUT_VARIABLE package ERROR_QUIET)
+            string(REGEX REPLACE "[:,].*" "" package "${package}")
+            set(copyright "/usr/share/doc/${package}/copyright")
+        endif()
+        if(NOT EXISTS "${copyright}")
+            # An install script makes what is given away; a configuration need not.
+            if(CMAKE_SCRIPT_MODE_FILE)
+                message(WARNING "Add the licence of ${origin} by hand")
+            else()
+                message(STATUS "The licence of ${origin} is not installed along")
+            endif()
+            continue()
+        endif()
+        file(COPY_FILE "${copyright}" "${directory}/${package}.txt")
+        file(STRINGS "${copyright}" lines REGEX "/usr/share/common-licenses/")
+        string(REGEX MATCHALL "/usr/share/common-licenses/[A-Za-z0-9.-]*[A-Za-z0-9]" common
+            "${lines}")
+        foreach(licence IN LISTS common)
+            cmake_path(GET licence FILENAME name)
+            file(COPY_FILE "${licence}" "${directory}/${name}")
+        endforeach()
+    endforeach()
+endfunction()
