@@ -7,7 +7,11 @@
 #include <utility>
 
 #include "kmat_exception.h"
+#include "metis_guard.h"
 #include "single_threaded_cholmod.h"
+
+// Null when CHOLMOD is built without METIS.
+#pragma weak cholmod_metis
 
 namespace kmat {
 
@@ -52,6 +56,21 @@ void takeBlasBuffer() {
     taken = true;
 }
 
+// Where CHOLMOD keeps AMD and METIS among the orderings that it tries by default.
+constexpr int AMD = 1;
+constexpr int METIS = 2;
+
+// Whether CHOLMOD wanted an ordering that it could not make. It goes on with another one then, and
+// the results would depend on how much memory there was. It tries METIS after AMD has left many
+// operations for each entry of the factor, and many entries for each of the matrix.
+bool lacksOrdering(const cholmod_common& common) {
+    if (common.nmethods != 0) return false;  // the orderings are a host's choice
+    const auto& amd = common.method[AMD];
+    if (amd.lnz < 0) return true;
+    const bool wantsMetis = amd.fl >= 500 * amd.lnz && amd.lnz >= 5 * common.anz;
+    return wantsMetis && cholmod_metis && common.method[METIS].lnz < 0;
+}
+
 Factor factorizeOnce(const SparseMatrix& A) {
     Factor factor = A.analyze();
     factor.factorize(A);
@@ -62,7 +81,17 @@ Factor factorizeOnce(const SparseMatrix& A) {
 
 Factor SparseMatrix::analyze() const {
     const SingleThreadedCholmod guard;
-    return Factor(cholmod_analyze(sparse.get(), ConfigSingleton::getCommonPtr()));
+    const MetisGuard metisGuard;
+    cholmod_common* common = ConfigSingleton::getCommonPtr();
+    for (const int method : {AMD, METIS})
+        common->method[method].lnz = -1;  // may be of another matrix
+    cholmod_factor* factor = cholmod_analyze(sparse.get(), common);
+    if (factor && lacksOrdering(*common)) {
+        cholmod_free_factor(&factor, common);
+        cholmod_error(CHOLMOD_OUT_OF_MEMORY, "SparseMatrixLib/factor.cpp", __LINE__,
+                      "out of memory for an ordering", common);
+    }
+    return Factor(factor);
 }
 
 void Factor::factorize(const SparseMatrix& A) {
@@ -82,8 +111,27 @@ void Factor::factorize(const SparseMatrix& A) {
 
 DenseMatrix solve(const Factor& F, const DenseMatrix& b) {
     const SingleThreadedCholmod guard;
-    return DenseMatrix(
-        cholmod_solve(CHOLMOD_A, F.factor.get(), b.dense.get(), ConfigSingleton::getCommonPtr()));
+    cholmod_common* common = ConfigSingleton::getCommonPtr();
+    const cholmod_factor* L = F.factor.get();
+    // If there is memory for the second of the two workspaces of a supernodal solution, but not for
+    // the first one, CHOLMOD goes on without it, and crashes. So CHOLMOD gets both.
+    cholmod_dense* Y = nullptr;
+    cholmod_dense* E = nullptr;
+    bool hasWorkspaces = true;
+    if (L && L->is_super && b.dense) {
+        const size_t columns = b.getColumns();
+        Y = cholmod_allocate_dense(L->n, columns, L->n, CHOLMOD_REAL, common);
+        E = cholmod_allocate_dense(columns, L->maxesize, columns, CHOLMOD_REAL, common);
+        hasWorkspaces = Y && E;
+    }
+    cholmod_dense* x = nullptr;
+    if (!hasWorkspaces || !cholmod_solve2(CHOLMOD_A, F.factor.get(), b.dense.get(), nullptr, &x,
+                                          nullptr, &Y, &E, common)) {
+        cholmod_free_dense(&x, common);
+    }
+    cholmod_free_dense(&Y, common);
+    cholmod_free_dense(&E, common);
+    return DenseMatrix(x);
 }
 
 SparseMatrix solve(const Factor& F, const SparseMatrix& B) {

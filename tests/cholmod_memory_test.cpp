@@ -3,8 +3,13 @@
 #include <cholmod.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <new>
+#include <optional>
+#include <vector>
 
 #include "ConeFilter.h"
 #include "SolverGame.h"
@@ -25,10 +30,13 @@ using test::untilEnough;
 
 // How many more allocations succeed. Below 0 all of them.
 long allowed = -1;
+bool failsOnce = false;  // and whether those after the next one succeed again
 
 bool isAllowed() {
     if (allowed > 0) --allowed;
-    return allowed != 0;
+    if (allowed != 0) return true;
+    if (failsOnce) allowed = -1;
+    return false;
 }
 
 void* scarceMalloc(size_t size) { return isAllowed() ? std::malloc(size) : nullptr; }
@@ -48,6 +56,7 @@ protected:
         SuiteSparse_config.calloc_func = std::calloc;
         SuiteSparse_config.realloc_func = std::realloc;
         common->print = print;
+        failsOnce = false;
     }
 
     // Runs the operation with room for that many allocations.
@@ -57,6 +66,8 @@ protected:
         operation();
         allowed = -1;
     }
+    // Whether there is room for more allocations than the operation has made.
+    static bool hasMore() { return allowed > 0; }
 
     cholmod_common* common = kmat::ConfigSingleton::getCommonPtr();
     int print = common->print;
@@ -167,35 +178,110 @@ TEST_F(CholmodMemoryTest, AnUpdateTakesNoneOfIt) {
     EXPECT_EQ(test::iterate(app), "");
 }
 
-TEST_F(CholmodMemoryTest, AnIterationSaysThatItFailedAndTheNextOneSucceeds) {
-    test::Settings settings = test::cantilever(6, 4);
-    settings.blob = {2, 2, 1, 3, 1};
-    SolverApp reference(6, 4, 1, 1, 0.5F, 1);
-    test::send(settings, reference);
-    char text[64];
-    double change = 0.0;
-    const double expected =
-        reference.runIterationWithBlob(sizeof text, text, nullptr, change, nullptr, nullptr);
+// A cube of springs, for which CHOLMOD tries METIS.
+SparseMatrix cube(unsigned n) {
+    SparseMatrix A(n * n * n, n * n * n, true, static_cast<int>(4 * n * n * n));
+    for (unsigned i = 0; i < n * n * n; ++i) {
+        A.getValue(i, i) += 6.5;
+        if (i % n > 0) A.getValue(i - 1, i) -= 1.0;
+        if (i / n % n > 0) A.getValue(i - n, i) -= 1.0;
+        if (i / n / n > 0) A.getValue(i - n * n, i) -= 1.0;
+    }
+    A.build();
+    return A;
+}
+
+TEST_F(CholmodMemoryTest, AnOrderingThatThereIsNoMemoryForIsNotReplacedByAnother) {
+    const SparseMatrix A = cube(26);
+    ASSERT_TRUE(A.analyze().isInitialized());
+    ASSERT_GT(common->method[2].lnz, 0) << "METIS was not tried";
+    const int selected = common->selected;
+    failsOnce = true;
     untilEnough([&](long count) {
-        SolverApp app(6, 4, 1, 1, 0.5F, 1);
-        test::send(settings, app);
-        double compliance = 0.0;
-        bool thrown = false;
+        bool enough = false;
         limited(count, [&] {
-            try {
-                compliance =
-                    app.runIterationWithBlob(sizeof text, text, nullptr, change, nullptr, nullptr);
-            } catch (const std::bad_alloc&) {
-                thrown = true;
+            if (A.analyze().isInitialized()) {
+                EXPECT_EQ(common->selected, selected) << count;
+                EXPECT_GT(common->method[2].lnz, 0) << count;
             }
+            enough = hasMore();
         });
-        const bool enough = !thrown && text[0] == '\0';
-        if (enough) {
-            EXPECT_EQ(compliance, expected) << count;
+        return enough;
+    });
+}
+
+TEST_F(CholmodMemoryTest, AnOrderingLeavesTheHostsRandomNumbersAndSignalHandlers) {
+    struct sigaction before = {};
+    before.sa_flags = SA_SIGINFO | SA_RESTART;
+    before.sa_sigaction = [](int, siginfo_t*, void*) {};
+    struct sigaction hosts = {};
+    sigaction(SIGTERM, &before, &hosts);
+    std::srand(5);
+    const std::array expected{std::rand(), std::rand()};
+    std::srand(5);
+    const int first = std::rand();
+    ASSERT_TRUE(cube(26).analyze().isInitialized());
+    EXPECT_EQ((std::array{first, std::rand()}), expected);
+    struct sigaction after = {};
+    sigaction(SIGTERM, &hosts, &after);
+    EXPECT_EQ(after.sa_sigaction, before.sa_sigaction);
+    EXPECT_EQ(after.sa_flags & (SA_SIGINFO | SA_RESTART | SA_RESETHAND), before.sa_flags);
+}
+
+// An iteration with a blob, and the picture that it makes.
+struct Iteration {
+    std::vector<float> picture;
+    double compliance = 0.0;
+    double change = 0.0;
+    char text[64] = "";
+
+    explicit Iteration(SolverApp& app, size_t pixels) : picture(pixels) {
+        try {
+            compliance = app.runIterationWithBlob(sizeof text, text, picture.data(), change,
+                                                  nullptr, nullptr);
+        } catch (const std::bad_alloc&) {
+            std::strcpy(text, "std::bad_alloc");
+        }
+    }
+};
+
+// Width, height and refinement of a plate, and whether a single allocation fails. The larger plate
+// has supernodes.
+class CholmodMemoryOfPlateTest : public CholmodMemoryTest,
+                                 public testing::WithParamInterface<std::array<int, 4>> {};
+
+INSTANTIATE_TEST_SUITE_P(Plates, CholmodMemoryOfPlateTest,
+                         testing::Values(std::array{6, 4, 1, 0}, std::array{12, 8, 1, 1},
+                                         std::array{30, 20, 2, 0}, std::array{30, 20, 2, 1}));
+
+TEST_P(CholmodMemoryOfPlateTest, AnIterationSaysThatItFailedAndTheNextOneSucceeds) {
+    const auto& [nelx, nely, refinement, onlyOneFails] = GetParam();
+    failsOnce = onlyOneFails != 0;
+    const size_t pixels =
+        size_t{1} * nelx * nely * refinement * refinement * refinement * refinement;
+    test::Settings settings = test::cantilever(nelx, nely);
+    settings.blob = {2, 2, 1, 3, 1};
+    SolverApp reference(nelx, nely, refinement, refinement, 0.5F, 1);
+    test::send(settings, reference);
+    const Iteration expected(reference, pixels);
+    EXPECT_STREQ(expected.text, "");
+    untilEnough([&, nelx = nelx, nely = nely, refinement = refinement](long count) {
+        SolverApp app(nelx, nely, refinement, refinement, 0.5F, 1);
+        test::send(settings, app);
+        std::optional<Iteration> iteration;
+        bool spare = false;
+        limited(count, [&] {
+            iteration.emplace(app, pixels);
+            spare = hasMore();
+        });
+        if (iteration->text[0] == '\0') {
+            EXPECT_EQ(iteration->compliance, expected.compliance) << count;
+            EXPECT_EQ(iteration->change, expected.change) << count;
+            EXPECT_EQ(iteration->picture, expected.picture) << count;
         }
         test::send(settings, app);
         EXPECT_EQ(test::iterate(app), "") << count;
-        return enough;
+        return spare;
     });
 }
 
