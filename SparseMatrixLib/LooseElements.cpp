@@ -122,9 +122,9 @@ struct Holding {
     }
 };
 
-/// Bodies, pins and supports. Groups of bodies that plainly move as one are joined first: two with
-/// two pins, and one whose supports and pins at the ground hold it. The bodies of nearly all designs
-/// are settled with that; the motions of what is left are computed.
+/// Bodies, pins and supports. Groups of bodies that plainly move as one are joined first: two groups
+/// with two pins, and a group whose supports and pins hold it on the ground. This settles nearly all
+/// designs. The motions of the groups that are left are computed.
 class Joints {
 public:
     Joints(const Bodies& bodies, unsigned nelx, unsigned nely, const Flags& held)
@@ -207,7 +207,7 @@ private:
         }
     }
 
-    // Of a group that is no longer there, nothing may speak.
+    // The part is no group of its own any more, so its pins go to the group.
     void join(unsigned group, unsigned part) {
         groups.unite(group, part);
         pins[group].erase(part);

@@ -4,11 +4,12 @@
 #include <optional>
 #include <vector>
 
-/// Which of several rigid bodies can move when supports and common points hold them. An
-/// infinitesimal rigid motion (u, v, w) displaces the point (x, y) by (u - w * y, v + w * x). Points
-/// are nodes of a grid, so the conditions on the motions have whole coefficients; they are solved
-/// modulo a large prime, without any rounding. Only a determinant that is a multiple of the prime by
-/// chance could deceive it, with a probability near 1e-9.
+/// Finds which of several rigid bodies can move when supports and common points hold them. An
+/// infinitesimal rigid motion (u, v, w) displaces the point (x, y) by (u - w * y, v + w * x).
+///
+/// Points are nodes of a grid, so the conditions on the motions have whole coefficients. They are
+/// solved modulo a large prime, without any rounding. The answer is wrong only if a determinant is a
+/// multiple of the prime by chance, with a probability near 1e-9.
 class RigidMotions {
 public:
     explicit RigidMotions(size_t bodyCount) : pivotRows(3 * bodyCount) {}

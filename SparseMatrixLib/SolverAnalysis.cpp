@@ -102,13 +102,13 @@ SolverAnalysis::Answer SolverAnalysis::solve(const double* newModuli, const Resu
     if (!takeModuli(newModuli)) {
         return {Status::INVALID, "A modulus is negative or not finite, or there are none"};
     }
-    const Answer material = checkMaterial(results.looseElements);
+    Answer material = checkMaterial(results.looseElements);
     if (material.status != Status::SOLVED && material.status != Status::LOOSE_PART) return material;
 
     // 2. The equations of the material that is held.
     if (largestModulus > 0.0) {
         assemble();
-        const Answer solution = factorizeAndSolve();
+        Answer solution = factorizeAndSolve();
         if (solution.status != Status::SOLVED) return solution;
     }
 
@@ -215,7 +215,7 @@ void SolverAnalysis::assemble() {
 }
 
 SolverAnalysis::Answer SolverAnalysis::factorizeAndSolve() {
-    const Answer notConverged = {
+    Answer notConverged = {
         Status::NOT_CONVERGED,
         "The moduli are too far apart: the displacements cannot be computed accurately"};
     if (!equilibrium.factor.isInitialized()) throw std::bad_alloc();

@@ -25,10 +25,10 @@ public:
         return sum;
     }
 
-    /// Writes forces - K u, one number per degree of freedom, where K is the integer stiffness matrix
-    /// of a plate whose element in column x and row y has the modulus moduli[x * nely + y]. For moduli
-    /// of 0 and 1 rounding errors are those of a plain residual for displacements a trillion times
-    /// smaller. Throws std::bad_alloc.
+    /// Writes forces - K u, one number per degree of freedom, where K is the integer stiffness
+    /// matrix of a plate whose element in column x and row y has the modulus moduli[x * nely + y].
+    /// For moduli of 0 and 1, the rounding errors are those of a plain residual for displacements
+    /// that are a trillion times smaller. Throws std::bad_alloc.
     void residual(unsigned nelx, unsigned nely, const std::vector<double>& moduli,
                   const std::vector<double>& forces, double* result) const;
 

@@ -246,15 +246,16 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * between the stiffness is linear in the density while the score weighs each element's energy with
  * the cube of its density, so partly filled designs score lower than they deserve.
  *
- * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The score
- * of a sound design is therefore too high by a relative error of at most
+ * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The
+ * score of a sound design is therefore too high by a relative error of at most
  *
  *     3.6e-8 * solid elements * compliance for a force of 1
  *
- * (measured on 60 designs; 1.1e-8 to 3.6e-8 for a force at one node, less for a force that is spread
- * along an edge). So a score is good to 1 % while solid elements times compliance stays below 3e5,
- * as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x 10 elements exceed, it may be
- * any number. To tell users what a design is worth, call _SolveVoxamAnalysis.
+ * This was measured on 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less
+ * for a force that is spread along an edge. So a score is good to 1 % while solid elements times
+ * compliance stays below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x
+ * 10 elements exceed, it may be any number. To tell users what a design is worth, call
+ * _SolveVoxamAnalysis.
  *
  * A part of the design that touches nothing may make the plate unsolvable: in single precision such
  * a part can come out slightly less than held by the void around it. From some 500 elements on that
@@ -309,9 +310,9 @@ enum VoxamAnalysisStatus {
  * numberOfLoadCases  independent force vectors; each load names one of 0 .. numberOfLoadCases - 1;
  *                    negative counts as 0
  *
- * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is no
- * analysis afterwards, and _SolveVoxamAnalysis returns VOXAM_ANALYSIS_OUT_OF_MEMORY. It also reports
- * records that are invalid.
+ * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is
+ * no analysis afterwards, and _SolveVoxamAnalysis returns VOXAM_ANALYSIS_OUT_OF_MEMORY. That
+ * function also reports records that are invalid.
  */
 VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float* loadData,
                                   int supportCount, const float* supportData,
@@ -345,16 +346,16 @@ VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float
  * are written only with the status VOXAM_ANALYSIS_SOLVED or VOXAM_ANALYSIS_LOOSE_PART:
  *
  * compliances     numberOfLoadCases doubles: the work of the loads of each load case, force times
- *                 displacement; 0 for a load case without loads. A force on a held degree of freedom
- *                 does no work
- * displacements   numberOfLoadCases times 2 * (nelx + 1) * (nely + 1) doubles: for each load case the
- *                 displacements by degree of freedom, 2 * node for x and 2 * node + 1 for y; NaN at
- *                 nodes without material
+ *                 displacement; 0 for a load case without loads. A force on a held degree of
+ *                 freedom does no work
+ * displacements   numberOfLoadCases times 2 * (nelx + 1) * (nely + 1) doubles: for each load case
+ *                 the displacements by degree of freedom, 2 * node for x and 2 * node + 1 for y;
+ *                 NaN at nodes without material
  * energies        numberOfLoadCases times nelx * nely doubles: for each load case the share of each
  *                 element in the compliance, that is twice its strain energy, in element order. The
  *                 shares sum to the compliance, up to rounding; 0 without material
- * stresses        numberOfLoadCases times nelx * nely * 3 doubles: for each load case and element the
- *                 stress in x, the stress in y and the shear stress at its centre. Tension is
+ * stresses        numberOfLoadCases times nelx * nely * 3 doubles: for each load case and element
+ *                 the stress in x, the stress in y and the shear stress at its centre. Tension is
  *                 positive. 0 without material
  * looseElements   nelx * nely bytes in element order: 1 for material that is free to move, else 0.
  *                 Written with every status from VOXAM_ANALYSIS_SOLVED to VOXAM_ANALYSIS_MECHANISM

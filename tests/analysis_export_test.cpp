@@ -250,21 +250,10 @@ TEST(AnalysisExportTest, MaterialThatCanMoveIsFound) {
             EXPECT_EQ(result.energies[e], 0.0);
             EXPECT_EQ(result.stresses[3 * e], 0.0);
         }
-        if (result.status > 1) continue;
-        for (size_t node = 0; node < (nelx + 1) * (nely + 1); ++node) {
-            bool used = false;
-            for (size_t e = 0; e < moduli.size(); ++e) {
-                const auto corner = static_cast<size_t>(e / nely * (nely + 1) + e % nely);
-                const bool near = node == corner || node == corner + 1 ||
-                                  node == corner + nely + 1 || node == corner + nely + 2;
-                used = used || (near && moduli[e] > 0 && result.loose[e] == 0);
-            }
-            EXPECT_EQ(std::isnan(result.displacements[2 * node]), !used) << node;
-        }
     }
 }
 
-// Void is no soft material: what is left is the smaller plate.
+// Void is no soft material: what is left is the smaller plate, and beyond it nothing moves.
 TEST(AnalysisExportTest, VoidLeavesNoTrace) {
     const Records loads = Records().add(6, 2, 0.25F, 1);
     const auto small = AnalysisHost(6, 4, loads, clampedLeftEdge(4)).solve(std::vector(24, 1.0));
@@ -276,6 +265,10 @@ TEST(AnalysisExportTest, VoidLeavesNoTrace) {
     const auto first = host.solve(moduli);
     ASSERT_EQ(first.status, VOXAM_ANALYSIS_SOLVED);
     EXPECT_NEAR(first.compliances[0], small.compliances[0], 1e-14 * small.compliances[0]);
+    for (size_t node = 0; node < 10 * 8; ++node) {
+        const double displacement = first.displacements[2 * node];
+        EXPECT_EQ(std::isnan(displacement), node / 8 > 6 || node % 8 > 4) << node;
+    }
     // The same bits after another design, and from another analysis.
     const AnalysisHost again(9, 7, loads, clampedLeftEdge(4));
     host.solve(host.solid());

@@ -22,8 +22,6 @@ struct Analysis {
     std::vector<double> energies;
     std::vector<double> stresses;
     std::vector<unsigned char> loose;
-
-    double displacement(size_t dof) const { return displacements[dof]; }
 };
 
 class AnalysisHost {
