@@ -304,12 +304,16 @@ def test_the_notebook_runs(tmp_path, monkeypatch):
     assert len(study.Results(tmp_path / "material-and-penalty.results").rows()) == 8
 
 
-def test_the_level_keeps_the_volume():
+def test_the_level_keeps_the_volume_and_what_is_alike_together():
     random = np.random.default_rng(1)
     for material in [random.random((20, 30)), random.random((20, 30)) ** 4, np.ones((3, 4)),
                      np.zeros((3, 4)), (random.random((20, 30)) > 0.7) * 1.0]:
         level = _drawn.keeping_level(material.astype(np.float32))
         assert abs((material >= level).sum() - material.sum()) <= 1 and 0 < level < 1
+    half = random.random((20, 15)).astype(np.float32)
+    whole = np.hstack([half, half[:, ::-1] + np.float32(2e-7)])
+    solid = whole >= _drawn.keeping_level(whole)
+    assert (solid == solid[:, ::-1]).all() and abs(solid.sum() - whole.sum()) <= 2
 
 
 def test_as_drawn_is_the_analysis_of_the_final_scene(tmp_path):
@@ -376,3 +380,23 @@ def test_random_plates_are_held_and_loaded_away_from_their_supports():
         for load in scene.settings["loads"]:
             assert min(np.hypot(load.x - x, load.y - y) for x, y in held) >= 0.3 * 9
             assert 0.49 < np.hypot(load.fx, load.fy) < 1.01
+
+
+ONE_THREAD = """
+import os
+from voxam import scenes
+from voxam.study import _work
+cores = os.sched_getaffinity(0)
+_work.use_one_thread()
+before = len(os.listdir("/proc/self/task"))
+for _ in scenes.run(scenes.scene_of({"grid": {"width": 60, "height": 40}, "volumeFraction": 0.5,
+                                     "loads": [{"x": 60, "y": 20, "fy": 1}], "iterations": 3,
+                                     "supports": [{"x": 0, "y": [0, 40], "fix": "xy"}]})):
+    pass
+print(len(os.listdir("/proc/self/task")) - before, os.sched_getaffinity(0) == cores)
+"""
+
+
+def test_a_worker_keeps_the_library_to_one_thread_and_itself_to_no_core():
+    done = subprocess.run([sys.executable, "-c", ONE_THREAD], capture_output=True, text=True)
+    assert done.stdout.splitlines()[-1:] == ["0 True"], done.stderr

@@ -22,6 +22,7 @@ this package's folder and in the one around it, in a clone of the project in bui
 where the system finds it.
 
 ``python -m voxam SCENE.json`` shows a structure forming; it needs matplotlib.
+`voxam.study` runs a scene many times while some of its values vary.
 """
 
 from . import scenes

@@ -22,7 +22,8 @@ def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="python -m voxam", description="Shows the structure of a scene forming, in a window.",
         epilog="All keys of a scene are read but densities, description and $schema. A scene that "
-        "has densities and no volumeFraction is one for voxam score or voxam.Game.")
+        "has densities and no volumeFraction is one for voxam score or voxam.Game. \"python -m voxam "
+        "study\" and \"python -m voxam dataset\" run many scenes; each has a --help of its own.")
     parser.add_argument("scene", help="scene file, as for the program voxam optimise")
     parser.add_argument("--iterations", type=int, metavar="N", help="instead of the scene's number")
     parser.add_argument("--blob", action="store_true", help="let the blob of the scene move; "

@@ -221,7 +221,7 @@ def _fields(options: Options, results: Results, row: Mapping[str, Any]
         "supports": _support_map(scene["supports"], options.width, options.height),
         "volume_fractions": scene["volumeFraction"],
         "densities": design,
-        "drawn": design >= row["level"],
+        "drawn": design.astype(np.float64) >= row["level"],
         "displacements": results.displacements(row["run"])[0],
         "compliances": row["compliance_drawn"],
         "compliances_optimising": row["compliance_optimising"],
