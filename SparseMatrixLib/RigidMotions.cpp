@@ -5,7 +5,6 @@
 namespace {
 
 constexpr uint64_t PRIME = 4294967291;  // the largest whose products fit 64 bits
-constexpr uint64_t MOST_WORK = 200'000'000;
 
 uint64_t product(uint64_t a, uint64_t b) { return a * b % PRIME; }
 
@@ -46,7 +45,7 @@ void RigidMotions::join(size_t one, size_t other, unsigned x, unsigned y) {
 // Gaussian elimination, one row at a time: what is left of the row after the unknowns that other
 // rows determine becomes the row of its first unknown.
 void RigidMotions::insert(Row row) {
-    while (!row.empty() && work < MOST_WORK) {
+    while (!row.empty() && work < mostWork) {
         Row& pivot = pivotRows[row.front().unknown];
         if (pivot.empty()) {
             const uint64_t factor = inverse(row.front().coefficient);
@@ -78,7 +77,7 @@ RigidMotions::Row RigidMotions::difference(const Row& row, const Row& pivot) {
 
 // A body is held when it does not move although all unknowns that are free move at random.
 std::optional<std::vector<bool>> RigidMotions::heldBodies() const {
-    if (work >= MOST_WORK) return std::nullopt;
+    if (work >= mostWork) return std::nullopt;
     std::vector<uint64_t> motion(pivotRows.size());
     uint64_t random = 1;
     for (size_t unknown = motion.size(); unknown-- > 0;) {

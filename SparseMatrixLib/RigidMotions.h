@@ -12,7 +12,11 @@
 /// multiple of the prime by chance, with a probability near 1e-9.
 class RigidMotions {
 public:
-    explicit RigidMotions(size_t bodyCount) : pivotRows(3 * bodyCount) {}
+    /// The terms to compute before giving up: some seconds' work.
+    static constexpr uint64_t MOST_WORK = 200'000'000;
+
+    explicit RigidMotions(size_t bodyCount, uint64_t mostWork = MOST_WORK)
+        : mostWork(mostWork), pivotRows(3 * bodyCount) {}
 
     /// The point (x, y) of a body does not move in a direction, 0 (x) or 1 (y).
     void hold(size_t body, unsigned x, unsigned y, int direction);
@@ -20,8 +24,8 @@ public:
     /// Two bodies share the point (x, y).
     void join(size_t one, size_t other, unsigned x, unsigned y);
 
-    /// For each body whether it cannot move at all. Nothing when the answer would take longer than
-    /// some seconds, as for some ten thousand bodies that hang together in all directions.
+    /// For each body whether it cannot move at all. Nothing if the answer would take too much work,
+    /// as for some ten thousand bodies that hang together in all directions.
     std::optional<std::vector<bool>> heldBodies() const;
 
 private:
@@ -34,6 +38,7 @@ private:
     void insert(Row row);
     Row difference(const Row& row, const Row& pivot);
 
+    uint64_t mostWork;
     std::vector<Row> pivotRows;  ///< by the unknown that comes first in them; empty for free ones
     uint64_t work = 0;           ///< terms computed so far
 };

@@ -1,7 +1,6 @@
-#include "ElementDeformation.h"
-
 #include <gtest/gtest.h>
 
+#include "ElementDeformation.h"
 #include "support/exact_plate.h"
 #include "support/textbook.h"
 
