@@ -148,14 +148,14 @@ TEST(LooseElementsTest, ManyPinnedBodiesAreSettled) {
 
 TEST(RigidMotionsTest, GiveUpWhenTheWorkIsTooMuch) {
     test::Random random;
-    for (const uint64_t work : {100'000, 100'000'000}) {
+    for (const uint64_t work : {10'000, 100'000'000}) {
         RigidMotions motions(100, work);
         for (int i = 0; i < 180; ++i) {
             const unsigned one = random.below(100);
             const unsigned other = (one + 1 + random.below(99)) % 100;
             motions.join(one, other, random.below(99), random.below(99));
         }
-        EXPECT_EQ(motions.heldBodies().has_value(), work > 100'000);
+        EXPECT_EQ(motions.heldBodies().has_value(), work > 10'000);
     }
 }
 
