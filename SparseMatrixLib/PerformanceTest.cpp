@@ -60,8 +60,8 @@ struct Assembly {
 
     static void addBlock(const ElementDofs& dof, const double* block, double modulus,
                          SparseMatrix& K) {
-        for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
-            for (size_t c = 0; c < ELEMENT_DOFS; ++c) {
+        for (std::size_t a = 0; a < ELEMENT_DOFS; ++a) {
+            for (std::size_t c = 0; c < ELEMENT_DOFS; ++c) {
                 if (dof[a] > dof[c]) continue;
                 K.getValue(dof[a], dof[c]) +=
                     static_cast<float>(block[ELEMENT_DOFS * a + c] * modulus);
@@ -77,8 +77,8 @@ struct Assembly {
     // is left out, as a pass has nelx / 2 tasks.
     void addAllColumnsInParallel(SparseMatrix& K) const {
         for (int first : {0, 1}) {
-            parallelFor(static_cast<size_t>(nelx / 2),
-                        [&](size_t k) { addColumn(2 * static_cast<int>(k) + first, K); });
+            parallelFor(static_cast<std::size_t>(nelx / 2),
+                        [&](std::size_t k) { addColumn(2 * static_cast<int>(k) + first, K); });
         }
     }
 
@@ -88,13 +88,13 @@ struct Assembly {
         const int chunks = std::max(1, processors / 2);
         const int columnsPerChunk = (nelx - 1) / chunks + 1;
         std::vector<SparseMatrix> further;
-        further.reserve(static_cast<size_t>(chunks));
+        further.reserve(static_cast<std::size_t>(chunks));
         for (int c = 1; c < chunks; ++c) further.push_back(emptyMatrix(columnsPerChunk));
         // The first entry allocates through the shared workspace: on this thread, not in a task.
         bool allocated = K.allocateTriplets();
         for (SparseMatrix& chunk : further) allocated = chunk.allocateTriplets() && allocated;
         if (!allocated) throw std::bad_alloc();
-        parallelFor(static_cast<size_t>(chunks), [&](size_t c) {
+        parallelFor(static_cast<std::size_t>(chunks), [&](std::size_t c) {
             SparseMatrix& target = c == 0 ? K : further[c - 1];
             const int begin = static_cast<int>(c) * columnsPerChunk;
             const int end = std::min(begin + columnsPerChunk, nelx);

@@ -46,7 +46,8 @@ bool SolverGame::solveStateCHOL(const float* densities) {
     if (!densities || !std::all_of(densities, densities + nelem, isFinite)) return false;
     // The factorisation of a plate that can move often succeeds by round-off, and yields a
     // plausible score: so the supports themselves decide.
-    if (!equilibrium.locateRecords(Equilibrium::truncatedDof) || !equilibrium.isHeldAsRigidBody()) return false;
+    if (!equilibrium.locateRecords(Equilibrium::truncatedDof) || !equilibrium.isHeldAsRigidBody())
+        return false;
     equilibrium.addLoads();
 
     // 2. Stiffness, with the supports added.
@@ -98,8 +99,8 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
             const ElementDofs dof = elementDofs(x, y, equilibrium.nodesY);
             // Rounded after every term, for the same reason as the stiffness.
             float ce = 0.0F;
-            for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
-                for (size_t b = 0; b < ELEMENT_DOFS; ++b) {
+            for (std::size_t a = 0; a < ELEMENT_DOFS; ++a) {
+                for (std::size_t b = 0; b < ELEMENT_DOFS; ++b) {
                     ce = static_cast<float>(ce + KE[ELEMENT_DOFS * a + b] * displacement[dof[a]] *
                                                      displacement[dof[b]]);
                 }
@@ -114,9 +115,9 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
 }
 
 void SolverGame::zeroArray(int count, float* array) {
-    if (array && count > 0) std::memset(array, 0, static_cast<size_t>(count) * sizeof(float));
+    if (array && count > 0) std::memset(array, 0, static_cast<std::size_t>(count) * sizeof(float));
 }
 
 void SolverGame::zeroArray(int count, double* array) {
-    if (array && count > 0) std::memset(array, 0, static_cast<size_t>(count) * sizeof(double));
+    if (array && count > 0) std::memset(array, 0, static_cast<std::size_t>(count) * sizeof(double));
 }

@@ -12,12 +12,12 @@
 /// results have the same bits wherever doubles are IEEE 754.
 class SplitDisplacements {
 public:
-    explicit SplitDisplacements(size_t ndof) : coarse(ndof), fine(ndof) {}
+    explicit SplitDisplacements(std::size_t ndof) : coarse(ndof), fine(ndof) {}
 
     /// Adds one number to each displacement.
     void add(const double* corrections);
 
-    double get(size_t dof) const { return coarse[dof] + fine[dof]; }
+    double get(std::size_t dof) const { return coarse[dof] + fine[dof]; }
 
     ElementDeformation deformation(const ElementDofs& dofs) const {
         ElementDeformation sum = deformationOf(gathered(coarse, dofs));
@@ -35,7 +35,7 @@ public:
 private:
     static ElementVector gathered(const std::vector<double>& values, const ElementDofs& dofs) {
         ElementVector local{};
-        for (size_t i = 0; i < ELEMENT_DOFS; ++i) local[i] = values[dofs[i]];
+        for (std::size_t i = 0; i < ELEMENT_DOFS; ++i) local[i] = values[dofs[i]];
         return local;
     }
 

@@ -1,7 +1,7 @@
 // The kernels of small_blas.h, for vectors of a kind V; small_blas.cpp documents what V has. Each
 // source that includes this is compiled for another processor. Hence nothing here is visible to
-// other sources, and nothing of the standard library is used: the linker keeps one copy of an inline
-// function, and it could keep one that this processor cannot run.
+// other sources, and nothing of the standard library is used: the linker keeps one copy of an
+// inline function, and it could keep one that this processor cannot run.
 #pragma once
 
 #include "small_blas.h"

@@ -31,8 +31,8 @@
  *     load      node x  node y  force in x               force y    load case, from 0
  *     support   node x  node y  direction: 0 = x, 1 = y  not used   not used
  *
- * A support holds one direction of one node. To hold both directions, use two records. A direction d
- * other than 0 and 1 means the degree of freedom 2 * node + d, if the plate has it.
+ * A support holds one direction of one node. To hold both directions, use two records. A direction
+ * d other than 0 and 1 means the degree of freedom 2 * node + d, if the plate has it.
  *
  * Ownership, null and zero
  * ------------------------
@@ -43,14 +43,15 @@
  * ------
  * A node, load case or force that is not a finite number is as invalid as one that does not exist.
  * No exception leaves a function. Each function documents the values by which it reports invalid
- * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a violated
- * precondition that is called an assertion below ends the process, with a report on standard error.
+ * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a
+ * violated precondition that is called an assertion below ends the process, with a report on
+ * standard error.
  *
  * Threads
  * -------
  * Calls must not overlap: the library has one solver of each kind and no lock. Calls may come from
- * different threads in turn. Worker threads finish their tasks before the call returns. Once loaded,
- * the library stays loaded until the process ends.
+ * different threads in turn. Worker threads finish their tasks before the call returns. Once
+ * loaded, the library stays loaded until the process ends.
  */
 #ifndef VOXAM_H
 #define VOXAM_H
@@ -62,8 +63,8 @@
  * version may change the last digits of a result.
  *
  * VOXAM_BANNER_VERSION is the text that _InitVoxamApp and _InitVoxamGame print. It names the
- * behaviour of the functions of the App and the Game, on which hosts rely, and stays as long as that
- * behaviour stays: it does not grow with the macros above.
+ * behaviour of the functions of the App and the Game, on which hosts rely, and stays as long as
+ * that behaviour stays: it does not grow with the macros above.
  */
 #define VOXAM_VERSION_MAJOR 1
 #define VOXAM_VERSION_MINOR 2
@@ -138,8 +139,8 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
  * withdraws an error text. Does nothing without an optimiser, or without the memory to copy the
  * records.
  *
- * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise the
- * optimiser maps them to cells of other columns.
+ * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise
+ * the optimiser maps them to cells of other columns.
  *
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
@@ -176,8 +177,8 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *
  * Returns the compliance of the design that the iteration started from. If something is wrong with
- * the problem, the buffer gets a text, and the picture is not written. Each further iteration repeats
- * the text until _UpdateVoxamApp is called:
+ * the problem, the buffer gets a text, and the picture is not written. Each further iteration
+ * repeats the text until _UpdateVoxamApp is called:
  *   "Change load / support"             the plate cannot be solved (a record is invalid, a larger
  *                                       plate is not held, or memory was too short to solve it);
  *                                       returns the last compliance, 0 if there was none
@@ -191,9 +192,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *   "Load cannot be on top of support"  the loads do almost no work: the compliance is below 1e-10.
  *                                       They act on supports, or the forces are too small (scale
  *                                       them); returns -1.0
- * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far out
- * of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a volume
- * fraction of 0). `change` is always a number.
+ * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far
+ * out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
+ * volume fraction of 0). `change` is always a number.
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". Another failure,
  * such as lack of memory outside the solution of the equations, returns -1.0 with its own text.
  */
@@ -205,8 +206,8 @@ VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float*
  * material is least useful.
  *
  * blobResult     textureWidth * textureHeight ints, row by row from the top: 1 in the blob, else 0;
- *                written by each call that finds an optimiser and does not run out of memory; may be
- *                null
+ *                written by each call that finds an optimiser and does not run out of memory; may
+ *                be null
  */
 VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer, float* output,
                                           double* change, RuntimeStat* stat, int* blobResult,
@@ -265,8 +266,8 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * some 1e18 on it is infinite. Densities below 0 or above 1 are taken as they are, and the score
  * then means nothing.
  *
- * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density that
- *                is not a finite number: the call fails
+ * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density
+ *                that is not a finite number: the call fails
  * elementValues  nelx * nely floats in element order, written: each element's share of the
  *                compliance; null: not written
  *

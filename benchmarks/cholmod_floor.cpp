@@ -90,7 +90,7 @@ CholmodFloor::CholmodFloor(const kmat::SparseMatrix& K, const kmat::DenseMatrix&
     const SharedCholmod& cholmod = SharedCholmod::get();
     const TeamOfOne guard(cholmod);
     cholmod_common* common = cholmod.common.get();
-    const auto most = static_cast<size_t>(K.getNumberOfElements());
+    const auto most = static_cast<std::size_t>(K.getNumberOfElements());
     const auto triplets =
         cholmod.own(cholmod.allocateTriplet(K.getRows(), K.getColumns(), most,
                                             kmat::SYMMETRIC_UPPER, CHOLMOD_REAL, common),

@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     addAssemblyBenchmarks(suite);
     printBanners();
     TableReporter table(suite.getSections());
-    const size_t count = benchmark::RunSpecifiedBenchmarks(&table);
+    const std::size_t count = benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
     return count == 0 || table.hasFailures() ? 1 : 0;
 }

@@ -1,5 +1,5 @@
-# What is installed beside the library and the programs: documents, hosts in other languages, scenes,
-# and what the command line adds to a shell. Also the target `uninstall`, and the packages.
+# What is installed beside the library and the programs: documents, hosts in other languages,
+# scenes, and what the command line adds to a shell. Also the target `uninstall`, and the packages.
 include(GNUInstallDirs)
 
 set(voxam_doc_dir "${CMAKE_INSTALL_DATAROOTDIR}/doc/voxam")

@@ -40,7 +40,8 @@ test_requirements=(
     "mono-runtime:the runtime of Mono"
 )
 
-# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other things.
+# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other
+# things.
 check_requirements=(
     "clang-format:clang-format 14"
     "clang-tidy:clang-tidy 14"
@@ -67,8 +68,8 @@ window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
 )
 
-# What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it to
-# the list.
+# What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it
+# to the list.
 wasm_requirements=(
     "emscripten:Emscripten 3.1"
     "dpkg-dev:dpkg-source"

@@ -30,7 +30,8 @@ public:
     const std::vector<IterationRecord>& records() const { return recorded; }
     /// The material after the last of the records, at the resolution of the picture.
     const Field& material() const { return design; }
-    /// Why the run ended early: the library's text when the last iteration failed, or what was thrown.
+    /// Why the run ended early: the library's text when the last iteration failed, or what was
+    /// thrown.
     const std::string& failure() const { return failed; }
     int plannedIterations() const { return last; }
     bool isConverged() const { return converged; }

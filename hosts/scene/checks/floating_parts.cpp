@@ -40,7 +40,8 @@ private:
     std::vector<Index> parents;
 };
 
-/// The pieces of a design whose elements hang together by their edges, and the body of each element.
+/// The pieces of a design whose elements hang together by their edges, and the body of each
+/// element.
 class Bodies {
 public:
     explicit Bodies(const Field& material) : design(material), bodies(material.values.size()) {

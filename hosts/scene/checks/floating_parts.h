@@ -15,8 +15,8 @@ struct FloatingPart {
 /// nothing joins it to what is held, or no more than a corner that it can turn about. The design is
 /// of the grid's size or a whole multiple of it. Ordered by the first element from the top left.
 ///
-/// Elements that share a corner only are hinged. A design in which more than some hundreds of pieces
-/// hang together by hinges in a way that is not plain counts as held there.
+/// Elements that share a corner only are hinged. A design in which more than some hundreds of
+/// pieces hang together by hinges in a way that is not plain counts as held there.
 std::vector<FloatingPart> findFloatingParts(const Field& design, const Scene& scene);
 
 /// The design without these parts.

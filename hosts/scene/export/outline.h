@@ -27,8 +27,8 @@ struct Outline {
 
 /// The line on which the material is one half, linear between the centres of the cells and closed
 /// along the border of the plate. Two solid cells that have no more than a corner in common stay
-/// apart there. `refinement` is the number of cells per edge of an element, `elementSize` the length
-/// of that edge in units of the plate. Throws std::bad_alloc.
+/// apart there. `refinement` is the number of cells per edge of an element, `elementSize` the
+/// length of that edge in units of the plate. Throws std::bad_alloc.
 Outline traceOutline(const Field& material, int refinement, double elementSize = 1);
 
 /// Area enclosed, holes taken off.

@@ -41,8 +41,8 @@ void checkAccess(const fs::path& target, const fs::path& directory) {
     if (access(directory.c_str(), W_OK | X_OK) != 0) fail(target, systemsReason());
 }
 
-/// In the directory of the file that it will be, under a short name: that one's may be as long as the
-/// system allows.
+/// In the directory of the file that it will be, under a short name: that one's may be as long as
+/// the system allows.
 fs::path temporaryName(const fs::path& target) {
     static std::atomic<unsigned> count = 0;
     return target.parent_path() / formatted(".voxam-%d-%u.tmp", getpid(), ++count);

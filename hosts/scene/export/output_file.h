@@ -24,6 +24,6 @@ void createDirectory(const std::filesystem::path& directory);
 /// Whether two names, of files that need not exist, stand for the same place.
 bool isSamePlace(const std::filesystem::path& one, const std::filesystem::path& other);
 
-/// A name without links and detours, of a file that need not exist. Where the system cannot tell, as
-/// of one that is too long, just the absolute name.
+/// A name without links and detours, of a file that need not exist. Where the system cannot tell,
+/// as of one that is too long, just the absolute name.
 std::filesystem::path resolved(const std::filesystem::path& file);

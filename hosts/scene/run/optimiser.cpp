@@ -9,9 +9,9 @@ namespace {
 
 constexpr const char* BENDS_TOO_FAR = "Change load/support";
 
-// The library takes displacements beyond some 1e7 for those of a plate that nothing holds; a slender
-// one reaches them under a force of 1. Two steps suffice for a bar of one row of 1000 elements, and
-// what is really free goes far beyond.
+// The library takes displacements beyond some 1e7 for those of a plate that nothing holds; a
+// slender one reaches them under a force of 1. Two steps suffice for a bar of one row of 1000
+// elements, and what is really free goes far beyond.
 constexpr double SOFTER = 1e3;
 constexpr int SOFTER_STEPS = 2;
 

@@ -12,8 +12,8 @@
 class Optimiser {
 public:
     /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory. The
-    /// library is told forces in the unit of this scene's largest one (its timeline included), or in
-    /// a larger one when the plate bends too far for it, for as long as this object lives.
+    /// library is told forces in the unit of this scene's largest one (its timeline included), or
+    /// in a larger one when the plate bends too far for it, for as long as this object lives.
     explicit Optimiser(const Scene& scene);
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;

@@ -1,5 +1,6 @@
 // Which material the supports hold, and which hangs on nothing.
 #include "checks/floating_parts.h"
+
 #include "checks/rigid_motions.h"
 #include "scene_fixture.h"
 
