@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <new>
 #include <numeric>
 
 #include "ElementStiffnessMatrix.h"
 #include "GridNumbering.h"
+#include "HostOutput.h"
 #include "ParallelFor.h"
 #include "Timer.h"
 #include "dense_matrix.h"
@@ -70,6 +70,8 @@ struct Assembly {
     }
 
     void addAllColumns(SparseMatrix& K, bool singlePrecisionModulus) const {
+        // Without memory each entry would ask for it again.
+        if (K.getMatrixState() != kmat::BUILT && !K.allocateTriplets()) throw std::bad_alloc();
         for (int x = 0; x < nelx; ++x) addColumn(x, K, singlePrecisionModulus);
     }
 
@@ -120,6 +122,7 @@ void buildTimed(SparseMatrix& K, double& buildTime) {
     timer.start();
     K.build();
     timer.stop();
+    if (K.getMatrixState() != kmat::BUILT) throw std::bad_alloc();
     buildTime += timer.getElapsedTimeInMilliSec();
 }
 
@@ -136,6 +139,7 @@ DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int it
                     double& buildTime, SparseMatrix* stiffness) {
     DenseMatrix densities(static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1,
                           DENSITY);
+    if (!densities.begin()) throw std::bad_alloc();
     Assembly assembly{nelx, nely, densities, nullptr};
     SparseMatrix K = assembly.emptyMatrix(nelx);
     for (int it = 0; it < iterations; ++it) {
@@ -160,12 +164,15 @@ DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int it
 }
 
 void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& iterationCounts) {
-    std::cout << "Profile number of iterations " << nelx << "x" << nely << std::endl;
-    std::cout << "Iterations:";
-    for (int count : iterationCounts) std::cout << "\t" << count;
-    std::cout << std::endl;
+    HostLine() << "Profile number of iterations " << nelx << "x" << nely;
+    {
+        HostLine heading;
+        heading << "Iterations:";
+        for (int count : iterationCounts) heading << "\t" << count;
+    }
     for (const AssemblyStrategy& strategy : ASSEMBLY_STRATEGIES) {
-        std::cout << strategy.label;
+        HostLine row;
+        row << strategy.label;
         std::vector<double> checksums;  // keeps the runs from being optimised away
         for (int count : iterationCounts) {
             Timer timer;
@@ -173,9 +180,8 @@ void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& itera
             double buildTime = 0.0;
             const DenseMatrix densities = runTest(nelx, nely, strategy, count, buildTime);
             timer.stop();
-            std::cout << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
+            row << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
             checksums.push_back(std::accumulate(densities.begin(), densities.end(), 0.0));
         }
-        std::cout << std::endl;
     }
 }

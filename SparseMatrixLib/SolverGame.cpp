@@ -89,8 +89,8 @@ float SolverGame::setObjective(const float* densities, float* elementValues) {
 void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u,
                                     float& objective) {
     // Widened before the difference is taken: only then is the weight at density 1 exactly 1.
-    const double E0 = this->E0;
-    const double Emin = this->Emin;
+    const double solid = E0;
+    const double empty = Emin;
     const double* const KE = equilibrium.KE.get();
     const double* const displacement = u.begin();
     for (unsigned y = 0; y < equilibrium.nely; ++y) {
@@ -106,7 +106,7 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
                 }
             }
             const double w =
-                Emin + (E0 - Emin) * std::pow(static_cast<double>(densities[e]), penal);
+                empty + (solid - empty) * std::pow(static_cast<double>(densities[e]), penal);
             const double contribution = w * std::max(0.0, static_cast<double>(ce));
             objective = static_cast<float>(objective + contribution);
             elementEnergy[e] = static_cast<float>(elementEnergy[e] + contribution);

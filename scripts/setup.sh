@@ -47,6 +47,11 @@ check_requirements=(
     "clang-tidy:clang-tidy 14"
 )
 
+# What the build with Clang needs beside it, which continuous integration makes once.
+clang_requirements=(
+    "clang:Clang 14"
+)
+
 # What the i386 presets need beside it. A cross compiler, because the libraries that a multilib
 # compiler looks for are others than those of the architecture i386.
 i386_requirements=(
