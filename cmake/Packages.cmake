@@ -54,7 +54,9 @@ voxam_package(voxam_library libvoxam${PROJECT_VERSION_MAJOR} libs
     "structural topology optimisation - shared library" ${about})
 file(WRITE "${debian_dir}/shlibs" "libvoxam ${PROJECT_VERSION_MAJOR} "
     "libvoxam${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})\n")
-set(CPACK_DEBIAN_VOXAM_LIBRARY_PACKAGE_CONTROL_EXTRA "${debian_dir}/shlibs")
+file(WRITE "${debian_dir}/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_VOXAM_LIBRARY_PACKAGE_CONTROL_EXTRA
+    "${debian_dir}/shlibs" "${debian_dir}/triggers")
 
 voxam_package(voxam_development libvoxam-dev libdevel
     "structural topology optimisation - development files" ${about}

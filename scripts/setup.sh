@@ -68,6 +68,15 @@ i386_requirements=(
     "libubsan1:i386:the undefined behaviour sanitizer's runtime for i386"
 )
 
+# What scripts/packages needs beside the library, the programs and the window.
+package_requirements=(
+    "dpkg-dev:dpkg-shlibdeps"
+    "lintian:lintian"
+    "debootstrap:debootstrap, to try the packages in a bare system"
+    "binutils:readelf and strings"
+    "python3-pip:pip"
+)
+
 # What the window needs: scripts/live and scripts/test add it to the list.
 window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
