@@ -13,6 +13,17 @@ if(VOXAM_BUILD_HOSTS)
     install(DIRECTORY scenes DESTINATION "${CMAKE_INSTALL_DATADIR}/voxam" COMPONENT voxam_cli)
 endif()
 
+# What hosts/cli makes of the options of the program, as soon as it is built.
+set(voxam_cli_dir "${PROJECT_BINARY_DIR}/hosts/cli")
+install(FILES "${voxam_cli_dir}/voxam.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+    COMPONENT voxam_cli OPTIONAL)
+install(FILES "${voxam_cli_dir}/voxam.bash" RENAME voxam COMPONENT voxam_cli OPTIONAL
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+install(FILES "${voxam_cli_dir}/voxam.fish" COMPONENT voxam_cli OPTIONAL
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+install(FILES "${voxam_cli_dir}/_voxam" COMPONENT voxam_cli OPTIONAL
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions")
+
 # The Python package, which is told where the library is unless the system finds it by itself.
 set(VOXAM_PYTHON_DIR "${CMAKE_INSTALL_DATADIR}/voxam/python" CACHE STRING
     "Directory in which the Python package is installed: one for PYTHONPATH, or of the system's")

@@ -63,6 +63,10 @@ voxam_package(voxam_development libvoxam-dev libdevel
     "This package contains the headers, the documents, and hosts in C and C#.")
 set(CPACK_COMPONENT_VOXAM_DEVELOPMENT_DEPENDS voxam_library)
 
+# Debian wants manual pages compressed.
+install(CODE "execute_process(ERROR_QUIET COMMAND gzip -9nf
+    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/voxam.1\")"
+    COMPONENT voxam_cli)
 voxam_package(voxam_cli voxam science
     "structural topology optimisation - command line" ${about}
     "This package contains the program voxam, which optimises and scores scenes.")

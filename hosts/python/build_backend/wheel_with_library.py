@@ -146,9 +146,9 @@ def _debian_packages() -> List[str]:
     """The packages of scripts/setup.sh that the library takes; the rest of its first list is for
     the programs and tests."""
     text = (_CLONE / "scripts" / "setup.sh").read_text("utf-8")
-    first_list = text.partition("requirements=(")[2].partition("\n)")[0]
+    first_lists = text.partition("test_requirements=(")[0]
     others = ("tbb", "cli11", "json", "png", "cairo", "gif", "dxf", "glu", "gtest", "gmock", "benchmark")
-    return [name for name in re.findall(r'"([^":]+):', first_list)
+    return [name for name in re.findall(r'"([a-z][^":$]+):', first_lists)
             if not any(other in name for other in others)]
 
 
