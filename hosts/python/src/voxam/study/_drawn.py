@@ -26,6 +26,7 @@ class Drawn:
     compliance: Optional[float]  #: over the load cases in use; None if it cannot be analysed
     volume: float  #: 0 to 1
     level: float  #: cells of at least this density are solid
+    loose: int  #: solid cells that nothing holds, which are left out
     displacements: Optional[Floats]  #: [load case in use, y, x, direction], or NaN
     warnings: Tuple[str, ...]
 
@@ -40,7 +41,7 @@ def drawn(material: npt.NDArray[np.float32], document: Mapping[str, Any]) -> Dra
     height, width = material.shape
     scale = width // int(scene["grid"]["width"])
     if material.size > _MOST_ELEMENTS:
-        return Drawn(None, volume, level, None,
+        return Drawn(None, volume, level, 0, None,
                      (f"as drawn: {material.size} cells are too many to analyse: lower meshFactor "
                       "or subdivision",))
     cases = sorted({int(case) for case in scene.get("loadCasesInUse",
@@ -50,12 +51,12 @@ def drawn(material: npt.NDArray[np.float32], document: Mapping[str, Any]) -> Dra
         with Analysis(width, height, loads, supports, load_cases=len(cases)) as analysis:
             result = analysis.solve(solid.astype(np.float64))
     except ProblemError as error:
-        return Drawn(None, volume, level, None, (f"as drawn: {_reason(error)}",))
+        return Drawn(None, volume, level, 0, None, (f"as drawn: {_reason(error)}",))
     warnings = []
     loose = int(np.count_nonzero(result.loose))
     if loose:
         warnings.append(f"as drawn: {loose} loose elements, which carry nothing")
-    return Drawn(result.compliance, volume, level, np.asarray(result.displacements), tuple(warnings))
+    return Drawn(result.compliance, volume, level, loose, np.asarray(result.displacements), tuple(warnings))
 
 
 def _reason(error: ProblemError) -> str:
