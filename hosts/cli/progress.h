@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "iteration_record.h"
+#include "run/iteration_record.h"
 
 /// The line of a terminal that shows an iteration in `width` columns. What does not fit is left
 /// out: the bar, then the time, the volume, the change, the compliance, and the iteration last.

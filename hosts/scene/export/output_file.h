@@ -12,7 +12,8 @@ void checkOutput(const std::filesystem::path& target,
                  const std::filesystem::path& planned = {});
 
 /// Writes a file whole or not at all: the bytes go to a temporary file in the same directory that
-/// takes the target's name when complete. Throws InputError when that fails.
+/// takes the target's name when complete. Throws InputError when that fails, and when the target is
+/// there but is not a regular file: a device, a pipe or a directory.
 void writeFile(const std::filesystem::path& target, const std::vector<std::uint8_t>& bytes);
 
 /// Throws InputError unless createDirectory() is likely to succeed.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 #include "run/records.h"
 
@@ -39,7 +40,10 @@ void Optimiser::start(const Scene& scene) {
     update(scene);
 }
 
-void Optimiser::rescale(const Scene& scene) { unitOfForce = softness * forceUnit(scene); }
+bool Optimiser::rescale(const Scene& scene) {
+    const double before = std::exchange(unitOfForce, softness * forceUnit(scene));
+    return unitOfForce != before;
+}
 
 void Optimiser::update(const Scene& scene) {
     told = withoutRest(scene);

@@ -20,8 +20,9 @@ public:
     ~Optimiser() { _DestroyVoxamApp(); }
 
     /// Takes the unit of force of this scene from the next update on: for hosts in which forces are
-    /// edited, whatever the first ones were. Compliances stay in the scene's units.
-    void rescale(const Scene& scene);
+    /// edited, whatever the first ones were. Compliances stay in the scene's units. Returns whether
+    /// the unit is another one, and so an update is needed.
+    bool rescale(const Scene& scene);
 
     /// Sends everything that a scene says about the problem; the design stays.
     void update(const Scene& scene);
