@@ -133,8 +133,8 @@ def _check_file(name: str) -> None:
                          sorted(Figure().canvas.get_supported_filetypes()) if ending != "gif")]
     if file.suffix.lower() not in endings:
         raise ValueError(f"--save: {file}: the ending has to be one of " + ", ".join(endings))
-    if file.is_dir():
-        raise ValueError(f"--save: {file}: is a folder, a file is needed")
+    if file.exists() and not file.is_file():
+        raise ValueError(f"--save: {file}: is not a regular file")
     if not file.parent.is_dir():
         raise ValueError(f"--save: {file}: there is no folder {file.parent}")
     if not os.access(file if file.exists() else file.parent, os.W_OK):
