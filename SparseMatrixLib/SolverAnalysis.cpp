@@ -306,10 +306,11 @@ void SolverAnalysis::writeDisplacements(const LoadCase& loadCase, double* displa
 void SolverAnalysis::writeStresses(const LoadCase& loadCase, double* stresses) const {
     std::fill_n(stresses, 3 * moduli.size(), 0.0);
     if (!loadCase.isLoaded) return;
+    const double unit = std::ldexp(1.0, loadCase.exponent);
     forEachElement([&](std::size_t e, const ElementDofs& dofs) {
         const auto stress = centreStresses(loadCase.displacements.deformation(dofs));
         for (std::size_t i = 0; i < stress.size(); ++i) {
-            stresses[3 * e + i] = std::ldexp(moduli[e] * stress[i], loadCase.exponent);
+            stresses[3 * e + i] = unit * (moduli[e] * stress[i]);
         }
     });
 }
@@ -318,10 +319,10 @@ void SolverAnalysis::writeStresses(const LoadCase& loadCase, double* stresses) c
 template <typename Visit>
 void SolverAnalysis::forEachElement(const Visit& visit) const {
     if (largestModulus == 0.0) return;
-    for (std::size_t e = 0; e < moduli.size(); ++e) {
-        if (moduli[e] == 0.0) continue;
-        const auto index = static_cast<unsigned>(e);
-        visit(e,
-              elementDofs(index / equilibrium.nely, index % equilibrium.nely, equilibrium.nodesY));
+    std::size_t e = 0;
+    for (unsigned x = 0; x < equilibrium.nelx; ++x) {
+        for (unsigned y = 0; y < equilibrium.nely; ++y, ++e) {
+            if (moduli[e] > 0.0) visit(e, elementDofs(x, y, equilibrium.nodesY));
+        }
     }
 }
