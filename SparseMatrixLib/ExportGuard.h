@@ -3,8 +3,9 @@
 #include <cfenv>
 #include <exception>
 
-/// While one of these lives, no floating-point exception is trapped: a division by zero is a step of
-/// several computations, whose infinities are dealt with. Afterwards traps and flags are the host's.
+/// While one of these lives, no floating-point exception is trapped: a division by zero is a step
+/// of several computations, whose infinities are dealt with. Afterwards traps and flags are the
+/// host's.
 class FloatingPointGuard {
 public:
     FloatingPointGuard() { std::feholdexcept(&hosts); }

@@ -87,7 +87,8 @@ private:
         live.key(keys[random() % keys.size()], modifiers[random() % modifiers.size()]);
     }
 
-    /// Of the timeline: it moves the blob there is, keeps what is kept, or starts at another detail.
+    /// Of the timeline: it moves the blob there is, keeps what is kept, or starts at another
+    /// detail.
     static void addAnyChange(LiveFixture& live, std::mt19937& random) {
         const auto kind = random() % 3;
         const int detail = 1 + static_cast<int>(random() % 2);
