@@ -58,7 +58,8 @@ def test_combines_lists_and_draws():
     drawn = [run.scene["loads"][0] for run in runs[:50]]
     assert {load["y"] for load in drawn} == set(range(9))
     assert {run.scene["iterations"] for run in runs} == {3, 5}
-    assert all(-1 <= load["fx"] <= 1 for load in drawn) and len({load["fx"] for load in drawn}) == 50
+    assert all(-1 <= load["fx"] <= 1 for load in drawn)
+    assert len({load["fx"] for load in drawn}) == 50
     longer = study.Draw(plan.draw.keys, count=60, seed=7)
     assert list(longer)[:50] == list(plan.draw) != list(study.Draw(plan.draw.keys, 50, seed=8))
     assert SCENE["loads"][0] == {"x": 12, "y": 4, "fy": 1}
@@ -154,7 +155,8 @@ def test_the_frame_and_the_tables_agree(tmp_path):
 
 def test_what_fails_is_a_row(tmp_path):
     pairs = [({"case": name}, {**SCENE, **change}) for name, change in [
-        ("good", {}), ("free", {"supports": []}), ("outside", {"loads": [{"x": 13, "y": 0, "fy": 1}]}),
+        ("good", {}), ("free", {"supports": []}),
+        ("outside", {"loads": [{"x": 13, "y": 0, "fy": 1}]}),
         ("no grid", {"grid": None}), ("again", {"title": "the same as good"})]]
     results = study.run(iter(pairs), tmp_path, processes=1, progress=False)
     rows = {row["case"]: row for row in results.rows()}

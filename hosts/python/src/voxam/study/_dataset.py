@@ -74,9 +74,9 @@ def make_dataset(folder: AnyPath, options: Options, *, client: Any = None,
                  stop: Stop = lambda: False) -> Optional[pathlib.Path]:
     """Makes a data set: designs for random supports, loads and volumes, with the displacements.
 
-    The boundary conditions follow from the seed alone. A plate whose design is not sound in black and
-    white, such as one with loose parts, is replaced by the next. The folder gets an array for each
-    field, README.md and dataset.json with their description, scenes.jsonl with the scenes, and
+    The boundary conditions follow from the seed alone. A plate whose design is not sound in black
+    and white, such as one with loose parts, is replaced by the next. The folder gets an array for
+    each field, README.md and dataset.json with their description, scenes.jsonl with the scenes, and
     study/ with the runs, from which the same call goes on after an interruption.
 
     Returns the folder, or None when stop() has become true before the end.
@@ -253,7 +253,8 @@ Two-dimensional plates of {options.width} x {options.height} square elements wit
 loads and volume, and the stiffest design that Voxam found for each. Made with:
 
     python -m voxam dataset FOLDER --designs {options.designs} --seed {options.seed} \\
-        --grid {options.width}x{options.height} --subdivision {options.subdivision} --iterations {options.iterations}
+        --grid {options.width}x{options.height} --subdivision {options.subdivision} \\
+        --iterations {options.iterations}
 
 x counts from the left and y from the top. An element's edge, the thickness and Young's modulus of
 solid material are 1, and Poisson's ratio is 0.3; a displacement is in the edge's length. Nodes are

@@ -56,7 +56,8 @@ def drawn(material: npt.NDArray[np.float32], document: Mapping[str, Any]) -> Dra
     loose = int(np.count_nonzero(result.loose))
     if loose:
         warnings.append(f"as drawn: {loose} loose elements, which carry nothing")
-    return Drawn(result.compliance, volume, level, loose, np.asarray(result.displacements), tuple(warnings))
+    return Drawn(result.compliance, volume, level, loose, np.asarray(result.displacements),
+                 tuple(warnings))
 
 
 def _reason(error: ProblemError) -> str:

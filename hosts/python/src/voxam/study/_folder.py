@@ -100,7 +100,8 @@ class Results:
 
     def displacements(self, run: int) -> npt.NDArray[np.float32]:
         """The displacements of a run's design as drawn: [load case in use, y, x, direction] of
-        the nodes, not a number where there is no material. Raises KeyError unless the study keeps them."""
+        the nodes, not a number where there is no material. Raises KeyError unless the study keeps
+        them."""
         return self.array(run, "displacements")
 
     def scene(self, run: int) -> Dict[str, Any]:
