@@ -176,13 +176,21 @@ prepare_node() {
     cp "$lock" hosts/web/node_modules/.installed-lock
 }
 
-# The WebAssembly module, the npm package around it and the page, hosts/web/dist.
+# The WebAssembly module, the npm package around it and the page, hosts/web/dist, each with the
+# texts of licences that have to go along.
 build_page() {
-    scripts/wasm-dependencies
-    build_preset wasm
-    mkdir -p hosts/web/package/dist
-    cp build/wasm/hosts/web/module/voxam.wasm hosts/web/package/dist/
-    npm run build --prefix hosts/web --loglevel=error
+    local web=hosts/web package doc=/usr/share/doc
+    scripts/wasm-dependencies && build_preset wasm || return 1
+    mkdir -p "$web/package/dist" "$web/package/licences"
+    cp build/wasm/hosts/web/module/voxam.wasm "$web/package/dist/"
+    cp docs/licences.md "$web/package/licences/"
+    if has_apt; then
+        for package in libsuitesparse-dev libopenblas-dev emscripten nlohmann-json3-dev; do
+            cp "$doc/$package/copyright" "$web/package/licences/$package.txt"
+        done
+        cp /usr/share/common-licenses/GPL-3 "$web/package/licences/GPL-3.txt"
+    fi
+    npm run build --prefix "$web" --loglevel=error && cp -r "$web/package/licences" "$web/dist/"
 }
 
 # Lets packages of i386 be installed beside those of this system. It changes what apt-get update

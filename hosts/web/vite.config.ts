@@ -1,9 +1,12 @@
 import { createHash } from "node:crypto";
-import { readFileSync } from "node:fs";
-import { resolve } from "node:path";
+import { readdirSync, readFileSync, writeFileSync } from "node:fs";
+import { join, relative, resolve } from "node:path";
+import { fileURLToPath } from "node:url";
 import { defineConfig, type Plugin } from "vite";
 
-const root = import.meta.dirname ?? process.cwd();
+const root = fileURLToPath(new URL(".", import.meta.url));
+
+const dist = resolve(root, "dist");
 
 /** Nothing from other hosts, no inline scripts; WebAssembly may be compiled. */
 const POLICY = [
@@ -31,18 +34,17 @@ function sealed(): Plugin {
                 injectTo: "head-prepend",
             },
         ],
-        generateBundle(_, bundle) {
-            const names = Object.keys(bundle).filter((name) => !name.endsWith(".map"));
-            const files = [...names, "icon.svg", "manifest.webmanifest"].sort();
+        closeBundle() {
+            const names = readdirSync(dist, { recursive: true, withFileTypes: true })
+                .filter((entry) => entry.isFile())
+                .map((entry) => relative(dist, join(entry.parentPath, entry.name)))
+                .sort();
             const hash = createHash("sha256");
-            for (const name of names.sort()) {
-                const part = bundle[name];
-                hash.update(part?.type === "chunk" ? part.code : (part?.source ?? ""));
-            }
-            const source = readFileSync(resolve(root, "page/service-worker.js"), "utf8")
-                .replace("__FILES__", JSON.stringify(["./", ...files]))
+            for (const name of names) hash.update(readFileSync(join(dist, name)));
+            const source = readFileSync(join(root, "page/service-worker.js"), "utf8")
+                .replace("__FILES__", JSON.stringify(["./", ...names]))
                 .replace("__VERSION__", hash.digest("hex").slice(0, 12));
-            this.emitFile({ type: "asset", fileName: "service-worker.js", source });
+            writeFileSync(join(dist, "service-worker.js"), source);
         },
     };
 }
@@ -54,7 +56,7 @@ export default defineConfig({
     worker: { format: "es" },
     server: { fs: { allow: [resolve(root, "../..")] } },
     build: {
-        outDir: resolve(root, "dist"),
+        outDir: dist,
         emptyOutDir: true,
         target: "es2022",
         assetsInlineLimit: 0,

@@ -11,6 +11,7 @@
 #include "format/refinement.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
+#include "format/timeline.h"
 #include "run/records.h"
 
 namespace {
@@ -92,6 +93,7 @@ Reply SceneSession::startRun() {
         optimiser->update(scene);
         running = scene;
         iteration = 0;
+        changesMade = 0;
         pixels.clear();
         return Reply::object();
     });
@@ -111,25 +113,46 @@ Reply SceneSession::followScene() {
 Reply SceneSession::iterate(bool movesBlob) {
     return guarded([&] {
         if (!optimiser) throw std::logic_error("No run was started");
+        const bool isChanged = makeChanges(iteration + 1);
         const Optimiser::Outcome outcome = optimiser->iterate(running.penalty, movesBlob);
         ++iteration;
         Reply reply = {{"iteration", iteration}, {"message", outcome.message}};
+        if (isChanged) reply["scene"] = sceneText(running);
         if (!outcome.message.empty()) return reply;
-        material = optimiser->material();
-        pixels.resize(material.values.size());
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            pixels[i] = static_cast<std::uint8_t>(std::lround(255 * material.values[i]));
-        }
-        if (movesBlob) {
-            running.blob = optimiser->blob();
-            kinds = kindsOf(running);
-        }
+        if (movesBlob) running.blob = optimiser->blob();
+        if (movesBlob || isChanged) kinds = kindsOf(running);
+        showMaterial();
         reply.update({{"compliance", outcome.compliance},
                       {"change", outcome.change},
                       {"volume", mean(material)},
+                      {"columns", material.width},
                       {"time", outcome.times.totalTime}});
         return reply;
     });
+}
+
+bool SceneSession::makeChanges(int upcoming) {
+    const std::size_t before = changesMade;
+    const auto& timeline = scene.timeline;
+    for (; changesMade < timeline.size() && timeline[changesMade].iteration <= upcoming;
+         ++changesMade) {
+        const Change& change = timeline[changesMade];
+        apply(change, running);
+        if (change.restart) {
+            optimiser->restart(running, change.restart->keepsDesign);
+        } else if (change.concernsProblem()) {
+            optimiser->update(running);
+        }
+    }
+    return changesMade != before;
+}
+
+void SceneSession::showMaterial() {
+    material = optimiser->material();
+    pixels.resize(material.values.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        pixels[i] = static_cast<std::uint8_t>(std::lround(255 * material.values[i]));
+    }
 }
 
 Reply SceneSession::scoreRun(int refinement) {

@@ -53,6 +53,9 @@ public:
     Reply outline() const;
 
 private:
+    /// Makes the changes of the timeline that come before this iteration. Returns whether there were.
+    bool makeChanges(int upcoming);
+    void showMaterial();
     Reply score(Field design);
     void analyse(const Field& design);
 
@@ -61,6 +64,7 @@ private:
     std::unique_ptr<Optimiser> optimiser;
     Scene running;  // what the optimiser was told
     int iteration = 0;
+    std::size_t changesMade = 0;
     Field material;
     std::vector<std::uint8_t> pixels;
     Field scored;

@@ -56,7 +56,7 @@ export class Visit {
         address: string,
     ) {
         page.on("console", (message) => {
-            if (["error", "warning"].includes(message.type())) this.faults.push(message.text());
+            if (message.type() === "error") this.faults.push(message.text());
         });
         page.on("pageerror", (error) => this.faults.push(error.message));
         page.on("request", (request) => {

@@ -41,15 +41,23 @@ function runNatively(scene: SceneFile, movesBlob: boolean) {
     const options = ["--quiet", "--history", history, "--design", design];
     execFileSync(program, ["optimise", file, ...options, ...(movesBlob ? ["--blob"] : [])]);
     const rows = (name: string) => readFileSync(name, "utf8").trim().split("\n");
-    const compliances = rows(history).slice(1).map((row) => Number(row.split(",")[1]));
+    const compliances = rows(history)
+        .slice(1)
+        .map((row) => Number(row.split(",")[1]));
     return { compliances, densities: rows(design).flatMap((row) => row.split(",").map(Number)) };
 }
 
 /** The runs of the fingerprint that a scene can describe: all parts combined freely. */
 function* scenes(): Generator<[string, SceneFile, boolean]> {
-    for (const [width, height, detail] of [[30, 20, 1], [24, 16, 2], [60, 40, 1]] as const) {
+    for (const [width, height, detail] of [
+        [30, 20, 1],
+        [24, 16, 2],
+        [60, 40, 1],
+    ] as const) {
         for (let parts = 0; parts < 16; ++parts) {
-            const [passive, blob, twoCases, edited] = [1, 2, 4, 8].map((bit) => (parts & bit) !== 0);
+            const [passive, blob, twoCases, edited] = [1, 2, 4, 8].map(
+                (bit) => (parts & bit) !== 0,
+            );
             if (width === 60 && parts % 5) continue;
             const scene: SceneFile = {
                 grid: { width, height },
@@ -71,7 +79,13 @@ function* scenes(): Generator<[string, SceneFile, boolean]> {
                     secondSolid: [{ x: [0, 1], y: [0, 1] }],
                 };
             }
-            if (blob) scene.blob = [{ x: [width / 3, width / 3 + 4].map(Math.floor) as [number, number], y: [height / 2, height / 2 + 3] }];
+            if (blob)
+                scene.blob = [
+                    {
+                        x: [width / 3, width / 3 + 4].map(Math.floor) as [number, number],
+                        y: [height / 2, height / 2 + 3],
+                    },
+                ];
             if (edited) {
                 const loads = [{ x: width, y: 1, fx: 0.25, fy: 1 }, ...scene.loads.slice(1)];
                 scene.timeline = [{ iteration: 13, loads, volumeFraction: 0.3 }];
@@ -110,31 +124,55 @@ test("an optimiser of one's own does what a scene does", async () => {
     scenes.start();
     const expected = Array.from({ length: 10 }, () => scenes.iterate().compliance);
     const picture = scenes.picture() ?? new Uint8Array();
+    const native = runNatively({ ...scene, iterations: 10 }, false).densities;
     const { width, height } = scene.grid;
     const options = { width, height, volumeFraction: 0.4, subdivision: 2, meshFactor: 2 };
     const optimiser = (await Voxam.load()).optimiser(options);
     optimiser.update({ loads: [{ x: 80, y: 25, fy: 1 }], supports: wallOf(50) });
     const steps = expected.map(() => optimiser.iterate());
-    assert.deepEqual(steps.map(({ compliance }) => compliance), expected);
-    assert.deepEqual(optimiser.picture.map((v) => Math.round(255 * (1 - v))), Float32Array.from(picture));
+    assert.deepEqual(
+        steps.map(({ compliance }) => compliance),
+        expected,
+    );
+    assert.deepEqual(
+        optimiser.picture.map((v) => Math.round(255 * (1 - v))),
+        Float32Array.from(picture),
+    );
+    for (const [i, value] of optimiser.picture.entries()) {
+        assert.ok(Math.abs(1 - value - (native[i] ?? NaN)) < 1e-6, `cell ${i}`);
+    }
 });
 
 test("scores agree with the native program and with one another", async () => {
     const voxam = await Voxam.load();
+    let scored = 0;
     for (const name of ["cantilever.json", "bridge.json", "hole.json", "minimal.json"]) {
-        const report = execFileSync(program, ["score", join(root, "scenes", name)], { encoding: "utf8" });
+        const report = execFileSync(program, ["score", join(root, "scenes", name)], {
+            encoding: "utf8",
+        });
         const expected = Number(/[Cc]ompliance\s+([\d.e+]+)/.exec(report)?.[1]);
         const { grid, densities } = JSON.parse(texts(name)) as SceneFile;
         const scenes = voxam.scenes();
         scenes.open(texts(name));
-        if (!Array.isArray(densities) || !densities.every((row) => /^[#.]+$/.test(String(row)))) continue;
-        const cells = Uint8Array.from((densities as string[]).join(""), (cell) => Number(cell === "#"));
-        const score = scenes.scoreDrawing(cells, Math.round(Math.sqrt(cells.length / grid.width / grid.height)));
+        if (!Array.isArray(densities) || !densities.every((row) => /^[#.]+$/.test(String(row))))
+            continue;
+        const cells = Uint8Array.from((densities as string[]).join(""), (cell) =>
+            Number(cell === "#"),
+        );
+        const score = scenes.scoreDrawing(
+            cells,
+            Math.round(Math.sqrt(cells.length / grid.width / grid.height)),
+        );
         assert.ok(score.supported);
-        assert.ok(relative(score.compliance, expected) < 1e-3, `${name}: ${score.compliance}, ${expected}`);
+        ++scored;
+        assert.ok(
+            relative(score.compliance, expected) < 1e-3,
+            `${name}: ${score.compliance}, ${expected}`,
+        );
         const sum = score.energies?.reduce((total, energy) => total + energy, 0) ?? NaN;
         assert.ok(relative(sum, score.compliance) < 1e-3, name);
     }
+    assert.ok(scored >= 2);
     const solid = new Float32Array(24 * 16).fill(1);
     const game = voxam.game(cantilever).solve(solid);
     const analysis = voxam.analysis(cantilever).solve(solid);
@@ -171,10 +209,17 @@ test("wrong arguments are refused before the call, and change nothing", async ()
     optimiser.close();
     assert.throws(() => optimiser.iterate(), VoxamError);
     for (const size of [0, 1.5, NaN, 40000]) {
-        assert.throws(() => voxam.optimiser({ width: size, height: 4, volumeFraction: 1 }), ArgumentError);
+        assert.throws(
+            () => voxam.optimiser({ width: size, height: 4, volumeFraction: 1 }),
+            ArgumentError,
+        );
     }
     assert.throws(() => voxam.game(cantilever).solve(new Float32Array(3)), ArgumentError);
-    for (const text of ["{", "{}", texts("optimise-cantilever.json").replace('"y": 25', '"y": 51')]) {
+    for (const text of [
+        "{",
+        "{}",
+        texts("optimise-cantilever.json").replace('"y": 25', '"y": 51'),
+    ]) {
         assert.throws(() => voxam.scenes().open(text, "mine.json"), /^ArgumentError: mine\.json/);
     }
 });
@@ -201,9 +246,14 @@ test("after a trap the module refuses, and restarts", async () => {
     const voxam = await Voxam.load();
     const optimiser = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
     // Past the wrapper: a passive element outside of the plate is an assertion of the library.
-    const { instance } = voxam as unknown as { instance: { call(...args: unknown[]): number; copyIn(values: Int16Array): number } };
+    const { instance } = voxam as unknown as {
+        instance: { call(...args: unknown[]): number; copyIn(values: Int16Array): number };
+    };
     const passive = instance.copyIn(Int16Array.from([1, 0, 0, 99, 99]));
-    assert.throws(() => instance.call("_UpdateVoxamApp", 0, 0, 0, 0, 0.4, passive, 0, 0, 0), TrapError);
+    assert.throws(
+        () => instance.call("_UpdateVoxamApp", 0, 0, 0, 0, 0.4, passive, 0, 0, 0),
+        TrapError,
+    );
     assert.throws(() => optimiser.iterate(), VoxamError);
     voxam.restart();
     const fresh = voxam.optimiser({ ...plate, volumeFraction: 0.4 });
@@ -233,4 +283,14 @@ test("memory does not grow in 2,000 iterations with edits and restarts", async (
         if (i === 400) settled = voxam.memorySize;
     }
     assert.equal(voxam.memorySize, settled);
+});
+
+test("the example for Node.js prints a cantilever", () => {
+    const example = join(root, "hosts/web/package/examples/node.mjs");
+    const lines = execFileSync(process.execPath, [example], { encoding: "utf8" })
+        .trim()
+        .split("\n");
+    assert.equal(lines.length, 16);
+    assert.match(lines[0] ?? "", /^#{8}.*\.{8}$/);
+    assert.match(lines[15] ?? "", /^compliance \d+\.\d+, volume 0\.(39|40)$/);
 });

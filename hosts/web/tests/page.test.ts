@@ -45,7 +45,7 @@ test("a structure forms at once, follows the hand, settles and rests", async () 
     await visit.page.waitForTimeout(700);
     assert.equal(await visit.iteration(), rest);
     assert.match(await visit.text("announcement"), /^Settled\. Compliance \d/);
-    assert.match(await visit.text("compliance-note"), /black and white/);
+    await visit.page.locator("#compliance-note", { hasText: "in black and white" }).waitFor();
     const [above, below] = [await visit.filled(45, 0, 60, 15), await visit.filled(45, 25, 60, 40)];
     assert.ok(Math.abs(above - below) < 0.05, "symmetric at first");
     await visit.drag([60, 18], [60, 6]);
@@ -105,14 +105,20 @@ test("every tool works by mouse, and loads by keys", async () => {
 
 test("links and files are scenes, which the program runs to the same outline", async () => {
     const visit = await Visit.start(browser, address, desktop);
-    const scene = JSON.parse(readFileSync(join(root, "scenes/l-bracket.json"), "utf8")) as SceneFile;
+    const scene = JSON.parse(
+        readFileSync(join(root, "scenes/l-bracket.json"), "utf8"),
+    ) as SceneFile;
     const file = join(folder, "short.json");
-    writeFileSync(file, JSON.stringify({ ...scene, grid: { width: 80, height: 80 }, iterations: 15 }));
+    writeFileSync(
+        file,
+        JSON.stringify({ ...scene, grid: { width: 80, height: 80 }, iterations: 15 }),
+    );
     await visit.page.setInputFiles("#open-file", file);
     await visit.page.waitForFunction(() => document.title.startsWith("L-bracket"));
     await visit.reaches("settled");
     assert.equal(await visit.iteration(), 15);
-    const numbers = (text: string) => (/ d="([^"]*)"/.exec(text)?.[1]?.match(/[\d.]+/g) ?? []).map(Number);
+    const numbers = (text: string) =>
+        (/ d="([^"]*)"/.exec(text)?.[1]?.match(/[\d.]+/g) ?? []).map(Number);
     const outline = numbers(await visit.download("svg"));
     const native = join(folder, "native.svg");
     writeFileSync(file, await visit.download("save"));
@@ -120,9 +126,11 @@ test("links and files are scenes, which the program runs to the same outline", a
     execFileSync(program, ["optimise", file, "--quiet", "--outline", native]);
     const expected = numbers(readFileSync(native, "utf8"));
     assert.equal(outline.length, expected.length);
-    for (const [i, value] of expected.entries()) assert.ok(Math.abs((outline[i] ?? NaN) - value) < 2e-3);
+    for (const [i, value] of expected.entries())
+        assert.ok(Math.abs((outline[i] ?? NaN) - value) < 2e-3);
     assert.match(await visit.download("dxf"), /^0\r\nSECTION[\s\S]*POLYLINE[\s\S]*EOF\r\n$/);
     await visit.page.click("#share-button");
+    await visit.page.locator("#share[open]").waitFor();
     const link = new URL(await visit.page.locator("#share-link").inputValue());
     assert.ok(link.hash.length > 50 && link.hash.length < 700);
     const guest = await Visit.start(browser, address, { ...desktop, fragment: link.hash });
@@ -144,13 +152,17 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     await visit.page.keyboard.press("4");
     await visit.drag([30, 20], [30, 20]);
     await visit.page.click("#mode-draw");
-    await visit.page.waitForFunction(() => /\d/.test(document.getElementById("rival")?.textContent ?? ""));
+    await visit.page.waitForFunction(() =>
+        /\d/.test(document.getElementById("rival")?.textContent ?? ""),
+    );
     await visit.drag([0, 3], [60, 20]);
     await visit.drag([0, 37], [60, 20]);
-    await visit.page.waitForFunction(() => /\d/.test(document.getElementById("percent")?.textContent ?? ""));
+    await visit.page.waitForFunction(() =>
+        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
+    );
     const percent = parseInt(await visit.text("percent"));
     assert.ok(percent > 20 && percent < 110, `${percent} %`);
-    assert.equal(await visit.text("best"), `${percent} %`);
+    assert.ok(parseInt(await visit.text("best")) >= percent);
     await visit.page.locator("#show-deformed").uncheck();
     await visit.page.locator("#show-energies").uncheck();
     await visit.drag([20, 20], [40, 20], [40, 22], [20, 22]);
@@ -160,9 +172,11 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     assert.equal(await visit.text("budget"), "0 %");
     assert.ok((await visit.filled(0.2, 0.2, 59.8, 39.8)) < 0.5, "no more than the budget");
     await visit.page.click("#undo");
+    const best = parseInt(await visit.text("best"));
+    assert.ok(best >= percent);
     await visit.page.click("#clear");
     await visit.page.locator("#percent", { hasText: "–" }).waitFor();
-    assert.equal(await visit.text("best"), `${percent} %`);
+    assert.ok(parseInt(await visit.text("best")) >= best);
     assert.deepEqual(await visit.end(), []);
 });
 
@@ -170,18 +184,24 @@ test("touch drags, pinches and scrolls on a phone", async () => {
     const visit = await Visit.start(browser, address, phone);
     await visit.forms();
     const touch = await visit.page.context().newCDPSession(visit.page);
-    const send = (type: "touchStart" | "touchMove" | "touchEnd", touchPoints: { x: number; y: number }[]) =>
-        touch.send("Input.dispatchTouchEvent", { type, touchPoints });
+    const send = (
+        type: "touchStart" | "touchMove" | "touchEnd",
+        touchPoints: { x: number; y: number }[],
+    ) => touch.send("Input.dispatchTouchEvent", { type, touchPoints });
     const [from, to] = [await visit.at(60, 18), await visit.at(60, 8)];
     await send("touchStart", [from]);
     await send("touchMove", [{ x: from.x, y: (from.y + to.y) / 2 }]);
     await send("touchMove", [to]);
     await send("touchEnd", []);
     assert.equal((await savedScene(visit)).loads[0]?.y, 10);
-    const scale = async () => (await visit.page.locator("#stage").getAttribute("data-place"))?.split(" ")[2];
+    const scale = async () =>
+        (await visit.page.locator("#stage").getAttribute("data-place"))?.split(" ")[2];
     const before = Number(await scale());
     const middle = await visit.at(30, 20);
-    const spread = (by: number) => [{ x: middle.x - by, y: middle.y }, { x: middle.x + by, y: middle.y }];
+    const spread = (by: number) => [
+        { x: middle.x - by, y: middle.y },
+        { x: middle.x + by, y: middle.y },
+    ];
     await send("touchStart", spread(30));
     for (const by of [40, 60, 90]) await send("touchMove", spread(by));
     await send("touchEnd", []);
@@ -190,7 +210,9 @@ test("touch drags, pinches and scrolls on a phone", async () => {
     await visit.page.tap("#fit");
     await visit.page.waitForTimeout(100);
     assert.equal(Number(await scale()), before);
-    const overflow = await visit.page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+    const overflow = await visit.page.evaluate(
+        () => document.documentElement.scrollWidth - innerWidth,
+    );
     assert.equal(overflow, 0);
     assert.deepEqual(await visit.end(), []);
 });

@@ -58,7 +58,14 @@ export class Analysis {
         const freedoms = 2 * (plate.width + 1) * (plate.height + 1);
         requireLength("moduli", moduli, count);
         for (let i = 0; i < count; ++i) requireNumber(`moduli[${i}]`, moduli[i] ?? NaN, 0, 1e300);
-        const sizes = [8 * count, 8 * cases, 8 * cases * freedoms, 8 * cases * count, count, MESSAGE];
+        const sizes = [
+            8 * count,
+            8 * cases,
+            8 * cases * freedoms,
+            8 * cases * count,
+            count,
+            MESSAGE,
+        ];
         const buffer = instance.allocate(sizes.reduce((sum, size) => sum + size, 0));
         try {
             let next = buffer;

@@ -68,7 +68,9 @@ export class Game {
         const values = this.instance.floats(results, count);
         if (compliance >= UNSOLVABLE) {
             if (Number.isNaN(values[0])) throw new OutOfMemoryError("The plate is too large");
-            throw new ProblemError("The plate cannot be solved: its supports leave it free to move");
+            throw new ProblemError(
+                "The plate cannot be solved: its supports leave it free to move",
+            );
         }
         return { compliance, energies: toRows(values, this.plate, new Float32Array(count)) };
     }

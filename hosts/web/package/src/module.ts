@@ -2,7 +2,8 @@
 import { ArgumentError, OutOfMemoryError, TrapError, VoxamError } from "./errors.js";
 
 type Pointer = number;
-type Native = (...values: number[]) => number;
+type Native = (a: number, b: number, c: number, d: number) => number;
+type Export = (...values: number[]) => number;
 
 /** Where the module comes from: its bytes, a compiled module, or a response of `fetch`. */
 export type WasmSource =
@@ -41,7 +42,7 @@ export async function compile(source?: WasmSource): Promise<WebAssembly.Module> 
  * each access and never kept.
  */
 export class Instance {
-    private readonly functions: Record<string, Native>;
+    private readonly functions: Record<string, Export | undefined>;
     private readonly memory: WebAssembly.Memory;
     private readonly line: number[] = [];
     private trap: unknown;
@@ -51,7 +52,7 @@ export class Instance {
         private readonly print: (line: string) => void,
     ) {
         const instance = new WebAssembly.Instance(code, this.imports(code));
-        this.functions = instance.exports as unknown as Record<string, Native>;
+        this.functions = instance.exports as unknown as typeof this.functions;
         this.memory = instance.exports["memory"] as WebAssembly.Memory;
         this.call("_initialize");
     }
@@ -131,10 +132,9 @@ export class Instance {
     // The module has no files and no clock of the day: all it may do is print.
     private imports(code: WebAssembly.Module): WebAssembly.Imports {
         const known: Record<string, Native> = {
-            fd_write: (_file, vectors, count, written) =>
-                this.write(vectors ?? 0, count ?? 0, written ?? 0),
+            fd_write: (_file, vectors, count, written) => this.write(vectors, count, written),
             emscripten_notify_memory_growth: () => 0,
-            clock_time_get: (_clock, _low, _high, result) => this.tellTime(result ?? _high ?? 0),
+            clock_time_get: (_clock, _precision, result) => this.tellTime(result),
             proc_exit: (status) => {
                 throw new VoxamError(`The module ended with status ${status}`);
             },

@@ -66,7 +66,7 @@ export function supportRecords(supports: readonly Support[], plate: Plate): Floa
         const { x, y, fix = "xy" } = support;
         requireNode(`supports[${i}]`, support, plate);
         if (!["x", "y", "xy"].includes(fix)) {
-            throw new ArgumentError(`supports[${i}].fix: "${String(fix)}" is not x, y or xy`);
+            throw new ArgumentError(`supports[${i}].fix: "${fix}" is not x, y or xy`);
         }
         for (const direction of fix) records.push(x, y, direction === "x" ? 0 : 1, 0, 0);
     });
@@ -111,7 +111,11 @@ export function blobRecords(plate: Plate, mask: Mask | undefined): Int16Array | 
 }
 
 /** From rows to columns, the element order of the library. */
-export function toColumns(values: ArrayLike<number>, plate: Plate, out: Float32Array | Float64Array) {
+export function toColumns(
+    values: ArrayLike<number>,
+    plate: Plate,
+    out: Float32Array | Float64Array,
+) {
     const { width, height } = plate;
     for (let y = 0; y < height; ++y) {
         for (let x = 0; x < width; ++x) out[x * height + y] = values[y * width + x] ?? NaN;

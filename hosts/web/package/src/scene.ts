@@ -73,6 +73,8 @@ export interface RunStep {
     compliance: number;
     change: number;
     volume: number;
+    /** Of the picture. */
+    columns: number;
     /** Milliseconds. */
     time: number;
     /** The scene in force, when the timeline has changed it. */
@@ -111,7 +113,7 @@ export interface Contour {
 export class Scenes {
     private width = 0;
     private height = 0;
-    private refinement = 1;
+    private pixels = 0; // of the picture
 
     /** Called by Voxam.scenes(). */
     constructor(private readonly instance: Instance) {}
@@ -127,16 +129,10 @@ export class Scenes {
                     ...texts,
                 ),
         );
-        const { grid, subdivision = 1, meshFactor = 1 } = JSON.parse(reply.scene) as SceneFile;
+        const { grid } = JSON.parse(reply.scene) as SceneFile;
         this.width = grid.width;
         this.height = grid.height;
-        this.refinement = subdivision * meshFactor;
         return { text: reply.scene, findings: reply.findings, kinds: this.kinds() };
-    }
-
-    /** Columns of the picture of the scene that is open. */
-    get pictureWidth(): number {
-        return this.width * this.refinement;
     }
 
     /** Starts to optimise the scene that is open, from a uniform design. */
@@ -150,14 +146,16 @@ export class Scenes {
     }
 
     iterate(movesBlob = false): RunStep {
-        return this.reply<RunStep>("voxamIterateRun", VoxamError, movesBlob ? 1 : 0);
+        const step = this.reply<RunStep>("voxamIterateRun", VoxamError, movesBlob ? 1 : 0);
+        const { columns } = step;
+        if (step.message === "") this.pixels = (columns * columns * this.height) / this.width;
+        return step;
     }
 
     /** The run's design: a byte for each cell, 0 void to 255 solid, row by row from the top. */
     picture(): Uint8Array | undefined {
         const pointer = this.instance.call("voxamRunPicture");
-        const length = this.width * this.height * this.refinement ** 2;
-        return pointer ? this.instance.bytes(pointer, length).slice() : undefined;
+        return pointer ? this.instance.bytes(pointer, this.pixels).slice() : undefined;
     }
 
     /** What each element is now, the blob where it has moved to. */

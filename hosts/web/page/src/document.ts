@@ -55,6 +55,11 @@ export class SceneDocument {
         if (this.current.scene === scene) this.current = { scene, kinds };
     }
 
+    /** Takes over what a timeline made of the scene. That is no step of undo. */
+    adopt(state: State): void {
+        this.current = state;
+    }
+
     begin(): void {
         this.before ??= this.current;
     }

@@ -12,7 +12,9 @@ const MAX_DETAIL = 3;
 const BEND_TIME = 450; // milliseconds
 
 const number = (value: number): string =>
-    value >= 1e5 ? value.toExponential(2) : value.toLocaleString("en", { maximumSignificantDigits: 4 });
+    value >= 1e5
+        ? value.toExponential(2)
+        : value.toLocaleString("en", { maximumSignificantDigits: 4 });
 
 export class Drawing {
     isOn = false;
@@ -213,7 +215,8 @@ export class Drawing {
         this.startBending();
         this.show();
         const percent = this.percent;
-        if (percent !== undefined) this.announce(`${percent} per cent of the optimiser's stiffness`);
+        if (percent !== undefined)
+            this.announce(`${percent} per cent of the optimiser's stiffness`);
         else if (score.problem && this.left < this.budget) this.announce(score.problem);
     }
 

@@ -130,7 +130,11 @@ function merged(one: Fix | undefined, other: Fix): Fix {
 }
 
 /** Elements that a round brush covers, its diameter in elements. */
-export function brushed(grid: { width: number; height: number }, at: Point, size: number): number[] {
+export function brushed(
+    grid: { width: number; height: number },
+    at: Point,
+    size: number,
+): number[] {
     const cells: number[] = [];
     const reach = size / 2;
     const middle = size % 2 ? { x: Math.floor(at.x) + 0.5, y: Math.floor(at.y) + 0.5 } : at;

@@ -70,7 +70,9 @@ export class Files {
             entry.addEventListener("click", () => {
                 show(false);
                 button.focus();
-                Promise.resolve(action()).catch((error: Error) => this.complain(error.message));
+                Promise.resolve(action()).catch((error: unknown) =>
+                    this.complain((error as Error).message),
+                );
             });
             menu.append(entry);
         }

@@ -9,9 +9,9 @@ const scenes = import.meta.glob<string>(
         "!../../../../scenes/{scene.schema,arch,bridge,cantilever,hole,minimal,unsupported}.json",
     ],
     {
-    query: "?raw",
-    import: "default",
-    eager: true,
+        query: "?raw",
+        import: "default",
+        eager: true,
     },
 );
 const pictures = import.meta.glob<string>("../../../../scenes/gallery/*.png", {

@@ -28,7 +28,9 @@ export class Library {
     }
 
     /** Sends a question and waits for its answer. */
-    ask<T>(question: { kind: "outline" } | { kind: "format"; text: string; name: string }): Promise<T> {
+    ask<T>(
+        question: { kind: "outline" } | { kind: "format"; text: string; name: string },
+    ): Promise<T> {
         const number = ++this.lastNumber;
         return new Promise<T>((resolve, reject) => {
             this.waiting.set(number, { resolve: (value) => resolve(value as T), reject });

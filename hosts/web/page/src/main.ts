@@ -10,7 +10,7 @@ import { fromFragment } from "./link.js";
 import { LoadFields } from "./load-fields.js";
 import { Numbers, remedyOf } from "./numbers.js";
 import { Plate } from "./plate.js";
-import { followPointers, type Gesture } from "./pointer.js";
+import { Pointers, type Gesture } from "./pointer.js";
 import type { Frame } from "./protocol.js";
 import { Signs } from "./signs.js";
 import startScene from "./start.json" with { type: "json" };
@@ -95,12 +95,14 @@ class Page {
         this.library
             .ask<string>({ kind: "format", text, name })
             .then((formatted) => this.openScene(JSON.parse(formatted) as SceneFile, name))
-            .catch((error: Error) => this.complain(error.message));
+            .catch((error: unknown) => this.complain((error as Error).message));
     }
 
     private openScene(scene: SceneFile, name: string): void {
         if (scene.volumeFraction === undefined) {
-            this.complain(`${name}: this scene has no volumeFraction, so there is nothing to optimise`);
+            this.complain(
+                `${name}: this scene has no volumeFraction, so there is nothing to optimise`,
+            );
             return;
         }
         this.invites = this.sent === undefined;
@@ -156,7 +158,8 @@ class Page {
         const { library } = this;
         library.on("opened", ({ revision, kinds, findings }) => {
             const scene = this.sentScenes.get(revision);
-            for (const key of this.sentScenes.keys()) if (key <= revision) this.sentScenes.delete(key);
+            for (const key of this.sentScenes.keys())
+                if (key <= revision) this.sentScenes.delete(key);
             if (!scene || scene !== this.scene.scene) return;
             this.scene.setKinds(scene, kinds);
             this.plate.setKinds(scene.grid, kinds);
@@ -180,16 +183,24 @@ class Page {
 
     private takeFrame(frame: Frame): void {
         this.library.send({ kind: "shown" });
-        const { grid, subdivision = 1, meshFactor = 1 } = this.scene.scene;
-        const refinement = subdivision * meshFactor;
-        const [width, height] = [grid.width * refinement, grid.height * refinement];
-        if (frame.picture.length !== width * height) return; // of a plate that is no more
+        const { grid } = this.scene.scene;
+        const { columns, picture, revision } = frame;
+        // Of a plate that is no more?
+        if (picture.length * grid.width !== columns * columns * grid.height) return;
+        if (frame.scene !== undefined && revision === this.revision) this.followTimeline(frame);
         this.frame = frame;
-        this.plate.setPicture({ cells: frame.picture, width, height });
+        this.plate.setPicture(bitmapOf(frame));
         if (frame.kinds) this.plate.setKinds(grid, frame.kinds);
         this.numbers.show(frame);
-        this.stage.dataset["revision"] = String(frame.revision);
+        this.stage.dataset["revision"] = String(revision);
         this.redraw();
+    }
+
+    private followTimeline({ scene = "", kinds }: Frame): void {
+        const inForce = JSON.parse(scene) as SceneFile;
+        this.sent = inForce;
+        this.scene.adopt({ scene: inForce, kinds: kinds ?? this.scene.state.kinds });
+        this.showScene();
     }
 
     private stop(text: string): void {
@@ -237,12 +248,7 @@ class Page {
         const plate = new Plate(picture, view);
         view.setGrid(grid);
         view.setStage(1200, Math.round((1200 * grid.height) / grid.width));
-        if (this.frame) {
-            const { subdivision = 1, meshFactor = 1 } = this.scene.scene;
-            const refinement = subdivision * meshFactor;
-            const [width, height] = [grid.width * refinement, grid.height * refinement];
-            plate.setPicture({ cells: this.frame.picture, width, height });
-        }
+        if (this.frame) plate.setPicture(bitmapOf(this.frame));
         plate.look = this.plate.look;
         plate.setKinds(grid, this.scene.state.kinds);
         plate.draw();
@@ -268,8 +274,15 @@ class Page {
             button.addEventListener("click", () => this.setTool(name));
             bar.append(button);
         }
-        for (const [name, label] of [["pencil", "Draw"], ["erase", "Rub out"]] as const) {
-            const button = html("button", { "data-draw": name, "aria-pressed": name === "pencil" ? "true" : "false", hidden: "" });
+        for (const [name, label] of [
+            ["pencil", "Draw"],
+            ["erase", "Rub out"],
+        ] as const) {
+            const button = html("button", {
+                "data-draw": name,
+                "aria-pressed": name === "pencil" ? "true" : "false",
+                hidden: "",
+            });
             button.append(icon(name), html("span", {}, label));
             button.addEventListener("click", () => this.setDrawTool(name === "erase"));
             bar.append(button);
@@ -278,7 +291,7 @@ class Page {
 
     private setTool(name: ToolName): void {
         this.hand.tool = name;
-        for (const button of document.querySelectorAll<HTMLElement>("[data-tool]")) {
+        for (const button of document.querySelectorAll<HTMLElement>("#tools [data-tool]")) {
             button.setAttribute("aria-pressed", String(button.dataset["tool"] === name));
         }
         this.stage.dataset["tool"] = name;
@@ -288,8 +301,11 @@ class Page {
 
     private setDrawTool(erases: boolean): void {
         this.drawing.erasing = erases;
-        for (const button of document.querySelectorAll<HTMLElement>("[data-draw]")) {
-            button.setAttribute("aria-pressed", String((button.dataset["draw"] === "erase") === erases));
+        for (const button of document.querySelectorAll<HTMLElement>("#tools [data-draw]")) {
+            button.setAttribute(
+                "aria-pressed",
+                String((button.dataset["draw"] === "erase") === erases),
+            );
         }
     }
 
@@ -298,8 +314,10 @@ class Page {
         byId("mode-draw").setAttribute("aria-pressed", String(draws));
         byId("optimise-panel").hidden = draws;
         byId("draw-panel").hidden = !draws;
-        for (const button of document.querySelectorAll<HTMLElement>("[data-tool]")) button.hidden = draws;
-        for (const button of document.querySelectorAll<HTMLElement>("[data-draw]")) button.hidden = !draws;
+        for (const button of document.querySelectorAll<HTMLElement>("#tools [data-tool]"))
+            button.hidden = draws;
+        for (const button of document.querySelectorAll<HTMLElement>("#tools [data-draw]"))
+            button.hidden = !draws;
         document.body.classList.toggle("draws", draws);
         if (draws) {
             this.invites = false;
@@ -492,7 +510,7 @@ class Page {
             hover: (at) => this.showCursor(at, this.drawing.brushSize),
         };
         const gesture = () => (this.drawing.isOn ? pencil : hand);
-        followPointers(this.stage, this.view, gesture, () => this.redraw());
+        new Pointers(this.stage, this.view, gesture, () => this.redraw());
         this.stage.addEventListener("pointerleave", () => {
             this.plate.cursor = undefined;
             this.redraw();
@@ -520,6 +538,12 @@ class Page {
         this.redraw();
     }
 }
+
+const bitmapOf = ({ picture, columns }: Frame) => ({
+    cells: picture,
+    width: columns,
+    height: picture.length / columns,
+});
 
 new Page();
 

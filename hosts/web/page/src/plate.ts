@@ -49,6 +49,14 @@ function enlarged({ cells, width, height }: Bitmap, factor: number, table: Uint3
     return new ImageData(new Uint8ClampedArray(pixels.buffer), columns, height * factor);
 }
 
+/** Of an element: towards which neighbour, and from where to where. */
+const SIDES = [
+    [0, -1, 0, 0, 1, 0],
+    [0, 1, 0, 1, 1, 1],
+    [-1, 0, 0, 0, 0, 1],
+    [1, 0, 1, 0, 1, 1],
+] as const;
+
 /** The border of the elements for which `isIn` holds. */
 function borderOf(width: number, height: number, isIn: (x: number, y: number) => boolean): Path2D {
     const path = new Path2D();
@@ -56,10 +64,11 @@ function borderOf(width: number, height: number, isIn: (x: number, y: number) =>
     for (let y = 0; y < height; ++y) {
         for (let x = 0; x < width; ++x) {
             if (!at(x, y)) continue;
-            if (!at(x, y - 1)) path.moveTo(x, y), path.lineTo(x + 1, y);
-            if (!at(x, y + 1)) path.moveTo(x, y + 1), path.lineTo(x + 1, y + 1);
-            if (!at(x - 1, y)) path.moveTo(x, y), path.lineTo(x, y + 1);
-            if (!at(x + 1, y)) path.moveTo(x + 1, y), path.lineTo(x + 1, y + 1);
+            for (const [dx, dy, fromX, fromY, toX, toY] of SIDES) {
+                if (at(x + dx, y + dy)) continue;
+                path.moveTo(x + fromX, y + fromY);
+                path.lineTo(x + toX, y + toY);
+            }
         }
     }
     return path;
@@ -202,7 +211,7 @@ export class Plate {
             }
         }
         context.save();
-        context.lineWidth = 0.09 * size; // closes the seams between cells
+        context.lineWidth = 1 / this.view.scale; // closes the seams between cells
         context.lineJoin = "round";
         for (const [colour, path] of paths) {
             context.fillStyle = colour;
@@ -214,7 +223,12 @@ export class Plate {
         context.restore();
     }
 
-    private drawFloating(cells: number[], width: number, size: number, colours: PlateColours): void {
+    private drawFloating(
+        cells: number[],
+        width: number,
+        size: number,
+        colours: PlateColours,
+    ): void {
         const { context, view } = this;
         const set = new Set(cells);
         const path = borderOf(width, this.grid.height / size, (x, y) => set.has(y * width + x));
@@ -294,7 +308,12 @@ function placesOf(
     };
 }
 
-function addQuad(path: Path2D, place: (x: number, y: number) => [number, number], x: number, y: number) {
+function addQuad(
+    path: Path2D,
+    place: (x: number, y: number) => [number, number],
+    x: number,
+    y: number,
+) {
     path.moveTo(...place(x, y));
     path.lineTo(...place(x + 1, y));
     path.lineTo(...place(x + 1, y + 1));

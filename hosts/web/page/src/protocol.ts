@@ -28,6 +28,8 @@ export interface Frame {
     revision: number;
     iteration: number;
     picture: Uint8Array;
+    /** Of the picture. */
+    columns: number;
     compliance: number;
     change: number;
     volume: number;

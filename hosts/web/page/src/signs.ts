@@ -123,7 +123,7 @@ export class Signs {
             svg("circle", { class: "tail", r: 6.5 }),
             svg("text", { "text-anchor": "middle" }),
         );
-        group.addEventListener("keydown", (event) => this.onKey(index, event as KeyboardEvent));
+        group.addEventListener("keydown", (event) => this.onKey(index, event));
         group.addEventListener("focus", () => this.onFocus(index));
         this.root.append(group);
         return group;
@@ -153,7 +153,9 @@ export class Signs {
 function spread(from: number, to: number, step: number): number[] {
     const count = Math.max(1, Math.round((to - from) / step));
     if (from === to) return [from];
-    return Array.from({ length: count + 1 }, (_, i) => Math.round(from + ((to - from) * i) / count));
+    return Array.from({ length: count + 1 }, (_, i) =>
+        Math.round(from + ((to - from) * i) / count),
+    );
 }
 
 /** A triangle whose tip is at the node, standing outside of the plate where the node is at its edge. */

@@ -1,5 +1,5 @@
 // What the pointer does to the scene, tool by tool.
-import { ELEMENT } from "voxam";
+import { ELEMENT, type SceneFile } from "voxam";
 import type { SceneDocument } from "./document.js";
 import {
     addLoad,
@@ -49,6 +49,8 @@ export class Hand {
     tool: ToolName = "move";
     private grip: Grip | undefined;
     private lastPlace: Point | undefined;
+    /** Supports of one stroke are painted together, so that they join to ranges. */
+    private stroke: { scene: SceneFile; places: Point[] } | undefined;
 
     constructor(
         private readonly scene: SceneDocument,
@@ -88,6 +90,7 @@ export class Hand {
         }
         if (this.tool === "move") return false;
         this.scene.begin();
+        this.stroke = { scene: this.scene.scene, places: [] };
         if (this.tool === "load") {
             this.scene.change({ scene: addLoad(this.scene.scene, this.nodeAt(at)) });
             this.take({ index: this.scene.scene.loads.length - 1, turns: false }, at);
@@ -119,11 +122,13 @@ export class Hand {
 
     release(): void {
         this.grip = undefined;
+        this.stroke = undefined;
         this.scene.end();
     }
 
     cancel(): void {
         this.grip = undefined;
+        this.stroke = undefined;
         this.scene.cancel();
     }
 
@@ -132,14 +137,18 @@ export class Hand {
         const { state } = this.scene;
         const { grid } = state.scene;
         const elements = places.flatMap((place) => brushed(grid, place, this.brushSize));
-        if (this.tool === "support") this.scene.change({ scene: this.held(places, "xy") });
-        else if (this.tool === "void") this.scene.change(paint(state, elements, ELEMENT.VOID));
+        if (this.tool === "support") {
+            const { scene, places: earlier } = this.stroke ?? { scene: state.scene, places: [] };
+            earlier.push(...places);
+            this.scene.change({ scene: this.held(scene, earlier, "xy") });
+        }
+        if (this.tool === "void") this.scene.change(paint(state, elements, ELEMENT.VOID));
         else if (this.tool === "solid") this.scene.change(paint(state, elements, ELEMENT.SOLID));
         else if (this.tool === "blob") this.scene.change(paint(state, elements, ELEMENT.BLOB));
         else if (this.tool === "erase") {
             const painted = paint(state, elements, ELEMENT.FREE);
             this.scene.change(painted);
-            this.scene.change({ scene: this.held(places, undefined) });
+            this.scene.change({ scene: this.held(this.scene.scene, places, undefined) });
         }
     }
 
@@ -147,8 +156,7 @@ export class Hand {
         return this.nearestNode(this.view.toPlate(at));
     }
 
-    private held(places: Point[], fix: "xy" | undefined) {
-        const { scene } = this.scene;
+    private held(scene: SceneFile, places: Point[], fix: "xy" | undefined): SceneFile {
         const reach = fix ? 0 : this.brushSize / 2;
         const nodes = places.flatMap((place) => this.nodesAround(place, reach));
         return setSupports(scene, nodes, fix);

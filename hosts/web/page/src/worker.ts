@@ -13,7 +13,8 @@ const SCORE_DELAY = 400;
 type Opening = Extract<Request, { kind: "open" }>;
 type Drawing = Extract<Request, { kind: "score" }>;
 
-const post = (report: Report, transfer: Transferable[] = []) => self.postMessage(report, { transfer });
+const post = (report: Report, transfer: Transferable[] = []) =>
+    self.postMessage(report, { transfer });
 
 class LibraryThread {
     private opening: Opening | undefined;
@@ -135,9 +136,11 @@ class LibraryThread {
                 return;
             }
             const picture = this.scenes.picture() ?? new Uint8Array();
-            const { iteration, compliance, change, volume, time, scene } = result;
-            const frame = { revision, iteration, picture, compliance, change, volume, time };
-            const kinds = this.movesBlob ? { kinds: this.scenes.kinds() } : {};
+            const { iteration, compliance, change, volume, columns, time, scene } = result;
+            const numbers = { iteration, compliance, change, volume, time };
+            const frame = { ...numbers, revision, picture, columns };
+            const isElsewhere = this.movesBlob || scene !== undefined;
+            const kinds = isElsewhere ? { kinds: this.scenes.kinds() } : {};
             const news = scene === undefined ? {} : { scene };
             post({ kind: "frame", frame: { ...frame, ...kinds, ...news } }, [picture.buffer]);
             ++this.framesAhead;
@@ -182,7 +185,11 @@ class LibraryThread {
     private scoreDrawing({ number, cells, refinement }: Drawing): void {
         this.drawing = undefined;
         try {
-            post({ kind: "score", number, score: told(this.scenes.scoreDrawing(cells, refinement)) });
+            post({
+                kind: "score",
+                number,
+                score: told(this.scenes.scoreDrawing(cells, refinement)),
+            });
         } catch (error) {
             post({ kind: "stopped", revision: this.revision, text: messageOf(error) });
         }
