@@ -16,6 +16,7 @@ async function latencyOf(visit: Visit, width: number, height: number, i: number)
     const from = await visit.at(width, height / 2 + i - 0.5);
     await page.mouse.move(from.x, from.y);
     await page.mouse.down();
+    await page.evaluate("globalThis.__name = (value) => value"); // tsx names functions by it
     await page.evaluate(() => {
         const stage = document.getElementById("stage");
         const before = Number(stage?.dataset["revision"]);
@@ -41,7 +42,7 @@ async function latencyOf(visit: Visit, width: number, height: number, i: number)
 const browser = await launch();
 const { server, address } = await serve();
 const options = { viewport: { width: 1280, height: 800 } };
-console.log("plate          frames/s   iteration ms   latency ms   first structure s");
+console.log("plate          frames/s   iteration ms   latency ms   tenth iteration s");
 for (const [width, height, detail] of PLATES) {
     const scene = {
         grid: { width, height },
