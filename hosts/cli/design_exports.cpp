@@ -8,37 +8,18 @@
 #include "export/outline.h"
 #include "export/outline_file.h"
 #include "export/output_file.h"
+#include "export/picture_file.h"
 #include "format/input_error.h"
 #include "format/text.h"
-#include "usage_error.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double MIN_THICKNESS = 1e-6;
-constexpr double MAX_THICKNESS = 1e6;
-
 // Of the plate's shorter side: a solid that is neither a foil nor a block.
 constexpr double DEFAULT_THICKNESS = 0.1;
 
 }  // namespace
-
-void addOutlineOptions(CLI::App& command, ExportOptions& options) {
-    command
-        .add_option("--outline", options.outlines,
-                    "Write where the material ends, in units of an element's edge: a drawing "
-                    "or, as .stl, a solid; may be given more than once")
-        ->type_name("OUT.svg|.dxf|.stl")
-        ->check(fileName())
-        ->allow_extra_args(false);
-    command
-        .add_option("--thickness", options.thickness,
-                    "Thickness of the solid in the same units\n"
-                    "(default: a tenth of the plate's shorter side)")
-        ->type_name("T")
-        ->check(numberWithin(MIN_THICKNESS, MAX_THICKNESS));
-}
 
 std::vector<Output> outputsOf(const ExportOptions& options) {
     std::vector<Output> outputs;
@@ -46,6 +27,7 @@ std::vector<Output> outputsOf(const ExportOptions& options) {
                          const std::vector<std::string>& endings) {
         for (const fs::path& file : files) outputs.push_back({option, file, endings});
     };
+    add("--picture", options.pictures, PICTURE_ENDINGS);
     add("--design", options.designs, DESIGN_ENDINGS);
     add("--outline", options.outlines, OUTLINE_ENDINGS);
     const bool hasSolid =

@@ -1,22 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "format/field.h"
-
-/// Files that take a design out of the program, each of the kind that its ending names.
-struct ExportOptions {
-    std::vector<std::filesystem::path> designs;
-    std::vector<std::filesystem::path> outlines;
-    std::optional<double> thickness;  ///< of a solid, in elements
-};
-
-void addOutlineOptions(CLI::App& command, ExportOptions& options);
+#include "options.h"
 
 /// A file that a command is to write, and the option that names it.
 struct Output {

@@ -9,7 +9,7 @@
 #include "format/scene.h"
 #include "history.h"
 #include "iteration_record.h"
-#include "optimise_options.h"
+#include "options.h"
 #include "progress.h"
 #include "run/optimiser.h"
 

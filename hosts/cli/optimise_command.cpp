@@ -7,6 +7,7 @@
 
 #include "checks/checks.h"
 #include "console.h"
+#include "design_exports.h"
 #include "drawing/picture.h"
 #include "export/animation.h"
 #include "export/file_ending.h"
@@ -51,9 +52,8 @@ void checkFrames(const OptimiseOptions& options) {
 
 void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
     std::vector<Output> outputs = outputsOf(options.exports);
-    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
     outputs.push_back({"--animation", options.animation, {".gif"}});
-    outputs.push_back({"--history", options.history, {}});
+    outputs.push_back({"--history", options.history, {".csv"}});
     if (!options.frames.empty()) checkFrames(options);
     checkOutputs(outputs, scene.files, options.frames);
     if (options.frames.empty()) return;
@@ -88,14 +88,21 @@ PictureContent contentOf(const OptimisationRun& run, const RunResult& result) {
     return content;
 }
 
-/// What is drawn after each iteration.
-void drawIteration(const OptimisationRun& run, const OptimiseOptions& options,
-                   Animation& animation) {
+/// What was drawn during the run.
+struct Drawings {
+    std::size_t frames = 0;  ///< files that were written
+    Animation animation;
+};
+
+/// Draws what is drawn after each iteration.
+void drawIteration(const OptimisationRun& run, const OptimiseOptions& options, Drawings& drawings) {
     const std::string subtitle = iterationSubtitle(run);
-    if (!options.frames.empty())
+    if (!options.frames.empty()) {
         draw(run, contentOf(run, subtitle), frameFile(options, run.records().back().iteration));
+        ++drawings.frames;
+    }
     if (!options.animation.empty())
-        animation.add(
+        drawings.animation.add(
             drawPicture(run.scene(), contentOf(run, subtitle), animationScale(run.scene())));
 }
 
@@ -112,27 +119,27 @@ RunResult resultOf(const OptimisationRun& run) {
 
 /// Writes what is written at the end, and prints the names of all files.
 void writeResult(const OptimisationRun& run, const RunResult& result,
-                 const OptimiseOptions& options, Animation& animation, Writer& writer) {
+                 const OptimiseOptions& options, Drawings& drawings, Writer& writer) {
     std::printf("\n");
     if (!run.records().empty()) {
         writeExports(writer, options.exports, run.material(), run.scene().refinement());
         const PictureContent content = contentOf(run, result);
-        if (!options.picture.empty())
+        for (const fs::path& file : options.exports.pictures)
             writer.attempt([&] {
-                draw(run, content, options.picture);
-                printRow("picture", nameOf(options.picture));
+                draw(run, content, file);
+                printRow("picture", nameOf(file));
             });
         if (!options.animation.empty())
             writer.attempt([&] {
-                animation.replaceLast(
+                drawings.animation.replaceLast(
                     drawPicture(run.scene(), content, animationScale(run.scene())));
-                writeFile(options.animation, animation.encodeGif());
+                writeFile(options.animation, drawings.animation.encodeGif());
                 printRow("animation", nameOf(options.animation) + " (" +
-                                          counted(animation.size(), "frame") + ")");
+                                          counted(drawings.animation.size(), "frame") + ")");
             });
     }
     if (!options.frames.empty())
-        printRow("frames", formatted("%zu in ", run.records().size()) + nameOf(options.frames));
+        printRow("frames", formatted("%zu in ", drawings.frames) + nameOf(options.frames));
     if (!options.history.empty()) printRow("history", nameOf(options.history));
 }
 
@@ -158,9 +165,9 @@ int runOptimise(const OptimiseOptions& options) {
     // 2. The run.
     watchForInterruption();
     OptimisationRun run(options, scene);
-    Animation animation;
+    Drawings drawings;
     Writer writer;
-    writer.attempt([&] { run.iterate([&] { drawIteration(run, options, animation); }); });
+    writer.attempt([&] { run.iterate([&] { drawIteration(run, options, drawings); }); });
 
     // 3. What it came to.
     RunResult result;
@@ -171,6 +178,6 @@ int runOptimise(const OptimiseOptions& options) {
         warnings.insert(warnings.end(), found.begin(), found.end());
     }
     printSummary(run, result, warnings);
-    writeResult(run, result, options, animation, writer);
+    writeResult(run, result, options, drawings, writer);
     return statusOf(run, !warnings.empty(), writer);
 }

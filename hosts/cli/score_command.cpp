@@ -11,6 +11,7 @@
 #include "checks/assessment.h"
 #include "checks/checks.h"
 #include "console.h"
+#include "design_exports.h"
 #include "drawing/picture.h"
 #include "export/design_file.h"
 #include "export/file_ending.h"
@@ -59,25 +60,24 @@ void printHardestWorking(const Field& energies, const Scene& scene) {
     std::vector<float> sorted = energies.values;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const double total = sum(energies);
-    const char* const unit = unitOf(energies, scene);
-    std::printf("\n  hardest-working %-11s share of the compliance\n",
-                (unit + std::string("s")).c_str());
+    std::printf("\n");
     for (const int share : {1, 5, 10}) {
         const std::size_t count = (sorted.size() * static_cast<std::size_t>(share) + 99) / 100;
         const double part =
             std::accumulate(sorted.begin(), sorted.begin() + static_cast<long>(count), 0.0);
-        std::printf("  %4d %%  %20s %21.1f %%\n", share, counted(count, unit).c_str(),
-                    percent(part, total));
+        printRow(formatted("hardest %d %%", share).c_str(),
+                 formatted("%.1f %% of the compliance in ", percent(part, total)) +
+                     counted(count, unitOf(energies, scene)));
     }
     const auto hardest = static_cast<int>(
         std::max_element(energies.values.begin(), energies.values.end()) - energies.values.begin());
     const int x = hardest % energies.width;
     const int y = hardest / energies.width;
     const int refinement = refinementOf(energies, scene);
-    const std::string place = "at " + placeText(1.0 * x / refinement, 1.0 * y / refinement) +
-                              formatted(" (density %.3g)", scene.densities->at(x, y));
-    std::printf("  the hardest %-27s %10.1f %%\n", place.c_str(),
-                percent(energies.at(x, y), total));
+    printRow((std::string("hardest ") + unitOf(energies, scene)).c_str(),
+             formatted("%.1f %% of the compliance, at ", percent(energies.at(x, y), total)) +
+                 placeText(1.0 * x / refinement, 1.0 * y / refinement) +
+                 formatted(" (density %.3g)", scene.densities->at(x, y)));
 }
 
 /// A design with greys in black and white, and what that is worth.
@@ -182,10 +182,8 @@ void readDesignInto(Scene& scene, const std::filesystem::path& file) {
 }
 
 void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) {
-    if (!options.picture.empty()) checkPictureScale(scene, scale);
-    std::vector<Output> outputs = outputsOf(options.exports);
-    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
-    checkOutputs(outputs, scene.files);
+    if (!options.exports.pictures.empty()) checkPictureScale(scene, scale);
+    checkOutputs(outputsOf(options.exports), scene.files);
 }
 
 }  // namespace
@@ -213,11 +211,11 @@ int runScore(const ScoreOptions& options) {
     for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
     complainOf(found, warnings, options.scene);
-    if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
+    if (!outputsOf(options.exports).empty()) std::printf("\n");
     Writer writer;
-    if (!options.picture.empty())
+    for (const std::filesystem::path& file : options.exports.pictures)
         writer.attempt([&, &found = found, &drawn = drawn] {
-            drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
+            drawDesign(scene, found, subtitle(scene, found, drawn), scale, file);
         });
     writeExports(writer, options.exports, design, refinement);
     if (writer.hasFailed()) return ERROR_STATUS;

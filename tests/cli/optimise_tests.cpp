@@ -105,8 +105,8 @@ TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
         {"s.json --blob", "s.json: blob: no elements, needed for --blob"},
         {"s.json --history s.json", "s.json: cannot be written: it is an input of the scene"},
         {"s.json --history none/h.csv", "there is no directory"},
-        {"s.json --history ./p.png --picture p.png", "--history: names the same file as --picture"},
-        {"s.json --outline a.svg --picture ./a.svg", "--picture: names the same file as --outline"},
+        {"s.json --history ./p.csv --design p.csv", "--history: names the same file as --design"},
+        {"s.json --outline a.svg --picture ./a.svg", "--outline: names the same file as --picture"},
         {"s.json --design d.csv --design d.csv", "--design: names the same file as before"},
         {"s.json --picture p.jpg",
          "--picture: p.jpg: unknown ending .jpg, expected one of .png, .svg"},
@@ -119,7 +119,7 @@ TEST_F(Optimise, namesWhatIsWrongWithTheCommand) {
         {"s.json --frames none/f", "none/f: cannot be written: there is no directory"},
         {"s.json --frames s.json", "--frames: s.json: expected a directory"},
         {"s.json --frames f.PNG", "--frames: f.PNG: expected a directory, which gets a file"},
-        {"s.json --frames f --history f", "--frames: a frame would replace f"},
+        {"s.json --history h.json", "--history: h.json: unknown ending .json, expected .csv"},
     };
     for (WrongCommand& command : commands) command.arguments.insert(0, "optimise ");
     expectErrors(commands);
@@ -133,7 +133,7 @@ TEST_F(Optimise, tellsHowItGetsOnAndWritesAllFiles) {
     EXPECT_EQ(outcome.out.find('\r'), std::string::npos);  // no terminal, no live line
     for (const char* text :
          {"Bracket\n", "12 x 6 elements, picture 48 x 24 cells\n", "iterations         12 of 12\n",
-          "50.0 % asked for\n", "  iteration            100.0 % "})
+          "50.0 % asked for\n", "  iteration     100.0 % "})
         expectText(outcome.out, text);
 
     const std::string csv = contents(directory / "h.csv");

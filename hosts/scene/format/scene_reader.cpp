@@ -161,8 +161,8 @@ void readTimeline(const JsonValue& value, Scene& scene) {
 
 std::string readTitle(const JsonValue& value) {
     const std::string title = onOneLine(value.text());
-    if (title.size() > Scene::MAX_TITLE)
-        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " bytes");
+    if (characterCount(title) > Scene::MAX_TITLE)
+        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " characters");
     return title;
 }
 
@@ -196,6 +196,10 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
 
 Scene parseScene(const std::string& text, const std::filesystem::path& file,
                  const DesignReaders& readers) {
+    if (text.starts_with("\x89PNG"))
+        throw InputError(nameOf(file) +
+                         ": is a picture, expected a scene; to score a design, give it with "
+                         "--design");
     const auto document = parseJson(text, file);
     const JsonValue root(document, nameOf(file));
     Scene scene = readPlate(root, file);

@@ -91,7 +91,7 @@ Json writeChange(const Change& change, const Scene& scene) {
 void writePlate(const Scene& scene, Json& root) {
     // A title that is the file's name is none: under another name it would be wrong.
     const bool isOfFile =
-        !scene.files.empty() && scene.title == onOneLine(scene.files.front().stem().string());
+        !scene.files.empty() && scene.title == nameOf(scene.files.front().stem());
     if (!isOfFile) root["title"] = scene.title;
     if (!scene.description.empty()) root["description"] = scene.description;
     root["grid"] = {{"width", scene.width}, {"height", scene.height}};
