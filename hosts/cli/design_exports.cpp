@@ -53,6 +53,11 @@ void checkOutputs(const std::vector<Output>& outputs, const std::vector<fs::path
     }
 }
 
+std::string describeDrawn(const Field& drawn, double level) {
+    return formatted("black and white on %d x %d elements, solid from density %.2g", drawn.width,
+                     drawn.height, level);
+}
+
 void Writer::attempt(const std::function<void()>& write) {
     try {
         write();
@@ -62,8 +67,8 @@ void Writer::attempt(const std::function<void()>& write) {
     }
 }
 
-void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
-                  int refinement) {
+void writeExports(Writer& writer, const ExportOptions& options, const Field& design, int refinement,
+                  double level) {
     for (const fs::path& file : options.designs)
         writer.attempt([&] {
             writeFile(file, encodeDesign(file, design));
@@ -72,11 +77,11 @@ void writeExports(Writer& writer, const ExportOptions& options, const Field& des
         });
     if (options.outlines.empty()) return;
     writer.attempt([&] {
-        const Outline outline = traceOutline(design, refinement);
+        const Outline outline = traceOutline(design, refinement, 1, level);
         const double thickness =
             options.thickness.value_or(DEFAULT_THICKNESS * std::min(outline.width, outline.height));
         const std::string content = outline.contours.empty()
-                                        ? "empty: no material is half solid"
+                                        ? "empty: there is no material"
                                         : counted(outline.contours.size(), "contour") +
                                               formatted(", area %.6g", area(outline));
         for (const fs::path& file : options.outlines)

@@ -39,6 +39,9 @@ private:
 };
 
 /// Writes the files of a design of `refinement` cells per edge of an element, and prints their
-/// names.
-void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
-                  int refinement);
+/// names. Outlines run where the density is `level`.
+void writeExports(Writer& writer, const ExportOptions& options, const Field& design, int refinement,
+                  double level);
+
+/// "black and white on 480 x 160 elements, solid from density 0.47".
+std::string describeDrawn(const Field& drawn, double level);

@@ -112,7 +112,9 @@ RunResult resultOf(const OptimisationRun& run) {
     RunResult result;
     result.compliance = run.records().back().compliance;
     result.volume = run.records().back().volume;
-    result.drawn = drawnDesign(run.material(), scene, drawnRefinement(scene));
+    DrawnDesign drawn = drawnDesign(run.material(), scene, drawnRefinement(scene));
+    result.level = drawn.level;
+    result.drawn = std::move(drawn.design);
     result.assessment = assess(result.drawn, scene);
     return result;
 }
@@ -122,7 +124,8 @@ void writeResult(const OptimisationRun& run, const RunResult& result,
                  const OptimiseOptions& options, Drawings& drawings, Writer& writer) {
     std::printf("\n");
     if (!run.records().empty()) {
-        writeExports(writer, options.exports, run.material(), run.scene().refinement());
+        writeExports(writer, options.exports, run.material(), run.scene().refinement(),
+                     result.level);
         const PictureContent content = contentOf(run, result);
         for (const fs::path& file : options.exports.pictures)
             writer.attempt([&] {

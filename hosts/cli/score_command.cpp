@@ -81,8 +81,8 @@ void printHardestWorking(const Field& energies, const Scene& scene) {
 }
 
 /// A design with greys in black and white, and what that is worth.
-struct DrawnDesign {
-    Field design;
+struct Drawn {
+    DrawnDesign drawn;
     Assessment assessment;
 
     std::string compliance() const {
@@ -91,18 +91,18 @@ struct DrawnDesign {
     }
 };
 
-/// None when the design is black and white and small enough to be scored as it is.
-std::optional<DrawnDesign> asDrawn(const Scene& scene) {
+/// None when the design is black and white.
+std::optional<Drawn> asDrawn(const Scene& scene) {
     const Field& design = *scene.densities;
-    const int refinement = drawnRefinement(scene, refinementOf(design, scene));
-    DrawnDesign drawn{drawnDesign(design, scene, refinement), {}};
-    if (drawn.design == design) return std::nullopt;
-    drawn.assessment = assess(drawn.design, scene);
-    return drawn;
+    Drawn result{drawnDesign(design, scene, drawnRefinement(scene, refinementOf(design, scene))),
+                 {}};
+    if (result.drawn.design == design) return std::nullopt;
+    result.assessment = assess(result.drawn.design, scene);
+    return result;
 }
 
 std::string subtitle(const Scene& scene, const Assessment& found,
-                     const std::optional<DrawnDesign>& drawn) {
+                     const std::optional<Drawn>& drawn) {
     std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
                                               : "not supported: " + lineOf(found.problems.front());
     if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
@@ -123,18 +123,12 @@ void drawDesign(const Scene& scene, const Assessment& found, const std::string& 
 }
 
 void printAssessment(const Scene& scene, const Assessment& found,
-                     const std::optional<DrawnDesign>& drawn) {
+                     const std::optional<Drawn>& drawn) {
     if (found.problems.empty()) {
         printRow("compliance", formatted("%.6g", found.score.compliance));
-        // Grows with the number of elements; that of a drawn design stays in the percents.
-        if (scene.densities->values.size() > MAX_DRAWN_ELEMENTS)
-            printRow("",
-                     "too high for want of precision on so many elements: some 2 % for each "
-                     "100,000, more for slender parts");
         if (drawn)
-            printRow("", drawn->compliance() +
-                             formatted(" as drawn, in black and white on %d x %d elements",
-                                       drawn->design.width, drawn->design.height));
+            printRow("", drawn->compliance() + " as drawn: " +
+                             describeDrawn(drawn->drawn.design, drawn->drawn.level));
         printHardestWorking(found.score.energies, scene);
         return;
     }
@@ -150,28 +144,23 @@ void complainOf(const Assessment& found, const Findings& warnings,
         complain(nameOf(scene) + ": not supported: " + problem);
 }
 
-/// What a design is worth, as it is or, where that takes more precision than there is, as drawn.
+/// What a design is worth as it is and, where it has greys, as drawn.
 struct Verdict {
     Assessment found;
-    std::optional<DrawnDesign> drawn;
+    std::optional<Drawn> drawn;
     Findings warnings;
 };
 
-/// Replaces the densities of the scene by those that the verdict is about.
-Verdict judge(Scene& scene) {
+Verdict judge(const Scene& scene) {
     Verdict verdict{assess(*scene.densities, scene), asDrawn(scene), {}};
-    Assessment& found = verdict.found;
-    std::optional<DrawnDesign>& drawn = verdict.drawn;
-    const auto warn = [&verdict](const std::string& text) {
-        verdict.warnings.push_back({Finding::WARNING, "design", text, std::nullopt});
+    const auto warn = [&verdict](const char* key, const std::string& text) {
+        verdict.warnings.push_back({Finding::WARNING, key, text, std::nullopt});
     };
-    if (found.isBeyondPrecision && drawn && drawn->assessment.problems.empty()) {
-        warn(found.problems.front().text + "; scored as drawn");
-        scene.densities = std::move(drawn->design);
-        found = std::move(drawn->assessment);
-        drawn.reset();
-    }
-    if (!found.floating.empty()) warn(describe(found.floating) + "; left out");
+    if (!verdict.found.floating.empty())
+        warn("design", describe(verdict.found.floating) + "; left out");
+    if (verdict.drawn && verdict.found.problems.empty())
+        for (const Finding& problem : verdict.drawn->assessment.problems)
+            warn(problem.key.c_str(), "as drawn, " + problem.text);
     return verdict;
 }
 
@@ -217,7 +206,7 @@ int runScore(const ScoreOptions& options) {
         writer.attempt([&, &found = found, &drawn = drawn] {
             drawDesign(scene, found, subtitle(scene, found, drawn), scale, file);
         });
-    writeExports(writer, options.exports, design, refinement);
+    writeExports(writer, options.exports, design, refinement, drawn ? drawn->drawn.level : 0.5);
     if (writer.hasFailed()) return ERROR_STATUS;
     return !found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
 }

@@ -84,9 +84,10 @@ ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
 }
 
 ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
-    ScoreResult result = score(current, drawnDesign(frame.material, current, refinement));
+    const DrawnDesign drawn = drawnDesign(frame.material, current, refinement);
+    ScoreResult result = score(current, drawn.design);
     const RunResult run{frame.numbers.compliance, frame.numbers.volume, result.design,
-                        result.assessment};
+                        result.assessment, drawn.level};
     result.warnings = checkResult(run, current);
     return result;
 }

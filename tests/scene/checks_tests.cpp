@@ -216,7 +216,7 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
     result.assessment.problems = {{Finding::ERROR, "loads[0]", "pulls somewhere", std::nullopt}};
     EXPECT_THAT(linesOf(checkResult(result, scene)),
                 ElementsAre("warning: loads[0]: as drawn, pulls somewhere",
-                            "warning: design: as drawn, 1 part that hangs on nothing, 1 element "
+                            "warning: design: as drawn, no support holds 1 part of it, 1 element "
                             "of the grid; the first at x 3, y 0"));
 }
 

@@ -6,6 +6,7 @@
 #include "checks/available_memory.h"
 #include "checks/free_plate.h"
 #include "checks/idle_loads.h"
+#include "checks/material.h"
 #include "checks/memory_need.h"
 #include "checks/passive_void.h"
 #include "format/refinement.h"
@@ -59,13 +60,28 @@ Findings findInsideVoid(const Scene& scene) {
     return findings;
 }
 
-/// Of a scene without other faults.
+/// The elements at nodes that a support holds.
+Cells heldCells(const Scene& scene) {
+    Cells cells;
+    for (const Support& support : scene.supports)
+        for (int x = std::max(0, support.x.from - 1); x <= std::min(support.x.to, scene.width - 1);
+             ++x)
+            for (int y = std::max(0, support.y.from - 1);
+                 y <= std::min(support.y.to, scene.height - 1); ++y)
+                cells.push_back({x, y});
+    return cells;
+}
+
+/// Of a scene without other faults. What hangs together by a corner counts as joined: whether it
+/// holds depends on the design.
 Findings findCutOff(const Scene& scene) {
     if (scene.passive.voids.empty()) return {};
     Field plate(scene.width, scene.height, 1);
     for (const Cell& cell : scene.passive.voids.cells) plate.at(cell.x, cell.y) = 0;
     Findings findings;
-    for (const Finding& loose : findLooseLoads(plate, findFloatingParts(plate, scene), scene))
+    Field cutOff = plate;
+    takeConnected(cutOff, heldCells(scene));
+    for (const Finding& loose : findLooseLoads(plate, floatingParts(cutOff, 1), scene))
         findings.push_back(
             error(loose.key, "passive.void separates it from every support", loose.place));
     return findings;

@@ -113,10 +113,6 @@ std::string quoted(const std::string& text) { return '"' + shortened(text, LONGE
 std::string didYouMean(const std::string& found, const std::vector<std::string>& allowed) {
     if (found.empty() || found.size() > LONGEST_WORD) return "";
     const std::string word = lowerCase(found);
-    std::string meant;
-    for (const auto& longer : wordsBeginningWith(word, allowed))
-        meant += (meant.empty() ? "" : " or ") + longer;
-    if (!meant.empty()) return ", did you mean " + meant + "?";
     const std::string* best = nullptr;
     std::size_t least = std::max<std::size_t>(1, found.size() / 3) + 1;
     for (const auto& candidate : allowed) {
@@ -125,7 +121,13 @@ std::string didYouMean(const std::string& found, const std::vector<std::string>&
         least = steps;
         best = &candidate;
     }
-    return best ? ", did you mean " + *best + "?" : "";
+    std::string meant = best ? *best : "";
+    const auto longer = wordsBeginningWith(word, allowed);
+    if (least > 1 && !longer.empty()) {
+        meant.clear();
+        for (const auto& candidate : longer) meant += (meant.empty() ? "" : " or ") + candidate;
+    }
+    return meant.empty() ? "" : ", did you mean " + meant + "?";
 }
 
 std::size_t characterCount(const std::string& text) {
