@@ -14,4 +14,7 @@ struct CommandLine {
     CLI::App app{"Voxam: topology optimisation of plates from the command line.", "voxam"};
     ScoreOptions score;
     OptimiseOptions optimise;
+    CommonOptions check;
+    CompareOptions compare;
+    NewOptions newScene;
 };

@@ -4,8 +4,11 @@
 #include <exception>
 #include <string>
 
+#include "check_command.h"
 #include "command_line.h"
+#include "compare_command.h"
 #include "console.h"
+#include "new_command.h"
 #include "optimise_command.h"
 #include "score_command.h"
 #include "usage_error.h"
@@ -28,6 +31,9 @@ int run(int argc, char** argv) {
     const auto isGiven = [&](const char* command) { return line.app.got_subcommand(command); };
     if (isGiven("score")) return runScore(line.score);
     if (isGiven("optimise")) return runOptimise(line.optimise);
+    if (isGiven("check")) return runCheck(line.check);
+    if (isGiven("compare")) return runCompare(line.compare);
+    if (isGiven("new")) return runNew(line.newScene);
     if (isGiven("performance")) {
         _VoxamPerformanceTest();
         return 0;

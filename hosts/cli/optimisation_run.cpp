@@ -6,6 +6,7 @@
 #include "format/text.h"
 #include "format/timeline.h"
 #include "interruption.h"
+#include "warnings.h"
 
 namespace {
 
@@ -42,7 +43,7 @@ void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
     while (iteration <= last && !converged && interruption() == 0) {
         makeChange(iteration);
         const auto outcome = optimiser.iterate(current.penalty, given.movesBlob);
-        failed = outcome.message;
+        failed = explainedRefusal(outcome.message, !recorded.empty() && lastChange != iteration);
         if (failed.empty()) {
             record(iteration, outcome);
             afterEach();

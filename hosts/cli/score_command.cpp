@@ -12,16 +12,18 @@
 #include "checks/checks.h"
 #include "console.h"
 #include "design_exports.h"
+#include "design_reader.h"
 #include "drawing/picture.h"
-#include "export/design_file.h"
-#include "export/file_ending.h"
 #include "export/output_file.h"
 #include "export/picture_file.h"
 #include "export/scene_file.h"
 #include "format/input_error.h"
 #include "format/refinement.h"
 #include "format/scene_reader.h"
+#include "format/symmetry.h"
 #include "format/text.h"
+#include "report.h"
+#include "view.h"
 #include "warnings.h"
 
 namespace {
@@ -113,17 +115,28 @@ std::string subtitle(const Scene& scene, const Assessment& found,
     return text;
 }
 
-void drawDesign(const Scene& scene, const Assessment& found, const std::string& subtitle, int scale,
-                const std::filesystem::path& file) {
-    PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle, found.floating};
-    if (found.problems.empty()) content.energies = found.score.energies;
-    writeFile(file, encodePicture(file, scene, content, scale));
-    const PictureLayout size = pictureLayout(scene, scale);
-    printRow("picture", nameOf(file) + formatted(" (%d x %d pixels)", size.width, size.height));
+/// What a design is worth as it is and, where it has greys, as drawn.
+struct Verdict {
+    Assessment found;
+    std::optional<Drawn> drawn;
+    Findings warnings;
+};
+
+Verdict judge(const Scene& scene, bool withStates) {
+    Verdict verdict{assess(*scene.densities, scene, withStates), asDrawn(scene), {}};
+    const auto warn = [&verdict](const std::string& key, const std::string& text) {
+        verdict.warnings.push_back({Finding::WARNING, key, text, std::nullopt});
+    };
+    if (!verdict.found.floating.empty() && verdict.found.problems.empty())
+        warn("design", describe(verdict.found.floating) + "; left out");
+    if (verdict.drawn && verdict.found.problems.empty())
+        for (const Finding& problem : verdict.drawn->assessment.problems)
+            warn(problem.key, "as drawn, " + problem.text);
+    return verdict;
 }
 
-void printAssessment(const Scene& scene, const Assessment& found,
-                     const std::optional<Drawn>& drawn) {
+void printVerdict(const Scene& scene, const Verdict& verdict) {
+    const auto& [found, drawn, warnings] = verdict;
     if (found.problems.empty()) {
         printRow("compliance", formatted("%.6g", found.score.compliance));
         if (drawn)
@@ -137,76 +150,81 @@ void printAssessment(const Scene& scene, const Assessment& found,
 }
 
 /// Tells on standard error what keeps the score from being plain.
-void complainOf(const Assessment& found, const Findings& warnings,
+void complainOf(const Verdict& verdict, const Findings& warnings,
                 const std::filesystem::path& scene) {
     complainOf(warnings, scene);
-    for (const std::string& problem : toldLines(found.problems))
+    for (const std::string& problem : toldLines(verdict.found.problems))
         complain(nameOf(scene) + ": not supported: " + problem);
 }
 
-/// What a design is worth as it is and, where it has greys, as drawn.
-struct Verdict {
-    Assessment found;
-    std::optional<Drawn> drawn;
-    Findings warnings;
-};
-
-Verdict judge(const Scene& scene) {
-    Verdict verdict{assess(*scene.densities, scene), asDrawn(scene), {}};
-    const auto warn = [&verdict](const char* key, const std::string& text) {
-        verdict.warnings.push_back({Finding::WARNING, key, text, std::nullopt});
-    };
-    if (!verdict.found.floating.empty())
-        warn("design", describe(verdict.found.floating) + "; left out");
-    if (verdict.drawn && verdict.found.problems.empty())
-        for (const Finding& problem : verdict.drawn->assessment.problems)
-            warn(problem.key.c_str(), "as drawn, " + problem.text);
-    return verdict;
+Report reportOn(const Scene& scene, const Verdict& verdict, const Findings& warnings,
+                const Writer& writer) {
+    Report report = reportOn("score", scene);
+    const Field& design = *scene.densities;
+    report["design"] = {{"width", design.width}, {"height", design.height}};
+    report["volume"] = mean(design);
+    report.update(reportOn(verdict.found));
+    if (verdict.drawn) {
+        report["asDrawn"] = reportOn(verdict.drawn->assessment);
+        report["asDrawn"]["level"] = verdict.drawn->drawn.level;
+    }
+    report["warnings"] = reportOn(warnings);
+    report["files"] = reportOn(writer.files());
+    return report;
 }
 
-void readDesignInto(Scene& scene, const std::filesystem::path& file) {
-    checkEnding("--design", file, DESIGN_ENDINGS);
-    scene.densities = readDesign(file, scene.width, scene.height);
-    scene.files.push_back(file);
-}
-
-void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) {
-    if (!options.exports.pictures.empty()) checkPictureScale(scene, scale);
-    checkOutputs(outputsOf(options.exports), scene.files);
+/// Pictures, outlines and values.
+void writeFiles(const ScoreOptions& options, const Scene& scene, const Verdict& verdict, int scale,
+                Writer& writer) {
+    const auto& [found, drawn, warnings] = verdict;
+    PictureContent content{*scene.densities, std::nullopt, scene.title, "", found.floating};
+    content.subtitle =
+        subtitle(scene, found, drawn) + showView(options.view, found, scene, content);
+    const Scene whole = wholeOf(scene);
+    content = mirrored(content, scene);
+    const PictureLayout size = pictureLayout(whole, scale);
+    for (const std::filesystem::path& file : options.exports.pictures)
+        writer.attempt([&] {
+            writer.write("picture", file, encodePicture(file, whole, content, scale),
+                         formatted("%d x %d pixels", size.width, size.height));
+        });
+    writeExports(writer, options.exports, *scene.densities, scene,
+                 drawn ? drawn->drawn.level : 0.5);
+    writeValues(writer, options.exports, *scene.densities, found, scene);
 }
 
 }  // namespace
 
 int runScore(const ScoreOptions& options) {
     // 1. Everything that can be said before the score.
-    if (options.isQuiet) silenceStandardOutput();
-    Scene scene = readScene(options.scene);
-    if (!options.design.empty()) readDesignInto(scene, options.design);
+    if (options.isQuiet || options.isJson) silenceStandardOutput();
+    Scene scene = readScene(options.scene, options.assignments);
+    if (!options.design.empty()) readDesignInto(scene, options.design, "--design");
     requireScore(scene);
+    checkView(options.view, scene);
     Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);
     scene = withLoadsInUse(std::move(scene));
-    const Field design = *scene.densities;
-    const int refinement = refinementOf(design, scene);
-    const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
-    prepareOutputs(options, scene, scale);
+    const int scale = options.scale.value_or(
+        refinedPictureScale(wholeOf(scene), refinementOf(*scene.densities, scene)));
+    if (!options.exports.pictures.empty()) checkPictureScale(wholeOf(scene), scale);
+    checkOutputs(outputsOf(options.exports), scene.files);
 
     // 2. The score.
-    const auto [found, drawn, more] = judge(scene);
-    warnings.insert(warnings.end(), more.begin(), more.end());
+    const bool withStates =
+        needsStates(options.view) || options.isJson || !options.exports.values.empty();
+    const Verdict verdict = judge(scene, withStates);
+    warnings.insert(warnings.end(), verdict.warnings.begin(), verdict.warnings.end());
 
     // 3. What it came to. A picture is left only by a score that was told.
     printScene(scene);
-    printAssessment(scene, found, drawn);
+    printVerdict(scene, verdict);
     for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
-    complainOf(found, warnings, options.scene);
+    complainOf(verdict, warnings, options.scene);
     if (!outputsOf(options.exports).empty()) std::printf("\n");
     Writer writer;
-    for (const std::filesystem::path& file : options.exports.pictures)
-        writer.attempt([&, &found = found, &drawn = drawn] {
-            drawDesign(scene, found, subtitle(scene, found, drawn), scale, file);
-        });
-    writeExports(writer, options.exports, design, refinement, drawn ? drawn->drawn.level : 0.5);
+    writeFiles(options, scene, verdict, scale, writer);
+    if (options.isJson) print(reportOn(scene, verdict, warnings, writer));
     if (writer.hasFailed()) return ERROR_STATUS;
-    return !found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
+    return !verdict.found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
 }

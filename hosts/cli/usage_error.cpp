@@ -120,6 +120,15 @@ CLI::Validator positiveNumber() {
             "", "positive number"};
 }
 
+CLI::Validator oneOf(const std::vector<std::string>& words) {
+    return {[words](const std::string& text) {
+                if (std::find(words.begin(), words.end(), text) != words.end())
+                    return std::string();
+                return quoted(text) + " is not one of " + listed(words) + didYouMean(text, words);
+            },
+            "", "word"};
+}
+
 CLI::Validator fileName() {
     return {[](const std::string& text) { return text.empty() ? "the name is empty" : ""; }, "",
             "file name"};

@@ -34,7 +34,7 @@ Findings whyNotScored(const Field& design, const Assessment& found, Analysis::Ou
 
 /// The sum of all load cases.
 Score sumOf(const std::vector<PlateState>& states, int width, int height) {
-    Score score{0, Field(width, height)};
+    Score score{true, 0, Field(width, height)};
     for (const PlateState& state : states) score.compliance += state.compliance;
     for (int x = 0; x < width; ++x)
         for (int y = 0; y < height; ++y) {

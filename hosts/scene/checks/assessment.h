@@ -8,6 +8,7 @@
 
 /// How stiff a design is. Valid when the design is supported.
 struct Score {
+    bool supported = false;
     double compliance = 0;  ///< force times displacement, the sum of all load cases
     Field energies;         ///< share of each element; 0 in parts that are left out
 };
