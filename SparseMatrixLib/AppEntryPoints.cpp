@@ -1,8 +1,8 @@
 #include <cmath>
-#include <iostream>
 #include <memory>
 
 #include "ExportGuard.h"
+#include "HostOutput.h"
 #include "LibraryVersion.h"
 #include "MessageBuffer.h"
 #include "SolverApp.h"
@@ -46,7 +46,7 @@ void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision, int mes
                    float volumeFraction, int numLoadCases, int newRestartId) {
     guardExport([&] {
         if (currentTextureWidth == 0) {
-            std::cout << "VoxamApp386 lib version " << libVersion << std::endl;
+            HostLine() << "VoxamApp386 lib version " << libVersion;
         }
         const bool keep = solverApp && textureWidth == currentTextureWidth &&
                           textureHeight == currentTextureHeight && newRestartId == restartId;

@@ -63,8 +63,9 @@ SparseMatrix coneWeights(unsigned nx, unsigned ny, double radius) {
     const bool hasCells = nx > 0 && ny > 0;
     const int columns = hasCells ? static_cast<int>(nx) : 0;
     const int rows = hasCells ? static_cast<int>(ny) : 0;
-    kmat::SparseColumnWriter writer(nx * ny, nx * ny, kmat::SYMMETRIC_UPPER,
-                                    static_cast<size_t>(numberOfWeights(radius, columns, rows)));
+    kmat::SparseColumnWriter writer(
+        nx * ny, nx * ny, kmat::SYMMETRIC_UPPER,
+        static_cast<std::size_t>(numberOfWeights(radius, columns, rows)));
     const auto neighbours = earlierNeighbours(radius, columns, rows);
     for (int x = 0; x < columns; ++x) {
         for (int y = 0; y < rows; ++y) {

@@ -2,12 +2,12 @@
 
 #include <cmath>
 
-void DensityPowers::computeColumn(const DesignGrids& grids, size_t ix,
+void DensityPowers::computeColumn(const DesignGrids& grids, std::size_t ix,
                                   const kmat::DenseMatrix& rhoPhys, double penalty) {
-    const size_t cells = size_t{grids.nely} * grids.subdivision * grids.subdivision;
+    const std::size_t cells = std::size_t{grids.nely} * grids.subdivision * grids.subdivision;
     // Solid and void regions are long runs of one value, whose powers are worth taking only once.
     double density = std::nan("");
-    for (size_t e = ix * cells; e < (ix + 1) * cells; ++e) {
+    for (std::size_t e = ix * cells; e < (ix + 1) * cells; ++e) {
         if (rhoPhys.begin()[e] == density) {
             power[e] = power[e - 1];
             powerLessOne[e] = powerLessOne[e - 1];

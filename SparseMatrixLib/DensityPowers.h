@@ -13,7 +13,7 @@ struct DensityPowers {
 
     /// Computes both powers of the fine cells of coarse column ix. Columns may be computed at the
     /// same time.
-    void computeColumn(const DesignGrids& grids, size_t ix, const kmat::DenseMatrix& rhoPhys,
+    void computeColumn(const DesignGrids& grids, std::size_t ix, const kmat::DenseMatrix& rhoPhys,
                        double penalty);
 
     std::vector<double> power;

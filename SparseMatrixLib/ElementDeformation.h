@@ -75,11 +75,11 @@ constexpr std::array<double, 3> centreStresses(const ElementDeformation& d) {
 /// The integer element matrix, row by row.
 inline constexpr auto INTEGER_ELEMENT_MATRIX = [] {
     std::array<double, ELEMENT_MATRIX_SIZE> matrix{};
-    for (size_t column = 0; column < ELEMENT_DOFS; ++column) {
+    for (std::size_t column = 0; column < ELEMENT_DOFS; ++column) {
         ElementVector unit{};
         unit[column] = 1.0;
         const ElementVector forces = nodalForces(deformationOf(unit));
-        for (size_t row = 0; row < ELEMENT_DOFS; ++row) {
+        for (std::size_t row = 0; row < ELEMENT_DOFS; ++row) {
             matrix[ELEMENT_DOFS * row + column] = forces[row];
         }
     }

@@ -41,8 +41,8 @@ void fillExact(double* block) {
         nu / 6.0,
         1.0 / 8.0 - 3.0 * nu / 8.0,
     };
-    for (size_t i = 0; i < ELEMENT_MATRIX_SIZE; ++i) {
-        block[i] = PLANE_STRESS_FACTOR * k[static_cast<size_t>(COEFFICIENT_NUMBER[i])];
+    for (std::size_t i = 0; i < ELEMENT_MATRIX_SIZE; ++i) {
+        block[i] = PLANE_STRESS_FACTOR * k[static_cast<std::size_t>(COEFFICIENT_NUMBER[i])];
     }
 }
 
@@ -58,12 +58,12 @@ void fillAtPoint(double xi, double eta, double* block) {
     constexpr double d33 = PLANE_STRESS_FACTOR * (1.0 - POISSON_RATIO) / 2.0;
     std::array<double, 4> dXi{};
     std::array<double, 4> dEta{};
-    for (size_t k = 0; k < 4; ++k) {
+    for (std::size_t k = 0; k < 4; ++k) {
         dXi[k] = NODE_XI[k] * (1.0 + NODE_ETA[k] * eta) / 4.0;
         dEta[k] = NODE_ETA[k] * (1.0 + NODE_XI[k] * xi) / 4.0;
     }
-    for (size_t a = 0; a < 4; ++a) {
-        for (size_t b = 0; b < 4; ++b) {
+    for (std::size_t a = 0; a < 4; ++a) {
+        for (std::size_t b = 0; b < 4; ++b) {
             double* xRow = block + 2 * a * ELEMENT_DOFS + 2 * b;
             double* yRow = xRow + ELEMENT_DOFS;
             xRow[0] = d11 * dXi[a] * dXi[b] + d33 * dEta[a] * dEta[b];

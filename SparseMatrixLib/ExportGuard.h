@@ -1,11 +1,27 @@
 #pragma once
 
+#include <cfenv>
 #include <exception>
+
+/// While one of these lives, no floating-point exception is trapped: a division by zero is a step
+/// of several computations, whose infinities are dealt with. Afterwards traps and flags are the
+/// host's.
+class FloatingPointGuard {
+public:
+    FloatingPointGuard() { std::feholdexcept(&hosts); }
+    ~FloatingPointGuard() { std::fesetenv(&hosts); }
+    FloatingPointGuard(const FloatingPointGuard&) = delete;
+    FloatingPointGuard& operator=(const FloatingPointGuard&) = delete;
+
+private:
+    std::fenv_t hosts;
+};
 
 /// Runs the body of an exported function. No exception may cross into the host: `onFailure` gets
 /// the text of the exception and makes the function's result.
 template <typename Body, typename OnFailure>
 auto guardExport(const Body& body, const OnFailure& onFailure) noexcept -> decltype(body()) {
+    const FloatingPointGuard guard;
     try {
         return body();
     } catch (const std::exception& failure) {

@@ -1,7 +1,7 @@
-#include <iostream>
 #include <memory>
 
 #include "ExportGuard.h"
+#include "HostOutput.h"
 #include "LibraryVersion.h"
 #include "SolverGame.h"
 #include "voxam.h"
@@ -15,7 +15,7 @@ void printBannerOnce() {
     static bool initialized = false;
     if (initialized) return;
     initialized = true;
-    std::cout << "VoxamApp386Game lib version " << libVersion << std::endl;
+    HostLine() << "VoxamApp386Game lib version " << libVersion;
 }
 
 }  // namespace
@@ -52,7 +52,7 @@ void _DestroyVoxamGame() {
 void printVoxamData(const std::vector<TopologyOptimizationComponentData>& records,
                     const std::string& title) {
     guardExport([&] {
-        std::cout << title << std::endl;
+        HostLine() << title;
         for (TopologyOptimizationComponentData record : records) record.print();
     });
 }

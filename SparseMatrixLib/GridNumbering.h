@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 
-inline constexpr size_t ELEMENT_DOFS = 8;
-inline constexpr size_t ELEMENT_MATRIX_SIZE = ELEMENT_DOFS * ELEMENT_DOFS;
+inline constexpr std::size_t ELEMENT_DOFS = 8;
+inline constexpr std::size_t ELEMENT_MATRIX_SIZE = ELEMENT_DOFS * ELEMENT_DOFS;
 
 /// Entries of the upper triangle of one element matrix, diagonal included.
 inline constexpr unsigned ELEMENT_UPPER_ENTRIES = 36;

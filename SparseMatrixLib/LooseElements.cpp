@@ -15,7 +15,7 @@ using Flags = std::vector<unsigned char>;
 /// Sets that grow together.
 class Groups {
 public:
-    explicit Groups(size_t count) : parents(count) {
+    explicit Groups(std::size_t count) : parents(count) {
         std::iota(parents.begin(), parents.end(), 0U);
     }
 
@@ -122,19 +122,19 @@ struct Holding {
     }
 };
 
-/// Bodies, pins and supports. Groups of bodies that plainly move as one are joined first: two with
-/// two pins, and one whose supports and pins at the ground hold it. The bodies of nearly all designs
-/// are settled with that; the motions of what is left are computed.
+/// Bodies, pins and supports. Groups of bodies that plainly move as one are joined first: two
+/// groups with two pins, and a group whose supports and pins hold it on the ground. This settles
+/// nearly all designs. The motions of the groups that are left are computed.
 class Joints {
 public:
     Joints(const Bodies& bodies, unsigned nelx, unsigned nely, const Flags& held)
-        : groups(bodies.count() + size_t{1}),
-          holdings(bodies.count() + size_t{1}),
-          pins(bodies.count() + size_t{1}) {
+        : groups(bodies.count() + std::size_t{1}),
+          holdings(bodies.count() + std::size_t{1}),
+          pins(bodies.count() + std::size_t{1}) {
         for (unsigned x = 0; x <= nelx; ++x) {
             for (unsigned y = 0; y <= nely; ++y) {
                 const Node node = {x, y};
-                const size_t dof = 2 * (size_t{x} * (nely + 1) + y);
+                const std::size_t dof = 2 * (std::size_t{x} * (nely + 1) + y);
                 if (held[dof] || held[dof + 1]) addSupport(bodies, node, held[dof], held[dof + 1]);
                 if (x > 0 && y > 0 && x < nelx && y < nely) addPinAt(bodies, node);
             }
@@ -149,7 +149,7 @@ public:
         Flags held(holdings.size());
         held[GROUND] = 1;
         const auto motions = motionsOf(unsettled).heldBodies();
-        for (size_t i = 0; i < unsettled.size(); ++i) {
+        for (std::size_t i = 0; i < unsettled.size(); ++i) {
             held[unsettled[i]] = motions ? (*motions)[i] : 1;
         }
         for (unsigned body = 1; body < held.size(); ++body) held[body] = held[groups.of(body)];
@@ -207,7 +207,7 @@ private:
         }
     }
 
-    // Of a group that is no longer there, nothing may speak.
+    // The part is no group of its own any more, so its pins go to the group.
     void join(unsigned group, unsigned part) {
         groups.unite(group, part);
         pins[group].erase(part);
@@ -247,7 +247,7 @@ private:
 
     RigidMotions motionsOf(const std::vector<unsigned>& members) const {
         RigidMotions motions(members.size());
-        for (size_t i = 0; i < members.size(); ++i) {
+        for (std::size_t i = 0; i < members.size(); ++i) {
             const Holding& holding = holdings[members[i]];
             for (const unsigned y : {holding.rowsHeldInX.low, holding.rowsHeldInX.high}) {
                 if (!holding.rowsHeldInX.isEmpty()) motions.hold(i, 0, y, 0);
@@ -258,7 +258,7 @@ private:
             for (const auto& [other, node] : pins[members[i]]) {
                 if (other < members[i]) continue;
                 const auto j = std::lower_bound(members.begin(), members.end(), other);
-                motions.join(i, static_cast<size_t>(j - members.begin()), node.x, node.y);
+                motions.join(i, static_cast<std::size_t>(j - members.begin()), node.x, node.y);
             }
         }
         return motions;

@@ -7,7 +7,7 @@
 /// buffer or a length below 1 gets nothing.
 inline void writeText(std::string_view text, int length, char* buffer) {
     if (!buffer || length < 1) return;
-    const size_t count = std::min(text.size(), static_cast<size_t>(length - 1));
+    const std::size_t count = std::min(text.size(), static_cast<std::size_t>(length - 1));
     std::copy_n(text.begin(), count, buffer);
     buffer[count] = '\0';
 }

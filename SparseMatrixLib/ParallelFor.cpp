@@ -4,7 +4,7 @@
 
 #include <dispatch/dispatch.h>
 
-void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)) {
     dispatch_apply_f(count, dispatch_get_global_queue(0, 0), context, task);
 }
 
@@ -15,12 +15,12 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
 #include <thread>
 #include <vector>
 
-void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
-    std::atomic<size_t> next = 0;
+void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)) {
+    std::atomic<std::size_t> next = 0;
     const auto work = [&] {
-        for (size_t index = next++; index < count; index = next++) task(context, index);
+        for (std::size_t index = next++; index < count; index = next++) task(context, index);
     };
-    const size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::jthread> helpers(count == 0 ? 0 : std::min(cores, count) - 1);
     for (auto& helper : helpers) helper = std::jthread(work);
     work();
@@ -28,8 +28,8 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
 
 #elif defined(VOXAM_PARALLEL_SERIAL)
 
-void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
-    for (size_t index = 0; index < count; ++index) task(context, index);
+void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)) {
+    for (std::size_t index = 0; index < count; ++index) task(context, index);
 }
 
 #else
@@ -37,14 +37,14 @@ void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
 #include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
-void runTasks(size_t count, void* context, void (*task)(void*, size_t)) {
+void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)) {
     // Isolated on both sides: a host that calls from within its own tasks, and cancels them, must
     // not cancel these, nor may this thread take up the host's tasks while it waits for them.
     tbb::this_task_arena::isolate([=] {
         tbb::task_group_context independent(tbb::task_group_context::isolated);
         tbb::parallel_for(
-            size_t{0}, count, [=](size_t index) { task(context, index); }, tbb::auto_partitioner(),
-            independent);
+            std::size_t{0}, count, [=](std::size_t index) { task(context, index); },
+            tbb::auto_partitioner(), independent);
     });
 }
 

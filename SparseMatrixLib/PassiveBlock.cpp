@@ -7,7 +7,7 @@
 
 PassiveBlock::PassiveBlock(unsigned width, unsigned height, unsigned fineScale,
                            unsigned subdivision)
-    : cells(size_t{width} * height),
+    : cells(std::size_t{width} * height),
       empty(true),
       passiveVoid(false),
       width(width),
@@ -23,7 +23,7 @@ void PassiveBlock::reset() {
 
 int PassiveBlock::getFineGridElement(int i) const {
     const int cell = coarseCellOfFineCell(static_cast<unsigned>(i), fineScale, subdivision, height);
-    return static_cast<size_t>(cell) < cells.size() ? getCoarseGridElement(cell) : 0;
+    return static_cast<std::size_t>(cell) < cells.size() ? getCoarseGridElement(cell) : 0;
 }
 
 void PassiveBlock::update(const short* data) {
@@ -35,7 +35,7 @@ void PassiveBlock::update(const short* data) {
     passiveVoid = counts[0] > 0;
     empty = counts[0] + counts[1] + counts[2] == 0;
     const short* pair = data + 3;
-    for (size_t list = 0; list < std::size(kinds); ++list) {
+    for (std::size_t list = 0; list < std::size(kinds); ++list) {
         for (int k = 0; k < counts[list]; ++k, pair += 2) {
             const int x = pair[0];
             const int y = pair[1];

@@ -34,7 +34,7 @@ public:
     bool IsEmpty() const { return empty; }
 
     /// Kind bits of coarse cell i, counted column by column.
-    int getCoarseGridElement(int i) const { return cells[static_cast<size_t>(i)]; }
+    int getCoarseGridElement(int i) const { return cells[static_cast<std::size_t>(i)]; }
 
     /// Kind bits of the coarse cell that holds fine cell i, by coarseCellOfFineCell(); 0 when there
     /// is none.

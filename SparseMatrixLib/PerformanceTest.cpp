@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <new>
 #include <numeric>
 
 #include "ElementStiffnessMatrix.h"
 #include "GridNumbering.h"
+#include "HostOutput.h"
 #include "ParallelFor.h"
 #include "Timer.h"
 #include "dense_matrix.h"
@@ -60,8 +60,8 @@ struct Assembly {
 
     static void addBlock(const ElementDofs& dof, const double* block, double modulus,
                          SparseMatrix& K) {
-        for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
-            for (size_t c = 0; c < ELEMENT_DOFS; ++c) {
+        for (std::size_t a = 0; a < ELEMENT_DOFS; ++a) {
+            for (std::size_t c = 0; c < ELEMENT_DOFS; ++c) {
                 if (dof[a] > dof[c]) continue;
                 K.getValue(dof[a], dof[c]) +=
                     static_cast<float>(block[ELEMENT_DOFS * a + c] * modulus);
@@ -70,6 +70,8 @@ struct Assembly {
     }
 
     void addAllColumns(SparseMatrix& K, bool singlePrecisionModulus) const {
+        // Without memory each entry would ask for it again.
+        if (K.getMatrixState() != kmat::BUILT && !K.allocateTriplets()) throw std::bad_alloc();
         for (int x = 0; x < nelx; ++x) addColumn(x, K, singlePrecisionModulus);
     }
 
@@ -77,8 +79,8 @@ struct Assembly {
     // is left out, as a pass has nelx / 2 tasks.
     void addAllColumnsInParallel(SparseMatrix& K) const {
         for (int first : {0, 1}) {
-            parallelFor(static_cast<size_t>(nelx / 2),
-                        [&](size_t k) { addColumn(2 * static_cast<int>(k) + first, K); });
+            parallelFor(static_cast<std::size_t>(nelx / 2),
+                        [&](std::size_t k) { addColumn(2 * static_cast<int>(k) + first, K); });
         }
     }
 
@@ -88,13 +90,13 @@ struct Assembly {
         const int chunks = std::max(1, processors / 2);
         const int columnsPerChunk = (nelx - 1) / chunks + 1;
         std::vector<SparseMatrix> further;
-        further.reserve(static_cast<size_t>(chunks));
+        further.reserve(static_cast<std::size_t>(chunks));
         for (int c = 1; c < chunks; ++c) further.push_back(emptyMatrix(columnsPerChunk));
         // The first entry allocates through the shared workspace: on this thread, not in a task.
         bool allocated = K.allocateTriplets();
         for (SparseMatrix& chunk : further) allocated = chunk.allocateTriplets() && allocated;
         if (!allocated) throw std::bad_alloc();
-        parallelFor(static_cast<size_t>(chunks), [&](size_t c) {
+        parallelFor(static_cast<std::size_t>(chunks), [&](std::size_t c) {
             SparseMatrix& target = c == 0 ? K : further[c - 1];
             const int begin = static_cast<int>(c) * columnsPerChunk;
             const int end = std::min(begin + columnsPerChunk, nelx);
@@ -120,6 +122,7 @@ void buildTimed(SparseMatrix& K, double& buildTime) {
     timer.start();
     K.build();
     timer.stop();
+    if (K.getMatrixState() != kmat::BUILT) throw std::bad_alloc();
     buildTime += timer.getElapsedTimeInMilliSec();
 }
 
@@ -136,6 +139,7 @@ DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int it
                     double& buildTime, SparseMatrix* stiffness) {
     DenseMatrix densities(static_cast<unsigned>(nelx * nely * SUBDIVISION * SUBDIVISION), 1,
                           DENSITY);
+    if (!densities.begin()) throw std::bad_alloc();
     Assembly assembly{nelx, nely, densities, nullptr};
     SparseMatrix K = assembly.emptyMatrix(nelx);
     for (int it = 0; it < iterations; ++it) {
@@ -160,12 +164,15 @@ DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int it
 }
 
 void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& iterationCounts) {
-    std::cout << "Profile number of iterations " << nelx << "x" << nely << std::endl;
-    std::cout << "Iterations:";
-    for (int count : iterationCounts) std::cout << "\t" << count;
-    std::cout << std::endl;
+    HostLine() << "Profile number of iterations " << nelx << "x" << nely;
+    {
+        HostLine heading;
+        heading << "Iterations:";
+        for (int count : iterationCounts) heading << "\t" << count;
+    }
     for (const AssemblyStrategy& strategy : ASSEMBLY_STRATEGIES) {
-        std::cout << strategy.label;
+        HostLine row;
+        row << strategy.label;
         std::vector<double> checksums;  // keeps the runs from being optimised away
         for (int count : iterationCounts) {
             Timer timer;
@@ -173,9 +180,8 @@ void profileNumberOfIterations(int nelx, int nely, const std::vector<int>& itera
             double buildTime = 0.0;
             const DenseMatrix densities = runTest(nelx, nely, strategy, count, buildTime);
             timer.stop();
-            std::cout << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
+            row << "\t" << timer.getElapsedTimeInMilliSec() << " (" << buildTime << ")";
             checksums.push_back(std::accumulate(densities.begin(), densities.end(), 0.0));
         }
-        std::cout << std::endl;
     }
 }

@@ -21,13 +21,13 @@ void Picture::projectToMesh(const kmat::DenseMatrix& rhoPhys) {
 
 void Picture::map2Mesh(const double* source, int nx, int ny, int factor, double* target) {
     if (nx < 1 || ny < 1 || factor < 1) return;
-    const size_t height = static_cast<size_t>(ny) * factor;
+    const std::size_t height = static_cast<std::size_t>(ny) * factor;
     for (int i = 0; i < nx; ++i) {
         // One mesh column, then its copies.
         double* const column = target + i * factor * height;
         for (int j = 0; j < ny; ++j) {
-            std::fill_n(column + static_cast<size_t>(j) * factor, factor,
-                        source[static_cast<size_t>(i) * ny + j]);
+            std::fill_n(column + static_cast<std::size_t>(j) * factor, factor,
+                        source[static_cast<std::size_t>(i) * ny + j]);
         }
         for (int a = 1; a < factor; ++a) std::copy_n(column, height, column + a * height);
     }
@@ -57,8 +57,8 @@ void Picture::publish(float* output) const {
     constexpr unsigned tile = 16;
     for (unsigned c0 = 0; c0 < width; c0 += tile) {
         for (unsigned r0 = 0; r0 < height; r0 += tile) {
-            for (size_t r = r0; r < std::min(r0 + tile, height); ++r) {
-                for (size_t c = c0; c < std::min(c0 + tile, width); ++c) {
+            for (std::size_t r = r0; r < std::min(r0 + tile, height); ++r) {
+                for (std::size_t c = c0; c < std::min(c0 + tile, width); ++c) {
                     output[r * width + c] = static_cast<float>(1.0 - density[c * height + r]);
                 }
             }

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr uint64_t PRIME = 4294967291;  // the largest whose products fit 64 bits
-constexpr uint64_t MOST_WORK = 200'000'000;
 
 uint64_t product(uint64_t a, uint64_t b) { return a * b % PRIME; }
 
@@ -23,17 +22,17 @@ uint64_t inverse(uint64_t a) {
 
 }  // namespace
 
-void RigidMotions::hold(size_t body, unsigned x, unsigned y, int direction) {
-    const size_t first = 3 * body;
+void RigidMotions::hold(std::size_t body, unsigned x, unsigned y, int direction) {
+    const std::size_t first = 3 * body;
     const uint64_t rotation = direction == 0 ? negative(y) : x;
     Row row = {{direction == 0 ? first : first + 1, 1}};
     if (rotation != 0) row.push_back({first + 2, rotation});
     insert(std::move(row));
 }
 
-void RigidMotions::join(size_t one, size_t other, unsigned x, unsigned y) {
+void RigidMotions::join(std::size_t one, std::size_t other, unsigned x, unsigned y) {
     if (one > other) std::swap(one, other);
-    for (const size_t direction : {size_t{0}, size_t{1}}) {
+    for (const std::size_t direction : {std::size_t{0}, std::size_t{1}}) {
         const uint64_t rotation = direction == 0 ? negative(y) : x;
         Row row = {{3 * one + direction, 1}};
         if (rotation != 0) row.push_back({3 * one + 2, rotation});
@@ -46,7 +45,7 @@ void RigidMotions::join(size_t one, size_t other, unsigned x, unsigned y) {
 // Gaussian elimination, one row at a time: what is left of the row after the unknowns that other
 // rows determine becomes the row of its first unknown.
 void RigidMotions::insert(Row row) {
-    while (!row.empty() && work < MOST_WORK) {
+    while (!row.empty() && work < mostWork) {
         Row& pivot = pivotRows[row.front().unknown];
         if (pivot.empty()) {
             const uint64_t factor = inverse(row.front().coefficient);
@@ -78,21 +77,21 @@ RigidMotions::Row RigidMotions::difference(const Row& row, const Row& pivot) {
 
 // A body is held when it does not move although all unknowns that are free move at random.
 std::optional<std::vector<bool>> RigidMotions::heldBodies() const {
-    if (work >= MOST_WORK) return std::nullopt;
+    if (work >= mostWork) return std::nullopt;
     std::vector<uint64_t> motion(pivotRows.size());
     uint64_t random = 1;
-    for (size_t unknown = motion.size(); unknown-- > 0;) {
+    for (std::size_t unknown = motion.size(); unknown-- > 0;) {
         const Row& row = pivotRows[unknown];
         random = random * 6364136223846793005 + 1442695040888963407;
         uint64_t value = row.empty() ? (random >> 32) % PRIME : 0;
-        for (size_t i = 1; i < row.size(); ++i) {
+        for (std::size_t i = 1; i < row.size(); ++i) {
             value += product(negative(row[i].coefficient), motion[row[i].unknown]);
             value %= PRIME;
         }
         motion[unknown] = value;
     }
     std::vector<bool> held(motion.size() / 3);
-    for (size_t body = 0; body < held.size(); ++body) {
+    for (std::size_t body = 0; body < held.size(); ++body) {
         held[body] =
             motion[3 * body] == 0 && motion[3 * body + 1] == 0 && motion[3 * body + 2] == 0;
     }

@@ -77,11 +77,11 @@ void SolverAnalysis::findHeldElements() {
 // Scaled by a power of two, which changes no digit, so that forces of any size solve alike.
 void SolverAnalysis::setForces() {
     equilibrium.addLoads();
-    for (size_t k = 0; k < loadCases.size(); ++k) {
+    for (std::size_t k = 0; k < loadCases.size(); ++k) {
         LoadCase& loadCase = loadCases[k];
         loadCase.forces.assign(equilibrium.F[k].begin(), equilibrium.F[k].end());
         double largest = 0.0;
-        for (size_t dof = 0; dof < held.size(); ++dof) {
+        for (std::size_t dof = 0; dof < held.size(); ++dof) {
             if (held[dof]) loadCase.forces[dof] = 0.0;
             largest = std::max(largest, std::fabs(loadCase.forces[dof]));
         }
@@ -102,13 +102,13 @@ SolverAnalysis::Answer SolverAnalysis::solve(const double* newModuli, const Resu
     if (!takeModuli(newModuli)) {
         return {Status::INVALID, "A modulus is negative or not finite, or there are none"};
     }
-    const Answer material = checkMaterial(results.looseElements);
+    Answer material = checkMaterial(results.looseElements);
     if (material.status != Status::SOLVED && material.status != Status::LOOSE_PART) return material;
 
     // 2. The equations of the material that is held.
     if (largestModulus > 0.0) {
         assemble();
-        const Answer solution = factorizeAndSolve();
+        Answer solution = factorizeAndSolve();
         if (solution.status != Status::SOLVED) return solution;
     }
 
@@ -151,7 +151,7 @@ SolverAnalysis::Answer SolverAnalysis::checkMaterial(unsigned char* looseElement
     }
     const auto looseCount = std::count(loose.begin(), loose.end(), 1);
     if (looseCount == 0) return {Status::SOLVED, ""};
-    for (size_t e = 0; e < loose.size(); ++e) {
+    for (std::size_t e = 0; e < loose.size(); ++e) {
         if (loose[e]) moduli[e] = 0.0;
     }
     for (const auto& load : equilibrium.loads) {
@@ -169,7 +169,7 @@ SolverAnalysis::Answer SolverAnalysis::checkMaterial(unsigned char* looseElement
 }
 
 bool SolverAnalysis::leavesWork(const TopologyOptimizationComponentData& load) const {
-    const size_t dof = 2 * size_t{equilibrium.nodeOf(load)};
+    const std::size_t dof = 2 * std::size_t{equilibrium.nodeOf(load)};
     return (load.fx != 0.0F && !held[dof]) || (load.fy != 0.0F && !held[dof + 1]);
 }
 
@@ -178,7 +178,7 @@ bool SolverAnalysis::hasMaterialAt(unsigned node) const {
     const unsigned y = node % equilibrium.nodesY;
     const auto isMaterial = [this](unsigned column, unsigned row) {
         return column < equilibrium.nelx && row < equilibrium.nely &&
-               moduli[size_t{column} * equilibrium.nely + row] > 0.0;
+               moduli[std::size_t{column} * equilibrium.nely + row] > 0.0;
     };
     return isMaterial(x - 1, y - 1) || isMaterial(x, y - 1) || isMaterial(x - 1, y) ||
            isMaterial(x, y);
@@ -197,7 +197,7 @@ void SolverAnalysis::assemble() {
     // 2. The elements; nothing couples with what is held.
     double* const values = equilibrium.K.getValues();
     std::fill(hasForces.begin(), hasForces.end(), 0);
-    forEachElement([&](size_t e, const ElementDofs& dofs) {
+    forEachElement([&](std::size_t e, const ElementDofs& dofs) {
         const int* entry = equilibrium.elementEntries[e].data();
         for (const auto& [a, b] : ELEMENT_UPPER_PAIRS) {
             const int position = *entry++;
@@ -208,14 +208,14 @@ void SolverAnalysis::assemble() {
     });
 
     // 3. Rows of the identity, of the size of the others.
-    for (size_t dof = 0; dof < held.size(); ++dof) {
+    for (std::size_t dof = 0; dof < held.size(); ++dof) {
         if (held[dof] || !hasForces[dof]) values[diagonal[dof]] = 1.0;
     }
     equilibrium.analyzeOnce();
 }
 
 SolverAnalysis::Answer SolverAnalysis::factorizeAndSolve() {
-    const Answer notConverged = {
+    Answer notConverged = {
         Status::NOT_CONVERGED,
         "The moduli are too far apart: the displacements cannot be computed accurately"};
     if (!equilibrium.factor.isInitialized()) throw std::bad_alloc();
@@ -233,11 +233,11 @@ SolverAnalysis::Answer SolverAnalysis::factorizeAndSolve() {
 // Each correction is smaller than the one before by the accuracy of the factor. So the error after
 // the last one is known before it is computed once more.
 SolverAnalysis::Status SolverAnalysis::refine(int index) {
-    LoadCase& loadCase = loadCases[static_cast<size_t>(index)];
+    LoadCase& loadCase = loadCases[static_cast<std::size_t>(index)];
     loadCase.displacements = SplitDisplacements(equilibrium.ndof);
     if (!loadCase.isLoaded) return Status::SOLVED;
-    DenseMatrix& force = equilibrium.F[static_cast<size_t>(index)];
-    DenseMatrix& correction = equilibrium.U[static_cast<size_t>(index)];
+    DenseMatrix& force = equilibrium.F[static_cast<std::size_t>(index)];
+    DenseMatrix& correction = equilibrium.U[static_cast<std::size_t>(index)];
     force.set(loadCase.forces.data());
     double total = 0.0;
     double before = 0.0;
@@ -254,7 +254,7 @@ SolverAnalysis::Status SolverAnalysis::refine(int index) {
         before = energyNorm;
         loadCase.displacements.residual(equilibrium.nelx, equilibrium.nely, moduli, loadCase.forces,
                                         force.begin());
-        for (size_t dof = 0; dof < held.size(); ++dof) {
+        for (std::size_t dof = 0; dof < held.size(); ++dof) {
             if (held[dof]) force(static_cast<unsigned>(dof), 0) = 0.0;
         }
     }
@@ -266,8 +266,8 @@ double SolverAnalysis::unitDisplacement(const LoadCase& loadCase) const {
 }
 
 void SolverAnalysis::write(const Results& results) const {
-    const size_t elements = moduli.size();
-    for (size_t k = 0; k < loadCases.size(); ++k) {
+    const std::size_t elements = moduli.size();
+    for (std::size_t k = 0; k < loadCases.size(); ++k) {
         double* const energies = results.energies ? results.energies + k * elements : nullptr;
         const double compliance = writeEnergies(loadCases[k], energies);
         if (results.compliances) results.compliances[k] = compliance;
@@ -285,7 +285,7 @@ double SolverAnalysis::writeEnergies(const LoadCase& loadCase, double* energies)
     if (!loadCase.isLoaded) return 0.0;
     const double unit = std::ldexp(unitDisplacement(loadCase), loadCase.exponent);
     CompensatedSum sum;
-    forEachElement([&](size_t e, const ElementDofs& dofs) {
+    forEachElement([&](std::size_t e, const ElementDofs& dofs) {
         const double energy =
             unit * (moduli[e] * deformationEnergy(loadCase.displacements.deformation(dofs)));
         if (energies) energies[e] = energy;
@@ -298,7 +298,7 @@ void SolverAnalysis::writeDisplacements(const LoadCase& loadCase, double* displa
     std::fill_n(displacements, held.size(), std::numeric_limits<double>::quiet_NaN());
     if (largestModulus == 0.0) return;
     const double unit = unitDisplacement(loadCase);
-    for (size_t dof = 0; dof < held.size(); ++dof) {
+    for (std::size_t dof = 0; dof < held.size(); ++dof) {
         if (hasForces[dof]) displacements[dof] = unit * loadCase.displacements.get(dof);
     }
 }
@@ -306,10 +306,11 @@ void SolverAnalysis::writeDisplacements(const LoadCase& loadCase, double* displa
 void SolverAnalysis::writeStresses(const LoadCase& loadCase, double* stresses) const {
     std::fill_n(stresses, 3 * moduli.size(), 0.0);
     if (!loadCase.isLoaded) return;
-    forEachElement([&](size_t e, const ElementDofs& dofs) {
+    const double unit = std::ldexp(1.0, loadCase.exponent);
+    forEachElement([&](std::size_t e, const ElementDofs& dofs) {
         const auto stress = centreStresses(loadCase.displacements.deformation(dofs));
-        for (size_t i = 0; i < stress.size(); ++i) {
-            stresses[3 * e + i] = std::ldexp(moduli[e] * stress[i], loadCase.exponent);
+        for (std::size_t i = 0; i < stress.size(); ++i) {
+            stresses[3 * e + i] = unit * (moduli[e] * stress[i]);
         }
     });
 }
@@ -318,10 +319,10 @@ void SolverAnalysis::writeStresses(const LoadCase& loadCase, double* stresses) c
 template <typename Visit>
 void SolverAnalysis::forEachElement(const Visit& visit) const {
     if (largestModulus == 0.0) return;
-    for (size_t e = 0; e < moduli.size(); ++e) {
-        if (moduli[e] == 0.0) continue;
-        const auto index = static_cast<unsigned>(e);
-        visit(e,
-              elementDofs(index / equilibrium.nely, index % equilibrium.nely, equilibrium.nodesY));
+    std::size_t e = 0;
+    for (unsigned x = 0; x < equilibrium.nelx; ++x) {
+        for (unsigned y = 0; y < equilibrium.nely; ++y, ++e) {
+            if (moduli[e] > 0.0) visit(e, elementDofs(x, y, equilibrium.nodesY));
+        }
     }
 }

@@ -26,7 +26,7 @@ void SolverApp::assemble() {
     // node with each other, nor do the odd ones: within a pass no entry is written twice.
     const unsigned tasks = (grids.nelx - 1) / 2 + 1;
     for (unsigned first : {0U, 1U}) {
-        parallelFor(tasks, [this, first](size_t i) {
+        parallelFor(tasks, [this, first](std::size_t i) {
             const auto ix = static_cast<unsigned>(2 * i) + first;
             if (ix < grids.nelx) addColumn(ix, VOID_FLOOR);
         });
@@ -34,7 +34,7 @@ void SolverApp::assemble() {
 }
 
 void SolverApp::computePowers(bool inParallel) {
-    const auto computeColumn = [this](size_t ix) {
+    const auto computeColumn = [this](std::size_t ix) {
         powers.computeColumn(grids, ix, rhoPhys, penalty);
     };
     if (inParallel)
@@ -51,17 +51,17 @@ void SolverApp::addColumn(unsigned ix, double voidFloor) {
     for (unsigned iy = 0; iy < grids.nely; ++iy) {
         const ElementEntries& entries = equilibrium.elementEntries[grids.coarseElement(ix, iy)];
         std::array<double, ELEMENT_UPPER_ENTRIES> sums;
-        for (size_t i = 0; i < sums.size(); ++i) sums[i] = values[entries[i]];
+        for (std::size_t i = 0; i < sums.size(); ++i) sums[i] = values[entries[i]];
         const double* upper = KEUpper.data();
         for (unsigned b = 0; b < subdivision; ++b) {
             for (unsigned a = 0; a < subdivision; ++a, upper += ELEMENT_UPPER_ENTRIES) {
                 const unsigned e = grids.fineElement(ix, iy, a, b);
                 const bool isVoid = withPassiveVoid && passiveBlock.isVoid(static_cast<int>(e));
                 const double E = modulus(e, isVoid ? voidFloor : Emin);
-                for (size_t i = 0; i < sums.size(); ++i) sums[i] += upper[i] * E;
+                for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += upper[i] * E;
             }
         }
-        for (size_t i = 0; i < sums.size(); ++i) values[entries[i]] = sums[i];
+        for (std::size_t i = 0; i < sums.size(); ++i) values[entries[i]] = sums[i];
     }
 }
 

@@ -118,11 +118,11 @@ void SolverApp::adjustEminBasedOnMovementChanges() {
 }
 
 double SolverApp::maxDelta(const DenseMatrix& a, const DenseMatrix& b) {
-    const size_t size = size_t{a.getRows()} * a.getColumns();
+    const std::size_t size = std::size_t{a.getRows()} * a.getColumns();
     // Hosts look this report up by its line.
     VOXAM_ASSERT_AT("SparseMatrixLib/SolverApp.cpp", 843, size == b.getRows() * b.getColumns());
     double largest = 0.0;
-    for (size_t i = 0; i < size; ++i) {
+    for (std::size_t i = 0; i < size; ++i) {
         largest = std::max(largest, std::fabs(a.begin()[i] - b.begin()[i]));
     }
     return largest;

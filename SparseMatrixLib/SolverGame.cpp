@@ -46,7 +46,8 @@ bool SolverGame::solveStateCHOL(const float* densities) {
     if (!densities || !std::all_of(densities, densities + nelem, isFinite)) return false;
     // The factorisation of a plate that can move often succeeds by round-off, and yields a
     // plausible score: so the supports themselves decide.
-    if (!equilibrium.locateRecords(Equilibrium::truncatedDof) || !equilibrium.isHeldAsRigidBody()) return false;
+    if (!equilibrium.locateRecords(Equilibrium::truncatedDof) || !equilibrium.isHeldAsRigidBody())
+        return false;
     equilibrium.addLoads();
 
     // 2. Stiffness, with the supports added.
@@ -88,8 +89,8 @@ float SolverGame::setObjective(const float* densities, float* elementValues) {
 void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u,
                                     float& objective) {
     // Widened before the difference is taken: only then is the weight at density 1 exactly 1.
-    const double E0 = this->E0;
-    const double Emin = this->Emin;
+    const double solid = E0;
+    const double empty = Emin;
     const double* const KE = equilibrium.KE.get();
     const double* const displacement = u.begin();
     for (unsigned y = 0; y < equilibrium.nely; ++y) {
@@ -98,14 +99,14 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
             const ElementDofs dof = elementDofs(x, y, equilibrium.nodesY);
             // Rounded after every term, for the same reason as the stiffness.
             float ce = 0.0F;
-            for (size_t a = 0; a < ELEMENT_DOFS; ++a) {
-                for (size_t b = 0; b < ELEMENT_DOFS; ++b) {
+            for (std::size_t a = 0; a < ELEMENT_DOFS; ++a) {
+                for (std::size_t b = 0; b < ELEMENT_DOFS; ++b) {
                     ce = static_cast<float>(ce + KE[ELEMENT_DOFS * a + b] * displacement[dof[a]] *
                                                      displacement[dof[b]]);
                 }
             }
             const double w =
-                Emin + (E0 - Emin) * std::pow(static_cast<double>(densities[e]), penal);
+                empty + (solid - empty) * std::pow(static_cast<double>(densities[e]), penal);
             const double contribution = w * std::max(0.0, static_cast<double>(ce));
             objective = static_cast<float>(objective + contribution);
             elementEnergy[e] = static_cast<float>(elementEnergy[e] + contribution);
@@ -114,9 +115,9 @@ void SolverGame::addElementEnergies(const float* densities, const DenseMatrix& u
 }
 
 void SolverGame::zeroArray(int count, float* array) {
-    if (array && count > 0) std::memset(array, 0, static_cast<size_t>(count) * sizeof(float));
+    if (array && count > 0) std::memset(array, 0, static_cast<std::size_t>(count) * sizeof(float));
 }
 
 void SolverGame::zeroArray(int count, double* array) {
-    if (array && count > 0) std::memset(array, 0, static_cast<size_t>(count) * sizeof(double));
+    if (array && count > 0) std::memset(array, 0, static_cast<std::size_t>(count) * sizeof(double));
 }

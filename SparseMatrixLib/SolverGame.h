@@ -60,10 +60,10 @@ private:
 
     Equilibrium equilibrium;
     unsigned nelem;
-    float reserved = 1.3F;  ///< set and never read
-    float E0 = 1.0F;        ///< Young's modulus of solid material
-    float Emin = 1e-13F;    ///< Young's modulus of void
-    double penal = 3.0;     ///< penalisation exponent of the objective
+    [[maybe_unused]] float reserved = 1.3F;  ///< set and never read
+    float E0 = 1.0F;                         ///< Young's modulus of solid material
+    float Emin = 1e-13F;                     ///< Young's modulus of void
+    double penal = 3.0;                      ///< penalisation exponent of the objective
     std::vector<int> loadCases;
     std::unique_ptr<float[]> elementEnergy;
 };

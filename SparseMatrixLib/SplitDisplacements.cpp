@@ -16,14 +16,14 @@ double roundingConstant(double unit) { return 0x1.8p52 * unit; }
 
 void SplitDisplacements::add(const double* corrections) {
     double largest = 0.0;
-    for (size_t i = 0; i < coarse.size(); ++i) {
+    for (std::size_t i = 0; i < coarse.size(); ++i) {
         fine[i] += corrections[i];
         largest = std::max(largest, std::fabs(coarse[i] + fine[i]));
     }
     if (!(largest > 0.0) || !std::isfinite(largest)) return;
     const double rounding =
         roundingConstant(std::ldexp(1.0, std::ilogb(largest) + 1 - COARSE_BITS));
-    for (size_t i = 0; i < coarse.size(); ++i) {
+    for (std::size_t i = 0; i < coarse.size(); ++i) {
         const double rounded = ((coarse[i] + fine[i]) + rounding) - rounding;
         fine[i] += coarse[i] - rounded;
         coarse[i] = rounded;
@@ -42,13 +42,13 @@ void SplitDisplacements::residual(unsigned nelx, unsigned nely, const std::vecto
             const ElementDofs dofs = elementDofs(x, y, nely + 1);
             const ElementVector c = nodalForces(deformationOf(gathered(coarse, dofs)));
             const ElementVector f = nodalForces(deformationOf(gathered(fine, dofs)));
-            for (size_t i = 0; i < ELEMENT_DOFS; ++i) {
+            for (std::size_t i = 0; i < ELEMENT_DOFS; ++i) {
                 coarseForces[dofs[i]] += *modulus * c[i];
                 fineForces[dofs[i]] += *modulus * f[i];
             }
         }
     }
-    for (size_t i = 0; i < forces.size(); ++i) {
+    for (std::size_t i = 0; i < forces.size(); ++i) {
         result[i] = (forces[i] - coarseForces[i]) - fineForces[i];
     }
 }

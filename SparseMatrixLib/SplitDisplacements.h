@@ -12,12 +12,12 @@
 /// results have the same bits wherever doubles are IEEE 754.
 class SplitDisplacements {
 public:
-    explicit SplitDisplacements(size_t ndof) : coarse(ndof), fine(ndof) {}
+    explicit SplitDisplacements(std::size_t ndof) : coarse(ndof), fine(ndof) {}
 
     /// Adds one number to each displacement.
     void add(const double* corrections);
 
-    double get(size_t dof) const { return coarse[dof] + fine[dof]; }
+    double get(std::size_t dof) const { return coarse[dof] + fine[dof]; }
 
     ElementDeformation deformation(const ElementDofs& dofs) const {
         ElementDeformation sum = deformationOf(gathered(coarse, dofs));
@@ -25,17 +25,17 @@ public:
         return sum;
     }
 
-    /// Writes forces - K u, one number per degree of freedom, where K is the integer stiffness matrix
-    /// of a plate whose element in column x and row y has the modulus moduli[x * nely + y]. For moduli
-    /// of 0 and 1 rounding errors are those of a plain residual for displacements a trillion times
-    /// smaller. Throws std::bad_alloc.
+    /// Writes forces - K u, one number per degree of freedom, where K is the integer stiffness
+    /// matrix of a plate whose element in column x and row y has the modulus moduli[x * nely + y].
+    /// For moduli of 0 and 1, the rounding errors are those of a plain residual for displacements
+    /// that are a trillion times smaller. Throws std::bad_alloc.
     void residual(unsigned nelx, unsigned nely, const std::vector<double>& moduli,
                   const std::vector<double>& forces, double* result) const;
 
 private:
     static ElementVector gathered(const std::vector<double>& values, const ElementDofs& dofs) {
         ElementVector local{};
-        for (size_t i = 0; i < ELEMENT_DOFS; ++i) local[i] = values[dofs[i]];
+        for (std::size_t i = 0; i < ELEMENT_DOFS; ++i) local[i] = values[dofs[i]];
         return local;
     }
 

@@ -36,16 +36,16 @@ public:
     unsigned nodesY;
 };
 
-constexpr size_t ELEMENT_NODES = ELEMENT_DOFS / DOFS_PER_NODE;
+constexpr std::size_t ELEMENT_NODES = ELEMENT_DOFS / DOFS_PER_NODE;
 
 // Where the entries of an element's pairs of nodes lie. One search finds all four of a pair: the
 // two rows of a node follow each other, and its second column repeats the rows of the first.
 class NodePairEntries {
 public:
     NodePairEntries(const kmat::SparseMatrix& pattern, const ElementDofs& dof) {
-        for (size_t j = 0; j < ELEMENT_NODES; ++j) {
+        for (std::size_t j = 0; j < ELEMENT_NODES; ++j) {
             const unsigned column = dof[DOFS_PER_NODE * j];
-            for (size_t i = 0; i < ELEMENT_NODES; ++i) {
+            for (std::size_t i = 0; i < ELEMENT_NODES; ++i) {
                 const unsigned row = dof[DOFS_PER_NODE * i];
                 if (row <= column) first[i][j] = pattern.find(row, column);
             }
@@ -54,8 +54,8 @@ public:
     }
 
     // The entry of local degrees of freedom (k, l) of the upper triangle.
-    int get(size_t k, size_t l) const {
-        const size_t j = l / DOFS_PER_NODE;
+    int get(std::size_t k, std::size_t l) const {
+        const std::size_t j = l / DOFS_PER_NODE;
         const int rowInPair = static_cast<int>(k % DOFS_PER_NODE);
         const bool secondColumn = l % DOFS_PER_NODE == 1;
         return first[k / DOFS_PER_NODE][j] + rowInPair + (secondColumn ? columnLength[j] : 0);
@@ -97,7 +97,7 @@ kmat::SparseMatrix stiffnessPattern(unsigned nelx, unsigned nely) {
 std::vector<ElementEntries> findElementEntries(const kmat::SparseMatrix& pattern, unsigned nelx,
                                                unsigned nely) {
     std::vector<ElementEntries> entries;
-    entries.reserve(size_t{nelx} * nely);
+    entries.reserve(std::size_t{nelx} * nely);
     for (unsigned x = 0; x < nelx; ++x) {
         for (unsigned y = 0; y < nely; ++y) {
             const NodePairEntries pairs(pattern, elementDofs(x, y, nely + 1));

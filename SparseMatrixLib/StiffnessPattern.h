@@ -12,11 +12,11 @@
 /// row by row. They are the same for every element, because the four nodes of every element are
 /// numbered in the same order.
 inline constexpr auto ELEMENT_UPPER_PAIRS = [] {
-    std::array<std::pair<size_t, size_t>, ELEMENT_UPPER_ENTRIES> pairs{};
+    std::array<std::pair<std::size_t, std::size_t>, ELEMENT_UPPER_ENTRIES> pairs{};
     const ElementDofs dof = elementDofs(0, 0, 2);
-    size_t count = 0;
-    for (size_t k = 0; k < ELEMENT_DOFS; ++k) {
-        for (size_t l = 0; l < ELEMENT_DOFS; ++l) {
+    std::size_t count = 0;
+    for (std::size_t k = 0; k < ELEMENT_DOFS; ++k) {
+        for (std::size_t l = 0; l < ELEMENT_DOFS; ++l) {
             if (dof[k] <= dof[l]) pairs[count++] = {k, l};
         }
     }

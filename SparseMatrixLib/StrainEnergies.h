@@ -21,8 +21,8 @@ public:
     double get(unsigned iy, unsigned block) const { return energies[block * stride + iy]; }
 
 private:
-    size_t stride;  ///< nely, rounded up to whole lanes
-    size_t blocks;
+    std::size_t stride;  ///< nely, rounded up to whole lanes
+    std::size_t blocks;
     std::vector<double> displacements;  ///< by local degree of freedom, element by element
     std::vector<double> energies;       ///< by sub-element, element by element
 };

@@ -34,8 +34,9 @@ public:
     static std::vector<TopologyOptimizationComponentData> load(const float* data, int count) {
         std::vector<TopologyOptimizationComponentData> records;
         if (!data || count < 1) return records;
-        records.reserve(static_cast<size_t>(count));
-        for (int i = 0; i < count; ++i) records.emplace_back(data + size_t{FLOATS_PER_RECORD} * i);
+        records.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i)
+            records.emplace_back(data + std::size_t{FLOATS_PER_RECORD} * i);
         return records;
     }
 

@@ -17,7 +17,7 @@ namespace kmat {
 
 namespace {
 
-int blasCount(size_t count) { return static_cast<int>(count); }
+int blasCount(std::size_t count) { return static_cast<int>(count); }
 
 // Some BLAS libraries print a message or stop the process when a leading dimension is 0.
 int leadingDimension(unsigned rows) { return static_cast<int>(std::max(rows, 1U)); }
@@ -221,7 +221,7 @@ void printRows(std::ostream& out, unsigned rows, unsigned columns, const double*
         if (r > 0) out << ";" << std::endl << " ";
         for (unsigned c = 0; c < columns; ++c) {
             if (c > 0) out << ", ";
-            out << values[r + size_t{c} * rows];
+            out << values[r + std::size_t{c} * rows];
         }
     }
     out << "];" << std::endl;

@@ -39,10 +39,10 @@ public:
 
     /// Element access without bounds check.
     double& operator()(unsigned row, unsigned column) {
-        return begin()[row + size_t{column} * nrow];
+        return begin()[row + std::size_t{column} * nrow];
     }
     const double& operator()(unsigned row, unsigned column) const {
-        return begin()[row + size_t{column} * nrow];
+        return begin()[row + std::size_t{column} * nrow];
     }
 
     /// The getRows() * getColumns() values in column-major order; null for an empty matrix.
@@ -119,7 +119,7 @@ private:
     friend DenseMatrix solve(const Factor& F, const DenseMatrix& b);
     friend std::ostream& operator<<(std::ostream& out, const DenseMatrix& m);
 
-    size_t size() const { return size_t{nrow} * ncol; }
+    std::size_t size() const { return std::size_t{nrow} * ncol; }
 
     RecordPtr<cholmod_dense> dense;
     unsigned nrow;

@@ -21,8 +21,8 @@ namespace kmat {
 
 namespace {
 
-int clampedInt(size_t value) {
-    return static_cast<int>(std::min<size_t>(value, std::numeric_limits<int>::max()));
+int clampedInt(std::size_t value) {
+    return static_cast<int>(std::min<std::size_t>(value, std::numeric_limits<int>::max()));
 }
 
 void recordLapackFailure(int info) {
@@ -65,9 +65,9 @@ void DenseMatrix::inverse() {
     if (nrow > ncol) return recordLapackFailure(TOO_FEW_COLUMNS);
     if (nrow == 0) return;
     const int n = static_cast<int>(nrow);
-    const int workspaceLength = clampedInt(size_t{nrow} * nrow);
+    const int workspaceLength = clampedInt(std::size_t{nrow} * nrow);
     std::vector<int> pivots(nrow + 1);
-    std::vector<double> workspace(size_t{nrow} * nrow);
+    std::vector<double> workspace(std::size_t{nrow} * nrow);
     int info = 0;
     dgetrf_(&n, &n, begin(), &n, pivots.data(), &info);
     recordLapackFailure(info);
@@ -108,8 +108,8 @@ double DenseMatrix::determinant() const {
         double Q = 1.0;
         for (unsigned j = 0; j < n; ++j) {
             const unsigned shifted = (k + j) % n;
-            P *= a[j + size_t{n} * shifted];
-            Q *= a[j + size_t{n} * (n - 1 - shifted)];
+            P *= a[j + std::size_t{n} * shifted];
+            Q *= a[j + std::size_t{n} * (n - 1 - shifted)];
         }
         result += P - Q;
     }

@@ -39,7 +39,7 @@ static int isOneOf(const char* name, const char* const* names) {
     return 0;
 }
 
-/* For the kernels of small_blas.h: a user who chooses older kernels gets older ones there as well. */
+/* For the kernels of small_blas.h: a user who chooses older kernels gets older ones there, too. */
 enum VoxamVectors voxam_blas_vectors(void) {
     static const char* const avx512[] = {"SkylakeX", "Cooperlake", "SapphireRapids", NULL};
     static const char* const avx2[] = {"Haswell", "Zen", NULL};

@@ -1,6 +1,7 @@
-// What CHOLMOD calls instead of the BLAS when both are linked into the library, under the names that
-// cmake/EmbeddedCholmod.cmake gives to it. Small matrices go to the kernels of small_blas.h, and so
-// does every vector; the rest goes to the BLAS, with arguments that only a future CHOLMOD may use.
+// What CHOLMOD calls instead of the BLAS when both are linked into the library, under the names
+// that cmake/EmbeddedCholmod.cmake gives to it. Small matrices go to the kernels of small_blas.h,
+// and so does every vector; the rest goes to the BLAS, with arguments that only a future CHOLMOD
+// may use.
 
 #include "embedded_blas.h"
 #include "small_blas.h"

@@ -17,7 +17,7 @@ namespace kmat {
 
 namespace {
 
-double diagonalEntry(const cholmod_sparse& A, size_t column) {
+double diagonalEntry(const cholmod_sparse& A, std::size_t column) {
     const auto* starts = static_cast<const int*>(A.p);
     const auto* rows = static_cast<const int*>(A.i);
     // Backwards, because the diagonal ends each column of an upper triangle.
@@ -29,18 +29,19 @@ double diagonalEntry(const cholmod_sparse& A, size_t column) {
 
 bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
     if (A.stype == ASYMMETRIC) return false;  // CHOLMOD factorises A * A'
-    for (size_t column = 0; column < A.ncol; ++column) {
+    for (std::size_t column = 0; column < A.ncol; ++column) {
         if (diagonalEntry(A, column) <= 0.0) return true;
     }
     return false;
 }
 
-// OpenBLAS maps this much at its first use and keeps it, but where it is refused, OpenBLAS tries again
-// for ever. So OpenBLAS has to map its buffer before CHOLMOD takes the room.
+// OpenBLAS maps this much at its first use and keeps it, but where it is refused, OpenBLAS tries
+// again for ever. So OpenBLAS has to map its buffer before CHOLMOD takes the room.
 #ifdef __EMSCRIPTEN__
-constexpr size_t BLAS_BUFFER_SIZE = size_t{17} << 20;  // as scripts/wasm-dependencies builds it
+constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{17}
+                                         << 20;  // as scripts/wasm-dependencies builds it
 #else
-constexpr size_t BLAS_BUFFER_SIZE = size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
+constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
 #endif
 
 void takeBlasBuffer() {
@@ -119,7 +120,7 @@ DenseMatrix solve(const Factor& F, const DenseMatrix& b) {
     cholmod_dense* E = nullptr;
     bool hasWorkspaces = true;
     if (L && L->is_super && b.dense) {
-        const size_t columns = b.getColumns();
+        const std::size_t columns = b.getColumns();
         Y = cholmod_allocate_dense(L->n, columns, L->n, CHOLMOD_REAL, common);
         E = cholmod_allocate_dense(columns, L->maxesize, columns, CHOLMOD_REAL, common);
         hasWorkspaces = Y && E;

@@ -4,11 +4,11 @@
 
 namespace kmat {
 
-/// Keeps what METIS would change in the host's process. METIS orders the largest plates. It seeds the
-/// generator of rand(), and sets handlers of SIGABRT and SIGTERM, which it puts back without the
-/// host's flags. While one of these lives, rand() and random() have numbers of their own. Both are one
-/// for the process: a host's other threads that call them meanwhile get these numbers too, and change
-/// the ordering, and with it the last digits of the results.
+/// Keeps what METIS would change in the host's process. METIS orders the largest plates. It seeds
+/// the generator of rand(), and sets handlers of SIGABRT and SIGTERM, which it puts back without
+/// the host's flags. While one of these lives, rand() and random() have numbers of their own. Both
+/// are one for the process: a host's other threads that call them meanwhile get these numbers too,
+/// and change the ordering, and with it the last digits of the results.
 class MetisGuard {
 public:
     MetisGuard();

@@ -17,9 +17,10 @@ public:
     SingleThreadedCholmod& operator=(const SingleThreadedCholmod&) = delete;
 
 private:
-    int hostsActiveLevels = 0;  ///< of OpenMP's nested regions
-    int hostsOmpThreads = 0;
-    int hostsBlasThreads = 0;
+    // Not used when CHOLMOD and the BLAS are linked in, without threads.
+    [[maybe_unused]] int hostsActiveLevels = 0;  ///< of OpenMP's nested regions
+    [[maybe_unused]] int hostsOmpThreads = 0;
+    [[maybe_unused]] int hostsBlasThreads = 0;
 };
 
 }  // namespace kmat

@@ -1,7 +1,7 @@
 // The kernels of small_blas.h, for vectors of a kind V; small_blas.cpp documents what V has. Each
 // source that includes this is compiled for another processor. Hence nothing here is visible to
-// other sources, and nothing of the standard library is used: the linker keeps one copy of an inline
-// function, and it could keep one that this processor cannot run.
+// other sources, and nothing of the standard library is used: the linker keeps one copy of an
+// inline function, and it could keep one that this processor cannot run.
 #pragma once
 
 #include "small_blas.h"
@@ -10,9 +10,9 @@ namespace smallblas {
 namespace {
 
 // A whole number that is known to the compiler.
-template <int VALUE>
+template <int NUMBER>
 struct Count {
-    static constexpr int value = VALUE;
+    static constexpr int VALUE = NUMBER;
 };
 
 constexpr int smaller(int a, int b) { return a < b ? a : b; }
@@ -121,7 +121,7 @@ struct Implementation {
                               Distance ldb, double* C, Distance ldc, typename V::Mask last) {
         for (int j = 0; j < n; j += COLUMNS) {
             withCount<COLUMNS>(smaller(COLUMNS, n - j), [&](auto columns) {
-                Tile<V, R, decltype(columns)::value> tile;
+                Tile<V, R, decltype(columns)::VALUE> tile;
                 tile.clear();
                 tile.template accumulate<false>(k, A, lda, B + j, ldb, last);
                 tile.store(C + j * ldc, ldc, last);
@@ -132,13 +132,13 @@ struct Implementation {
     static void multiply(int m, int n, int k, const double* A, Distance lda, const double* B,
                          Distance ldb, double* C, Distance ldc) {
         forPanels<V>(0, m, [&](int i, auto vectors, auto last) {
-            multiplyPanel<decltype(vectors)::value>(n, k, A + i, lda, B, ldb, C + i, ldc, last);
+            multiplyPanel<decltype(vectors)::VALUE>(n, k, A + i, lda, B, ldb, C + i, ldc, last);
         });
     }
 
     static void square(int n, int k, const double* A, Distance lda, double* C, Distance ldc) {
         forPanels<V>(0, n, [&](int i, auto vectors, auto last) {
-            constexpr int R = decltype(vectors)::value;
+            constexpr int R = decltype(vectors)::VALUE;
             multiplyPanel<R>(smaller(n, i + R * V::WIDTH), k, A + i, lda, A, lda, C + i, ldc, last);
         });
     }
@@ -158,7 +158,7 @@ struct Implementation {
         forPanels<V>(0, m, [&](int i, auto vectors, auto last) {
             for (int j = 0; j < n; j += COLUMNS) {
                 withCount<COLUMNS>(smaller(COLUMNS, n - j), [&](auto columns) {
-                    solveColumns<decltype(vectors)::value, decltype(columns)::value>(
+                    solveColumns<decltype(vectors)::VALUE, decltype(columns)::VALUE>(
                         j, L, ldl, B + i, ldb, last);
                 });
             }
@@ -172,7 +172,7 @@ struct Implementation {
         const auto last = V::mask(n - (vectors - 1) * V::WIDTH);
         withCount<COLUMNS / V::WIDTH>(vectors, [&](auto rows) {
             withCount<COLUMNS>(n, [&](auto columns) {
-                Tile<V, decltype(rows)::value, decltype(columns)::value> tile;
+                Tile<V, decltype(rows)::VALUE, decltype(columns)::VALUE> tile;
                 tile.load(A + j + j * lda, lda, last);
                 tile.template accumulate<true>(j, A + j, lda, A + j, lda, last);
                 tile.store(block, COLUMNS, last);
@@ -198,7 +198,7 @@ struct Implementation {
             if (failure) return failure;
             forPanels<V>(j + count, n, [&](int i, auto vectors, auto last) {
                 // There are rows below only if the block of columns is whole.
-                solveColumns<decltype(vectors)::value, COLUMNS>(j, A, lda, A + i, lda, last);
+                solveColumns<decltype(vectors)::VALUE, COLUMNS>(j, A, lda, A + i, lda, last);
             });
         }
         return 0;
@@ -218,7 +218,7 @@ struct Implementation {
                                 double* y) {
         for (int j = 0; j < n; j += COLUMNS) {
             withCount<COLUMNS>(smaller(COLUMNS, n - j), [&](auto columns) {
-                constexpr int N = decltype(columns)::value;
+                constexpr int N = decltype(columns)::VALUE;
                 typename V::Vector factors[N];
 #pragma GCC unroll 8
                 for (int c = 0; c < N; ++c) factors[c] = V::broadcast(x[j + c]);
@@ -239,7 +239,7 @@ struct Implementation {
                                           const double* x, double* y) {
         for (int j = 0; j < n; j += COLUMNS) {
             withCount<COLUMNS>(smaller(COLUMNS, n - j), [&](auto columns) {
-                constexpr int N = decltype(columns)::value;
+                constexpr int N = decltype(columns)::VALUE;
                 Tile<V, 1, N> sums;
                 sums.clear();
                 forVectors(m, [&](int i, auto... part) {

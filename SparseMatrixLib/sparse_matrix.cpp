@@ -149,7 +149,7 @@ double& SparseMatrix::getValue(unsigned row, unsigned column) {
     if (triplet->nnz == triplet->nzmax) increaseTripletCapacity();
     assertValidInitAddValue(row, column);
     if (triplet->nnz == triplet->nzmax) return clearedScratch();
-    const size_t entry = triplet->nnz++;
+    const std::size_t entry = triplet->nnz++;
     iRow[entry] = static_cast<int>(row);
     jColumn[entry] = static_cast<int>(column);
     values[entry] = 0.0;
@@ -158,7 +158,7 @@ double& SparseMatrix::getValue(unsigned row, unsigned column) {
 
 bool SparseMatrix::allocateTriplets() {
     if (triplet || sparse) return triplet != nullptr;
-    triplet.reset(cholmod_allocate_triplet(nrow, ncol, static_cast<size_t>(tripletCapacity),
+    triplet.reset(cholmod_allocate_triplet(nrow, ncol, static_cast<std::size_t>(tripletCapacity),
                                            symmetry, CHOLMOD_REAL,
                                            ConfigSingleton::getCommonPtr()));
     if (triplet) viewTriplet();
@@ -180,7 +180,7 @@ void SparseMatrix::viewSparse() {
 void SparseMatrix::increaseTripletCapacity() {
     if (!triplet) return;
     const int capacity = grownCapacity(tripletCapacity);
-    if (static_cast<size_t>(capacity) <= triplet->nzmax) return;
+    if (static_cast<std::size_t>(capacity) <= triplet->nzmax) return;
     RecordPtr<cholmod_triplet> old = std::move(triplet);
     const int oldCapacity = std::exchange(tripletCapacity, capacity);
     if (!allocateTriplets()) {
@@ -215,10 +215,10 @@ void SparseMatrix::zero() {
 void SparseMatrix::append(const SparseMatrix& other) {
     if (!other.triplet || sparse) return;
     if (!allocateTriplets()) return;
-    const size_t own = triplet->nnz;
-    const size_t added = other.triplet->nnz;
+    const std::size_t own = triplet->nnz;
+    const std::size_t added = other.triplet->nnz;
     while (triplet->nzmax < own + added) {
-        const size_t before = triplet->nzmax;
+        const std::size_t before = triplet->nzmax;
         increaseTripletCapacity();
         if (triplet->nzmax == before) return;
     }
@@ -229,7 +229,7 @@ void SparseMatrix::append(const SparseMatrix& other) {
 }
 
 SparseColumnWriter::SparseColumnWriter(unsigned rows, unsigned columns, Symmetry symmetry,
-                                       size_t mostEntries)
+                                       std::size_t mostEntries)
     : record(cholmod_allocate_sparse(rows, columns, mostEntries, /*sorted=*/1, /*packed=*/1,
                                      symmetry, CHOLMOD_REAL, ConfigSingleton::getCommonPtr())),
       count(0) {

@@ -222,7 +222,7 @@ inline void swap(SparseMatrix& a, SparseMatrix& b) noexcept { a.swap(b); }
 class SparseColumnWriter {
 public:
     /// Makes room for `mostEntries` entries. Throws std::bad_alloc.
-    SparseColumnWriter(unsigned rows, unsigned columns, Symmetry symmetry, size_t mostEntries);
+    SparseColumnWriter(unsigned rows, unsigned columns, Symmetry symmetry, std::size_t mostEntries);
 
     /// Adds an entry to the present column. Its row must come after those added before.
     void add(int row, double value) {

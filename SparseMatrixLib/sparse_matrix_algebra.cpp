@@ -154,7 +154,7 @@ SparseMatrix transposed(SparseMatrix&& M) {
 void SparseMatrix::symmetrize() {
     if (!sparse) return;
     cholmod_common* common = ConfigSingleton::getCommonPtr();
-    const auto entries = static_cast<size_t>(cholmod_nnz(sparse.get(), common));
+    const auto entries = static_cast<std::size_t>(cholmod_nnz(sparse.get(), common));
     RecordPtr<cholmod_triplet> upper(
         cholmod_allocate_triplet(nrow, ncol, entries, SYMMETRIC_UPPER, CHOLMOD_REAL, common));
     if (!upper) return;

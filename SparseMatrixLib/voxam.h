@@ -31,8 +31,8 @@
  *     load      node x  node y  force in x               force y    load case, from 0
  *     support   node x  node y  direction: 0 = x, 1 = y  not used   not used
  *
- * A support holds one direction of one node. To hold both directions, use two records. A direction d
- * other than 0 and 1 means the degree of freedom 2 * node + d, if the plate has it.
+ * A support holds one direction of one node. To hold both directions, use two records. A direction
+ * d other than 0 and 1 means the degree of freedom 2 * node + d, if the plate has it.
  *
  * Ownership, null and zero
  * ------------------------
@@ -43,14 +43,15 @@
  * ------
  * A node, load case or force that is not a finite number is as invalid as one that does not exist.
  * No exception leaves a function. Each function documents the values by which it reports invalid
- * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a violated
- * precondition that is called an assertion below ends the process, with a report on standard error.
+ * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a
+ * violated precondition that is called an assertion below ends the process, with a report on
+ * standard error.
  *
  * Threads
  * -------
  * Calls must not overlap: the library has one solver of each kind and no lock. Calls may come from
- * different threads in turn. Worker threads finish their tasks before the call returns. Once loaded,
- * the library stays loaded until the process ends.
+ * different threads in turn. Worker threads finish their tasks before the call returns. Once
+ * loaded, the library stays loaded until the process ends.
  */
 #ifndef VOXAM_H
 #define VOXAM_H
@@ -62,8 +63,8 @@
  * version may change the last digits of a result.
  *
  * VOXAM_BANNER_VERSION is the text that _InitVoxamApp and _InitVoxamGame print. It names the
- * behaviour of the functions of the App and the Game, on which hosts rely, and stays as long as that
- * behaviour stays: it does not grow with the macros above.
+ * behaviour of the functions of the App and the Game, on which hosts rely, and stays as long as
+ * that behaviour stays: it does not grow with the macros above.
  */
 #define VOXAM_VERSION_MAJOR 1
 #define VOXAM_VERSION_MINOR 2
@@ -138,8 +139,8 @@ VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivisio
  * withdraws an error text. Does nothing without an optimiser, or without the memory to copy the
  * records.
  *
- * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise the
- * optimiser maps them to cells of other columns.
+ * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise
+ * the optimiser maps them to cells of other columns.
  *
  * loadCount, loadData        loads, 5 * loadCount floats
  * supportCount, supportData  supports, 5 * supportCount floats; the direction is rounded
@@ -176,8 +177,8 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *
  * Returns the compliance of the design that the iteration started from. If something is wrong with
- * the problem, the buffer gets a text, and the picture is not written. Each further iteration repeats
- * the text until _UpdateVoxamApp is called:
+ * the problem, the buffer gets a text, and the picture is not written. Each further iteration
+ * repeats the text until _UpdateVoxamApp is called:
  *   "Change load / support"             the plate cannot be solved (a record is invalid, a larger
  *                                       plate is not held, or memory was too short to solve it);
  *                                       returns the last compliance, 0 if there was none
@@ -191,9 +192,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  *   "Load cannot be on top of support"  the loads do almost no work: the compliance is below 1e-10.
  *                                       They act on supports, or the forces are too small (scale
  *                                       them); returns -1.0
- * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far out
- * of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a volume
- * fraction of 0). `change` is always a number.
+ * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far
+ * out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
+ * volume fraction of 0). `change` is always a number.
  * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". Another failure,
  * such as lack of memory outside the solution of the equations, returns -1.0 with its own text.
  */
@@ -205,8 +206,8 @@ VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float*
  * material is least useful.
  *
  * blobResult     textureWidth * textureHeight ints, row by row from the top: 1 in the blob, else 0;
- *                written by each call that finds an optimiser and does not run out of memory; may be
- *                null
+ *                written by each call that finds an optimiser and does not run out of memory; may
+ *                be null
  */
 VOXAM_API double _IterateVoxamAppWithBlob(int messageLength, char* messageBuffer, float* output,
                                           double* change, RuntimeStat* stat, int* blobResult,
@@ -246,15 +247,16 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * between the stiffness is linear in the density while the score weighs each element's energy with
  * the cube of its density, so partly filled designs score lower than they deserve.
  *
- * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The score
- * of a sound design is therefore too high by a relative error of at most
+ * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The
+ * score of a sound design is therefore too high by a relative error of at most
  *
  *     3.6e-8 * solid elements * compliance for a force of 1
  *
- * (measured on 60 designs; 1.1e-8 to 3.6e-8 for a force at one node, less for a force that is spread
- * along an edge). So a score is good to 1 % while solid elements times compliance stays below 3e5,
- * as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x 10 elements exceed, it may be
- * any number. To tell users what a design is worth, call _SolveVoxamAnalysis.
+ * This was measured on 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less
+ * for a force that is spread along an edge. So a score is good to 1 % while solid elements times
+ * compliance stays below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x
+ * 10 elements exceed, it may be any number. To tell users what a design is worth, call
+ * _SolveVoxamAnalysis.
  *
  * A part of the design that touches nothing may make the plate unsolvable: in single precision such
  * a part can come out slightly less than held by the void around it. From some 500 elements on that
@@ -264,8 +266,8 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * some 1e18 on it is infinite. Densities below 0 or above 1 are taken as they are, and the score
  * then means nothing.
  *
- * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density that
- *                is not a finite number: the call fails
+ * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density
+ *                that is not a finite number: the call fails
  * elementValues  nelx * nely floats in element order, written: each element's share of the
  *                compliance; null: not written
  *
@@ -309,9 +311,9 @@ enum VoxamAnalysisStatus {
  * numberOfLoadCases  independent force vectors; each load names one of 0 .. numberOfLoadCases - 1;
  *                    negative counts as 0
  *
- * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is no
- * analysis afterwards, and _SolveVoxamAnalysis returns VOXAM_ANALYSIS_OUT_OF_MEMORY. It also reports
- * records that are invalid.
+ * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is
+ * no analysis afterwards, and _SolveVoxamAnalysis returns VOXAM_ANALYSIS_OUT_OF_MEMORY. That
+ * function also reports records that are invalid.
  */
 VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float* loadData,
                                   int supportCount, const float* supportData,
@@ -345,16 +347,16 @@ VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float
  * are written only with the status VOXAM_ANALYSIS_SOLVED or VOXAM_ANALYSIS_LOOSE_PART:
  *
  * compliances     numberOfLoadCases doubles: the work of the loads of each load case, force times
- *                 displacement; 0 for a load case without loads. A force on a held degree of freedom
- *                 does no work
- * displacements   numberOfLoadCases times 2 * (nelx + 1) * (nely + 1) doubles: for each load case the
- *                 displacements by degree of freedom, 2 * node for x and 2 * node + 1 for y; NaN at
- *                 nodes without material
+ *                 displacement; 0 for a load case without loads. A force on a held degree of
+ *                 freedom does no work
+ * displacements   numberOfLoadCases times 2 * (nelx + 1) * (nely + 1) doubles: for each load case
+ *                 the displacements by degree of freedom, 2 * node for x and 2 * node + 1 for y;
+ *                 NaN at nodes without material
  * energies        numberOfLoadCases times nelx * nely doubles: for each load case the share of each
  *                 element in the compliance, that is twice its strain energy, in element order. The
  *                 shares sum to the compliance, up to rounding; 0 without material
- * stresses        numberOfLoadCases times nelx * nely * 3 doubles: for each load case and element the
- *                 stress in x, the stress in y and the shear stress at its centre. Tension is
+ * stresses        numberOfLoadCases times nelx * nely * 3 doubles: for each load case and element
+ *                 the stress in x, the stress in y and the shear stress at its centre. Tension is
  *                 positive. 0 without material
  * looseElements   nelx * nely bytes in element order: 1 for material that is free to move, else 0.
  *                 Written with every status from VOXAM_ANALYSIS_SOLVED to VOXAM_ANALYSIS_MECHANISM

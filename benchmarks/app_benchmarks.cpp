@@ -14,7 +14,7 @@ namespace {
 constexpr int WARM_UPS = 15;
 
 // After the first, in a measurement of the start.
-constexpr size_t LATER_ITERATIONS = 7;
+constexpr std::size_t LATER_ITERATIONS = 7;
 
 const std::vector<Plate> MAIN_PLATES = {
     {60, 40}, {60, 40, 2, 2}, {150, 100}, {150, 100, 2, 2}, {300, 200}};
@@ -111,7 +111,7 @@ Sampler growthSampler(const Plate& plate) {
 
 Sampler startUpSampler(const Plate& plate) {
     const auto host = std::make_shared<Host>(plate, cantilever(plate));
-    const std::vector<double> moduli(static_cast<size_t>(plate.elements()), 1.0);
+    const std::vector<double> moduli(static_cast<std::size_t>(plate.elements()), 1.0);
     const auto stiffness = std::make_shared<PlateStiffness>(plate, moduli);
     return [=]() -> Sample {
         _DestroyVoxamApp();

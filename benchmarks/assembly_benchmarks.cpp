@@ -26,7 +26,7 @@ void addAssemblyBenchmarks(Suite& suite) {
     for (const Plate& plate : {Plate{60, 40}, Plate{150, 100}}) {
         for (const Strategy& strategy : STRATEGIES) {
             suite.add(strategy.name, plate, 0.5, [=] {
-                const std::vector<double> moduli(static_cast<size_t>(plate.elements()), 0.5);
+                const std::vector<double> moduli(static_cast<std::size_t>(plate.elements()), 0.5);
                 const auto stiffness = std::make_shared<PlateStiffness>(plate, moduli);
                 return [=]() -> Sample {
                     const double total = timed([&] { strategy.assemble(*stiffness); });

@@ -3,11 +3,13 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 
-#include "config_singleton.h"
-#include "single_threaded_cholmod.h"
 #include "suite.h"
+#ifdef VOXAM_BLAS_EMBEDDED
+#include "embedded_blas.h"
+#endif
 
 namespace {
 
@@ -42,6 +44,10 @@ public:
     int (*getMaxActiveLevels)() = find("omp_get_max_active_levels");
     void (*setMaxActiveLevels)(int) = find("omp_set_max_active_levels");
 
+    // Of the BLAS that comes with it. Null when that is not OpenBLAS.
+    const char* (*getCoreName)() =
+        reinterpret_cast<const char* (*)()>(dlsym(handle, "openblas_get_corename"));
+
 private:
     // Becomes a pointer to whatever function it is assigned to.
     struct Address {
@@ -55,10 +61,28 @@ private:
     SharedCholmod() {
         decltype(&cholmod_start) start = find("cholmod_start");
         start(common.get());
+        // The BLAS that came with it computes on one thread, as the library's does.
+        if (void* const set = dlsym(handle, "openblas_set_num_threads")) {
+            reinterpret_cast<void (*)(int)>(set)(1);
+        }
+    }
+
+    // OpenBLAS reads the variable when it is loaded, which is when CHOLMOD's library is.
+    static void chooseKernels() {
+#ifdef VOXAM_BLAS_EMBEDDED
+        const char* const floor = std::getenv("VOXAM_FLOOR");
+        const char* const best = voxam_blas_getenv("OPENBLAS_CORETYPE");
+        if (best && !(floor && std::string(floor) == "system")) {
+            setenv("OPENBLAS_CORETYPE", best, 0);
+        }
+#endif
     }
 
     Address find(const char* name) {
-        if (!handle) handle = dlopen(VOXAM_SHARED_CHOLMOD, RTLD_NOW | RTLD_LOCAL);
+        if (!handle) {
+            chooseKernels();
+            handle = dlopen(VOXAM_SHARED_CHOLMOD, RTLD_NOW | RTLD_LOCAL);
+        }
         void* const address = handle ? dlsym(handle, name) : nullptr;
         if (!address) throw std::runtime_error(dlerror());
         return {address};
@@ -81,16 +105,20 @@ public:
 private:
     const SharedCholmod& cholmod;
     int before;
-    kmat::SingleThreadedCholmod blas;
 };
 
 }  // namespace
+
+std::string CholmodFloor::kernels() {
+    const char* (*name)() = SharedCholmod::get().getCoreName;
+    return name ? name() : "unknown";
+}
 
 CholmodFloor::CholmodFloor(const kmat::SparseMatrix& K, const kmat::DenseMatrix& source) {
     const SharedCholmod& cholmod = SharedCholmod::get();
     const TeamOfOne guard(cholmod);
     cholmod_common* common = cholmod.common.get();
-    const auto most = static_cast<size_t>(K.getNumberOfElements());
+    const auto most = static_cast<std::size_t>(K.getNumberOfElements());
     const auto triplets =
         cholmod.own(cholmod.allocateTriplet(K.getRows(), K.getColumns(), most,
                                             kmat::SYMMETRIC_UPPER, CHOLMOD_REAL, common),

@@ -24,7 +24,7 @@ double timeOfLibrary(const Plate& plate) {
 
 double timeOfFloor(const Plate& plate) {
     PlateStiffness stiffness(plate,
-                             std::vector<double>(static_cast<size_t>(plate.elements()), 1.0));
+                             std::vector<double>(static_cast<std::size_t>(plate.elements()), 1.0));
     stiffness.refillByEntries(false);
     kmat::SparseMatrix& K = stiffness.getMatrix();
     for (unsigned dof = 0; dof < 2U * static_cast<unsigned>(plate.height + 1); ++dof) {

@@ -12,12 +12,12 @@
 /// The optimiser as a host drives it. There is one at a time.
 class Host {
 public:
-    Host(const Plate& plate, test::Settings given)
+    Host(const Plate& plate, test::Settings settings)
         : plate(plate),
-          settings(std::move(given)),
-          picture(static_cast<size_t>(plate.elements()) * plate.subdivision * plate.subdivision *
-                  plate.meshFactor * plate.meshFactor),
-          blob(static_cast<size_t>(plate.elements())) {}
+          settings(std::move(settings)),
+          picture(static_cast<std::size_t>(plate.elements()) * plate.subdivision *
+                  plate.subdivision * plate.meshFactor * plate.meshFactor),
+          blob(static_cast<std::size_t>(plate.elements())) {}
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
     ~Host() { _DestroyVoxamApp(); }

@@ -3,11 +3,19 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <string>
 #include <string_view>
 
+#include "cholmod_floor.h"
 #include "suite.h"
 #include "table.h"
 #include "voxam.h"
+#ifdef VOXAM_BLAS_EMBEDDED
+#include "embedded_blas.h"
+
+extern "C" char* openblas_get_corename();
+#endif
 
 namespace {
 
@@ -27,6 +35,18 @@ void printBanners() {
     _DestroyVoxamGame();
 }
 
+// Which kernels of OpenBLAS the library uses, and the floor.
+void printKernels() {
+    const std::string floor = CholmodFloor::kernels();
+#ifdef VOXAM_BLAS_EMBEDDED
+    const char* const small[] = {"portable", "AVX2", "AVX-512"};
+    std::printf("kernels: %s, small matrices %s; floor %s\n", openblas_get_corename(),
+                small[voxam_blas_vectors()], floor.c_str());
+#else
+    std::printf("kernels: %s; floor %s\n", floor.c_str(), floor.c_str());
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -38,8 +58,9 @@ int main(int argc, char** argv) {
     addAnalysisBenchmarks(suite);
     addAssemblyBenchmarks(suite);
     printBanners();
+    printKernels();
     TableReporter table(suite.getSections());
-    const size_t count = benchmark::RunSpecifiedBenchmarks(&table);
+    const std::size_t count = benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
     return count == 0 || table.hasFailures() ? 1 : 0;
 }

@@ -29,9 +29,8 @@ public:
     void makeFromTriplets() {
         kmat::SparseMatrix fresh =
             emptyMatrix(plate.elements() * static_cast<int>(ELEMENT_UPPER_ENTRIES));
-        const auto append = [&](unsigned, size_t, unsigned row, unsigned column, double value) {
-            fresh.getValue(row, column) += value;
-        };
+        const auto append = [&](unsigned, std::size_t, unsigned row, unsigned column,
+                                double value) { fresh.getValue(row, column) += value; };
         for (unsigned x = 0; x < columns(); ++x) addColumn(x, append);
         fresh.build();
         K = std::move(fresh);
@@ -39,15 +38,14 @@ public:
 
     /// Refills the matrix, searching the place of every contribution.
     void refillBySearch(bool parallel) {
-        refill(parallel, [this](unsigned, size_t, unsigned row, unsigned column, double value) {
-            K.getValue(row, column) += value;
-        });
+        refill(parallel, [this](unsigned, std::size_t, unsigned row, unsigned column,
+                                double value) { K.getValue(row, column) += value; });
     }
 
     /// Refills the matrix by the remembered places.
     void refillByEntries(bool parallel) {
         double* const values = K.getValues();
-        refill(parallel, [=, this](unsigned e, size_t pair, unsigned, unsigned, double value) {
+        refill(parallel, [=, this](unsigned e, std::size_t pair, unsigned, unsigned, double value) {
             values[entries[e][pair]] += value;
         });
     }
@@ -61,14 +59,14 @@ private:
     void refill(bool parallel, const Add& add) {
         K.zero();
         for (unsigned first : {0U, 1U}) {
-            const size_t count = (columns() + 1 - first) / 2;
-            const auto task = [&](size_t i) {
+            const std::size_t count = (columns() + 1 - first) / 2;
+            const auto task = [&](std::size_t i) {
                 addColumn(static_cast<unsigned>(2 * i) + first, add);
             };
             if (parallel)
                 parallelFor(count, task);
             else
-                for (size_t i = 0; i < count; ++i) task(i);
+                for (std::size_t i = 0; i < count; ++i) task(i);
         }
     }
 
@@ -77,7 +75,7 @@ private:
         for (unsigned y = 0; y < rows(); ++y) {
             const unsigned e = x * rows() + y;
             const ElementDofs dof = elementDofs(x, y, rows() + 1);
-            for (size_t i = 0; i < ELEMENT_UPPER_PAIRS.size(); ++i) {
+            for (std::size_t i = 0; i < ELEMENT_UPPER_PAIRS.size(); ++i) {
                 const auto [k, l] = ELEMENT_UPPER_PAIRS[i];
                 add(e, i, dof[k], dof[l], element[ELEMENT_DOFS * k + l] * moduli[e]);
             }

@@ -87,7 +87,7 @@ def ways() -> Dict[str, Callable[[study.Study], None]]:
              **{f"processes: {count}": run_in_processes(count) for count in counts}}
     with contextlib.suppress(ImportError):
         import distributed  # noqa: F401
-        found.update({f"workers of a cluster: {count}": run_on_cluster(count) for count in counts})
+        found.update({f"cluster workers: {count}": run_on_cluster(count) for count in counts})
     return found
 
 
@@ -103,10 +103,10 @@ def compare(width: int, height: int, runs: int) -> None:
                for name, found in turns.items()}
     plain = medians["plain loop"][1]
     print(f"\n{width}x{height}, {runs} runs of 100 iterations, medians of {TURNS} turns\n")
-    print("| where                   | ms a run | runs/hour | processor ms | overhead ms |  share |")
-    print("| ----------------------- | -------: | --------: | -----------: | ----------: | -----: |")
+    print("| where                  | ms a run | runs/hour | processor ms | overhead ms |  share |")
+    print("| ---------------------- | -------: | --------: | -----------: | ----------: | -----: |")
     for name, (clock, cpu) in medians.items():
-        print(f"| {name:23} | {clock * 1e3:8.1f} | {3600 / clock:9.0f} | {cpu * 1e3:12.1f} | "
+        print(f"| {name:22} | {clock * 1e3:8.1f} | {3600 / clock:9.0f} | {cpu * 1e3:12.1f} | "
               f"{(cpu - plain) * 1e3:11.2f} | {cpu / plain - 1:6.1%} |")
     describe_sizes(many)
 
@@ -114,16 +114,16 @@ def compare(width: int, height: int, runs: int) -> None:
 def describe_sizes(plan: study.Study) -> None:
     task = tasks_of(plan)[0]
     outcome = _work.work(task)
-    print(f"\nbytes a run: {len(task.scene)} to the worker; from it {len(outcome.file)} for the file "
-          f"and {len(json.dumps(outcome.record))} for the record")
+    print(f"\nbytes a run: {len(task.scene)} to the worker; from it {len(outcome.file)} for the "
+          f"file and {len(json.dumps(outcome.record))} for the record")
 
 
 def measure_scheduler() -> None:
     with contextlib.suppress(ImportError), cluster_of(1) as client:
         numbers = range(-EMPTY_TASKS, 0)
         clock, cpu = spent(lambda: client.gather(client.map(abs, numbers, pure=False)))
-        print(f"\nempty tasks through a scheduler and one worker: {EMPTY_TASKS / clock:.0f} a second; "
-              f"scheduler and client take {cpu / EMPTY_TASKS * 1e3:.2f} ms of processor each")
+        print(f"\nempty tasks through a scheduler and one worker: {EMPTY_TASKS / clock:.0f} a "
+              f"second; scheduler and client take {cpu / EMPTY_TASKS * 1e3:.2f} ms each")
 
 
 if __name__ == "__main__":

@@ -31,7 +31,7 @@ void run(benchmark::State& state, const std::function<Sampler()>& prepare) {
 
 double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
-    const size_t half = values.size() / 2;
+    const std::size_t half = values.size() / 2;
     return values.size() % 2 == 1 ? values[half] : (values[half - 1] + values[half]) / 2.0;
 }
 

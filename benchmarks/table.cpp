@@ -17,9 +17,9 @@ std::string formatted(double value) {
     return text.data();
 }
 
-size_t widthOf(const std::string& heading) {
-    constexpr size_t least = 8;
-    constexpr size_t variant = 30;
+std::size_t widthOf(const std::string& heading) {
+    constexpr std::size_t least = 8;
+    constexpr std::size_t variant = 30;
     return heading == "variant" ? variant : std::max(least, heading.size());
 }
 
@@ -69,7 +69,7 @@ void TableReporter::beginTable(const Section& section) {
 
 void TableReporter::printRow(const std::vector<std::string>& cells) {
     std::ostream& out = GetOutputStream();
-    for (size_t i = 0; i < cells.size(); ++i) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
         out << "| " << (i < textColumns ? std::left : std::right)
             << std::setw(static_cast<int>(widthOf(headings[i]))) << cells[i] << ' ';
     }

@@ -32,6 +32,6 @@ private:
     const std::vector<Section>& sections;
     const Section* current = nullptr;
     std::vector<std::string> headings;  ///< of the current table
-    size_t textColumns = 0;             ///< how many of them come before the numbers
+    std::size_t textColumns = 0;        ///< how many of them come before the numbers
     bool failed = false;
 };

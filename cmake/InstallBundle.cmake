@@ -1,6 +1,6 @@
 # Completes a bundle: strips the library, and puts what it needs beyond the C and C++ runtime beside
-# it, with the texts of the licences. Wants `bundle_dir`, the folder; `bundled_library`, in the build
-# tree, where what it is linked with can be found; and `strip`, the program.
+# it, with the texts of the licences. Wants `bundle_dir`, the folder; `bundled_library`, in the
+# build tree, where what it is linked with can be found; and `strip`, the program.
 
 cmake_minimum_required(VERSION 3.25)
 

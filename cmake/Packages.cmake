@@ -54,13 +54,19 @@ voxam_package(voxam_library libvoxam${PROJECT_VERSION_MAJOR} libs
     "structural topology optimisation - shared library" ${about})
 file(WRITE "${debian_dir}/shlibs" "libvoxam ${PROJECT_VERSION_MAJOR} "
     "libvoxam${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})\n")
-set(CPACK_DEBIAN_VOXAM_LIBRARY_PACKAGE_CONTROL_EXTRA "${debian_dir}/shlibs")
+file(WRITE "${debian_dir}/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_VOXAM_LIBRARY_PACKAGE_CONTROL_EXTRA
+    "${debian_dir}/shlibs" "${debian_dir}/triggers")
 
 voxam_package(voxam_development libvoxam-dev libdevel
     "structural topology optimisation - development files" ${about}
     "This package contains the headers, the documents, and hosts in C and C#.")
 set(CPACK_COMPONENT_VOXAM_DEVELOPMENT_DEPENDS voxam_library)
 
+# Debian wants manual pages compressed.
+install(CODE "execute_process(ERROR_QUIET COMMAND gzip -9nf
+    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/voxam.1\")"
+    COMPONENT voxam_cli)
 voxam_package(voxam_cli voxam science
     "structural topology optimisation - command line" ${about}
     "This package contains the program voxam, which optimises and scores scenes.")

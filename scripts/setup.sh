@@ -1,12 +1,16 @@
 # Common to the scripts beside it, which source it from the root of the project. It provides the two
 # steps that come before anything can run.
 
-# The one list of what the project needs: the package of Debian, and the thing itself.
-requirements=(
+# The one list of what the project needs: the package of Debian, and the thing itself. First what
+# builds it, on this machine for any other.
+tools=(
     "build-essential:GCC 12 or another compiler for C11 and C++20, with its OpenMP runtime"
     "cmake:CMake 3.25"
     "ninja-build:Ninja"
     "pkg-config:pkg-config"
+)
+requirements=(
+    "${tools[@]}"
     "libsuitesparse-dev:SuiteSparse (CHOLMOD)"
     "libopenblas-dev:OpenBLAS (CBLAS and LAPACK)"
     "libopenblas-serial-dev:the archive of OpenBLAS without threads"
@@ -40,10 +44,16 @@ test_requirements=(
     "mono-runtime:the runtime of Mono"
 )
 
-# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other things.
+# What scripts/check needs beside it. Other versions than 14 format otherwise, and find other
+# things.
 check_requirements=(
     "clang-format:clang-format 14"
     "clang-tidy:clang-tidy 14"
+)
+
+# What the build with Clang needs beside it, which continuous integration makes once.
+clang_requirements=(
+    "clang:Clang 14"
 )
 
 # What the i386 presets need beside it. A cross compiler, because the libraries that a multilib
@@ -58,8 +68,20 @@ i386_requirements=(
     "libgmock-dev:i386:GoogleMock for i386"
     "libopenblas0-openmp:i386:OpenBLAS built with OpenMP for i386"
     "libgomp1:i386:the OpenMP runtime of GCC for i386"
+    "libgcc-s1:i386:the runtime of GCC for i386"
+)
+i386_asan_requirements=(
     "libasan8:i386:the address sanitizer's runtime for i386"
     "libubsan1:i386:the undefined behaviour sanitizer's runtime for i386"
+)
+
+# What scripts/packages needs beside the library, the programs and the window.
+package_requirements=(
+    "dpkg-dev:dpkg-shlibdeps"
+    "lintian:lintian"
+    "debootstrap:debootstrap, to try the packages in a bare system"
+    "binutils:readelf and strings"
+    "python3-pip:pip"
 )
 
 # What the window needs: scripts/live and scripts/test add it to the list.
@@ -67,8 +89,8 @@ window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
 )
 
-# What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it to
-# the list.
+# What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it
+# to the list.
 wasm_requirements=(
     "emscripten:Emscripten 3.1"
     "dpkg-dev:dpkg-source"
@@ -185,6 +207,9 @@ add_i386() {
 
 # What the i386 presets need. $1 is --yes to add the architecture without asking, or empty.
 prepare_i386() {
+    case " ${presets[*]} " in
+        *" i386-asan "*) i386_requirements+=("${i386_asan_requirements[@]}") ;;
+    esac
     if has_apt; then
         add_i386 "$1"
         install_missing_packages "${i386_requirements[@]}"

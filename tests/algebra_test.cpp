@@ -1,5 +1,5 @@
-// The algebra of dense and sparse matrices against textbook loops: one table of operations, and what
-// the operations do with temporaries, failures and matrices that are empty or not built.
+// The algebra of dense and sparse matrices against textbook loops: one table of operations, and
+// what the operations do with temporaries, failures and matrices that are empty or not built.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -61,8 +61,8 @@ std::string takeFailure() {
 
 Matrix valuesOf(const DenseMatrix& m) { return Matrix(m); }
 
-// Calls `op` with every mix of named and temporary operands. A named operand stays as it is, and the
-// result of dense matrices is in the storage of the first temporary.
+// Calls `op` with every mix of named and temporary operands. A named operand stays as it is, and
+// the result of dense matrices is in the storage of the first temporary.
 template <typename Operand, typename Op>
 void checkBinary(const Operand& a, const Operand& b, double sign, Op op) {
     const Matrix expected = combination(1, valuesOf(a), sign, valuesOf(b));
@@ -189,7 +189,7 @@ TEST(AlgebraTest, ElementsAreMultipliedDividedAddedAndReduced) {
     Matrix products = a;
     Matrix quotients = a;
     double dot = 0.0;
-    for (size_t i = 0; i < a.values.size(); ++i) {
+    for (std::size_t i = 0; i < a.values.size(); ++i) {
         products.values[i] *= b.values[i];
         quotients.values[i] /= b.values[i];
         dot += a.values[i] * b.values[i];
@@ -411,7 +411,7 @@ TEST(DenseFactorisationTest, DeterminantSumsTheDiagonals) {
     // Beyond three rows it is not the true one. Down the diagonals of 1 2 / .. / the products are
     // 1 * 6 * 11 * 16 and so on.
     std::vector<double> ascending(16);
-    for (size_t i = 0; i < 16; ++i) ascending[i] = static_cast<double>(i + 1);
+    for (std::size_t i = 0; i < 16; ++i) ascending[i] = static_cast<double>(i + 1);
     const double falling = 1. * 6 * 11 * 16 + 5. * 10 * 15 * 4 + 9. * 14 * 3 * 8 + 13. * 2 * 7 * 12;
     const double rising = 13. * 10 * 7 * 4 + 9. * 6 * 3 * 16 + 5. * 2 * 15 * 12 + 1. * 14 * 11 * 8;
     EXPECT_EQ(dense(matrix(4, 4, ascending)).determinant(), falling - rising);

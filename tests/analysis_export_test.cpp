@@ -23,7 +23,7 @@ Records clampedLeftEdge(unsigned nely) {
 double relativeError(const double* values, const std::vector<Quad>& exact, double scale = 1.0) {
     double error = 0.0;
     double largest = 0.0;
-    for (size_t i = 0; i < exact.size(); ++i) {
+    for (std::size_t i = 0; i < exact.size(); ++i) {
         const double difference = std::fabs(static_cast<double>(values[i] - exact[i] * scale));
         if (!(difference <= error)) error = std::isnan(difference) ? INF : difference;
         largest = std::max(largest, std::fabs(static_cast<double>(exact[i] * scale)));
@@ -95,11 +95,11 @@ TEST(AnalysisExportTest, GreyPlatesAgreeWithTheReferenceInAllResults) {
             for (unsigned e = 0; e < moduli.size(); ++e) {
                 const auto dof = test::dofsOfElement(e / nely, e % nely, nely);
                 Quad energy = 0;
-                for (size_t i = 0; i < 64; ++i) {
+                for (std::size_t i = 0; i < 64; ++i) {
                     energy += u[dof[i / 8]] * test::wholeStiffness(i / 8, i % 8) * u[dof[i % 8]];
                 }
                 energies.push_back(moduli[e] * energy * 10 / 728);
-                const auto mean = [&](size_t a, size_t b, size_t c, size_t d) {
+                const auto mean = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t d) {
                     return (u[dof[a]] + u[dof[b]] - u[dof[c]] - u[dof[d]]) / 2;
                 };
                 const Quad strainX = mean(2, 4, 0, 6);
@@ -122,7 +122,7 @@ TEST(AnalysisExportTest, AStretchedPlateHasOneStress) {
     const auto result = host.solve(moduli);
     ASSERT_EQ(result.status, VOXAM_ANALYSIS_SOLVED);
     EXPECT_NEAR(result.compliances[0], 9 * 35 / 210e3, 1e-15);
-    for (size_t i = 0; i < result.stresses.size(); ++i) {
+    for (std::size_t i = 0; i < result.stresses.size(); ++i) {
         EXPECT_NEAR(result.stresses[i], i % 3 == 0 ? 3 : 0, 1e-13);
     }
 }
@@ -134,9 +134,9 @@ TEST(AnalysisExportTest, SlenderBeamsObeyBeamTheoryAndReciprocity) {
     const auto result =
         AnalysisHost(nelx, nely, loads, clampedLeftEdge(nely), 2).solve(std::vector(5000, 1.0));
     ASSERT_EQ(result.status, VOXAM_ANALYSIS_SOLVED);
-    const size_t tip = 2 * (500 * 11 + 5) + 1;
-    const size_t other = 2 * (200 * 11);
-    const size_t ndof = 2 * 501 * 11;
+    const std::size_t tip = 2 * (500 * 11 + 5) + 1;
+    const std::size_t other = 2 * (200 * 11);
+    const std::size_t ndof = 2 * 501 * 11;
     // Euler and Bernoulli's deflection and that by shear; the elements lock a little.
     const double deflection = 500.0 * 500 * 500 / (3 * 1000 / 12.0) + 500 * 1.2 / (10 / 2.6);
     EXPECT_NEAR(result.displacements[tip], deflection, 0.007 * deflection);
@@ -144,7 +144,7 @@ TEST(AnalysisExportTest, SlenderBeamsObeyBeamTheoryAndReciprocity) {
                 0.5 * result.displacements[other] - 0.25 * result.displacements[other + 1],
                 1e-14 * deflection);
     // Stress by bending, M y / I, half way.
-    const size_t middle = 3 * (250 * 10 + 0);
+    const std::size_t middle = 3 * (250 * 10 + 0);
     EXPECT_NEAR(result.stresses[middle], 249.5 * 4.5 * 12 / 1000, 0.07);
 }
 
@@ -233,49 +233,42 @@ const Drawing DRAWINGS[] = {
 TEST(AnalysisExportTest, MaterialThatCanMoveIsFound) {
     for (const Drawing& drawing : DRAWINGS) {
         SCOPED_TRACE(drawing.what);
-        const size_t nely = drawing.rows.size();
-        const size_t nelx = drawing.rows.front().size();
+        const std::size_t nely = drawing.rows.size();
+        const std::size_t nelx = drawing.rows.front().size();
         const AnalysisHost host(static_cast<unsigned>(nelx), static_cast<unsigned>(nely),
                                 drawing.loads, drawing.supports);
         auto moduli = host.solid();
-        for (size_t e = 0; e < moduli.size(); ++e) {
+        for (std::size_t e = 0; e < moduli.size(); ++e) {
             moduli[e] = drawing.rows[e % nely][e / nely] == '#' ? 2.0 : 0.0;
         }
         const auto result = host.solve(moduli);
         EXPECT_EQ(result.status, drawing.status) << result.text;
-        for (size_t e = 0; e < moduli.size(); ++e) {
+        for (std::size_t e = 0; e < moduli.size(); ++e) {
             const bool loose = drawing.loose[e % nely][e / nely] == '#';
             EXPECT_EQ(result.loose[e], loose ? 1 : 0) << e;
             if (result.status > 1 || (moduli[e] > 0 && !loose)) continue;
             EXPECT_EQ(result.energies[e], 0.0);
             EXPECT_EQ(result.stresses[3 * e], 0.0);
         }
-        if (result.status > 1) continue;
-        for (size_t node = 0; node < (nelx + 1) * (nely + 1); ++node) {
-            bool used = false;
-            for (size_t e = 0; e < moduli.size(); ++e) {
-                const auto corner = static_cast<size_t>(e / nely * (nely + 1) + e % nely);
-                const bool near = node == corner || node == corner + 1 ||
-                                  node == corner + nely + 1 || node == corner + nely + 2;
-                used = used || (near && moduli[e] > 0 && result.loose[e] == 0);
-            }
-            EXPECT_EQ(std::isnan(result.displacements[2 * node]), !used) << node;
-        }
     }
 }
 
-// Void is no soft material: what is left is the smaller plate.
+// Void is no soft material: what is left is the smaller plate, and beyond it nothing moves.
 TEST(AnalysisExportTest, VoidLeavesNoTrace) {
     const Records loads = Records().add(6, 2, 0.25F, 1);
     const auto small = AnalysisHost(6, 4, loads, clampedLeftEdge(4)).solve(std::vector(24, 1.0));
     const AnalysisHost host(9, 7, loads, clampedLeftEdge(4));
     auto moduli = host.solid();
-    for (size_t e = 0; e < moduli.size(); ++e) {
+    for (std::size_t e = 0; e < moduli.size(); ++e) {
         if (e / 7 >= 6 || e % 7 >= 4) moduli[e] = 0.0;
     }
     const auto first = host.solve(moduli);
     ASSERT_EQ(first.status, VOXAM_ANALYSIS_SOLVED);
     EXPECT_NEAR(first.compliances[0], small.compliances[0], 1e-14 * small.compliances[0]);
+    for (std::size_t node = 0; node < 10 * 8; ++node) {
+        const double displacement = first.displacements[2 * node];
+        EXPECT_EQ(std::isnan(displacement), node / 8 > 6 || node % 8 > 4) << node;
+    }
     // The same bits after another design, and from another analysis.
     const AnalysisHost again(9, 7, loads, clampedLeftEdge(4));
     host.solve(host.solid());
@@ -303,7 +296,7 @@ TEST(AnalysisExportTest, WrongInputGetsAStatusAndAText) {
     }
     // Beyond the digits there are: a plate that hangs by a thread of nothing.
     auto moduli = host.solid();
-    for (size_t e = 3; e < 6; ++e) moduli[e] = 1e-300;
+    for (std::size_t e = 3; e < 6; ++e) moduli[e] = 1e-300;
     EXPECT_EQ(host.solve(moduli).status, VOXAM_ANALYSIS_NOT_CONVERGED);
     for (double& modulus : moduli) modulus = 1e-300;
     EXPECT_NEAR(host.solve(moduli).compliances[0], 12e300, 1e287);

@@ -99,7 +99,8 @@ TEST(AppExportTest, TextsAreCutToTheBuffer) {
         update(settings);
         if (text == NO_OPTIMISER) _DestroyVoxamApp();
         for (int length = -1; length <= 40; ++length) {
-            const std::string cut = text.substr(0, static_cast<size_t>(std::max(length - 1, 0)));
+            const std::string cut =
+                text.substr(0, static_cast<std::size_t>(std::max(length - 1, 0)));
             EXPECT_EQ(host.iterate(PLAIN, 3, length).text, cut);
             EXPECT_EQ(host.iterate(WITH_BLOB, 3, length).text, cut);
         }
@@ -203,11 +204,11 @@ TEST(AppExportTest, PictureIsEmptyWhereTheBlobWas) {
     settings.blob = {6, 4, 3, 5, 3, 4, 4, 5, 4, 6, 3, 6, 4};
     update(settings);
     std::vector<int> before(80);
-    for (const size_t cell : {34, 35, 44, 45, 36, 46}) before[cell] = 1;
+    for (const std::size_t cell : {34, 35, 44, 45, 36, 46}) before[cell] = 1;
     const std::vector<int> start = before;
     for (int i = 0; i < 12; ++i) {
         const Result result = host.iterate(WITH_BLOB);
-        for (size_t cell = 0; cell < 80; ++cell) {
+        for (std::size_t cell = 0; cell < 80; ++cell) {
             EXPECT_EQ(result.picture[cell] == 1.0F, before[cell] == 1) << i << " " << cell;
         }
         before = result.mask;

@@ -74,8 +74,8 @@ protected:
 
     void iterateBoth() {
         const unsigned refinement = run.subdivision * run.meshFactor;
-        std::vector<float> picture(size_t{run.nelx} * run.nely * refinement * refinement);
-        std::vector<int> blob(size_t{run.nelx} * run.nely);
+        std::vector<float> picture(std::size_t{run.nelx} * run.nely * refinement * refinement);
+        std::vector<int> blob(std::size_t{run.nelx} * run.nely);
         char text[40];
         double change = 0.0;
         app.setPenalty(run.penalty);
@@ -88,7 +88,7 @@ protected:
         ASSERT_STREQ(text, "");
         EXPECT_NEAR(compliance, expected.compliance, 1e-7 * expected.compliance);
         EXPECT_NEAR(change, expected.change, 1e-7);
-        for (size_t i = 0; i < picture.size(); ++i) {
+        for (std::size_t i = 0; i < picture.size(); ++i) {
             EXPECT_NEAR(picture[i], expected.picture[i], 1e-6) << i;
         }
         if (withBlob) {

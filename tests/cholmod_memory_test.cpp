@@ -39,9 +39,13 @@ bool isAllowed() {
     return false;
 }
 
-void* scarceMalloc(size_t size) { return isAllowed() ? std::malloc(size) : nullptr; }
-void* scarceCalloc(size_t n, size_t size) { return isAllowed() ? std::calloc(n, size) : nullptr; }
-void* scarceRealloc(void* p, size_t size) { return isAllowed() ? std::realloc(p, size) : nullptr; }
+void* scarceMalloc(std::size_t size) { return isAllowed() ? std::malloc(size) : nullptr; }
+void* scarceCalloc(std::size_t n, std::size_t size) {
+    return isAllowed() ? std::calloc(n, size) : nullptr;
+}
+void* scarceRealloc(void* p, std::size_t size) {
+    return isAllowed() ? std::realloc(p, size) : nullptr;
+}
 
 class CholmodMemoryTest : public testing::Test {
 protected:
@@ -235,7 +239,7 @@ struct Iteration {
     double change = 0.0;
     char text[64] = "";
 
-    explicit Iteration(SolverApp& app, size_t pixels) : picture(pixels) {
+    explicit Iteration(SolverApp& app, std::size_t pixels) : picture(pixels) {
         try {
             compliance = app.runIterationWithBlob(sizeof text, text, picture.data(), change,
                                                   nullptr, nullptr);
@@ -257,8 +261,8 @@ INSTANTIATE_TEST_SUITE_P(Plates, CholmodMemoryOfPlateTest,
 TEST_P(CholmodMemoryOfPlateTest, AnIterationSaysThatItFailedAndTheNextOneSucceeds) {
     const auto& [nelx, nely, refinement, onlyOneFails] = GetParam();
     failsOnce = onlyOneFails != 0;
-    const size_t pixels =
-        size_t{1} * nelx * nely * refinement * refinement * refinement * refinement;
+    const std::size_t pixels =
+        std::size_t{1} * nelx * nely * refinement * refinement * refinement * refinement;
     test::Settings settings = test::cantilever(nelx, nely);
     settings.blob = {2, 2, 1, 3, 1};
     SolverApp reference(nelx, nely, refinement, refinement, 0.5F, 1);

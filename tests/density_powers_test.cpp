@@ -19,7 +19,7 @@ TEST(DensityPowersTest, AreThoseOfEveryFineCell) {
     kmat::DenseMatrix rhoPhys(24, 1);
     for (double& density : rhoPhys) density = random.below(2) ? 0.5 : random.number(0.01, 1.0);
     DensityPowers powers(24);
-    for (const size_t ix : {2U, 0U, 1U}) powers.computeColumn(GRIDS, ix, rhoPhys, PENALTY);
+    for (const std::size_t ix : {2U, 0U, 1U}) powers.computeColumn(GRIDS, ix, rhoPhys, PENALTY);
     for (unsigned e = 0; e < 24; ++e) {
         EXPECT_EQ(powers.power[e], std::pow(rhoPhys(e, 0), PENALTY)) << e;
         EXPECT_EQ(powers.powerLessOne[e], std::pow(rhoPhys(e, 0), PENALTY - 1.0)) << e;

@@ -16,24 +16,4 @@ TEST(ElementDeformationTest, GivesTheTextbooksMatrixInWholeNumbers) {
         << "up to the single precision of Poisson's ratio there";
 }
 
-TEST(ElementDeformationTest, KnowsNoRigidMotion) {
-    // A translation and a rotation about a point far away: nodes (0, 0), (1, 0), (1, 1), (0, 1).
-    for (const double far : {0.0, 1e12}) {
-        const ElementDeformation d =
-            deformationOf({7 - far, far, 7 - far, far + 1, 6 - far, far + 1, 6 - far, far});
-        for (const double force : nodalForces(d)) EXPECT_EQ(force, 0.0);
-        EXPECT_EQ(deformationEnergy(d), 0.0);
-    }
-}
-
-TEST(ElementDeformationTest, HasTheEnergyOfItsForces) {
-    test::Random random;
-    ElementVector u;
-    for (double& value : u) value = random.number();
-    const ElementVector forces = nodalForces(deformationOf(u));
-    double work = 0.0;
-    for (size_t i = 0; i < u.size(); ++i) work += u[i] * forces[i];
-    EXPECT_NEAR(deformationEnergy(deformationOf(u)), work, 1e-12 * work);
-}
-
 }  // namespace

@@ -23,7 +23,7 @@ std::vector<Matrix> elementBlocks(unsigned n) {
         rigid(2 * k + 1, 2) = k == 1 || k == 2 ? 1.0 : -1.0;
     }
     std::vector<Matrix> blocks;
-    for (size_t b = 0; b < size_t{n} * n; ++b) {
+    for (std::size_t b = 0; b < std::size_t{n} * n; ++b) {
         Matrix& block = blocks.emplace_back(8, 8);
         std::copy_n(values.get() + 64 * b, 64, block.values.begin());
         EXPECT_LT(distance(block, transposed(block)), 1e-15);

@@ -17,7 +17,7 @@ using test::Records;
 constexpr double FAILED = test::FAILED_SCORE;
 constexpr int NELX = 4;
 constexpr int NELY = 3;
-constexpr size_t ELEMENTS = 12;
+constexpr std::size_t ELEMENTS = 12;
 
 void init(const Records& loads, const Records& supports, int loadCases = 1) {
     _InitVoxamGame(NELX, NELY, 1, 1, loads.count(), loads.data(), supports.count(), supports.data(),

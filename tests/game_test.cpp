@@ -28,7 +28,7 @@ struct Plate {
         return SolverGame(nelx, nely, 1, 1, load(loads.data(), loads.count()),
                           load(supports.data(), supports.count()), loadCases);
     }
-    Floats uniform(float d) const { return Floats(static_cast<size_t>(nelx * nely), d); }
+    Floats uniform(float d) const { return Floats(static_cast<std::size_t>(nelx * nely), d); }
     Floats random(test::Random& random) const {
         Floats densities = uniform(0);
         for (float& d : densities) d = static_cast<float>(random.number(0.2, 1.0));
@@ -194,7 +194,7 @@ TEST(SolverGameTest, DensitiesThatAreNotFiniteFailAndTheNextCallStartsClean) {
     const Score expected = solidScore(plate);
     SolverGame solver = plate.solver();
     for (const float bad : {NAN, INFINITY, -INFINITY}) {
-        for (const size_t cell : {0U, 7U, 14U}) {
+        for (const std::size_t cell : {0U, 7U, 14U}) {
             Floats densities = plate.uniform(1);
             densities[cell] = bad;
             EXPECT_EQ(score(solver, densities), plate.failure());

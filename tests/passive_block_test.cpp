@@ -102,7 +102,7 @@ TEST(PassiveBlockTest, FineCellsFindTheirCoarseCellWhereBothRefinementsAgree) {
 TEST(PassiveBlockDeathTest, CellsOutsideTheGridStopTheProcess) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     const std::string place = ": SparseMatrixLib/PassiveBlock[^:]*:[0-9]+: update: Assertion `";
-    for (const size_t list : {0, 1, 2}) {
+    for (const std::size_t list : {0, 1, 2}) {
         for (const auto& [x, y, condition] : {std::tuple{WIDTH, 0, "x < width"},
                                               {-1, HEIGHT, "x < width"},  // before y
                                               {0, HEIGHT, "y < height"},

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <iostream>
 #include <sstream>
 #include <string>
 
@@ -39,7 +41,11 @@ TEST(PerformanceTest, AssemblesThePlate) {
 // builds.
 TEST(PerformanceTest, PrintsATableForEachOfFivePlates) {
     testing::internal::CaptureStdout();
+    const std::ios_base::fmtflags hosts = std::cout.flags();
+    std::cout << std::hex << std::showpos << std::setw(30);  // what a host may have left
     _VoxamPerformanceTest();
+    std::cout.flags(hosts);
+    std::cout.width(0);
     std::istringstream lines(testing::internal::GetCapturedStdout());
     std::string line;
     const auto next = [&] { return std::getline(lines, line) ? line : "the end"; };

@@ -22,11 +22,13 @@ struct Columns {
 
     Columns(int rows, int columns, test::Random& random)
         : rows(rows), columns(columns), distance(rows + 3) {
-        values.resize(columns > 0 ? static_cast<size_t>(distance) * (columns - 1) + rows : 0);
+        values.resize(columns > 0 ? static_cast<std::size_t>(distance) * (columns - 1) + rows : 0);
         for (double& value : values) value = random.number();
     }
-    double& operator()(int r, int c) { return values[static_cast<size_t>(c) * distance + r]; }
-    double operator()(int r, int c) const { return values[static_cast<size_t>(c) * distance + r]; }
+    double& operator()(int r, int c) { return values[static_cast<std::size_t>(c) * distance + r]; }
+    double operator()(int r, int c) const {
+        return values[static_cast<std::size_t>(c) * distance + r];
+    }
     double* data() { return values.data(); }
 
     /// The sum over l < k of (*this)(r, l) * B(c, l).

@@ -68,7 +68,7 @@ TEST(SparseMatrixTest, RandomTripletsSumUpAsInTheDenseReferenceAlsoWhenRefilled)
 TEST(SparseMatrixTest, CapacityFollowsTheSizeAndGrowsByHalf) {
     const cholmod_common* common = ConfigSingleton::getCommonPtr();
     const auto capacityAfter = [common](SparseMatrix&& m, int entries) {
-        const size_t before = common->memory_inuse + sizeof(cholmod_triplet);
+        const std::size_t before = common->memory_inuse + sizeof(cholmod_triplet);
         for (int i = 0; i < entries; ++i) m.getValue(0, 0) += 1.0;
         return (common->memory_inuse - before) / (sizeof(double) + 2 * sizeof(int));
     };

@@ -8,8 +8,8 @@
 /// Exit status of the program after an error.
 inline constexpr int ERROR_STATUS = 2;
 
-/// Makes sure that standard input, output and error exist: a file that is opened while one of them is
-/// closed would take its place, and get what is printed.
+/// Makes sure that standard input, output and error exist: a file that is opened while one of them
+/// is closed would take its place, and get what is printed.
 void openStandardStreams();
 
 /// From now on nothing appears on standard output, whoever prints it, except by

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "iteration_record.h"
+#include "run/iteration_record.h"
 
 /// A CSV file with a line for each iteration. Every line is on its way to the disk before the next
 /// iteration begins, so that an interrupted run leaves those that it finished.

@@ -18,12 +18,11 @@ constexpr int SETTLING_ITERATIONS = 20;
 
 OptimisationRun::OptimisationRun(const OptimiseOptions& options, const Scene& scene)
     : given(options),
-      current(scene),
-      recordedScene(scene),
       timeline(scene.timeline),
+      recordedScene(scene),
       last(given.iterations.value_or(scene.iterations)),
       progress(last),
-      optimiser(scene) {
+      run(std::make_shared<const Scene>(scene), last) {
     if (!given.history.empty()) history.emplace(given.history);
 }
 
@@ -39,63 +38,49 @@ void OptimisationRun::iterate(const std::function<void()>& afterEach) {
 }
 
 void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
-    int iteration = 1;
-    while (iteration <= last && !converged && interruption() == 0) {
-        makeChange(iteration);
-        const auto outcome = optimiser.iterate(current.penalty, given.movesBlob);
-        failed = explainedRefusal(outcome.message, !recorded.empty() && lastChange != iteration);
+    while (run.next() && !converged && interruption() == 0) {
+        const SceneRun::Outcome outcome = iterateOnce();
+        failed = explainedRefusal(outcome.refusal, !recorded.empty() && lastChange != outcome.record.iteration);
         if (failed.empty()) {
-            record(iteration, outcome);
+            record(outcome.record);
             afterEach();
-            ++iteration;
-        } else if (tellFailure(iteration)) {
-            iteration = timeline[nextChange].iteration;
         } else {
-            break;
+            tellFailure(outcome.record.iteration);
         }
     }
 }
 
-void OptimisationRun::makeChange(int iteration) {
-    if (nextChange == timeline.size() || timeline[nextChange].iteration != iteration) return;
-    const Change& change = timeline[nextChange++];
-    apply(change, current);
-    if (change.restart)
-        optimiser.restart(current, change.restart->keepsDesign);
-    else if (change.concernsProblem())
-        optimiser.update(current);
-    progress.note(iteration, "changes: " + change.summary());
-    lastChange = iteration;
-    changed = true;
-}
-
-void OptimisationRun::record(int iteration, const Optimiser::Outcome& outcome) {
-    if (given.movesBlob) current.blob = optimiser.blob();
-    if (std::exchange(changed, false)) recordedScene = current;
-    recordedScene.blob = current.blob;
-    design = optimiser.material();
-    recorded.push_back(
-        {iteration, outcome.compliance, mean(design), outcome.change, outcome.times});
-    progress.show(recorded.back());
-    if (history) history->add(recorded.back());
-    const bool settled = iteration - lastChange >= SETTLING_ITERATIONS && !changesLeft();
-    converged = settled && given.until && outcome.change < *given.until;
-}
-
-bool OptimisationRun::changesLeft() const {
-    return nextChange < timeline.size() && timeline[nextChange].iteration <= last;
-}
-
-/// Returns whether a change to come may mend it.
-bool OptimisationRun::tellFailure(int iteration) {
-    if (!changesLeft()) {
-        progress.closeLine();
-        complain(nameOf(given.scene) + formatted(": iteration %d: ", iteration) + failed);
-        return false;
+SceneRun::Outcome OptimisationRun::iterateOnce() {
+    const std::size_t first = run.changesMade();
+    SceneRun::Outcome outcome = run.iterate(given.movesBlob);
+    for (std::size_t i = first; i < run.changesMade(); ++i) {
+        progress.note(outcome.record.iteration, "changes: " + timeline[i].summary());
+        lastChange = outcome.record.iteration;
+        changed = true;
     }
-    progress.note(iteration, failed + formatted("; goes on with the change at iteration %d",
-                                                timeline[nextChange].iteration));
-    return true;
+    return outcome;
+}
+
+void OptimisationRun::record(const IterationRecord& done) {
+    if (std::exchange(changed, false)) recordedScene = run.scene();
+    if (run.movedBlob()) recordedScene.blob = *run.movedBlob();
+    recorded.push_back(done);
+    progress.show(done);
+    if (history) history->add(done);
+    const bool settled =
+        done.iteration - lastChange >= SETTLING_ITERATIONS && !run.hasChangesLeft();
+    converged = settled && given.until && done.change < *given.until;
+}
+
+/// Says where the run resumes, or why it ends.
+void OptimisationRun::tellFailure(int iteration) {
+    if (const auto next = run.next()) {
+        progress.note(iteration,
+                      failed + formatted("; goes on with the change at iteration %d", *next));
+        return;
+    }
+    progress.closeLine();
+    complain(nameOf(given.scene) + formatted(": iteration %d: ", iteration) + failed);
 }
 
 double OptimisationRun::seconds() const {

@@ -8,10 +8,10 @@
 
 #include "format/scene.h"
 #include "history.h"
-#include "iteration_record.h"
 #include "options.h"
 #include "progress.h"
-#include "run/optimiser.h"
+#include "run/iteration_record.h"
+#include "run/scene_run.h"
 
 /// The iterations of an optimisation, with the changes of its timeline.
 class OptimisationRun {
@@ -29,8 +29,9 @@ public:
     const Scene& scene() const { return recordedScene; }
     const std::vector<IterationRecord>& records() const { return recorded; }
     /// The material after the last of the records, at the resolution of the picture.
-    const Field& material() const { return design; }
-    /// Why the run ended early: the library's text when the last iteration failed, or what was thrown.
+    const Field& material() const { return run.material(); }
+    /// Why the run ended early: the library's text when the last iteration failed, or what was
+    /// thrown.
     const std::string& failure() const { return failed; }
     int plannedIterations() const { return last; }
     bool isConverged() const { return converged; }
@@ -38,24 +39,20 @@ public:
 
 private:
     void iterateToTheEnd(const std::function<void()>& afterEach);
-    void makeChange(int iteration);
-    void record(int iteration, const Optimiser::Outcome& outcome);
-    bool changesLeft() const;
-    bool tellFailure(int iteration);
+    SceneRun::Outcome iterateOnce();
+    void record(const IterationRecord& done);
+    void tellFailure(int iteration);
 
     const OptimiseOptions& given;
     std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-    Scene current;        // with the changes that were made
-    Scene recordedScene;  // as it was in the last of the records
     std::vector<Change> timeline;
-    std::size_t nextChange = 0;
+    Scene recordedScene;  // as it was in the last of the records
     int last;
     Progress progress;
-    Optimiser optimiser;
+    SceneRun run;
     std::optional<History> history;
     int lastChange = 0;
     bool changed = false;  // since the last of the records
-    Field design;
     std::vector<IterationRecord> recorded;
     std::string failed;
     bool converged = false;

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <string>
 
-#include "iteration_record.h"
+#include "run/iteration_record.h"
 
-/// The line of a terminal that shows an iteration in `width` columns. What does not fit is left out: the
-/// bar, then the time, the volume, the change, the compliance, and the iteration last.
+/// The line of a terminal that shows an iteration in `width` columns. What does not fit is left
+/// out: the bar, then the time, the volume, the change, the compliance, and the iteration last.
 std::string liveLine(const IterationRecord& record, int of, std::size_t width);
 
 /// Tells on standard output how a run gets on: on a terminal in one line that is overwritten, else

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "iteration_record.h"
+#include "run/iteration_record.h"
 
 /// Prints where the time of the iterations went: for each part of an iteration its share of the
 /// total and its median. There is at least one record.

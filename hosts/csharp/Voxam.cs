@@ -675,9 +675,9 @@ namespace Voxam
                                             || failure is EntryPointNotFoundException)
             {
                 throw new VoxamException(
-                    $"The Voxam library cannot be loaded: {failure.Message}. Put libvoxam.so beside the "
-                    + "program, into the plug-in folder of the engine, or into a directory that "
-                    + "LD_LIBRARY_PATH names.", failure);
+                    $"The Voxam library cannot be loaded: {failure.Message}. Put it as libvoxam.so into "
+                    + $"{AppDomain.CurrentDomain.BaseDirectory}, into the plug-in folder of the "
+                    + "engine, or into a directory that LD_LIBRARY_PATH names.", failure);
             }
             current = new WeakReference<T>(owner);
         }
@@ -930,30 +930,78 @@ namespace Voxam
         /// <summary>Bytes that the machine can give away; without end where it does not tell.</summary>
         public static Func<double> Available = Read;
 
+        // Addresses for the stacks and heaps of the library's threads, and for the BLAS's buffers.
+        private const double BytesOfThreads = 135e6;
+
+        /// <summary>The least of what the machine has free, what the limit of addresses (ulimit -v)
+        /// leaves, and what the cgroups (containers) of the process leave.</summary>
         private static double Read()
         {
-            return 1024 * Number("/proc/meminfo", "MemAvailable:");
+            double left = 1024 * Number("/proc/meminfo", "MemAvailable:");
+            double addresses = Number("/proc/self/limits", "Max address space");
+            if (!double.IsInfinity(addresses))
+                left = Math.Min(left, addresses - BytesOfThreads
+                                          - 1024 * Number("/proc/self/status", "VmSize:"));
+            foreach (string line in Lines("/proc/self/cgroup"))
+            {
+                string[] parts = line.Split(new[] { ':' }, 3);
+                if (parts.Length < 3) continue;
+                if (parts[0] == "0")
+                    left = Math.Min(left, LeftOfGroup("/sys/fs/cgroup", parts[2], "memory.max",
+                                                      "memory.current", "inactive_file "));
+                else if (Array.IndexOf(parts[1].Split(','), "memory") >= 0)
+                    left = Math.Min(left, LeftOfGroup(
+                        "/sys/fs/cgroup/memory", parts[2], "memory.limit_in_bytes",
+                        "memory.usage_in_bytes", "total_inactive_file "));
+            }
+            return Math.Max(0, left);
+        }
+
+        /// <summary>What a cgroup and those around it leave. Caches of files count as free. A container
+        /// may see its own group as the root, though the path names the host's.</summary>
+        private static double LeftOfGroup(string root, string path, string limit, string usage,
+                                          string cache)
+        {
+            double left = double.PositiveInfinity;
+            string folder = root;
+            foreach (string name in ("/" + path.Trim('/')).Split('/'))
+            {
+                if (name != "") folder += "/" + name;
+                double most = Number(folder + "/" + limit, "");
+                if (double.IsInfinity(most)) continue;
+                double cached = Number(folder + "/memory.stat", cache);
+                double taken = Number(folder + "/" + usage, "");
+                if (double.IsInfinity(taken)) taken = 0;
+                if (!double.IsInfinity(cached)) taken -= cached;
+                left = Math.Min(left, most - Math.Max(0, taken));
+            }
+            return left;
+        }
+
+        private static IEnumerable<string> Lines(string file)
+        {
+            try
+            {
+                return File.ReadAllLines(file);
+            }
+            catch (Exception failure) when (failure is IOException
+                                            || failure is UnauthorizedAccessException)
+            {
+                return new string[0];  // another system
+            }
         }
 
         /// <summary>The first number of the line that begins with the key; without end if there is none.
         /// </summary>
         private static double Number(string file, string key)
         {
-            try
+            foreach (string line in Lines(file))
             {
-                foreach (string line in File.ReadLines(file))
-                {
-                    if (!line.StartsWith(key, StringComparison.Ordinal)) continue;
-                    string word = line.Substring(key.Length).TrimStart().Split(' ')[0];
-                    if (double.TryParse(word, NumberStyles.None, CultureInfo.InvariantCulture,
-                                        out double number))
-                        return number;
-                }
-            }
-            catch (Exception failure) when (failure is IOException
-                                            || failure is UnauthorizedAccessException)
-            {
-                // Another system.
+                if (!line.StartsWith(key, StringComparison.Ordinal)) continue;
+                string word = line.Substring(key.Length).TrimStart().Split(' ')[0];
+                if (double.TryParse(word, NumberStyles.None, CultureInfo.InvariantCulture,
+                                    out double number))
+                    return number;
             }
             return double.PositiveInfinity;
         }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "export/output_file.h"
+#include "format/detail.h"
 #include "format/scene_writer.h"
 #include "format/setting_keys.h"
 #include "format/timeline.h"
@@ -95,6 +96,7 @@ Scene Document::withSettings(const Scene& next) const {
 
 void Document::editWhole(const QString& what, Scene next, int gesture) {
     if (*saved == next) return;
+    checkDetail(next, detailOf(next));
     history.push(new Edit(*this, what, std::make_shared<const Scene>(std::move(next)), gesture));
 }
 

@@ -45,11 +45,14 @@ public:
     QString displayName() const;
     bool isModified() const { return !history.isClean(); }
 
-    /// Makes `next` the scene that is seen; `what` names the step in the menu, such as "Move load". Edits of one
-    /// gesture (from pressing a mouse button to releasing it) become one step of the history.
+    /// Makes `next` the scene that is seen; `what` names the step in the menu, such as "Move load".
+    /// Edits of one gesture (from pressing a mouse button to releasing it) become one step of the
+    /// history. Throws InputError, and changes nothing, when the detail of the scene would not go
+    /// with the rest.
     void edit(const QString& what, Scene next, int gesture = NO_GESTURE);
     static constexpr int NO_GESTURE = -1;
-    /// Makes `next` the scene that is saved: for edits of the plate, which concern the timeline too.
+    /// Makes `next` the scene that is saved: for edits of the plate, which concern the timeline
+    /// too.
     void editWhole(const QString& what, Scene next, int gesture = NO_GESTURE);
     int newGesture() { return ++lastGesture; }
     /// Takes back what a gesture did, without a trace in the history.

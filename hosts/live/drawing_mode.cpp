@@ -59,10 +59,11 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
-    connect(&run, &LiveRun::textChanged, this, [this](const QString& text) {
-        if (!active || text.isEmpty()) return;
+    connect(&run, &LiveRun::refusalChanged, this, [this](const LibraryText& refusal) {
+        if (!active || refusal.text.empty()) return;
         designScore.reset();
-        stage.rivalHeader.showNone(tr("The optimiser cannot go on: %1").arg(text));
+        stage.rivalHeader.showNone(
+            tr("The optimiser cannot go on: %1").arg(QString::fromStdString(refusal.text)));
         show();
     });
 }

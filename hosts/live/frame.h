@@ -1,7 +1,5 @@
 #pragma once
 
-#include <voxam.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,15 +8,11 @@
 #include "checks/finding.h"
 #include "format/area.h"
 #include "format/field.h"
+#include "run/iteration_record.h"
 
-/// What is told about an iteration.
-struct IterationNumbers {
+/// What is reported about an iteration.
+struct IterationNumbers : IterationRecord {
     std::uint64_t revision = 0;  ///< of the settings that it was computed with
-    int iteration = 0;           ///< from 1, since the design last started afresh
-    double compliance = 0;       ///< of the design that the iteration started from
-    double volume = 0;           ///< mean density of the picture, 0 to 1
-    double change = 0;           ///< largest change of a density
-    RuntimeStat times = {};
 };
 
 /// A picture of the design.
@@ -33,6 +27,9 @@ struct Frame {
 struct LibraryText {
     std::string text;
     std::uint64_t revision = 0;
+    int iteration = 0;  ///< the one that was refused
+    /// The iteration of the change at which the run resumes by itself, if there is one.
+    std::optional<int> resumesAt = std::nullopt;
 };
 
 /// What a design in black and white is worth.

@@ -7,7 +7,7 @@
 
 #include "format/scene.h"
 #include "frame.h"
-#include "run/optimiser.h"
+#include "run/scene_run.h"
 
 /// Whether a design of one scene can go on in the other.
 bool hasSamePlate(const Scene& one, const Scene& other);
@@ -16,40 +16,33 @@ bool hasSamePlate(const Scene& one, const Scene& other);
 struct IterationOutcome {
     std::string text;  ///< empty on success, and only then there is a picture
     IterationNumbers numbers;
+    /// After a text: the iteration of the change of the timeline at which the run resumes, unless
+    /// an edit comes first. Empty when only an edit helps.
+    std::optional<int> resumesAt;
 };
 
 /// The library as this program uses it: one optimiser, and scores of designs. Lives on one thread.
 class LibrarySession {
 public:
-    /// Brings the optimiser to a scene, with the changes of its timeline that were made already. The
-    /// design goes on, unless the grid, its refinement or the
-    /// number of load cases changed, or `start` is another number than before. Throws
-    /// std::runtime_error when there is not enough memory; there is then no optimiser.
+    /// Runs a scene from now on. The design goes on, unless the grid, its detail or the number of
+    /// load cases changed, or `start` differs from before. Throws std::runtime_error when there is
+    /// not enough memory.
     void optimise(std::shared_ptr<const Scene> scene, bool movesBlob, std::uint64_t start);
 
-    /// Runs one iteration, after the changes that the timeline has for it. On success fills `frame`.
-    /// Throws as well.
+    /// Runs the next iteration. On success fills `frame`. Throws as well. optimise() comes first.
     IterationOutcome iterate(Frame& frame);
 
     /// Scores a design on the scene's grid, or on one that is a whole number of times as fine.
     static ScoreResult score(const Scene& scene, const Field& design);
 
-    /// Scores the picture that an iteration gave, as it would be drawn by hand with so many elements
-    /// per edge of an element of the grid.
+    /// Scores the picture that an iteration gave, as it would be drawn by hand with so many
+    /// elements per edge of an element of the grid.
     ScoreResult scoreDesign(const Frame& frame, int refinement) const;
 
 private:
-    void makeChanges();
-    /// The scene, its blob where it has got to.
-    Scene sceneNow() const;
-
     std::shared_ptr<const Scene> whole;
-    Scene current;  // with the changes that were made
-    std::size_t changesMade = 0;
-    std::optional<Optimiser> optimiser;
-    bool isTold = false;  // the optimiser, all of the scene
+    std::optional<SceneRun> run;
+    std::string refusal;  // of the last iteration
     bool blobMoves = false;
     std::uint64_t startNumber = 0;
-    int iterationCount = 0;
-    std::optional<Area> movedBlob;
 };

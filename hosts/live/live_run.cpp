@@ -125,10 +125,12 @@ void LiveRun::sendSettings() {
 
 void LiveRun::followTimeline() {
     // What an older start or another timeline gave tells nothing.
-    if (drawing || front.numbers.revision != settings.revision) return;
+    const bool isRefused = !lastRefusal.text.empty() && lastRefusal.revision == settings.revision;
+    if (drawing || (front.numbers.revision != settings.revision && !isRefused)) return;
+    const int iteration = std::max(front.numbers.iteration, isRefused ? lastRefusal.iteration : 0);
     const auto& timeline = bench.document.whole()->timeline;
-    const auto next = std::find_if(timeline.begin(), timeline.end(), [this](const Change& change) {
-        return change.iteration > front.numbers.iteration;
+    const auto next = std::find_if(timeline.begin(), timeline.end(), [=](const Change& change) {
+        return change.iteration > iteration;
     });
     const auto made = static_cast<std::size_t>(next - timeline.begin());
     if (made == bench.document.changesMade()) return;
@@ -139,7 +141,11 @@ void LiveRun::followTimeline() {
 void LiveRun::fetch() {
     bool hasFrame = worker.fetchFrame(spare);
     auto numbers = worker.fetchNumbers();
-    const LibraryText last = worker.fetchText();
+    const LibraryText refusal = worker.fetchText();
+    const bool saysOther = refusal.text != lastRefusal.text ||
+                           refusal.iteration != lastRefusal.iteration ||
+                           refusal.resumesAt != lastRefusal.resumesAt;
+    lastRefusal = refusal;
     hasFrame = hasFrame && spare.numbers.revision >= firstRevision;
     std::erase_if(numbers, [this](const auto& each) { return each.revision < firstRevision; });
     if (hasFrame) {
@@ -150,8 +156,10 @@ void LiveRun::fetch() {
         emit frameChanged();
     }
     if (!numbers.empty()) emit iterated(numbers);
-    const QString text = QString::fromStdString(last.text);
-    if (std::exchange(libraryText, text) != text) emit textChanged(text);
+    if (saysOther) {
+        followTimeline();
+        emit refusalChanged(lastRefusal);
+    }
     if (const auto score = worker.fetchScore()) emit drawingScored(*score);
     if (const auto score = worker.fetchDesignScore()) emit designScored(*score);
 }

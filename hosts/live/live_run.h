@@ -42,8 +42,8 @@ public:
 
     /// The newest picture.
     const Frame& frame() const { return front; }
-    /// The library's last word on the settings in force; empty when all is well.
-    const QString& text() const { return libraryText; }
+    /// What the library last said about the settings in force; its text is empty when all is well.
+    const LibraryText& refusal() const { return lastRefusal; }
     /// Of the settings that were sent last; pictures of an edit carry its revision or a later one.
     std::uint64_t revision() const { return settings.revision; }
 
@@ -52,7 +52,7 @@ signals:
     void frameChanged();
     /// All iterations since the last time, in order.
     void iterated(const std::vector<IterationNumbers>& numbers);
-    void textChanged(const QString& text);
+    void refusalChanged(const LibraryText& refusal);
     void startedAfresh();
     /// The optimiser was told of an edit.
     void settingsSent();
@@ -69,7 +69,8 @@ private:
     std::shared_ptr<const Scene> sceneToOptimise() const;
     int refinementToScore() const;
     void fetch();
-    /// Shows the changes that the timeline has made until the newest picture.
+    /// Shows the changes that the timeline has made until the newest picture, or until the
+    /// iteration that was refused since.
     void followTimeline();
 
     Workbench& bench;
@@ -77,7 +78,7 @@ private:
     std::uint64_t firstRevision = 0;  // of this start; what came before is of no interest
     Frame front;
     Frame spare;
-    QString libraryText;
+    LibraryText lastRefusal;
     bool playing = false;
     bool drawing = false;
     double drawnVolume = 0;  // 0: that of the scene

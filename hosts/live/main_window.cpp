@@ -270,9 +270,9 @@ void MainWindow::connectRun() {
     connect(&run, &LiveRun::startedAfresh, plot, &PlotPanel::clear);
     connect(&run, &LiveRun::startedAfresh, numbers, &NumbersPanel::clear);
     connect(&run, &LiveRun::startedAfresh, this, [this] { recorder.clear(); });
-    connect(&run, &LiveRun::textChanged, this, [this](const QString& text) {
+    connect(&run, &LiveRun::refusalChanged, this, [this](const LibraryText& refusal) {
         // What stands there is of the last design that could be computed.
-        numbers->setEnabled(text.isEmpty());
+        numbers->setEnabled(refusal.text.empty());
         showProblems();
     });
 }
@@ -322,7 +322,7 @@ void MainWindow::showTitle() {
 }
 
 void MainWindow::showProblems() {
-    Problems problems = problemsOf(bench.document.scene(), run.text());
+    Problems problems = problemsOf(bench.document.scene(), run.refusal());
     if (drawing->isActive() && !problems.text.isEmpty())
         problems.advice +=
             tr(" The tools for loads and supports come back with the end of the drawing (Ctrl+D).");

@@ -5,8 +5,9 @@
 
 #include "drawing/load_arrows.h"
 
-/// The colours of the plate and its signs, in a light window those of the program's pictures. Load cases and kinds of
-/// passive elements also differ by number, outline or hatching: colour is never the only sign.
+/// The colours of the plate and its signs, in a light window those of the program's pictures. Load
+/// cases and kinds of passive elements also differ by number, outline or hatching: colour is never
+/// the only sign.
 struct PlateColours {
     QColor surroundings;
     QColor voids;  ///< the plate without material

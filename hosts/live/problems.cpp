@@ -56,8 +56,9 @@ QString sentenceOf(const Finding& finding) {
     return text.left(1).toUpper() + text.mid(1);
 }
 
-Problems problemsOf(const Scene& scene, const QString& libraryText) {
+Problems problemsOf(const Scene& scene, const LibraryText& refusal) {
     Problems problems;
+    const QString libraryText = QString::fromStdString(refusal.text);
     const Findings findings = checkSettings(scene);
     for (const Finding& finding : findings) mark(finding, scene, problems.places);
     if (!findings.empty()) {
@@ -69,5 +70,8 @@ Problems problemsOf(const Scene& scene, const QString& libraryText) {
         problems.text = libraryText;
         problems.advice = adviceOn(libraryText);
     }
+    if (refusal.resumesAt)
+        problems.advice += QObject::tr(" The run resumes with the change at iteration %1.")
+                               .arg(*refusal.resumesAt);
     return problems;
 }

@@ -6,6 +6,7 @@
 
 #include "checks/finding.h"
 #include "format/scene.h"
+#include "frame.h"
 
 /// What stands in the way of a design: for the banner, and where on the plate to mark it.
 struct Problems {
@@ -17,5 +18,5 @@ struct Problems {
 /// What a finding says, as a sentence of its own.
 QString sentenceOf(const Finding& finding);
 
-/// `libraryText` is what the library said on the scene, or empty.
-Problems problemsOf(const Scene& scene, const QString& libraryText);
+/// `refusal` is what the library last said about the scene.
+Problems problemsOf(const Scene& scene, const LibraryText& refusal);

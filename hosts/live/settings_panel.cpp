@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "checks/checks.h"
+#include "format/detail.h"
 #include "format/input_error.h"
 #include "problems.h"
 
@@ -23,23 +24,13 @@ QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
     return box;
 }
 
-/// Why a grid is not possible; empty if it is.
-QString faultOf(const Scene& plate, bool hasAreas) {
-    const double design = 1.0 * plate.width * plate.height * plate.subdivision * plate.subdivision;
-    const double picture = design * plate.meshFactor * plate.meshFactor;
-    if (design > Scene::MAX_DESIGN_CELLS)
-        return QObject::tr("The design would have %1 cells, at most %2 are allowed.")
-            .arg(design, 0, 'f', 0)
-            .arg(Scene::MAX_DESIGN_CELLS);
-    if (picture > Scene::MAX_PICTURE_CELLS ||
-        std::max(plate.width, plate.height) * plate.refinement() > Scene::MAX_FINE_SIDE)
-        return QObject::tr("The picture would have %1 cells, at most %2 are allowed.")
-            .arg(picture, 0, 'f', 0)
-            .arg(Scene::MAX_PICTURE_CELLS);
-    if (hasAreas && plate.subdivision != plate.meshFactor)
-        return QObject::tr(
-            "With kept elements or a blob, the details of design and picture have "
-            "to be equal.");
+/// Why the grid of `plate` is not possible for a scene; empty if it is.
+QString faultOf(const Scene& plate, const Scene& scene) {
+    try {
+        checkDetail(scene, detailOf(plate));
+    } catch (const InputError& fault) {
+        return QString("%1.").arg(fault.what());
+    }
     const Findings findings = findTooLarge(plate);
     return findings.empty() ? QString() : sentenceOf(findings.front());
 }
@@ -243,7 +234,7 @@ void SettingsPanel::judgeGrid() {
     plate.meshFactor = meshFactor->value();
     plate.loadCases = scene.loadCases;
     plate.volumeFraction = scene.volumeFraction;
-    const QString fault = faultOf(plate, !scene.passive.empty() || !scene.blob.empty());
+    const QString fault = faultOf(plate, *bench.document.whole());
     gridAdvice->setText(fault.isEmpty() ? warningOf(plate) : fault);
     gridAdvice->setVisible(!gridAdvice->text().isEmpty());
     const bool isOther = width->value() != scene.width || height->value() != scene.height ||

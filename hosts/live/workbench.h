@@ -29,8 +29,8 @@ public:
     void select(std::optional<std::size_t> load);
     void deleteSelectedLoad();
 
-    /// The selected load, if a hand has turned it: its free end stays where the hand has left it for
-    /// as long as it is selected.
+    /// The selected load, if a hand has turned it: its free end stays where the hand has left it
+    /// for as long as it is selected.
     const std::optional<HeldLoad>& turnedLoad() const { return turned; }
     void setTurnedLoad(const std::optional<HeldLoad>& load) { turned = load; }
 
@@ -38,8 +38,8 @@ public:
     /// gesture, so that no arrow changes because another load does.
     const ForceScale& forces() const { return forceScale; }
 
-    /// Begins a gesture of a hand, from pressing a button to releasing it: its edits become one step
-    /// of the history.
+    /// Begins a gesture of a hand, from pressing a button to releasing it: its edits become one
+    /// step of the history.
     int beginGesture();
     void endGesture();
 
@@ -47,7 +47,8 @@ public:
     Area blob() const { return movedBlob ? *movedBlob : document.scene().blob; }
     void setMovedBlob(std::optional<Area> blob) { movedBlob = std::move(blob); }
 
-    /// Makes an edit of the scene that is seen, or reports why it is not possible. Returns whether it was.
+    /// Makes an edit of the scene that is seen, or reports why it is not possible. Returns whether
+    /// it was.
     bool edit(const QString& what, const std::function<void(Scene&)>& change,
               int gesture = Document::NO_GESTURE);
     /// The same for the scene with its timeline.

@@ -10,6 +10,8 @@ namespace {
 constexpr int SETTLING_ITERATIONS = 20;
 constexpr double SETTLED_CHANGE = 0.01;
 constexpr int MAX_ITERATIONS_TO_SETTLE = 120;
+// How long a refusal can be read before a playing run resumes at the next change of the timeline.
+constexpr std::chrono::milliseconds TIME_TO_READ(2500);
 // Scoring costs about as much as iterating, and a design under way is worth a glance only.
 constexpr int ITERATIONS_PER_DESIGN_SCORE = 8;
 
@@ -19,7 +21,7 @@ IterationOutcome iterated(LibrarySession& solvers, Frame& frame) {
     try {
         return solvers.iterate(frame);
     } catch (const std::exception& error) {
-        return {error.what(), {}};
+        return {error.what(), {}, std::nullopt};
     }
 }
 
@@ -146,14 +148,15 @@ bool Worker::waitForWork(Lock& lock) {
             wake.wait(lock);
             continue;
         }
-        const auto due = lastStart + inbox.pace;
+        const auto due =
+            lastStart + (text.empty() ? inbox.pace : std::chrono::nanoseconds(TIME_TO_READ));
         if (inbox.steps > 0 || std::chrono::steady_clock::now() >= due) return true;
         wake.wait_until(lock, due);
     }
 }
 
 bool Worker::isIterationDue() const {
-    if (!current.scene || !text.empty()) return false;
+    if (!current.scene || (!text.empty() && !resumesAt)) return false;
     if (inbox.steps > 0) return true;
     return inbox.playing && !(current.scoredRefinement > 0 && settled);
 }
@@ -170,11 +173,12 @@ void Worker::takeSettings(Lock& lock) {
     lock.lock();
     // While playing the next iteration has the next word, and the old one stands until then.
     if (inbox.playing && text.empty()) return;
-    outbox.text = {text, current.revision};
+    outbox.text = {text, current.revision, 0, std::nullopt};
     announce(lock);
 }
 
 void Worker::optimiseCurrent() {
+    resumesAt.reset();
     try {
         solvers.optimise(current.scene, current.movesBlob, current.start);
         text.clear();
@@ -202,6 +206,7 @@ void Worker::iterate(Lock& lock) {
     IterationOutcome outcome = iterated(solvers, back);
     outcome.numbers.revision = back.numbers.revision = current.revision;
     text = outcome.text;
+    resumesAt = outcome.resumesAt;
     ++iterationsSinceSettings;
     settled = (iterationsSinceSettings > SETTLING_ITERATIONS &&
                outcome.numbers.change < SETTLED_CHANGE) ||
@@ -224,7 +229,7 @@ void Worker::scoreDesign(Lock& lock) {
 }
 
 void Worker::publish(Lock& lock, const IterationOutcome& outcome) {
-    outbox.text = {outcome.text, current.revision};
+    outbox.text = {outcome.text, current.revision, outcome.numbers.iteration, outcome.resumesAt};
     if (outcome.text.empty()) {
         outbox.numbers.push_back(outcome.numbers);
         std::swap(outbox.frame, back);

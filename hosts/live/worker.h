@@ -120,7 +120,8 @@ private:
     LibrarySession solvers;
     LiveSettings current;
     Frame back;
-    std::string text;  // why it cannot go on, which nothing changes before the next settings
+    std::string text;              // why it cannot go on before the next settings
+    std::optional<int> resumesAt;  // but with this iteration of the timeline
     int iterationsSinceSettings = 0;
     bool settled = false;
     std::chrono::steady_clock::time_point lastStart;

@@ -9,7 +9,7 @@ cmake_path(GET PROGRAM FILENAME program)
 unset(ENV{LD_LIBRARY_PATH})
 
 execute_process(COMMAND "${MONO}" "${DIR}/${program}" RESULT_VARIABLE status ERROR_VARIABLE error)
-if(NOT status EQUAL 1 OR NOT error MATCHES "Put libvoxam.so beside the program")
+if(NOT status EQUAL 1 OR NOT error MATCHES "Put it as libvoxam.so into ${DIR}/")
     message(FATAL_ERROR "Without the library: status ${status}, and told was\n${error}")
 endif()
 

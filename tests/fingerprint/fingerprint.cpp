@@ -104,8 +104,8 @@ public:
 Results resultsOf(const Library& library, const Run& run, int restartId) {
     const auto& [nelx, nely, subdivision, meshFactor] = run.plate;
     const int refinement = subdivision * meshFactor;
-    std::vector<float> picture(static_cast<size_t>(nelx) * nely * refinement * refinement);
-    std::vector<int> mask(static_cast<size_t>(nelx) * nely);
+    std::vector<float> picture(static_cast<std::size_t>(nelx) * nely * refinement * refinement);
+    std::vector<int> mask(static_cast<std::size_t>(nelx) * nely);
     test::Settings settings = settingsOf(run);
     Results results;
     library.create(nelx, nely, subdivision, meshFactor, 0.5F, run.twoLoadCases ? 2 : 1, restartId);
@@ -138,7 +138,7 @@ Results gameResults(const Library& library, int nelx, int nely, bool held) {
                        settings.supports.data(), 2);
     Results results;
     test::Random random;
-    std::vector<float> densities(static_cast<size_t>(nelx) * nely);
+    std::vector<float> densities(static_cast<std::size_t>(nelx) * nely);
     std::vector<float> energies(densities.size());
     for (int design = 0; design < 4; ++design) {
         for (float& density : densities) {
@@ -158,8 +158,8 @@ Results analysisResults(const Library& library, int nelx, int nely) {
                            settings.supports.count(), settings.supports.data(), 2);
     Results results;
     test::Random random;
-    const auto elements = static_cast<size_t>(nelx) * nely;
-    const size_t ndof = 2 * static_cast<size_t>(nelx + 1) * (nely + 1);
+    const auto elements = static_cast<std::size_t>(nelx) * nely;
+    const std::size_t ndof = 2 * static_cast<std::size_t>(nelx + 1) * (nely + 1);
     std::vector<double> moduli(elements);
     std::vector<double> compliances(2);
     std::vector<double> displacements(2 * ndof);
@@ -243,7 +243,7 @@ void printHashes(const Library& library) {
 double distance(const std::vector<double>& a, const std::vector<double>& b) {
     if (a.size() != b.size()) return INFINITY;
     double largest = 0.0;
-    for (size_t i = 0; i < a.size(); ++i) {
+    for (std::size_t i = 0; i < a.size(); ++i) {
         if (a[i] == b[i] || (std::isnan(a[i]) && std::isnan(b[i]))) continue;
         const double difference =
             std::fabs(a[i] - b[i]) / std::max({1.0, std::fabs(a[i]), std::fabs(b[i])});

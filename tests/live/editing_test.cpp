@@ -103,8 +103,8 @@ private slots:
         live.drag(live.at(0, -1), live.at(0, 51));
         QVERIFY(live.scene().supports.empty());
         Banner& banner = live.window.plateStage().banner();
-        QTRY_VERIFY_WITH_TIMEOUT(banner.text().contains("held") && !live.run().text().isEmpty(),
-                                 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            banner.text().contains("held") && !live.run().refusal().text.empty(), 60000);
         // The last good picture stays.
         QVERIFY(live.run().frame().numbers.iteration >= 5);
         live.bench().document.undoStack().undo();

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QDropEvent>
 #include <QListWidget>
 #include <QMimeData>
@@ -8,6 +10,7 @@
 #include "dialog_answers.h"
 #include "export/design_file.h"
 #include "export/scene_file.h"
+#include "format/input_error.h"
 #include "format/json_value.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
@@ -112,6 +115,13 @@ private slots:
         QVERIFY(live.takeTool("Ctrl+S"));
         QVERIFY2(answer.text.contains("place.json"), qPrintable(answer.text));
         QVERIFY(live.bench().document.isModified());
+        // A file that replaced a pipe or a device would do harm.
+        const std::string pipe = directory.filePath("pipe.json").toStdString();
+        QCOMPARE(mkfifo(pipe.c_str(), 0600), 0);
+        for (const char* target : {pipe.c_str(), "/dev/null"}) {
+            QVERIFY_THROWS_EXCEPTION(InputError, live.bench().document.save(target));
+            QVERIFY(!fs::is_regular_file(target));
+        }
 
         const QString good = directory.filePath("good.json");
         const FileAnswer another(good);

@@ -92,8 +92,56 @@ private slots:
         QCOMPARE(live.scene().width, 48);
         detail.setValue(16);
         live.named<QSpinBox>("Detail of the picture").setValue(16);
-        QVERIFY(hasLabel(live, "are allowed"));
+        QVERIFY(hasLabel(live, "allowed are at most"));
         QVERIFY(!apply.isEnabled());
+    }
+
+    void noEditMakesASceneThatCannotBeOpened() {
+        LiveFixture live(LiveFixture::smallScene());
+        QString reason;
+        connect(&live.bench(), &Workbench::refused, this,
+                [&](const QString& why) { reason = why; });
+        const auto setDetail = [](int design, int picture) {
+            return [=](Scene& scene) {
+                scene.subdivision = design;
+                scene.meshFactor = picture;
+            };
+        };
+        const auto keepVoid = [](Scene& scene) { scene.passive.voids.cells = {{3, 3}}; };
+        QVERIFY(live.bench().editWhole("Detail", setDetail(2, 1)));
+        QVERIFY(!live.bench().edit("Keep void", keepVoid));
+        QVERIFY2(reason.contains("have to be equal"), qPrintable(reason));
+        QVERIFY(live.scene().passive.empty());
+        QVERIFY(live.bench().editWhole("Detail", setDetail(1, 1)));
+        QVERIFY(live.bench().edit("Keep void", keepVoid));
+        QVERIFY(!live.bench().editWhole("Detail", setDetail(2, 1)));
+        live.bench().document.undoStack().undo();
+        // A blob that the timeline brings later.
+        Scene later = LiveFixture::smallScene();
+        later.timeline.push_back({1000, {}, {"blob"}, std::nullopt});
+        later.timeline.back().settings.blob.cells = {{2, 2}};
+        live.bench().document.open(later, {});
+        QVERIFY(!live.bench().editWhole("Detail", setDetail(2, 1)));
+        QVERIFY2(reason.contains("from iteration 1000 on"), qPrintable(reason));
+        live.named<QSpinBox>("Detail of the picture").setValue(2);
+        QVERIFY(hasLabel(live, "have to be equal"));
+        QVERIFY(!button(live, "Apply and start &afresh").isEnabled());
+    }
+
+    void aRefusalIsShownUntilTheNextChangeFixesIt() {
+        Scene scene = LiveFixture::smallScene();
+        Change unheld{4, {}, {"supports"}, std::nullopt};
+        Change held{9, {}, {"supports"}, std::nullopt};
+        held.settings.supports = scene.supports;
+        scene.timeline = {unheld, held};
+        LiveFixture live(scene);
+        const auto& banner = live.window.plateStage().banner();
+        QTRY_VERIFY_WITH_TIMEOUT(banner.text().contains("resumes with the change at iteration 9"),
+                                 60000);
+        QVERIFY(live.scene().supports.empty());
+        QVERIFY(live.reach(9));
+        QTRY_VERIFY(banner.text().isEmpty());
+        QCOMPARE(live.scene().supports.size(), std::size_t{1});
     }
 
     void loadsAreMovedAndTurnedAsNumbers() {

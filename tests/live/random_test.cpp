@@ -5,6 +5,7 @@
 #include "export/scene_file.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
+#include "format/setting_keys.h"
 #include "live_fixture.h"
 
 /// Hands that do anything at all.
@@ -18,12 +19,11 @@ private slots:
         for (int i = 0; i < 5000; ++i) {
             act(live, random);
             if (i % 10 == 0) QTest::qWait(0);
+            if (i % 50 == 0) checkThatItCanBeOpened(live);
         }
         live.release({});
         live.window.setDrawing(false);
-        // What came of it is still a scene, and the worker still follows.
-        const Scene read = parseScene(sceneText(live.scene()), "random.json");
-        QCOMPARE(read.loads.size(), live.scene().loads.size());
+        // The worker still follows.
         live.bench().edit("Mend", [](Scene& scene) {
             scene.supports = {{{0, 0}, {0, scene.height}, true, true}};
             scene.loads = {{{scene.width, scene.width}, {0, 0}, 0, 1, 0}};
@@ -36,6 +36,15 @@ private slots:
     }
 
 private:
+    /// What would be saved reads back as the same scene.
+    static void checkThatItCanBeOpened(LiveFixture& live) {
+        const Scene& saved = *live.bench().document.whole();
+        const Scene read = parseScene(sceneText(saved), "random.json");
+        QVERIFY(sceneText(read) == sceneText(saved));
+        for (const SettingKey& key : settingKeys()) QVERIFY2(key.same(read, saved), key.name);
+        QVERIFY(read.timeline == saved.timeline);
+    }
+
     static QPoint anywhere(LiveFixture& live, std::mt19937& random) {
         return {static_cast<int>(random() % 1200) - 50,
                 static_cast<int>(random() % static_cast<unsigned>(live.view().height() + 60)) - 30};
@@ -78,8 +87,30 @@ private:
         live.key(keys[random() % keys.size()], modifiers[random() % modifiers.size()]);
     }
 
+    /// Of the timeline: it moves the blob there is, keeps what is kept, or starts at another
+    /// detail.
+    static void addAnyChange(LiveFixture& live, std::mt19937& random) {
+        const auto kind = random() % 3;
+        const int detail = 1 + static_cast<int>(random() % 2);
+        live.bench().editWhole("Change", [=](Scene& scene) {
+            const int last = scene.timeline.empty() ? 1 : scene.timeline.back().iteration;
+            if (last >= scene.iterations) return scene.timeline.clear();
+            Change change{last + 1, {}, {}, std::nullopt};
+            if (kind == 0) {
+                change.restart = {false, detail, 1};
+            } else if (kind == 1) {
+                change.keys = {"passive"};
+                change.settings.passive.solids.cells = {{0, 0}};
+            } else {
+                change.keys = {"blob"};
+                change.settings.blob.cells = {{1, 1}};
+            }
+            scene.timeline.push_back(change);
+        });
+    }
+
     static void changeAnything(LiveFixture& live, std::mt19937& random) {
-        switch (random() % 9) {
+        switch (random() % 11) {
             case 0:
                 return live.window.setDrawing(random() % 2 == 0);
             case 1:
@@ -101,6 +132,17 @@ private:
                                        [=](Scene& scene) { resizeGrid(scene, width, height); });
                 return;
             }
+            case 8: {
+                const int design = 1 + static_cast<int>(random() % 3);
+                const int picture = random() % 2 == 0 ? design : 1;
+                live.bench().editWhole("Detail", [=](Scene& scene) {
+                    scene.subdivision = design;
+                    scene.meshFactor = picture;
+                });
+                return;
+            }
+            case 9:
+                return addAnyChange(live, random);
             default: {
                 const int last = live.scene().loadCases - 1;
                 const bool adds = random() % 2 == 0;

@@ -7,7 +7,11 @@ include("${CMAKE_CURRENT_LIST_DIR}/../support/run.cmake")
 run("${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/subproject" -B "${SCRATCH_DIR}"
     -G "${GENERATOR}" "-DCMAKE_C_COMPILER=${C_COMPILER}" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
     "-DVOXAM_DIR=${SOURCE_DIR}" "-DVOXAM_CHOLMOD=${CHOLMOD}"
-    "-DVOXAM_BLAS=${BLAS}")
+    "-DVOXAM_BLAS=${BLAS}" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
+file(READ "${SCRATCH_DIR}/compile_commands.json" commands)
+if(NOT commands MATCHES "-O3[^\n]*factor\\.cpp")
+    message(FATAL_ERROR "The library would be compiled without optimisation")
+endif()
 run("${CMAKE_COMMAND}" --build "${SCRATCH_DIR}")
 file(READ "${SOURCE_DIR}/hosts/example/score_plate.txt" expected)
 foreach(library IN ITEMS voxamvoxam voxam_internal)

@@ -1,5 +1,5 @@
-# Loads the bundle where there is nothing else than the C and C++ runtime: in a root directory of its
-# own, with a program that scores a plate.
+# Loads the bundle where there is nothing else than the C and C++ runtime: in a root directory of
+# its own, with a program that scores a plate.
 
 cmake_minimum_required(VERSION 3.25)
 

@@ -1,11 +1,15 @@
 // A host with OpenMP regions of its own finds its thread settings as it left them, after each call
-// of the library and whichever OpenBLAS is loaded.
+// of the library and whichever OpenBLAS is loaded. Its closed standard output, and its traps of
+// floating-point exceptions, end no call.
 //
 //     host_settings [openmp]      openmp: only with an OpenBLAS that is built with OpenMP
 #include <dlfcn.h>
 #include <omp.h>
 
+#include <cfenv>
 #include <cstdio>
+#include <iostream>
+#include <streambuf>
 #include <vector>
 
 #include "support/answers.h"
@@ -51,7 +55,7 @@ bool iterate(const test::Settings& plate) {
     char text[64];
     _InitVoxamApp(NELX, NELY, 1, 1, 0.5F, 1, 1);
     test::update(plate);
-    _IterateVoxamApp(sizeof text, text, nullptr, nullptr, nullptr, 3);
+    _IterateVoxamAppWithBlob(sizeof text, text, nullptr, nullptr, nullptr, nullptr, 3);
     return *text == '\0';
 }
 
@@ -63,6 +67,9 @@ bool score(const test::Settings& plate) {
     return _SolveVoxamGame(densities.data(), nullptr) < test::FAILED_SCORE;
 }
 
+// Takes nothing.
+class Closed : public std::streambuf {};
+
 }  // namespace
 
 int main(int argc, char** /*argv*/) {
@@ -70,7 +77,15 @@ int main(int argc, char** /*argv*/) {
         std::puts("skipped: there is no OpenBLAS that is built with OpenMP");
         return SKIPPED;
     }
-    const test::Settings plate = test::cantilever(NELX, NELY);
+    Closed closed;
+    test::Settings plate = test::cantilever(NELX, NELY);
+    test::addBlock(plate.passive, 0, NELX / 2, NELX / 2 + 3, 1, 4);
+    test::addBlock(plate.blob, 0, 10, 15, 5, 9);
+    std::streambuf* const hostsOutput = std::cout.rdbuf(&closed);
+    std::cout.exceptions(std::ios::badbit | std::ios::failbit);
+#ifdef __GLIBC__
+    feenableexcept(FE_DIVBYZERO | FE_INVALID | FE_OVERFLOW);
+#endif
     omp_set_max_active_levels(3);
     // OpenBLAS's own count first: built with OpenMP it sets that of the runtime, too.
     if (SET_BLAS_THREADS) SET_BLAS_THREADS(2);
@@ -82,5 +97,10 @@ int main(int argc, char** /*argv*/) {
         if (!score(plate)) return 1;
         if (changed("_SolveVoxamGame", before)) return 1;
     }
+#ifdef __GLIBC__
+    if (fegetexcept() != (FE_DIVBYZERO | FE_INVALID | FE_OVERFLOW)) return 1;
+#endif
+    std::cout.exceptions(std::ios::goodbit);
+    std::cout.rdbuf(hostsOutput);
     return 0;
 }

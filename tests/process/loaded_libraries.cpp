@@ -14,7 +14,7 @@ namespace {
 constexpr int OPENBLAS_WITH_OPENMP = 2;
 constexpr int SKIPPED = 77;
 
-int printLibrary(dl_phdr_info* info, size_t /*size*/, void* openMp) {
+int printLibrary(dl_phdr_info* info, std::size_t /*size*/, void* openMp) {
     const std::string file = info->dlpi_name;
     std::puts(file.c_str());
     for (const char* runtime : {"libgomp", "libomp", "libiomp"}) {

@@ -15,7 +15,7 @@ public:
         : nelx(nelx),
           nely(nely),
           settings(cantilever(nelx, nely)),
-          densities(static_cast<size_t>(nelx * nely), 1.0F) {}
+          densities(static_cast<std::size_t>(nelx * nely), 1.0F) {}
 
     double score(const LoadedLibrary& library) const {
         library.createGame(nelx, nely, 1, 1, settings.loads.count(), settings.loads.data(),

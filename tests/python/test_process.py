@@ -7,8 +7,11 @@ import shutil
 import subprocess
 import sys
 
+import numpy as np
 import pytest
 from conftest import PACKAGE, SCENES
+
+import voxam
 
 LIBRARY = pathlib.Path(os.environ["VOXAM_LIBRARY"])
 CREATE = "import voxam; voxam.Optimiser(3, 2).close()"
@@ -197,6 +200,27 @@ def test_the_package_installs(tmp_path):
     done = python("-c", CREATE + "; print(voxam.__file__, voxam.__version__)",
                   PYTHONPATH=str(tmp_path / "site"))
     assert str(tmp_path / "site") in done.stdout and version in done.stdout
+
+
+def test_designs_go_between_the_package_and_the_program(tmp_path):
+    file = tmp_path / "design.csv"
+    command = [os.environ["VOXAM_PROGRAM"], "optimise", str(SCENES / "optimise-cantilever.json"),
+               "--iterations", "3", "--design", str(file)]
+    subprocess.run(command, check=True, capture_output=True)
+    scene = voxam.scenes.read_scene(SCENES / "optimise-cantilever.json")
+    *_, (_, last) = voxam.scenes.run(scene, 3)
+    design = voxam.designs.read_design(file, scene.width, scene.height)
+    assert np.array_equal(design, last.densities)
+    voxam.designs.write_design(tmp_path / "again.csv", design)
+    again = voxam.designs.read_design(tmp_path / "again.csv", scene.width, scene.height)
+    assert np.array_equal(again, design)
+    for text, complaint in ("1,0\n1,x", "x"), ("1,0\n1", "columns"), ("1,2\n1,1", r"\[0, 1\]: 2"):
+        file.write_text(text)
+        with pytest.raises(ValueError, match=f"design.csv: .*{complaint}"):
+            voxam.designs.read_design(file, 2, 2)
+    file.write_text("1,0,1\n1,0,1")
+    with pytest.raises(ValueError, match="design.csv: 3 x 2 densities do not fit"):
+        voxam.designs.read_design(file, 2, 2)
 
 
 def test_the_host_of_the_documentation_runs():

@@ -1,4 +1,5 @@
-"""What the program says of wrong scenes, and whether the schema finds them as well.
+"""What the program says of wrong scenes, and whether the schema and the Python package, which reads
+all keys but densities, find them as well.
 
 usage: wrong_scenes_test.py PROGRAM SCENES
 """
@@ -11,6 +12,8 @@ import sys
 import tempfile
 
 import jsonschema
+
+from voxam import scenes
 
 PROGRAM, SCENES = sys.argv[1], pathlib.Path(sys.argv[2])
 SCHEMA = json.loads((SCENES / "scene.schema.json").read_text())
@@ -118,6 +121,15 @@ CONTRADICTIONS = [
     ("blob/0/radius", [1, 1], "blob[0]: has no element of the grid"),
     ("loadCasesInUse", [0, 2], "[1]: 2 is outside 0..1 (the scene's loadCases is 2)"),
     ("meshFactor", 1, "subdivision 2 and meshFactor 1 have to be equal"),
+    ("timeline/0/blob", [{"x": 9, "y": 0}], "[0].x: 9 is outside 0..3"),
+    ("timeline/1/restart", {"design": "new", "subdivision": 16, "meshFactor": 16}, ""),
+    ("timeline/1/restart", {"design": "keep", "meshFactor": 2}, ".meshFactor: unknown key"),
+    ("timeline", [{"iteration": i, "penalty": 2} for i in range(2, 1003)], ": 1001 changes, allowed"),
+    ("", {**WIDE, "timeline": [{"iteration": 2, "restart": {"design": "new", "subdivision": 2}}]},
+     "timeline[0].restart.subdivision: refines the design to 2000 x 1000 cells"),
+    ("", {**WIDE, "subdivision": 1, "meshFactor": 2, "timeline": [{"iteration": 2, "blob": [{"x": 0, "y": 0}]}]},
+     "timeline[0]: subdivision 1 and meshFactor 2 have to be equal"),
+    ("title", "t" * 201, ": is longer than 200 bytes"),
     ("timeline/1/restart/meshFactor", 1, "timeline[1]: subdivision 2 and meshFactor 1 have to be"),
     ("timeline/1/iteration", 2, ": 2 is outside 3..3 (after the change before it"),
     ("timeline/1/iteration", 4, ": 4 is outside 3..3 (after the change before it"),
@@ -162,6 +174,14 @@ def complaint(scene, directory):
     return done.stderr if done.returncode == 2 else ""
 
 
+def is_read_in_python(directory):
+    try:
+        scenes.read_scene(pathlib.Path(directory) / "s.json")
+    except scenes.SceneError:
+        return False
+    return True
+
+
 def main():
     validator = jsonschema.Draft202012Validator
     validator.check_schema(SCHEMA)
@@ -179,6 +199,8 @@ def main():
             expected, found = error_of(path, told), complaint(changed(path, value), directory)
             if not found.startswith(expected) or found.count("\n") != (told != ""):
                 faults.append(f"{path} = {value}: not {expected!r}, but {found!r}")
+            if not path.startswith("densities") and is_read_in_python(directory) != (told == ""):
+                faults.append(f"{path} = {value}: Python does not agree")
         for path, value, told in CHANGES:
             if schema.is_valid(changed(path, value)) != (told == ""):
                 faults.append(f"{path} = {value}: the schema does not agree")

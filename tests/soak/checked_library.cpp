@@ -21,7 +21,7 @@ bool isFinite(float value) { return std::isfinite(value); }
 double asSize(int size) { return static_cast<unsigned>(size); }
 
 bool isCutOf(const std::string& text, const std::string& whole, int length) {
-    return text == whole.substr(0, static_cast<size_t>(length - 1));
+    return text == whole.substr(0, static_cast<std::size_t>(length - 1));
 }
 
 }  // namespace
@@ -29,7 +29,7 @@ bool isCutOf(const std::string& text, const std::string& whole, int length) {
 // What one iteration may write to.
 struct CheckedLibrary::Buffers {
     Buffers(const Plate& plate, const Request& request)
-        : text(static_cast<size_t>(std::max(request.messageLength, 0))),
+        : text(static_cast<std::size_t>(std::max(request.messageLength, 0))),
           picture(plate.pictureCells()),
           mask(plate.elements()) {}
 
@@ -69,12 +69,13 @@ std::vector<T> CheckedLibrary::answerIn(const Guarded<T>& array, const std::stri
     return array.copy();
 }
 
-size_t Plate::elements() const {
-    return tooLarge() ? 0 : static_cast<size_t>(width) * static_cast<size_t>(height);
+std::size_t Plate::elements() const {
+    return tooLarge() ? 0 : static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
 }
 
-size_t Plate::pictureCells() const {
-    const auto refinement = static_cast<size_t>(subdivision) * static_cast<size_t>(meshFactor);
+std::size_t Plate::pictureCells() const {
+    const auto refinement =
+        static_cast<std::size_t>(subdivision) * static_cast<std::size_t>(meshFactor);
     return tooLarge() ? 0 : elements() * refinement * refinement;
 }
 
@@ -255,14 +256,14 @@ void CheckedLibrary::createAnalysis(int width, int height, const test::Records& 
     });
     analysisPlate = {std::max(width, 0), std::max(height, 0)};
     analysisAlive = !analysisPlate.tooLarge();
-    analysisCases = analysisAlive ? static_cast<size_t>(std::max(loadCases, 0)) : 0;
+    analysisCases = analysisAlive ? static_cast<std::size_t>(std::max(loadCases, 0)) : 0;
 }
 
 Analysed CheckedLibrary::analyse(const std::vector<double>& moduli, int messageLength) {
-    const size_t elements = analysisPlate.elements();
-    const auto nodes = static_cast<size_t>(analysisPlate.width + 1) *
-                       static_cast<size_t>(analysisPlate.height + 1);
-    Guarded<char> text(static_cast<size_t>(std::max(messageLength, 0)));
+    const std::size_t elements = analysisPlate.elements();
+    const auto nodes = static_cast<std::size_t>(analysisPlate.width + 1) *
+                       static_cast<std::size_t>(analysisPlate.height + 1);
+    Guarded<char> text(static_cast<std::size_t>(std::max(messageLength, 0)));
     Guarded<double> compliances(analysisCases);
     Guarded<double> displacements(2 * nodes * analysisCases);
     Guarded<double> energies(elements * analysisCases);

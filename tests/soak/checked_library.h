@@ -24,8 +24,8 @@ struct Plate {
     int meshFactor = 1;
 
     /// 0 if there are none, or if they are too many for any array.
-    size_t elements() const;
-    size_t pictureCells() const;
+    std::size_t elements() const;
+    std::size_t pictureCells() const;
     /// Whether the library has to refuse these sizes: an int cannot count something of them.
     bool tooLarge() const;
 };
@@ -122,11 +122,11 @@ private:
     bool lastWentWell = false;
 
     bool gameAlive = false;
-    size_t gameElements = 0;
+    std::size_t gameElements = 0;
 
     bool analysisAlive = false;
     Plate analysisPlate;
-    size_t analysisCases = 0;
+    std::size_t analysisCases = 0;
 };
 
 }  // namespace soak

@@ -29,7 +29,7 @@ public:
     }
     template <typename Container>
     auto& pickFrom(Container& values) {
-        return values[static_cast<size_t>(engine() % values.size())];
+        return values[static_cast<std::size_t>(engine() % values.size())];
     }
 
 private:

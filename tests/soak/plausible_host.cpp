@@ -105,7 +105,7 @@ private:
 
     void chooseVolume() { settings.volumeFraction = asFloat(dice.between(2, 9)) / 10; }
 
-    void addRectangle(std::vector<short>& record, size_t counter) {
+    void addRectangle(std::vector<short>& record, std::size_t counter) {
         const int left = dice.upTo(plate.width - 1);
         const int top = dice.upTo(plate.height - 1);
         const int right = std::min(left + dice.between(1, plate.width / 3 + 1), plate.width);
@@ -115,7 +115,7 @@ private:
 
     void choosePassive() {
         settings.passive = {0, 0, 0};
-        for (const size_t kind : {0, 1, 2}) {
+        for (const std::size_t kind : {0, 1, 2}) {
             if (dice.oneIn(2)) addRectangle(settings.passive, kind);
         }
     }
@@ -176,7 +176,7 @@ private:
         require(std::fabs(sum - score.value) <= 1e-3 * score.value, "the shares sum to the score");
 
         test::Records doubled = settings.loads;
-        for (size_t i = 0; i < doubled.floats.size(); i += 5) {
+        for (std::size_t i = 0; i < doubled.floats.size(); i += 5) {
             doubled.floats[i + 2] *= 2;
             doubled.floats[i + 3] *= 2;
         }
@@ -188,7 +188,7 @@ private:
 
     void createAnalysis(float force) {
         test::Records loads = settings.loads;
-        for (size_t i = 0; i < loads.floats.size(); i += 5) {
+        for (std::size_t i = 0; i < loads.floats.size(); i += 5) {
             loads.floats[i + 2] *= force;
             loads.floats[i + 3] *= force;
         }
@@ -209,7 +209,7 @@ private:
         const Analysed quarter = checked.analyse(moduli);
         require(quarter.status == result.status, "the status does not depend on the forces");
         if (result.status > VOXAM_ANALYSIS_LOOSE_PART) return;
-        for (size_t k = 0; k < result.compliances.size(); ++k) {
+        for (std::size_t k = 0; k < result.compliances.size(); ++k) {
             require(result.compliances[k] == 16 * quarter.compliances[k],
                     "four times the force gives sixteen times the compliance, exactly");
         }

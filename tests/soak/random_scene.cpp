@@ -87,8 +87,9 @@ private:
     }
 
     Json drawing(const std::string& characters, int refinement = 1) {
-        std::vector<std::string> rows(static_cast<size_t>(refinement * height),
-                                      std::string(static_cast<size_t>(refinement * width), '.'));
+        std::vector<std::string> rows(
+            static_cast<std::size_t>(refinement * height),
+            std::string(static_cast<std::size_t>(refinement * width), '.'));
         for (std::string& row : rows) {
             for (char& c : row) c = dice.pickFrom(characters);
         }
@@ -106,8 +107,8 @@ private:
         const int refinement = dice.oneIn(3) ? dice.between(2, 3) : 1;
         if (dice.oneIn(2)) return drawing("##..0123456789", refinement);
         std::vector<std::vector<double>> rows(
-            static_cast<size_t>(refinement * height),
-            std::vector<double>(static_cast<size_t>(refinement * width)));
+            static_cast<std::size_t>(refinement * height),
+            std::vector<double>(static_cast<std::size_t>(refinement * width)));
         for (auto& row : rows) std::ranges::generate(row, [this] { return dice.fraction(); });
         return rows;
     }
@@ -184,13 +185,13 @@ void spoilValue(Json& scene, Dice& dice) {
 }
 
 void spoilByte(std::string& text, Dice& dice) {
-    const size_t place = dice.bits() % (text.size() + 1);
+    const std::size_t place = dice.bits() % (text.size() + 1);
     if (dice.oneIn(4))
-        text.erase(place, static_cast<size_t>(dice.upTo(4)));
+        text.erase(place, static_cast<std::size_t>(dice.upTo(4)));
     else if (dice.oneIn(3))
         text.insert(place, 1, static_cast<char>(dice.bits()));
     else if (dice.oneIn(2))
-        text.insert(place, text.substr(place, static_cast<size_t>(dice.upTo(40))));
+        text.insert(place, text.substr(place, static_cast<std::size_t>(dice.upTo(40))));
     else
         text.insert(place, dice.pick({"{", "]", ",", "\"", "\\u0000", "-", "9999999999"}));
 }

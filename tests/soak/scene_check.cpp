@@ -81,7 +81,7 @@ void requireDesign(const Field& design, const Scene& scene) {
                 design.width == refinement * scene.width &&
                 design.height == refinement * scene.height,
             "a design has the size of the grid or a whole multiple of it");
-    require(design.values.size() == size_t(design.width) * size_t(design.height),
+    require(design.values.size() == std::size_t(design.width) * std::size_t(design.height),
             "there is a density for each element of a design");
     require(std::ranges::all_of(design.values, [](float v) { return isWithin(v, 0, 1); }),
             "densities are between 0 and 1");

@@ -9,9 +9,9 @@
 
 #include "scene_check.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     try {
         soak::checkScene({data, data + size});
     } catch (const std::exception& error) {

@@ -83,7 +83,7 @@ private:
     }
 
     // The record of passive cells must keep to the grid; that of the blob need not.
-    std::vector<short> anyCells(size_t counters, bool onGrid) {
+    std::vector<short> anyCells(std::size_t counters, bool onGrid) {
         const Plate& plate = checked.getPlate();
         std::vector<short> record(counters);
         int cells = 0;
@@ -109,7 +109,7 @@ private:
         if (dice.oneIn(2)) supports.add(0, 0, 0).add(0, 0, 1).add(1, 0, 1);
         const std::vector<short> passive = anyCells(3, true);
         const std::vector<short> blob = anyCells(1, false);
-        std::vector<char> cases(static_cast<size_t>(dice.upTo(5)));
+        std::vector<char> cases(static_cast<std::size_t>(dice.upTo(5)));
         for (char& loadCase : cases) loadCase = static_cast<char>(dice.between(-2, 3));
         if (dice.oneIn(9)) cases.push_back(static_cast<char>(dice.upTo(255)));
         checked.update(dice.oneIn(20) ? dice.between(-2, 0) : loads.count(),

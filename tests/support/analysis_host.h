@@ -22,8 +22,6 @@ struct Analysis {
     std::vector<double> energies;
     std::vector<double> stresses;
     std::vector<unsigned char> loose;
-
-    double displacement(size_t dof) const { return displacements[dof]; }
 };
 
 class AnalysisHost {
@@ -39,11 +37,11 @@ public:
     AnalysisHost& operator=(const AnalysisHost&) = delete;
     ~AnalysisHost() { _DestroyVoxamAnalysis(); }
 
-    std::vector<double> solid() const { return std::vector<double>(size_t{nelx} * nely, 1.0); }
+    std::vector<double> solid() const { return std::vector<double>(std::size_t{nelx} * nely, 1.0); }
 
     /// Solves into guarded arrays; whatever comes back is checked for what always holds.
     Analysis solve(const std::vector<double>& moduli) const {
-        const size_t elements = size_t{nelx} * nely;
+        const std::size_t elements = std::size_t{nelx} * nely;
         Guarded<char> text(160);
         Guarded<double> compliances(cases);
         Guarded<double> displacements(cases * 2 * (nelx + 1) * (nely + 1));
@@ -68,9 +66,9 @@ public:
                         energies.untouched() && stresses.untouched());
             return result;
         }
-        for (size_t k = 0; k < cases; ++k) {
+        for (std::size_t k = 0; k < cases; ++k) {
             double sum = 0.0;
-            for (size_t e = 0; e < elements; ++e) {
+            for (std::size_t e = 0; e < elements; ++e) {
                 EXPECT_GE(result.energies[k * elements + e], 0.0);
                 sum += result.energies[k * elements + e];
             }
@@ -82,7 +80,7 @@ public:
 private:
     unsigned nelx;
     unsigned nely;
-    size_t cases;
+    std::size_t cases;
 };
 
 }  // namespace test

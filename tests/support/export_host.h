@@ -40,9 +40,9 @@ struct Host {
     }
     /// One iteration into guarded buffers; whatever comes back is checked for what always holds.
     Result iterate(Kind kind = PLAIN, float penalty = 3.0F, int length = 40) const {
-        const auto cells = static_cast<size_t>(nelx) * static_cast<size_t>(nely);
-        Guarded<char> text(static_cast<size_t>(std::max(length, 0)));
-        Guarded<float> picture(cells * static_cast<size_t>(refinement * refinement));
+        const auto cells = static_cast<std::size_t>(nelx) * static_cast<std::size_t>(nely);
+        Guarded<char> text(static_cast<std::size_t>(std::max(length, 0)));
+        Guarded<float> picture(cells * static_cast<std::size_t>(refinement * refinement));
         Guarded<float> times(8);
         Guarded<double> change(1);
         Guarded<int> mask(cells);

@@ -12,7 +12,7 @@ class Guarded {
 public:
     static constexpr T UNTOUCHED = 77;
 
-    explicit Guarded(size_t size) : values(size + 2 * GUARD, UNTOUCHED) {}
+    explicit Guarded(std::size_t size) : values(size + 2 * GUARD, UNTOUCHED) {}
 
     T* data() { return values.data() + GUARD; }
     auto begin() const { return values.begin() + GUARD; }

@@ -60,7 +60,7 @@ inline Settings cantilever(int nelx, int nely) {
 }
 
 /// Adds the cells left <= x < right, top <= y < bottom to a record, which counts them at `counter`.
-inline void addBlock(std::vector<short>& record, size_t counter, int left, int right, int top,
+inline void addBlock(std::vector<short>& record, std::size_t counter, int left, int right, int top,
                      int bottom) {
     for (int x = left; x < right; ++x) {
         for (int y = top; y < bottom; ++y, ++record[counter]) {

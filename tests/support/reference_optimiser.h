@@ -28,7 +28,7 @@ public:
           n(subdivision),
           m(meshFactor),
           volume(volumeFraction),
-          rho(size_t{nelx} * nely * n * n, volumeFraction),
+          rho(std::size_t{nelx} * nely * n * n, volumeFraction),
           rhoPhys(rho),
           fine(coneWeights(nelx * n, nely * n, 3.0)),
           fineSums(sharedSums(fine)),
@@ -42,8 +42,8 @@ public:
     void update(const Settings& given) {
         settings = given;
         changed = true;
-        kinds.assign(size_t{nelx} * nely, 0);
-        mask.assign(size_t{nelx} * nely, 0.0);
+        kinds.assign(std::size_t{nelx} * nely, 0);
+        mask.assign(std::size_t{nelx} * nely, 0.0);
         const short* cell = settings.passive.data() + 3;
         for (const int kind : {0, 1, 2}) {
             for (int k = 0; k < settings.passive[kind]; ++k, cell += 2) {
@@ -53,7 +53,7 @@ public:
         for (int k = 0; k < settings.blob[0]; ++k) {
             mask[settings.blob[2 * k + 1] * nely + settings.blob[2 * k + 2]] = 1.0;
         }
-        for (size_t e = 0; e < rho.size(); ++e) rhoPhys[e] = (1 - maskOf(e)) * rho[e];
+        for (std::size_t e = 0; e < rho.size(); ++e) rhoPhys[e] = (1 - maskOf(e)) * rho[e];
         interface = interfaceOf(mask);
         const double area = settings.blob[0];
         limit = largestLimit = brokenLimit = 2 * std::round(interfaceOfDisc(area) * 0.2 / 2);
@@ -82,7 +82,7 @@ public:
         const Vector old = rho;
         updateDesign(dc, dv);
         double change = 0.0;
-        for (size_t e = 0; e < rho.size(); ++e) {
+        for (std::size_t e = 0; e < rho.size(); ++e) {
             change = std::max(change, std::fabs(rho[e] - old[e]));
             rhoPhys[e] = maskOf(e) == 1.0 ? 0.0 : rho[e];
         }
@@ -110,11 +110,13 @@ public:
 
 private:
     // The formula leaves the grid when the mesh is coarser than the subdivision.
-    size_t coarseCell(size_t e) const { return e / (n * m * nely) * nely + e / n % nely; }
-    double maskOf(size_t e) const {
+    std::size_t coarseCell(std::size_t e) const { return e / (n * m * nely) * nely + e / n % nely; }
+    double maskOf(std::size_t e) const {
         return coarseCell(e) < mask.size() ? mask[coarseCell(e)] : 0.0;
     }
-    int kindOf(size_t e) const { return coarseCell(e) < kinds.size() ? kinds[coarseCell(e)] : 0; }
+    int kindOf(std::size_t e) const {
+        return coarseCell(e) < kinds.size() ? kinds[coarseCell(e)] : 0;
+    }
     bool hasPassiveCells() const {
         return settings.passive[0] + settings.passive[1] + settings.passive[2] > 0;
     }
@@ -134,7 +136,7 @@ private:
         Matrix x(weights.rows, 1);
         x.values = field;
         Vector result = product(weights, x).values;
-        for (size_t i = 0; i < result.size(); ++i) result[i] /= sums[i];
+        for (std::size_t i = 0; i < result.size(); ++i) result[i] /= sums[i];
         return result;
     }
 
@@ -144,14 +146,14 @@ private:
             return least + (1 - least) * std::pow(rhoPhys[e], penalty);
         });
         const auto& supports = settings.supports.floats;
-        for (size_t i = 0; i < supports.size(); i += 5) {
+        for (std::size_t i = 0; i < supports.size(); i += 5) {
             const auto node = static_cast<unsigned>(supports[i] * (nely + 1) + supports[i + 1]);
             const unsigned dof = 2 * node + static_cast<unsigned>(supports[i + 2]);
             K(dof, dof) = 1e8;
         }
         const auto& loads = settings.loads.floats;
         Matrix F(K.rows, *casesInUse().rbegin() + 1);
-        for (size_t i = 0; i < loads.size(); i += 5) {
+        for (std::size_t i = 0; i < loads.size(); i += 5) {
             const auto node = static_cast<unsigned>(loads[i] * (nely + 1) + loads[i + 1]);
             const auto lc = static_cast<unsigned>(loads[i + 4]);
             if (!casesInUse().contains(lc)) continue;
@@ -181,16 +183,16 @@ private:
     }
 
     void filterSensitivities(Vector& dc) {
-        for (size_t e = 0; e < rho.size(); ++e) dc[e] *= rho[e];
+        for (std::size_t e = 0; e < rho.size(); ++e) dc[e] *= rho[e];
         dc = filtered(fine, fineSums, dc);
-        for (size_t e = 0; e < rho.size(); ++e) dc[e] /= rho[e];
-        const auto share = [this](size_t i) { return std::max(0.001, 1 - mask[i]); };
-        for (size_t i = 0; i < mask.size(); ++i) blobSensitivity[i] *= share(i);
+        for (std::size_t e = 0; e < rho.size(); ++e) dc[e] /= rho[e];
+        const auto share = [this](std::size_t i) { return std::max(0.001, 1 - mask[i]); };
+        for (std::size_t i = 0; i < mask.size(); ++i) blobSensitivity[i] *= share(i);
         blobSensitivity = filtered(coarse, coarseSums, blobSensitivity);
-        for (size_t i = 0; i < mask.size(); ++i) blobSensitivity[i] /= share(i);
+        for (std::size_t i = 0; i < mask.size(); ++i) blobSensitivity[i] /= share(i);
     }
 
-    double updated(size_t e, double multiplier, const Vector& dc, const Vector& dv) const {
+    double updated(std::size_t e, double multiplier, const Vector& dc, const Vector& dv) const {
         constexpr double move = 0.2F;
         const int kind = hasPassiveCells() ? kindOf(e) : 0;
         if (kind == 1) return 0.0;
@@ -208,7 +210,7 @@ private:
         Vector next(rho.size());
         const double root = multiplierOf([&](double multiplier) {
             double excess = constraint;
-            for (size_t e = 0; e < rho.size(); ++e) {
+            for (std::size_t e = 0; e < rho.size(); ++e) {
                 next[e] = updated(e, multiplier, dc, dv);
                 // What the blob covers counts only in a plate without passive cells.
                 const double covered = hasPassiveCells() ? maskOf(e) : 0.0;
@@ -258,7 +260,7 @@ private:
     Vector picture() const {
         const unsigned width = nelx * n * m;
         const unsigned height = nely * n * m;
-        Vector cells(size_t{width} * height);
+        Vector cells(std::size_t{width} * height);
         for (unsigned i = 0; i < width * height; ++i) {
             cells[i] = rhoPhys[i / height / m * (nely * n) + i % height / m];
         }
@@ -272,9 +274,9 @@ private:
     }
 
     Vector interfaceOf(Vector field) const {
-        for (size_t i = 0; i < field.size(); ++i) field[i] /= blobSums[i];
+        for (std::size_t i = 0; i < field.size(); ++i) field[i] /= blobSums[i];
         field = filtered(blobWeights, Vector(field.size(), 1.0), field);
-        for (size_t i = 0; i < field.size(); ++i) {
+        for (std::size_t i = 0; i < field.size(); ++i) {
             const bool fixed = kinds[i] == 1 || kinds[i] == 2 || kinds[i] == 4;
             field[i] = field[i] >= 0.0001 && field[i] <= 0.9999 && !fixed;
         }
@@ -314,9 +316,9 @@ private:
     }
 
     void moveBlob() {
-        std::vector<std::pair<double, size_t>> inside;
-        std::vector<std::pair<double, size_t>> outside;
-        for (size_t i = 0; i < mask.size(); ++i) {
+        std::vector<std::pair<double, std::size_t>> inside;
+        std::vector<std::pair<double, std::size_t>> outside;
+        for (std::size_t i = 0; i < mask.size(); ++i) {
             if (interface[i] != 1.0) continue;
             if (mask[i] == 1.0)
                 inside.emplace_back(-blobSensitivity[i], i);
@@ -326,9 +328,10 @@ private:
         std::sort(inside.begin(), inside.end());
         std::sort(outside.begin(), outside.end());
         moved = std::floor(std::min(limit, static_cast<double>(inside.size())) / 2);
-        const auto count = static_cast<size_t>(moved);
-        for (size_t k = 0; k < count; ++k) mask[inside[k].second] = 0.0;
-        for (size_t k = 0; k < std::min(count, outside.size()); ++k) mask[outside[k].second] = 1.0;
+        const auto count = static_cast<std::size_t>(moved);
+        for (std::size_t k = 0; k < count; ++k) mask[inside[k].second] = 0.0;
+        for (std::size_t k = 0; k < std::min(count, outside.size()); ++k)
+            mask[outside[k].second] = 1.0;
     }
 
     unsigned nelx, nely, n, m;

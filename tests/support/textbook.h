@@ -29,7 +29,7 @@ struct Matrix {
     std::vector<double> values;
 
     Matrix(unsigned rows, unsigned columns)
-        : rows(rows), columns(columns), values(size_t{rows} * columns) {}
+        : rows(rows), columns(columns), values(std::size_t{rows} * columns) {}
     Matrix(unsigned rows, unsigned columns, Random& random) : Matrix(rows, columns) {
         for (double& v : values) v = random.number();
     }
@@ -44,14 +44,15 @@ struct Matrix {
         result.set(values.data());
         return result;
     }
-    double& operator()(unsigned r, unsigned c) { return values[r + size_t{c} * rows]; }
-    double operator()(unsigned r, unsigned c) const { return values[r + size_t{c} * rows]; }
+    double& operator()(unsigned r, unsigned c) { return values[r + std::size_t{c} * rows]; }
+    double operator()(unsigned r, unsigned c) const { return values[r + std::size_t{c} * rows]; }
     bool operator==(const Matrix&) const = default;
 };
 
 inline Matrix combination(double s, const Matrix& a, double t, const Matrix& b) {
     Matrix sum = a;
-    for (size_t i = 0; i < a.values.size(); ++i) sum.values[i] = s * a.values[i] + t * b.values[i];
+    for (std::size_t i = 0; i < a.values.size(); ++i)
+        sum.values[i] = s * a.values[i] + t * b.values[i];
     return sum;
 }
 
@@ -78,7 +79,7 @@ inline Matrix product(const Matrix& a, const Matrix& b) {
 inline double distance(const Matrix& a, const Matrix& b) {
     if (a.rows != b.rows || a.columns != b.columns) return INFINITY;
     double largest = 0.0;
-    for (size_t i = 0; i < a.values.size(); ++i) {
+    for (std::size_t i = 0; i < a.values.size(); ++i) {
         const double difference = std::fabs(a.values[i] - b.values[i]);
         if (!(difference <= largest)) largest = std::isnan(difference) ? INFINITY : difference;
     }

@@ -52,6 +52,18 @@ def build_wheel(directory: str, settings: Settings = None, metadata: Optional[st
         return _write_wheel(directory, _tag(libraries), files, texts)
 
 
+def prepare_metadata_for_build_wheel(directory: str, settings: Settings = None) -> str:
+    """So that pip need not build the library to know what the package needs."""
+    folder = pathlib.Path(directory) / f"voxam-{_version()}.dist-info"
+    folder.mkdir()
+    (folder / "METADATA").write_bytes(_metadata())
+    (folder / "entry_points.txt").write_bytes(_entry_points())
+    return folder.name
+
+
+prepare_metadata_for_build_editable = prepare_metadata_for_build_wheel
+
+
 def build_editable(directory: str, settings: Settings = None,
                    metadata: Optional[str] = None) -> str:
     """The package stays where it is, and the library where the package finds it."""
@@ -134,9 +146,9 @@ def _debian_packages() -> List[str]:
     """The packages of scripts/setup.sh that the library takes; the rest of its first list is for
     the programs and tests."""
     text = (_CLONE / "scripts" / "setup.sh").read_text("utf-8")
-    first_list = text.partition("requirements=(")[2].partition("\n)")[0]
+    first_lists = text.partition("test_requirements=(")[0]
     others = ("tbb", "cli11", "json", "png", "cairo", "gif", "dxf", "glu", "gtest", "gmock", "benchmark")
-    return [name for name in re.findall(r'"([^":]+):', first_list)
+    return [name for name in re.findall(r'"([a-z][^":$]+):', first_lists)
             if not any(other in name for other in others)]
 
 

@@ -11,8 +11,8 @@ Findings checkBeforeOptimisation(const Scene& scene);
 /// What can be said of a scene before its design is scored.
 Findings checkBeforeScore(const Scene& scene);
 
-/// Errors in what acts on the plate and in what is asked of the design, as the scene stands, whatever
-/// its timeline says.
+/// Errors in what acts on the plate and in what is asked of the design, as the scene stands,
+/// whatever its timeline says.
 Findings checkSettings(const Scene& scene);
 
 /// A warning when the design would have more detail than its elements can judge.

@@ -38,7 +38,8 @@ struct LoadArrow {
     Point freeEnd() const { return tailAtNode ? tip() : tail; }
 };
 
-/// Of a load whose arrows are being turned: they keep their end at the node, and stand nowhere else.
+/// Of a load whose arrows are being turned: they keep their end at the node, and stand nowhere
+/// else.
 struct HeldLoad {
     std::size_t load = 0;
     bool tailAtNode = false;
@@ -49,9 +50,9 @@ bool isSingle(const Load& load);
 double forceOf(const Load& load);
 
 /// Arrows for all loads on a plate whose top left corner is at `plate`, `scale` pixels per element.
-/// A load on many nodes has as many as there is room for. An arrow ends at its node, or begins there
-/// where it would point off the plate; those that would cover one another, such as those of several
-/// load cases at one node, stand side by side.
+/// A load on many nodes has as many as there is room for. An arrow ends at its node, or begins
+/// there where it would point off the plate; those that would cover one another, such as those of
+/// several load cases at one node, stand side by side.
 std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale,
                                   const ForceScale& forces,
                                   const std::optional<HeldLoad>& held = std::nullopt);

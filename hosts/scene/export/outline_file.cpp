@@ -19,8 +19,8 @@ constexpr const char* BACKGROUND = R"( style="background:#fff")";
 
 std::vector<std::uint8_t> bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
-/// Collects the groups of a DXF file, each a code and a value on lines of their own. Numbers have no
-/// exponent, here as in the other formats: there are programs that do not read one.
+/// Collects the groups of a DXF file, each a code and a value on lines of their own. Numbers have
+/// no exponent, here as in the other formats: there are programs that do not read one.
 class DxfText : public DL_Writer {
 public:
     DxfText() : DL_Writer(DL_Codes::AC1009) {}

@@ -35,14 +35,19 @@ fs::file_status statusOf(const fs::path& target, const fs::path& file) {
     return status;
 }
 
+/// To replace a device such as /dev/null by a file would do harm.
+void checkRegular(const fs::path& target, const fs::file_status& status) {
+    if (fs::exists(status) && !fs::is_regular_file(status)) fail(target, "not a regular file");
+}
+
 void checkAccess(const fs::path& target, const fs::path& directory) {
     if (!fs::is_directory(statusOf(target, directory)))
         fail(target, "there is no directory " + nameOf(directory));
     if (access(directory.c_str(), W_OK | X_OK) != 0) fail(target, systemsReason());
 }
 
-/// In the directory of the file that it will be, under a short name: that one's may be as long as the
-/// system allows.
+/// In the directory of the file that it will be, under a short name: that one's may be as long as
+/// the system allows.
 fs::path temporaryName(const fs::path& target) {
     static std::atomic<unsigned> count = 0;
     return target.parent_path() / formatted(".voxam-%d-%u.tmp", getpid(), ++count);
@@ -100,8 +105,7 @@ void checkOutput(const fs::path& target, const std::vector<fs::path>& inputs,
                  const fs::path& planned) {
     const fs::path file = resolved(target);
     const fs::file_status status = statusOf(target, file);
-    // Replacing a device such as /dev/null by a picture would do harm.
-    if (fs::exists(status) && !fs::is_regular_file(status)) fail(target, "not a regular file");
+    checkRegular(target, status);
     std::error_code error;
     for (const auto& input : inputs)
         if (fs::equivalent(file, input, error)) fail(target, "it is an input of the scene");
@@ -112,6 +116,7 @@ void checkOutput(const fs::path& target, const std::vector<fs::path>& inputs,
 
 void writeFile(const fs::path& target, const std::vector<std::uint8_t>& bytes) {
     const fs::path file = resolved(target);
+    checkRegular(target, statusOf(target, file));
     errno = 0;
     TemporaryFile temporary(temporaryName(file));
     if (!temporary.write(bytes) || !temporary.moveTo(file)) fail(target, systemsReason());

@@ -8,8 +8,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// Covers what is marked with rectangles, and wipes it: as far to the right as possible, and then as
-/// far down.
+/// Covers what is marked with rectangles, and wipes it: as far to the right as possible, and then
+/// as far down.
 class Rectangles {
 public:
     explicit Rectangles(Field& marked) : left(marked) {}

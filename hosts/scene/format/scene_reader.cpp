@@ -1,15 +1,14 @@
 #include "format/scene_reader.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "format/assignment.h"
 #include "format/character_rows.h"
+#include "format/detail.h"
 #include "format/input_error.h"
 #include "format/json_value.h"
 #include "format/setting_keys.h"
 #include "format/text.h"
-#include "format/timeline.h"
 
 namespace {
 
@@ -84,8 +83,6 @@ Field readDensities(const JsonValue& value, Scene& scene, const DesignReaders& r
     return readDensityRows(value, scene);
 }
 
-std::string wholeNumber(double value) { return std::to_string(std::llround(value)); }
-
 int readRefinement(const JsonValue& value, const char* key) {
     const auto refinement = value.find(key);
     return refinement ? refinement->integer(1, Scene::MAX_REFINEMENT) : 1;
@@ -93,31 +90,19 @@ int readRefinement(const JsonValue& value, const char* key) {
 
 /// Fills `subdivision` and `meshFactor` of a scene or of a restart.
 template <typename Target>
-void readRefinements(const JsonValue& value, const Scene& scene, Target& target) {
+void readRefinements(const JsonValue& value, Target& target) {
     target.subdivision = readRefinement(value, "subdivision");
     target.meshFactor = readRefinement(value, "meshFactor");
-    const auto check = [&](const char* key, const char* what, double refinement, double mostCells) {
-        const double columns = refinement * scene.width;
-        const double rows = refinement * scene.height;
-        if (columns * rows > mostCells || std::max(columns, rows) > Scene::MAX_FINE_SIDE)
-            value.find(key).value_or(value).fail(
-                "refines the " + std::string(what) + " to " + wholeNumber(columns) + " x " +
-                wholeNumber(rows) + " cells, allowed are at most " + wholeNumber(mostCells) +
-                ", and " + wholeNumber(Scene::MAX_FINE_SIDE) + " along a side");
-    };
-    check("subdivision", "design", target.subdivision, Scene::MAX_DESIGN_CELLS);
-    check("meshFactor", "picture", target.subdivision * target.meshFactor,
-          Scene::MAX_PICTURE_CELLS);
 }
 
-Restart readRestart(const JsonValue& value, const Scene& scene) {
+Restart readRestart(const JsonValue& value) {
     value.allowOnly({"design", "subdivision", "meshFactor"});
     Restart restart;
     restart.keepsDesign = value.at("design").oneOf({"new", "keep"}) == "keep";
     if (restart.keepsDesign)
         value.allowOnly({"design"});
     else
-        readRefinements(value, scene, restart);
+        readRefinements(value, restart);
     return restart;
 }
 
@@ -134,17 +119,9 @@ Change readChange(const JsonValue& value, const Scene& scene) {
     if (first > scene.iterations)
         iteration.fail("no iteration is left for it: the change before it comes in the last one");
     change.iteration = iteration.integer(first, scene.iterations, CHANGE_ORDER);
-    if (const auto restart = value.find("restart")) change.restart = readRestart(*restart, scene);
+    if (const auto restart = value.find("restart")) change.restart = readRestart(*restart);
     if (change.keys.empty() && !change.restart) value.fail("changes nothing");
     return change;
-}
-
-void checkPlacement(const JsonValue& value, const Scene& scene) {
-    if (scene.subdivision == scene.meshFactor) return;
-    if (scene.passive.empty() && scene.blob.empty()) return;
-    value.fail("subdivision " + std::to_string(scene.subdivision) + " and meshFactor " +
-               std::to_string(scene.meshFactor) +
-               " have to be equal, or passive cells and blob would not lie where they should");
 }
 
 void readTimeline(const JsonValue& value, Scene& scene) {
@@ -152,12 +129,17 @@ void readTimeline(const JsonValue& value, Scene& scene) {
     if (changes.size() > static_cast<std::size_t>(Scene::MAX_CHANGES))
         value.fail(std::to_string(changes.size()) + " changes, allowed are at most " +
                    std::to_string(Scene::MAX_CHANGES));
-    Scene later = scene;
-    for (const auto& change : changes) {
-        scene.timeline.push_back(readChange(change, scene));
-        apply(scene.timeline.back(), later);
-        checkPlacement(change, later);
-    }
+    for (const auto& change : changes) scene.timeline.push_back(readChange(change, scene));
+}
+
+/// Fails at the key at fault, or at what is nearest to it.
+void checkDetail(const JsonValue& root, const Scene& scene) {
+    const auto fault = findDetailFault(scene);
+    if (!fault) return;
+    JsonValue at = root;
+    if (fault->change) at = root.at("timeline").elements("changes")[*fault->change];
+    if (fault->change && !fault->key.empty()) at = at.at("restart");
+    at.find(fault->key).value_or(at).fail(fault->text);
 }
 
 std::string readTitle(const JsonValue& value) {
@@ -219,11 +201,11 @@ Scene parseScene(const std::string& text, const std::filesystem::path& file,
         if (const auto setting = root.find(key.name)) key.read(*setting, scene, scene);
     if (const auto densities = root.find("densities"))
         scene.densities = readDensities(*densities, scene, readers);
-    readRefinements(root, scene, scene);
-    checkPlacement(root, scene);
+    readRefinements(root, scene);
     if (const auto iterations = root.find("iterations"))
         scene.iterations = iterations->integer(1, Scene::MAX_ITERATIONS);
     if (const auto timeline = root.find("timeline")) readTimeline(*timeline, scene);
+    checkDetail(root, scene);
     return scene;
 }
 

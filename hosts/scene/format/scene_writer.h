@@ -4,6 +4,6 @@
 
 #include "format/scene.h"
 
-/// The text of a scene file that reads back as the same scene. Densities that came from an image are
-/// written as numbers; what a scene leaves out because it is the default stays out.
+/// The text of a scene file that reads back as the same scene. Densities that came from an image
+/// are written as numbers; what a scene leaves out because it is the default stays out.
 std::string sceneText(const Scene& scene);

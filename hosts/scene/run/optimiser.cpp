@@ -2,6 +2,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 #include "run/records.h"
 
@@ -9,9 +10,9 @@ namespace {
 
 constexpr const char* BENDS_TOO_FAR = "Change load/support";
 
-// The library takes displacements beyond some 1e7 for those of a plate that nothing holds; a slender
-// one reaches them under a force of 1. Two steps suffice for a bar of one row of 1000 elements, and
-// what is really free goes far beyond.
+// The library takes displacements beyond some 1e7 for those of a plate that nothing holds; a
+// slender one reaches them under a force of 1. Two steps suffice for a bar of one row of 1000
+// elements, and what is really free goes far beyond.
 constexpr double SOFTER = 1e3;
 constexpr int SOFTER_STEPS = 2;
 
@@ -39,7 +40,10 @@ void Optimiser::start(const Scene& scene) {
     update(scene);
 }
 
-void Optimiser::rescale(const Scene& scene) { unitOfForce = softness * forceUnit(scene); }
+bool Optimiser::rescale(const Scene& scene) {
+    const double before = std::exchange(unitOfForce, softness * forceUnit(scene));
+    return unitOfForce != before;
+}
 
 void Optimiser::update(const Scene& scene) {
     told = withoutRest(scene);

@@ -12,16 +12,17 @@
 class Optimiser {
 public:
     /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory. The
-    /// library is told forces in the unit of this scene's largest one (its timeline included), or in
-    /// a larger one when the plate bends too far for it, for as long as this object lives.
+    /// library is told forces in the unit of this scene's largest one (its timeline included), or
+    /// in a larger one when the plate bends too far for it, for as long as this object lives.
     explicit Optimiser(const Scene& scene);
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;
     ~Optimiser() { _DestroyVoxamApp(); }
 
     /// Takes the unit of force of this scene from the next update on: for hosts in which forces are
-    /// edited, whatever the first ones were. Compliances stay in the scene's units.
-    void rescale(const Scene& scene);
+    /// edited, whatever the first ones were. Compliances stay in the scene's units. Returns whether
+    /// the unit is another one, and so an update is needed.
+    bool rescale(const Scene& scene);
 
     /// Sends everything that a scene says about the problem; the design stays.
     void update(const Scene& scene);

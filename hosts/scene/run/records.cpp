@@ -31,7 +31,8 @@ std::vector<float> loadRecords(const Settings& settings, double forceUnit) {
     for (const Load& load : settings.loads) {
         const double nodes = static_cast<double>(load.x.count()) * load.y.count();
         forEachNode(load.x, load.y, [&](int x, int y) {
-            appendRecord(records, x, y, load.fx / forceUnit / nodes, load.fy / forceUnit / nodes,
+            // In the order of the Python package, to the same bits.
+            appendRecord(records, x, y, load.fx / nodes / forceUnit, load.fy / nodes / forceUnit,
                          load.loadCase);
         });
     }

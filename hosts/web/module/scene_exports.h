@@ -2,8 +2,8 @@
  * What the module exports beside the library: a scene, its run and scores, for the package in
  * hosts/web/package. There is one scene at a time.
  *
- * Texts are UTF-8. Replies are JSON, see SceneSession. A reply, and an array, is valid until the next
- * call of any of these functions.
+ * Texts are UTF-8. Replies are JSON, see SceneSession. A reply, and an array, is valid until the
+ * next call of any of these functions.
  */
 #ifndef VOXAM_SCENE_EXPORTS_H
 #define VOXAM_SCENE_EXPORTS_H

@@ -10,23 +10,24 @@
 #include "format/scene.h"
 #include "run/optimiser.h"
 
-/// A scene that is open in a page, its run, and the last design that was scored. Replies are objects
-/// for JavaScript; one with the key "error" tells in a text why nothing was done.
+/// A scene that is open in a page, its run, and the last design that was scored. Replies are
+/// objects for JavaScript; one with the key "error" tells in a text why nothing was done.
 class SceneSession {
 public:
     using Reply = nlohmann::json;
 
-    /// Reads the text of a scene. `name` stands for the file in messages. A running optimisation goes
-    /// on until startRun() or followScene().
+    /// Reads the text of a scene. `name` stands for the file in messages. A running optimisation
+    /// goes on until startRun() or followScene().
     Reply open(const std::string& text, const std::string& name);
 
-    /// What each element is, row by row from the top: 0 free, 1 void, 2 solid, 3 solid of the second
-    /// kind; 4 more where the blob is.
+    /// What each element is, row by row from the top: 0 free, 1 void, 2 solid, 3 solid of the
+    /// second kind; 4 more where the blob is.
     const std::vector<std::uint8_t>& elementKinds() const { return kinds; }
 
     /// Starts with a uniform design.
     Reply startRun();
-    /// Sends the scene that was opened last to the run. The design goes on if the plate is the same.
+    /// Sends the scene that was opened last to the run. The design goes on if the plate is the
+    /// same.
     Reply followScene();
     Reply iterate(bool movesBlob);
 
@@ -43,11 +44,12 @@ public:
     /// Of the design that was scored last: each cell's share of the compliance, row by row. Empty
     /// when it is not supported, like displacements().
     const Field& energies() const { return work; }
-    /// x and y of each node of that design, column by column, in the load case in which it gives way
-    /// most. NaN where there is no material.
+    /// x and y of each node of that design, column by column, in the load case in which it gives
+    /// way most. NaN where there is no material.
     const std::vector<double>& displacements() const { return bending; }
 
-    /// Where the material of the run's design ends: {"contours": [{"hole", "corners": [x, y, ...]}]}
+    /// Where the material of the run's design ends: {"contours": [{"hole", "corners": [x, y,
+    /// ...]}]}
     Reply outline() const;
 
 private:

@@ -10,9 +10,9 @@ the right, a positive ``fy`` downwards. Every array of this package is indexed `
             result = optimiser.iterate()
 
 `Optimiser` lets a structure form, `Analysis` computes what a design is worth, `Game` scores one
-quickly in single precision, `scenes` reads scene files. There can be one of each solver in a
-process at a time: a newer one takes the place of the older. Calls from several threads wait for one
-another, and other threads run meanwhile.
+quickly in single precision, `scenes` reads scene files, `designs` reads and writes designs. There
+can be one of each solver in a process at a time: a newer one takes the place of the older. Calls
+from several threads wait for one another, and other threads run meanwhile.
 
 Wrong arguments are `ValueError` or `TypeError`; what only the library can find, such as a plate
 that nothing holds, is `ProblemError`, whose text says what to do.
@@ -22,9 +22,10 @@ this package's folder and in the one around it, in a clone of the project in bui
 where the system finds it.
 
 ``python -m voxam SCENE.json`` shows a structure forming; it needs matplotlib.
+`voxam.study` runs a scene many times while some of its values vary.
 """
 
-from . import scenes
+from . import designs, scenes
 from ._analysis import Analysis, MechanismError, Response
 from ._game import Game, Score
 from ._library import LibraryNotFoundError, OutOfMemoryError, ProblemError, VoxamError
@@ -49,6 +50,7 @@ __all__ = [
     "Support",
     "Times",
     "VoxamError",
+    "designs",
     "performance_test",
     "scenes",
 ]

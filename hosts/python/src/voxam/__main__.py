@@ -22,7 +22,8 @@ def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="python -m voxam", description="Shows the structure of a scene forming, in a window.",
         epilog="All keys of a scene are read but densities, description and $schema. A scene that "
-        "has densities and no volumeFraction is one for voxam score or voxam.Game.")
+        "has densities and no volumeFraction is one for voxam score or voxam.Game. \"python -m voxam "
+        "study\" and \"python -m voxam dataset\" run many scenes; each has a --help of its own.")
     parser.add_argument("scene", help="scene file, as for the program voxam optimise")
     parser.add_argument("--iterations", type=int, metavar="N", help="instead of the scene's number")
     parser.add_argument("--blob", action="store_true", help="let the blob of the scene move; "
@@ -132,8 +133,8 @@ def _check_file(name: str) -> None:
                          sorted(Figure().canvas.get_supported_filetypes()) if ending != "gif")]
     if file.suffix.lower() not in endings:
         raise ValueError(f"--save: {file}: the ending has to be one of " + ", ".join(endings))
-    if file.is_dir():
-        raise ValueError(f"--save: {file}: is a folder, a file is needed")
+    if file.exists() and not file.is_file():
+        raise ValueError(f"--save: {file}: is not a regular file")
     if not file.parent.is_dir():
         raise ValueError(f"--save: {file}: there is no folder {file.parent}")
     if not os.access(file if file.exists() else file.parent, os.W_OK):

@@ -47,7 +47,7 @@ class Response:
     #: [load case, y, x, component] at the centres of the elements: in x, in y, shear; tension is
     #: positive
     stresses: npt.NDArray[np.float64]
-    #: [y, x], True for material that the supports leave free to move; the rest was solved without it
+    #: [y, x], True for material that is free to move; the rest was solved without it
     loose: npt.NDArray[np.bool_]
 
     @property

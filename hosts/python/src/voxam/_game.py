@@ -34,8 +34,8 @@ class Game(PlateSolver):
     """Scores designs for a plate with its loads and supports, quickly and in single precision.
 
     The score is too high, by a relative error of at most 3.6e-8 * solid elements * compliance for a
-    force of 1: good to 1 % while solid elements times compliance stays below 3e5, and any number from
-    3e6 on. Use `Analysis` to judge a design.
+    force of 1: good to 1 % while solid elements times compliance stays below 3e5, and any number
+    from 3e6 on. Use `Analysis` to judge a design.
     """
 
     _kind = "Game"

@@ -165,8 +165,8 @@ _AnySolver = TypeVar("_AnySolver", bound="Solver")
 
 
 class Solver:
-    """What `Optimiser`, `Game` and `Analysis` have in common: one of each kind in a process, used until it is
-    closed, by one thread at a time."""
+    """What `Optimiser`, `Game` and `Analysis` have in common: one of each kind in a process, used
+    until it is closed, by one thread at a time."""
 
     _kind: ClassVar[str]
     _destroy_function: ClassVar[str]

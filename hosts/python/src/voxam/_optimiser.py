@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import ctypes
 from dataclasses import dataclass, fields
-from typing import Iterable, NamedTuple, Optional, Sequence, Tuple
+from typing import Any, Dict, Iterable, NamedTuple, Optional, Sequence, Tuple
 
 import numpy as np
 import numpy.typing as npt
@@ -62,7 +62,7 @@ class Iteration:
     @property
     def volume(self) -> float:
         """Material of the picture, 0 to 1."""
-        return 1.0 - float(self.picture.mean(dtype=np.float64))
+        return float(self.densities.mean(dtype=np.float64))
 
 
 class _Settings(NamedTuple):
@@ -195,9 +195,30 @@ class Optimiser(PlateSolver):
 
         Masks need mesh_factor to be equal to subdivision. An error leaves everything as it was.
         """
+        settings = self._checked_settings(
+            loads, supports, volume_fraction=volume_fraction, void=void, solid=solid,
+            second_solid=second_solid, load_cases_in_use=load_cases_in_use, blob=blob)
+        with self._in_use() as library:
+            _check_placement(settings, self._subdivision, self._mesh_factor)
+            self._settings = settings
+            self._volume_fraction = settings.volume_fraction
+            self._send(library)
+
+    def _checked_settings(
+        self,
+        loads: Iterable[LoadLike],
+        supports: Iterable[SupportLike],
+        *,
+        volume_fraction: Optional[float] = None,
+        void: Optional[Mask] = None,
+        solid: Optional[Mask] = None,
+        second_solid: Optional[Mask] = None,
+        load_cases_in_use: Optional[Sequence[int]] = None,
+        blob: Optional[Mask] = None,
+    ) -> _Settings:
         self._require_open()
         wanted = self._volume_fraction if volume_fraction is None else volume_fraction
-        settings = _Settings(
+        return _Settings(
             self._plate.load_records(loads),
             self._plate.support_records(supports),
             fraction(wanted, "volume_fraction"),
@@ -205,11 +226,6 @@ class Optimiser(PlateSolver):
             self._load_cases(load_cases_in_use),
             cell_records([("blob", self._plate.mask(blob, "blob"))]),
         )
-        with self._in_use() as library:
-            _check_placement(settings, self._subdivision, self._mesh_factor)
-            self._settings = settings
-            self._volume_fraction = settings.volume_fraction
-            self._send(library)
 
     def iterate(
         self,
@@ -265,6 +281,17 @@ class Optimiser(PlateSolver):
         """Begins again with the problem of the last update, from a uniform design and, if given, at
         another detail; the picture's shape changes with it. With keep_design only the library's
         schedule of iterations begins again."""
+        self._require_open()
+        self._restart(self._settings, keep_design, subdivision, mesh_factor)
+
+    def restart_with(self, problem: Dict[str, Any], *, keep_design: bool = False,
+                     subdivision: Optional[int] = None, mesh_factor: Optional[int] = None) -> None:
+        """A restart with another problem, the arguments of update(), in one step: its elements go
+        with the new detail, while those before went with the old one."""
+        self._restart(self._checked_settings(**problem), keep_design, subdivision, mesh_factor)
+
+    def _restart(self, settings: Optional[_Settings], keep_design: bool,
+                 subdivision: Optional[int], mesh_factor: Optional[int]) -> None:
         if truth(keep_design, "keep_design") and not (subdivision is None and mesh_factor is None):
             raise ValueError("a design that is kept keeps its subdivision and mesh_factor")
         with self._in_use() as library:
@@ -274,12 +301,14 @@ class Optimiser(PlateSolver):
                     self._subdivision if subdivision is None else subdivision,
                     self._mesh_factor if mesh_factor is None else mesh_factor,
                 )
-            if self._settings is not None:
-                _check_placement(self._settings, *refinement)
+            if settings is not None:
+                _check_placement(settings, *refinement)
+                self._settings = settings
+                self._volume_fraction = settings.volume_fraction
             if not keep_design:
                 library._DestroyVoxamApp()
             self._create(*refinement)
-            if self._settings is not None:
+            if settings is not None:
                 self._send(library)
 
     def _checked_refinement(self, subdivision: int, mesh_factor: int) -> Tuple[int, int]:

@@ -31,6 +31,20 @@ _SCENE_KEYS = ("$schema", "title", "description", "grid", "symmetry", "elementSi
 _PASSIVE_KINDS = {"void": "void", "solid": "solid", "secondSolid": "second_solid"}
 _PASSIVE_CHARACTERS = {"o": "void", "#": "solid", "2": "second_solid"}
 
+# The library takes displacements beyond some 1e7 for those of a plate that nothing holds, but a
+# slender one reaches them under a force of 1.
+_BENDS_TOO_FAR = "Change load/support"
+_SOFTER = 1e3
+_SOFTER_STEPS = 2
+
+_MAX_TITLE = 200  # bytes
+_MAX_NODES = 4_000_000  # of all loads, or of all supports
+_MAX_CHANGES = 1000
+_MAX_CELLS = 32767  # in a list of elements
+_MAX_DESIGN_CELLS = 1_000_000
+_MAX_PICTURE_CELLS = 4_000_000
+_MAX_FINE_SIDE = 32000  # cells of design and picture in x and in y
+
 
 class SceneError(ValueError):
     """Something in a scene file is not as it has to be; names the file, the key and the value."""
@@ -76,48 +90,72 @@ def run(
         raise ValueError("blob: no elements, needed for a blob that moves")
     last = scene.iterations if iterations is None else iterations
     changes = [change for change in scene.timeline if change.iteration <= last]
-    unit = scene.largest_force or 1.0
-    settings = _in_unit(scene.settings, unit)
-    with Optimiser(scene.width, scene.height, volume_fraction=settings["volume_fraction"],
+    with Optimiser(scene.width, scene.height, volume_fraction=scene.settings["volume_fraction"],
                    subdivision=scene.subdivision, mesh_factor=scene.mesh_factor,
                    load_cases=scene.load_cases) as optimiser:
-        _update(optimiser, settings)
+        problem = _Problem(scene, optimiser)
         number = 1
         while number <= last:
             if changes and changes[0].iteration == number:
-                change = changes.pop(0)
-                settings.update(_in_unit(change.settings, unit))
-                _make(change, optimiser, settings)
+                problem.make(changes.pop(0))
             try:
-                result = optimiser.iterate(settings["penalty"], move_blob=move_blob)
+                result = problem.iterate(move_blob)
             except ProblemError:
                 if not changes:
                     raise
                 number = changes[0].iteration
                 continue
-            if move_blob:
-                settings["blob"] = result.blob
-            yield number, replace(result, compliance=result.compliance * unit**2)
+            yield number, result
             number += 1
 
 
-def _update(optimiser: Optimiser, settings: Dict[str, Any]) -> None:
-    optimiser.update(**{key: value for key, value in settings.items() if key != "penalty"})
+class _Problem:
+    """What the optimiser of a run was told, in the forces of the scene."""
 
+    def __init__(self, scene: Scene, optimiser: Optimiser) -> None:
+        self._optimiser = optimiser
+        self._settings = dict(scene.settings)
+        self._unit = scene.largest_force or 1.0
+        self._moved: Optional[npt.NDArray[np.bool_]] = None  # the blob, since it was given
+        self._has_design = False
+        optimiser.update(**self._told())
 
-def _in_unit(settings: Dict[str, Any], unit: float) -> Dict[str, Any]:
-    if "loads" not in settings:
-        return dict(settings)
-    loads = [load._replace(fx=load.fx / unit, fy=load.fy / unit) for load in settings["loads"]]
-    return {**settings, "loads": loads}
+    def make(self, change: Change) -> None:
+        """Makes a change. One of the penalty alone is no update, as each iteration is told it."""
+        self._settings.update(change.settings)
+        if "blob" in change.settings:
+            self._moved = None
+        if change.restart is not None:
+            self._optimiser.restart_with(self._told(), **change.restart)
+        elif change.settings.keys() - {"penalty"}:
+            self._optimiser.update(**self._told())
 
+    def iterate(self, move_blob: bool) -> Iteration:
+        """Runs an iteration. A plate that bends too far for the library, before there is a design,
+        starts again with smaller forces."""
+        moves = move_blob and bool(np.any(self._settings.get("blob", False)))
+        for steps_left in range(_SOFTER_STEPS, -1, -1):
+            try:
+                result = self._optimiser.iterate(self._settings["penalty"], move_blob=moves)
+                break
+            except ProblemError as error:
+                if self._has_design or error.text != _BENDS_TOO_FAR or steps_left == 0:
+                    raise
+            self._unit *= _SOFTER
+            self._optimiser.restart_with(self._told())
+        self._has_design = True
+        if moves:
+            self._moved = result.blob
+        return replace(result, compliance=result.compliance * (self._unit * self._unit))
 
-def _make(change: Change, optimiser: Optimiser, settings: Dict[str, Any]) -> None:
-    if change.restart is not None:
-        _update(optimiser, settings)
-        optimiser.restart(**change.restart)
-    elif change.settings.keys() - {"penalty"}:
-        _update(optimiser, settings)
+    def _told(self) -> Dict[str, Any]:
+        """The arguments of an update, with the forces in the unit in force."""
+        told = {key: value for key, value in self._settings.items() if key != "penalty"}
+        told["loads"] = [load._replace(fx=load.fx / self._unit, fy=load.fy / self._unit)
+                         for load in told["loads"]]
+        if self._moved is not None:
+            told["blob"] = self._moved
+        return told
 
 
 def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
@@ -131,8 +169,9 @@ def read_document(file: Union[str, "pathlib.Path"]) -> Any:
     OSError when it cannot be read."""
     path = pathlib.Path(file)
     try:
-        text = _without_comments(path.read_text("utf-8"))
-        return json.loads(text, object_pairs_hook=_without_duplicates)
+        text = _without_comments(path.read_text("utf-8-sig"))
+        return json.loads(text, object_pairs_hook=_without_duplicates,
+                          parse_constant=_no_constant)
     except ValueError as error:
         raise SceneError(f"{path}: {error}") from None
     except RecursionError:
@@ -160,6 +199,10 @@ def _without_duplicates(pairs: List[Tuple[str, Any]]) -> Dict[str, Any]:
         twice = next(key for key in keys if keys.count(key) > 1)
         raise ValueError(f'key "{twice}" stands twice in the same object')
     return members
+
+
+def _no_constant(name: str) -> float:
+    raise ValueError(f"{name} is no JSON")
 
 
 class _Value:
@@ -257,12 +300,22 @@ class _Reader:
         for key in ("loads", "supports", "volumeFraction"):
             root.at(key)
         title = root.find("title")
+        if title and len(title.text().encode()) > _MAX_TITLE:
+            raise title.fail(f"is longer than {_MAX_TITLE} bytes")
+        for key in ("$schema", "description"):
+            text = root.find(key)
+            if text:
+                text.text()
         iterations = self._count(root, "iterations", 1000000, 100)
         timeline = root.find("timeline")
+        values = timeline.elements() if timeline else []
+        if timeline and len(values) > _MAX_CHANGES:
+            raise timeline.fail(f"{len(values)} changes, allowed are at most {_MAX_CHANGES}")
         changes: List[Change] = []
-        for value in timeline.elements() if timeline else []:
+        for value in values:
             changes.append(self._change(value, changes[-1].iteration if changes else 1, iterations))
         settings = {"penalty": 3.0, **self._settings(root)}
+        self._check_details(settings, changes, values)
         return Scene(
             title.text() if title else name, self._width, self._height, self._load_cases,
             iterations, settings=settings, timeline=tuple(changes),
@@ -281,7 +334,38 @@ class _Reader:
         value.allow_only(("iteration", "restart", *_SETTINGS))
         iteration = value.at("iteration").integer(after + 1, iterations)
         restart = value.find("restart")
-        return Change(iteration, self._settings(value), self._restart(restart) if restart else None)
+        settings = self._settings(value)
+        if not restart and not settings:
+            raise value.fail("changes nothing")
+        return Change(iteration, settings, self._restart(restart) if restart else None)
+
+    def _check_details(self, settings: Dict[str, Any], changes: Sequence[Change],
+                       values: Sequence[_Value]) -> None:
+        """The detail has to go with the rest of the scene, from the start to the last change."""
+        detail = self._refinement(self._root)
+        settings = dict(settings)
+        self._check_detail(self._root, settings, **detail)
+        for change, value in zip(changes, values):
+            settings.update(change.settings)
+            if change.restart and "keep_design" not in change.restart:
+                detail = change.restart
+            self._check_detail(value, settings, **detail)
+
+    def _check_detail(self, value: _Value, settings: Dict[str, Any], subdivision: int,
+                      mesh_factor: int) -> None:
+        for what, refinement, most in (
+                ("design", subdivision, _MAX_DESIGN_CELLS),
+                ("picture", subdivision * mesh_factor, _MAX_PICTURE_CELLS)):
+            columns, rows = self._width * refinement, self._height * refinement
+            if columns * rows > most or max(columns, rows) > _MAX_FINE_SIDE:
+                raise value.fail(f"refines the {what} to {columns} x {rows} cells, allowed are at "
+                                 f"most {most}, and {_MAX_FINE_SIDE} along a side")
+        has_cells = any(np.any(settings.get(key, False) if settings.get(key) is not None else False)
+                        for key in ("blob", *_PASSIVE_KINDS.values()))
+        if subdivision != mesh_factor and has_cells:
+            raise value.fail(
+                f"subdivision {subdivision} and meshFactor {mesh_factor} have to be equal, or "
+                "passive cells and blob would not lie where they should")
 
     def _restart(self, value: _Value) -> Dict[str, Any]:
         value.allow_only(("design", "subdivision", "meshFactor"))
@@ -311,12 +395,12 @@ class _Reader:
         return settings
 
     def _loads(self, value: _Value) -> List[Load]:
-        loads = []
+        loads: List[Load] = []
         for load in value.elements():
             load.allow_only(("x", "y", "fx", "fy", "loadCase"))
             if "fx" not in load.raw and "fy" not in load.raw:
                 raise load.fail("a force is needed: fx, fy or both")
-            nodes = self._nodes(load)
+            nodes = self._nodes(load, len(loads))
             found = [load.find("fx"), load.find("fy")]
             forces = [force.number(-1e6, 1e6) if force else 0.0 for force in found]
             self._largest_force = max([self._largest_force, *(abs(force) for force in forces)])
@@ -329,17 +413,19 @@ class _Reader:
         return loads
 
     def _supports(self, value: _Value) -> List[Support]:
-        supports = []
+        supports: List[Support] = []
         for support in value.elements():
             support.allow_only(("x", "y", "fix"))
             fix = support.at("fix")
             if fix.raw not in ("x", "y", "xy"):
                 raise fix.fail('not one of "x", "y", "xy"')
-            supports += [Support(x, y, fix.raw) for x, y in self._nodes(support)]
+            supports += [Support(x, y, fix.raw) for x, y in self._nodes(support, len(supports))]
         return supports
 
-    def _nodes(self, value: _Value) -> List[Tuple[int, int]]:
+    def _nodes(self, value: _Value, before: int) -> List[Tuple[int, int]]:
         columns, rows = value.at("x").range(self._width), value.at("y").range(self._height)
+        if before + len(columns) * len(rows) > _MAX_NODES:
+            raise value.fail(f"more than {_MAX_NODES} nodes in all")
         return [(x, y) for x in columns for y in rows]
 
     def _cases(self, value: _Value) -> List[int]:
@@ -352,8 +438,17 @@ class _Reader:
         if isinstance(value.raw, list):
             return self._drawing(value)
         value.allow_only(tuple(_PASSIVE_KINDS))
-        lists = {kind: value.find(key) for key, kind in _PASSIVE_KINDS.items()}
-        return {kind: self._shapes(found) if found else None for kind, found in lists.items()}
+        masks: Dict[str, Any] = {}
+        taken = np.zeros((self._height, self._width), bool)
+        for key, kind in _PASSIVE_KINDS.items():
+            found = value.find(key)
+            masks[kind] = mask = self._shapes(found) if found else None
+            if found and mask is not None:
+                if np.any(mask & taken):
+                    y, x = np.argwhere(mask & taken)[0]
+                    raise found.fail(f"element x {x}, y {y} is of another kind already")
+                taken |= mask
+        return masks
 
     def _drawing(self, value: _Value) -> Dict[str, Any]:
         rows = value.elements()
@@ -363,7 +458,10 @@ class _Reader:
         if len(rows) != self._height:
             raise value.fail(f"{self._height} rows are needed, not {len(rows)}")
         drawing = np.array([list(row.text()) for row in rows])
-        return {kind: drawing == character for character, kind in _PASSIVE_CHARACTERS.items()}
+        masks = {kind: drawing == character for character, kind in _PASSIVE_CHARACTERS.items()}
+        for mask in masks.values():
+            self._check_cells(value, mask)
+        return masks
 
     def _shapes(self, value: _Value) -> npt.NDArray[np.bool_]:
         mask = np.zeros((self._height, self._width), bool)
@@ -376,7 +474,14 @@ class _Reader:
                 columns = shape.at("x").range(self._width - 1)
                 rows = shape.at("y").range(self._height - 1)
                 mask[rows.start:rows.stop, columns.start:columns.stop] = True
+        self._check_cells(value, mask)
         return mask
+
+    @staticmethod
+    def _check_cells(value: _Value, mask: npt.NDArray[np.bool_]) -> None:
+        count = np.count_nonzero(mask)
+        if count > _MAX_CELLS:
+            raise value.fail(f"{count} elements, allowed are at most {_MAX_CELLS}")
 
     def _ring(self, shape: _Value, radius: _Value) -> npt.NDArray[np.bool_]:
         inner, outer = radius.numbers(lambda value: value.number(0, 2000))

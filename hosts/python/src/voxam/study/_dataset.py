@@ -25,6 +25,7 @@ _NEAREST = 0.3  # of the plate's shorter side, from a load to a support: nearer,
 _SHORTEST_SUPPORT = 0.25  # of an edge
 _FOOT = 0.1  # of an edge
 _LEAST_SIDE = 4
+_MOST_COMPLIANT = 2.0  # as drawn, of what it was while optimising: beyond, a member is torn
 _CANDIDATES = 4  # per design that is wanted, before it is given up
 
 
@@ -73,9 +74,9 @@ def make_dataset(folder: AnyPath, options: Options, *, client: Any = None,
                  stop: Stop = lambda: False) -> Optional[pathlib.Path]:
     """Makes a data set: designs for random supports, loads and volumes, with the displacements.
 
-    The boundary conditions follow from the seed alone. One for which no design comes out, such as a
-    load that is left without material, is replaced by the next. The folder gets an array for each
-    field, README.md and dataset.json with their description, scenes.jsonl with the scenes, and
+    The boundary conditions follow from the seed alone. A plate whose design is not sound in black
+    and white, such as one with loose parts, is replaced by the next. The folder gets an array for
+    each field, README.md and dataset.json with their description, scenes.jsonl with the scenes, and
     study/ with the runs, from which the same call goes on after an interruption.
 
     Returns the folder, or None when stop() has become true before the end.
@@ -84,21 +85,34 @@ def make_dataset(folder: AnyPath, options: Options, *, client: Any = None,
     folder = pathlib.Path(folder)
     candidates = options.designs
     while True:
-        pairs = [({"candidate": i}, random_scene(options, i)) for i in range(candidates)]
+        pairs = [_pair(options, i) for i in range(candidates)]
         results = run(pairs, folder / "study", client=client, processes=processes,
                       keep=("design", "displacements"), title="Data set", progress=progress,
                       stop=stop)
         if stop():
             return None
-        good = [row for row in results.rows() if row.get("compliance_drawn") is not None]
+        good = [row for row in results.rows() if _is_sound(row)]
         if len(good) >= options.designs:
             break
         candidates += options.designs - len(good)
         if candidates > _CANDIDATES * options.designs + _CANDIDATES:
-            raise StudyError(f"only {len(good)} of {candidates} random plates have a design: take "
-                             "a finer grid or more iterations")
+            raise StudyError(f"only {len(good)} of {candidates} random plates have a sound "
+                             "design: take a finer grid or more iterations")
     _write(folder, options, results, good)
     return folder
+
+
+def _pair(options: Options, index: int) -> Tuple[Dict[str, Any], Dict[str, Any]]:
+    scene = random_scene(options, index)
+    return {"volumeFraction": scene["volumeFraction"], "candidate": index}, scene
+
+
+def _is_sound(row: Mapping[str, Any]) -> bool:
+    """Whether the design in black and white is one piece that carries the loads as the optimiser
+    meant it to."""
+    drawn = row.get("compliance_drawn")
+    return (drawn is not None and row["loose"] == 0
+            and drawn <= _MOST_COMPLIANT * row["compliance_optimising"])
 
 
 def _check(options: Options) -> None:
@@ -221,7 +235,7 @@ def _fields(options: Options, results: Results, row: Mapping[str, Any]
         "supports": _support_map(scene["supports"], options.width, options.height),
         "volume_fractions": scene["volumeFraction"],
         "densities": design,
-        "drawn": design >= row["level"],
+        "drawn": design.astype(np.float64) >= row["level"],
         "displacements": results.displacements(row["run"])[0],
         "compliances": row["compliance_drawn"],
         "compliances_optimising": row["compliance_optimising"],
@@ -239,7 +253,8 @@ Two-dimensional plates of {options.width} x {options.height} square elements wit
 loads and volume, and the stiffest design that Voxam found for each. Made with:
 
     python -m voxam dataset FOLDER --designs {options.designs} --seed {options.seed} \\
-        --grid {options.width}x{options.height} --subdivision {options.subdivision} --iterations {options.iterations}
+        --grid {options.width}x{options.height} --subdivision {options.subdivision} \\
+        --iterations {options.iterations}
 
 x counts from the left and y from the top. An element's edge, the thickness and Young's modulus of
 solid material are 1, and Poisson's ratio is 0.3; a displacement is in the edge's length. Nodes are

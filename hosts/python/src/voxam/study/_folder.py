@@ -38,6 +38,8 @@ COLUMNS = {
     "volume": "material of the design, 0 to 1",
     "volume_drawn": "material of the design in black and white, 0 to 1",
     "level": "density from which a cell counts as solid as drawn; it keeps the volume",
+    "loose": "cells of the design in black and white that nothing holds; the analysis leaves them "
+             "out",
     "change": "largest change of a density in the last iteration, 0 to 1",
     "iterations": "iterations made",
     "warnings": "what to know of the result; several are separated by semicolons",
@@ -48,8 +50,11 @@ COLUMNS = {
     "host": "machine that made the run",
     "key": "name of the run's file in runs/: hash of the scene and the version",
 }
-_NUMBERS = ("compliance_drawn", "compliance_optimising", "volume", "volume_drawn", "level", "change",
-            "iterations", "seconds")
+_TYPES = {  # in a frame, also where no run has a value
+    **dict.fromkeys(("compliance_drawn", "compliance_optimising", "volume", "volume_drawn", "level",
+                     "change", "seconds"), "float"),
+    **dict.fromkeys(("loose", "iterations"), "Int64"),
+}
 _IDENTITY = ("voxam", "library", "python", "numpy", "host", "processor")
 
 
@@ -86,7 +91,7 @@ class Results:
 
         columns = table_columns(self.parameters)
         frame = pandas.DataFrame(self.rows(), columns=columns).set_index("run")
-        return frame.astype(dict.fromkeys(_NUMBERS, float))
+        return frame.astype(_TYPES)
 
     def design(self, run: int) -> npt.NDArray[np.float32]:
         """The design of a run by its number: [y, x], 0 void to 1 solid. Raises KeyError when the
@@ -95,7 +100,8 @@ class Results:
 
     def displacements(self, run: int) -> npt.NDArray[np.float32]:
         """The displacements of a run's design as drawn: [load case in use, y, x, direction] of
-        the nodes, not a number where there is no material. Raises KeyError unless the study keeps them."""
+        the nodes, not a number where there is no material. Raises KeyError unless the study keeps
+        them."""
         return self.array(run, "displacements")
 
     def scene(self, run: int) -> Dict[str, Any]:

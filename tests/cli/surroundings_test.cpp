@@ -160,7 +160,8 @@ TEST_F(Surroundings, hearNothingButWarningsWhenQuiet) {
 
 TEST_F(Surroundings, seeThatALargeRunHasBegun) {
     write("large.json", R"({"grid": {"width": 300, "height": 200}, "volumeFraction": 0.5,
-        "loads": [{"x": 300, "y": 100, "fy": 1}], "supports": [{"x": 0, "y": [0, 200], "fix": "xy"}]})");
+        "loads": [{"x": 300, "y": 100, "fy": 1}],
+        "supports": [{"x": 0, "y": [0, 200], "fix": "xy"}]})");
     const Outcome outcome =
         run("optimise large.json >seen & pid=$!; while [ ! -s seen ]; do sleep 0.005; done; "
             "kill -KILL $pid; wait $pid");

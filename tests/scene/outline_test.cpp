@@ -1,4 +1,6 @@
 // Outlines of designs, and the files that hold them.
+#include "export/outline.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -9,7 +11,6 @@
 #include <sstream>
 #include <string>
 
-#include "export/outline.h"
 #include "export/outline_file.h"
 #include "export/solid.h"
 #include "scene_fixture.h"

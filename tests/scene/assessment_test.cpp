@@ -1,5 +1,6 @@
 // What a design is worth, and what a design in black and white is.
 #include "checks/assessment.h"
+
 #include "run/optimiser.h"
 #include "run/records.h"
 #include "scene_fixture.h"

@@ -1,4 +1,6 @@
 // What is said of a scene before a run, and of a result after it.
+#include "checks/checks.h"
+
 #include <unistd.h>
 
 #include <filesystem>
@@ -7,7 +9,6 @@
 #include <string>
 
 #include "checks/available_memory.h"
-#include "checks/checks.h"
 #include "checks/memory_need.h"
 #include "scene_fixture.h"
 

@@ -1,7 +1,8 @@
 // Words for people: what they may have meant, and where a text is no JSON.
+#include "format/text.h"
+
 #include "format/input_error.h"
 #include "format/json_value.h"
-#include "format/text.h"
 #include "scene_fixture.h"
 
 namespace {

@@ -2,9 +2,9 @@
 
 #include <voxam.h>
 
-/// What is told about an iteration.
+/// What is reported about an iteration.
 struct IterationRecord {
-    int iteration = 0;      ///< from 1
+    int iteration = 0;      ///< from 1, since the design last started afresh
     double compliance = 0;  ///< of the design before the iteration
     double volume = 0;      ///< mean density of the picture, 0 to 1
     double change = 0;      ///< largest change of a density

@@ -1,4 +1,6 @@
 // What a picture is made of: arrows, outlines of areas, colours.
+#include "drawing/picture.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -6,7 +8,6 @@
 
 #include "drawing/area_outline.h"
 #include "drawing/load_arrows.h"
-#include "drawing/picture.h"
 #include "scene_fixture.h"
 
 namespace {

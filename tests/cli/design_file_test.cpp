@@ -1,4 +1,6 @@
 // Files of designs, and animations.
+#include "export/design_file.h"
+
 #include <gif_lib.h>
 
 #include <cmath>
@@ -8,7 +10,6 @@
 
 #include "cli_fixture.h"
 #include "export/animation.h"
-#include "export/design_file.h"
 #include "export/output_file.h"
 #include "format/input_error.h"
 

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "format/scene.h"
+#include "run/iteration_record.h"
+#include "run/optimiser.h"
+
+/// A run of a scene: turns the scene and the number of the iteration into the library's calls. The
+/// program and the window both drive it, so that a scene means the same in both.
+///
+/// The rules:
+/// - A change of the timeline is made before the iteration that it names. A change of the penalty
+///   alone does not update the problem, because each iteration passes the penalty.
+/// - An iteration that the library refuses does not count. The run resumes at the next change of
+///   the timeline, which may fix the problem, or ends if there is none.
+/// - A blob moves if the host asks for it. Later updates leave it where it is, until a change or an
+///   edit replaces it.
+///
+/// The library has one optimiser, so only one SceneRun can exist at a time. All calls come from one
+/// thread.
+class SceneRun {
+public:
+    static constexpr int ENDLESS = std::numeric_limits<int>::max();
+
+    /// Starts with a uniform design. No iteration after `lastIteration` runs. Throws
+    /// std::runtime_error when there is not enough memory.
+    explicit SceneRun(std::shared_ptr<const Scene> scene, int lastIteration = ENDLESS);
+
+    /// What an iteration came to.
+    struct Outcome {
+        /// Why the library refused to iterate, in its own words; empty on success.
+        std::string refusal;
+        IterationRecord record;  ///< of a refused iteration, only its number is valid
+    };
+
+    /// The iteration that iterate() will run. It is one more than the last one, but after a refusal
+    /// it is that of the next change. Empty when the run is over.
+    std::optional<int> next() const;
+
+    /// Makes the changes that are due and runs the iteration next(), which must exist. Throws
+    /// std::runtime_error when memory does not suffice.
+    Outcome iterate(bool movesBlob);
+
+    /// Replaces the scene while the design goes on. Both scenes have the same grid, detail and
+    /// number of load cases; the changes that were made so far are made in the new scene as well.
+    /// Sends nothing to the library when nothing differs, or only the penalty, because each update
+    /// unsettles the design for a few iterations. After a refusal, next() is again the iteration
+    /// that was refused.
+    void edit(std::shared_ptr<const Scene> scene);
+
+    /// Changes of the timeline that were made.
+    std::size_t changesMade() const { return made; }
+    /// Whether next() can still reach a change of the timeline.
+    bool hasChangesLeft() const;
+
+    /// The scene with the changes that were made, its blob where it was given.
+    const Scene& scene() const { return current; }
+    /// Where the blob moved to since it was given; empty if it did not move.
+    const std::optional<Area>& movedBlob() const { return moved; }
+    /// The design after the last successful iteration, 0 (void) to 1 (solid), at the resolution of
+    /// the picture.
+    const Field& material() const { return design; }
+
+private:
+    void makeChanges(int iteration);
+    /// The scene as the library is to know it: the blob is where it moved to.
+    Scene sceneToTell() const;
+
+    std::shared_ptr<const Scene> whole;
+    Scene current;
+    std::size_t made = 0;
+    int last;
+    int upcoming = 1;        // the iteration after the last successful one, or the refused one
+    bool isRefused = false;  // the iteration `upcoming` was
+    bool isTold = true;      // the library knows all of `current`
+    std::optional<Area> moved;
+    Field design;
+    Optimiser optimiser;
+};
