@@ -218,14 +218,14 @@ double worseAsDrawn(const RunResult& result, const Scene& scene) {
 
 Findings checkBeforeOptimisation(const Scene& scene) {
     Findings findings = checkNow(scene);
-    append(findings, findUnloadedCases(scene));
+    if (findings.empty()) append(findings, findUnloadedCases(scene));
     checkTimeline(scene, findings);
     return findings;
 }
 
 Findings checkBeforeScore(const Scene& scene) {
     Findings findings = findIdleLoads(scene);
-    append(findings, findUnloadedCases(scene));
+    if (findings.empty()) append(findings, findUnloadedCases(scene));
     if (!scene.densities) return findings;
     append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
     append(findings, findOpenPlane(scene, *scene.densities));
