@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <iostream>
 #include <new>
@@ -17,6 +18,8 @@ namespace {
 constexpr std::size_t LONGEST_COMPLAINT = 2000;
 constexpr std::size_t COMFORTABLE_WIDTH = 80;
 constexpr std::size_t ROW_INDENT = 21;
+
+int realOutput = -1;  // standard output before it was silenced
 
 /// The text on one line, or on a terminal in lines that fit it.
 void put(const std::string& text, std::FILE* file, int stream, std::size_t indent) {
@@ -35,7 +38,20 @@ void openStandardStreams() {
 }
 
 void silenceStandardOutput() {
+    std::fflush(stdout);
+    if (realOutput < 0) realOutput = dup(STDOUT_FILENO);
     if (!std::freopen("/dev/null", "w", stdout)) throw InputError("/dev/null cannot be opened");
+}
+
+void printDespiteSilence(const std::string& text) {
+    const int stream = realOutput < 0 ? STDOUT_FILENO : realOutput;
+    std::fflush(stdout);
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t count = write(stream, text.data() + done, text.size() - done);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) throw InputError("standard output cannot be written");
+        done += static_cast<std::size_t>(count);
+    }
 }
 
 std::optional<std::size_t> terminalWidth(int stream) {

@@ -12,8 +12,13 @@ inline constexpr int ERROR_STATUS = 2;
 /// is closed would take its place, and get what is printed.
 void openStandardStreams();
 
-/// From now on nothing appears on standard output, whoever prints it.
+/// From now on nothing appears on standard output, whoever prints it, except by
+/// printDespiteSilence().
 void silenceStandardOutput();
+
+/// Prints where standard output led before it was silenced, or on standard output. Throws InputError
+/// when that did not take all.
+void printDespiteSilence(const std::string& text);
 
 /// Columns of the terminal that a stream (STDOUT_FILENO and such) is; none where it is none.
 std::optional<std::size_t> terminalWidth(int stream);

@@ -8,37 +8,25 @@
 #include "export/outline.h"
 #include "export/outline_file.h"
 #include "export/output_file.h"
+#include "export/picture_file.h"
+#include "export/values_file.h"
 #include "format/input_error.h"
+#include "format/refinement.h"
+#include "format/symmetry.h"
 #include "format/text.h"
-#include "usage_error.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double MIN_THICKNESS = 1e-6;
-constexpr double MAX_THICKNESS = 1e6;
-
 // Of the plate's shorter side: a solid that is neither a foil nor a block.
 constexpr double DEFAULT_THICKNESS = 0.1;
 
-}  // namespace
-
-void addOutlineOptions(CLI::App& command, ExportOptions& options) {
-    command
-        .add_option("--outline", options.outlines,
-                    "Write where the material ends, in units of an element's edge: a drawing "
-                    "or, as .stl, a solid; may be given more than once")
-        ->type_name("OUT.svg|.dxf|.stl")
-        ->check(fileName())
-        ->allow_extra_args(false);
-    command
-        .add_option("--thickness", options.thickness,
-                    "Thickness of the solid in the same units\n"
-                    "(default: a tenth of the plate's shorter side)")
-        ->type_name("T")
-        ->check(numberWithin(MIN_THICKNESS, MAX_THICKNESS));
+double elementSizeOf(const ExportOptions& options, const Scene& scene) {
+    return options.elementSize.value_or(scene.elementSize);
 }
+
+}  // namespace
 
 std::vector<Output> outputsOf(const ExportOptions& options) {
     std::vector<Output> outputs;
@@ -46,12 +34,18 @@ std::vector<Output> outputsOf(const ExportOptions& options) {
                          const std::vector<std::string>& endings) {
         for (const fs::path& file : files) outputs.push_back({option, file, endings});
     };
+    add("--picture", options.pictures, PICTURE_ENDINGS);
     add("--design", options.designs, DESIGN_ENDINGS);
     add("--outline", options.outlines, OUTLINE_ENDINGS);
+    add("--values", options.values, VALUES_ENDINGS);
+    for (const fs::path& file : options.values)
+        if (fileEnding(file) == ".csv") outputs.push_back({"--values", nodesFileOf(file), {}});
     const bool hasSolid =
         std::any_of(options.outlines.begin(), options.outlines.end(),
                     [](const fs::path& file) { return fileEnding(file) == ".stl"; });
     if (options.thickness && !hasSolid) throw InputError("--thickness: needs --outline OUT.stl");
+    if (options.elementSize && options.outlines.empty() && options.values.empty())
+        throw InputError("--element-size: needs --outline or --values");
     return outputs;
 }
 
@@ -71,6 +65,11 @@ void checkOutputs(const std::vector<Output>& outputs, const std::vector<fs::path
     }
 }
 
+std::string describeDrawn(const Field& drawn, double level) {
+    return formatted("black and white on %d x %d elements, solid from density %.2g", drawn.width,
+                     drawn.height, level);
+}
+
 void Writer::attempt(const std::function<void()>& write) {
     try {
         write();
@@ -80,27 +79,52 @@ void Writer::attempt(const std::function<void()>& write) {
     }
 }
 
+void Writer::write(const char* kind, const fs::path& file, const std::vector<std::uint8_t>& bytes,
+                   const std::string& note) {
+    writeFile(file, bytes);
+    tell(kind, file, note);
+}
+
+void Writer::tell(const char* kind, const fs::path& file, const std::string& note) {
+    written.push_back({kind, file});
+    printRow(kind, nameOf(file) + (note.empty() ? "" : " (" + note + ")"));
+}
+
 void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
-                  int refinement) {
+                  const Scene& scene, double level) {
+    const Field whole = wholeOf(design, scene.symmetry);
     for (const fs::path& file : options.designs)
         writer.attempt([&] {
-            writeFile(file, encodeDesign(file, design));
-            printRow("design",
-                     nameOf(file) + formatted(" (%d x %d cells)", design.width, design.height));
+            writer.write("design", file, encodeDesign(file, whole),
+                         formatted("%d x %d cells", whole.width, whole.height));
         });
     if (options.outlines.empty()) return;
     writer.attempt([&] {
-        const Outline outline = traceOutline(design, refinement);
+        const Outline outline =
+            traceOutline(whole, refinementOf(design, scene), elementSizeOf(options, scene), level);
         const double thickness =
             options.thickness.value_or(DEFAULT_THICKNESS * std::min(outline.width, outline.height));
         const std::string content = outline.contours.empty()
-                                        ? "empty: no material is half solid"
+                                        ? "empty: there is no material"
                                         : counted(outline.contours.size(), "contour") +
                                               formatted(", area %.6g", area(outline));
         for (const fs::path& file : options.outlines)
             writer.attempt([&] {
-                writeFile(file, encodeOutline(file, outline, thickness));
-                printRow("outline", nameOf(file) + " (" + content + ")");
+                writer.write("outline", file, encodeOutline(file, outline, thickness), content);
             });
     });
+}
+
+void writeValues(Writer& writer, const ExportOptions& options, const Field& design,
+                 const Assessment& found, const Scene& scene) {
+    const AnalysedDesign analysed{scene, design, found.states, elementSizeOf(options, scene)};
+    for (const fs::path& file : options.values)
+        writer.attempt([&] {
+            if (!found.problems.empty())
+                throw InputError(nameOf(file) + ": not written: the design is not supported");
+            if (fileEnding(file) == ".vti")
+                return writer.write("values", file, encodeVti(analysed));
+            writer.write("values", file, encodeElementsCsv(analysed), "by element");
+            writer.write("values", nodesFileOf(file), encodeNodesCsv(analysed), "by node");
+        });
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-/// From now on the first SIGINT or SIGTERM is only remembered; the next one ends the process at
-/// once, as usual. Whoever stops reading what is printed ends nothing.
+/// Remembers the first SIGINT, SIGTERM or SIGHUP from now on; the next one ends the process at
+/// once, as usual. SIGPIPE is ignored: nobody who stops reading the output ends the run.
 void watchForInterruption();
 
 /// The signal that came, or 0.

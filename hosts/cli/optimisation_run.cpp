@@ -6,6 +6,7 @@
 #include "format/text.h"
 #include "format/timeline.h"
 #include "interruption.h"
+#include "warnings.h"
 
 namespace {
 
@@ -39,7 +40,7 @@ void OptimisationRun::iterate(const std::function<void()>& afterEach) {
 void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
     while (run.next() && !converged && interruption() == 0) {
         const SceneRun::Outcome outcome = iterateOnce();
-        failed = outcome.refusal;
+        failed = explainedRefusal(outcome.refusal, !recorded.empty() && lastChange != outcome.record.iteration);
         if (failed.empty()) {
             record(outcome.record);
             afterEach();

@@ -8,7 +8,7 @@
 
 #include "format/scene.h"
 #include "history.h"
-#include "optimise_options.h"
+#include "options.h"
 #include "progress.h"
 #include "run/iteration_record.h"
 #include "run/scene_run.h"

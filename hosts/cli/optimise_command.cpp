@@ -7,6 +7,7 @@
 
 #include "checks/checks.h"
 #include "console.h"
+#include "design_exports.h"
 #include "drawing/picture.h"
 #include "export/animation.h"
 #include "export/file_ending.h"
@@ -16,10 +17,13 @@
 #include "format/input_error.h"
 #include "format/refinement.h"
 #include "format/scene_reader.h"
+#include "format/symmetry.h"
 #include "format/text.h"
 #include "interruption.h"
 #include "optimisation_run.h"
 #include "optimise_summary.h"
+#include "report.h"
+#include "view.h"
 #include "warnings.h"
 
 namespace fs = std::filesystem;
@@ -51,9 +55,8 @@ void checkFrames(const OptimiseOptions& options) {
 
 void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
     std::vector<Output> outputs = outputsOf(options.exports);
-    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
     outputs.push_back({"--animation", options.animation, {".gif"}});
-    outputs.push_back({"--history", options.history, {}});
+    outputs.push_back({"--history", options.history, {".csv"}});
     if (!options.frames.empty()) checkFrames(options);
     checkOutputs(outputs, scene.files, options.frames);
     if (options.frames.empty()) return;
@@ -67,7 +70,7 @@ void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
 }
 
 PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle) {
-    return {run.material(), std::nullopt, run.scene().title, subtitle};
+    return mirrored({run.material(), std::nullopt, run.scene().title, subtitle}, run.scene());
 }
 
 std::string iterationSubtitle(const OptimisationRun& run) {
@@ -76,27 +79,48 @@ std::string iterationSubtitle(const OptimisationRun& run) {
                      shown.compliance, 100 * shown.volume);
 }
 
-void draw(const OptimisationRun& run, const PictureContent& content, const fs::path& file) {
-    const int scale = refinedPictureScale(run.scene(), run.scene().refinement());
-    writeFile(file, encodePicture(file, run.scene(), content, scale));
+std::vector<std::uint8_t> encoded(const OptimisationRun& run, const PictureContent& content,
+                                  const fs::path& file) {
+    const Scene whole = wholeOf(run.scene());
+    return encodePicture(file, whole, content,
+                         refinedPictureScale(whole, run.scene().refinement()));
 }
 
-/// The last design, and what of it hangs on nothing as drawn.
+RgbImage animated(const OptimisationRun& run, const PictureContent& content) {
+    const Scene whole = wholeOf(run.scene());
+    return drawPicture(whole, content, animationScale(whole));
+}
+
+/// The last design as the view shows it, and what of it no support holds as drawn.
 PictureContent contentOf(const OptimisationRun& run, const RunResult& result) {
-    PictureContent content = contentOf(run, resultSubtitle(run, result));
-    content.floating = result.assessment.floating;
-    return content;
+    const Scene scene = withLoadsInUse(run.scene());
+    const bool showsDrawn = run.options().view.view != "material";
+    PictureContent content{showsDrawn ? result.drawn : run.material(), std::nullopt,
+                           run.scene().title, "", result.assessment.floating};
+    content.subtitle = resultSubtitle(run, result) +
+                       showView(run.options().view, result.assessment, scene, content);
+    return mirrored(content, run.scene());
 }
 
-/// What is drawn after each iteration.
-void drawIteration(const OptimisationRun& run, const OptimiseOptions& options,
-                   Animation& animation) {
+/// What was drawn during the run.
+struct Drawings {
+    std::size_t frames = 0;  ///< files that were written
+    Animation animation;
+};
+
+/// Draws what is drawn after each iteration.
+void drawIteration(const OptimisationRun& run, const OptimiseOptions& options, Drawings& drawings) {
     const std::string subtitle = iterationSubtitle(run);
-    if (!options.frames.empty())
-        draw(run, contentOf(run, subtitle), frameFile(options, run.records().back().iteration));
-    if (!options.animation.empty())
-        animation.add(
-            drawPicture(run.scene(), contentOf(run, subtitle), animationScale(run.scene())));
+    if (!options.frames.empty()) {
+        const fs::path file = frameFile(options, run.records().back().iteration);
+        writeFile(file, encoded(run, contentOf(run, subtitle), file));
+        ++drawings.frames;
+    }
+    if (!options.animation.empty()) drawings.animation.add(animated(run, contentOf(run, subtitle)));
+}
+
+bool wantsStates(const OptimiseOptions& options) {
+    return needsStates(options.view) || options.isJson || !options.exports.values.empty();
 }
 
 /// Scores the last design in black and white.
@@ -105,35 +129,54 @@ RunResult resultOf(const OptimisationRun& run) {
     RunResult result;
     result.compliance = run.records().back().compliance;
     result.volume = run.records().back().volume;
-    result.drawn = drawnDesign(run.material(), scene, drawnRefinement(scene));
-    result.assessment = assess(result.drawn, scene);
+    DrawnDesign drawn = drawnDesign(run.material(), scene, drawnRefinement(scene));
+    result.level = drawn.level;
+    result.drawn = std::move(drawn.design);
+    result.assessment = assess(result.drawn, scene, wantsStates(run.options()));
     return result;
 }
 
-/// Writes what is written at the end, and prints the names of all files.
+/// Writes what is written at the end, and tells the names of all files.
 void writeResult(const OptimisationRun& run, const RunResult& result,
-                 const OptimiseOptions& options, Animation& animation, Writer& writer) {
+                 const OptimiseOptions& options, Drawings& drawings, Writer& writer) {
     std::printf("\n");
     if (!run.records().empty()) {
-        writeExports(writer, options.exports, run.material(), run.scene().refinement());
+        writeExports(writer, options.exports, run.material(), run.scene(), result.level);
+        writeValues(writer, options.exports, result.drawn, result.assessment, run.scene());
         const PictureContent content = contentOf(run, result);
-        if (!options.picture.empty())
-            writer.attempt([&] {
-                draw(run, content, options.picture);
-                printRow("picture", nameOf(options.picture));
-            });
+        for (const fs::path& file : options.exports.pictures)
+            writer.attempt([&] { writer.write("picture", file, encoded(run, content, file)); });
         if (!options.animation.empty())
             writer.attempt([&] {
-                animation.replaceLast(
-                    drawPicture(run.scene(), content, animationScale(run.scene())));
-                writeFile(options.animation, animation.encodeGif());
-                printRow("animation", nameOf(options.animation) + " (" +
-                                          counted(animation.size(), "frame") + ")");
+                drawings.animation.replaceLast(animated(run, content));
+                writer.write("animation", options.animation, drawings.animation.encodeGif(),
+                             counted(drawings.animation.size(), "frame"));
             });
     }
     if (!options.frames.empty())
-        printRow("frames", formatted("%zu in ", run.records().size()) + nameOf(options.frames));
-    if (!options.history.empty()) printRow("history", nameOf(options.history));
+        writer.tell("frames", options.frames, counted(drawings.frames, "file"));
+    if (!options.history.empty()) writer.tell("history", options.history, "");
+}
+
+Report reportOn(const OptimisationRun& run, const RunResult& result, const Findings& warnings,
+                const Writer& writer) {
+    Report report = reportOn("optimise", run.scene());
+    report["iterations"] = run.records().size();
+    report["failure"] = run.failure().empty() ? Report(nullptr) : Report(run.failure());
+    if (!run.records().empty()) {
+        report["whileOptimising"] = {{"compliance", result.compliance},
+                                     {"volume", result.volume},
+                                     {"change", run.records().back().change}};
+        report["asDrawn"] = reportOn(result.assessment);
+        report["asDrawn"].update({{"volume", mean(result.drawn)},
+                                  {"level", result.level},
+                                  {"width", result.drawn.width},
+                                  {"height", result.drawn.height}});
+    }
+    report["warnings"] = reportOn(warnings);
+    report["files"] = reportOn(writer.files());
+    report["seconds"] = run.seconds();
+    return report;
 }
 
 int statusOf(const OptimisationRun& run, bool hasWarnings, const Writer& writer) {
@@ -146,9 +189,10 @@ int statusOf(const OptimisationRun& run, bool hasWarnings, const Writer& writer)
 
 int runOptimise(const OptimiseOptions& options) {
     // 1. Everything that can be said before the run.
-    if (options.isQuiet) silenceStandardOutput();
-    const Scene scene = readScene(options.scene);
+    if (options.isQuiet || options.isJson) silenceStandardOutput();
+    const Scene scene = readScene(options.scene, options.assignments);
     requireOptimisation(scene);
+    checkView(options.view, scene);
     if (options.movesBlob && scene.blob.empty())
         throw InputError(nameOf(options.scene) + ": blob: no elements, needed for --blob");
     Findings warnings = warningsOf(checkBeforeOptimisation(scene), options.scene);
@@ -158,9 +202,9 @@ int runOptimise(const OptimiseOptions& options) {
     // 2. The run.
     watchForInterruption();
     OptimisationRun run(options, scene);
-    Animation animation;
+    Drawings drawings;
     Writer writer;
-    writer.attempt([&] { run.iterate([&] { drawIteration(run, options, animation); }); });
+    writer.attempt([&] { run.iterate([&] { drawIteration(run, options, drawings); }); });
 
     // 3. What it came to.
     RunResult result;
@@ -171,6 +215,7 @@ int runOptimise(const OptimiseOptions& options) {
         warnings.insert(warnings.end(), found.begin(), found.end());
     }
     printSummary(run, result, warnings);
-    writeResult(run, result, options, animation, writer);
+    writeResult(run, result, options, drawings, writer);
+    if (options.isJson) print(reportOn(run, result, warnings, writer));
     return statusOf(run, !warnings.empty(), writer);
 }

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "console.h"
+#include "design_exports.h"
 #include "format/text.h"
 #include "interruption.h"
 #include "time_table.h"
@@ -25,8 +26,7 @@ std::string asDrawn(const RunResult& result) {
 void printResult(const OptimisationRun& run, const RunResult& result) {
     const IterationRecord& end = run.records().back();
     printRow("compliance", formatted("%.6g while optimising", end.compliance));
-    printRow("", asDrawn(result) + formatted(" as drawn, in black and white on %d x %d elements",
-                                             result.drawn.width, result.drawn.height));
+    printRow("", asDrawn(result) + " as drawn: " + describeDrawn(result.drawn, result.level));
     printRow("volume", formatted("%.1f %% of the picture, %.1f %% asked for", 100 * end.volume,
                                  100 * run.scene().volumeFraction));
     printRow("change", formatted("%.4f", end.change));

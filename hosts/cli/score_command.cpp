@@ -11,16 +11,19 @@
 #include "checks/assessment.h"
 #include "checks/checks.h"
 #include "console.h"
+#include "design_exports.h"
+#include "design_reader.h"
 #include "drawing/picture.h"
-#include "export/design_file.h"
-#include "export/file_ending.h"
 #include "export/output_file.h"
 #include "export/picture_file.h"
 #include "export/scene_file.h"
 #include "format/input_error.h"
 #include "format/refinement.h"
 #include "format/scene_reader.h"
+#include "format/symmetry.h"
 #include "format/text.h"
+#include "report.h"
+#include "view.h"
 #include "warnings.h"
 
 namespace {
@@ -59,30 +62,29 @@ void printHardestWorking(const Field& energies, const Scene& scene) {
     std::vector<float> sorted = energies.values;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const double total = sum(energies);
-    const char* const unit = unitOf(energies, scene);
-    std::printf("\n  hardest-working %-11s share of the compliance\n",
-                (unit + std::string("s")).c_str());
+    std::printf("\n");
     for (const int share : {1, 5, 10}) {
         const std::size_t count = (sorted.size() * static_cast<std::size_t>(share) + 99) / 100;
         const double part =
             std::accumulate(sorted.begin(), sorted.begin() + static_cast<long>(count), 0.0);
-        std::printf("  %4d %%  %20s %21.1f %%\n", share, counted(count, unit).c_str(),
-                    percent(part, total));
+        printRow(formatted("hardest %d %%", share).c_str(),
+                 formatted("%.1f %% of the compliance in ", percent(part, total)) +
+                     counted(count, unitOf(energies, scene)));
     }
     const auto hardest = static_cast<int>(
         std::max_element(energies.values.begin(), energies.values.end()) - energies.values.begin());
     const int x = hardest % energies.width;
     const int y = hardest / energies.width;
     const int refinement = refinementOf(energies, scene);
-    const std::string place = "at " + placeText(1.0 * x / refinement, 1.0 * y / refinement) +
-                              formatted(" (density %.3g)", scene.densities->at(x, y));
-    std::printf("  the hardest %-27s %10.1f %%\n", place.c_str(),
-                percent(energies.at(x, y), total));
+    printRow((std::string("hardest ") + unitOf(energies, scene)).c_str(),
+             formatted("%.1f %% of the compliance, at ", percent(energies.at(x, y), total)) +
+                 placeText(1.0 * x / refinement, 1.0 * y / refinement) +
+                 formatted(" (density %.3g)", scene.densities->at(x, y)));
 }
 
 /// A design with greys in black and white, and what that is worth.
-struct DrawnDesign {
-    Field design;
+struct Drawn {
+    DrawnDesign drawn;
     Assessment assessment;
 
     std::string compliance() const {
@@ -91,18 +93,18 @@ struct DrawnDesign {
     }
 };
 
-/// None when the design is black and white and small enough to be scored as it is.
-std::optional<DrawnDesign> asDrawn(const Scene& scene) {
+/// None when the design is black and white.
+std::optional<Drawn> asDrawn(const Scene& scene) {
     const Field& design = *scene.densities;
-    const int refinement = drawnRefinement(scene, refinementOf(design, scene));
-    DrawnDesign drawn{drawnDesign(design, scene, refinement), {}};
-    if (drawn.design == design) return std::nullopt;
-    drawn.assessment = assess(drawn.design, scene);
-    return drawn;
+    Drawn result{drawnDesign(design, scene, drawnRefinement(scene, refinementOf(design, scene))),
+                 {}};
+    if (result.drawn.design == design) return std::nullopt;
+    result.assessment = assess(result.drawn.design, scene);
+    return result;
 }
 
 std::string subtitle(const Scene& scene, const Assessment& found,
-                     const std::optional<DrawnDesign>& drawn) {
+                     const std::optional<Drawn>& drawn) {
     std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
                                               : "not supported: " + lineOf(found.problems.front());
     if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
@@ -113,28 +115,33 @@ std::string subtitle(const Scene& scene, const Assessment& found,
     return text;
 }
 
-void drawDesign(const Scene& scene, const Assessment& found, const std::string& subtitle, int scale,
-                const std::filesystem::path& file) {
-    PictureContent content{*scene.densities, std::nullopt, scene.title, subtitle, found.floating};
-    if (found.problems.empty()) content.energies = found.score.energies;
-    writeFile(file, encodePicture(file, scene, content, scale));
-    const PictureLayout size = pictureLayout(scene, scale);
-    printRow("picture", nameOf(file) + formatted(" (%d x %d pixels)", size.width, size.height));
+/// What a design is worth as it is and, where it has greys, as drawn.
+struct Verdict {
+    Assessment found;
+    std::optional<Drawn> drawn;
+    Findings warnings;
+};
+
+Verdict judge(const Scene& scene, bool withStates) {
+    Verdict verdict{assess(*scene.densities, scene, withStates), asDrawn(scene), {}};
+    const auto warn = [&verdict](const std::string& key, const std::string& text) {
+        verdict.warnings.push_back({Finding::WARNING, key, text, std::nullopt});
+    };
+    if (!verdict.found.floating.empty() && verdict.found.problems.empty())
+        warn("design", describe(verdict.found.floating) + "; left out");
+    if (verdict.drawn && verdict.found.problems.empty())
+        for (const Finding& problem : verdict.drawn->assessment.problems)
+            warn(problem.key, "as drawn, " + problem.text);
+    return verdict;
 }
 
-void printAssessment(const Scene& scene, const Assessment& found,
-                     const std::optional<DrawnDesign>& drawn) {
+void printVerdict(const Scene& scene, const Verdict& verdict) {
+    const auto& [found, drawn, warnings] = verdict;
     if (found.problems.empty()) {
         printRow("compliance", formatted("%.6g", found.score.compliance));
-        // Grows with the number of elements; that of a drawn design stays in the percents.
-        if (scene.densities->values.size() > MAX_DRAWN_ELEMENTS)
-            printRow("",
-                     "too high for want of precision on so many elements: some 2 % for each "
-                     "100,000, more for slender parts");
         if (drawn)
-            printRow("", drawn->compliance() +
-                             formatted(" as drawn, in black and white on %d x %d elements",
-                                       drawn->design.width, drawn->design.height));
+            printRow("", drawn->compliance() + " as drawn: " +
+                             describeDrawn(drawn->drawn.design, drawn->drawn.level));
         printHardestWorking(found.score.energies, scene);
         return;
     }
@@ -143,83 +150,81 @@ void printAssessment(const Scene& scene, const Assessment& found,
 }
 
 /// Tells on standard error what keeps the score from being plain.
-void complainOf(const Assessment& found, const Findings& warnings,
+void complainOf(const Verdict& verdict, const Findings& warnings,
                 const std::filesystem::path& scene) {
     complainOf(warnings, scene);
-    for (const std::string& problem : toldLines(found.problems))
+    for (const std::string& problem : toldLines(verdict.found.problems))
         complain(nameOf(scene) + ": not supported: " + problem);
 }
 
-/// What a design is worth, as it is or, where that takes more precision than there is, as drawn.
-struct Verdict {
-    Assessment found;
-    std::optional<DrawnDesign> drawn;
-    Findings warnings;
-};
-
-/// Replaces the densities of the scene by those that the verdict is about.
-Verdict judge(Scene& scene) {
-    Verdict verdict{assess(*scene.densities, scene), asDrawn(scene), {}};
-    Assessment& found = verdict.found;
-    std::optional<DrawnDesign>& drawn = verdict.drawn;
-    const auto warn = [&verdict](const std::string& text) {
-        verdict.warnings.push_back({Finding::WARNING, "design", text, std::nullopt});
-    };
-    if (found.isBeyondPrecision && drawn && drawn->assessment.problems.empty()) {
-        warn(found.problems.front().text + "; scored as drawn");
-        scene.densities = std::move(drawn->design);
-        found = std::move(drawn->assessment);
-        drawn.reset();
+Report reportOn(const Scene& scene, const Verdict& verdict, const Findings& warnings,
+                const Writer& writer) {
+    Report report = reportOn("score", scene);
+    const Field& design = *scene.densities;
+    report["design"] = {{"width", design.width}, {"height", design.height}};
+    report["volume"] = mean(design);
+    report.update(reportOn(verdict.found));
+    if (verdict.drawn) {
+        report["asDrawn"] = reportOn(verdict.drawn->assessment);
+        report["asDrawn"]["level"] = verdict.drawn->drawn.level;
     }
-    if (!found.floating.empty()) warn(describe(found.floating) + "; left out");
-    return verdict;
+    report["warnings"] = reportOn(warnings);
+    report["files"] = reportOn(writer.files());
+    return report;
 }
 
-void readDesignInto(Scene& scene, const std::filesystem::path& file) {
-    checkEnding("--design", file, DESIGN_ENDINGS);
-    scene.densities = readDesign(file, scene.width, scene.height);
-    scene.files.push_back(file);
-}
-
-void prepareOutputs(const ScoreOptions& options, const Scene& scene, int scale) {
-    if (!options.picture.empty()) checkPictureScale(scene, scale);
-    std::vector<Output> outputs = outputsOf(options.exports);
-    outputs.push_back({"--picture", options.picture, PICTURE_ENDINGS});
-    checkOutputs(outputs, scene.files);
+/// Pictures, outlines and values.
+void writeFiles(const ScoreOptions& options, const Scene& scene, const Verdict& verdict, int scale,
+                Writer& writer) {
+    const auto& [found, drawn, warnings] = verdict;
+    PictureContent content{*scene.densities, std::nullopt, scene.title, "", found.floating};
+    content.subtitle =
+        subtitle(scene, found, drawn) + showView(options.view, found, scene, content);
+    const Scene whole = wholeOf(scene);
+    content = mirrored(content, scene);
+    const PictureLayout size = pictureLayout(whole, scale);
+    for (const std::filesystem::path& file : options.exports.pictures)
+        writer.attempt([&] {
+            writer.write("picture", file, encodePicture(file, whole, content, scale),
+                         formatted("%d x %d pixels", size.width, size.height));
+        });
+    writeExports(writer, options.exports, *scene.densities, scene,
+                 drawn ? drawn->drawn.level : 0.5);
+    writeValues(writer, options.exports, *scene.densities, found, scene);
 }
 
 }  // namespace
 
 int runScore(const ScoreOptions& options) {
     // 1. Everything that can be said before the score.
-    if (options.isQuiet) silenceStandardOutput();
-    Scene scene = readScene(options.scene);
-    if (!options.design.empty()) readDesignInto(scene, options.design);
+    if (options.isQuiet || options.isJson) silenceStandardOutput();
+    Scene scene = readScene(options.scene, options.assignments);
+    if (!options.design.empty()) readDesignInto(scene, options.design, "--design");
     requireScore(scene);
+    checkView(options.view, scene);
     Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);
     scene = withLoadsInUse(std::move(scene));
-    const Field design = *scene.densities;
-    const int refinement = refinementOf(design, scene);
-    const int scale = options.scale.value_or(refinedPictureScale(scene, refinement));
-    prepareOutputs(options, scene, scale);
+    const int scale = options.scale.value_or(
+        refinedPictureScale(wholeOf(scene), refinementOf(*scene.densities, scene)));
+    if (!options.exports.pictures.empty()) checkPictureScale(wholeOf(scene), scale);
+    checkOutputs(outputsOf(options.exports), scene.files);
 
     // 2. The score.
-    const auto [found, drawn, more] = judge(scene);
-    warnings.insert(warnings.end(), more.begin(), more.end());
+    const bool withStates =
+        needsStates(options.view) || options.isJson || !options.exports.values.empty();
+    const Verdict verdict = judge(scene, withStates);
+    warnings.insert(warnings.end(), verdict.warnings.begin(), verdict.warnings.end());
 
     // 3. What it came to. A picture is left only by a score that was told.
     printScene(scene);
-    printAssessment(scene, found, drawn);
+    printVerdict(scene, verdict);
     for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
-    complainOf(found, warnings, options.scene);
-    if (!options.picture.empty() || !options.exports.outlines.empty()) std::printf("\n");
+    complainOf(verdict, warnings, options.scene);
+    if (!outputsOf(options.exports).empty()) std::printf("\n");
     Writer writer;
-    if (!options.picture.empty())
-        writer.attempt([&, &found = found, &drawn = drawn] {
-            drawDesign(scene, found, subtitle(scene, found, drawn), scale, options.picture);
-        });
-    writeExports(writer, options.exports, design, refinement);
+    writeFiles(options, scene, verdict, scale, writer);
+    if (options.isJson) print(reportOn(scene, verdict, warnings, writer));
     if (writer.hasFailed()) return ERROR_STATUS;
-    return !found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
+    return !verdict.found.problems.empty() || (options.isStrict && !warnings.empty()) ? 1 : 0;
 }

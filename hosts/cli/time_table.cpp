@@ -37,13 +37,13 @@ float median(std::vector<float>& values) {
 void printTimeTable(const std::vector<IterationRecord>& records) {
     double total = 0;
     for (const auto& record : records) total += double(record.times.totalTime);
-    std::printf("\n  where the time went    share       median\n");
+    std::printf("\n  time spent      share       median\n");
     for (const Part& part : PARTS) {
         std::vector<float> times;
         times.reserve(records.size());
         for (const auto& record : records) times.push_back(part.time(record.times));
         const double sum = std::accumulate(times.begin(), times.end(), 0.0);
-        std::printf("  %-18s %7.1f %% %9.3f ms\n", part.name, total > 0 ? 100 * sum / total : 0.0,
+        std::printf("  %-13s %5.1f %% %9.3f ms\n", part.name, total > 0 ? 100 * sum / total : 0.0,
                     double(median(times)));
     }
 }

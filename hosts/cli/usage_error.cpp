@@ -21,7 +21,8 @@ std::optional<Number> numberOf(std::string_view text) {
 }
 
 std::string helpOf(const CLI::App& command) {
-    return (command.get_parent() ? "voxam " : "") + command.get_name() + " --help tells the usage";
+    return std::string("see ") + (command.get_parent() ? "voxam " : "") + command.get_name() +
+           " --help";
 }
 
 std::vector<std::string> namesOf(const CLI::App& app) {
@@ -35,6 +36,7 @@ std::vector<std::string> namesOf(const CLI::App& app) {
 std::string hintFor(const std::vector<std::string>& arguments, const CLI::App& app) {
     const CLI::App* command = &app;
     for (const std::string& argument : arguments) {
+        if (argument == "--") break;
         const std::string word = argument.substr(0, argument.find('='));
         const auto commands = command->get_subcommands(
             [&](const CLI::App* each) { return each->get_name() == word; });
@@ -51,8 +53,7 @@ std::string hintFor(const std::vector<std::string>& arguments, const CLI::App& a
             return nameOf(word) + ": a command is needed before it: voxam optimise " +
                    nameOf(word) + " or voxam score " + nameOf(word);
         const std::string meant = didYouMean(word, names);
-        return quoted(word) + " is not known" + (meant.empty() ? ";" : meant) + " " +
-               helpOf(*command);
+        return quoted(word) + " is not known" + meant + " (" + helpOf(*command) + ")";
     }
     return "";
 }
@@ -70,7 +71,7 @@ std::string plainText(const CLI::ParseError& error, const CLI::App& command) {
     const CLI::Option* option = command.get_option_no_throw(name);
     const auto extras = command.remaining();
     if (dynamic_cast<const CLI::ExtrasError*>(&error) && !extras.empty())
-        return quoted(extras.front()) + " is one argument too many";
+        return quoted(extras.front()) + " is an unexpected argument";
     if (!option) return told;
     if (dynamic_cast<const CLI::RequiredError*>(&error))
         return option->get_type_name() + " is missing";
@@ -117,6 +118,15 @@ CLI::Validator positiveNumber() {
                            : quoted(text) + " is not a number above 0";
             },
             "", "positive number"};
+}
+
+CLI::Validator oneOf(const std::vector<std::string>& words) {
+    return {[words](const std::string& text) {
+                if (std::find(words.begin(), words.end(), text) != words.end())
+                    return std::string();
+                return quoted(text) + " is not one of " + listed(words) + didYouMean(text, words);
+            },
+            "", "word"};
 }
 
 CLI::Validator fileName() {

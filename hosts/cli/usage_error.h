@@ -16,5 +16,8 @@ CLI::Validator wholeNumberWithin(int from, int to);
 /// Takes numbers above 0.
 CLI::Validator positiveNumber();
 
+/// Takes these words.
+CLI::Validator oneOf(const std::vector<std::string>& words);
+
 /// Takes names that are not empty.
 CLI::Validator fileName();

@@ -15,3 +15,10 @@ void complainOf(const Findings& warnings, const std::filesystem::path& scene) {
     for (const std::string& warning : toldLines(warnings))
         complain(nameOf(scene) + ": warning: " + warning);
 }
+
+std::string explainedRefusal(const std::string& text, bool isTorn) {
+    if (text.empty() || !isTorn) return text;
+    return "the design has torn: its material no longer joins the loads to the supports; use a "
+           "larger volumeFraction or a finer grid (the library says: " +
+           text + ")";
+}

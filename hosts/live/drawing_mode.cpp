@@ -52,7 +52,7 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
                 scene.densities = designScore->design;
             else if (frame.material.width == scene.width * frame.refinement &&
                      frame.material.height == scene.height * frame.refinement)
-                scene.densities = drawnDesign(frame.material, scene, 1);
+                scene.densities = drawnDesign(frame.material, scene, 1).design;
         });
     });
     for (QAction* action : actions()) action->setEnabled(false);

@@ -41,9 +41,10 @@ ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
 
 ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
     const Scene& scene = run->scene();
-    ScoreResult result = score(scene, drawnDesign(frame.material, scene, refinement));
+    const DrawnDesign drawn = drawnDesign(frame.material, scene, refinement);
+    ScoreResult result = score(scene, drawn.design);
     const RunResult of{frame.numbers.compliance, frame.numbers.volume, result.design,
-                       result.assessment};
+                       result.assessment, drawn.level};
     result.warnings = checkResult(of, scene);
     return result;
 }

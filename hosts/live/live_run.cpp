@@ -76,7 +76,7 @@ std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Sc
         untilScored.quit();
     });
     worker.score({std::make_shared<const Scene>(scene),
-                  std::make_shared<const Field>(drawnDesign(material, scene, refinement)),
+                  std::make_shared<const Field>(drawnDesign(material, scene, refinement).design),
                   revision});
     QApplication::setOverrideCursor(Qt::WaitCursor);
     untilScored.exec(QEventLoop::ExcludeUserInputEvents);

@@ -114,7 +114,7 @@ TEST_F(Cli, scoresABarAsByHand) {
     EXPECT_EQ(one.err, "");
     for (const char* line : {"A bar\n", "  compliance         4\n",
                              "  material used      100.0 %  (4 of 4 elements)\n",
-                             "   10 %             1 element                  25.0 %\n"})
+                             "  hardest 10 %       25.0 % of the compliance in 1 element\n"})
         EXPECT_NE(one.out.find(line), std::string::npos) << line << one.out;
 
     // Twice the force in another load case does four times the work. Keys that only concern the
@@ -197,16 +197,22 @@ TEST_F(Cli, namesWhatIsWrongWithTheCommand) {
     write("wide.json", R"({"grid": {"width": 1000, "height": 1}, "densities": 1, "supports": [],
         "loads": [{"x": 0, "y": 0, "fx": 1}]})");
     fs::create_directory(directory / "full.png");
+    writeFile(directory / "picture.png", encodePng({1, 1, {0, 0, 0}}));
+    write("nul.json", R"({"a\u0000b": 1})");
     expectErrors({
         {"", "a command is required"},
         {"skore s.json", "\"skore\" is not known, did you mean score?"},
         {"s.json", "a command is needed before it: voxam optimise s.json or voxam score s.json"},
-        {"score s.json --pictur p.png", "did you mean --picture? voxam score --help"},
-        {"score", "SCENE.json is missing (voxam score --help tells the usage)"},
-        {"score s.json more", "\"more\" is one argument too many (voxam score --help"},
+        {"score s.json --pictur p.png", "did you mean --picture? (see voxam score --help)"},
+        {"score", "SCENE.json is missing (see voxam score --help)"},
+        {"score s.json more", "\"more\" is an unexpected argument (see voxam score --help"},
         {"score s.json --picture", "--picture: OUT.png|.svg is missing behind it"},
         {"score s.json --picture ''", "--picture: the name is empty"},
-        {"score s.json --picture p.png --picture q.png", "--picture: is given 2 times, expected"},
+        {"score s.json --pic p.png", "\"--pic\" is not known, did you mean --picture?"},
+        {"opt s.json", "\"opt\" is not known, did you mean optimise?"},
+        {"score s.json --picture p.png --scale 2 --scale 3", "--scale: is given 2 times, expected"},
+        {"score picture.png", "picture.png: is a picture, expected a scene"},
+        {"score nul.json", "nul.json: a b: unknown key; allowed keys"},
         {"score s.json --colour", "--colour"},
         {"score s.json --scale 2", "--scale requires --picture"},
         {"score s.json --picture p.png --scale 65",
@@ -244,7 +250,8 @@ TEST_F(Cli, explainsItself) {
     } cases[] = {{"--help", "score"},
                  {"score --help", "1  not supported"},
                  {"optimise --help", "130, 143  ended by"},
-                 {"--version", "voxam 1."}};
+                 {"--version", "voxam 1."},
+                 {"optimise --version", "voxam 1."}};
     for (const auto& [arguments, text] : cases) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.status, 0);

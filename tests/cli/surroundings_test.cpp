@@ -103,7 +103,7 @@ TEST_F(Surroundings, protectWhatOtherOptionsAndTheSceneName) {
     ASSERT_EQ(run("score s.json --picture f/frame-0007.png").status, 0);
     write("png.json", toOptimise(R"(, "densities": {"png": "f/drawn.png"})"));
     ASSERT_EQ(run("optimise o.json --design f/drawn.png").status, 0);
-    expectError(run("optimise o.json --frames f --history ./f/frame-0001.png"),
+    expectError(run("optimise o.json --frames f --picture ./f/frame-0001.png"),
                 "--frames: a frame would replace ./f/frame-0001.png");
     expectError(run("optimise png.json --picture f/drawn.png"), "it is an input of the scene");
     fs::create_symlink("both.png", directory / "link.csv");  // to nothing yet
@@ -173,9 +173,10 @@ TEST_F(Surroundings, countWarningsWhenStrict) {
     EXPECT_EQ(lenient.status, 0);
     EXPECT_EQ(
         lenient.err,
-        "voxam: s.json: warning: design: 1 part that hangs on nothing, 1 element of the grid; "
+        "voxam: s.json: warning: design: no support holds 1 part of it, 1 element of the grid; "
         "the first at x 11, y 5; left out\n");
-    EXPECT_NE(lenient.out.find("  warning            design: 1 part"), std::string::npos);
+    EXPECT_NE(lenient.out.find("  warning            design: no support holds 1 part"),
+              std::string::npos);
     EXPECT_EQ(run("score s.json --strict").status, 1);
 
     write("little.json", toOptimise(R"(, "subdivision": 5)"));
@@ -190,7 +191,7 @@ TEST_F(Surroundings, countWarningsWhenStrict) {
     EXPECT_EQ(sound.status, 0) << sound.err;
     EXPECT_EQ(sound.err, "");
     EXPECT_NE(sound.out.find(" while optimising\n"), std::string::npos);
-    EXPECT_NE(sound.out.find(" as drawn, in black and white on 160 x 80 elements\n"),
+    EXPECT_NE(sound.out.find(" as drawn: black and white on 160 x 80 elements"),
               std::string::npos);
 }
 
@@ -199,16 +200,15 @@ TEST_F(Surroundings, areToldWhichLoadIsNotCarried) {
         "######......", "######......", "............", "............"]})");
     const Outcome loose = run("score loose.json");
     EXPECT_EQ(loose.status, 1);
-    EXPECT_NE(
-        loose.out.find("  because            loads[0]: pulls where there is no material, at x "
-                       "12, y 3\n"),
-        std::string::npos)
+    EXPECT_NE(loose.out.find("  because            loads[0]: acts where there is no material, at x "
+                             "12, y 3\n"),
+              std::string::npos)
         << loose.out;
     const Outcome quiet = run("score loose.json --quiet");
     EXPECT_EQ(quiet.status, 1);
     EXPECT_EQ(quiet.out, "");
     EXPECT_EQ(quiet.err,
-              "voxam: loose.json: not supported: loads[0]: pulls where there is no material, at x "
+              "voxam: loose.json: not supported: loads[0]: acts where there is no material, at x "
               "12, y 3\n");
 }
 

@@ -41,9 +41,9 @@ TEST(Assessment, tellsWhyThereIsNoScore) {
         return lineOf(found.problems.front());
     };
     EXPECT_EQ(problem(drawing({"###.", "###."}), scene),
-              "loads[0]: pulls where there is no material, at x 4, y 1");
+              "loads[0]: acts where there is no material, at x 4, y 1");
     EXPECT_EQ(problem(drawing({"##.#", "##.#"}), scene),
-              "loads[0]: pulls at a part that hangs on nothing, at x 4, y 1");
+              "loads[0]: acts on a part that no support holds, at x 4, y 1");
     EXPECT_EQ(problem(drawing({"....", "...."}), scene), "design: there is no material");
     Scene free = scene;
     free.supports.clear();
@@ -61,26 +61,27 @@ TEST(Assessment, scoresOnAFinerGrid) {
     EXPECT_NEAR(assess(Field(16, 4, 1), scene).score.compliance, 4 * 9, 0.5);
 }
 
-TEST(DrawnDesign, isTheFinestThatIsSmallEnough) {
-    Scene scene = clampedPlate(60, 40);
-    scene.subdivision = scene.meshFactor = 2;
-    EXPECT_EQ(drawnRefinement(scene), 4);
-    scene.meshFactor = 4;
-    EXPECT_EQ(drawnRefinement(scene), 5);  // 300 x 200
-    EXPECT_EQ(drawnRefinement(clampedPlate(1000, 1000)), 1);
-}
-
-TEST(DrawnDesign, isSolidWhereHalfFull) {
-    const Scene scene = clampedPlate(2, 1);
-    Field material(6, 3);  // three cells an element, and then two
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 6; ++x) material.at(x, y) = x < 2 ? 0.9f : 0.2f;
-    // Shares of 0.9: 1, then a third of the second one (cell 1 ends at 2/3 of it).
-    EXPECT_EQ(drawnDesign(material, scene, 3).values,
-              drawing({"##....", "##....", "##...."}).values);
-    EXPECT_EQ(drawnDesign(material, scene, 2).values, drawing({"#...", "#..."}).values);
-    EXPECT_EQ(drawnDesign(material, scene, 1).values, drawing({"#."}).values);
-    EXPECT_EQ(drawnDesign(Field(2, 1, 0.5f), scene, 1).values, drawing({"##"}).values);
+TEST(DrawnDesign, keepsTheVolume) {
+    const Scene scene = clampedPlate(40, 20);
+    Field material(80, 40);
+    for (int y = 0; y < 40; ++y)
+        for (int x = 0; x < 80; ++x)
+            material.at(x, y) = static_cast<float>((x * 37 + y * 11) % 80) / 120.0f;  // 0 to 0.66
+    for (const int refinement : {1, 2}) {
+        const DrawnDesign drawn = drawnDesign(material, scene, refinement);
+        EXPECT_EQ(drawn.design.width, refinement * 40);
+        EXPECT_NEAR(mean(drawn.design), mean(material), 0.01);
+        for (const float density : drawn.design.values) EXPECT_TRUE(density == 0 || density == 1);
+    }
+    const DrawnDesign drawn = drawnDesign(material, scene, 2);
+    for (std::size_t i = 0; i < material.values.size(); ++i)
+        EXPECT_EQ(drawn.design.values[i] == 1, double(material.values[i]) >= drawn.level);
+    // What is black and white stays as it is, also where cells are averaged.
+    const Field ready = drawing({"##..", "##.."});
+    EXPECT_EQ(drawnDesign(ready, clampedPlate(4, 2), 1).design, ready);
+    EXPECT_EQ(drawnDesign(ready, clampedPlate(4, 2), 1).level, 0.5);
+    EXPECT_EQ(drawnDesign(ready, clampedPlate(2, 1), 1).design, drawing({"#."}));
+    EXPECT_EQ(drawnDesign(Field(4, 2, 0.4f), clampedPlate(4, 2), 1).design, Field(4, 2));
 }
 
 /// Compliances and last design of an optimisation of ten iterations.

@@ -62,6 +62,8 @@ std::size_t expectWatertight(const std::vector<std::uint8_t>& stl) {
     std::size_t twice = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const auto values = floats(stl, i);
+        // A facet without an area has no normal.
+        EXPECT_TRUE(values[0] != 0 || values[1] != 0 || values[2] != 0);
         for (std::size_t k = 0; k < 3; ++k) {
             const auto corner = [&](std::size_t n) {
                 const float* const at = &values[3 + 3 * (n % 3)];

@@ -10,6 +10,7 @@ namespace {
 TEST(Text, guessesWhatWasMeant) {
     const std::vector<std::string> words = {"loads", "loadCases", "supports", "penalty", "x", "xy"};
     EXPECT_EQ(didYouMean("load", words), ", did you mean loads?");
+    EXPECT_EQ(didYouMean("lo", words), ", did you mean loads or loadCases?");
     EXPECT_EQ(didYouMean("suports", words), ", did you mean supports?");
     EXPECT_EQ(didYouMean("laods", words), ", did you mean loads?");
     EXPECT_EQ(didYouMean("XY", words), ", did you mean xy?");

@@ -1,22 +1,48 @@
 #include "checks/assessment.h"
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 
 #include "checks/free_plate.h"
 #include "format/refinement.h"
-#include "format/text.h"
 
 namespace {
 
-Findings whyNotScored(const Field& design, const Assessment& found, const Scene& scene) {
-    Findings problems = findFreePlate(scene);
-    if (!problems.empty()) return problems;
-    if (found.floating.empty()) {
-        const bool empty = std::all_of(design.values.begin(), design.values.end(),
-                                       [](float density) { return density <= 0; });
-        if (empty) return {{Finding::ERROR, "design", "there is no material", std::nullopt}};
+Finding error(const char* key, const char* text) {
+    return {Finding::ERROR, key, text, std::nullopt};
+}
+
+bool isEmpty(const Field& design) {
+    return std::all_of(design.values.begin(), design.values.end(),
+                       [](float density) { return density <= 0; });
+}
+
+Findings whyNotScored(const Field& design, const Assessment& found, Analysis::Outcome outcome,
+                      const Scene& scene) {
+    if (isEmpty(design)) return {error("design", "there is no material")};
+    if (outcome == Analysis::NOT_SUPPORTED) {
+        const Findings loose = findLooseLoads(design, found.floating, scene);
+        return loose.empty() ? Findings{error("loads", "act where nothing holds them")} : loose;
     }
-    return findLooseLoads(design, found.floating, scene);
+    if (outcome == Analysis::NOT_ACCURATE)
+        return {error("design",
+                      "its densities differ too much for an accurate analysis; make the faintest "
+                      "void")};
+    return {};
+}
+
+/// The sum of all load cases.
+Score sumOf(const std::vector<PlateState>& states, int width, int height) {
+    Score score{true, 0, Field(width, height)};
+    for (const PlateState& state : states) score.compliance += state.compliance;
+    for (int x = 0; x < width; ++x)
+        for (int y = 0; y < height; ++y) {
+            double energy = 0;
+            for (const PlateState& state : states) energy += state.energy(x, y);
+            score.energies.at(x, y) = static_cast<float>(energy);
+        }
+    return score;
 }
 
 /// Overlap of the pixels that a coarse pixel of a line covers, `shrink` fine ones wide.
@@ -34,23 +60,62 @@ Cover cover(int coarse, double shrink, int fineCount) {
             std::min(fineCount - 1, int((coarse + 1) * shrink - slack))};
 }
 
+/// The same material in coarser cells.
+Field averaged(const Field& material, int width, int height) {
+    if (material.width == width) return material;
+    Field result(width, height);
+    const double shrink = 1.0 * material.width / width;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const Cover across = cover(x, shrink, material.width);
+            const Cover down = cover(y, shrink, material.height);
+            double sum = 0;
+            for (int j = down.first; j <= down.last; ++j)
+                for (int i = across.first; i <= across.last; ++i)
+                    sum +=
+                        material.at(i, j) * across.weight(i, shrink, x) * down.weight(j, shrink, y);
+            result.at(x, y) = static_cast<float>(sum / (shrink * shrink));
+        }
+    return result;
+}
+
+/// The level at which as many cells are solid as the material would fill.
+double levelKeepingVolume(const Field& material) {
+    // Cells that differ by rounding, such as those of a symmetric design, stay together.
+    constexpr float rounding = 1e-4f;
+    constexpr double half = 0.5;
+    std::vector<float> sorted = material.values;
+    std::sort(sorted.begin(), sorted.end(), std::greater<>());
+    const double volume = mean(material) * static_cast<double>(sorted.size());
+    const auto count = static_cast<std::size_t>(std::llround(volume));
+    if (count == 0 || count >= sorted.size()) return half;
+    const auto first = sorted.begin();
+    const auto end = sorted.end();
+    const float last = sorted[count - 1];
+    const auto alikeFrom = std::lower_bound(first, end, last + rounding, std::greater<>());
+    const auto alikeTo = std::lower_bound(first, end, last - rounding, std::greater<>());
+    const bool includesThem = std::abs(static_cast<double>(alikeTo - first) - volume) <=
+                              std::abs(static_cast<double>(alikeFrom - first) - volume);
+    const auto cut = includesThem ? alikeTo : alikeFrom;
+    const double above = cut == first ? 1 : double(*(cut - 1));
+    const double below = cut == end ? 0 : double(*cut);
+    return (above + below) / 2;
+}
+
 }  // namespace
 
-Assessment assess(const Field& design, const Scene& scene) {
+Assessment assess(const Field& design, const Scene& scene, bool withStates) {
     Assessment result;
-    result.floating = findFloatingParts(design, scene);
-    result.problems = whyNotScored(design, result, scene);
     result.score.energies = Field(design.width, design.height);
+    result.problems = findFreePlate(scene);
     if (!result.problems.empty()) return result;
-    const Scene plate = refined(scene, refinementOf(design, scene));
-    result.score = Game(plate).score(without(design, result.floating));
-    if (result.score.supported) return result;
-    result.isBeyondPrecision = true;
-    result.problems.push_back(
-        {Finding::ERROR, "design",
-         formatted("on %d x %d elements parts of it are too slender for the library's precision",
-                   design.width, design.height),
-         std::nullopt});
+    const int refinement = refinementOf(design, scene);
+    Analysis analysis = analyse(design, refined(scene, refinement), withStates);
+    result.floating = floatingParts(analysis.loose, refinement);
+    result.problems = whyNotScored(design, result, analysis.outcome, scene);
+    if (!result.problems.empty()) return result;
+    result.score = sumOf(analysis.states, design.width, design.height);
+    if (withStates) result.states = std::move(analysis.states);
     return result;
 }
 
@@ -62,20 +127,9 @@ int drawnRefinement(const Scene& scene, int refinement) {
     return refinement;
 }
 
-Field drawnDesign(const Field& material, const Scene& scene, int refinement) {
-    constexpr double half = 0.5;
-    Field design(refinement * scene.width, refinement * scene.height);
-    const double shrink = 1.0 * material.width / design.width;
-    for (int y = 0; y < design.height; ++y)
-        for (int x = 0; x < design.width; ++x) {
-            const Cover across = cover(x, shrink, material.width);
-            const Cover down = cover(y, shrink, material.height);
-            double sum = 0;
-            for (int j = down.first; j <= down.last; ++j)
-                for (int i = across.first; i <= across.last; ++i)
-                    sum +=
-                        material.at(i, j) * across.weight(i, shrink, x) * down.weight(j, shrink, y);
-            design.at(x, y) = sum >= half * shrink * shrink ? 1.0f : 0.0f;
-        }
-    return design;
+DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinement) {
+    DrawnDesign drawn{averaged(material, refinement * scene.width, refinement * scene.height)};
+    drawn.level = levelKeepingVolume(drawn.design);
+    for (float& density : drawn.design.values) density = double(density) >= drawn.level ? 1.f : 0.f;
+    return drawn;
 }

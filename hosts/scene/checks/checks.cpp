@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include "checks/available_memory.h"
 #include "checks/free_plate.h"
 #include "checks/idle_loads.h"
+#include "checks/material.h"
 #include "checks/memory_need.h"
 #include "checks/passive_void.h"
+#include "checks/symmetry_plane.h"
 #include "format/refinement.h"
 #include "format/text.h"
 #include "format/timeline.h"
@@ -15,7 +18,8 @@
 namespace {
 
 constexpr double WORSE_AS_DRAWN = 1.15;  // times the reported compliance
-constexpr double VOLUME_TOLERANCE = 0.02;
+constexpr double VOLUME_TOLERANCE = 0.03;
+constexpr double DOTS = 0.01;  // of the material: less of it may float without a warning
 // Beyond, a design shows detail that it is not computed with.
 constexpr int FINEST_SUBDIVISION = 4;
 constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
@@ -59,13 +63,51 @@ Findings findInsideVoid(const Scene& scene) {
     return findings;
 }
 
-/// Of a scene without other faults.
-Findings findCutOff(const Scene& scene) {
-    if (scene.passive.voids.empty()) return {};
+/// The elements at nodes that a support holds.
+Cells heldCells(const Scene& scene) {
+    Cells cells;
+    for (const Support& support : scene.supports)
+        for (int x = std::max(0, support.x.from - 1); x <= std::min(support.x.to, scene.width - 1);
+             ++x)
+            for (int y = std::max(0, support.y.from - 1);
+                 y <= std::min(support.y.to, scene.height - 1); ++y)
+                cells.push_back({x, y});
+    return cells;
+}
+
+/// The plate but for the elements that stay void.
+Field designable(const Scene& scene) {
     Field plate(scene.width, scene.height, 1);
     for (const Cell& cell : scene.passive.voids.cells) plate.at(cell.x, cell.y) = 0;
+    return plate;
+}
+
+/// A load case in use without any load, now or later, is likely to be a loadCase that was forgotten.
+Findings findUnloadedCases(const Scene& scene) {
+    std::set<int> unloaded(scene.loadCasesInUse.begin(), scene.loadCasesInUse.end());
+    const auto take = [&](const Settings& settings) {
+        for (const Load& load : settings.loads) unloaded.erase(load.loadCase);
+    };
+    take(scene);
+    for (const Change& change : scene.timeline) take(change.settings);
+    if (unloaded.empty()) return {};
+    std::vector<std::string> numbers;
+    for (const int loadCase : unloaded) numbers.push_back(std::to_string(loadCase));
+    const std::string which =
+        (numbers.size() == 1 ? "load case " : "the load cases ") + listed(numbers);
+    return {warning("loads", "none acts in " + which + "; give a load \"loadCase\": " +
+                                 numbers.front() + ", or lower loadCases")};
+}
+
+/// Of a scene without other faults. What hangs together by a corner counts as joined: whether it
+/// holds depends on the design.
+Findings findCutOff(const Scene& scene) {
+    if (scene.passive.voids.empty()) return {};
+    const Field plate = designable(scene);
     Findings findings;
-    for (const Finding& loose : findLooseLoads(plate, findFloatingParts(plate, scene), scene))
+    Field cutOff = plate;
+    takeConnected(cutOff, heldCells(scene));
+    for (const Finding& loose : findLooseLoads(plate, floatingParts(cutOff, 1), scene))
         findings.push_back(
             error(loose.key, "passive.void separates it from every support", loose.place));
     return findings;
@@ -133,17 +175,60 @@ void checkTimeline(const Scene& scene, Findings& findings) {
     }
 }
 
+/// What helps against a load that its design does not carry. Where a load is spread over nodes, the
+/// optimiser finds no path to some of them, however long it runs.
+std::string adviceFor(const Finding& problem, const Scene& scene) {
+    if (!problem.place) return "";
+    const auto& [ofNodes, x, y] = *problem.place;
+    if (x.count() * y.count() == 1) return "; take a finer grid, more volume or more iterations";
+    const auto elements = [](const Range& nodes, int size) {
+        const int from = std::min(nodes.from, size - 1);
+        const int to = std::clamp(nodes.to - 1, from, size - 1);
+        return from == to ? std::to_string(from) : formatted("[%d, %d]", from, to);
+    };
+    return "; keep the elements at this load solid: \"passive\": {\"solid\": [{\"x\": " +
+           elements(x, scene.width) + ", \"y\": " + elements(y, scene.height) + "}]}";
+}
+
+bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& design) {
+    double cells = 0;
+    for (const FloatingPart& part : floating) cells += static_cast<double>(part.cells.size());
+    return cells > DOTS * mean(design) * static_cast<double>(design.values.size());
+}
+
+/// How much worse the design is as drawn than while optimising; 0 where it is not worse. A finer grid
+/// bends more around a single force, by as much in a solid plate as in any design: that is no fault
+/// of the design.
+double worseAsDrawn(const RunResult& result, const Scene& scene) {
+    const double drawn = result.assessment.score.compliance;
+    if (!result.assessment.problems.empty() || drawn <= WORSE_AS_DRAWN * result.compliance)
+        return 0;
+    const Field coarse = designable(scene);
+    const int refinement = refinementOf(result.drawn, scene);
+    Field fine(result.drawn.width, result.drawn.height);
+    for (int y = 0; y < fine.height; ++y)
+        for (int x = 0; x < fine.width; ++x)
+            fine.at(x, y) = coarse.at(x / refinement, y / refinement);
+    const double local =
+        assess(fine, scene).score.compliance - assess(coarse, scene).score.compliance;
+    return (drawn - std::max(0.0, local)) / result.compliance;
+}
+
 }  // namespace
 
 Findings checkBeforeOptimisation(const Scene& scene) {
     Findings findings = checkNow(scene);
+    if (findings.empty()) append(findings, findUnloadedCases(scene));
     checkTimeline(scene, findings);
     return findings;
 }
 
 Findings checkBeforeScore(const Scene& scene) {
     Findings findings = findIdleLoads(scene);
-    if (scene.densities) append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
+    if (findings.empty()) append(findings, findUnloadedCases(scene));
+    if (!scene.densities) return findings;
+    append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
+    append(findings, findOpenPlane(scene, *scene.densities));
     return findings;
 }
 
@@ -152,6 +237,7 @@ Findings checkSettings(const Scene& scene) {
     std::erase_if(findings, isWarning);
     append(findings, findInsideVoid(scene));
     if (findings.empty()) append(findings, findFreePlate(scene));
+    if (findings.empty()) append(findings, findOpenPlane(scene, designable(scene)));
     if (findings.empty()) append(findings, findCutOff(scene));
     append(findings, findImpossibleVolume(scene));
     return findings;
@@ -175,20 +261,25 @@ Findings checkResult(const RunResult& result, const Scene& scene) {
     Findings findings;
     const Assessment& drawn = result.assessment;
     for (const Finding& problem : drawn.problems)
-        findings.push_back(warning(problem.key, "as drawn, " + problem.text));
-    if (!drawn.floating.empty())
-        findings.push_back(warning("design", "as drawn, " + describe(drawn.floating)));
-    const double ratio = drawn.score.compliance / result.compliance;
-    if (drawn.problems.empty() && ratio > WORSE_AS_DRAWN)
         findings.push_back(
-            warning("compliance", formatted("as drawn it is %.6g, %.3g times the %.6g reported",
-                                            drawn.score.compliance, ratio, result.compliance)));
+            warning(problem.key, "as drawn, " + problem.text + adviceFor(problem, scene)));
+    if (hasMoreThanDots(drawn.floating, result.drawn))
+        findings.push_back(warning("design", "as drawn, " + describe(drawn.floating) +
+                                                 "; take a finer grid or more volume"));
+    if (const double ratio = worseAsDrawn(result, scene); ratio > WORSE_AS_DRAWN)
+        findings.push_back(
+            warning("compliance",
+                    formatted("as drawn it is %.6g, %.3g times the %.6g while optimising; take a "
+                              "finer grid or more iterations",
+                              drawn.score.compliance, ratio, result.compliance)));
     const double drawnVolume = mean(result.drawn);
     for (const auto& [volume, what] : {std::pair(result.volume, ""), {drawnVolume, " as drawn"}}) {
         if (std::abs(volume - scene.volumeFraction) <= VOLUME_TOLERANCE) continue;
-        findings.push_back(
-            warning("volumeFraction", formatted("the design has %.1f %%%s instead of %.1f %%",
-                                                100 * volume, what, 100 * scene.volumeFraction)));
+        findings.push_back(warning(
+            "volumeFraction",
+            formatted("the design has %.1f %%%s instead of %.1f %%; take a finer grid or more "
+                      "iterations",
+                      100 * volume, what, 100 * scene.volumeFraction)));
         break;
     }
     return findings;

@@ -28,6 +28,7 @@ struct RunResult {
     double volume = 0;      ///< of the picture, 0 to 1
     Field drawn;            ///< the design in black and white
     Assessment assessment;  ///< of the drawn design
+    double level = 0.5;     ///< of the drawn design: cells of at least this density are solid
 };
 
 /// Warnings about a design that is not what it seems to be.

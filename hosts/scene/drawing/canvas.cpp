@@ -117,6 +117,21 @@ void Canvas::disc(Point centre, double radius, const Colour& colour) {
     fillWithRim(colour);
 }
 
+void Canvas::quads(const std::vector<std::array<Point, 4>>& shapes, const Colour& colour) {
+    cairo_t* const cr = context.get();
+    cairo_save(cr);
+    // Neighbours that are smoothed each on its own would let the ground shine through between them.
+    cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+    use(colour);
+    for (const auto& corners : shapes) {
+        cairo_new_path(cr);
+        for (const Point& corner : corners) cairo_line_to(cr, corner.x, corner.y);
+        cairo_close_path(cr);
+        cairo_fill(cr);
+    }
+    cairo_restore(cr);
+}
+
 double Canvas::textWidth(const std::string& text, double size) {
     cairo_set_font_size(context.get(), size);
     cairo_text_extents_t extents;

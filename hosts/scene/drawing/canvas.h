@@ -47,6 +47,9 @@ public:
     void polygon(const std::vector<Point>& corners, const Colour& colour);
     void disc(Point centre, double radius, const Colour& colour);
 
+    /// Filled shapes of one colour, whose common edges show no seams.
+    void quads(const std::vector<std::array<Point, 4>>& shapes, const Colour& colour);
+
     double textWidth(const std::string& text, double size);
     /// `align` is 0 when `at` is the left end of the base line, 0.5 its middle, 1 its right end.
     void text(const std::string& text, Point at, double size, const Colour& colour,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <map>
 
 #include "drawing/area_outline.h"
 #include "drawing/canvas.h"
@@ -84,9 +85,38 @@ private:
     void drawPlate() {
         const double plateWidth = scale * scene.width;
         const double plateHeight = scale * scene.height;
-        canvas.cells(plate, plateWidth, plateHeight, content.material.width,
-                     content.material.height, [this](int x, int y) { return colourOfCell(x, y); });
+        const double shade = content.deformation ? colours::GHOST_SHARE : 1;
+        canvas.cells(
+            plate, plateWidth, plateHeight, content.material.width, content.material.height,
+            [&](int x, int y) { return mix(colours::VOID_PLATE, colourOfCell(x, y), shade); });
         canvas.frame(plate, plateWidth, plateHeight, colours::FAINT_INK);
+        if (content.deformation) drawDeformed(*content.deformation);
+    }
+
+    /// Blocks of cells where a cell is smaller than a pixel.
+    void drawDeformed(const Deformation& deformation) {
+        const Field& material = content.material;
+        const double cell = scale * scene.width / material.width;
+        const int block = std::max(1, int(1 / cell));
+        const auto corner = [&](int x, int y) {
+            const double factor = deformation.magnification * material.width / scene.width;
+            x = std::min(x, material.width);
+            y = std::min(y, material.height);
+            return plate + cell * Point{x + factor * deformation.right.at(x, y),
+                                        y + factor * deformation.down.at(x, y)};
+        };
+        std::map<int, std::vector<std::array<Point, 4>>> byShade;
+        constexpr int shades = 16;
+        for (int x = 0; x < material.width; x += block)
+            for (int y = 0; y < material.height; y += block) {
+                const int shade = int(std::ceil(shades * material.at(x, y)));
+                if (shade > 0)
+                    byShade[shade].push_back({corner(x, y), corner(x + block, y),
+                                              corner(x + block, y + block), corner(x, y + block)});
+            }
+        for (const auto& [shade, quads] : byShade)
+            canvas.quads(quads,
+                         mix(colours::VOID_PLATE, colours::SOLID_GREY, 1.0 * shade / shades));
     }
 
     Point position(double x, double y) const { return plate + scale * Point{x, y}; }
@@ -173,7 +203,7 @@ private:
     }
 
     void drawEnergyBar(Point corner) {
-        drawBar(corner, "Energy of an element as a multiple of the average", EnergyScale::colour);
+        drawBar(corner, content.measure + " as a multiple of the average", EnergyScale::colour);
         for (const double multiple : energyScale->ticks())
             tick(corner, energyScale->position(multiple), shortNumber(multiple));
     }
@@ -228,7 +258,7 @@ private:
             {!scene.passive.voids.empty(), "kept void", colours::PASSIVE[0]},
             {!scene.passive.solids.empty(), "solid", colours::PASSIVE[1]},
             {!scene.passive.secondSolids.empty(), "solid 2", colours::PASSIVE[2]},
-            {!content.floating.empty(), "hangs on nothing", colours::FLOATING},
+            {!content.floating.empty(), "not held", colours::FLOATING},
             {!scene.blob.empty(), "blob", colours::BLOB, true}};
         const auto widthOf = [&](const KeyEntry& entry) {
             return entry.present ? 17 + canvas.textWidth(entry.label, 12) + 10 : 0;

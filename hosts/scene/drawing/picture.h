@@ -10,6 +10,14 @@
 #include "format/field.h"
 #include "format/scene.h"
 
+/// How far the nodes of a plate have moved, in elements, at the resolution of a design; 0 where
+/// there is no material.
+struct Deformation {
+    Field right;
+    Field down;
+    double magnification = 1;  ///< with which it is drawn
+};
+
 /// What a picture shows besides the loads, the supports, the passive elements and the blob of its
 /// scene.
 struct PictureContent {
@@ -20,7 +28,10 @@ struct PictureContent {
     std::optional<Field> energies;
     std::string title;
     std::string subtitle;
-    std::vector<FloatingPart> floating = {};  ///< to be outlined
+    std::vector<FloatingPart> floating = {};       ///< to be outlined
+    std::string measure = "Energy of an element";  ///< what the energies are, for the legend
+    /// Draws the material where it has moved to, over a ghost of the plate as it was.
+    std::optional<Deformation> deformation = {};
 };
 
 constexpr int MIN_PICTURE_SCALE = 1;

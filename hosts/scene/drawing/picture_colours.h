@@ -18,6 +18,7 @@ inline constexpr double BLOB_SHARE = 0.55;  ///< in the colour of an element of 
 /// material; these show on all of it.
 inline constexpr std::array<Colour, 3> PASSIVE = {
     {{0.9, 0.5, 0.05}, {0.15, 0.65, 0.25}, {0.8, 0.25, 0.6}}};
+inline constexpr double GHOST_SHARE = 0.16;  ///< of the undeformed plate
 inline constexpr Colour FLOATING = {0.9, 0.1, 0.75};
 
 }  // namespace picture_colours

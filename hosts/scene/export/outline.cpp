@@ -13,8 +13,6 @@
 namespace {
 
 constexpr int LATTICE_STEPS = 256;  // per cell: 32000 cells stay within single precision
-constexpr float HALF = 0.5f;
-
 struct LatticePoint {
     long long x = 0;
     long long y = 0;
@@ -27,8 +25,9 @@ constexpr std::array<std::array<int, 2>, 4> CORNER_OFFSETS = {{{0, 0}, {1, 0}, {
 
 class Tracer {
 public:
-    explicit Tracer(const Field& material)
+    Tracer(const Field& material, float densityOfLine)
         : cells(material),
+          level(densityOfLine),
           columns(material.width + 2),
           rows(material.height + 2),
           next(2 * static_cast<std::size_t>(columns + 2) * static_cast<std::size_t>(rows + 2),
@@ -92,7 +91,7 @@ private:
         const int farX = x + (edge % 2 == 0 ? 1 : 0);
         const int farY = y + (edge % 2 == 1 ? 1 : 0);
         const float from = sample(x, y);
-        const double share = (HALF - from) / (sample(farX, farY) - from);
+        const double share = (level - from) / (sample(farX, farY) - from);
         const LatticePoint a = place(x, y);
         const LatticePoint b = place(farX, farY);
         return {between(a.x, b.x, share), between(a.y, b.y, share)};
@@ -111,11 +110,11 @@ private:
         for (std::size_t k = 0; k < 4; ++k)
             values[k] = sample(x + CORNER_OFFSETS[k][0], y + CORNER_OFFSETS[k][1]);
         const auto solid = [&](int corner) {
-            return values[static_cast<std::size_t>(corner) % 4] >= HALF;
+            return values[static_cast<std::size_t>(corner) % 4] >= level;
         };
         const double middle =
             (double(values[0]) + double(values[1]) + double(values[2]) + double(values[3])) / 4;
-        const bool isJoined = middle > double(HALF);
+        const bool isJoined = middle > double(level);
         for (int entry = 0; entry < 4; ++entry) {
             if (solid(entry) || !solid(entry + 1)) continue;
             int exit = entry;
@@ -153,6 +152,7 @@ private:
     static constexpr std::size_t NOWHERE = ~std::size_t{0};
 
     const Field& cells;
+    float level;
     int columns;  // samples
     int rows;
     std::vector<std::size_t> next;  // the edge that a line crosses after this one
@@ -170,7 +170,7 @@ double signedArea(const std::vector<OutlinePoint>& corners) {
 
 }  // namespace
 
-Outline traceOutline(const Field& material, int refinement, double elementSize) {
+Outline traceOutline(const Field& material, int refinement, double elementSize, double level) {
     // Divided first: quotients that have a short form keep it.
     const auto length = [&](auto steps) {
         return elementSize * (static_cast<double>(steps) / (double(LATTICE_STEPS) * refinement));
@@ -178,7 +178,7 @@ Outline traceOutline(const Field& material, int refinement, double elementSize) 
     Outline outline;
     outline.width = length(1LL * LATTICE_STEPS * material.width);
     outline.height = length(1LL * LATTICE_STEPS * material.height);
-    for (const auto& line : Tracer(material).trace()) {
+    for (const auto& line : Tracer(material, static_cast<float>(level)).trace()) {
         Contour contour;
         for (const LatticePoint& point : line)
             contour.corners.push_back({length(point.x), length(point.y)});

@@ -4,7 +4,14 @@
 #include "format/json_value.h"
 #include "format/scene_reader.h"
 
-Scene readScene(const std::filesystem::path& file) { return parseScene(readText(file), file); }
+Scene readScene(const std::filesystem::path& file) { return readScene(file, {}); }
+
+Scene readScene(const std::filesystem::path& file, const std::vector<std::string>& assignments) {
+    const DesignReaders readers = {readDesignPng, readDesignCsv};
+    if (file == "-")
+        return parseScene(readText("/dev/stdin"), "standard input", readers, assignments);
+    return parseScene(readText(file), file, readers, assignments);
+}
 
 Scene parseScene(const std::string& text, const std::filesystem::path& file) {
     return parseScene(text, file, {readDesignPng, readDesignCsv});

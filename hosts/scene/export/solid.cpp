@@ -2,8 +2,12 @@
 
 #include <GL/glu.h>
 
+#include <algorithm>
+#include <cmath>
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <tuple>
 
 namespace {
 
@@ -66,6 +70,60 @@ private:
     bool failed = false;
 };
 
+using Triangle = Triangles::value_type;
+
+double distance(const Corner& a, const Corner& b) { return std::hypot(b[0] - a[0], b[1] - a[1]); }
+
+/// Whether the corners lie on a line, but for rounding. If so, the longest side is made to run from
+/// the first corner to the second.
+bool isFlat(Triangle& triangle, const std::vector<Corner>& corners) {
+    constexpr double rounding = 1e-12;
+    const auto corner = [&](std::size_t i) { return corners[triangle[i % 3]]; };
+    const auto [a, b, c] = std::tuple(corner(0), corner(1), corner(2));
+    const double area = (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
+    std::size_t longest = 0;
+    for (const std::size_t i : {1u, 2u})
+        if (distance(corner(i), corner(i + 1)) > distance(corner(longest), corner(longest + 1)))
+            longest = i;
+    const double length = distance(corner(longest), corner(longest + 1));
+    if (std::abs(area) > rounding * length * (length + std::hypot(a[0], a[1]))) return false;
+    std::rotate(triangle.begin(), triangle.begin() + static_cast<long>(longest), triangle.end());
+    return true;
+}
+
+/// Gives each flat triangle, of three corners on a line, to the triangle beyond its longest side:
+/// together they make two others. That side is inside the material, because no corner lies on an
+/// edge of the outline.
+void removeFlatTriangles(Triangles& triangles, const std::vector<Corner>& corners) {
+    std::map<std::pair<std::size_t, std::size_t>, std::size_t> ofSide;
+    const auto enter = [&](std::size_t number) {
+        const Triangle& t = triangles[number];
+        for (std::size_t i = 0; i < 3; ++i) ofSide[{t[i], t[(i + 1) % 3]}] = number;
+    };
+    for (std::size_t i = 0; i < triangles.size(); ++i) enter(i);
+    bool changed = true;
+    for (std::size_t pass = 0; changed && pass < triangles.size(); ++pass) {
+        changed = false;
+        for (std::size_t i = 0; i < triangles.size(); ++i) {
+            if (!isFlat(triangles[i], corners)) continue;
+            const auto [a, b, middle] = triangles[i];
+            const auto found = ofSide.find({b, a});
+            if (found == ofSide.end()) continue;
+            const std::size_t other = found->second;
+            const Triangle& t = triangles[other];
+            const std::size_t far = t[0] + t[1] + t[2] - a - b;
+            if (far == middle) continue;
+            triangles[i] = {b, middle, far};
+            triangles[other] = {middle, a, far};
+            ofSide.erase({a, b});
+            ofSide.erase({b, a});
+            enter(i);
+            enter(other);
+            changed = true;
+        }
+    }
+}
+
 std::vector<Corner> cornersAt(double z, const Outline& outline) {
     std::vector<Corner> corners;
     for (const Contour& contour : outline.contours)
@@ -78,7 +136,9 @@ std::vector<Corner> cornersAt(double z, const Outline& outline) {
 Solid extrude(const Outline& outline, double thickness) {
     Solid solid{cornersAt(0, outline), {}};
     const std::size_t above = solid.corners.size();  // from a corner to the one above it
-    for (const auto& [a, b, c] : Tessellator().triangulate(outline.contours, solid.corners)) {
+    Triangles cap = Tessellator().triangulate(outline.contours, solid.corners);
+    removeFlatTriangles(cap, solid.corners);
+    for (const auto& [a, b, c] : cap) {
         solid.triangles.push_back({a, c, b});
         solid.triangles.push_back({a + above, b + above, c + above});
     }

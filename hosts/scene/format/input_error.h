@@ -8,5 +8,6 @@
 /// exits with status 2.
 class InputError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    /// Puts the text on one line, so that a control character cannot cut it short.
+    explicit InputError(const std::string& what);
 };

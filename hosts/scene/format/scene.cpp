@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+const std::vector<std::string> SYMMETRY_NAMES = {"", "left", "right", "top", "bottom"};
+
 bool Change::has(const std::string& key) const {
     return std::find(keys.begin(), keys.end(), key) != keys.end();
 }

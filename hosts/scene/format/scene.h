@@ -71,6 +71,12 @@ struct Change {
     bool operator==(const Change&) const = default;
 };
 
+/// The side of the plate on which a plane of symmetry lies; the scene describes one half.
+enum class Symmetry { NONE, LEFT, RIGHT, TOP, BOTTOM };
+
+/// The words for them in a scene file, in this order; that for NONE is empty.
+extern const std::vector<std::string> SYMMETRY_NAMES;
+
 /// A plate with its settings, as a scene file describes it. Node (x, y) is the top left corner of
 /// element (x, y); nodes run from 0 to width and from 0 to height inclusive.
 struct Scene : Settings {
@@ -89,11 +95,15 @@ struct Scene : Settings {
     static constexpr int MAX_FINE_SIDE = 32000;  ///< cells of design and picture in x and in y
     static constexpr int MAX_ITERATIONS = 1000000;
     static constexpr int MAX_CHANGES = 1000;
+    static constexpr double MIN_ELEMENT_SIZE = 1e-6;
+    static constexpr double MAX_ELEMENT_SIZE = 1e6;
 
     std::string title;  ///< the file's name without extension when the scene has none
     std::string description;
     int width = 0;   ///< elements in x
     int height = 0;  ///< elements in y
+    Symmetry symmetry = Symmetry::NONE;
+    double elementSize = 1;  ///< edge of an element, in millimetres, for files with lengths
     int loadCases = 1;
     /// Of a score: 0 (void) to 1 (solid) for each element, or for a whole number of cells per edge
     /// of an element.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "format/assignment.h"
 #include "format/character_rows.h"
 #include "format/detail.h"
 #include "format/input_error.h"
@@ -143,16 +144,22 @@ void checkDetail(const JsonValue& root, const Scene& scene) {
 
 std::string readTitle(const JsonValue& value) {
     const std::string title = onOneLine(value.text());
-    if (title.size() > Scene::MAX_TITLE)
-        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " bytes");
+    if (characterCount(title) > Scene::MAX_TITLE)
+        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " characters");
     return title;
+}
+
+Symmetry readSymmetry(const JsonValue& value) {
+    const auto names = SYMMETRY_NAMES.begin();
+    const std::string name = value.oneOf({names + 1, SYMMETRY_NAMES.end()});
+    return static_cast<Symmetry>(std::find(names, SYMMETRY_NAMES.end(), name) - names);
 }
 
 /// The plate without what acts on it.
 Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
-    root.allowOnly(
-        withSettingKeys({"$schema", "title", "description", "grid", "loadCases", "densities",
-                         "subdivision", "meshFactor", "iterations", "timeline"}));
+    root.allowOnly(withSettingKeys({"$schema", "title", "description", "grid", "symmetry",
+                                    "elementSize", "loadCases", "densities", "subdivision",
+                                    "meshFactor", "iterations", "timeline"}));
     if (const auto schema = root.find("$schema")) schema->text();
     Scene scene;
     scene.files.push_back(file);
@@ -164,6 +171,9 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     grid.allowOnly({"width", "height"});
     scene.width = grid.at("width").integer(1, Scene::MAX_SIDE, " (elements)");
     scene.height = grid.at("height").integer(1, Scene::MAX_SIDE, " (elements)");
+    if (const auto symmetry = root.find("symmetry")) scene.symmetry = readSymmetry(*symmetry);
+    if (const auto size = root.find("elementSize"))
+        scene.elementSize = size->number(Scene::MIN_ELEMENT_SIZE, Scene::MAX_ELEMENT_SIZE);
     if (const auto loadCases = root.find("loadCases"))
         scene.loadCases = loadCases->integer(1, Scene::MAX_LOAD_CASES);
     scene.loadCasesInUse = allLoadCases(scene);
@@ -177,8 +187,13 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
 }  // namespace
 
 Scene parseScene(const std::string& text, const std::filesystem::path& file,
-                 const DesignReaders& readers) {
-    const auto document = parseJson(text, file);
+                 const DesignReaders& readers, const std::vector<std::string>& assignments) {
+    if (text.starts_with("\x89PNG"))
+        throw InputError(nameOf(file) +
+                         ": is a picture, expected a scene; to score a design, give it with "
+                         "--design");
+    auto document = parseJson(text, file);
+    assign(document, assignments);
     const JsonValue root(document, nameOf(file));
     Scene scene = readPlate(root, file);
     for (const char* key : {"loads", "supports"}) root.at(key);

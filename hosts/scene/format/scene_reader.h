@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "format/scene.h"
 
@@ -18,9 +19,9 @@ struct DesignReaders {
 
 /// Reads and checks the text of a scene. `file` names it in errors, and the files of its densities
 /// are looked for beside it. Throws InputError naming the file, the key, the value found and the
-/// values allowed.
+/// values allowed. `assignments`, such as "volumeFraction=0.4", replace values before they are read.
 Scene parseScene(const std::string& text, const std::filesystem::path& file,
-                 const DesignReaders& readers);
+                 const DesignReaders& readers, const std::vector<std::string>& assignments = {});
 
 /// Whether a scene file has comments, which no Scene knows of. False when it cannot be read.
 bool hasComments(const std::filesystem::path& file);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 #include <numeric>
 #include <utility>
 
@@ -45,9 +46,22 @@ std::size_t distance(const std::string& from, const std::string& to) {
 /// Whether the byte goes on with a character that began before it, in UTF-8.
 bool continues(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; }
 
-std::size_t columnsOf(const std::string& text) {
-    return text.size() -
-           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+std::string asUtf8(const std::string& text) {
+    using Json = nlohmann::json;
+    return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+/// The words that begin with this one; nothing where there are many.
+std::vector<std::string> wordsBeginningWith(const std::string& word,
+                                            const std::vector<std::string>& words) {
+    constexpr std::size_t most = 3;
+    constexpr std::size_t leastLetters = 2;
+    std::vector<std::string> found;
+    if (word.size() < leastLetters + word.find_first_not_of('-')) return found;
+    for (const auto& candidate : words)
+        if (lowerCase(candidate).starts_with(word)) found.push_back(candidate);
+    if (found.size() > most) found.clear();
+    return found;
 }
 
 void blankOut(std::string& text, const std::string& character) {
@@ -71,6 +85,7 @@ std::string formatted(const char* format, ...) {
 }
 
 std::string onOneLine(std::string text) {
+    text = asUtf8(text);
     for (char& character : text)
         if (static_cast<unsigned char>(character) < ' ' || character == '\x7f') character = ' ';
     // Further controls, which begin at U+0080, and the separators of lines and of paragraphs.
@@ -106,7 +121,18 @@ std::string didYouMean(const std::string& found, const std::vector<std::string>&
         least = steps;
         best = &candidate;
     }
-    return best ? ", did you mean " + *best + "?" : "";
+    std::string meant = best ? *best : "";
+    const auto longer = wordsBeginningWith(word, allowed);
+    if (least > 1 && !longer.empty()) {
+        meant.clear();
+        for (const auto& candidate : longer) meant += (meant.empty() ? "" : " or ") + candidate;
+    }
+    return meant.empty() ? "" : ", did you mean " + meant + "?";
+}
+
+std::size_t characterCount(const std::string& text) {
+    return text.size() -
+           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
 }
 
 std::string listed(const std::vector<std::string>& words) {
@@ -141,13 +167,13 @@ std::string wrapped(const std::string& text, std::size_t width, std::size_t inde
         const std::string word = text.substr(begin, end - begin);
         const std::size_t room =
             width > column + blanks.size() ? width - column - blanks.size() : 0;
-        if (column > indent && columnsOf(word) > room) {
+        if (column > indent && characterCount(word) > room) {
             result += '\n';
             blanks.assign(indent, ' ');
             column = 0;
         }
         result += blanks + word;
-        column += blanks.size() + columnsOf(word);
+        column += blanks.size() + characterCount(word);
     }
     return result;
 }

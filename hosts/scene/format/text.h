@@ -8,7 +8,8 @@
 /// What std::printf would print.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
-/// The text with every control character and line separator replaced by a blank.
+/// The text with every control character and line separator replaced by a blank, and every byte
+/// that is no UTF-8 by U+FFFD.
 std::string onOneLine(std::string text);
 
 /// The name of a file as it is told: on one line, its middle left out when it is long.
@@ -20,8 +21,12 @@ std::string quoted(const std::string& text);
 /// The text, its middle left out when it is longer than `most` bytes; no character is cut.
 std::string shortened(const std::string& text, std::size_t most);
 
-/// ", did you mean loads?" when one of the allowed words is near to what was found, else nothing.
+/// ", did you mean loads?" when one of the allowed words is near to what was found or begins with it,
+/// else nothing.
 std::string didYouMean(const std::string& found, const std::vector<std::string>& allowed);
+
+/// Characters (code points) of a UTF-8 text.
+std::size_t characterCount(const std::string& text);
 
 /// The words with commas between them.
 std::string listed(const std::vector<std::string>& words);

@@ -159,7 +159,7 @@ Reply SceneSession::scoreRun(int refinement) {
     return guarded([&] {
         if (pixels.empty()) throw std::logic_error("There is no design yet");
         const int cells = refinement > 0 ? refinement : drawnRefinement(running);
-        return score(drawnDesign(material, running, cells));
+        return score(drawnDesign(material, running, cells).design);
     });
 }
 

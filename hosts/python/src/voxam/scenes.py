@@ -2,7 +2,8 @@
 
 Read are all keys that an optimisation needs: grid, loads, supports, loadCases, loadCasesInUse,
 volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
-Not read are densities, which are for a score, description and $schema. Forces reach the library in
+Not read are densities, which are for a score, description and $schema. Read and checked, but not
+used, are symmetry and elementSize, which concern files that the program writes. Forces reach the library in
 the unit of the largest one, and compliances come back in that of the scene, as in the program; of
 the checks that the program makes before a run and after it, only those of the package are made
 here.
@@ -25,8 +26,8 @@ from ._optimiser import Iteration, Optimiser
 from ._plate import Load, Support
 
 _SETTINGS = ("loads", "supports", "volumeFraction", "penalty", "passive", "blob", "loadCasesInUse")
-_SCENE_KEYS = ("$schema", "title", "description", "grid", "loadCases", "densities", "subdivision",
-               "meshFactor", "iterations", "timeline", *_SETTINGS)
+_SCENE_KEYS = ("$schema", "title", "description", "grid", "symmetry", "elementSize", "loadCases",
+               "densities", "subdivision", "meshFactor", "iterations", "timeline", *_SETTINGS)
 _PASSIVE_KINDS = {"void": "void", "solid": "solid", "secondSolid": "second_solid"}
 _PASSIVE_CHARACTERS = {"o": "void", "#": "solid", "2": "second_solid"}
 
@@ -282,6 +283,12 @@ class _Reader:
         self._root = root
         self._width = grid.at("width").integer(1, 1000)
         self._height = grid.at("height").integer(1, 1000)
+        symmetry = root.find("symmetry")
+        if symmetry and symmetry.raw not in ("left", "right", "top", "bottom"):
+            raise symmetry.fail('none of "left", "right", "top" and "bottom"')
+        size = root.find("elementSize")
+        if size:
+            size.number(1e-6, 1e6)
         self._load_cases = self._count(root, "loadCases", 64, 1)
         self._largest_force = 0.0
 

@@ -1,0 +1,52 @@
+#include "check_command.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "checks/checks.h"
+#include "console.h"
+#include "export/scene_file.h"
+#include "format/text.h"
+#include "report.h"
+
+namespace {
+
+Findings findingsOf(const Scene& scene) {
+    if (scene.volumeFraction > 0) return checkBeforeOptimisation(scene);
+    return checkBeforeScore(scene);
+}
+
+std::string useOf(const Scene& scene) {
+    std::string uses;
+    if (scene.volumeFraction > 0) uses = "voxam optimise";
+    if (scene.densities) uses += uses.empty() ? "voxam score" : ", voxam score";
+    return uses.empty() ? "none: it has neither densities nor a volumeFraction" : uses;
+}
+
+}  // namespace
+
+int runCheck(const CommonOptions& options) {
+    if (options.isQuiet || options.isJson) silenceStandardOutput();
+    const Scene scene = readScene(options.scene, options.assignments);
+    const Findings findings = findingsOf(scene);
+    const auto isError = [](const Finding& each) { return each.severity == Finding::ERROR; };
+    const bool hasErrors = std::any_of(findings.begin(), findings.end(), isError);
+
+    std::printf("%s\n", scene.title.c_str());
+    printRow("grid", formatted("%d x %d elements", scene.width, scene.height));
+    printRow("can run", useOf(scene));
+    for (const Finding& finding : findings)
+        printRow(isError(finding) ? "error" : "warning", lineOf(finding));
+    if (findings.empty()) printRow("findings", "none");
+    if (options.isJson) {
+        Report report = reportOn("check", scene);
+        report["findings"] = reportOn(findings);
+        print(report);
+    }
+    if (options.isQuiet || options.isJson)
+        for (const Finding& finding : findings)
+            complain(nameOf(scene.files.front()) + (isError(finding) ? ": " : ": warning: ") +
+                     lineOf(finding));
+    if (hasErrors) return ERROR_STATUS;
+    return options.isStrict && !findings.empty() ? 1 : 0;
+}

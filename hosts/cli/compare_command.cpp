@@ -1,0 +1,131 @@
+#include "compare_command.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "checks/checks.h"
+#include "console.h"
+#include "design_reader.h"
+#include "drawing/picture.h"
+#include "export/file_ending.h"
+#include "export/output_file.h"
+#include "export/png_image.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/refinement.h"
+#include "format/scene_reader.h"
+#include "format/symmetry.h"
+#include "format/text.h"
+#include "report.h"
+#include "warnings.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Compared {
+    fs::path file;
+    Scene scene;
+    Assessment found;
+
+    double volume() const { return mean(*scene.densities); }
+    std::string compliance() const {
+        return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
+    }
+};
+
+Compared compared(const fs::path& file, const CompareOptions& options) {
+    Scene scene = readScene(options.scene.empty() ? file : options.scene);
+    if (!options.scene.empty()) readDesignInto(scene, file, "--scene");
+    requireScore(scene);
+    warningsOf(checkBeforeScore(scene), file);
+    scene = withLoadsInUse(std::move(scene));
+    Assessment found = assess(*scene.densities, scene);
+    return {file, std::move(scene), std::move(found)};
+}
+
+/// Times the first one's, where both have one.
+std::string ratio(const Compared& each, const Compared& first) {
+    if (!each.found.problems.empty() || !first.found.problems.empty()) return "-";
+    return formatted("%.4f", each.found.score.compliance / first.found.score.compliance);
+}
+
+void printTable(const std::vector<Compared>& designs) {
+    std::printf("%13s %9s %8s %9s  design\n", "compliance", "of first", "volume", "size");
+    for (const Compared& each : designs) {
+        const Field& design = *each.scene.densities;
+        std::printf("%13s %9s %6.1f %% %9s  %s\n", each.compliance().c_str(),
+                    ratio(each, designs.front()).c_str(), 100 * each.volume(),
+                    formatted("%dx%d", design.width, design.height).c_str(),
+                    nameOf(each.file).c_str());
+    }
+}
+
+RgbImage drawingOf(const Compared& each) {
+    const Scene& scene = each.scene;
+    PictureContent content{wholeOf(*scene.densities, scene.symmetry), std::nullopt,
+                           nameOf(each.file.filename()),
+                           formatted("compliance %s,  material %.1f %%", each.compliance().c_str(),
+                                     100 * each.volume())};
+    if (each.found.problems.empty())
+        content.energies = wholeOf(each.found.score.energies, scene.symmetry);
+    const Scene whole = wholeOf(scene);
+    return drawPicture(whole, content, animationScale(whole));
+}
+
+/// On a white sheet.
+RgbImage sideBySide(const std::vector<RgbImage>& images) {
+    RgbImage sheet{0, 0, {}};
+    for (const RgbImage& image : images) {
+        sheet.width += image.width;
+        sheet.height = std::max(sheet.height, image.height);
+    }
+    const auto rowBytes = 3 * static_cast<std::size_t>(sheet.width);
+    sheet.pixels.assign(rowBytes * static_cast<std::size_t>(sheet.height), 255);
+    std::size_t left = 0;
+    for (const RgbImage& image : images) {
+        const auto bytes = 3 * static_cast<std::size_t>(image.width);
+        for (std::size_t y = 0; y < static_cast<std::size_t>(image.height); ++y)
+            std::copy_n(&image.pixels[y * bytes], bytes, &sheet.pixels[y * rowBytes + left]);
+        left += bytes;
+    }
+    return sheet;
+}
+
+Report reportOn(const std::vector<Compared>& designs) {
+    Report list = Report::array();
+    for (const Compared& each : designs) {
+        Report object = {{"name", nameOf(each.file)}, {"volume", each.volume()}};
+        object.update(reportOn(each.found));
+        list.push_back(object);
+    }
+    return {{"command", "compare"}, {"designs", list}};
+}
+
+}  // namespace
+
+int runCompare(const CompareOptions& options) {
+    if (options.isJson) silenceStandardOutput();
+    if (!options.picture.empty()) {
+        checkEnding("--picture", options.picture, {".png"});
+        checkOutput(options.picture, options.files);
+    }
+    std::vector<Compared> designs;
+    for (const fs::path& file : options.files) designs.push_back(compared(file, options));
+    printTable(designs);
+    bool areSupported = true;
+    for (const Compared& each : designs)
+        for (const std::string& problem : toldLines(each.found.problems)) {
+            complain(nameOf(each.file) + ": not supported: " + problem);
+            areSupported = false;
+        }
+    if (!options.picture.empty()) {
+        std::vector<RgbImage> images;
+        for (const Compared& each : designs) images.push_back(drawingOf(each));
+        writeFile(options.picture, encodePng(sideBySide(images)));
+        std::printf("\n");
+        printRow("picture", nameOf(options.picture));
+    }
+    if (options.isJson) print(reportOn(designs));
+    return areSupported ? 0 : 1;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "checks/assessment.h"
+#include "checks/finding.h"
+#include "design_exports.h"
+#include "format/scene.h"
+
+/// The JSON objects that --json prints. A compliance that does not exist is null.
+using Report = nlohmann::ordered_json;
+
+/// "command", "scene", "title" and "grid".
+Report reportOn(const char* command, const Scene& scene);
+
+/// A list of objects with "severity", "key" and "text".
+Report reportOn(const Findings& findings);
+
+/// A list of objects with "kind" and "name".
+Report reportOn(const std::vector<WrittenFile>& files);
+
+/// "compliance", and "compliances" of each load case where they are known.
+Report reportOn(const Assessment& found);
+
+/// Prints the object, although standard output was silenced for everything else.
+void print(const Report& report);

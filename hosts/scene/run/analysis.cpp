@@ -1,0 +1,91 @@
+#include "run/analysis.h"
+
+#include <voxam.h>
+
+#include <cmath>
+#include <stdexcept>
+
+#include "run/records.h"
+
+namespace {
+
+/// The library's one analysis, for as long as this object lives.
+class LibraryAnalysis {
+public:
+    explicit LibraryAnalysis(const Scene& plate) {
+        const auto loads = loadRecords(plate);
+        const auto supports = supportRecords(plate);
+        _InitVoxamAnalysis(plate.width, plate.height, static_cast<int>(loads.size() / 5),
+                           loads.data(), static_cast<int>(supports.size() / 5), supports.data(),
+                           plate.loadCases);
+    }
+    LibraryAnalysis(const LibraryAnalysis&) = delete;
+    LibraryAnalysis& operator=(const LibraryAnalysis&) = delete;
+    ~LibraryAnalysis() { _DestroyVoxamAnalysis(); }
+};
+
+Analysis::Outcome outcomeOf(int status, const char* text) {
+    switch (status) {
+        case VOXAM_ANALYSIS_SOLVED:
+        case VOXAM_ANALYSIS_LOOSE_PART:
+            return Analysis::SOLVED;
+        case VOXAM_ANALYSIS_LOAD_WITHOUT_MATERIAL:
+        case VOXAM_ANALYSIS_MECHANISM:
+            return Analysis::NOT_SUPPORTED;
+        case VOXAM_ANALYSIS_NOT_CONVERGED:
+            return Analysis::NOT_ACCURATE;
+        case VOXAM_ANALYSIS_INVALID:
+            throw std::runtime_error(text);
+        default:
+            throw std::runtime_error("not enough memory to analyse the design");
+    }
+}
+
+/// Of each load case, from the values of all of them one after the other.
+std::vector<double> part(const std::vector<double>& all, int number, int count) {
+    const auto size = static_cast<std::ptrdiff_t>(all.size() / static_cast<std::size_t>(count));
+    const auto begin = all.begin() + number * size;
+    return {begin, begin + size};
+}
+
+}  // namespace
+
+double Stress::vonMises() const {
+    return std::sqrt(std::max(0.0, x * x - x * y + y * y + 3 * shear * shear));
+}
+
+Stress PlateState::stress(int x, int y) const {
+    const double* const first = &stresses[3 * element(x, y)];
+    return {first[0], first[1], first[2]};
+}
+
+Analysis analyse(const Field& densities, const Scene& plate, bool withFields) {
+    const auto cases = static_cast<std::size_t>(plate.loadCases);
+    const std::size_t elements = densities.values.size();
+    const std::size_t nodes =
+        static_cast<std::size_t>(plate.width + 1) * static_cast<std::size_t>(plate.height + 1);
+    const auto inOrder = toElementOrder(densities);
+    const std::vector<double> moduli(inOrder.begin(), inOrder.end());
+    std::vector<double> compliances(cases);
+    std::vector<double> energies(cases * elements);
+    std::vector<double> displacements(withFields ? cases * 2 * nodes : 0);
+    std::vector<double> stresses(withFields ? cases * 3 * elements : 0);
+    std::vector<unsigned char> loose(elements);
+    char text[256] = "";
+    const LibraryAnalysis library(plate);
+    const int status =
+        _SolveVoxamAnalysis(moduli.data(), sizeof text, text, compliances.data(),
+                            withFields ? displacements.data() : nullptr, energies.data(),
+                            withFields ? stresses.data() : nullptr, loose.data());
+
+    Analysis result;
+    result.outcome = outcomeOf(status, text);
+    result.loose = fromElementOrder({loose.begin(), loose.end()}, plate.width, plate.height);
+    if (result.outcome != Analysis::SOLVED) return result;
+    for (int i = 0; i < plate.loadCases; ++i)
+        result.states.push_back({compliances[static_cast<std::size_t>(i)],
+                                 part(energies, i, plate.loadCases),
+                                 part(displacements, i, plate.loadCases),
+                                 part(stresses, i, plate.loadCases), plate.width, plate.height});
+    return result;
+}

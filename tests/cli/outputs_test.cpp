@@ -1,0 +1,147 @@
+// What the program says of an analysis: views, values, JSON, comparisons, and the scenes it starts
+// from.
+#include <nlohmann/json.hpp>
+
+#include "checks/assessment.h"
+#include "cli_fixture.h"
+#include "export/scene_file.h"
+#include "format/symmetry.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+/// A bar of 4 x 2 elements, held at the left and pulled at the right by 1: the stress is 0.5, its
+/// right end moves by 2. The end nodes of an edge get half the force of the one in the middle.
+constexpr const char* BAR = R"({"grid": {"width": 4, "height": 2}, "densities": 1,
+    "supports": [{"x": 0, "y": [0, 2], "fix": "x"}, {"x": 0, "y": 0, "fix": "y"}],
+    "loads": [{"x": 4, "y": 0, "fx": 0.25}, {"x": 4, "y": 1, "fx": 0.5},
+              {"x": 4, "y": 2, "fx": 0.25}]})";
+
+/// The fields of each line but the first.
+std::vector<std::vector<std::string>> table(const std::string& csv) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(csv);
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line)) {
+        std::istringstream fields(line);
+        rows.emplace_back();
+        for (std::string field; std::getline(fields, field, ',');) rows.back().push_back(field);
+    }
+    return rows;
+}
+
+using Outputs = Cli;
+
+TEST_F(Outputs, haveTheValuesOfABar) {
+    write("bar.json", BAR);
+    const Outcome outcome =
+        run("score bar.json --values v.csv --values v.vti --element-size 10 --view deformed "
+            "--picture p.png --json");
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const Json report = Json::parse(outcome.out);
+    EXPECT_NEAR(report["compliance"].get<double>(), 2, 1e-6);
+    EXPECT_EQ(report["files"].size(), 4u);
+    double energy = 0;
+    for (const auto& row : table(contents(directory / "v.csv"))) {
+        energy += std::stod(row[3]);
+        EXPECT_NEAR(std::stod(row[4]), 0.05, 1e-7);  // over an edge of 10
+        EXPECT_NEAR(std::stod(row[7]), 0.05, 1e-7);
+    }
+    EXPECT_NEAR(energy, 2, 1e-6);
+    const auto nodes = table(contents(directory / "v-nodes.csv"));
+    ASSERT_EQ(nodes.size(), 15u);
+    EXPECT_EQ(nodes.back()[0], "40");
+    EXPECT_NEAR(std::stod(nodes.back()[2]), 2, 1e-6);
+    EXPECT_NEAR(std::stod(nodes.back()[3]), -0.3 * 1, 1e-6);  // the lower edge moves up
+    EXPECT_NE(contents(directory / "v.vti").find("WholeExtent=\"0 4 0 2 0 0\""), std::string::npos);
+}
+
+TEST_F(Outputs, takeScenesFromStandardInputAndChangeThem) {
+    const Outcome outcome = run("score - --set densities=0.5 --set 'loads[1].fx=1' --json",
+                                "echo '" + std::string(BAR) + "' |");
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_GT(Json::parse(outcome.out)["compliance"].get<double>(), 2 * 2 * 1.5 * 1.5);
+    write("bar.json", BAR);
+    expectErrors({{"score bar.json --set loads", "--set: \"loads\": expected KEY=VALUE"},
+                  {"score bar.json --set loads[7].fx=1", "the scene has no such place"},
+                  {"score bar.json --set grid.width=x", "grid.width: expected a whole number, found the text"},
+                  {"score bar.json --view stres", "is not one of material, energy"},
+                  {"score bar.json --load-case 3", "--load-case: 3 is not in use; in use: 0"},
+                  {"score bar.json --element-size 2", "--element-size: needs --outline"},
+                  {"check bar.json --set loadCases=0", "loadCases: 0 is outside 1..64"},
+                  {"new mbb bar.json", "bar.json: exists already"}});
+}
+
+TEST_F(Outputs, checkWithoutARun) {
+    write("bar.json", BAR);
+    EXPECT_EQ(run("check bar.json").status, 0);
+    const Outcome forgotten = run("check bar.json --set loadCases=2 --strict --json");
+    EXPECT_EQ(forgotten.status, 1);
+    EXPECT_EQ(Json::parse(forgotten.out)["findings"][0]["text"],
+              "none acts in load case 1; give a load \"loadCase\": 1, or lower loadCases");
+    const Outcome open = run("check bar.json --set symmetry=left --set 'supports[0].y=[1,2]'");
+    EXPECT_EQ(open.status, 2);
+    EXPECT_NE(open.out.find("symmetry: the node x 0, y 0 on the plane of symmetry is free in x"),
+              std::string::npos)
+        << open.out;
+}
+
+TEST_F(Outputs, startFromTemplatesWithoutAWarning) {
+    for (const std::string name : {"cantilever", "mbb", "bridge", "l-bracket"}) {
+        ASSERT_EQ(run("new " + name + " " + name + ".json").status, 0);
+        const Outcome outcome = run("optimise " + name + ".json --iterations 40 --strict");
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+    }
+    // The whole of a half is as wide again, and its design can be scored.
+    EXPECT_EQ(run("optimise mbb.json --iterations 5 --design d.csv --outline o.stl").status, 0);
+    EXPECT_EQ(table(contents(directory / "d.csv")).front().size(), 2u * 90 * 4);
+    const Outcome compared = run("compare --scene mbb.json d.csv d.csv --picture c.png --json");
+    EXPECT_EQ(compared.status, 0) << compared.err;
+    const Json designs = Json::parse(compared.out)["designs"];
+    EXPECT_EQ(designs[0]["compliance"], designs[1]["compliance"]);
+}
+
+TEST_F(Outputs, ofAHalfAreThoseOfTheWhole) {
+    write("half.json", R"({"grid": {"width": 20, "height": 10}, "symmetry": "left",
+        "loads": [{"x": 0, "y": 0, "fy": 1}, {"x": [3, 5], "y": 10, "fx": 0.3, "fy": 0.1}],
+        "supports": [{"x": 0, "y": [0, 10], "fix": "x"}, {"x": 20, "y": 10, "fix": "y"}],
+        "densities": 1})");
+    for (const auto& [side, upright] :
+         {std::pair("left", true), {"right", true}, {"top", false}, {"bottom", false}}) {
+        // Turned or mirrored to that side, the half is worth half of the whole.
+        Scene scene = readScene(directory / "half.json");
+        const auto flip = [&](Range& range, int size) {
+            if (std::string(side) == "right" || std::string(side) == "bottom")
+                range = {size - range.to, size - range.from};
+        };
+        for (Load& load : scene.loads) flip(load.x, scene.width);
+        for (Support& support : scene.supports) flip(support.x, scene.width);
+        if (!upright) {
+            std::swap(scene.width, scene.height);
+            for (Load& load : scene.loads) {
+                std::swap(load.x, load.y);
+                std::swap(load.fx, load.fy);
+            }
+            for (Support& support : scene.supports) {
+                std::swap(support.x, support.y);
+                std::swap(support.fixX, support.fixY);
+            }
+        }
+        scene.symmetry = static_cast<Symmetry>(
+            std::find(SYMMETRY_NAMES.begin(), SYMMETRY_NAMES.end(), side) - SYMMETRY_NAMES.begin());
+        // The whole moves freely along the plane only where the half does, so hold it there as well.
+        const Scene whole = wholeOf(scene);
+        Scene held = whole;
+        const Range middleX = upright ? Range{20, 20} : Range{0, whole.width};
+        const Range middleY = upright ? Range{0, whole.height} : Range{20, 20};
+        held.supports.push_back({middleX, middleY, upright, !upright});
+        const double half = assess(Field(scene.width, scene.height, 1), scene).score.compliance;
+        EXPECT_NEAR(assess(Field(held.width, held.height, 1), held).score.compliance / half, 2,
+                    1e-9)
+            << side;
+    }
+}
+
+}  // namespace
