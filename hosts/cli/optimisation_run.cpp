@@ -40,7 +40,8 @@ void OptimisationRun::iterate(const std::function<void()>& afterEach) {
 void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
     while (run.next() && !converged && interruption() == 0) {
         const SceneRun::Outcome outcome = iterateOnce();
-        failed = explainedRefusal(outcome.refusal, !recorded.empty() && lastChange != outcome.record.iteration);
+        failed = explainedRefusal(outcome.refusal,
+                                  !recorded.empty() && lastChange != outcome.record.iteration);
         if (failed.empty()) {
             record(outcome.record);
             afterEach();

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "action_text.h"
+#include "checks/assessment.h"
 #include "drawing/picture.h"
 #include "export/animation.h"
 #include "export/design_file.h"
@@ -124,7 +125,10 @@ void ExportActions::writeDesign(const fs::path& file) const {
 void ExportActions::writeOutline(const fs::path& file, double elementSize, double thickness) const {
     const Exhibit shown = exhibit();
     const int refinement = shown.material.width / shown.scene.width;
-    const Outline traced = traceOutline(shown.material, refinement, elementSize);
+    // The level keeps the volume of a design with greys.
+    const double level =
+        drawnDesign(shown.material, shown.scene, drawnRefinement(shown.scene, refinement)).level;
+    const Outline traced = traceOutline(shown.material, refinement, elementSize, level);
     writeFile(file, encodeOutline(file, traced, thickness));
 }
 

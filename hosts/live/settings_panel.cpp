@@ -10,6 +10,7 @@
 #include "checks/checks.h"
 #include "format/detail.h"
 #include "format/input_error.h"
+#include "format/text.h"
 #include "problems.h"
 
 namespace {
@@ -122,7 +123,8 @@ QWidget* SettingsPanel::makeTexts() {
         if (!title->isModified()) return;
         const std::string text = title->text().simplified().toStdString();
         bench.editWhole(tr("Change title"), [&](Scene& scene) {
-            if (text.size() > Scene::MAX_TITLE) throw InputError("The title is too long");
+            if (characterCount(text) > Scene::MAX_TITLE)
+                throw InputError("The title is longer than 200 characters");
             scene.title = text;
         });
     });

@@ -66,7 +66,8 @@ TEST_F(Outputs, takeScenesFromStandardInputAndChangeThem) {
     write("bar.json", BAR);
     expectErrors({{"score bar.json --set loads", "--set: \"loads\": expected KEY=VALUE"},
                   {"score bar.json --set loads[7].fx=1", "the scene has no such place"},
-                  {"score bar.json --set grid.width=x", "grid.width: expected a whole number, found the text"},
+                  {"score bar.json --set grid.width=x",
+                   "grid.width: expected a whole number, found the text"},
                   {"score bar.json --view stres", "is not one of material, energy"},
                   {"score bar.json --load-case 3", "--load-case: 3 is not in use; in use: 0"},
                   {"score bar.json --element-size 2", "--element-size: needs --outline"},

@@ -191,8 +191,7 @@ TEST_F(Surroundings, countWarningsWhenStrict) {
     EXPECT_EQ(sound.status, 0) << sound.err;
     EXPECT_EQ(sound.err, "");
     EXPECT_NE(sound.out.find(" while optimising\n"), std::string::npos);
-    EXPECT_NE(sound.out.find(" as drawn: black and white on 160 x 80 elements"),
-              std::string::npos);
+    EXPECT_NE(sound.out.find(" as drawn: black and white on 160 x 80 elements"), std::string::npos);
 }
 
 TEST_F(Surroundings, areToldWhichLoadIsNotCarried) {

@@ -29,7 +29,7 @@ public sealed class VoxamTests
 
     public void GivesTheNumbersOfTheProgram()
     {
-        string table = Path.GetTempFileName();
+        string table = Path.Combine(Path.GetTempPath(), Path.GetRandomFileName() + ".csv");
         var start = new ProcessStartInfo(
             Environment.GetEnvironmentVariable("VOXAM_PROGRAM"),
             $"optimise \"{Scenes}/optimise-cantilever.json\" --iterations 12 --quiet "

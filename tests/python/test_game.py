@@ -23,9 +23,12 @@ def test_scores_what_the_program_scores():
                              check=True, capture_output=True, text=True).stdout
     told = float(re.search(r"compliance +([0-9.e+]+)", picture).group(1))
     densities = drawn("cantilever.json")
-    with voxam.Game(60, 40, [voxam.Load(60, 20, fy=1)], wall(40)) as game:
+    plate = 60, 40, [voxam.Load(60, 20, fy=1)], wall(40)
+    with voxam.Analysis(*plate) as analysis:
+        assert analysis.solve(densities).compliance == pytest.approx(told, rel=1e-5)
+    with voxam.Game(*plate) as game:
         score = game.solve(densities)
-        assert score.compliance == pytest.approx(told, rel=1e-4)
+        assert score.compliance == pytest.approx(told, rel=1e-2)  # in single precision
         assert score.energies.shape == densities.shape
         assert score.energies.sum() == pytest.approx(score.compliance, rel=1e-4)
         assert np.all(score.energies[densities == 0] < 1e-6 * score.energies.max())

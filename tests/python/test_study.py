@@ -102,7 +102,8 @@ def test_wrong_studies_are_refused_before_a_run(members, complaint, tmp_path, ca
 
 
 def test_a_refined_scene_has_everything_where_it_was():
-    document = {**SCENE, "loads": [{"x": [4, 6], "y": 0, "fy": 3}], "blob": [{"x": 2, "y": [0, 1]}],
+    document = {**SCENE, "meshFactor": 2, "blob": [{"x": 2, "y": [0, 1]}],
+                "loads": [{"x": [4, 6], "y": 0, "fy": 3}],
                 "passive": {"void": [{"x": [0, 3], "y": 2}], "solid": [{"x": 8, "y": 3,
                                                                         "radius": [1, 2]}]},
                 "timeline": [{"iteration": 3, "supports": [{"x": 0, "y": [2, 4], "fix": "y"}],

@@ -129,7 +129,7 @@ CONTRADICTIONS = [
      "timeline[0].restart.subdivision: refines the design to 2000 x 1000 cells"),
     ("", {**WIDE, "subdivision": 1, "meshFactor": 2, "timeline": [{"iteration": 2, "blob": [{"x": 0, "y": 0}]}]},
      "timeline[0]: subdivision 1 and meshFactor 2 have to be equal"),
-    ("title", "t" * 201, ": is longer than 200 bytes"),
+    ("title", "t" * 201, ": is longer than 200 characters"),
     ("timeline/1/restart/meshFactor", 1, "timeline[1]: subdivision 2 and meshFactor 1 have to be"),
     ("timeline/1/iteration", 2, ": 2 is outside 3..3 (after the change before it"),
     ("timeline/1/iteration", 4, ": 4 is outside 3..3 (after the change before it"),

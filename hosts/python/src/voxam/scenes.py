@@ -37,7 +37,7 @@ _BENDS_TOO_FAR = "Change load/support"
 _SOFTER = 1e3
 _SOFTER_STEPS = 2
 
-_MAX_TITLE = 200  # bytes
+_MAX_TITLE = 200  # characters
 _MAX_NODES = 4_000_000  # of all loads, or of all supports
 _MAX_CHANGES = 1000
 _MAX_CELLS = 32767  # in a list of elements
@@ -300,8 +300,8 @@ class _Reader:
         for key in ("loads", "supports", "volumeFraction"):
             root.at(key)
         title = root.find("title")
-        if title and len(title.text().encode()) > _MAX_TITLE:
-            raise title.fail(f"is longer than {_MAX_TITLE} bytes")
+        if title and len(title.text()) > _MAX_TITLE:
+            raise title.fail(f"is longer than {_MAX_TITLE} characters")
         for key in ("$schema", "description"):
             text = root.find(key)
             if text:
