@@ -238,3 +238,29 @@ build_preset() {
     if [ $# -gt 0 ]; then set -- --target "$@"; fi
     cmake --build --preset "$preset" "$@"
 }
+
+# Fetches source packages of Debian 12, given as NAME=VERSION, into the folder $1. The package lists
+# are this function's alone: the system's apt stays as it is.
+fetch_debian_sources() {
+    local folder=$1 mirror
+    shift
+    mirror=$(apt-get indextargets --format '$(REPO_URI)' \
+        'Identifier: Packages' 'Codename: bookworm' 'Component: main' | head -n 1)
+    if [ -z "$mirror" ]; then
+        echo "The apt of this system has no packages of Debian 12, so it has no sources either." >&2
+        return 1
+    fi
+    mkdir -p "$folder/parts" "$folder/lists/partial"
+    cat >"$folder/parts/debian.sources" <<END
+Types: deb-src
+URIs: $mirror
+Suites: bookworm
+Components: main
+Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg
+END
+    local apt=(apt-get -q -o Dir::Etc::sourcelist=/dev/null -o "Dir::Etc::sourceparts=$folder/parts"
+        -o "Dir::State::lists=$folder/lists" -o "Dir::Cache::srcpkgcache=$folder/srcpkgcache.bin"
+        -o "Dir::Cache::pkgcache=$folder/pkgcache.bin" -o APT::Sandbox::User=root)
+    "${apt[@]}" update
+    (cd "$folder" && "${apt[@]}" source --download-only "$@")
+}

@@ -4,7 +4,7 @@
 
 namespace {
 
-SceneSession& session() {
+SceneSession& sceneSession() {
     static SceneSession instance;
     return instance;
 }
@@ -19,35 +19,38 @@ const char* textOf(const SceneSession::Reply& reply) {
 }  // namespace
 
 const char* voxamOpenScene(const char* text, const char* name) {
-    return textOf(session().open(text, name));
+    return textOf(sceneSession().open(text, name));
 }
 
-const unsigned char* voxamElementKinds() { return session().elementKinds().data(); }
+const unsigned char* voxamElementKinds() { return sceneSession().elementKinds().data(); }
 
-const char* voxamStartRun() { return textOf(session().startRun()); }
+const char* voxamStartRun() { return textOf(sceneSession().startRun()); }
 
-const char* voxamFollowScene() { return textOf(session().followScene()); }
+const char* voxamFollowScene() { return textOf(sceneSession().followScene()); }
 
-const char* voxamIterateRun(int movesBlob) { return textOf(session().iterate(movesBlob != 0)); }
+const char* voxamIterateRun(int movesBlob) {
+    return textOf(sceneSession().iterate(movesBlob != 0));
+}
 
 const unsigned char* voxamRunPicture() {
-    return session().picture().empty() ? nullptr : session().picture().data();
+    return sceneSession().picture().empty() ? nullptr : sceneSession().picture().data();
 }
 
-const char* voxamRunOutline() { return textOf(session().outline()); }
+const char* voxamRunOutline() { return textOf(sceneSession().outline()); }
 
-const char* voxamScoreRun(int refinement) { return textOf(session().scoreRun(refinement)); }
+const char* voxamScoreRun(int refinement) { return textOf(sceneSession().scoreRun(refinement)); }
 
 const char* voxamScoreDrawing(const unsigned char* cells, int refinement) {
-    return textOf(session().scoreDrawing(cells, refinement));
+    return textOf(sceneSession().scoreDrawing(cells, refinement));
 }
 
-const float* voxamScoredDesign() { return session().scoredDesign().values.data(); }
+const float* voxamScoredDesign() { return sceneSession().scoredDesign().values.data(); }
 
 const float* voxamScoredEnergies() {
-    return session().energies().values.empty() ? nullptr : session().energies().values.data();
+    return sceneSession().energies().values.empty() ? nullptr
+                                                    : sceneSession().energies().values.data();
 }
 
 const double* voxamScoredDisplacements() {
-    return session().displacements().empty() ? nullptr : session().displacements().data();
+    return sceneSession().displacements().empty() ? nullptr : sceneSession().displacements().data();
 }
