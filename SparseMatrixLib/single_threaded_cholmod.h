@@ -12,6 +12,8 @@ namespace kmat {
 class SingleThreadedCholmod {
 public:
     SingleThreadedCholmod();
+    // Not trivial where CHOLMOD or the BLAS is a shared library.
+    // NOLINTNEXTLINE(performance-trivially-destructible)
     ~SingleThreadedCholmod();
     SingleThreadedCholmod(const SingleThreadedCholmod&) = delete;
     SingleThreadedCholmod& operator=(const SingleThreadedCholmod&) = delete;

@@ -113,9 +113,9 @@ TEST_F(Outputs, ofAHalfAreThoseOfTheWhole) {
          {std::pair("left", true), {"right", true}, {"top", false}, {"bottom", false}}) {
         // Turned or mirrored to that side, the half is worth half of the whole.
         Scene scene = readScene(directory / "half.json");
-        const auto flip = [&](Range& range, int size) {
-            if (std::string(side) == "right" || std::string(side) == "bottom")
-                range = {size - range.to, size - range.from};
+        const bool isFarSide = std::string(side) == "right" || std::string(side) == "bottom";
+        const auto flip = [isFarSide](Range& range, int size) {
+            if (isFarSide) range = {size - range.to, size - range.from};
         };
         for (Load& load : scene.loads) flip(load.x, scene.width);
         for (Support& support : scene.supports) flip(support.x, scene.width);
