@@ -11,11 +11,6 @@
 
 namespace {
 
-Findings findingsOf(const Scene& scene) {
-    if (scene.volumeFraction > 0) return checkBeforeOptimisation(scene);
-    return checkBeforeScore(scene);
-}
-
 std::string useOf(const Scene& scene) {
     std::string uses;
     if (scene.volumeFraction > 0) uses = "voxam optimise";
@@ -28,7 +23,7 @@ std::string useOf(const Scene& scene) {
 int runCheck(const CommonOptions& options) {
     if (options.isQuiet || options.isJson) silenceStandardOutput();
     const Scene scene = readScene(options.scene, options.assignments);
-    const Findings findings = findingsOf(scene);
+    const Findings findings = checkScene(scene);
     const auto isError = [](const Finding& each) { return each.severity == Finding::ERROR; };
     const bool hasErrors = std::any_of(findings.begin(), findings.end(), isError);
 

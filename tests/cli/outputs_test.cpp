@@ -87,6 +87,15 @@ TEST_F(Outputs, checkWithoutARun) {
     EXPECT_NE(open.out.find("symmetry: the node x 0, y 0 on the plane of symmetry is free in x"),
               std::string::npos)
         << open.out;
+    // What a score would find unsupported, whether or not the scene can be optimised as well.
+    for (const std::string more : {"", " --set volumeFraction=0.5"}) {
+        const Outcome rolling = run("check bar.json --set 'supports[0].fix=\"y\"' --quiet" + more);
+        EXPECT_EQ(rolling.status, 2);
+        EXPECT_NE(rolling.err.find("free to move along x"), std::string::npos) << rolling.err;
+        const Outcome loose = run("check bar.json --set densities=0 --quiet" + more);
+        EXPECT_EQ(loose.status, 2);
+        EXPECT_NE(loose.err.find("acts where there is no material"), std::string::npos);
+    }
 }
 
 TEST_F(Outputs, startFromTemplatesWithoutAWarning) {

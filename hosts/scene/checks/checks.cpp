@@ -232,6 +232,20 @@ Findings checkBeforeScore(const Scene& scene) {
     return findings;
 }
 
+Findings checkScene(const Scene& scene) {
+    Findings findings;
+    const auto add = [&findings](const Findings& more) {
+        for (const Finding& each : more)
+            if (!tells(findings, each)) findings.push_back(each);
+    };
+    if (scene.volumeFraction > 0) add(checkBeforeOptimisation(scene));
+    if (scene.volumeFraction <= 0 || scene.densities) add(checkBeforeScore(scene));
+    if (!scene.densities) return findings;
+    add(findFreePlate(scene));
+    add(findLooseLoads(*scene.densities, {}, withLoadsInUse(scene)));
+    return findings;
+}
+
 Findings checkSettings(const Scene& scene) {
     Findings findings = findIdleLoads(scene);
     std::erase_if(findings, isWarning);

@@ -11,6 +11,11 @@ Findings checkBeforeOptimisation(const Scene& scene);
 /// What can be said of a scene before its design is scored.
 Findings checkBeforeScore(const Scene& scene);
 
+/// What can be said of a scene without any run: before it is optimised and before its design is
+/// scored, whichever it can be, and why a score would find its design unsupported, as far as that
+/// shows without an analysis.
+Findings checkScene(const Scene& scene);
+
 /// Errors in what acts on the plate and in what is asked of the design, as the scene stands,
 /// whatever its timeline says.
 Findings checkSettings(const Scene& scene);
