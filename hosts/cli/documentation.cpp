@@ -45,9 +45,27 @@ std::string forManual(std::string text) {
 
 std::string firstLineOf(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-/// Ready-made lines.
-std::string unfilled(const std::string& text) {
-    return ".nf\n" + forManual(text) + (text.ends_with('\n') ? "" : "\n") + ".fi\n";
+/// The end of a command's help: paragraphs, and lists with items such as "  0  scored", which the
+/// manual page breaks where its own lines end.
+std::string footerForManual(const std::string& footer) {
+    std::string text;
+    std::istringstream lines(footer);
+    bool isList = true;  // whether an unindented line begins a paragraph
+    for (std::string line; std::getline(lines, line);) {
+        const auto begin = line.find_first_not_of(' ');
+        if (begin == std::string::npos) continue;
+        const auto gap = line.find("  ", begin);
+        const auto end = line.find_first_not_of(' ', gap);
+        const bool isItem = begin > 0 && end != std::string::npos;
+        if (isItem)
+            text += ".TP\n\\fB" + forManual(line.substr(begin, gap - begin)) + "\\fR\n" +
+                    forManual(line.substr(end)) + "\n";
+        else
+            text += (begin == 0 && (isList || line.starts_with("Exit status")) ? ".PP\n" : "") +
+                    forManual(line.substr(begin)) + "\n";
+        isList = begin > 0;
+    }
+    return text;
 }
 
 std::string optionForManual(const CLI::Option& option) {
@@ -60,14 +78,14 @@ std::string optionForManual(const CLI::Option& option) {
 std::string commandForManual(const CLI::App& command) {
     std::string text = ".SS voxam " + forManual(command.get_name());
     for (const CLI::Option* option : optionsOf(command, true))
-        text += ' ' + forManual(option->get_type_name());
+        text += option->get_required() ? ' ' + forManual(option->get_type_name())
+                                       : " [" + forManual(option->get_type_name()) + "]";
     text += "\n" + forManual(command.get_description()) + ".\n";
     for (const CLI::Option* option : optionsOf(command, true))
         text += ".TP\n\\fI" + forManual(option->get_type_name()) + "\\fR\n" +
                 forManual(option->get_description()) + "\n";
     for (const CLI::Option* option : optionsOf(command, false)) text += optionForManual(*option);
-    const std::string footer = command.get_footer();
-    return footer.empty() ? text : text + ".PP\n" + unfilled(footer);
+    return text + footerForManual(command.get_footer());
 }
 
 std::string manual(const CLI::App& app) {
