@@ -60,8 +60,7 @@ Deformation deformationOf(const PlateState& state, const Scene& scene) {
 
 std::string caseText(const std::vector<int>& cases, const Scene& scene, const char* ofAll) {
     if (scene.loadCases == 1) return "";
-    if (cases.size() == 1)
-        return formatted(",  load case %d of %d", cases.front(), scene.loadCases);
+    if (cases.size() == 1) return formatted(",  load case %d", cases.front());
     return std::string(",  ") + ofAll + " of " + counted(cases.size(), "load case");
 }
 
