@@ -1,11 +1,14 @@
 """Measures studies: runs an hour, and what a run costs beyond the computation itself.
 
-    python3 benchmarks/studies.py [--runs N] [--quick]
+    python3 benchmarks/studies.py [--runs N] [--turns N] [--grid 60x40]
 
 Needs the package voxam on the path, its library in VOXAM_LIBRARY, and for the rows of a cluster
 python3-distributed. Each way of running is measured with few runs and with many; the difference is
-free of the start of processes. "overhead" is what a run takes of the processors (all processes
-together) beyond the plain loop. Processor time changes little when the machine has other work.
+free of the start of processes. "processor" is the processor time of a run in all processes
+together, and "overhead" its excess over the plain loop. Other work on the machine changes both, and
+the overhead is a small difference of large numbers. "own" is the part of the calling process, which
+hands out the runs and stores their results; it hardly depends on other work. For a cluster it
+contains the scheduler.
 """
 
 from __future__ import annotations
@@ -24,10 +27,10 @@ from voxam import study
 from voxam.study import _work
 
 GRIDS = ((20, 10), (60, 40))
-TURNS = 3
 FEW = 4
 EMPTY_TASKS = 3000
-Spent = Tuple[float, float]  # seconds on the clock, and of processors
+PACKED = 200
+Spent = Tuple[float, float, float]  # seconds on the clock, of all processors, of this process's
 
 
 def plan_of(width: int, height: int, runs: int) -> study.Study:
@@ -42,15 +45,15 @@ def tasks_of(plan: study.Study) -> List[_work.Task]:
 
 
 def processors() -> float:
-    """Processor time of this process and of those that it has waited for."""
+    """Processor time of this process and of all processes that it has waited for."""
     usages = [resource.getrusage(who) for who in (resource.RUSAGE_SELF, resource.RUSAGE_CHILDREN)]
     return sum(usage.ru_utime + usage.ru_stime for usage in usages)
 
 
 def spent(action: Callable[[], Any]) -> Spent:
-    clock, before = time.perf_counter(), processors()
+    clock, before, own = time.perf_counter(), processors(), time.process_time()
     action()
-    return time.perf_counter() - clock, processors() - before
+    return time.perf_counter() - clock, processors() - before, time.process_time() - own
 
 
 def run_plainly(plan: study.Study) -> None:
@@ -91,47 +94,60 @@ def ways() -> Dict[str, Callable[[study.Study], None]]:
     return found
 
 
-def compare(width: int, height: int, runs: int) -> None:
+def compare(width: int, height: int, runs: int, turns: int) -> None:
     few, many = plan_of(width, height, FEW), plan_of(width, height, FEW + runs)
     actions = ways()
-    turns: Dict[str, List[Spent]] = {name: [] for name in actions}
-    for _ in range(TURNS):
+    found: Dict[str, List[Spent]] = {name: [] for name in actions}
+    for _ in range(turns):
         for name, action in actions.items():
             base, whole = spent(lambda: action(few)), spent(lambda: action(many))
-            turns[name].append(((whole[0] - base[0]) / runs, (whole[1] - base[1]) / runs))
-    medians = {name: [statistics.median(times) for times in zip(*found)]
-               for name, found in turns.items()}
+            found[name].append(tuple((b - a) / runs for a, b in zip(base, whole)))
+    medians = {name: [statistics.median(times) for times in zip(*times_of_way)]
+               for name, times_of_way in found.items()}
     plain = medians["plain loop"][1]
-    print(f"\n{width}x{height}, {runs} runs of 100 iterations, medians of {TURNS} turns\n")
-    print("| where                  | ms a run | runs/hour | processor ms | overhead ms |  share |")
-    print("| ---------------------- | -------: | --------: | -----------: | ----------: | -----: |")
-    for name, (clock, cpu) in medians.items():
-        print(f"| {name:22} | {clock * 1e3:8.1f} | {3600 / clock:9.0f} | {cpu * 1e3:12.1f} | "
-              f"{(cpu - plain) * 1e3:11.2f} | {cpu / plain - 1:6.1%} |")
+    print(f"\n{width}x{height}, {runs} runs of 100 iterations, medians of {turns} turns\n")
+    print("| where              | ms a run | runs/hour | processor ms | overhead ms | own ms |")
+    print("| ------------------ | -------: | --------: | -----------: | ----------: | -----: |")
+    for name, (clock, cpu, own) in medians.items():
+        print(f"| {name:18} | {clock * 1e3:8.1f} | {3600 / clock:9.0f} | {cpu * 1e3:12.1f} | "
+              f"{(cpu - plain) * 1e3:11.2f} | {own * 1e3:6.2f} |")
     describe_sizes(many)
 
 
 def describe_sizes(plan: study.Study) -> None:
     task = tasks_of(plan)[0]
+    arrays: Dict[str, Any] = {}
+    result = _work._result(json.loads(task.scene), task.keep, arrays)
+    _, packing, _ = spent(lambda: [_work.pack(result, task.scene, arrays) for _ in range(PACKED)])
     outcome = _work.work(task)
     print(f"\nbytes a run: {len(task.scene)} to the worker; from it {len(outcome.file)} for the "
-          f"file and {len(json.dumps(outcome.record))} for the record")
+          f"file and {len(json.dumps(outcome.record))} for the record; packing takes the worker "
+          f"{packing / PACKED * 1e3:.2f} ms")
 
 
 def measure_scheduler() -> None:
     with contextlib.suppress(ImportError), cluster_of(1) as client:
         numbers = range(-EMPTY_TASKS, 0)
-        clock, cpu = spent(lambda: client.gather(client.map(abs, numbers, pure=False)))
+        clock, cpu, _ = spent(lambda: client.gather(client.map(abs, numbers, pure=False)))
         print(f"\nempty tasks through a scheduler and one worker: {EMPTY_TASKS / clock:.0f} a "
               f"second; scheduler and client take {cpu / EMPTY_TASKS * 1e3:.2f} ms each")
 
 
+def grid_of(text: str) -> Tuple[int, int]:
+    width, height = text.split("x")
+    return int(width), int(height)
+
+
 if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--runs", type=int, default=60, help="runs of each study; 60 if left out")
-    parser.add_argument("--quick", action="store_true", help="only the small plate")
+    parser.add_argument("--runs", type=int, default=60, metavar="N",
+                        help="runs of each study; 60 if left out")
+    parser.add_argument("--turns", type=int, default=3, metavar="N",
+                        help="how often each study is measured; 3 if left out")
+    parser.add_argument("--grid", type=grid_of, metavar="WIDTHxHEIGHT",
+                        help="measure only this plate; 20x10 and 60x40 if left out")
     options = parser.parse_args()
     _work.use_one_thread()
-    for grid in GRIDS[:1] if options.quick else GRIDS:
-        compare(*grid, options.runs)
+    for grid in GRIDS if options.grid is None else [options.grid]:
+        compare(*grid, options.runs, options.turns)
     measure_scheduler()

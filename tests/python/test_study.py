@@ -91,8 +91,9 @@ def test_ranges_of_values(spec, values, tmp_path):
     ({"draw": {"count": 2, "keys": {"penalty": {"from": 3, "to": 1}}}}, "from 3 is above to 1"),
     ({"draw": {"count": 0, "keys": {"penalty": {"from": 1, "to": 2}}}}, "draw.count: 0 is outside"),
     ({"combine": VOLUMES, "keep": ["stress"]}, 'keep: unknown "stress"'),
-    ({"combine": {"volumeFracton": [0.3]}}, 'unknown key "volumeFracton"; did you mean "volumeFr'),
-    ({"combine": VOLUMES, "scene": "no.json"}, "no.json: No such file"),
+    ({"combine": {"volumeFracton": [0.3]}}, 'wrong.json: no scene of the study can be run: run 1: '
+     'unknown key "volumeFracton"; did you mean "volumeFr'),
+    ({"combine": VOLUMES, "scene": "no.json"}, "no.json: No such file or directory\n"),
 ])
 def test_wrong_studies_are_refused_before_a_run(members, complaint, tmp_path, capsys):
     assert study_main([str(write(tmp_path / "wrong.json", **members))]) == 2
@@ -182,6 +183,14 @@ def test_a_thousand_runs_and_their_report(tmp_path):
     assert not re.search(r'(src|href)\s*=\s*["\'](?!data:)', page)
     data = json.loads(re.search(r'id="data">(.*)</script>', page).group(1))
     assert len(data["rows"]) == 1000 and len(data["pictures"]) == 400
+
+
+def test_a_folder_that_cannot_be_made_and_a_name_that_is_taken(tmp_path, capsys):
+    file = write(tmp_path / "a.json", combine=VOLUMES)
+    assert study_main([str(file), "--output", str(file)]) == 2
+    assert "a.json/runs: Not a directory. Results so far are kept. S" in capsys.readouterr().err
+    with pytest.raises(study.StudyError, match='parameter "volume": the results have a column of'):
+        study.run([({"volume": 0.5}, SCENE)], tmp_path / "b", processes=1, progress=False)
 
 
 def deadly(task):
@@ -338,8 +347,8 @@ def test_as_drawn_is_the_analysis_of_the_final_scene(tmp_path):
 
 
 def make(folder, seed, processes):
-    options = _dataset.Options(designs=6, seed=seed, width=12, height=8, subdivision=2,
-                               iterations=15)
+    options = study.DatasetOptions(designs=6, seed=seed, width=12, height=8, subdivision=2,
+                                   iterations=15)
     made = study.make_dataset(folder, options, processes=processes, progress=False)
     return {path.name: path for path in made.iterdir() if path.is_file()}
 
@@ -371,7 +380,7 @@ def test_a_data_set_is_what_it_says(tmp_path):
 
 
 def test_random_plates_are_held_and_loaded_away_from_their_supports():
-    options = _dataset.Options(designs=1, width=20, height=9)
+    options = study.DatasetOptions(designs=1, width=20, height=9)
     for index in range(300):
         scene = scenes.scene_of(_dataset.random_scene(options, index))
         held = [(node.x, node.y) for node in scene.settings["supports"]]

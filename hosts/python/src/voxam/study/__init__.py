@@ -16,13 +16,14 @@ The same call goes on after an interruption.
 makes a data set for learning. docs/studies.md describes all three.
 """
 
-from ._dataset import make_dataset
+from ._dataset import DatasetOptions, make_dataset
 from ._folder import Results
 from ._plan import Draw, Run, Study, StudyError, read_study
 from ._report import write_report
 from ._study import run
 
 __all__ = [
+    "DatasetOptions",
     "Draw",
     "Results",
     "Run",

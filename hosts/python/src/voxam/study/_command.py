@@ -11,7 +11,7 @@ import time
 from typing import Any, Callable, Iterator, List, Optional
 
 from .._library import VoxamError
-from ._dataset import Options, make_dataset
+from ._dataset import DatasetOptions, make_dataset
 from ._engines import Stop
 from ._folder import Results
 from ._plan import Study, StudyError, read_study
@@ -117,8 +117,8 @@ def _guarded(options: argparse.Namespace, action: Callable[[_Signals], int]) -> 
         return 128 + (signals.received or signal.SIGINT)
     except OSError as error:
         place = f"{error.filename}: " if error.filename else ""
-        _complain(f"{place}{error.strerror or error}. Results so far are kept; after a remedy the "
-                  "same command goes on")
+        _complain(f"{place}{error.strerror or error}. Results so far are kept. Solve the problem "
+                  "and run the same command again to continue")
     except (ValueError, VoxamError, ImportError) as error:
         _complain(str(error))
     return _EXIT_INPUT
@@ -151,7 +151,10 @@ def _client(address: Optional[str]) -> Iterator[Any]:
 
 def _run_study(options: argparse.Namespace, stop: Stop) -> int:
     file = pathlib.Path(options.study)
-    study = read_study(file)
+    try:
+        study = read_study(file)
+    except OSError as error:  # not of the results, which have another advice
+        raise StudyError(f"{error.filename or file}: {error.strerror or error}") from None
     if options.dry_run:
         return _show(study)
     folder = pathlib.Path(options.output) if options.output else file.with_suffix(".results")
@@ -179,6 +182,8 @@ def _sum_up(study: Study, folder: pathlib.Path, rows: List[Any], failed: List[An
         print(f"  run {row['run']}: {row['reason']}")
     if len(failed) > 3:
         print(f"  and {len(failed) - 3} more: see the column reason")
+    if len(rows) < len(study):
+        print("run the same command again to continue")
     for name in ("results.csv", "report.html"):
         print(f"{folder / name}")
 
@@ -198,8 +203,8 @@ def _make_dataset(options: argparse.Namespace, stop: Stop) -> int:
     width, separator, height = options.grid.lower().partition("x")
     if not (separator and width.isdigit() and height.isdigit()):
         raise StudyError(f"--grid: {options.grid} is not a size: write it as 60x40")
-    wanted = Options(options.designs, options.seed, int(width), int(height), options.subdivision,
-                     options.iterations)
+    wanted = DatasetOptions(options.designs, options.seed, int(width), int(height),
+                            options.subdivision, options.iterations)
     started = time.monotonic()
     with _client(options.scheduler) as client:
         folder = make_dataset(options.folder, wanted, client=client, processes=options.processes,

@@ -12,7 +12,7 @@ from typing import Any, Dict, Iterator, List, Mapping, NamedTuple, Optional, Tup
 import numpy as np
 import numpy.typing as npt
 
-from .. import scenes
+from .. import __version__, scenes
 from ._engines import Stop
 from ._folder import AnyPath, Results, write_whole
 from ._plan import StudyError
@@ -29,7 +29,7 @@ _MOST_COMPLIANT = 2.0  # as drawn, of what it was while optimising: beyond, a me
 _CANDIDATES = 4  # per design that is wanted, before it is given up
 
 
-class Options(NamedTuple):
+class DatasetOptions(NamedTuple):
     """What a data set is made of."""
 
     designs: int
@@ -46,6 +46,9 @@ class _Field(NamedTuple):
     meaning: str
 
 
+_UNITS = """The edge of an element, the thickness of the plate and Young's modulus of solid material
+are 1, and Poisson's ratio is 0.3. Displacements are in edges of an element, forces in Young's
+modulus times edge times thickness, and compliances in force times edge."""
 _FIELDS = {
     "forces": _Field("design, node y, node x, direction", "float32",
                      "input: force on each node, x to the right and y downwards"),
@@ -69,7 +72,7 @@ _FIELDS = {
 }
 
 
-def make_dataset(folder: AnyPath, options: Options, *, client: Any = None,
+def make_dataset(folder: AnyPath, options: DatasetOptions, *, client: Any = None,
                  processes: Optional[int] = None, progress: bool = True,
                  stop: Stop = lambda: False) -> Optional[pathlib.Path]:
     """Makes a data set: designs for random supports, loads and volumes, with the displacements.
@@ -102,7 +105,7 @@ def make_dataset(folder: AnyPath, options: Options, *, client: Any = None,
     return folder
 
 
-def _pair(options: Options, index: int) -> Tuple[Dict[str, Any], Dict[str, Any]]:
+def _pair(options: DatasetOptions, index: int) -> Tuple[Dict[str, Any], Dict[str, Any]]:
     scene = random_scene(options, index)
     return {"volumeFraction": scene["volumeFraction"], "candidate": index}, scene
 
@@ -115,7 +118,7 @@ def _is_sound(row: Mapping[str, Any]) -> bool:
             and drawn <= _MOST_COMPLIANT * row["compliance_optimising"])
 
 
-def _check(options: Options) -> None:
+def _check(options: DatasetOptions) -> None:
     if options.designs < 1:
         raise StudyError(f"designs: {options.designs} is not above 0")
     if min(options.width, options.height) < _LEAST_SIDE:
@@ -124,7 +127,7 @@ def _check(options: Options) -> None:
     scenes.scene_of(random_scene(options, 0), "data set")
 
 
-def random_scene(options: Options, index: int) -> Dict[str, Any]:
+def random_scene(options: DatasetOptions, index: int) -> Dict[str, Any]:
     """The boundary conditions of a candidate: supported, loaded, and no load near a support."""
     source = random.Random(f"{options.seed}/{index}")
     supports = _supports(source, options.width, options.height)
@@ -198,7 +201,7 @@ def _support_map(supports: List[Dict[str, Any]], width: int, height: int
     return held
 
 
-def _write(folder: pathlib.Path, options: Options, results: Results,
+def _write(folder: pathlib.Path, options: DatasetOptions, results: Results,
            good: List[Dict[str, Any]]) -> None:
     open_memmap: Any = np.lib.format.open_memmap  # NumPy gives it no types
     arrays: Dict[str, Any] = {}
@@ -218,12 +221,13 @@ def _write(folder: pathlib.Path, options: Options, results: Results,
         arrays.pop(name).flush()
         os.replace(folder / f".{name}.npy", folder / f"{name}.npy")
     write_whole(folder / "scenes.jsonl", ("\n".join(lines) + "\n").encode("utf-8"))
-    index = {"options": options._asdict(), "fields": described}
+    index = {"voxam": __version__, "options": options._asdict(), "units": _UNITS.replace("\n", " "),
+             "fields": described}
     write_whole(folder / "dataset.json", (json.dumps(index, indent=1) + "\n").encode("utf-8"))
     write_whole(folder / "README.md", _readme(options, described).encode("utf-8"))
 
 
-def _fields(options: Options, results: Results, row: Mapping[str, Any]
+def _fields(options: DatasetOptions, results: Results, row: Mapping[str, Any]
             ) -> Tuple[Dict[str, Any], Dict[str, Any]]:
     scene = results.scene(row["run"])
     design = results.design(row["run"])
@@ -242,7 +246,7 @@ def _fields(options: Options, results: Results, row: Mapping[str, Any]
     }, scene
 
 
-def _readme(options: Options, described: Mapping[str, Mapping[str, Any]]) -> str:
+def _readme(options: DatasetOptions, described: Mapping[str, Mapping[str, Any]]) -> str:
     lines = list(_table(described))
     cells = "A cell is an element." if options.subdivision == 1 else (
         f"An element has {options.subdivision} x {options.subdivision} cells; cell nodes are their "
@@ -250,15 +254,16 @@ def _readme(options: Options, described: Mapping[str, Mapping[str, Any]]) -> str
     return f"""# {options.designs} optimised plates
 
 Two-dimensional plates of {options.width} x {options.height} square elements with random supports,
-loads and volume, and the stiffest design that Voxam found for each. Made with:
+loads and volume, and the stiffest design that Voxam {__version__} found for each. Made with:
 
     python -m voxam dataset FOLDER --designs {options.designs} --seed {options.seed} \\
         --grid {options.width}x{options.height} --subdivision {options.subdivision} \\
         --iterations {options.iterations}
 
-x counts from the left and y from the top. An element's edge, the thickness and Young's modulus of
-solid material are 1, and Poisson's ratio is 0.3; a displacement is in the edge's length. Nodes are
-the corners of elements. {cells}
+x counts from the left and y from the top. Nodes are the corners of elements.
+{cells}
+
+Units: {_UNITS}
 
 ```python
 import numpy

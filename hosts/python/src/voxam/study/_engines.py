@@ -180,7 +180,8 @@ class Cluster:
         count = len(self._workers())
         link = getattr(self._client, "dashboard_link", "")
         return (f"{count} worker{'' if count == 1 else 's'} of the cluster"
-                + (f", dashboard at {link}" if link else ""))
+                + (f", dashboard at {link}" if link else "")
+                + ("" if count else ". The runs begin when a worker joins"))
 
     def run(self, tasks: Iterator[Task], stop: Stop) -> Iterator[Tuple[Task, Outcome]]:
         """Makes the runs. Once stop() is true it starts no more and yields those under way."""

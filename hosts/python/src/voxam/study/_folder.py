@@ -122,6 +122,8 @@ class Results:
         if not 1 <= run <= len(self):
             raise KeyError(f"run {run}: there are runs 1 to {len(self)}")
         key = self._entries[run - 1][1]
+        if key not in self._records:
+            raise KeyError(f"run {run} has not been made yet: run the study again")
         with zipfile.ZipFile(Store(self.folder).path(key)) as archive:
             try:
                 return archive.read(name)
@@ -141,6 +143,11 @@ class Store:
 
     def __init__(self, folder: pathlib.Path) -> None:
         self.folder = folder
+
+    def prepare(self) -> None:
+        """Makes the folder, so that a wrong path is an error before the first run. Raises
+        OSError."""
+        (self.folder / "runs").mkdir(parents=True, exist_ok=True)
 
     def path(self, key: str) -> pathlib.Path:
         return self.folder / "runs" / key[:2] / f"{key}.npz"

@@ -82,6 +82,17 @@ class Study:
             parameters = {**dict(zip(self.combine, values)), **entry, **drawn}
             yield Run(parameters, varied(self.scene, parameters))
 
+    def require_a_valid_scene(self) -> None:
+        """Refuses a study none of whose scenes can be read: most likely a path is misspelt."""
+        first_error = None
+        for number, entry in enumerate(self, 1):
+            try:
+                scenes.scene_of(entry.scene, f"run {number}")
+                return
+            except ValueError as error:
+                first_error = first_error or error
+        raise StudyError(f"no scene of the study can be run: {first_error}")
+
     def document(self) -> Dict[str, Any]:
         """The study as the object of a study file."""
         draw = {"draw": self.draw.document()} if self.draw else {}
@@ -244,9 +255,12 @@ def _study(root: _Value, path: pathlib.Path) -> Study:
         raise root.fail("nothing varies: add combine, list or draw")
     _require_different(root, parts)
     try:
-        return Study(scene=_base_scene(root.at("scene"), path), **parts,
-                     keep=tuple(value.text() for value in keep.elements()) if keep else ("design",),
-                     title=title.text() if title else path.stem)
+        study = Study(
+            scene=_base_scene(root.at("scene"), path), **parts,
+            keep=tuple(value.text() for value in keep.elements()) if keep else ("design",),
+            title=title.text() if title else path.stem)
+        study.require_a_valid_scene()
+        return study
     except SceneError:
         raise
     except StudyError as error:

@@ -16,12 +16,17 @@ class Progress:
     """A live line on a terminal, elsewhere a line now and then: how many runs are made, at what
     rate, and the time left."""
 
-    def __init__(self, total: Optional[int], stream: Optional[TextIO] = None) -> None:
+    def __init__(self, total: Optional[int], place: str = "",
+                 stream: Optional[TextIO] = None) -> None:
+        """`place` describes where the runs are made; it is written once."""
         self._total = total
         self._stream = stream or sys.stderr
         self._is_live = self._stream.isatty()
         self._start = self._last = time.monotonic()
         self._kept = self._made = self._failed = 0
+        if place:
+            self._stream.write(f"running on {place}\n")
+            self._stream.flush()
 
     def keep(self) -> None:
         """A run was there from an earlier time."""

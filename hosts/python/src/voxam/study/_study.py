@@ -8,9 +8,9 @@ import time
 from typing import (Any, Dict, Iterable, Iterator, List, Mapping, Optional, Sequence,
                     Tuple, Union)
 
-from .. import __version__, scenes
+from .. import __version__
 from ._engines import Cluster, Processes, Stop, cores
-from ._folder import AnyPath, Results, Store, write_tables
+from ._folder import COLUMNS, AnyPath, Results, Store, write_tables
 from ._plan import KEEP, Run, Study, StudyError, canonical, read_study
 from ._progress import Progress
 from ._report import write_report
@@ -51,11 +51,10 @@ def run(
     result cannot be written, such as on a full disk. The same call goes on in both cases.
     """
     plan = _Plan.of(study, tuple(keep) if keep is not None else None, title)
-    plan.require_a_valid_scene()
-    recorder = _Recorder(pathlib.Path(folder), plan,
-                         Progress(plan.total) if progress else None)
     engine: Union[Cluster, Processes] = (
         Cluster(client) if client is not None else Processes(_count(processes)))
+    recorder = _Recorder(pathlib.Path(folder), plan,
+                         Progress(plan.total, engine.description) if progress else None)
     try:
         for task, outcome in engine.run(recorder.missing(), stop):
             recorder.add(task, outcome)
@@ -90,6 +89,7 @@ class _Plan:
         if isinstance(study, (str, pathlib.Path)):
             study = read_study(study)
         if isinstance(study, Study):
+            study.require_a_valid_scene()
             return cls(study, len(study), study.keep if keep is None else keep,
                        title or study.title, study.document())
         if keep is not None and set(keep) - set(KEEP):
@@ -98,24 +98,16 @@ class _Plan:
         return cls(map(_pair, study), total, ("design",) if keep is None else keep,
                    title or "Study", None)
 
-    def require_a_valid_scene(self) -> None:
-        """Refuses a study none of whose scenes can be read: most likely a path is misspelt."""
-        if not isinstance(self.runs, Study):
-            return
-        first_error = None
-        for number, entry in enumerate(self.runs, 1):
-            try:
-                scenes.scene_of(entry.scene, f"run {number}")
-                return
-            except ValueError as error:
-                first_error = first_error or error
-        raise StudyError(f"no scene of the study can be run: {first_error}")
-
 
 def _pair(scene: Any) -> Run:
-    if isinstance(scene, tuple):
-        return Run(dict(scene[0]), dict(scene[1]))
-    return Run({}, dict(scene))
+    if not isinstance(scene, tuple):
+        return Run({}, dict(scene))
+    parameters, document = scene
+    for name in parameters:
+        if name in COLUMNS:  # the result would replace the parameter
+            raise StudyError(f'parameter "{name}": the results have a column of this name: rename '
+                             "the parameter")
+    return Run(dict(parameters), dict(document))
 
 
 class _Recorder:
@@ -126,6 +118,7 @@ class _Recorder:
         self._plan = plan
         self._progress = progress
         self._store = Store(folder)
+        self._store.prepare()
         self._entries: List[Tuple[Dict[str, Any], str]] = []
         self._parameters: Dict[str, None] = {}  # in order of appearance
         self._records: Dict[str, Dict[str, Any]] = {}
