@@ -23,6 +23,7 @@
 #include "optimisation_run.h"
 #include "optimise_summary.h"
 #include "report.h"
+#include "time_table.h"
 #include "view.h"
 #include "warnings.h"
 
@@ -172,6 +173,8 @@ Report reportOn(const OptimisationRun& run, const RunResult& result, const Findi
                                   {"level", result.level},
                                   {"width", result.drawn.width},
                                   {"height", result.drawn.height}});
+        for (const PartTime& part : partTimes(run.records()))
+            report["medianMilliseconds"][part.name] = part.median;
     }
     report["warnings"] = reportOn(warnings);
     report["files"] = reportOn(writer.files());

@@ -46,7 +46,7 @@ void printSummary(const OptimisationRun& run, const RunResult& result, const Fin
     for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     if (run.records().empty()) return;
     printRow("time", formatted("%.2f s", run.seconds()));
-    printTimeTable(run.records());
+    printTimeTable(partTimes(run.records()));
 }
 
 std::string resultSubtitle(const OptimisationRun& run, const RunResult& result) {

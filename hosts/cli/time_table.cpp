@@ -34,16 +34,22 @@ float median(std::vector<float>& values) {
 
 }  // namespace
 
-void printTimeTable(const std::vector<IterationRecord>& records) {
+std::vector<PartTime> partTimes(const std::vector<IterationRecord>& records) {
     double total = 0;
     for (const auto& record : records) total += double(record.times.totalTime);
-    std::printf("\n  time spent      share       median\n");
+    std::vector<PartTime> result;
     for (const Part& part : PARTS) {
         std::vector<float> times;
         times.reserve(records.size());
         for (const auto& record : records) times.push_back(part.time(record.times));
         const double sum = std::accumulate(times.begin(), times.end(), 0.0);
-        std::printf("  %-13s %5.1f %% %9.3f ms\n", part.name, total > 0 ? 100 * sum / total : 0.0,
-                    double(median(times)));
+        result.push_back({part.name, total > 0 ? sum / total : 0, double(median(times))});
     }
+    return result;
+}
+
+void printTimeTable(const std::vector<PartTime>& times) {
+    std::printf("\n  time spent      share       median\n");
+    for (const PartTime& part : times)
+        std::printf("  %-13s %5.1f %% %9.3f ms\n", part.name, 100 * part.share, part.median);
 }

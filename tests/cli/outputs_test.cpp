@@ -105,7 +105,12 @@ TEST_F(Outputs, startFromTemplatesWithoutAWarning) {
         EXPECT_EQ(outcome.status, 0) << outcome.err;
     }
     // The whole of a half is as wide again, and its design can be scored.
-    EXPECT_EQ(run("optimise mbb.json --iterations 5 --design d.csv --outline o.stl").status, 0);
+    const Outcome half =
+        run("optimise mbb.json --iterations 5 --design d.csv --outline o.stl --json");
+    EXPECT_EQ(half.status, 0);
+    const Json times = Json::parse(half.out)["medianMilliseconds"];
+    EXPECT_GT(times["factorisation"], 0);
+    EXPECT_LT(times["factorisation"], times["iteration"]);
     EXPECT_EQ(table(contents(directory / "d.csv")).front().size(), 2u * 90 * 4);
     const Outcome compared = run("compare --scene mbb.json d.csv d.csv --picture c.png --json");
     EXPECT_EQ(compared.status, 0) << compared.err;
