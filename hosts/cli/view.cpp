@@ -31,10 +31,12 @@ Field fieldOf(const Field& design, const Assessment& found, const std::vector<in
     return field;
 }
 
-/// The number with its first two digits, the others 0.
+/// The number with its first two digits, the others 0. Divides by whole powers of ten only: a product
+/// with 0.0001 has digits of rounding.
 double roundedDown(double number) {
-    const double unit = std::pow(10.0, std::floor(std::log10(number)) - 1);
-    return unit * std::floor(number / unit);
+    const double places = 1 - std::floor(std::log10(number));
+    const double power = std::pow(10.0, std::abs(places));
+    return places > 0 ? std::floor(number * power) / power : std::floor(number / power) * power;
 }
 
 /// Of nodes without material 0.
