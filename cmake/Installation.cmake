@@ -1,5 +1,5 @@
-# What is installed beside the library and the programs: documents, hosts in other languages,
-# scenes, and what the command line adds to a shell. Also the target `uninstall`, and the packages.
+# What is installed beside the library and the programs: documents, hosts in other languages and
+# scenes. Also the target `uninstall`, and the packages.
 include(GNUInstallDirs)
 
 set(voxam_doc_dir "${CMAKE_INSTALL_DATAROOTDIR}/doc/voxam")
@@ -12,17 +12,6 @@ install(DIRECTORY hosts/csharp/ DESTINATION "${CMAKE_INSTALL_DATADIR}/voxam/csha
 if(VOXAM_BUILD_HOSTS)
     install(DIRECTORY scenes DESTINATION "${CMAKE_INSTALL_DATADIR}/voxam" COMPONENT voxam_cli)
 endif()
-
-# What hosts/cli makes of the options of the program, as soon as it is built.
-set(voxam_cli_dir "${PROJECT_BINARY_DIR}/hosts/cli")
-install(FILES "${voxam_cli_dir}/voxam.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
-    COMPONENT voxam_cli OPTIONAL)
-install(FILES "${voxam_cli_dir}/voxam.bash" RENAME voxam COMPONENT voxam_cli OPTIONAL
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
-install(FILES "${voxam_cli_dir}/voxam.fish" COMPONENT voxam_cli OPTIONAL
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
-install(FILES "${voxam_cli_dir}/_voxam" COMPONENT voxam_cli OPTIONAL
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions")
 
 # The Python package, which is told where the library is unless the system finds it by itself.
 set(VOXAM_PYTHON_DIR "${CMAKE_INSTALL_DATADIR}/voxam/python" CACHE STRING
