@@ -261,8 +261,10 @@ void CheckedLibrary::createAnalysis(int width, int height, const test::Records& 
 
 Analysed CheckedLibrary::analyse(const std::vector<double>& moduli, int messageLength) {
     const std::size_t elements = analysisPlate.elements();
-    const auto nodes = static_cast<std::size_t>(analysisPlate.width + 1) *
-                       static_cast<std::size_t>(analysisPlate.height + 1);
+    // None where the plate is refused for its size, which may be the largest int.
+    const auto nodes = analysisAlive ? static_cast<std::size_t>(analysisPlate.width + 1) *
+                                           static_cast<std::size_t>(analysisPlate.height + 1)
+                                     : 0;
     Guarded<char> text(static_cast<std::size_t>(std::max(messageLength, 0)));
     Guarded<double> compliances(analysisCases);
     Guarded<double> displacements(2 * nodes * analysisCases);

@@ -223,7 +223,10 @@ Reply SceneSession::outline() const {
     return guarded([&] {
         if (pixels.empty()) throw std::logic_error("There is no design yet");
         Reply contours = Reply::array();
-        for (const Contour& contour : traceOutline(material, running.refinement()).contours) {
+        // As the program does: at the level that keeps the volume.
+        const double level = drawnDesign(material, running, drawnRefinement(running)).level;
+        const Outline outline = traceOutline(material, running.refinement(), 1, level);
+        for (const Contour& contour : outline.contours) {
             Reply corners = Reply::array();
             for (const OutlinePoint& corner : contour.corners) {
                 corners.push_back(corner.x);
