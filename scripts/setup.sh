@@ -12,7 +12,7 @@ tools=(
 requirements=(
     "${tools[@]}"
     "libsuitesparse-dev:SuiteSparse (CHOLMOD)"
-    "libopenblas-dev:OpenBLAS (CBLAS and LAPACK)"
+    "libopenblas-pthread-dev:OpenBLAS (CBLAS and LAPACK)"
     "libopenblas-serial-dev:the archive of OpenBLAS without threads"
     "libtbb-dev:oneTBB"
     "libcli11-dev:CLI11"
@@ -61,7 +61,7 @@ clang_requirements=(
 i386_requirements=(
     "g++-i686-linux-gnu:GCC for i686-linux-gnu"
     "libsuitesparse-dev:i386:SuiteSparse (CHOLMOD) for i386"
-    "libopenblas-dev:i386:OpenBLAS (CBLAS and LAPACK) for i386"
+    "libopenblas-pthread-dev:i386:OpenBLAS (CBLAS and LAPACK) for i386"
     "libopenblas-serial-dev:i386:the archive of OpenBLAS without threads for i386"
     "libtbb-dev:i386:oneTBB for i386"
     "libgtest-dev:i386:GoogleTest for i386"
@@ -187,7 +187,7 @@ build_page() {
     cp build/wasm/hosts/web/module/voxam.wasm "$web/package/dist/"
     cp docs/licences.md "$web/package/licences/"
     if has_apt; then
-        for package in libsuitesparse-dev libopenblas-dev emscripten nlohmann-json3-dev; do
+        for package in libsuitesparse-dev libopenblas-pthread-dev emscripten nlohmann-json3-dev; do
             cp "$doc/$package/copyright" "$web/package/licences/$package.txt"
         done
         cp /usr/share/common-licenses/GPL-3 "$web/package/licences/GPL-3.txt"
