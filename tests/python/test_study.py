@@ -66,7 +66,7 @@ def test_combines_lists_and_draws():
 
 
 @pytest.mark.parametrize("spec, values", [
-    ({"from": 0.1, "to": 0.3, "step": 0.1}, [0.1, 0.2, 0.3]),
+    ({"from": 1.1, "to": 1.3, "step": 0.1}, [1.1, 1.2, 1.3]),
     ({"from": 12, "to": 0, "step": -5}, [12, 7, 2]),
     ({"from": 0, "to": 1, "count": 3}, [0, 0.5, 1]),
     ({"from": 4, "to": 9, "count": 1}, [4]),
