@@ -172,8 +172,8 @@ prepare_node() {
     fi
     local lock=hosts/web/package-lock.json
     if cmp -s "$lock" hosts/web/node_modules/.installed-lock; then return; fi
-    # The lock file holds the versions. "npm ci" also wants optional packages for other systems there,
-    # which npm leaves out where a registry does not have them.
+    # The lock file holds the versions. "npm ci" also wants optional packages for other systems
+    # there, which npm leaves out where a registry does not have them.
     npm install --no-save --prefix hosts/web --no-fund --no-audit --loglevel=error
     cp "$lock" hosts/web/node_modules/.installed-lock
 }

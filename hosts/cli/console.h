@@ -16,8 +16,8 @@ void openStandardStreams();
 /// printDespiteSilence().
 void silenceStandardOutput();
 
-/// Prints where standard output led before it was silenced, or on standard output. Throws InputError
-/// when that did not take all.
+/// Prints where standard output led before it was silenced, or on standard output. Throws
+/// InputError when that did not take all.
 void printDespiteSilence(const std::string& text);
 
 /// Columns of the terminal that a stream (STDOUT_FILENO and such) is; none where it is none.

@@ -54,8 +54,8 @@ private:
     std::vector<WrittenFile> written;
 };
 
-/// Writes designs and outlines of a design of the whole of a symmetric plate. Outlines run where the
-/// density is `level`.
+/// Writes designs and outlines of a design of the whole of a symmetric plate. Outlines run where
+/// the density is `level`.
 void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
                   const Scene& scene, double level);
 

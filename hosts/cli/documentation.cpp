@@ -1,5 +1,5 @@
-// Writes the manual page and the completions of shells, from the commands and their options, so that
-// they say what the program's --help says. Runs while the program is built.
+// Writes the manual page and the completions of shells, from the commands and their options, so
+// that they say what the program's --help says. Runs while the program is built.
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -107,8 +107,8 @@ std::string wordsOf(const CLI::App& command) {
     return words;
 }
 
-/// The values of an option that takes one of a few words, or nothing: they stand in its help between
-/// bars, and files have a dot.
+/// The values of an option that takes one of a few words, or nothing: they stand in its help
+/// between bars, and files have a dot.
 std::string choicesOf(const CLI::Option& option) {
     const std::string type = option.get_type_name();
     const bool isChoice =

@@ -31,8 +31,8 @@ Field fieldOf(const Field& design, const Assessment& found, const std::vector<in
     return field;
 }
 
-/// The number with its first two digits, the others 0. Divides by whole powers of ten only: a product
-/// with 0.0001 has digits of rounding.
+/// The number with its first two digits, the others 0. Divides by whole powers of ten only: a
+/// product with 0.0001 has digits of rounding.
 double roundedDown(double number) {
     const double places = 1 - std::floor(std::log10(number));
     const double power = std::pow(10.0, std::abs(places));

@@ -7,8 +7,8 @@
 #include "options.h"
 
 /// Shows in a picture what the options ask for: the energy or the stress of the elements, or the
-/// deformed plate. `found` has its states, of a design of the picture's resolution. Returns what the
-/// subtitle should add, such as ",  load case 1 of 2", or nothing.
+/// deformed plate. `found` has its states, of a design of the picture's resolution. Returns what
+/// the subtitle should add, such as ",  load case 1 of 2", or nothing.
 std::string showView(const ViewOptions& options, const Assessment& found, const Scene& scene,
                      PictureContent& content);
 

@@ -12,6 +12,6 @@ Findings warningsOf(const Findings& findings, const std::filesystem::path& scene
 /// Tells warnings on standard error.
 void complainOf(const Findings& warnings, const std::filesystem::path& scene);
 
-/// Why the library refuses to iterate, for people. `isTorn` when it iterated the same problem before:
-/// then its design no longer joins the loads to the supports.
+/// Why the library refuses to iterate, for people. `isTorn` when it iterated the same problem
+/// before: then its design no longer joins the loads to the supports.
 std::string explainedRefusal(const std::string& text, bool isTorn);

@@ -146,7 +146,8 @@ TEST_F(Outputs, ofAHalfAreThoseOfTheWhole) {
         }
         scene.symmetry = static_cast<Symmetry>(
             std::find(SYMMETRY_NAMES.begin(), SYMMETRY_NAMES.end(), side) - SYMMETRY_NAMES.begin());
-        // The whole moves freely along the plane only where the half does, so hold it there as well.
+        // The whole moves freely along the plane only where the half does, so hold it there as
+        // well.
         const Scene whole = wholeOf(scene);
         Scene held = whole;
         const Range middleX = upright ? Range{20, 20} : Range{0, whole.width};

@@ -22,8 +22,8 @@ struct Assessment {
 };
 
 /// Analyses a design of the grid's size or a whole multiple of it, under the scene's loads and
-/// supports, without the parts that nothing holds. An element has its density times the stiffness of
-/// solid material.
+/// supports, without the parts that nothing holds. An element has its density times the stiffness
+/// of solid material.
 Assessment assess(const Field& design, const Scene& scene, bool withStates = false);
 
 /// A design in black and white.

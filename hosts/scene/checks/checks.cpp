@@ -82,7 +82,8 @@ Field designable(const Scene& scene) {
     return plate;
 }
 
-/// A load case in use without any load, now or later, is likely to be a loadCase that was forgotten.
+/// A load case in use without any load, now or later, is likely to be a loadCase that was
+/// forgotten.
 Findings findUnloadedCases(const Scene& scene) {
     std::set<int> unloaded(scene.loadCasesInUse.begin(), scene.loadCasesInUse.end());
     const auto take = [&](const Settings& settings) {
@@ -196,9 +197,9 @@ bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& des
     return cells > DOTS * mean(design) * static_cast<double>(design.values.size());
 }
 
-/// How much worse the design is as drawn than while optimising; 0 where it is not worse. A finer grid
-/// bends more around a single force, by as much in a solid plate as in any design: that is no fault
-/// of the design.
+/// How much worse the design is as drawn than while optimising; 0 where it is not worse. A finer
+/// grid bends more around a single force, by as much in a solid plate as in any design: that is no
+/// fault of the design.
 double worseAsDrawn(const RunResult& result, const Scene& scene) {
     const double drawn = result.assessment.score.compliance;
     if (!result.assessment.problems.empty() || drawn <= WORSE_AS_DRAWN * result.compliance)

@@ -23,6 +23,6 @@ Field without(Field design, const std::vector<FloatingPart>& parts);
 Findings findLooseLoads(const Field& design, const std::vector<FloatingPart>& floating,
                         const Scene& scene);
 
-/// "2 parts are attached to nothing, 7.5 elements of the grid; the first at x 12.25, y 0": sizes and
-/// places are in elements of the scene. There is at least one part.
+/// "2 parts are attached to nothing, 7.5 elements of the grid; the first at x 12.25, y 0": sizes
+/// and places are in elements of the scene. There is at least one part.
 std::string describe(const std::vector<FloatingPart>& parts);

@@ -25,10 +25,10 @@ struct Outline {
     std::vector<Contour> contours;
 };
 
-/// The line on which the density of the material is `level`, linear between the centres of the cells
-/// and closed along the border of the plate. Two solid cells that have no more than a corner in common stay
-/// apart there. `refinement` is the number of cells per edge of an element, `elementSize` the
-/// length of that edge in units of the plate. Throws std::bad_alloc.
+/// The line on which the density of the material is `level`, linear between the centres of the
+/// cells and closed along the border of the plate. Two solid cells that have no more than a corner
+/// in common stay apart there. `refinement` is the number of cells per edge of an element,
+/// `elementSize` the length of that edge in units of the plate. Throws std::bad_alloc.
 Outline traceOutline(const Field& material, int refinement, double elementSize = 1,
                      double level = 0.5);
 

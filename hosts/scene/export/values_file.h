@@ -20,17 +20,18 @@ struct AnalysedDesign {
     double elementSize = 1;
 };
 
-/// The values by element: a line for each, the top row first, with the place of its centre (y down),
-/// its density and, for each load case in use, energy, stress in x and y, shear and von Mises stress.
+/// The values by element: a line for each, the top row first, with the place of its centre (y
+/// down), its density and, for each load case in use, energy, stress in x and y, shear and von
+/// Mises stress.
 std::vector<std::uint8_t> encodeElementsCsv(const AnalysedDesign& analysed);
 
 /// The values by node: its place and its displacement for each load case in use, in y downwards;
 /// nothing stands for nodes without material.
 std::vector<std::uint8_t> encodeNodesCsv(const AnalysedDesign& analysed);
 
-/// Both in a file of VTK's XML format for images, as plain text. There y points up, so rows run from
-/// the bottom, and shear and displacements in y have the other sign. Nodes without material have a
-/// displacement of 0, because the format has no word for a missing value.
+/// Both in a file of VTK's XML format for images, as plain text. There y points up, so rows run
+/// from the bottom, and shear and displacements in y have the other sign. Nodes without material
+/// have a displacement of 0, because the format has no word for a missing value.
 std::vector<std::uint8_t> encodeVti(const AnalysedDesign& analysed);
 
 /// "OUT.csv" for values by element goes with "OUT-nodes.csv" for those by node.

@@ -19,7 +19,8 @@ struct DesignReaders {
 
 /// Reads and checks the text of a scene. `file` names it in errors, and the files of its densities
 /// are looked for beside it. Throws InputError naming the file, the key, the value found and the
-/// values allowed. `assignments`, such as "volumeFraction=0.4", replace values before they are read.
+/// values allowed. `assignments`, such as "volumeFraction=0.4", replace values before they are
+/// read.
 Scene parseScene(const std::string& text, const std::filesystem::path& file,
                  const DesignReaders& readers, const std::vector<std::string>& assignments = {});
 

@@ -21,8 +21,8 @@ std::string quoted(const std::string& text);
 /// The text, its middle left out when it is longer than `most` bytes; no character is cut.
 std::string shortened(const std::string& text, std::size_t most);
 
-/// ", did you mean loads?" when one of the allowed words is near to what was found or begins with it,
-/// else nothing.
+/// ", did you mean loads?" when one of the allowed words is near to what was found or begins with
+/// it, else nothing.
 std::string didYouMean(const std::string& found, const std::vector<std::string>& allowed);
 
 /// Characters (code points) of a UTF-8 text.

@@ -50,7 +50,7 @@ struct Analysis {
     std::vector<PlateState> states;  ///< of each load case, when solved
 };
 
-/// Analyses a design on a plate of its size: an element has its density times the stiffness of solid
-/// material. Displacements and stresses are left out unless they are asked for. Throws
+/// Analyses a design on a plate of its size: an element has its density times the stiffness of
+/// solid material. Displacements and stresses are left out unless they are asked for. Throws
 /// std::runtime_error when there is not enough memory. Call it from one thread at a time.
 Analysis analyse(const Field& densities, const Scene& plate, bool withFields);

@@ -53,7 +53,8 @@ public:
     Reply outline() const;
 
 private:
-    /// Makes the changes of the timeline that come before this iteration. Returns whether there were.
+    /// Makes the changes of the timeline that come before this iteration. Returns whether there
+    /// were.
     bool makeChanges(int upcoming);
     void showMaterial();
     Reply score(Field design);
