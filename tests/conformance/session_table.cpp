@@ -14,11 +14,11 @@ namespace {
 
 void run(const char* file, bool movesBlob, std::ostream& pictures) {
     const auto scene = std::make_shared<const Scene>(readScene(file));
-    LibrarySession session;
-    session.optimise(scene, movesBlob, 0);
+    LibrarySession solvers;
+    solvers.optimise(scene, movesBlob, 0);
     Frame frame;
     for (int next = 1; next <= scene->iterations;) {
-        const IterationOutcome outcome = session.iterate(frame);
+        const IterationOutcome outcome = solvers.iterate(frame);
         const IterationNumbers& numbers = outcome.numbers;
         if (!outcome.text.empty()) {
             std::printf("%d refused %s\n", numbers.iteration, outcome.text.c_str());

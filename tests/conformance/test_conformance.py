@@ -1,4 +1,4 @@
-"""A scene means the same to the program, to the window's session and to this package: to the bit,
+"""A scene means the same to the program, to the window's worker and to this package: to the bit,
 at every iteration."""
 import csv
 import os
@@ -12,7 +12,7 @@ import pytest
 from voxam import ProblemError, scenes
 
 FOLDER = pathlib.Path(__file__).parent / "scenes"
-PROGRAM, SESSION = os.environ["VOXAM_PROGRAM"], os.environ["VOXAM_SESSION"]
+PROGRAM, WINDOW = os.environ["VOXAM_PROGRAM"], os.environ["VOXAM_SESSION"]
 
 
 class Row(NamedTuple):
@@ -36,7 +36,7 @@ def in_python(file, *, move_blob) -> Tuple[List[Row], str]:
 
 def in_session(file, folder, options, sizes) -> Tuple[List[Row], str]:
     pictures = folder / "pictures"
-    done = subprocess.run([SESSION, file, pictures, *options], capture_output=True, text=True,
+    done = subprocess.run([WINDOW, file, pictures, *options], capture_output=True, text=True,
                           check=True)
     # The library prints its version first.
     lines = [line.split(" ", 3) for line in done.stdout.splitlines() if line[0].isdigit()]

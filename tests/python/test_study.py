@@ -65,14 +65,14 @@ def test_combines_lists_and_draws():
     assert SCENE["loads"][0] == {"x": 12, "y": 4, "fy": 1}
 
 
-@pytest.mark.parametrize("spec, values", [
+@pytest.mark.parametrize("given, values", [
     ({"from": 1.1, "to": 1.3, "step": 0.1}, [1.1, 1.2, 1.3]),
     ({"from": 12, "to": 0, "step": -5}, [12, 7, 2]),
     ({"from": 0, "to": 1, "count": 3}, [0, 0.5, 1]),
     ({"from": 4, "to": 9, "count": 1}, [4]),
 ])
-def test_ranges_of_values(spec, values, tmp_path):
-    plan = study.read_study(write(tmp_path / "a.json", combine={"penalty": spec}))
+def test_ranges_of_values(given, values, tmp_path):
+    plan = study.read_study(write(tmp_path / "a.json", combine={"penalty": given}))
     assert [run.parameters["penalty"] for run in plan] == values
 
 
