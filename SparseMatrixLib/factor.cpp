@@ -35,8 +35,9 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
     return false;
 }
 
-// OpenBLAS maps this much at its first use and keeps it, but where it is refused, OpenBLAS tries
-// again for ever. So OpenBLAS has to map its buffer before CHOLMOD takes the room.
+// Each thread that computes in OpenBLAS maps this much at its first use and keeps it, but where it
+// is refused, OpenBLAS tries again for ever. So OpenBLAS has to map its buffers before CHOLMOD takes
+// the room.
 #ifdef __EMSCRIPTEN__
 constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{17}
                                          << 20;  // as scripts/wasm-dependencies builds it
@@ -44,13 +45,16 @@ constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{17}
 constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
 #endif
 
-void takeBlasBuffer() {
+// OpenBLAS may have started its own threads a moment ago, as it does anew in a forked process. They
+// need room, too, even though they will get no work.
+void takeBlasBuffer(int blasThreads) {
     static bool taken = false;
     if (taken) return;
-    void* const buffer =
-        mmap(nullptr, BLAS_BUFFER_SIZE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (buffer == MAP_FAILED) throw std::bad_alloc();
-    munmap(buffer, BLAS_BUFFER_SIZE);
+    const std::size_t buffers = blasThreads > 1 ? 1 + static_cast<std::size_t>(blasThreads) : 1;
+    const std::size_t size = buffers * BLAS_BUFFER_SIZE;
+    void* const room = mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (room == MAP_FAILED) throw std::bad_alloc();
+    munmap(room, size);
     const double one = 1.0;
     double product = 0.0;
     cblas_dsyrk(CblasColMajor, CblasLower, CblasNoTrans, 1, 1, 1.0, &one, 1, 0.0, &product, 1);
@@ -97,7 +101,7 @@ Factor SparseMatrix::analyze() const {
 
 void Factor::factorize(const SparseMatrix& A) {
     const SingleThreadedCholmod guard;
-    takeBlasBuffer();
+    takeBlasBuffer(guard.getHostsBlasThreads());
     cholmod_common* common = ConfigSingleton::getCommonPtr();
     cholmod_factorize(A.sparse.get(), factor.get(), common);
     // By its defaults CHOLMOD factorises small matrices into LDL', where a negative pivot is no

@@ -18,6 +18,9 @@ public:
     SingleThreadedCholmod(const SingleThreadedCholmod&) = delete;
     SingleThreadedCholmod& operator=(const SingleThreadedCholmod&) = delete;
 
+    /// How many threads OpenBLAS has for the host; 0 if it is not the BLAS or linked in.
+    int getHostsBlasThreads() const { return hostsBlasThreads; }
+
 private:
     // Not used when CHOLMOD and the BLAS are linked in, without threads.
     [[maybe_unused]] int hostsActiveLevels = 0;  ///< of OpenMP's nested regions
