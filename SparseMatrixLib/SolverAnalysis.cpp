@@ -20,6 +20,16 @@ using Status = SolverAnalysis::Status;
 constexpr double ACCURACY = 1e-15;
 constexpr int MOST_CORRECTIONS = 60;
 
+// The integer element matrix, in the order of ELEMENT_UPPER_PAIRS.
+constexpr auto INTEGER_UPPER_ENTRIES = [] {
+    std::array<double, ELEMENT_UPPER_ENTRIES> entries{};
+    for (std::size_t i = 0; i < ELEMENT_UPPER_ENTRIES; ++i) {
+        const auto& [row, column] = ELEMENT_UPPER_PAIRS[i];
+        entries[i] = INTEGER_ELEMENT_MATRIX[ELEMENT_DOFS * row + column];
+    }
+    return entries;
+}();
+
 unsigned notNegative(int size) { return static_cast<unsigned>(std::max(size, 0)); }
 
 // The work of forces on displacements.
@@ -79,6 +89,7 @@ void SolverAnalysis::setForces() {
     equilibrium.addLoads();
     for (std::size_t k = 0; k < loadCases.size(); ++k) {
         LoadCase& loadCase = loadCases[k];
+        loadCase.displacements = SplitDisplacements(equilibrium.ndof);
         loadCase.forces.assign(equilibrium.F[k].begin(), equilibrium.F[k].end());
         double largest = 0.0;
         for (std::size_t dof = 0; dof < held.size(); ++dof) {
@@ -198,11 +209,14 @@ void SolverAnalysis::assemble() {
     double* const values = equilibrium.K.getValues();
     std::fill(hasForces.begin(), hasForces.end(), 0);
     forEachElement([&](std::size_t e, const ElementDofs& dofs) {
-        const int* entry = equilibrium.elementEntries[e].data();
-        for (const auto& [a, b] : ELEMENT_UPPER_PAIRS) {
-            const int position = *entry++;
-            if (touchesHeld[e] && (held[dofs[a]] || held[dofs[b]])) continue;
-            values[position] += moduli[e] * INTEGER_ELEMENT_MATRIX[ELEMENT_DOFS * a + b];
+        if (touchesHeld[e]) {
+            addHeldElement(e, dofs);
+        } else {
+            const ElementEntries& entries = equilibrium.elementEntries[e];
+            const double modulus = moduli[e];
+            for (std::size_t i = 0; i < ELEMENT_UPPER_ENTRIES; ++i) {
+                values[entries[i]] += modulus * INTEGER_UPPER_ENTRIES[i];
+            }
         }
         for (const unsigned dof : dofs) hasForces[dof] = 1;
     });
@@ -212,6 +226,16 @@ void SolverAnalysis::assemble() {
         if (held[dof] || !hasForces[dof]) values[diagonal[dof]] = 1.0;
     }
     equilibrium.analyzeOnce();
+}
+
+// Without the entries of degrees of freedom that are held.
+void SolverAnalysis::addHeldElement(std::size_t e, const ElementDofs& dofs) {
+    double* const values = equilibrium.K.getValues();
+    for (std::size_t i = 0; i < ELEMENT_UPPER_ENTRIES; ++i) {
+        const auto& [a, b] = ELEMENT_UPPER_PAIRS[i];
+        if (held[dofs[a]] || held[dofs[b]]) continue;
+        values[equilibrium.elementEntries[e][i]] += moduli[e] * INTEGER_UPPER_ENTRIES[i];
+    }
 }
 
 SolverAnalysis::Answer SolverAnalysis::factorizeAndSolve() {
@@ -234,7 +258,7 @@ SolverAnalysis::Answer SolverAnalysis::factorizeAndSolve() {
 // the last one is known before it is computed once more.
 SolverAnalysis::Status SolverAnalysis::refine(int index) {
     LoadCase& loadCase = loadCases[static_cast<std::size_t>(index)];
-    loadCase.displacements = SplitDisplacements(equilibrium.ndof);
+    loadCase.displacements.setZero();
     if (!loadCase.isLoaded) return Status::SOLVED;
     DenseMatrix& force = equilibrium.F[static_cast<std::size_t>(index)];
     DenseMatrix& correction = equilibrium.U[static_cast<std::size_t>(index)];
@@ -253,7 +277,7 @@ SolverAnalysis::Status SolverAnalysis::refine(int index) {
         }
         before = energyNorm;
         loadCase.displacements.residual(equilibrium.nelx, equilibrium.nely, moduli, loadCase.forces,
-                                        force.begin());
+                                        workspace, force.begin());
         for (std::size_t dof = 0; dof < held.size(); ++dof) {
             if (held[dof]) force(static_cast<unsigned>(dof), 0) = 0.0;
         }

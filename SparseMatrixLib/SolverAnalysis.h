@@ -72,6 +72,7 @@ private:
     bool hasMaterialAt(unsigned node) const;
 
     void assemble();
+    void addHeldElement(std::size_t e, const ElementDofs& dofs);
     Answer factorizeAndSolve();
     Status refine(int index);
 
@@ -91,6 +92,7 @@ private:
         touchesHeld;            ///< by element: some of its degrees of freedom are held
     std::vector<int> diagonal;  ///< where K holds it
     std::vector<LoadCase> loadCases;
+    SplitDisplacements::Workspace workspace;
 
     // The design of the solve.
     double largestModulus = 0.0;

@@ -14,6 +14,11 @@ double roundingConstant(double unit) { return 0x1.8p52 * unit; }
 
 }  // namespace
 
+void SplitDisplacements::setZero() {
+    std::fill(coarse.begin(), coarse.end(), 0.0);
+    std::fill(fine.begin(), fine.end(), 0.0);
+}
+
 void SplitDisplacements::add(const double* corrections) {
     double largest = 0.0;
     for (std::size_t i = 0; i < coarse.size(); ++i) {
@@ -31,10 +36,12 @@ void SplitDisplacements::add(const double* corrections) {
 }
 
 void SplitDisplacements::residual(unsigned nelx, unsigned nely, const std::vector<double>& moduli,
-                                  const std::vector<double>& forces, double* result) const {
+                                  const std::vector<double>& forces, Workspace& workspace,
+                                  double* result) const {
     // Summed apart, because the sums of the coarse forces are exact.
-    std::vector<double> coarseForces(forces.size());
-    std::vector<double> fineForces(forces.size());
+    auto& [coarseForces, fineForces] = workspace;
+    coarseForces.assign(forces.size(), 0.0);
+    fineForces.assign(forces.size(), 0.0);
     const double* modulus = moduli.data();
     for (unsigned x = 0; x < nelx; ++x) {
         for (unsigned y = 0; y < nely; ++y, ++modulus) {

@@ -12,7 +12,15 @@
 /// results have the same bits wherever doubles are IEEE 754.
 class SplitDisplacements {
 public:
+    /// Nodal forces that residual() sums up, kept from one call to the next.
+    struct Workspace {
+        std::vector<double> coarseForces;
+        std::vector<double> fineForces;
+    };
+
     explicit SplitDisplacements(std::size_t ndof) : coarse(ndof), fine(ndof) {}
+
+    void setZero();
 
     /// Adds one number to each displacement.
     void add(const double* corrections);
@@ -30,7 +38,7 @@ public:
     /// For moduli of 0 and 1, the rounding errors are those of a plain residual for displacements
     /// that are a trillion times smaller. Throws std::bad_alloc.
     void residual(unsigned nelx, unsigned nely, const std::vector<double>& moduli,
-                  const std::vector<double>& forces, double* result) const;
+                  const std::vector<double>& forces, Workspace& workspace, double* result) const;
 
 private:
     static ElementVector gathered(const std::vector<double>& values, const ElementDofs& dofs) {
