@@ -9,6 +9,7 @@
 #include "ElementDeformation.h"
 #include "LooseElements.h"
 #include "config_singleton.h"
+#include "silent_cholmod.h"
 
 using kmat::DenseMatrix;
 
@@ -118,6 +119,7 @@ SolverAnalysis::Answer SolverAnalysis::solve(const double* newModuli, const Resu
 
     // 2. The equations of the material that is held.
     if (largestModulus > 0.0) {
+        const kmat::SilentCholmod silence;  // the status says it
         assemble();
         Answer solution = factorizeAndSolve();
         if (solution.status != Status::SOLVED) return solution;

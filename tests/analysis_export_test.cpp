@@ -326,4 +326,16 @@ TEST(AnalysisExportTest, WrongInputGetsAStatusAndAText) {
     EXPECT_EQ(compliance, 0.0);
 }
 
+// CHOLMOD finds the stiffness of this plate not positive definite, and would print it.
+TEST(AnalysisExportTest, PrintsNothingAboutModuliThatAreTooFarApart) {
+    const AnalysisHost host(40, 20, Records().add(40, 10, 0, 1), clampedLeftEdge(20));
+    auto moduli = host.solid();
+    for (std::size_t e = 0; e < moduli.size(); ++e) {
+        if (e / 60 % 2 == 1) moduli[e] = 1e-17;
+    }
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(host.solve(moduli).status, VOXAM_ANALYSIS_NOT_CONVERGED);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
 }  // namespace
