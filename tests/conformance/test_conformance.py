@@ -1,6 +1,7 @@
 """A scene means the same to the program, to the window's worker and to this package: to the bit,
 at every iteration."""
 import csv
+import json
 import os
 import pathlib
 import subprocess
@@ -9,9 +10,10 @@ from typing import List, NamedTuple, Tuple
 import numpy as np
 import pytest
 
-from voxam import ProblemError, scenes
+from voxam import ProblemError, scenes, study
 
 FOLDER = pathlib.Path(__file__).parent / "scenes"
+SHIPPED = pathlib.Path(__file__).parents[2] / "scenes"
 PROGRAM, WINDOW = os.environ["VOXAM_PROGRAM"], os.environ["VOXAM_SESSION"]
 
 
@@ -84,6 +86,19 @@ def test_all_give_the_same(file, move_blob, tmp_path):
         theirs, _ = in_program(file, tmp_path, options, row.iteration)
         assert theirs == [*(each._replace(material=b"") for each in ours[:i]), row]
     assert in_program(file, tmp_path, options)[1] == refusal
+
+
+@pytest.mark.parametrize("file", [FOLDER / "details.json", SHIPPED / "bridge-two-cases.json",
+                                  SHIPPED / "moving-load.json"], ids=lambda file: file.stem)
+def test_a_study_and_the_program_draw_the_same(file, tmp_path):
+    """In black and white: the rule for its level stands in both."""
+    scene = json.loads(file.read_text())
+    row, = study.run([scene], tmp_path, processes=1, progress=False).rows()
+    done = subprocess.run([PROGRAM, "optimise", file, "--json"], capture_output=True, text=True,
+                          check=True)
+    theirs = json.loads(done.stdout)["asDrawn"]
+    assert row["level"] == theirs["level"] and row["volume_drawn"] == theirs["volume"]
+    assert row["compliance_drawn"] == pytest.approx(theirs["compliance"], rel=1e-9)
 
 
 def test_the_scenes_have_refusals_that_are_fixed_and_one_that_is_not():

@@ -235,6 +235,9 @@ def test_a_killed_command_goes_on_where_it_was(tmp_path):
     times = {path: path.stat().st_mtime_ns for path in present}
     done = command("study", file)
     assert done.returncode == 0 and "40 runs in" in done.stdout and "[" not in done.stderr
+    assert f"{len(present)} runs were there already\n" in done.stderr
+    index = json.loads((tmp_path / "a.results" / "index.json").read_text())
+    assert index["planned"] == index["made"] == 40
     assert all(path.stat().st_mtime_ns == time for path, time in times.items())
     whole = small(tmp_path / "whole.results", title="a")  # other scenes, so nothing is shared
     assert len(whole) == 4 and len(list(runs.rglob("[0-9a-f]*.npz"))) == 40

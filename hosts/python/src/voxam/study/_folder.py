@@ -201,8 +201,9 @@ def table_columns(parameters: Sequence[str]) -> List[str]:
 
 def write_tables(folder: pathlib.Path, title: str, study: Any, parameters: Sequence[str],
                  entries: Sequence[Tuple[Mapping[str, Any], str]],
-                 records: Mapping[str, Mapping[str, Any]]) -> None:
-    """Writes results.csv, results.parquet and index.json."""
+                 records: Mapping[str, Mapping[str, Any]], planned: Optional[int]) -> None:
+    """Writes results.csv, results.parquet and index.json. `planned` is the number of all runs, if
+    it is known."""
     table = [{name: _cell(value) for name, value in row.items()} for row in rows(entries, records)]
     columns = table_columns(parameters)
     text = io.StringIO()
@@ -216,6 +217,7 @@ def write_tables(folder: pathlib.Path, title: str, study: Any, parameters: Seque
         for record in records.values())}
     index = {
         "title": title, "parameters": list(parameters), "study": study,
+        "planned": planned, "made": sum(key in records for _, key in entries),
         "made_with": [made for _, made in sorted(made_with.items()) if made],
         "columns": {name: COLUMNS.get(name, "value of the scene") for name in columns},
         "runs": [{"key": key, "parameters": values} for values, key in entries],

@@ -50,10 +50,14 @@ class Progress:
             self._stream.write(self.line(now - self._start, _WIDTH) + "\n")
         self._stream.flush()
 
-    def clear(self) -> None:
+    def finish(self) -> None:
+        """Ends the live line, and tells how many runs were not made again."""
         if self._is_live:
             self._stream.write("\r\x1b[K")
-            self._stream.flush()
+        if self._kept:
+            self._stream.write(f"{self._kept} run{'s were' if self._kept > 1 else ' was'} there "
+                               "already\n")
+        self._stream.flush()
 
     def line(self, seconds: float, width: int) -> str:
         """What is known after so many seconds. What there is no room for is left out."""

@@ -161,7 +161,7 @@ class _Recorder:
 
     def finish(self) -> None:
         if self._progress:
-            self._progress.clear()
+            self._progress.finish()
         self._write_tables()
         write_report(Results(self.folder))
 
@@ -169,14 +169,14 @@ class _Recorder:
         """The tables of what there is, unless what went wrong prevents that as well."""
         try:
             if self._progress:
-                self._progress.clear()
+                self._progress.finish()
             self._write_tables()
         except OSError:
             pass
 
     def _write_tables(self) -> None:
         write_tables(self.folder, self._plan.title, self._plan.document, list(self._parameters),
-                     self._entries, self._records)
+                     self._entries, self._records, self._plan.total)
 
 
 def run_key(scene: str, keep: Tuple[str, ...]) -> str:
