@@ -131,7 +131,8 @@ install_missing_packages() {
         esac
     done
     if [ "${#missing[@]}" -eq 0 ]; then return; fi
-    as_root apt-get update
+    # A mirror that is being updated may lack a list for minutes. Whether that matters is seen next.
+    as_root apt-get update || echo "Continuing with the package lists that are there." >&2
     as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y --no-install-recommends --no-remove "${missing[@]}"
 }
