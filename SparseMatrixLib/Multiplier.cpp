@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -9,6 +10,97 @@ namespace {
 constexpr Bracket WIDEST_BRACKET = {0.0, 10000.0, 5000.0};
 
 constexpr int MOST_WIDENINGS = 20;
+
+// Interpolation pays where it saves at least six bisections, and a curve that is too crooked for it
+// is bisected in the end.
+constexpr double WIDE = 64.0;
+constexpr int MOST_INTERPOLATIONS = 20;
+
+double relativeWidth(double l1, double l2) { return (l2 - l1) / (l2 + l1); }
+
+// Tells on which side of the multiplier others lie, of an excess that never rises with a multiplier
+// above 0. What it was told of two multipliers answers for all but those between them, and these
+// two it draws together by interpolation. So a fine bisection, whose steps are part of every
+// result, asks for few designs.
+class Sides {
+public:
+    Sides(const std::function<double(double)>& excessOf, double tolerance)
+        : excessOf(excessOf), tolerance(tolerance) {}
+
+    // Asks for the ends of a bracket first, where that may save steps.
+    void lookAt(const Bracket& bracket) {
+        if (!isWide(bracket.l1, bracket.l2)) return;
+        for (const double end : {bracket.l1, bracket.l2}) {
+            if (isOpen(end)) ask(end);
+        }
+    }
+
+    // Whether the excess is above 0.
+    bool isBelow(double multiplier) {
+        if (!(multiplier > 0.0)) return ask(multiplier) > 0.0;
+        while (isOpen(multiplier) && canInterpolate()) interpolate();
+        if (isOpen(multiplier)) return ask(multiplier) > 0.0;
+        return multiplier <= below.multiplier;
+    }
+
+    // Asks for this multiplier again if others were asked for since.
+    void askLast(double multiplier) {
+        if (hasAsked && lastAsked != multiplier) ask(multiplier);
+    }
+
+private:
+    struct Known {
+        double multiplier;
+        double excess;
+    };
+
+    bool isOpen(double multiplier) const {
+        return multiplier > below.multiplier && multiplier < above.multiplier;
+    }
+
+    bool isWide(double l1, double l2) const { return relativeWidth(l1, l2) > WIDE * tolerance; }
+
+    bool canInterpolate() const {
+        return interpolations < MOST_INTERPOLATIONS && below.multiplier > 0.0 &&
+               isWide(below.multiplier, above.multiplier);
+    }
+
+    // By the Illinois rule: an end that stays counts half the next time, so that both ends come
+    // close.
+    void interpolate() {
+        ++interpolations;
+        const double share = below.excess / (below.excess - above.excess);
+        const double multiplier = below.multiplier + share * (above.multiplier - below.multiplier);
+        if (!isOpen(multiplier)) {
+            interpolations = MOST_INTERPOLATIONS;
+            return;
+        }
+        const bool wasBelow = lastIsBelow;
+        ask(multiplier);
+        if (lastIsBelow == wasBelow) (lastIsBelow ? above : below).excess /= 2.0;
+    }
+
+    double ask(double multiplier) {
+        const double excess = excessOf(multiplier);
+        hasAsked = true;
+        lastAsked = multiplier;
+        lastIsBelow = excess > 0.0;
+        if (isOpen(multiplier)) {
+            if (excess > 0.0) below = {multiplier, excess};
+            if (excess <= 0.0) above = {multiplier, excess};
+        }
+        return excess;
+    }
+
+    const std::function<double(double)>& excessOf;
+    double tolerance;
+    Known below = {0.0, 0.0};  // the ends of what is not known
+    Known above = {std::numeric_limits<double>::infinity(), 0.0};
+    bool hasAsked = false;
+    double lastAsked = 0.0;
+    bool lastIsBelow = false;
+    int interpolations = 0;
+};
 
 }  // namespace
 
@@ -29,14 +121,16 @@ double findMultiplier(Bracket bracket, double tolerance,
     double& l1 = bracket.l1;
     double& l2 = bracket.l2;
     double lmid = (l1 + l2) * 0.5;
+    Sides sides(excess, tolerance);
     for (int widenings = 0;; ++widenings) {
         bool l1Moved = false;
         bool l2Moved = false;
+        sides.lookAt(bracket);
         // With both ends at 0 the width is not a number, and the loop must end.
-        while (bracket.relativeWidth() > tolerance) {
+        while (relativeWidth(l1, l2) > tolerance) {
             lmid = (l1 + l2) / 2.0;
             const bool exhausted = lmid == l1 || lmid == l2;
-            if (excess(lmid) > 0.0) {
+            if (sides.isBelow(lmid)) {
                 l1 = lmid;
                 l1Moved = true;
             } else {
@@ -45,11 +139,13 @@ double findMultiplier(Bracket bracket, double tolerance,
             }
             if (exhausted) break;  // floating point can halve no further
         }
-        if (widenings == MOST_WIDENINGS || (l1Moved && l2Moved)) return lmid;
+        if (widenings == MOST_WIDENINGS || (l1Moved && l2Moved)) break;
         if (!l1Moved)
             l1 = std::max(0.0, l1 - 2.0 * bracket.widening);
         else
             l2 += 2.0 * bracket.widening;
         bracket.widening *= 2.0;
     }
+    sides.askLast(lmid);
+    return lmid;
 }

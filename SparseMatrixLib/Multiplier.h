@@ -8,8 +8,6 @@ struct Bracket {
     double l1;
     double l2;
     double widening;
-
-    double relativeWidth() const { return (l2 - l1) / (l2 + l1); }
 };
 
 /// The bracket to start from. `iteration` counts from 1 since the last restart; the multipliers are
@@ -17,11 +15,12 @@ struct Bracket {
 Bracket initialBracket(int iteration, double lambda, double lambdaPrevious);
 
 /// Bisects the bracket until its width relative to the sum of its ends is at most `tolerance`, and
-/// returns the last midpoint, which is the last one that `excess` was asked for. When one end never
-/// moved, the bracket widens on that side and the search goes on, at most 20 times.
+/// returns the last midpoint. When one end never moved, the bracket widens on that side and the
+/// search goes on, at most 20 times.
 ///
-/// `excess` is the relative excess of volume of the design for a multiplier: it falls as the
-/// multiplier grows. A bracket that is narrow enough from the start widens like one that does not
+/// `excess` is the relative excess of volume of the design for a multiplier: above 0 it never rises
+/// as the multiplier grows. So most steps follow from those before, and `excess` is asked for few of
+/// them, also for multipliers that are no step, and always for the result last. A bracket that is narrow enough from the start widens like one that does not
 /// contain the multiplier; one that cannot widen gives its middle, and `excess` is never asked.
 double findMultiplier(Bracket bracket, double tolerance,
                       const std::function<double(double multiplier)>& excess);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -94,6 +96,54 @@ TEST(FindMultiplierTest, GivesUpAfterTwentyWidenings) {
     EXPECT_NEAR(findMultiplier({1, 3, 1}, 1e-9, excess), 3 + widened, 1);
     const auto lack = [](double) { return -1.0; };
     EXPECT_NEAR(findMultiplier({1e8, 1e8 + 1, 1}, 1e-9, lack), 1e8 - widened, 1);
+}
+
+// The search as it is defined, where every midpoint is asked for.
+double bisected(Bracket bracket, double tolerance, const std::function<double(double)>& excess) {
+    auto [l1, l2, widening] = bracket;
+    double lmid = (l1 + l2) / 2;
+    for (bool moved1 = false, moved2 = false; !(moved1 && moved2); widening *= 2) {
+        moved1 = moved2 = false;
+        while ((l2 - l1) / (l2 + l1) > tolerance) {
+            lmid = (l1 + l2) / 2;
+            const bool positive = excess(lmid) > 0;
+            (positive ? l1 : l2) = lmid;
+            (positive ? moved1 : moved2) = true;
+        }
+        if (!moved1)
+            l1 = std::max(0.0, l1 - 2 * widening);
+        else if (!moved2)
+            l2 += 2 * widening;
+    }
+    return lmid;
+}
+
+TEST(FindMultiplierTest, AsksSeldomAndGivesTheBitsOfTheBisection) {
+    const struct {
+        const char* what;
+        std::size_t mostAsked;
+        std::function<double(double)> excess;
+    } curves[] = {{"smooth", 12, [](double m) { return 1 / std::sqrt(m) - 1 / std::sqrt(7.3); }},
+                  {"steep", 60, [](double m) { return std::exp(-40 * (m - 7.3)) - 1; }},
+                  {"a step", 60, [](double m) { return m < 7.3 ? 1.0 : -1e-3; }},
+                  {"0 in between", 60, [](double m) { return std::clamp(7.3 - m, 0.0, 0.1); }},
+                  {"steps", 60, [](double m) { return std::round(1e3 * (7.3 - m)) - 0.5; }}};
+    for (const auto& curve : curves) {
+        for (const Bracket& bracket :
+             {Bracket{6.9, 7.4, 0.25}, {2, 3, 0.5}, {8, 9, 0.5}, {0, 1e4, 5e3}, {-1, 20, 1}}) {
+            SCOPED_TRACE(testing::Message() << curve.what << ", from " << bracket.l1);
+            std::vector<double> asked;
+            const double result = findMultiplier(bracket, 1e-9, [&](double multiplier) {
+                asked.push_back(multiplier);
+                return curve.excess(multiplier);
+            });
+            EXPECT_EQ(result, bisected(bracket, 1e-9, curve.excess));
+            EXPECT_EQ(asked.back(), result);
+            if (bracket.l1 == 6.9) {
+                EXPECT_LE(asked.size(), curve.mostAsked);
+            }
+        }
+    }
 }
 
 TEST(FindMultiplierTest, AlwaysEnds) {
