@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <new>
-#include <vector>
 
 using kmat::DenseMatrix;
-using kmat::SparseMatrix;
 
 namespace {
 
@@ -23,7 +22,7 @@ int reachOf(double radius, int cells) {
 }
 
 // The number of pairs of cells with a weight, each pair once, from the middle of the cone outwards.
-// In 64 bits, and no further than an int can count: that is far beyond what memory could hold.
+// In 64 bits, and no further than an int can count: a filter of more would take seconds to apply.
 int numberOfWeights(double radius, int columns, int rows) {
     int64_t count = 0;
     for (int dx = 0; dx <= reachOf(radius, columns); ++dx) {
@@ -37,20 +36,14 @@ int numberOfWeights(double radius, int columns, int rows) {
     return static_cast<int>(count);
 }
 
-// A cell that comes before another: its distance in columns and rows, and the weight of the two.
-struct Neighbour {
-    int dx;
-    int dy;
-    double weight;
-};
-
-// All neighbours with a weight that come no later than the cell itself, in the order of their
-// numbers.
-std::vector<Neighbour> earlierNeighbours(double radius, int columns, int rows) {
-    std::vector<Neighbour> neighbours;
-    for (int dx = -reachOf(radius, columns); dx <= 0; ++dx) {
-        const int reach = reachOf(radius, rows);
-        for (int dy = -reach; dy <= (dx == 0 ? 0 : reach); ++dy) {
+// In the order of the cells' numbers.
+std::vector<ConeFilter::Neighbour> neighboursOf(double radius, int columns, int rows) {
+    if (numberOfWeights(radius, columns, rows) == 0) return {};
+    std::vector<ConeFilter::Neighbour> neighbours;
+    const int columnReach = reachOf(radius, columns);
+    const int rowReach = reachOf(radius, rows);
+    for (int dx = -columnReach; dx <= columnReach; ++dx) {
+        for (int dy = -rowReach; dy <= rowReach; ++dy) {
             const double weight = coneWeight(radius, dx, dy);
             if (weight > 0.0) neighbours.push_back({dx, dy, weight});
         }
@@ -58,39 +51,18 @@ std::vector<Neighbour> earlierNeighbours(double radius, int columns, int rows) {
     return neighbours;
 }
 
-// Column by column of the upper triangle, that is by the later cell of each pair.
-SparseMatrix coneWeights(unsigned nx, unsigned ny, double radius) {
-    const bool hasCells = nx > 0 && ny > 0;
-    const int columns = hasCells ? static_cast<int>(nx) : 0;
-    const int rows = hasCells ? static_cast<int>(ny) : 0;
-    kmat::SparseColumnWriter writer(
-        nx * ny, nx * ny, kmat::SYMMETRIC_UPPER,
-        static_cast<std::size_t>(numberOfWeights(radius, columns, rows)));
-    const auto neighbours = earlierNeighbours(radius, columns, rows);
-    for (int x = 0; x < columns; ++x) {
-        for (int y = 0; y < rows; ++y) {
-            for (const auto& [dx, dy, weight] : neighbours) {
-                if (x + dx < 0 || y + dy < 0 || y + dy >= rows) continue;
-                writer.add((x + dx) * rows + y + dy, weight);
-            }
-            writer.endColumn();
-        }
-    }
-    return writer.finish();
-}
-
-DenseMatrix rowSums(const SparseMatrix& weights) {
-    DenseMatrix sums = weights * DenseMatrix(weights.getRows(), 1, 1.0);
-    if (sums.getRows() != weights.getRows()) throw std::bad_alloc();
-    return sums;
-}
-
 }  // namespace
 
 ConeFilter::ConeFilter() : ConeFilter(0, 0, 0.0) {}
 
 ConeFilter::ConeFilter(unsigned nx, unsigned ny, double radius)
-    : weights(coneWeights(nx, ny, radius)), normaliser(rowSums(weights)) {}
+    : columns(ny > 0 ? static_cast<int>(nx) : 0),
+      rows(nx > 0 ? static_cast<int>(ny) : 0),
+      cone(neighboursOf(radius, columns, rows)),
+      normaliser(kmat::undefinedVector(nx * ny)) {
+    const std::vector<double> ones(normaliser.getRows(), 1.0);
+    sum(ones.data(), normaliser.begin());
+}
 
 void ConeFilter::applyMaximumRule(unsigned count) {
     double* const end = normaliser.begin() + std::min(count, normaliser.getRows());
@@ -102,12 +74,27 @@ void ConeFilter::applyMaximumRule(unsigned count) {
 }
 
 void ConeFilter::apply(const DenseMatrix& field, DenseMatrix& filtered) const {
-    weights.multiply(false, 1.0, 0.0, field, filtered);
+    sum(field.begin(), filtered.begin());
     filtered.elemDivide(normaliser);
 }
 
 void ConeFilter::applyTransposed(const DenseMatrix& field, DenseMatrix& share,
                                  DenseMatrix& spread) const {
     field.elemDivide(normaliser, share);
-    weights.multiply(false, 1.0, 0.0, share, spread);
+    sum(share.begin(), spread.begin());
+}
+
+// Each sum is formed in the order of the cells' numbers, like a product with the matrix of the
+// weights. The cells of a column are summed side by side.
+void ConeFilter::sum(const double* field, double* sums) const {
+    for (int x = 0; x < columns; ++x) {
+        double* const column = sums + std::ptrdiff_t{x} * rows;
+        std::fill_n(column, rows, 0.0);
+        for (const auto& [dx, dy, weight] : cone) {
+            if (x + dx < 0 || x + dx >= columns) continue;
+            const std::ptrdiff_t neighbour = std::ptrdiff_t{x + dx} * rows + dy;
+            const int end = std::min(rows, rows - dy);
+            for (int y = std::max(0, -dy); y < end; ++y) column[y] += weight * field[neighbour + y];
+        }
+    }
 }

@@ -1,12 +1,22 @@
 #pragma once
 
+#include <vector>
+
 #include "dense_matrix.h"
-#include "sparse_matrix.h"
 
 /// Cone filter of a grid of nx x ny cells, counted column by column: a weighted mean of each cell
 /// and its neighbours, in which the weight of two cells is the radius less their distance, at
-/// least 0.
-struct ConeFilter {
+/// least 0. The weights depend on the distance only, so one cone stands for the symmetric matrix of
+/// all of them: a product with it reads no matrix from memory.
+class ConeFilter {
+public:
+    /// A cell at a distance in columns and rows, and its weight, which is above 0.
+    struct Neighbour {
+        int dx;
+        int dy;
+        double weight;
+    };
+
     /// A filter of a grid without cells.
     ConeFilter();
 
@@ -28,8 +38,14 @@ struct ConeFilter {
     void applyTransposed(const kmat::DenseMatrix& field, kmat::DenseMatrix& share,
                          kmat::DenseMatrix& spread) const;
 
-    /// Symmetric, upper triangle. Weights of 0 are left out.
-    kmat::SparseMatrix weights;
     /// One value per cell.
+    const kmat::DenseMatrix& getNormaliser() const { return normaliser; }
+
+private:
+    void sum(const double* field, double* sums) const;
+
+    int columns;  ///< 0 if the grid has no cells
+    int rows;
+    std::vector<Neighbour> cone;  ///< the cell itself included
     kmat::DenseMatrix normaliser;
 };

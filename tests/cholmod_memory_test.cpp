@@ -135,7 +135,7 @@ TEST_F(CholmodMemoryTest, AFilterThrows) {
         limited(count, [&] {
             try {
                 const ConeFilter filter(4, 3, 1.5);
-                EXPECT_EQ(filter.normaliser.getRows(), 12U) << count;
+                EXPECT_EQ(filter.getNormaliser().getRows(), 12U) << count;
                 filter.applyTransposed(field, share, spread);
             } catch (const std::bad_alloc&) {
                 enough = false;

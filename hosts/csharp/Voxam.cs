@@ -713,9 +713,8 @@ namespace Voxam
 
         // Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
         private const double BytesOfProgram = 15e6;
-        private const double BytesOfCell = 60;    // of the design or the picture
-        private const double BytesOfFilter = 19;  // of a cell, times the square of the filter's radius
-        private const double DesignRadius = 3;
+        private const double BytesOfDesignCell = 120;
+        private const double BytesOfPictureCell = 40;
         private const double BytesOfNode = 1000;
         private const double BytesOfNodeInFactor = 110;  // times the logarithm of the number of nodes
         private const double BytesOfNodeInLoadCase = 32;
@@ -747,7 +746,7 @@ namespace Voxam
         {
             double design = (double)Elements * subdivision * subdivision;
             double picture = design * meshFactor * meshFactor;
-            return BytesOfProgram + Filtered(design, DesignRadius) + Filtered(picture, meshFactor)
+            return BytesOfProgram + BytesOfDesignCell * design + BytesOfPictureCell * picture
                 + Equations + MemoryOfLoadCases;
         }
 
@@ -767,11 +766,6 @@ namespace Voxam
         private double Nodes => (Width + 1.0) * (Height + 1.0);
         private double Equations => Nodes * (BytesOfNode + BytesOfNodeInFactor * Math.Log(Nodes, 2));
         private double MemoryOfLoadCases => Nodes * BytesOfNodeInLoadCase * LoadCases;
-
-        private static double Filtered(double cells, double radius)
-        {
-            return cells * (BytesOfCell + BytesOfFilter * radius * radius);
-        }
 
         /// <summary>Refuses what would end the process, because systems promise more memory than they
         /// have.</summary>

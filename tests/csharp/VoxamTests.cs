@@ -232,7 +232,7 @@ public sealed class VoxamTests
         That(Memory.Available() > 1e6, "some memory is free");
         Memory.Available = () => 2e8;
         TooMuch(() => new Optimiser(300, 300), "300 x 300 elements");
-        TooMuch(() => new Optimiser(50, 50, meshFactor: 16), "factor 16");
+        TooMuch(() => new Optimiser(50, 50, meshFactor: 64), "factor 64");
         TooMuch(() => new Optimiser(50, 50, loadCases: 3000), "load cases 3000");
         TooMuch(() => new Game(400, 400, Pull, null), "400 x 400");
         using (Optimiser optimiser = Good())

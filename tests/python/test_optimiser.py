@@ -208,7 +208,7 @@ def test_estimates_memory_as_documented():
 
 def test_what_the_machine_cannot_hold_is_refused_at_once(monkeypatch):
     monkeypatch.setattr("voxam._plate.available_memory", lambda: 2e8)
-    for sizes in (300, 300, {}), (50, 50, {"mesh_factor": 16}), (50, 50, {"load_cases": 3000}):
+    for sizes in (300, 300, {}), (50, 50, {"mesh_factor": 64}), (50, 50, {"load_cases": 3000}):
         with pytest.raises(voxam.OutOfMemoryError, match="GB, and 0.2 GB are free: lower one"):
             voxam.Optimiser(*sizes[:2], **sizes[2])
     with pytest.raises(voxam.OutOfMemoryError, match="400 x 400 elements"):
@@ -216,7 +216,7 @@ def test_what_the_machine_cannot_hold_is_refused_at_once(monkeypatch):
     with voxam.Optimiser(50, 50) as optimiser:
         optimiser.update(*cantilever(50, 50))
         with pytest.raises(MemoryError):
-            optimiser.restart(mesh_factor=16)
+            optimiser.restart(mesh_factor=64)
         assert optimiser.iterate().picture.shape == (50, 50)
         monkeypatch.setattr("voxam._plate.available_memory", lambda: 0)
         optimiser.restart()  # in the place of the one before

@@ -54,7 +54,7 @@ load = [voxam.Load(400, 200, fy=1)]
 voxam.Optimiser(2, 2).close()
 resource.setrlimit(resource.RLIMIT_AS, (1 << 30, 1 << 30))
 for make in (lambda: voxam.Optimiser(400, 400, mesh_factor=16),
-             lambda: voxam.Optimiser(400, 400, mesh_factor=8),
+             lambda: voxam.Optimiser(400, 400, mesh_factor=10),
              lambda: voxam.Game(400, 400, load, wall, load_cases=3000)):
     try:
         with make() as solver:

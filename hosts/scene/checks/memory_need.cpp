@@ -8,18 +8,13 @@
 namespace {
 
 // Measured; docs/hosting.md explains the estimate, which all hosts of the library share.
-constexpr double BYTES_OF_CELL = 60;    // of the design or the picture
-constexpr double BYTES_OF_FILTER = 19;  // of a cell, times the square of the filter's radius
+constexpr double BYTES_OF_DESIGN_CELL = 120;
+constexpr double BYTES_OF_PICTURE_CELL = 40;
 constexpr double BYTES_OF_NODE = 1000;
 constexpr double BYTES_OF_FACTOR = 110;
 constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
 constexpr double SHARE_OF_SCORE = 0.9;     // of the equations of an optimisation of this size
 constexpr double BYTES_OF_PROGRAM = 15e6;
-constexpr double DESIGN_RADIUS = 3;  // in cells of the design
-
-double bytesOfFiltered(double cells, double radius) {
-    return cells * (BYTES_OF_CELL + BYTES_OF_FILTER * radius * radius);
-}
 
 double nodesOf(const Scene& scene, int refinement) {
     return (1.0 * refinement * scene.width + 1) * (1.0 * refinement * scene.height + 1);
@@ -41,8 +36,8 @@ MemoryNeed memoryNeed(const Scene& scene) {
     const double elements = 1.0 * scene.width * scene.height;
     const double designCells = elements * scene.subdivision * scene.subdivision;
     const double pictureCells = designCells * scene.meshFactor * scene.meshFactor;
-    const double design = bytesOfFiltered(designCells, DESIGN_RADIUS);
-    const double picture = bytesOfFiltered(pictureCells, scene.meshFactor);
+    const double design = designCells * BYTES_OF_DESIGN_CELL;
+    const double picture = pictureCells * BYTES_OF_PICTURE_CELL;
     const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCases);
     const double score = bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases);
     MemoryNeed need{BYTES_OF_PROGRAM + design + picture + equations + score, "grid",

@@ -101,18 +101,13 @@ def truth(value: Any, name: str) -> bool:
 
 # Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
 _PROGRAM = 15e6
-_CELL = 60  # of the design or the picture
-_FILTER = 19  # of a cell, times the square of the filter's radius
-_DESIGN_RADIUS = 3
+_DESIGN_CELL = 120
+_PICTURE_CELL = 40
 _NODE = 1000
 _NODE_IN_FACTOR = 110  # times the logarithm of the number of nodes
 _NODE_IN_LOAD_CASE = 32
 _NODE_IN_ANALYSED_LOAD_CASE = 130  # the results included
 _SHARE_OF_GAME = 0.9  # of an analysis too
-
-
-def _filtered(cells: float, radius: float) -> float:
-    return cells * (_CELL + _FILTER * radius**2)
 
 
 @dataclass(frozen=True)
@@ -143,7 +138,7 @@ class Plate:
         """About how many bytes an optimiser takes."""
         design = self.width * self.height * float(subdivision) ** 2
         picture = design * float(mesh_factor) ** 2
-        return (_PROGRAM + _filtered(design, _DESIGN_RADIUS) + _filtered(picture, mesh_factor)
+        return (_PROGRAM + _DESIGN_CELL * design + _PICTURE_CELL * picture
                 + self._equations() + self._load_cases())
 
     def game_memory(self) -> float:
