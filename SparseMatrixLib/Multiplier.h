@@ -18,9 +18,10 @@ Bracket initialBracket(int iteration, double lambda, double lambdaPrevious);
 /// returns the last midpoint. When one end never moved, the bracket widens on that side and the
 /// search goes on, at most 20 times.
 ///
-/// `excess` is the relative excess of volume of the design for a multiplier: above 0 it never rises
-/// as the multiplier grows. So most steps follow from those before, and `excess` is asked for few of
-/// them, also for multipliers that are no step, and always for the result last. A bracket that is narrow enough from the start widens like one that does not
-/// contain the multiplier; one that cannot widen gives its middle, and `excess` is never asked.
+/// `excess` is the relative excess of volume of the design for a multiplier. Above 0 it never rises
+/// as the multiplier grows, so most steps follow from earlier answers. `excess` is called for few
+/// steps, for some multipliers in between, and for the result last. A bracket that is narrow enough
+/// from the start widens like one that does not contain the multiplier. One that cannot widen gives
+/// its middle, and `excess` is never called.
 double findMultiplier(Bracket bracket, double tolerance,
                       const std::function<double(double multiplier)>& excess);

@@ -48,7 +48,8 @@ public:
         errors += std::fabs(sum) >= std::fabs(value) ? (sum - next) + value : (value - next) + sum;
         sum = next;
     }
-    double value() const { return sum + errors; }
+    // Beyond the range of double the errors are differences of infinities.
+    double value() const { return std::isfinite(sum) ? sum + errors : sum; }
 
 private:
     double sum = 0.0;

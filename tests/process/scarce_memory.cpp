@@ -77,7 +77,8 @@ int main() {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     bool enough = false;
     // Where OpenBLAS has threads, each of them needs a buffer: gigabytes with many cores.
-    for (rlim_t spare = 0; !enough && spare < 65536 * MIB;
+    constexpr rlim_t most = (sizeof(void*) == 4 ? 2048 : 65536) * MIB;
+    for (rlim_t spare = 0; !enough && spare < most;
          spare += std::max(12 * MIB, spare / 16)) {
         if (!faresWell(spare, enough)) return 1;
     }
