@@ -78,8 +78,7 @@ int main() {
     bool enough = false;
     // Where OpenBLAS has threads, each of them needs a buffer: gigabytes with many cores.
     constexpr rlim_t most = (sizeof(void*) == 4 ? 2048 : 65536) * MIB;
-    for (rlim_t spare = 0; !enough && spare < most;
-         spare += std::max(12 * MIB, spare / 16)) {
+    for (rlim_t spare = 0; !enough && spare < most; spare += std::max(12 * MIB, spare / 16)) {
         if (!faresWell(spare, enough)) return 1;
     }
     return enough ? 0 : 1;
