@@ -50,6 +50,8 @@ constexpr const char* CHECK_FOOTER =
 constexpr const char* COMPARE_FOOTER =
     "Each file is a scene with densities; or, with --scene, a design (.png or .csv)\n"
     "under the loads and supports of that scene.\n"
+    "The table ranks the designs by their compliance as drawn, in black and white.\n"
+    "\"of first\" divides it by that of the first design.\n"
     "Exit status: 0 compared, 1 a design is not supported, 2 an error.\n";
 
 constexpr const char* NEW_FOOTER =
@@ -199,7 +201,8 @@ void addOptimise(CLI::App& app, OptimiseOptions& options) {
 }
 
 void addCheck(CLI::App& app, CommonOptions& options) {
-    CLI::App& check = *app.add_subcommand("check", "Check a scene without running it");
+    CLI::App& check = *app.add_subcommand(
+        "check", "Check a scene, and its design if it has one, without optimising");
     addScene(check, options, "Scene file");
     addCommonFlags(check, options);
     check.footer(CHECK_FOOTER);
@@ -222,8 +225,8 @@ void addCompare(CLI::App& app, CompareOptions& options) {
 
 void addNew(CLI::App& app, NewOptions& options) {
     CLI::App& command = *app.add_subcommand("new", "Write a scene to start from");
-    command.add_option("template", options.kind, "cantilever, mbb, bridge or l-bracket")
-        ->type_name("TEMPLATE")
+    command.add_option("template", options.kind, "What to start from; see below")
+        ->type_name("cantilever|mbb|bridge|l-bracket")
         ->check(oneOf({"cantilever", "mbb", "bridge", "l-bracket"}))
         ->required();
     addFile(command, "file", options.file, "OUT.json",

@@ -17,6 +17,7 @@
 #include "format/symmetry.h"
 #include "format/text.h"
 #include "report.h"
+#include "verdict.h"
 #include "warnings.h"
 
 namespace {
@@ -26,12 +27,12 @@ namespace fs = std::filesystem;
 struct Compared {
     fs::path file;
     Scene scene;
-    Assessment found;
+    Verdict verdict;
+    std::size_t rank = 0;  ///< from 1, the stiffest as drawn
 
     double volume() const { return mean(*scene.densities); }
-    std::string compliance() const {
-        return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
-    }
+    bool isSupportedAsDrawn() const { return verdict.asDrawn().problems.empty(); }
+    double complianceAsDrawn() const { return verdict.asDrawn().score.compliance; }
 };
 
 Compared compared(const fs::path& file, const CompareOptions& options) {
@@ -40,35 +41,54 @@ Compared compared(const fs::path& file, const CompareOptions& options) {
     requireScore(scene);
     warningsOf(checkBeforeScore(scene), file);
     scene = withLoadsInUse(std::move(scene));
-    Assessment found = assess(*scene.densities, scene);
-    return {file, std::move(scene), std::move(found)};
+    Verdict verdict = judge(scene);
+    return {file, std::move(scene), std::move(verdict)};
 }
 
-/// Times the first one's, where both have one.
+/// Designs with one and the same compliance as drawn share a rank; one that is not supported has
+/// none.
+void rank(std::vector<Compared>& designs) {
+    for (Compared& each : designs) {
+        if (!each.isSupportedAsDrawn()) continue;
+        each.rank = 1 + static_cast<std::size_t>(std::count_if(
+                            designs.begin(), designs.end(), [&](const Compared& other) {
+                                return other.isSupportedAsDrawn() &&
+                                       other.complianceAsDrawn() < each.complianceAsDrawn();
+                            }));
+    }
+}
+
+/// As drawn, times the first one's, where both have one.
 std::string ratio(const Compared& each, const Compared& first) {
-    if (!each.found.problems.empty() || !first.found.problems.empty()) return "-";
-    return formatted("%.4f", each.found.score.compliance / first.found.score.compliance);
+    if (!each.isSupportedAsDrawn() || !first.isSupportedAsDrawn()) return "-";
+    return formatted("%.4f", each.complianceAsDrawn() / first.complianceAsDrawn());
 }
 
 void printTable(const std::vector<Compared>& designs) {
-    std::printf("%13s %9s %8s %9s  design\n", "compliance", "of first", "volume", "size");
+    std::printf("%4s %13s %8s %13s %8s %9s  design\n", "rank", "as drawn", "of first", "with greys",
+                "volume", "size");
     for (const Compared& each : designs) {
         const Field& design = *each.scene.densities;
-        std::printf("%13s %9s %6.1f %% %9s  %s\n", each.compliance().c_str(),
-                    ratio(each, designs.front()).c_str(), 100 * each.volume(),
-                    formatted("%dx%d", design.width, design.height).c_str(),
+        std::printf("%4s %13s %8s %13s %6.1f %% %9s  %s\n",
+                    each.rank > 0 ? std::to_string(each.rank).c_str() : "-",
+                    complianceText(each.verdict.asDrawn()).c_str(),
+                    ratio(each, designs.front()).c_str(),
+                    each.verdict.drawn ? complianceText(each.verdict.found).c_str() : "no greys",
+                    100 * each.volume(), formatted("%dx%d", design.width, design.height).c_str(),
                     nameOf(each.file).c_str());
     }
 }
 
 RgbImage drawingOf(const Compared& each) {
     const Scene& scene = each.scene;
+    const Assessment& found = each.verdict.found;
     PictureContent content{wholeOf(*scene.densities, scene.symmetry), std::nullopt,
                            nameOf(each.file.filename()),
-                           formatted("compliance %s,  material %.1f %%", each.compliance().c_str(),
-                                     100 * each.volume())};
-    if (each.found.problems.empty())
-        content.energies = wholeOf(each.found.score.energies, scene.symmetry);
+                           (found.problems.empty() ? "compliance " : "") + complianceText(found)};
+    if (each.verdict.drawn)
+        content.subtitle += ", as drawn " + complianceText(each.verdict.asDrawn());
+    content.subtitle += formatted(",  material %.1f %%", 100 * each.volume());
+    if (found.problems.empty()) content.energies = wholeOf(found.score.energies, scene.symmetry);
     const Scene whole = wholeOf(scene);
     return drawPicture(whole, content, animationScale(whole));
 }
@@ -96,7 +116,8 @@ Report reportOn(const std::vector<Compared>& designs) {
     Report list = Report::array();
     for (const Compared& each : designs) {
         Report object = {{"name", nameOf(each.file)}, {"volume", each.volume()}};
-        object.update(reportOn(each.found));
+        object.update(reportOn(each.verdict));
+        object["rank"] = each.rank > 0 ? Report(each.rank) : Report(nullptr);
         list.push_back(object);
     }
     return {{"command", "compare"}, {"designs", list}};
@@ -112,13 +133,16 @@ int runCompare(const CompareOptions& options) {
     }
     std::vector<Compared> designs;
     for (const fs::path& file : options.files) designs.push_back(compared(file, options));
+    rank(designs);
     printTable(designs);
     bool areSupported = true;
-    for (const Compared& each : designs)
-        for (const std::string& problem : toldLines(each.found.problems)) {
+    for (const Compared& each : designs) {
+        complainOf(each.verdict.warnings, each.file);
+        for (const std::string& problem : toldLines(each.verdict.found.problems)) {
             complain(nameOf(each.file) + ": not supported: " + problem);
             areSupported = false;
         }
+    }
     if (!options.picture.empty()) {
         std::vector<RgbImage> images;
         for (const Compared& each : designs) images.push_back(drawingOf(each));

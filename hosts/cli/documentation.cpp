@@ -116,6 +116,12 @@ std::string choicesOf(const CLI::Option& option) {
     return isChoice ? replaced(type, "|", " ") : "";
 }
 
+/// The words that may follow a command, such as templates; files where there are none.
+std::string firstWordsOf(const CLI::App& command) {
+    const Options positionals = optionsOf(command, true);
+    return positionals.empty() ? "" : choicesOf(*positionals.front());
+}
+
 std::string bash(const CLI::App& app) {
     std::string cases;
     std::string commands;
@@ -124,6 +130,11 @@ std::string bash(const CLI::App& app) {
         cases += "        " + command->get_name() + ") words=\"" + wordsOf(*command) + "\" ;;\n";
     }
     std::string values;
+    for (const CLI::App* command : commandsOf(app))
+        if (const std::string words = firstWordsOf(*command); !words.empty())
+            values += "        " + command->get_name() +
+                      ") [[ $word == -* ]] || { COMPREPLY=($(compgen -W \"" + words +
+                      "\" -- \"$word\")); return; } ;;\n";
     for (const CLI::App* command : commandsOf(app))
         for (const CLI::Option* option : optionsOf(*command, false))
             if (const std::string choices = choicesOf(*option);
@@ -179,6 +190,8 @@ std::string zsh(const CLI::App& app) {
                                            (choices.empty() ? "_files" : "(" + choices + ")");
             text += " \\\n        " + shellQuoted("*" + nameOf(*option) + "[" + help + "]" + value);
         }
+        if (const std::string words = firstWordsOf(*command); !words.empty())
+            text += " \\\n        '2:template:(" + words + ")'";
         text += " \\\n        '*:file:_files' ;;\n";
     }
     return text + "esac\n";
@@ -189,6 +202,10 @@ std::string fish(const CLI::App& app) {
     for (const CLI::App* command : commandsOf(app)) {
         text += "complete -c voxam -n __fish_use_subcommand -f -a " + command->get_name() + " -d " +
                 shellQuoted(command->get_description()) + "\n";
+        if (const std::string words = firstWordsOf(*command); !words.empty())
+            text += "complete -c voxam -n '__fish_seen_subcommand_from " + command->get_name() +
+                    "; and not __fish_seen_subcommand_from " + words + "' -f -a " +
+                    shellQuoted(words) + "\n";
         for (const CLI::Option* option : optionsOf(*command, false)) {
             const std::string choices = choicesOf(*option);
             text += "complete -c voxam -n '__fish_seen_subcommand_from " + command->get_name() +

@@ -35,4 +35,14 @@ Report reportOn(const Assessment& found) {
     return object;
 }
 
+Report reportOn(const Verdict& verdict) {
+    Report object = reportOn(verdict.found);
+    object["asDrawn"] = {
+        {"compliance", reportOn(verdict.asDrawn())["compliance"]},
+        {"level", verdict.drawn ? verdict.drawn->drawn.level : DrawnDesign().level}};
+    if (!verdict.asDrawn().problems.empty())
+        object["asDrawn"]["problems"] = reportOn(verdict.asDrawn().problems);
+    return object;
+}
+
 void print(const Report& report) { printDespiteSilence(report.dump(4) + "\n"); }

@@ -3,10 +3,10 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "checks/assessment.h"
 #include "checks/finding.h"
 #include "design_exports.h"
 #include "format/scene.h"
+#include "verdict.h"
 
 /// The JSON objects that --json prints. A compliance that does not exist is null.
 using Report = nlohmann::ordered_json;
@@ -22,6 +22,10 @@ Report reportOn(const std::vector<WrittenFile>& files);
 
 /// "compliance", and "compliances" of each load case where they are known.
 Report reportOn(const Assessment& found);
+
+/// The same, and "asDrawn": the same and the level of the design as drawn. It is the design itself,
+/// at level 0.5, when that is black and white.
+Report reportOn(const Verdict& verdict);
 
 /// Prints the object, although standard output was silenced for everything else.
 void print(const Report& report);

@@ -5,10 +5,8 @@
 #include <cstdio>
 #include <functional>
 #include <numeric>
-#include <optional>
 #include <string>
 
-#include "checks/assessment.h"
 #include "checks/checks.h"
 #include "console.h"
 #include "design_exports.h"
@@ -23,6 +21,7 @@
 #include "format/symmetry.h"
 #include "format/text.h"
 #include "report.h"
+#include "verdict.h"
 #include "view.h"
 #include "warnings.h"
 
@@ -82,32 +81,11 @@ void printHardestWorking(const Field& energies, const Scene& scene) {
                  formatted(" (density %.3g)", scene.densities->at(x, y)));
 }
 
-/// A design with greys in black and white, and what that is worth.
-struct Drawn {
-    DrawnDesign drawn;
-    Assessment assessment;
-
-    std::string compliance() const {
-        return assessment.problems.empty() ? formatted("%.6g", assessment.score.compliance)
-                                           : "not supported";
-    }
-};
-
-/// None when the design is black and white.
-std::optional<Drawn> asDrawn(const Scene& scene) {
-    const Field& design = *scene.densities;
-    Drawn result{drawnDesign(design, scene, drawnRefinement(scene, refinementOf(design, scene))),
-                 {}};
-    if (result.drawn.design == design) return std::nullopt;
-    result.assessment = assess(result.drawn.design, scene);
-    return result;
-}
-
-std::string subtitle(const Scene& scene, const Assessment& found,
-                     const std::optional<Drawn>& drawn) {
+std::string subtitle(const Scene& scene, const Verdict& verdict) {
+    const auto& [found, drawn, warnings, seconds] = verdict;
     std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
                                               : "not supported: " + lineOf(found.problems.front());
-    if (drawn && found.problems.empty()) text += ", as drawn " + drawn->compliance();
+    if (drawn && found.problems.empty()) text += ", as drawn " + complianceText(drawn->assessment);
     text += ",  material used " + materialText(scene);
     // Which ones, their outlines show.
     if (!found.floating.empty())
@@ -115,32 +93,12 @@ std::string subtitle(const Scene& scene, const Assessment& found,
     return text;
 }
 
-/// What a design is worth as it is and, where it has greys, as drawn.
-struct Verdict {
-    Assessment found;
-    std::optional<Drawn> drawn;
-    Findings warnings;
-};
-
-Verdict judge(const Scene& scene, bool withStates) {
-    Verdict verdict{assess(*scene.densities, scene, withStates), asDrawn(scene), {}};
-    const auto warn = [&verdict](const std::string& key, const std::string& text) {
-        verdict.warnings.push_back({Finding::WARNING, key, text, std::nullopt});
-    };
-    if (!verdict.found.floating.empty() && verdict.found.problems.empty())
-        warn("design", describe(verdict.found.floating) + "; left out");
-    if (verdict.drawn && verdict.found.problems.empty())
-        for (const Finding& problem : verdict.drawn->assessment.problems)
-            warn(problem.key, "as drawn, " + problem.text);
-    return verdict;
-}
-
 void printVerdict(const Scene& scene, const Verdict& verdict) {
-    const auto& [found, drawn, warnings] = verdict;
+    const auto& [found, drawn, warnings, seconds] = verdict;
     if (found.problems.empty()) {
         printRow("compliance", formatted("%.6g", found.score.compliance));
         if (drawn)
-            printRow("", drawn->compliance() + " as drawn: " +
+            printRow("", complianceText(drawn->assessment) + " as drawn: " +
                              describeDrawn(drawn->drawn.design, drawn->drawn.level));
         printHardestWorking(found.score.energies, scene);
         return;
@@ -163,23 +121,19 @@ Report reportOn(const Scene& scene, const Verdict& verdict, const Findings& warn
     const Field& design = *scene.densities;
     report["design"] = {{"width", design.width}, {"height", design.height}};
     report["volume"] = mean(design);
-    report.update(reportOn(verdict.found));
-    if (verdict.drawn) {
-        report["asDrawn"] = reportOn(verdict.drawn->assessment);
-        report["asDrawn"]["level"] = verdict.drawn->drawn.level;
-    }
+    report.update(reportOn(verdict));
     report["warnings"] = reportOn(warnings);
     report["files"] = reportOn(writer.files());
+    report["seconds"] = verdict.seconds;
     return report;
 }
 
 /// Pictures, outlines and values.
 void writeFiles(const ScoreOptions& options, const Scene& scene, const Verdict& verdict, int scale,
                 Writer& writer) {
-    const auto& [found, drawn, warnings] = verdict;
+    const auto& [found, drawn, warnings, seconds] = verdict;
     PictureContent content{*scene.densities, std::nullopt, scene.title, "", found.floating};
-    content.subtitle =
-        subtitle(scene, found, drawn) + showView(options.view, found, scene, content);
+    content.subtitle = subtitle(scene, verdict) + showView(options.view, found, scene, content);
     const Scene whole = wholeOf(scene);
     content = mirrored(content, scene);
     const PictureLayout size = pictureLayout(whole, scale);

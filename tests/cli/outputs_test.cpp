@@ -43,6 +43,7 @@ TEST_F(Outputs, haveTheValuesOfABar) {
     const Json report = Json::parse(outcome.out);
     EXPECT_NEAR(report["compliance"].get<double>(), 2, 1e-6);
     EXPECT_EQ(report["files"].size(), 4u);
+    EXPECT_GT(report["seconds"], 0);
     double energy = 0;
     for (const auto& row : table(contents(directory / "v.csv"))) {
         energy += std::stod(row[3]);
@@ -95,7 +96,41 @@ TEST_F(Outputs, checkWithoutARun) {
         const Outcome loose = run("check bar.json --set densities=0 --quiet" + more);
         EXPECT_EQ(loose.status, 2);
         EXPECT_NE(loose.err.find("acts where there is no material"), std::string::npos);
+        const Outcome part =
+            run("check bar.json --set 'densities=[\"###.\",\"####\"]' --strict "
+                "--set 'loads=[{\"x\": 4, \"y\": 2, \"fx\": 1}]' --quiet" +
+                more);
+        EXPECT_EQ(part.status, 0) << part.err;
+        const Outcome cut =
+            run("check bar.json --set 'densities=[\"##.#\",\"##..\"]' --strict "
+                "--set 'loads=[{\"x\": 2, \"y\": 2, \"fx\": 1}]' --quiet" +
+                more);
+        EXPECT_EQ(cut.status, 1) << cut.err;
+        EXPECT_NE(cut.err.find("no support holds 1 part of it, 1 element"), std::string::npos);
     }
+}
+
+TEST_F(Outputs, compareDesignsAsDrawn) {
+    // As drawn, the first one is as black as the third.
+    const auto bar = [&](const char* name, const std::string& densities) {
+        Json scene = Json::parse(BAR);
+        scene["densities"] = Json::parse(densities);
+        write(name, scene.dump());
+    };
+    bar("grey.json", R"(["7777", "7777"])");
+    bar("hole.json", R"(["#.##", "####"])");
+    bar("black.json", R"(["####", "####"])");
+    bar("loose.json", R"(["#.##", "#.##"])");
+    const Outcome outcome = run("compare grey.json hole.json black.json loose.json --json");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("grey.json: warning: design: as drawn, it has 100.0 %"),
+              std::string::npos);
+    const Json designs = Json::parse(outcome.out)["designs"];
+    const std::vector<Json> ranks = {1, 3, 1, nullptr};
+    for (std::size_t i = 0; i < ranks.size(); ++i) EXPECT_EQ(designs[i]["rank"], ranks[i]) << i;
+    EXPECT_GT(designs[0]["compliance"], designs[0]["asDrawn"]["compliance"]);
+    EXPECT_EQ(designs[2]["compliance"], designs[2]["asDrawn"]["compliance"]);
+    EXPECT_TRUE(designs[3]["asDrawn"]["compliance"].is_null());
 }
 
 TEST_F(Outputs, startFromTemplatesWithoutAWarning) {
