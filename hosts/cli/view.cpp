@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "format/input_error.h"
+#include "format/refinement.h"
 #include "format/symmetry.h"
 #include "format/text.h"
 
@@ -119,11 +120,14 @@ std::string showView(const ViewOptions& options, const Assessment& found, const 
         return caseText(cases, scene, "sum");
     }
     if (options.view == "stress") {
+        // The analysis has elements with an edge of 1.
+        const double edge = scene.elementSize / refinementOf(content.material, scene);
         content.energies = fieldOf(content.material, found, cases,
-                                   [](double most, const PlateState& state, int x, int y) {
-                                       return std::max(most, state.stress(x, y).vonMises());
+                                   [edge](double most, const PlateState& state, int x, int y) {
+                                       return std::max(most, state.stress(x, y).vonMises() / edge);
                                    });
-        content.measure = "Von Mises stress of an element";
+        content.measure = "Von Mises stress: force / mm\u00b2 at a thickness of 1 mm";
+        content.isAbsolute = true;
         return caseText(cases, scene, "largest");
     }
     const auto& state = found.states[static_cast<std::size_t>(cases.front())];

@@ -47,14 +47,15 @@ double EnergyScale::position(double multiple) const {
     return std::min(1.0, std::log(multiple / from) / std::log(to / from));
 }
 
-std::vector<double> EnergyScale::ticks() const {
+std::vector<double> EnergyScale::ticks(double unit) const {
     const double span = std::log10(to / from);
     std::vector<double> multiples;
-    for (int decade = -12; decade <= 12; ++decade)
+    const int last = int(std::floor(std::log10(to / unit)));
+    for (int decade = int(std::floor(std::log10(from / unit))); decade <= last; ++decade)
         for (const int digit : {1, 2, 5}) {
             if (digit != 1 && span > MAX_LABELLED_SPAN) continue;
             const double multiple = digit * std::pow(10.0, decade);
-            if (multiple >= from && multiple <= to) multiples.push_back(multiple);
+            if (multiple * unit >= from && multiple * unit <= to) multiples.push_back(multiple);
         }
     return multiples;
 }

@@ -21,9 +21,9 @@ public:
     /// Where a multiple of the average lies on the scale: 0 (lower) to 1 (upper), clamped.
     double position(double multiple) const;
 
-    /// Multiples of the average to label: powers of ten, and 2 and 5 times these where there is
-    /// room.
-    std::vector<double> ticks() const;
+    /// What to label on the scale, as multiples of `unit`, which is itself a multiple of the
+    /// average: powers of ten, and 2 and 5 times these where there is room.
+    std::vector<double> ticks(double unit = 1) const;
 
     /// Colour of solid material at a position: light grey through orange and red to dark red, its
     /// lightness falling evenly so that it reads in grey print as well.

@@ -203,9 +203,11 @@ private:
     }
 
     void drawEnergyBar(Point corner) {
-        drawBar(corner, content.measure + " as a multiple of the average", EnergyScale::colour);
-        for (const double multiple : energyScale->ticks())
-            tick(corner, energyScale->position(multiple), shortNumber(multiple));
+        drawBar(corner, content.measure, EnergyScale::colour);
+        const double average = energyScale->average();
+        const double unit = content.isAbsolute && average > 0 ? 1 / average : 1;
+        for (const double value : energyScale->ticks(unit))
+            tick(corner, energyScale->position(value * unit), shortNumber(value));
     }
 
     void drawDensityBar(Point corner) {

@@ -28,8 +28,11 @@ struct PictureContent {
     std::optional<Field> energies;
     std::string title;
     std::string subtitle;
-    std::vector<FloatingPart> floating = {};       ///< to be outlined
-    std::string measure = "Energy of an element";  ///< what the energies are, for the legend
+    std::vector<FloatingPart> floating = {};  ///< to be outlined
+    /// What the energies are, for the legend, which has them as multiples of their average, or as
+    /// they are.
+    std::string measure = "Energy of an element as a multiple of the average";
+    bool isAbsolute = false;
     /// Draws the material where it has moved to, over a ghost of the plate as it was.
     std::optional<Deformation> deformation = {};
 };
