@@ -5,12 +5,6 @@
 #include "checks/checks.h"
 #include "format/refinement.h"
 
-bool hasSamePlate(const Scene& one, const Scene& other) {
-    return one.width == other.width && one.height == other.height &&
-           one.subdivision == other.subdivision && one.meshFactor == other.meshFactor &&
-           one.loadCases == other.loadCases;
-}
-
 void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob,
                               std::uint64_t start) {
     const bool goesOn = run && hasSamePlate(*whole, *scene) && start == startNumber;

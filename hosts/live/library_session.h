@@ -9,9 +9,6 @@
 #include "frame.h"
 #include "run/scene_run.h"
 
-/// Whether a design of one scene can go on in the other.
-bool hasSamePlate(const Scene& one, const Scene& other);
-
 /// How an iteration ended: with a picture, or with a text.
 struct IterationOutcome {
     std::string text;  ///< empty on success, and only then there is a picture

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -150,72 +149,6 @@ void add(Area& area, const Cells& cells, const Scene& scene, const char* what) {
     checkCount(area.cells, what);
 }
 
-/// Each element of the new grid takes what lies at its centre in the old one.
-Mask resized(const Mask& mask, int width, int height) {
-    Mask result(width, height);
-    for (int x = 0; x < width; ++x)
-        for (int y = 0; y < height; ++y)
-            result.at(x, y) = mask.at((2 * x + 1) * mask.columns / (2 * width),
-                                      (2 * y + 1) * mask.rows / (2 * height));
-    return result;
-}
-
-Range resized(const Range& range, int before, int after) {
-    const auto place = [&](int at) {
-        return static_cast<int>(std::lround(static_cast<double>(at) * after / before));
-    };
-    return {place(range.from), place(range.to)};
-}
-
-/// Changes what a scene and a change of its timeline have in common.
-class Resizing {
-public:
-    Resizing(const Scene& scene, int newWidth, int newHeight)
-        : oldWidth(scene.width), oldHeight(scene.height), width(newWidth), height(newHeight) {}
-
-    template <typename Component>
-    void operator()(std::vector<Component>& components) const {
-        for (Component& component : components) {
-            component.x = resized(component.x, oldWidth, width);
-            component.y = resized(component.y, oldHeight, height);
-        }
-    }
-
-    void operator()(PassiveAreas& passive) const {
-        for (Area* area : {&passive.voids, &passive.solids, &passive.secondSolids}) (*this)(*area);
-    }
-
-    void operator()(Area& area) const {
-        Mask mask(oldWidth, oldHeight);
-        mask.set(area.cells, 1);
-        area = {resized(mask, width, height).cells(1), {}};
-        checkCount(area.cells, "a list of elements");
-    }
-
-    void operator()(Settings& settings) const {
-        (*this)(settings.loads);
-        (*this)(settings.supports);
-        (*this)(settings.passive);
-        (*this)(settings.blob);
-    }
-
-    void operator()(Field& drawing) const {
-        const int refinement = drawing.width / oldWidth;
-        Field result(width * refinement, height * refinement);
-        for (int y = 0; y < result.height; ++y)
-            for (int x = 0; x < result.width; ++x)
-                result.at(x, y) = drawing.at((2 * x + 1) * drawing.width / (2 * result.width),
-                                             (2 * y + 1) * drawing.height / (2 * result.height));
-        drawing = std::move(result);
-    }
-
-private:
-    int oldWidth;
-    int oldHeight;
-    int width;
-    int height;
-};
-
 bool actsOn(const Load& load, const Node& node) {
     return load.x.contains(node.x) && load.y.contains(node.y);
 }
@@ -302,17 +235,6 @@ void paintDrawing(Scene& scene, const Cells& cells, float density) {
             for (int x = cell.x * refinement; x < (cell.x + 1) * refinement; ++x)
                 scene.densities->at(x, y) = density;
     }
-}
-
-void resizeGrid(Scene& scene, int width, int height) {
-    const Resizing resize(scene, width, height);
-    Scene result = scene;
-    resize(static_cast<Settings&>(result));
-    if (result.densities) resize(*result.densities);
-    for (Change& change : result.timeline) resize(change.settings);
-    result.width = width;
-    result.height = height;
-    scene = std::move(result);
 }
 
 void addLoadCase(Scene& scene) {

@@ -38,10 +38,6 @@ void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);
 /// Elements become solid (1) or void (0) in the drawing.
 void paintDrawing(Scene& scene, const Cells& cells, float density);
 
-/// Changes the grid. Everything keeps its place relative to the plate, as well as the new elements
-/// allow, also in the timeline.
-void resizeGrid(Scene& scene, int width, int height);
-
 /// Adds a load case, which is in use.
 void addLoadCase(Scene& scene);
 /// Takes away a load case with its loads; those above it move down. One always remains.

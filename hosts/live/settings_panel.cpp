@@ -10,6 +10,7 @@
 #include "checks/checks.h"
 #include "format/detail.h"
 #include "format/input_error.h"
+#include "format/resize.h"
 #include "format/text.h"
 #include "problems.h"
 

@@ -2,6 +2,7 @@
 #include <QtTest>
 #include <cmath>
 
+#include "format/resize.h"
 #include "live_fixture.h"
 
 /// Hands on the plate, and what the design makes of it.

@@ -12,6 +12,7 @@
 #include "export/scene_file.h"
 #include "format/input_error.h"
 #include "format/json_value.h"
+#include "format/resize.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
 #include "gallery.h"

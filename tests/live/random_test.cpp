@@ -3,6 +3,7 @@
 #include <random>
 
 #include "export/scene_file.h"
+#include "format/resize.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
 #include "format/setting_keys.h"

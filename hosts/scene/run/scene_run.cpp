@@ -14,6 +14,12 @@ bool differInPenaltyAtMost(const Settings& one, Settings other) {
 
 }  // namespace
 
+bool hasSamePlate(const Scene& one, const Scene& other) {
+    return one.width == other.width && one.height == other.height &&
+           one.subdivision == other.subdivision && one.meshFactor == other.meshFactor &&
+           one.loadCases == other.loadCases;
+}
+
 SceneRun::SceneRun(std::shared_ptr<const Scene> scene, int lastIteration)
     : whole(std::move(scene)), current(*whole), last(lastIteration), optimiser(*whole) {}
 

@@ -10,8 +10,12 @@
 #include "run/iteration_record.h"
 #include "run/optimiser.h"
 
+/// Whether a design of one scene can go on in the other: they have the same grid, detail and number
+/// of load cases.
+bool hasSamePlate(const Scene& one, const Scene& other);
+
 /// A run of a scene: turns the scene and the number of the iteration into the library's calls. The
-/// program and the window both drive it, so that a scene means the same in both.
+/// program, the window and the page drive it, so that a scene means the same in all of them.
 ///
 /// The rules:
 /// - A change of the timeline is made before the iteration that it names. A change of the penalty
@@ -46,11 +50,10 @@ public:
     /// std::runtime_error when memory does not suffice.
     Outcome iterate(bool movesBlob);
 
-    /// Replaces the scene while the design goes on. Both scenes have the same grid, detail and
-    /// number of load cases; the changes that were made so far are made in the new scene as well.
-    /// Sends nothing to the library when nothing differs, or only the penalty, because each update
-    /// unsettles the design for a few iterations. After a refusal, next() is again the iteration
-    /// that was refused.
+    /// Replaces the scene by one with the same plate while the design goes on. The changes that
+    /// were made so far are made in the new scene as well. Sends nothing to the library when
+    /// nothing differs, or only the penalty, because each update unsettles the design for a few
+    /// iterations. After a refusal, next() is again the iteration that was refused.
     void edit(std::shared_ptr<const Scene> scene);
 
     /// Changes of the timeline that were made.
