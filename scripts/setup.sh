@@ -193,7 +193,7 @@ build_page() {
         done
         cp /usr/share/common-licenses/GPL-3 "$web/package/licences/GPL-3.txt"
     fi
-    npm run build --prefix "$web" --loglevel=error && cp -r "$web/package/licences" "$web/dist/"
+    npm run build --prefix "$web" --loglevel=error
 }
 
 # Lets packages of i386 be installed beside those of this system. It changes what apt-get update

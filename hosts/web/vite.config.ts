@@ -1,5 +1,5 @@
 import { createHash } from "node:crypto";
-import { readdirSync, readFileSync, writeFileSync } from "node:fs";
+import { cpSync, existsSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { join, relative, resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 import { defineConfig, type Plugin } from "vite";
@@ -35,6 +35,8 @@ function sealed(): Plugin {
             },
         ],
         closeBundle() {
+            const licences = resolve(root, "package/licences");
+            if (existsSync(licences)) cpSync(licences, join(dist, "licences"), { recursive: true });
             const names = readdirSync(dist, { recursive: true, withFileTypes: true })
                 .filter((entry) => entry.isFile())
                 .map((entry) => relative(dist, join(entry.parentPath, entry.name)))

@@ -22,6 +22,10 @@ const char* voxamOpenScene(const char* text, const char* name) {
     return textOf(sceneSession().open(text, name));
 }
 
+const char* voxamResizeScene(int width, int height) {
+    return textOf(sceneSession().resized(width, height));
+}
+
 const unsigned char* voxamElementKinds() { return sceneSession().elementKinds().data(); }
 
 const char* voxamStartRun() { return textOf(sceneSession().startRun()); }
@@ -32,8 +36,9 @@ const char* voxamIterateRun(int movesBlob) {
     return textOf(sceneSession().iterate(movesBlob != 0));
 }
 
-const unsigned char* voxamRunPicture() {
-    return sceneSession().picture().empty() ? nullptr : sceneSession().picture().data();
+const float* voxamRunMaterial() {
+    const Field& material = sceneSession().material();
+    return material.values.empty() ? nullptr : material.values.data();
 }
 
 const char* voxamRunOutline() { return textOf(sceneSession().outline()); }
@@ -47,10 +52,11 @@ const char* voxamScoreDrawing(const unsigned char* cells, int refinement) {
 const float* voxamScoredDesign() { return sceneSession().scoredDesign().values.data(); }
 
 const float* voxamScoredEnergies() {
-    return sceneSession().energies().values.empty() ? nullptr
-                                                    : sceneSession().energies().values.data();
+    const Field* energies = sceneSession().energies();
+    return energies == nullptr ? nullptr : energies->values.data();
 }
 
 const double* voxamScoredDisplacements() {
-    return sceneSession().displacements().empty() ? nullptr : sceneSession().displacements().data();
+    const std::vector<double>* displacements = sceneSession().displacements();
+    return displacements == nullptr ? nullptr : displacements->data();
 }

@@ -13,13 +13,14 @@ extern "C" {
 #endif
 
 const char* voxamOpenScene(const char* text, const char* name);
+const char* voxamResizeScene(int width, int height);
 const unsigned char* voxamElementKinds(void);
 
 const char* voxamStartRun(void);
 const char* voxamFollowScene(void);
 const char* voxamIterateRun(int movesBlob);
-/** Null before the first iteration. */
-const unsigned char* voxamRunPicture(void);
+/** Floats of the design, 0 void to 1 solid, row by row. Null before the first iteration. */
+const float* voxamRunMaterial(void);
 const char* voxamRunOutline(void);
 
 const char* voxamScoreRun(int refinement);

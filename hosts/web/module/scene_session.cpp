@@ -1,18 +1,17 @@
 #include "scene_session.h"
 
-#include <voxam.h>
-
 #include <algorithm>
-#include <cmath>
+#include <stdexcept>
+#include <utility>
 
 #include "checks/checks.h"
 #include "export/outline.h"
 #include "format/input_error.h"
 #include "format/refinement.h"
+#include "format/resize.h"
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
-#include "format/timeline.h"
-#include "run/records.h"
+#include "format/symmetry.h"
 
 namespace {
 
@@ -56,10 +55,12 @@ std::vector<std::uint8_t> kindsOf(const Scene& scene) {
     return kinds;
 }
 
-bool hasSamePlate(const Scene& one, const Scene& other) {
-    return one.width == other.width && one.height == other.height &&
-           one.subdivision == other.subdivision && one.meshFactor == other.meshFactor &&
-           one.loadCases == other.loadCases;
+// The scene in force, the blob where it moved to.
+std::vector<std::uint8_t> kindsOf(const SceneRun& run) {
+    if (!run.movedBlob()) return kindsOf(run.scene());
+    Scene moved = run.scene();
+    moved.blob = *run.movedBlob();
+    return kindsOf(moved);
 }
 
 // A failure of an action is a reply, not a trap of the module.
@@ -76,107 +77,102 @@ Reply guarded(const Action& action) {
 
 Reply SceneSession::open(const std::string& text, const std::string& name) {
     return guarded([&] {
-        scene = parseScene(text, name, {refuseFile, refuseFile});
-        kinds = kindsOf(scene);
-        const bool isForOptimiser = scene.volumeFraction > 0;
-        return Reply{{"scene", sceneText(scene)},
-                     {"findings", toJson(isForOptimiser ? checkBeforeOptimisation(scene)
-                                                        : checkBeforeScore(scene))}};
+        scene = std::make_shared<const Scene>(parseScene(text, name, {refuseFile, refuseFile}));
+        kinds = kindsOf(*scene);
+        const bool isForOptimiser = scene->volumeFraction > 0;
+        return Reply{{"scene", sceneText(*scene)},
+                     {"findings", toJson(isForOptimiser ? checkBeforeOptimisation(*scene)
+                                                        : checkBeforeScore(*scene))}};
+    });
+}
+
+Reply SceneSession::resized(int width, int height) const {
+    return guarded([&] {
+        Scene other = *scene;
+        resizeGrid(other, width, height);
+        return Reply{{"scene", sceneText(other)}};
     });
 }
 
 Reply SceneSession::startRun() {
     return guarded([&] {
-        requireOptimisation(scene);
-        optimiser.reset();
-        optimiser = std::make_unique<Optimiser>(scene);
-        optimiser->update(scene);
-        running = scene;
-        iteration = 0;
-        changesMade = 0;
-        pixels.clear();
-        return Reply::object();
+        requireOptimisation(*scene);
+        run.reset();  // its memory first
+        run.emplace(scene);
+        followed = scene;
+        return changesMade(false);
     });
 }
 
 Reply SceneSession::followScene() {
-    if (!optimiser || !hasSamePlate(scene, running)) return startRun();
+    if (!run || !hasSamePlate(*scene, *followed)) return startRun();
     return guarded([&] {
-        requireOptimisation(scene);
-        optimiser->rescale(scene);
-        optimiser->update(scene);
-        running = scene;
-        return Reply::object();
+        requireOptimisation(*scene);
+        run->edit(scene);
+        followed = scene;
+        kinds = kindsOf(*run);
+        return changesMade(run->changesMade() > 0);
     });
+}
+
+Reply SceneSession::changesMade(bool isNews) const {
+    Reply reply = {{"changes", run->changesMade()}};
+    if (isNews) reply["scene"] = sceneText(run->scene());
+    return reply;
 }
 
 Reply SceneSession::iterate(bool movesBlob) {
     return guarded([&] {
-        if (!optimiser) throw std::logic_error("No run was started");
-        const bool isChanged = makeChanges(iteration + 1);
-        const Optimiser::Outcome outcome = optimiser->iterate(running.penalty, movesBlob);
-        ++iteration;
-        Reply reply = {{"iteration", iteration}, {"message", outcome.message}};
-        if (isChanged) reply["scene"] = sceneText(running);
-        if (!outcome.message.empty()) return reply;
-        if (movesBlob) running.blob = optimiser->blob();
-        if (movesBlob || isChanged) kinds = kindsOf(running);
-        showMaterial();
-        reply.update({{"compliance", outcome.compliance},
-                      {"change", outcome.change},
-                      {"volume", mean(material)},
-                      {"columns", material.width},
-                      {"time", outcome.times.totalTime}});
+        if (!run || !run->next()) throw std::logic_error("The run is over, or was not started");
+        const std::size_t before = run->changesMade();
+        const SceneRun::Outcome outcome = run->iterate(movesBlob);
+        const bool isChanged = run->changesMade() != before;
+        if (movesBlob || isChanged) kinds = kindsOf(*run);
+        Reply reply = changesMade(isChanged);
+        const IterationRecord& record = outcome.record;
+        reply.update({{"iteration", record.iteration}, {"message", outcome.refusal}});
+        if (!outcome.refusal.empty()) {
+            if (const auto next = run->next()) reply["resumesAt"] = *next;
+            return reply;
+        }
+        reply.update({{"compliance", record.compliance},
+                      {"change", record.change},
+                      {"volume", record.volume},
+                      {"columns", run->material().width},
+                      {"time", record.times.totalTime}});
         return reply;
     });
 }
 
-bool SceneSession::makeChanges(int upcoming) {
-    const std::size_t before = changesMade;
-    const auto& timeline = scene.timeline;
-    for (; changesMade < timeline.size() && timeline[changesMade].iteration <= upcoming;
-         ++changesMade) {
-        const Change& change = timeline[changesMade];
-        apply(change, running);
-        if (change.restart) {
-            optimiser->restart(running, change.restart->keepsDesign);
-        } else if (change.concernsProblem()) {
-            optimiser->update(running);
-        }
-    }
-    return changesMade != before;
+const Field& SceneSession::material() const {
+    static const Field none;
+    return run ? run->material() : none;
 }
 
-void SceneSession::showMaterial() {
-    material = optimiser->material();
-    pixels.resize(material.values.size());
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        pixels[i] = static_cast<std::uint8_t>(std::lround(255 * material.values[i]));
-    }
+const SceneRun& SceneSession::runWithDesign() const {
+    if (material().values.empty()) throw std::logic_error("There is no design yet");
+    return *run;
 }
 
 Reply SceneSession::scoreRun(int refinement) {
     return guarded([&] {
-        if (pixels.empty()) throw std::logic_error("There is no design yet");
-        const int cells = refinement > 0 ? refinement : drawnRefinement(running);
-        return score(drawnDesign(material, running, cells).design);
+        const Scene& plate = runWithDesign().scene();
+        const int cells = refinement > 0 ? refinement : drawnRefinement(plate);
+        return score(drawnDesign(material(), plate, cells).design, plate);
     });
 }
 
 Reply SceneSession::scoreDrawing(const std::uint8_t* cells, int refinement) {
     return guarded([&] {
-        Field design(scene.width * refinement, scene.height * refinement);
+        Field design(scene->width * refinement, scene->height * refinement);
         std::copy_n(cells, design.values.size(), design.values.begin());
-        return score(std::move(design));
+        return score(std::move(design), *scene);
     });
 }
 
-Reply SceneSession::score(Field design) {
+Reply SceneSession::score(Field design, const Scene& plate) {
     scored = std::move(design);
-    assessment = assess(scored, scene);
-    work = {};
-    bending.clear();
-    if (assessment.score.supported) analyse(without(scored, assessment.floating));
+    assessment = assess(scored, withLoadsInUse(plate), true);
     Reply floating = Reply::array();
     for (const FloatingPart& part : assessment.floating) {
         for (const Cell& cell : part.cells) floating.push_back(cell.y * scored.width + cell.x);
@@ -189,43 +185,26 @@ Reply SceneSession::score(Field design) {
             {"problems", toJson(assessment.problems)}};
 }
 
-// Energies and displacements of a design that is supported.
-void SceneSession::analyse(const Field& design) {
-    const Scene fine = withLoadsInUse(refined(scene, refinementOf(design, scene)));
-    const std::vector<float> loads = loadRecords(fine);
-    const std::vector<float> supports = supportRecords(fine);
-    const std::vector<float> densities = toElementOrder(design);
-    const std::vector<double> moduli(densities.begin(), densities.end());
-    const auto cases = static_cast<std::size_t>(fine.loadCases);
-    const std::size_t freedoms =
-        2 * static_cast<std::size_t>(fine.width + 1) * static_cast<std::size_t>(fine.height + 1);
-    std::vector<double> compliances(cases);
-    std::vector<double> displacements(cases * freedoms);
-    std::vector<double> energies(cases * moduli.size());
-    _InitVoxamAnalysis(fine.width, fine.height, static_cast<int>(loads.size() / 5), loads.data(),
-                       static_cast<int>(supports.size() / 5), supports.data(), fine.loadCases);
-    const int status = _SolveVoxamAnalysis(moduli.data(), 0, nullptr, compliances.data(),
-                                           displacements.data(), energies.data(), nullptr, nullptr);
-    _DestroyVoxamAnalysis();
-    if (status != VOXAM_ANALYSIS_SOLVED && status != VOXAM_ANALYSIS_LOOSE_PART) return;
-    std::vector<float> sums(moduli.size());
-    for (std::size_t i = 0; i < energies.size(); ++i) {
-        sums[i % sums.size()] += static_cast<float>(energies[i]);
-    }
-    work = fromElementOrder(sums, design.width, design.height);
-    const auto worst = std::max_element(compliances.begin(), compliances.end());
-    const auto first = displacements.begin() +
-                       (worst - compliances.begin()) * static_cast<std::ptrdiff_t>(freedoms);
-    bending.assign(first, first + static_cast<std::ptrdiff_t>(freedoms));
+const Field* SceneSession::energies() const {
+    return assessment.score.supported ? &assessment.score.energies : nullptr;
+}
+
+const std::vector<double>* SceneSession::displacements() const {
+    const auto worst = std::max_element(assessment.states.begin(), assessment.states.end(),
+                                        [](const PlateState& one, const PlateState& other) {
+                                            return one.compliance < other.compliance;
+                                        });
+    return worst == assessment.states.end() ? nullptr : &worst->displacements;
 }
 
 Reply SceneSession::outline() const {
     return guarded([&] {
-        if (pixels.empty()) throw std::logic_error("There is no design yet");
+        const Scene& plate = runWithDesign().scene();
         Reply contours = Reply::array();
         // As the program does: at the level that keeps the volume.
-        const double level = drawnDesign(material, running, drawnRefinement(running)).level;
-        const Outline outline = traceOutline(material, running.refinement(), 1, level);
+        const double level = drawnDesign(material(), plate, drawnRefinement(plate)).level;
+        const Outline outline =
+            traceOutline(wholeOf(material(), plate.symmetry), plate.refinement(), 1, level);
         for (const Contour& contour : outline.contours) {
             Reply corners = Reply::array();
             for (const OutlinePoint& corner : contour.corners) {

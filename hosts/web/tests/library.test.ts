@@ -32,7 +32,7 @@ const texts = (name: string): string => readFileSync(join(root, "scenes", name),
 const relative = (value: number, expected: number): number =>
     Math.abs(value - expected) / Math.abs(expected);
 
-/** What the native program makes of a scene: compliances by iteration, and the last densities. */
+/** What the native program makes of a scene: iterations, compliances, and the last densities. */
 function runNatively(scene: SceneFile, movesBlob: boolean) {
     const [file, history, design] = ["scene.json", "history.csv", "design.csv"].map((name) =>
         join(folder, name),
@@ -41,31 +41,36 @@ function runNatively(scene: SceneFile, movesBlob: boolean) {
     const options = ["--quiet", "--history", history, "--design", design];
     execFileSync(program, ["optimise", file, ...options, ...(movesBlob ? ["--blob"] : [])]);
     const rows = (name: string) => readFileSync(name, "utf8").trim().split("\n");
-    const compliances = rows(history)
+    const steps = rows(history)
         .slice(1)
-        .map((row) => Number(row.split(",")[1]));
-    return { compliances, densities: rows(design).flatMap((row) => row.split(",").map(Number)) };
+        .map((row) => row.split(",").map(Number) as [number, number]);
+    return { steps, densities: rows(design).flatMap((row) => row.split(",").map(Number)) };
 }
 
 /** The runs of the fingerprint that a scene can describe: all parts combined freely. */
 function* scenes(): Generator<[string, SceneFile, boolean]> {
-    for (const [width, height, detail] of [
-        [30, 20, 1],
-        [24, 16, 2],
-        [60, 40, 1],
+    for (const [width, height, subdivision, meshFactor] of [
+        [30, 20, 1, 1],
+        [24, 16, 2, 2],
+        [17, 12, 3, 1],
+        [13, 9, 1, 3],
+        [60, 40, 1, 1],
+        [120, 80, 2, 2],
     ] as const) {
         for (let parts = 0; parts < 16; ++parts) {
             const [passive, blob, twoCases, edited] = [1, 2, 4, 8].map(
                 (bit) => (parts & bit) !== 0,
             );
-            if (width === 60 && parts % 5) continue;
+            if (subdivision !== meshFactor && (passive || blob)) continue; // no scene may
+            if (width > 30 && parts % (width / 12)) continue;
+            const middle = Math.floor(width / 2);
             const scene: SceneFile = {
                 grid: { width, height },
-                subdivision: detail,
-                meshFactor: detail,
+                subdivision,
+                meshFactor,
                 volumeFraction: 0.45,
                 iterations: 25,
-                loads: [{ x: width, y: height / 2, fy: 1 }],
+                loads: [{ x: width, y: Math.floor(height / 2), fy: 1 }],
                 supports: [{ x: 0, y: [0, height], fix: "xy" }],
             };
             if (twoCases) {
@@ -74,7 +79,7 @@ function* scenes(): Generator<[string, SceneFile, boolean]> {
             }
             if (passive) {
                 scene.passive = {
-                    void: [{ x: [width / 2, width / 2 + 2], y: [1, 3] }],
+                    void: [{ x: [middle, middle + 2], y: [1, 3] }],
                     solid: [{ x: [0, width - 1], y: height - 1 }],
                     secondSolid: [{ x: [0, 1], y: [0, 1] }],
                 };
@@ -83,14 +88,15 @@ function* scenes(): Generator<[string, SceneFile, boolean]> {
                 scene.blob = [
                     {
                         x: [width / 3, width / 3 + 4].map(Math.floor) as [number, number],
-                        y: [height / 2, height / 2 + 3],
+                        y: [Math.floor(height / 2), Math.floor(height / 2) + 3],
                     },
                 ];
             if (edited) {
                 const loads = [{ x: width, y: 1, fx: 0.25, fy: 1 }, ...scene.loads.slice(1)];
                 scene.timeline = [{ iteration: 13, loads, volumeFraction: 0.3 }];
             }
-            yield [`${width}x${height} (${detail}) ${parts}`, scene, blob ?? false];
+            const name = `${width}x${height} (${subdivision}, ${meshFactor}) ${parts}`;
+            yield [name, scene, blob ?? false];
         }
     }
 }
@@ -102,18 +108,58 @@ test("scenes run as in the native program", async () => {
         const native = runNatively(scene, movesBlob);
         module.open(JSON.stringify(scene));
         module.start();
-        for (const [i, expected] of native.compliances.entries()) {
+        for (const [iteration, compliance] of native.steps) {
             const step = module.iterate(movesBlob);
             assert.equal(step.message, "");
-            assert.ok(relative(step.compliance, expected) < 1e-10, `${name}, iteration ${i + 1}`);
+            assert.ok(relative(step.compliance, compliance) < 1e-10, `${name}, ${iteration}`);
         }
-        assert.equal(native.compliances.length, 25);
-        const picture = module.picture() ?? new Uint8Array();
-        assert.equal(picture.length, native.densities.length);
+        assert.equal(native.steps.length, 25);
+        const material = module.material() ?? new Float32Array();
+        assert.equal(material.length, native.densities.length);
         for (const [i, density] of native.densities.entries()) {
-            assert.ok(Math.abs((picture[i] ?? NaN) - 255 * density) < 0.5001, `${name}, cell ${i}`);
+            assert.ok(Math.abs((material[i] ?? NaN) - density) < 1e-6, `${name}, cell ${i}`);
         }
     }
+});
+
+test("a run resumes after a refusal, and goes on with edits, as the program does", async () => {
+    const wall = [{ x: 0, y: [0, 16] as [number, number], fix: "xy" as const }];
+    const scene: SceneFile = {
+        grid: plate,
+        volumeFraction: 0.4,
+        iterations: 14,
+        loads: [tip],
+        supports: wall,
+        timeline: [
+            { iteration: 5, supports: [{ x: 0, y: 8, fix: "xy" }] },
+            { iteration: 9, supports: wall, volumeFraction: 0.3 },
+        ],
+    };
+    const { steps } = runNatively(scene, false);
+    const module = (await Voxam.load()).scenes();
+    module.open(JSON.stringify(scene));
+    module.start();
+    for (const [iteration, compliance] of steps) {
+        let step = module.iterate();
+        if (step.message !== "") {
+            assert.deepEqual([step.iteration, step.resumesAt, step.changes], [5, 9, 1]);
+            step = module.iterate();
+        }
+        assert.equal(step.iteration, iteration);
+        assert.ok(relative(step.compliance, compliance) < 1e-10, `iteration ${iteration}`);
+    }
+    assert.deepEqual(
+        steps.map(([iteration]) => iteration),
+        [1, 2, 3, 4, 9, 10, 11, 12, 13, 14],
+    );
+    module.open(JSON.stringify({ ...scene, title: "Edited" }));
+    const followed = module.follow();
+    const inForce = JSON.parse(followed.scene ?? "") as SceneFile;
+    assert.deepEqual([followed.changes, inForce.volumeFraction], [2, 0.3]);
+    assert.equal(module.iterate().iteration, 15);
+    const finer = JSON.parse(module.resized(48, 32)) as SceneFile;
+    assert.deepEqual([finer.loads[0]?.x, finer.loads[0]?.y], [48, 16]);
+    assert.deepEqual(finer.timeline?.[1]?.supports?.[0]?.y, [0, 32]);
 });
 
 test("an optimiser of one's own does what a scene does", async () => {

@@ -69,17 +69,20 @@ test("every tool works by mouse, and loads by keys", async () => {
     await page.keyboard.press("4");
     await visit.drag([20, 4], [50, 4]);
     await page.keyboard.press("5");
-    await visit.drag([10, 36], [40, 36]);
+    await visit.drag([10, 36], [25, 36]);
+    await page.getByLabel("Solid, second kind").check();
+    await visit.drag([30, 36], [40, 36]);
     await page.keyboard.press("6");
     await visit.drag([30, 20], [33, 20]);
     await page.keyboard.press("3");
+    await page.getByLabel("Roller, slides sideways").check();
     await visit.drag([55, 40], [60, 40]);
     await page.keyboard.press("2");
     await visit.drag([30, 30], [31, 30]);
     const scene = await savedScene(visit);
     assert.ok(!Array.isArray(scene.passive) && scene.passive?.void && scene.passive.solid);
-    assert.ok(scene.blob);
-    assert.deepEqual(scene.supports.at(-1), { x: [55, 60], y: 40, fix: "xy" });
+    assert.ok(scene.passive.secondSolid && scene.blob);
+    assert.deepEqual(scene.supports.at(-1), { x: [55, 60], y: 40, fix: "y" });
     assert.deepEqual(scene.loads[1], { x: 31, y: 30, fy: 1 });
     await visit.forms((await visit.iteration()) + 15);
     assert.ok((await visit.filled(22, 3.3, 48, 4.7)) < 0.25, "void is empty but for its hatching");
@@ -100,6 +103,53 @@ test("every tool works by mouse, and loads by keys", async () => {
     for (const key of ["ArrowRight", "Enter"]) await page.keyboard.press(key);
     const painted = await savedScene(visit);
     assert.ok(!Array.isArray(painted.passive) && painted.passive?.void);
+    await page.getByText("Grid", { exact: true }).click();
+    await page.getByLabel("Width").fill("30");
+    await page.getByLabel("Height").fill("20");
+    await page.getByText("Use this grid").click();
+    await visit.forms(2);
+    const coarse = await savedScene(visit);
+    assert.deepEqual(coarse.grid, { width: 30, height: 20 });
+    assert.deepEqual([coarse.loads[0]?.x, coarse.supports.at(-1)?.y], [28, 20]);
+    await page.click("#undo");
+    assert.deepEqual(await savedScene(visit), painted);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("an edit after a change of the timeline goes into that change", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const file = join(folder, "timeline.json");
+    const scene = {
+        grid: { width: 30, height: 20 },
+        volumeFraction: 0.4,
+        iterations: 12,
+        loads: [{ x: 30, y: 10, fy: 1 }],
+        supports: [{ x: 0, y: [0, 20], fix: "xy" }],
+        timeline: [
+            { iteration: 5, supports: [{ x: 0, y: 10, fix: "xy" }] },
+            {
+                iteration: 9,
+                supports: [{ x: 0, y: [0, 20], fix: "xy" }],
+                loads: [{ x: 30, y: 15, fy: 1 }],
+            },
+        ],
+    };
+    writeFileSync(file, JSON.stringify(scene));
+    await visit.page.setInputFiles("#open-file", file);
+    await visit.page.waitForFunction(
+        () => document.getElementById("iteration")?.textContent === "12",
+    );
+    await visit.reaches("settled");
+    await visit.page.locator("#problem", { hasText: "goes on at iteration 9" }).waitFor();
+    await visit.drag([30, 14], [30, 4]);
+    const { loads, timeline } = await savedScene(visit);
+    assert.deepEqual(loads, [{ x: 30, y: 10, fy: 1 }]);
+    assert.deepEqual(timeline?.[1]?.loads, [{ x: 30, y: 5, fy: 1 }]);
+    await visit.page.click("#undo");
+    assert.deepEqual((await savedScene(visit)).timeline?.[1]?.loads, scene.timeline[1]?.loads);
+    await visit.page.locator("#view-energies").check();
+    await visit.page.locator("#view-deformed").check();
+    await visit.forms(20);
     assert.deepEqual(await visit.end(), []);
 });
 
@@ -156,9 +206,13 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
         /\d/.test(document.getElementById("rival")?.textContent ?? ""),
     );
     await visit.drag([0, 3], [60, 20]);
-    await visit.drag([0, 37], [60, 20]);
     await visit.page.waitForFunction(() =>
         /\d/.test(document.getElementById("percent")?.textContent ?? ""),
+    );
+    assert.ok(parseFloat(await visit.text("percent")) < 5, "a single bar bends");
+    await visit.drag([0, 37], [60, 20]);
+    await visit.page.waitForFunction(
+        () => parseFloat(document.getElementById("percent")?.textContent ?? "") > 5,
     );
     const percent = parseInt(await visit.text("percent"));
     assert.ok(percent > 20 && percent < 110, `${percent} %`);
@@ -177,7 +231,20 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     await visit.page.click("#clear");
     await visit.page.locator("#percent", { hasText: "–" }).waitFor();
     assert.ok(parseInt(await visit.text("best")) >= best);
-    assert.deepEqual(await visit.end(), []);
+    await visit.page.click("#undo");
+    await visit.page.click("#share-button");
+    await visit.page.locator("#share[open]").waitFor();
+    const { hash } = new URL(await visit.page.locator("#share-link").inputValue());
+    const guest = await Visit.start(browser, address, { ...desktop, fragment: hash });
+    await guest.page.waitForFunction(() =>
+        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
+    );
+    const theirs = parseFloat(await guest.text("percent"));
+    await visit.page.waitForFunction(() =>
+        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
+    );
+    assert.equal(parseFloat(await visit.text("percent")), theirs, "a link brings the drawing");
+    assert.deepEqual([...(await visit.end()), ...(await guest.end())], []);
 });
 
 test("touch drags, pinches and scrolls on a phone", async () => {

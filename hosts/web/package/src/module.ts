@@ -26,6 +26,7 @@ async function ownSource(): Promise<WasmSource> {
     return files.readFile(address);
 }
 
+/** Compiles voxam.wasm for `Voxam.load()`: for instance once for several workers. */
 export async function compile(source?: WasmSource): Promise<WebAssembly.Module> {
     const given = await (source ?? ownSource());
     if (given instanceof WebAssembly.Module) return given;

@@ -1,6 +1,8 @@
 import { ArgumentError, VoxamError } from "./errors.js";
 import { requireLength, requireWhole, type Instance } from "./module.js";
 
+const MAX_SIDE = 1000; // elements
+
 /** A whole number, or an inclusive range of them. */
 export type Span = number | [number, number];
 
@@ -41,9 +43,15 @@ export interface SceneFile {
     blob?: SceneArea[];
     loadCases?: number;
     loadCasesInUse?: number[];
-    timeline?: object[];
+    timeline?: SceneChange[];
     densities?: unknown;
 }
+
+/** Keys of a scene that are replaced before an iteration. */
+export type SceneChange = Partial<Omit<SceneFile, "timeline">> & {
+    iteration: number;
+    restart?: unknown;
+};
 
 /** Something that a person should know about a scene or a design. */
 export interface Finding {
@@ -66,10 +74,20 @@ export interface OpenedScene {
 /** What an element of a scene is; BLOB is added to the others. */
 export const ELEMENT = { FREE: 0, VOID: 1, SOLID: 2, SECOND_SOLID: 3, BLOB: 4 } as const;
 
-export interface RunStep {
+/** How far a run has played the timeline of its scene. */
+export interface TimelineState {
+    /** Changes of the timeline that were made. */
+    changes: number;
+    /** The scene in force, if this call changed it. */
+    scene?: string;
+}
+
+export interface RunStep extends TimelineState {
     iteration: number;
-    /** Why there is no new design; empty when there is one, and only then the rest is there. */
+    /** Why there is no new design; empty if there is one, and only then the numbers are valid. */
     message: string;
+    /** After a message: the iteration at which iterate() resumes. Undefined if only an edit helps. */
+    resumesAt?: number;
     compliance: number;
     change: number;
     volume: number;
@@ -77,8 +95,6 @@ export interface RunStep {
     columns: number;
     /** Milliseconds. */
     time: number;
-    /** The scene in force, when the timeline has changed it. */
-    scene?: string;
 }
 
 export interface SceneScore {
@@ -113,7 +129,7 @@ export interface Contour {
 export class Scenes {
     private width = 0;
     private height = 0;
-    private pixels = 0; // of the picture
+    private cells = 0; // of the design
 
     /** Called by Voxam.scenes(). */
     constructor(private readonly instance: Instance) {}
@@ -135,27 +151,44 @@ export class Scenes {
         return { text: reply.scene, findings: reply.findings, kinds: this.kinds() };
     }
 
+    /** The text of the scene that is open, on another grid. Everything keeps its place on the plate. */
+    resized(width: number, height: number): string {
+        requireWhole("width", width, 1, MAX_SIDE);
+        requireWhole("height", height, 1, MAX_SIDE);
+        return this.reply<{ scene: string }>("voxamResizeScene", VoxamError, width, height).scene;
+    }
+
     /** Starts to optimise the scene that is open, from a uniform design. */
-    start(): void {
-        this.reply("voxamStartRun", VoxamError);
+    start(): TimelineState {
+        return this.reply("voxamStartRun", VoxamError);
     }
 
     /** Sends the scene that is open to the run. The design goes on if plate and detail are the same. */
-    follow(): void {
-        this.reply("voxamFollowScene", VoxamError);
+    follow(): TimelineState {
+        return this.reply("voxamFollowScene", VoxamError);
     }
 
     iterate(movesBlob = false): RunStep {
         const step = this.reply<RunStep>("voxamIterateRun", VoxamError, movesBlob ? 1 : 0);
         const { columns } = step;
-        if (step.message === "") this.pixels = (columns * columns * this.height) / this.width;
+        if (step.message === "") this.cells = (columns * columns * this.height) / this.width;
         return step;
     }
 
-    /** The run's design: a byte for each cell, 0 void to 255 solid, row by row from the top. */
+    /** The run's design: densities from 0 (void) to 1 (solid), row by row from the top. */
+    material(): Float32Array | undefined {
+        const pointer = this.instance.call("voxamRunMaterial");
+        return pointer ? this.instance.floats(pointer, this.cells).slice() : undefined;
+    }
+
+    /** The same in bytes, 0 void to 255 solid, to show. */
     picture(): Uint8Array | undefined {
-        const pointer = this.instance.call("voxamRunPicture");
-        return pointer ? this.instance.bytes(pointer, this.pixels).slice() : undefined;
+        const pointer = this.instance.call("voxamRunMaterial");
+        if (!pointer) return undefined;
+        const densities = this.instance.floats(pointer, this.cells);
+        const picture = new Uint8Array(this.cells);
+        for (let i = 0; i < picture.length; ++i) picture[i] = 255 * (densities[i] ?? 0) + 0.5;
+        return picture;
     }
 
     /** What each element is now, the blob where it has moved to. */

@@ -1,8 +1,12 @@
 // The scene that is edited, and what undo brings back.
-import type { SceneFile } from "voxam";
+import type { SceneFile, TimelineState } from "voxam";
+import { withEdit, type Edit } from "./edits.js";
 
 export interface State {
+    /** The scene with the changes of its timeline that were made: it is shown and edited. */
     readonly scene: SceneFile;
+    /** The scene as it is saved, with its timeline. */
+    readonly whole: SceneFile;
     /** What each element is, row by row; see ELEMENT of the package. */
     readonly kinds: Uint8Array;
 }
@@ -14,12 +18,16 @@ const MAX_STEPS = 200;
 /** Edits between begin() and end() are one step of undo. */
 export class SceneDocument {
     name = "scene.json";
+    private current: State;
+    private changes = 0; // of the timeline that were made
     private past: State[] = [];
     private future: State[] = [];
     private before: State | undefined;
     private readonly listeners: Listener[] = [];
 
-    constructor(private current: State) {}
+    constructor(scene: SceneFile) {
+        this.current = freshState(scene);
+    }
 
     get state(): State {
         return this.current;
@@ -46,33 +54,46 @@ export class SceneDocument {
         this.past = [];
         this.future = [];
         this.before = undefined;
-        const { width, height } = scene.grid;
-        this.show({ scene, kinds: new Uint8Array(width * height) }, true);
+        this.changes = 0;
+        this.show(freshState(scene), true);
     }
 
-    /** Of the scene as it stands: the reader knows them, not the page. */
-    setKinds(scene: SceneFile, kinds: Uint8Array): void {
-        if (this.current.scene === scene) this.current = { scene, kinds };
+    /** Takes over how far the run has played the timeline. That is no step of undo. */
+    follow({ changes, scene }: TimelineState, kinds: Uint8Array | undefined): void {
+        const { current } = this;
+        const isBack = changes < this.changes && scene === undefined;
+        this.changes = changes;
+        const seen = scene === undefined ? undefined : (JSON.parse(scene) as SceneFile);
+        this.current = {
+            whole: current.whole,
+            scene: seen ?? (isBack ? current.whole : current.scene),
+            kinds: kinds ?? current.kinds,
+        };
     }
 
-    /** Takes over what a timeline made of the scene. That is no step of undo. */
-    adopt(state: State): void {
-        this.current = state;
+    /** Another plate takes the place of this one, which undo brings back. */
+    replace(scene: SceneFile): void {
+        this.before = this.current;
+        this.changes = 0;
+        this.show(freshState(scene), true);
+        this.end();
     }
 
     begin(): void {
         this.before ??= this.current;
     }
 
-    change(next: Partial<State>): void {
+    change(edit: Edit): void {
         const isStep = this.before === undefined;
         if (isStep) this.begin();
-        this.show({ ...this.current, ...next }, false);
+        const { scene, whole, kinds } = this.current;
+        const next = { ...edit, whole: withEdit(whole, this.changes, scene, edit.scene) };
+        this.show({ kinds, ...next }, false);
         if (isStep) this.end();
     }
 
     end(): void {
-        if (this.before && this.before !== this.current) {
+        if (this.before && this.before.whole !== this.current.whole) {
             this.past.push(this.before);
             if (this.past.length > MAX_STEPS) this.past.shift();
             this.future = [];
@@ -85,7 +106,7 @@ export class SceneDocument {
     cancel(): void {
         const { before } = this;
         this.before = undefined;
-        if (before && before !== this.current) this.show(before, false);
+        if (before && before.whole !== this.current.whole) this.show(before, false);
     }
 
     undo(): void {
@@ -100,7 +121,9 @@ export class SceneDocument {
         const state = from.pop();
         if (!state) return;
         to.push(this.current);
-        this.show(state, false);
+        const { width, height } = this.scene.grid;
+        const { grid } = state.scene;
+        this.show(state, grid.width !== width || grid.height !== height);
     }
 
     private show(state: State, isNewScene: boolean): void {
@@ -111,4 +134,9 @@ export class SceneDocument {
     private notify(isNewScene: boolean): void {
         for (const listener of this.listeners) listener(this.current, isNewScene);
     }
+}
+
+function freshState(scene: SceneFile): State {
+    const { width, height } = scene.grid;
+    return { scene, whole: scene, kinds: new Uint8Array(width * height) };
 }

@@ -70,3 +70,21 @@ export const prefersLessMotion = (): boolean =>
     matchMedia("(prefers-reduced-motion: reduce)").matches;
 
 export const isDark = (): boolean => matchMedia("(prefers-color-scheme: dark)").matches;
+
+/** Keeps a number for later visits, where the browser lets a page keep anything. */
+export function remember(key: string, value: number): void {
+    try {
+        localStorage.setItem(key, String(value));
+    } catch {
+        // It is forgotten.
+    }
+}
+
+/** What was kept; 0 where there is nothing. */
+export function recall(key: string): number {
+    try {
+        return Number(localStorage.getItem(key) ?? 0);
+    } catch {
+        return 0;
+    }
+}

@@ -1,6 +1,6 @@
 // Draw and be scored: the player's design, its budget and its score.
 import { ELEMENT, type SceneFile } from "voxam";
-import { byId, prefersLessMotion } from "./dom.js";
+import { byId, prefersLessMotion, recall, remember } from "./dom.js";
 import { brushed, type Point } from "./edits.js";
 import type { Library } from "./library.js";
 import type { Plate } from "./plate.js";
@@ -9,7 +9,36 @@ import type { View } from "./view.js";
 
 const MAX_CELLS = 12_000;
 const MAX_DETAIL = 3;
+const MAX_DRAWN_DETAIL = 16;
 const BEND_TIME = 450; // milliseconds
+const BEST = "voxam-best "; // and the problem: a key of the local storage
+
+/** Cells per edge of an element at which designs are drawn. */
+export function detailOf({ width, height }: { width: number; height: number }): number {
+    const detail = Math.floor(Math.sqrt(MAX_CELLS / (width * height)));
+    return Math.max(1, Math.min(MAX_DETAIL, detail));
+}
+
+/** A design that came with a scene. */
+export interface Drawn {
+    cells: Uint8Array;
+    detail: number;
+}
+
+/** The design of a scene in black and white; undefined where there is none to draw on. */
+export function drawnOf({ densities, grid }: SceneFile): Drawn | undefined {
+    if (!Array.isArray(densities) || densities.length === 0) return undefined;
+    const solidity = (cell: unknown) => (cell === "#" ? 1 : cell === "." ? 0 : Number(cell) / 10);
+    const rows = densities.map((row: unknown) =>
+        typeof row === "string" ? Array.from(row, solidity) : (row as number[]),
+    );
+    const detail = rows.length / grid.height;
+    if (detail > MAX_DRAWN_DETAIL) return undefined;
+    return { cells: Uint8Array.from(rows.flat(), (value) => Number(value >= 0.5)), detail };
+}
+
+const percentText = (percent: number): string =>
+    percent < 10 ? percent.toPrecision(2) : String(Math.round(percent));
 
 const number = (value: number): string =>
     value >= 1e5
@@ -26,6 +55,7 @@ export class Drawing {
     private own: DesignScore | undefined;
     private rival: DesignScore | undefined;
     private best = 0;
+    private key = ""; // of the problem that is drawn for
     private past: Uint8Array[] = [];
     private future: Uint8Array[] = [];
     private erases = false;
@@ -63,14 +93,26 @@ export class Drawing {
         });
     }
 
-    /** A drawing of the scene begins, with what has to be solid. */
-    start(scene: SceneFile, kinds: Uint8Array): void {
+    /**
+     * Goes on with the drawing of the scene, or begins one, with what has to be solid. `given` is a
+     * design that came with the scene.
+     */
+    start(scene: SceneFile, kinds: Uint8Array, given?: Drawn): void {
+        const { title: _title, description: _description, ...problem } = scene;
+        const key = JSON.stringify(problem);
+        if (key !== this.key || given) this.begin(scene, kinds, given);
+        this.key = key;
+        this.best = Math.max(this.best, recall(BEST + key));
+        this.isOn = true;
+        this.library.send({ kind: "reference", refinement: this.detail });
+        this.score();
+        this.show();
+    }
+
+    private begin(scene: SceneFile, kinds: Uint8Array, given: Drawn | undefined): void {
         const { width, height } = scene.grid;
         this.grid = scene.grid;
-        this.detail = Math.max(
-            1,
-            Math.min(MAX_DETAIL, Math.floor(Math.sqrt(MAX_CELLS / (width * height)))),
-        );
+        this.detail = given?.detail ?? detailOf(scene.grid);
         const columns = width * this.detail;
         this.fixed = new Uint8Array(columns * height * this.detail);
         for (let i = 0; i < this.fixed.length; ++i) {
@@ -79,18 +121,25 @@ export class Drawing {
             const kind = kinds[y * width + x] ?? 0;
             this.fixed[i] = kind === ELEMENT.VOID || kind >= ELEMENT.BLOB ? 1 : kind > 1 ? 2 : 0;
         }
-        this.cells = this.fixed.map((value) => (value === 2 ? 1 : 0));
+        this.cells = this.fixed.map((value, i) =>
+            value === 0 ? (given?.cells[i] ?? 0) : Number(value === 2),
+        );
         this.past = [];
         this.future = [];
         this.best = 0;
-        this.own = undefined;
         this.rival = undefined;
         this.showsRival = false;
         this.budget = Math.round((scene.volumeFraction ?? 0.4) * this.cells.length);
-        this.isOn = true;
-        this.library.send({ kind: "reference", refinement: this.detail });
-        this.score();
-        this.show();
+    }
+
+    /** The drawing as a scene says it. */
+    get densities(): string[] {
+        const columns = this.grid.width * this.detail;
+        return Array.from({ length: this.cells.length / columns }, (_, row) =>
+            Array.from(this.cells.subarray(row * columns, (row + 1) * columns), (cell) =>
+                cell ? "#" : ".",
+            ).join(""),
+        );
     }
 
     stop(): void {
@@ -202,7 +251,8 @@ export class Drawing {
     }
 
     private score(): void {
-        this.own = undefined;
+        this.stopBending();
+        this.showNumbers();
         const request = { number: ++this.lastNumber, cells: this.cells, refinement: this.detail };
         this.library.send({ kind: "score", ...request });
         this.redraw();
@@ -216,7 +266,7 @@ export class Drawing {
         this.show();
         const percent = this.percent;
         if (percent !== undefined)
-            this.announce(`${percent} per cent of the optimiser's stiffness`);
+            this.announce(`${percentText(percent)} per cent of the optimiser's stiffness`);
         else if (score.problem && this.left < this.budget) this.announce(score.problem);
     }
 
@@ -231,12 +281,15 @@ export class Drawing {
 
     /** Stiffness is the inverse of compliance. */
     private get percent(): number | undefined {
-        if (!this.own?.supported || !this.rival?.supported) return undefined;
-        return Math.round((100 * this.rival.compliance) / this.own.compliance);
+        if (!this.own?.supported || !this.rival?.supported || this.left < 0) return undefined;
+        return (100 * this.rival.compliance) / this.own.compliance;
     }
 
     private rememberBest(): void {
-        this.best = Math.max(this.best, this.percent ?? 0);
+        const { percent = 0 } = this;
+        if (percent <= this.best) return;
+        this.best = percent;
+        remember(BEST + this.key, percent);
     }
 
     private startBending(): void {
@@ -256,6 +309,7 @@ export class Drawing {
     }
 
     private stopBending(): void {
+        ++this.lastNumber; // the score of an older drawing may still come
         this.own = undefined;
         this.bend = 0;
     }
@@ -273,31 +327,33 @@ export class Drawing {
             showEnergies,
             bend: isBent ? (rival ? 1 : this.bend) : 0,
         };
-        this.showNumbers(showEnergies);
+        byId("energy-scale").hidden = !showEnergies;
+        this.showNumbers();
         this.redraw();
     }
 
-    private showNumbers(showEnergies: boolean): void {
+    private showNumbers(): void {
         const { percent, own, rival } = this;
         const share = Math.max(0, Math.round((100 * this.left) / Math.max(1, this.budget)));
-        byId("percent").textContent = percent === undefined ? "–" : `${percent} %`;
+        byId("percent").textContent = percent === undefined ? "–" : `${percentText(percent)} %`;
         const isEmpty = !this.cells.some((cell, i) => cell && this.fixed[i] !== 2);
         byId("draw-lead").textContent =
             own && !own.supported && !isEmpty
                 ? own.problem
                 : isEmpty
                   ? "Draw a structure that carries the load to the supports."
-                  : share === 0
-                    ? "All material is used. Rub some out to put it elsewhere."
-                    : "";
+                  : this.left < 0
+                    ? "This drawing uses more material than there is. Rub some out."
+                    : share === 0
+                      ? "All material is used. Rub some out to put it elsewhere."
+                      : "";
         byId("budget").textContent = `${share} %`;
         byId("meter").setAttribute("aria-valuenow", String(share));
         byId("meter").style.setProperty("--share", `${share}%`);
         byId("own").textContent = own?.supported ? number(own.compliance) : "–";
         byId("rival").textContent = rival?.supported ? number(rival.compliance) : "…";
-        byId("best").textContent = this.best > 0 ? `${this.best} %` : "–";
+        byId("best").textContent = this.best > 0 ? `${percentText(this.best)} %` : "–";
         byId("show-rival").setAttribute("aria-pressed", String(this.showsRival));
         byId<HTMLButtonElement>("show-rival").disabled = !rival;
-        byId("energy-scale").hidden = !showEnergies;
     }
 }

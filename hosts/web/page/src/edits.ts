@@ -1,6 +1,5 @@
 // What the tools do to a scene. Scenes are never changed, but replaced.
 import { ELEMENT, type SceneArea, type SceneFile, type SceneLoad, type Span } from "voxam";
-import type { State } from "./document.js";
 
 export interface Point {
     x: number;
@@ -8,6 +7,39 @@ export interface Point {
 }
 
 export type Fix = "x" | "y" | "xy";
+
+/** What an edit makes of a scene; without kinds they stay. */
+export interface Edit {
+    scene: SceneFile;
+    kinds?: Uint8Array;
+}
+
+/**
+ * The scene to save after an edit of the scene that is shown. A setting goes to where it comes
+ * from: to the last of the changes made that names it, or else to the scene itself.
+ */
+export function withEdit(
+    whole: SceneFile,
+    changes: number,
+    before: SceneFile,
+    after: SceneFile,
+): SceneFile {
+    const timeline = [...(whole.timeline ?? [])];
+    const result: SceneFile = { ...whole };
+    const keys = new Set([...Object.keys(before), ...Object.keys(after)]) as Set<keyof SceneFile>;
+    for (const key of keys) {
+        if (before[key] === after[key] || key === "timeline") continue;
+        let origin = changes - 1;
+        while (origin >= 0 && !(key in (timeline[origin] ?? {}))) --origin;
+        const change = timeline[origin];
+        if (change) timeline[origin] = { ...change, [key]: after[key] ?? EMPTY[key] };
+        else Object.assign(result, { [key]: after[key] });
+    }
+    return whole.timeline ? { ...result, timeline } : result;
+}
+
+/** What a change of the timeline says where the scene says nothing. */
+const EMPTY: Partial<Record<keyof SceneFile, unknown>> = { passive: {}, blob: [] };
 
 export const first = (span: Span): number => (typeof span === "number" ? span : span[0]);
 export const last = (span: Span): number => (typeof span === "number" ? span : span[1]);
@@ -153,7 +185,11 @@ function areasOf(kinds: Uint8Array, width: number, test: (kind: number) => boole
 }
 
 /** Makes elements what `kind` says: one of ELEMENT. */
-export function paint({ scene, kinds }: State, elements: number[], kind: number): State {
+export function paint(
+    { scene, kinds }: Required<Edit>,
+    elements: number[],
+    kind: number,
+): Required<Edit> {
     const next = kinds.slice();
     for (const element of elements) next[element] = kind;
     if (next.every((value, i) => value === kinds[i])) return { scene, kinds };

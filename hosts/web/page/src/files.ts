@@ -17,6 +17,7 @@ function download(name: string, content: Blob): void {
 export class Files {
     constructor(
         private readonly scene: SceneDocument,
+        private readonly sceneToShare: () => SceneFile,
         private readonly library: Library,
         private readonly openText: (text: string, name: string) => void,
         private readonly paintPicture: () => HTMLCanvasElement,
@@ -100,7 +101,7 @@ export class Files {
         const field = byId<HTMLInputElement>("share-link");
         const copy = byId<HTMLButtonElement>("share-copy");
         byId("share-button").addEventListener("click", () => {
-            void toFragment(JSON.stringify(this.scene.scene)).then((fragment) => {
+            void toFragment(JSON.stringify(this.sceneToShare())).then((fragment) => {
                 history.replaceState(null, "", fragment);
                 field.value = location.href;
                 copy.textContent = "Copy";
@@ -118,8 +119,7 @@ export class Files {
     }
 
     private async saveScene(): Promise<void> {
-        const scene: SceneFile = this.scene.scene;
-        const question = { text: JSON.stringify(scene), name: this.scene.name };
+        const question = { text: JSON.stringify(this.sceneToShare()), name: this.scene.name };
         const text = await this.library.ask<string>({ kind: "format", ...question });
         download(`${this.stem}.json`, new Blob([text], { type: "application/json" }));
     }

@@ -1,5 +1,7 @@
 // The library as the page sees it: a thread that answers when it has something to say.
-import type { Report, Request } from "./protocol.js";
+import { compile } from "voxam";
+import wasmAddress from "voxam/voxam.wasm?url";
+import type { Question, Report, Request } from "./protocol.js";
 
 export type ReportOf<Kind extends Report["kind"]> = Extract<Report, { kind: Kind }>;
 
@@ -17,6 +19,14 @@ export class Library {
 
     constructor() {
         this.worker.onmessage = ({ data }: MessageEvent<Report>) => this.receive(data);
+        // Compiled while the thread starts: it would ask for the module later.
+        compile(fetch(wasmAddress)).then(
+            (code) => this.send({ kind: "library", code }),
+            (error: unknown) => {
+                const text = `The library cannot start: ${(error as Error).message}`;
+                this.receive({ kind: "stopped", revision: 0, text });
+            },
+        );
     }
 
     on<Kind extends Report["kind"]>(kind: Kind, handler: (report: ReportOf<Kind>) => void): void {
@@ -28,9 +38,7 @@ export class Library {
     }
 
     /** Sends a question and waits for its answer. */
-    ask<T>(
-        question: { kind: "outline" } | { kind: "format"; text: string; name: string },
-    ): Promise<T> {
+    ask<T>(question: Question): Promise<T> {
         const number = ++this.lastNumber;
         return new Promise<T>((resolve, reject) => {
             this.waiting.set(number, { resolve: (value) => resolve(value as T), reject });

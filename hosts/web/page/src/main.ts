@@ -1,10 +1,11 @@
 import type { SceneFile } from "voxam";
 import { SceneDocument } from "./document.js";
 import { addIcons, byId, html, icon, isDark } from "./dom.js";
-import { Drawing } from "./drawing.js";
+import { Drawing, drawnOf, type Drawn } from "./drawing.js";
 import { moveLoad, removeLoad, turnLoad, type Point } from "./edits.js";
 import { Files } from "./files.js";
 import { makeGallery } from "./gallery.js";
+import { GridFields } from "./grid-fields.js";
 import { Library } from "./library.js";
 import { fromFragment } from "./link.js";
 import { LoadFields } from "./load-fields.js";
@@ -14,20 +15,20 @@ import { Pointers, type Gesture } from "./pointer.js";
 import type { Frame } from "./protocol.js";
 import { Signs } from "./signs.js";
 import startScene from "./start.json" with { type: "json" };
+import { ToolOptions } from "./tool-options.js";
 import { Hand, TOOLS, type ToolName } from "./tools.js";
 import { View } from "./view.js";
+import { Views } from "./views.js";
 
 const start = startScene as unknown as SceneFile;
 
 /** What binds the parts of the page to one another. */
 class Page {
     private readonly stage = byId("stage");
+    private readonly panel = byId("panel");
     private readonly view = new View();
     private readonly library = new Library();
-    private readonly scene = new SceneDocument({
-        scene: start,
-        kinds: new Uint8Array(start.grid.width * start.grid.height),
-    });
+    private readonly scene = new SceneDocument(start);
     private readonly plate = new Plate(byId<HTMLCanvasElement>("plate"), this.view);
     private readonly signs = new Signs(
         byId<SVGSVGElement>("signs"),
@@ -48,9 +49,21 @@ class Page {
         () => this.redraw(),
         (text) => this.announce(text),
     );
+    private readonly views = new Views(
+        this.library,
+        this.plate,
+        () => this.scene.scene.grid,
+        () => this.drawing.isOn,
+        () => this.redraw(),
+    );
+    private readonly toolOptions = new ToolOptions(this.hand);
+    private readonly gridFields = new GridFields(this.scene, this.library, (text) =>
+        this.complain(text),
+    );
     private revision = 0;
     private sent: SceneFile | undefined;
-    private sentScenes = new Map<number, SceneFile>();
+    /** A design that came with the scene, until the library has read the scene. */
+    private given: Drawn | undefined;
     private isPlaying = true;
     private frame: Frame | undefined;
     private isDrawScheduled = false;
@@ -67,6 +80,7 @@ class Page {
         this.scene.onChange((_, isNew) => this.followScene(isNew));
         new Files(
             this.scene,
+            () => this.sceneToShare,
             this.library,
             (text, name) => this.openText(text, name),
             () => this.paintPicture(),
@@ -99,43 +113,54 @@ class Page {
     }
 
     private openScene(scene: SceneFile, name: string): void {
-        if (scene.volumeFraction === undefined) {
-            this.complain(
-                `${name}: this scene has no volumeFraction, so there is nothing to optimise`,
-            );
-            return;
+        const { densities: _densities, ...problem } = scene;
+        const given = drawnOf(scene);
+        if (problem.volumeFraction === undefined) {
+            if (!given) {
+                this.complain(
+                    `${name}: this scene has no volumeFraction, so there is nothing to optimise`,
+                );
+                return;
+            }
+            const filled = given.cells.reduce((sum, cell) => sum + cell, 0) / given.cells.length;
+            problem.volumeFraction = Math.max(0.01, Number(filled.toFixed(4)));
         }
         this.invites = this.sent === undefined;
         this.setMode(false);
         this.signs.selected = 0;
         byId<HTMLInputElement>("move-blob").checked = false;
         this.library.send({ kind: "moveBlob", on: false });
-        this.scene.open(scene, name);
+        this.given = given;
+        this.scene.open(problem, name);
     }
 
     private followScene(isNew: boolean): void {
-        const { scene, kinds } = this.scene.state;
+        const { scene, whole, kinds } = this.scene.state;
         if (isNew) {
             this.view.setGrid(scene.grid);
             this.plate.setPicture(undefined);
+            this.views.clear();
+            this.views.follow();
             this.numbers.reset();
             this.frame = undefined;
         }
-        if (scene !== this.sent) this.sendScene(isNew);
+        if (whole !== this.sent) this.sendScene(isNew);
         this.plate.setKinds(scene.grid, kinds);
         this.showScene();
         this.redraw();
     }
 
     private sendScene(restart: boolean): void {
-        const { scene } = this.scene;
-        this.sent = scene;
-        const revision = ++this.revision;
-        this.sentScenes.set(revision, scene);
-        const { name } = this.scene;
-        this.library.send({ kind: "open", revision, text: JSON.stringify(scene), name, restart });
+        this.sent = this.scene.state.whole;
+        this.send(this.sent, restart);
         byId("problem").hidden = true;
         this.numbers.setState(this.isPlaying ? "forming" : "paused");
+    }
+
+    private send(scene: SceneFile, restart: boolean): void {
+        const text = JSON.stringify(scene);
+        const revision = ++this.revision;
+        this.library.send({ kind: "open", revision, text, name: this.scene.name, restart });
     }
 
     private showScene(): void {
@@ -150,21 +175,23 @@ class Page {
         byId<HTMLButtonElement>("undo").disabled = !steps.canUndo;
         byId<HTMLButtonElement>("redo").disabled = !steps.canRedo;
         this.loadFields.show();
+        this.gridFields.show();
     }
 
     // ---- the library ---------------------------------------------------------------------------
 
     private bindLibrary(): void {
         const { library } = this;
-        library.on("opened", ({ revision, kinds, findings }) => {
-            const scene = this.sentScenes.get(revision);
-            for (const key of this.sentScenes.keys())
-                if (key <= revision) this.sentScenes.delete(key);
-            if (!scene || scene !== this.scene.scene) return;
-            this.scene.setKinds(scene, kinds);
-            this.plate.setKinds(scene.grid, kinds);
+        library.on("opened", ({ revision, kinds, findings, timeline }) => {
+            if (revision !== this.revision || this.drawing.isOn) return;
+            this.scene.follow(timeline, kinds);
+            this.plate.setKinds(this.scene.scene.grid, kinds);
             const fault = findings.find((finding) => finding.isError);
             if (fault) this.stop(fault.text);
+            const { given } = this;
+            this.given = undefined;
+            if (given) this.setMode(true, given);
+            this.showScene();
             this.redraw();
         });
         library.on("frame", ({ frame }) => this.takeFrame(frame));
@@ -173,8 +200,10 @@ class Page {
             if (compliance === undefined) this.numbers.setState("settled");
             else this.numbers.showDrawn(compliance);
         });
-        library.on("stopped", ({ revision, text }) => {
-            if (revision === 0 || revision === this.revision) this.stop(remedyOf(text));
+        library.on("stopped", ({ revision, text, resumesAt }) => {
+            if (revision !== 0 && revision !== this.revision) return;
+            const then = resumesAt ? ` The timeline goes on at iteration ${resumesAt}.` : "";
+            this.stop(remedyOf(text) + then);
         });
         library.on("refused", ({ revision, text }) => {
             if (revision === this.revision) this.stop(text);
@@ -187,20 +216,19 @@ class Page {
         const { columns, picture, revision } = frame;
         // Of a plate that is no more?
         if (picture.length * grid.width !== columns * columns * grid.height) return;
-        if (frame.scene !== undefined && revision === this.revision) this.followTimeline(frame);
         this.frame = frame;
         this.plate.setPicture(bitmapOf(frame));
-        if (frame.kinds) this.plate.setKinds(grid, frame.kinds);
+        if (revision === this.revision && !this.drawing.isOn) this.followRun(frame);
         this.numbers.show(frame);
         this.stage.dataset["revision"] = String(revision);
         this.redraw();
     }
 
-    private followTimeline({ scene = "", kinds }: Frame): void {
-        const inForce = JSON.parse(scene) as SceneFile;
-        this.sent = inForce;
-        this.scene.adopt({ scene: inForce, kinds: kinds ?? this.scene.state.kinds });
-        this.showScene();
+    private followRun({ kinds, timeline }: Frame): void {
+        if (this.numbers.current === "stopped" && this.isPlaying) this.numbers.setState("forming");
+        this.scene.follow(timeline, kinds);
+        if (kinds) this.plate.setKinds(this.scene.scene.grid, kinds);
+        if (timeline.scene !== undefined) this.showScene();
     }
 
     private stop(text: string): void {
@@ -295,6 +323,8 @@ class Page {
             button.setAttribute("aria-pressed", String(button.dataset["tool"] === name));
         }
         this.stage.dataset["tool"] = name;
+        this.toolOptions.show(name);
+        this.panel.scrollTop = 0;
         this.plate.cursor = undefined;
         this.redraw();
     }
@@ -309,7 +339,7 @@ class Page {
         }
     }
 
-    private setMode(draws: boolean): void {
+    private setMode(draws: boolean, given?: Drawn): void {
         byId("mode-optimise").setAttribute("aria-pressed", String(!draws));
         byId("mode-draw").setAttribute("aria-pressed", String(draws));
         byId("optimise-panel").hidden = draws;
@@ -319,16 +349,36 @@ class Page {
         for (const button of document.querySelectorAll<HTMLElement>("#tools [data-draw]"))
             button.hidden = !draws;
         document.body.classList.toggle("draws", draws);
-        if (draws) {
-            this.invites = false;
-            const { scene, kinds } = this.scene.state;
-            this.setDrawTool(false);
-            this.drawing.start(scene, kinds);
-        } else {
-            this.drawing.stop();
-        }
+        this.panel.scrollTop = 0;
+        if (draws === this.drawing.isOn) return;
+        if (draws) this.startDrawing(given);
+        else this.stopDrawing();
         this.showScene();
         this.redraw();
+    }
+
+    private startDrawing(given: Drawn | undefined): void {
+        this.invites = false;
+        const { scene, kinds } = this.scene.state;
+        // The rival is optimised for what is drawn for: the timeline waits.
+        const { timeline, ...problem } = scene;
+        if (timeline) this.send(problem, false);
+        this.views.clear();
+        this.setDrawTool(false);
+        this.drawing.start(problem, kinds, given);
+    }
+
+    private stopDrawing(): void {
+        this.drawing.stop();
+        this.sendScene(false);
+        this.views.follow();
+    }
+
+    /** What a link or a file says: in drawing mode the drawing as well. */
+    private get sceneToShare(): SceneFile {
+        if (!this.drawing.isOn) return this.scene.state.whole;
+        const { timeline: _timeline, ...problem } = this.scene.scene;
+        return { ...problem, densities: this.drawing.densities };
     }
 
     private setPlaying(plays: boolean): void {
@@ -358,6 +408,7 @@ class Page {
         byId("redo").addEventListener("click", () => this.redo());
         byId("pause").addEventListener("click", () => this.setPlaying(!this.isPlaying));
         byId("restart").addEventListener("click", () => this.sendScene(true));
+        this.toolOptions.show(this.hand.tool);
         byId("fit").addEventListener("click", () => {
             this.view.fit();
             this.redraw();
@@ -501,7 +552,10 @@ class Page {
         };
         const pencil: Gesture = {
             press: (at) => this.drawing.press(at),
-            move: (at) => this.drawing.move(at),
+            move: (at) => {
+                this.drawing.move(at);
+                this.showCursor(at, this.drawing.brushSize);
+            },
             release: () => {
                 this.drawing.release();
                 this.showScene();

@@ -29,21 +29,24 @@ function enlarged({ cells, width, height }: Bitmap, factor: number, table: Uint3
     const columns = width * factor;
     const pixels = new Uint32Array(columns * height * factor);
     const mixed = new Float32Array(width);
+    const shares = Array.from({ length: factor }, (_, i) => (i + 0.5) / factor - 0.5);
     let next = 0;
     for (let row = 0; row < height * factor; ++row) {
         const y = (row + 0.5) / factor - 0.5;
-        const upper = Math.max(0, Math.floor(y));
-        const lower = Math.min(height - 1, Math.floor(y) + 1);
+        const upper = width * Math.max(0, Math.floor(y));
+        const lower = width * Math.min(height - 1, Math.floor(y) + 1);
         const share = y - Math.floor(y);
         for (let x = 0; x < width; ++x) {
-            const above = cells[upper * width + x] ?? 0;
-            mixed[x] = above + ((cells[lower * width + x] ?? 0) - above) * share;
+            const above = cells[upper + x] as number;
+            mixed[x] = 0.5 + above + ((cells[lower + x] as number) - above) * share;
         }
-        for (let column = 0; column < columns; ++column) {
-            const x = (column + 0.5) / factor - 0.5;
-            const left = mixed[Math.max(0, Math.floor(x))] ?? 0;
-            const right = mixed[Math.min(width - 1, Math.floor(x) + 1)] ?? 0;
-            pixels[next++] = table[(left + (right - left) * (x - Math.floor(x)) + 0.5) | 0] ?? 0;
+        for (let x = 0; x < width; ++x) {
+            const here = mixed[x] as number;
+            const left = here - (mixed[x > 0 ? x - 1 : 0] as number);
+            const right = (mixed[x + 1 < width ? x + 1 : x] as number) - here;
+            for (const at of shares) {
+                pixels[next++] = table[(here + at * (at < 0 ? left : right)) | 0] as number;
+            }
         }
     }
     return new ImageData(new Uint8ClampedArray(pixels.buffer), columns, height * factor);
@@ -157,13 +160,8 @@ export class Plate {
         context.clearRect(0, 0, view.width, view.height);
         context.translate(view.left, view.top);
         context.scale(view.scale, view.scale);
-        context.save();
-        context.shadowColor = "rgb(0 0 0 / 14%)";
-        context.shadowBlur = 22 * ratio;
-        context.shadowOffsetY = 5 * ratio;
         context.fillStyle = rgb(colours.paper);
         context.fillRect(0, 0, grid.width, grid.height);
-        context.restore();
         if (this.look) this.drawDesign(this.look, colours);
         else this.drawMaterial();
         for (const mark of this.marks) this.drawMark(mark, colours);

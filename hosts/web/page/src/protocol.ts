@@ -1,30 +1,41 @@
 // What the page and the thread of the library say to each other.
-import type { Finding, SceneScore } from "voxam";
+import type { Finding, SceneScore, TimelineState } from "voxam";
 
 /** To the library. */
 export type Request =
+    | { kind: "library"; code: WebAssembly.Module }
     | { kind: "open"; revision: number; text: string; name: string; restart: boolean }
     | { kind: "play"; on: boolean }
     | { kind: "moveBlob"; on: boolean }
     | { kind: "shown" }
+    | { kind: "view"; refinement: number }
     | { kind: "reference"; refinement: number }
     | { kind: "score"; number: number; cells: Uint8Array; refinement: number }
-    | { kind: "outline"; number: number }
-    | { kind: "format"; number: number; text: string; name: string };
+    | (Question & { number: number });
+
+/** To the library, with an answer. A scene in a question does not become the one that runs. */
+export type Question =
+    | { kind: "outline" }
+    | { kind: "format"; text: string; name: string }
+    | { kind: "resize"; text: string; name: string; width: number; height: number };
 
 /** From the library. */
 export type Report =
-    | { kind: "ready" }
-    | { kind: "opened"; revision: number; text: string; findings: Finding[]; kinds: Uint8Array }
+    | ({ kind: "opened"; revision: number; findings: Finding[]; kinds: Uint8Array } & Played)
     | { kind: "refused"; revision: number; text: string }
     | { kind: "frame"; frame: Frame }
-    | { kind: "stopped"; revision: number; text: string }
+    | { kind: "view"; score: DesignScore }
+    | { kind: "stopped"; revision: number; text: string; resumesAt?: number }
     | { kind: "settled"; revision: number; compliance: number | undefined }
     | { kind: "reference"; score: DesignScore }
     | { kind: "score"; number: number; score: DesignScore }
     | { kind: "answer"; number: number; value: unknown; error?: string };
 
-export interface Frame {
+interface Played {
+    timeline: TimelineState;
+}
+
+export interface Frame extends Played {
     revision: number;
     iteration: number;
     picture: Uint8Array;
@@ -35,10 +46,8 @@ export interface Frame {
     volume: number;
     /** Milliseconds that the library took. */
     time: number;
-    /** Where the blob is, when it moves. */
+    /** When they have changed: where the blob is, or what the timeline made of them. */
     kinds?: Uint8Array;
-    /** The scene in force, when its timeline has changed it. */
-    scene?: string;
 }
 
 export interface DesignScore extends SceneScore {

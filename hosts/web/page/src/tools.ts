@@ -10,6 +10,7 @@ import {
     removeLoad,
     setSupports,
     turnLoad,
+    type Fix,
     type Point,
 } from "./edits.js";
 import type { Signs } from "./signs.js";
@@ -20,6 +21,15 @@ export interface ToolKind {
     label: string;
     key: string;
     hint: string;
+    /** What it may do, the usual thing first. */
+    options?: readonly ToolOption[];
+    /** Whether it has a brush with a size. */
+    paints?: boolean;
+}
+
+interface ToolOption {
+    name: string;
+    label: string;
 }
 
 export type ToolName = "move" | "load" | "support" | "void" | "solid" | "blob" | "erase";
@@ -27,11 +37,49 @@ export type ToolName = "move" | "load" | "support" | "void" | "solid" | "blob" |
 export const TOOLS: readonly ToolKind[] = [
     { name: "move", label: "Move", key: "1", hint: "Drag an arrow; turn it by its round end" },
     { name: "load", label: "Load", key: "2", hint: "Tap where a new load pulls" },
-    { name: "support", label: "Hold", key: "3", hint: "Paint the nodes that are held" },
-    { name: "void", label: "Void", key: "4", hint: "Keep void: paint where no material may be" },
-    { name: "solid", label: "Solid", key: "5", hint: "Keep solid: paint where material must be" },
-    { name: "blob", label: "Hole", key: "6", hint: "Paint a hole that may find its place" },
-    { name: "erase", label: "Erase", key: "7", hint: "Rub out loads, supports and paint" },
+    {
+        name: "support",
+        label: "Hold",
+        key: "3",
+        hint: "Paint the nodes that are held",
+        options: [
+            { name: "xy", label: "Fixed" },
+            { name: "y", label: "Roller, slides sideways" },
+            { name: "x", label: "Roller, slides up and down" },
+        ],
+    },
+    {
+        name: "void",
+        label: "Void",
+        key: "4",
+        hint: "Keep void: paint where no material may be",
+        paints: true,
+    },
+    {
+        name: "solid",
+        label: "Solid",
+        key: "5",
+        hint: "Keep solid: paint where material must be",
+        options: [
+            { name: "first", label: "Solid" },
+            { name: "second", label: "Solid, second kind" },
+        ],
+        paints: true,
+    },
+    {
+        name: "blob",
+        label: "Hole",
+        key: "6",
+        hint: "Paint a hole that may find its place",
+        paints: true,
+    },
+    {
+        name: "erase",
+        label: "Erase",
+        key: "7",
+        hint: "Rub out loads, supports and paint",
+        paints: true,
+    },
 ];
 
 /** How near a finger or a mouse has to come, in pixels. */
@@ -47,6 +95,10 @@ interface Grip {
 /** A gesture from press to release, in pixels of the stage. */
 export class Hand {
     tool: ToolName = "move";
+    fix: Fix = "xy";
+    solid: typeof ELEMENT.SOLID | typeof ELEMENT.SECOND_SOLID = ELEMENT.SOLID;
+    /** Diameter in elements; 0 suits the plate. */
+    size = 0;
     private grip: Grip | undefined;
     private lastPlace: Point | undefined;
     /** Supports of one stroke are painted together, so that they join to ranges. */
@@ -59,6 +111,7 @@ export class Hand {
     ) {}
 
     get brushSize(): number {
+        if (this.size > 0) return this.size;
         const { width, height } = this.scene.scene.grid;
         return Math.max(2, Math.round(BRUSH_SHARE * Math.max(width, height)));
     }
@@ -140,10 +193,10 @@ export class Hand {
         if (this.tool === "support") {
             const { scene, places: earlier } = this.stroke ?? { scene: state.scene, places: [] };
             earlier.push(...places);
-            this.scene.change({ scene: this.held(scene, earlier, "xy") });
+            this.scene.change({ scene: this.held(scene, earlier, this.fix) });
         }
         if (this.tool === "void") this.scene.change(paint(state, elements, ELEMENT.VOID));
-        else if (this.tool === "solid") this.scene.change(paint(state, elements, ELEMENT.SOLID));
+        else if (this.tool === "solid") this.scene.change(paint(state, elements, this.solid));
         else if (this.tool === "blob") this.scene.change(paint(state, elements, ELEMENT.BLOB));
         else if (this.tool === "erase") {
             const painted = paint(state, elements, ELEMENT.FREE);
@@ -156,7 +209,7 @@ export class Hand {
         return this.nearestNode(this.view.toPlate(at));
     }
 
-    private held(scene: SceneFile, places: Point[], fix: "xy" | undefined): SceneFile {
+    private held(scene: SceneFile, places: Point[], fix: Fix | undefined): SceneFile {
         const reach = fix ? 0 : this.brushSize / 2;
         const nodes = places.flatMap((place) => this.nodesAround(place, reach));
         return setSupports(scene, nodes, fix);

@@ -1,7 +1,6 @@
 // The thread of the library. It computes while the page shows, and never more than two frames ahead.
-import { Voxam, type SceneFile, type SceneScore, type Scenes } from "voxam";
-import wasmAddress from "voxam/voxam.wasm?url";
-import type { DesignScore, Report, Request } from "./protocol.js";
+import { TrapError, Voxam, type SceneFile, type SceneScore, type Scenes } from "voxam";
+import type { DesignScore, Question, Report, Request } from "./protocol.js";
 
 const FRAMES_AHEAD = 2;
 const CALM_CHANGE = 0.004;
@@ -24,15 +23,20 @@ class LibraryThread {
     private playing = true;
     private movesBlob = false;
     private framesAhead = 0;
-    private since = 0; // iterations since the last edit
+    private iteration = 0;
+    private edited = 0; // the iteration after which the scene was edited
     private calm = 0;
     private resting = true;
+    private viewDetail = 0; // above 0: each design is scored too
     private referenceDetail = 0; // above 0: the optimiser's design is wanted as a rival
     private scoreTimer = 0;
     private readonly channel = new MessageChannel();
     private isScheduled = false;
 
-    constructor(private readonly scenes: Scenes) {
+    private scenes: Scenes;
+
+    constructor(private readonly voxam: Voxam) {
+        this.scenes = voxam.scenes();
         this.channel.port1.onmessage = () => {
             this.isScheduled = false;
             this.turn();
@@ -63,11 +67,14 @@ class LibraryThread {
             case "score":
                 this.drawing = request;
                 break;
-            case "outline":
-                this.answer(request.number, () => this.scenes.outline());
+            case "view":
+                this.viewDetail = request.refinement;
+                if (this.resting) this.postView();
                 break;
+            case "outline":
             case "format":
-                this.answer(request.number, () => this.formatted(request.text, request.name));
+            case "resize":
+                this.answer(request);
                 break;
         }
         this.schedule();
@@ -97,7 +104,7 @@ class LibraryThread {
     }
 
     private wake(): void {
-        this.since = 0;
+        this.edited = this.iteration;
         this.calm = 0;
         this.resting = this.scene?.volumeFraction === undefined;
         clearTimeout(this.scoreTimer);
@@ -107,22 +114,27 @@ class LibraryThread {
         this.opening = undefined;
         try {
             const opened = this.scenes.open(text, name);
+            const { findings } = opened;
             this.scene = JSON.parse(opened.text) as SceneFile;
             this.revision = revision;
-            post({ kind: "opened", revision, ...opened });
-            const fault = opened.findings.find((finding) => finding.isError);
+            const fault = findings.find((finding) => finding.isError);
             if (fault) {
                 this.resting = true;
+                const timeline = { changes: 0 };
+                post({ kind: "opened", revision, findings, kinds: opened.kinds, timeline });
                 post({ kind: "stopped", revision, text: fault.text });
                 return;
             }
-            if (restart) this.scenes.start();
-            else this.scenes.follow();
-            if (restart) this.framesAhead = 0;
+            const timeline = restart ? this.scenes.start() : this.scenes.follow();
+            post({ kind: "opened", revision, findings, kinds: this.scenes.kinds(), timeline });
+            if (restart) {
+                this.framesAhead = 0;
+                this.iteration = 0;
+            }
             this.wake();
         } catch (error) {
             this.resting = true;
-            post({ kind: "refused", revision, text: messageOf(error) });
+            post({ kind: "refused", revision, text: this.failure(error) });
         }
     }
 
@@ -131,33 +143,53 @@ class LibraryThread {
         try {
             const result = this.scenes.iterate(this.movesBlob);
             if (result.message !== "") {
-                this.resting = true;
-                post({ kind: "stopped", revision, text: result.message });
+                const { message: text, resumesAt } = result;
+                this.resting = resumesAt === undefined;
+                post({ kind: "stopped", revision, text, ...(resumesAt ? { resumesAt } : {}) });
                 return;
             }
+            this.iteration = result.iteration;
             const picture = this.scenes.picture() ?? new Uint8Array();
-            const { iteration, compliance, change, volume, columns, time, scene } = result;
+            const { iteration, compliance, change, volume, columns, time, changes, scene } = result;
             const numbers = { iteration, compliance, change, volume, time };
-            const frame = { ...numbers, revision, picture, columns };
+            const timeline = { changes, ...(scene === undefined ? {} : { scene }) };
+            const frame = { ...numbers, revision, picture, columns, timeline };
             const isElsewhere = this.movesBlob || scene !== undefined;
             const kinds = isElsewhere ? { kinds: this.scenes.kinds() } : {};
-            const news = scene === undefined ? {} : { scene };
-            post({ kind: "frame", frame: { ...frame, ...kinds, ...news } }, [picture.buffer]);
+            this.postView();
+            post({ kind: "frame", frame: { ...frame, ...kinds } }, [picture.buffer]);
             ++this.framesAhead;
-            ++this.since;
             this.calm = change < CALM_CHANGE ? this.calm + 1 : 0;
             if (this.isSettled()) this.rest();
         } catch (error) {
             this.resting = true;
-            post({ kind: "stopped", revision, text: messageOf(error) });
+            post({ kind: "stopped", revision, text: this.failure(error) });
+        }
+    }
+
+    /** What went wrong, as a text. A module that has trapped is replaced by a fresh one. */
+    private failure(error: unknown): string {
+        if (!(error instanceof TrapError)) return messageOf(error);
+        this.voxam.restart();
+        this.scenes = this.voxam.scenes();
+        return "The library failed and was started again. Change the scene to go on.";
+    }
+
+    private postView(): void {
+        if (this.viewDetail === 0 || this.referenceDetail > 0) return;
+        try {
+            post({ kind: "view", score: told(this.scenes.scoreRun(this.viewDetail)) });
+        } catch {
+            // There is no design yet.
         }
     }
 
     private isSettled(): boolean {
         const { iterations = 100, timeline = [] } = this.scene ?? {};
-        if (this.since >= iterations) return true;
+        const since = this.iteration - this.edited;
+        if (since >= iterations) return true;
         if (timeline.length > 0 || this.movesBlob) return false;
-        return this.since >= LEAST_ITERATIONS && this.calm >= CALM_ITERATIONS;
+        return since >= LEAST_ITERATIONS && this.calm >= CALM_ITERATIONS;
     }
 
     private rest(): void {
@@ -178,7 +210,7 @@ class LibraryThread {
         try {
             post({ kind: "reference", score: told(this.scenes.scoreRun(detail)) });
         } catch (error) {
-            post({ kind: "stopped", revision: this.revision, text: messageOf(error) });
+            post({ kind: "stopped", revision: this.revision, text: this.failure(error) });
         }
     }
 
@@ -191,22 +223,28 @@ class LibraryThread {
                 score: told(this.scenes.scoreDrawing(cells, refinement)),
             });
         } catch (error) {
-            post({ kind: "stopped", revision: this.revision, text: messageOf(error) });
+            post({ kind: "stopped", revision: this.revision, text: this.failure(error) });
         }
     }
 
-    private formatted(text: string, name: string): unknown {
-        const current = this.scene; // which stays open
-        const formatted = this.scenes.open(text, name).text;
-        if (current) this.scenes.open(JSON.stringify(current), name);
-        return formatted;
-    }
-
-    private answer(number: number, work: () => unknown): void {
+    private answer(request: Question & { number: number }): void {
+        const { number } = request;
         try {
-            post({ kind: "answer", number, value: work() });
+            post({ kind: "answer", number, value: this.answerTo(request) });
         } catch (error) {
             post({ kind: "answer", number, value: undefined, error: messageOf(error) });
+        }
+    }
+
+    private answerTo(question: Question): unknown {
+        if (question.kind === "outline") return this.scenes.outline();
+        const current = this.scene; // which stays open
+        try {
+            const { text } = this.scenes.open(question.text, question.name);
+            if (question.kind === "format") return text;
+            return this.scenes.resized(question.width, question.height);
+        } finally {
+            if (current) this.scenes.open(JSON.stringify(current), question.name);
         }
     }
 }
@@ -223,13 +261,22 @@ function messageOf(error: unknown): string {
     return error instanceof Error ? error.message : String(error);
 }
 
+let thread: LibraryThread | undefined;
 const early: Request[] = [];
-self.onmessage = ({ data }: MessageEvent<Request>) => early.push(data);
-try {
-    const thread = new LibraryThread((await Voxam.load({ wasm: fetch(wasmAddress) })).scenes());
-    self.onmessage = ({ data }: MessageEvent<Request>) => thread.receive(data);
-    post({ kind: "ready" });
+
+async function start(code: WebAssembly.Module): Promise<void> {
+    thread = new LibraryThread(await Voxam.load({ wasm: code }));
     for (const request of early) thread.receive(request);
-} catch (error) {
-    post({ kind: "stopped", revision: 0, text: `The library cannot start: ${messageOf(error)}` });
 }
+
+self.onmessage = ({ data }: MessageEvent<Request>) => {
+    if (data.kind !== "library") {
+        if (thread) thread.receive(data);
+        else early.push(data);
+        return;
+    }
+    start(data.code).catch((error: unknown) => {
+        const text = `The library cannot start: ${messageOf(error)}`;
+        post({ kind: "stopped", revision: 0, text });
+    });
+};
