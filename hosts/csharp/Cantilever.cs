@@ -1,5 +1,5 @@
-// Lets a bracket form that is clamped at the left and loaded at the right, prints it, and scores what
-// was printed.
+// Lets a bracket form that is clamped at the left and loaded at the right, prints it, and scores
+// what was printed.
 //
 //     mcs Voxam.cs Cantilever.cs -out:cantilever.exe && mono cantilever.exe
 

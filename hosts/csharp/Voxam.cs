@@ -1,11 +1,11 @@
-// Voxam for C#: two-dimensional structural topology optimisation. Copy this file into a project, and
-// put the shared library (libvoxam.so) where the runtime finds it: beside the program, in the plug-in
-// folder of an engine, or in a directory that LD_LIBRARY_PATH names. C# 7, no unsafe code.
+// Voxam for C#: two-dimensional structural topology optimisation. Copy this file into a project,
+// and put the shared library (libvoxam.so) where the runtime finds it: beside the program, in the
+// plug-in folder of an engine, or in a directory that LD_LIBRARY_PATH names. C# 7, no unsafe code.
 //
 // A plate is width x height square elements. x counts columns from the left, y rows from the top;
-// nodes are the corners of the elements, (0, 0) to (width, height). A positive Fx pulls to the right,
-// a positive Fy downwards. Every array is row by row from the top: element (x, y) is at
-// [y * width + x].
+// nodes are the corners of the elements, (0, 0) to (width, height). A positive Fx pulls to the
+// right, a positive Fy downwards. Every array is row by row from the top: element (x, y) is at [y *
+// width + x].
 //
 //     using (var optimiser = new Voxam.Optimiser(60, 40, volumeFraction: 0.4f))
 //     {
@@ -14,10 +14,11 @@
 //         Show(optimiser.Picture);
 //     }
 //
-// There can be one Optimiser, one Analysis and one Game in a process at a time, and for that one copy of this file:
-// where several assemblies need it, let one have it and the others refer to that one. Calls from several threads wait for
-// one another. Wrong arguments are exceptions derived from ArgumentException and change nothing; what
-// only the library can find, such as a plate that nothing holds, is a ProblemException.
+// There can be one Optimiser, one Analysis and one Game in a process at a time, and for that one
+// copy of this file: where several assemblies need it, let one have it and the others refer to that
+// one. Calls from several threads wait for one another. Wrong arguments are exceptions derived from
+// ArgumentException and change nothing; what only the library can find, such as a plate that
+// nothing holds, is a ProblemException.
 
 using System;
 using System.Collections.Generic;
@@ -29,8 +30,9 @@ using System.Text;
 namespace Voxam
 {
     /// <summary>
-    /// A force on a node, in a load case. Scale forces so that the largest is about 1: a compliance goes
-    /// with the square of the force, and those above 1e15 and below 1e-10 are taken for a problem.
+    /// A force on a node, in a load case. Scale forces so that the largest is about 1: a compliance
+    /// goes with the square of the force, and those above 1e15 and below 1e-10 are taken for a
+    /// problem.
     /// </summary>
     public struct Load
     {
@@ -99,8 +101,8 @@ namespace Voxam
         public bool[] SecondSolid { get; set; }
 
         /// <summary>
-        /// Elements of a hole that an iteration moves if it is told to. An update puts the hole here: to
-        /// leave it where it is, give the optimiser's Blob.
+        /// Elements of a hole that an iteration moves if it is told to. An update puts the hole
+        /// here: to leave it where it is, give the optimiser's Blob.
         /// </summary>
         public bool[] Blob { get; set; }
     }
@@ -145,9 +147,10 @@ namespace Voxam
     }
 
     /// <summary>
-    /// Looks for the stiffest design that can be made of a given amount of material: create it, Update
-    /// it with the problem, and Iterate, for instance once a frame. Most of the shape is there after 20
-    /// to 50 iterations. Change the problem by further updates, while the design goes on.
+    /// Looks for the stiffest design that can be made of a given amount of material: create it,
+    /// Update it with the problem, and Iterate, for instance once a frame. Most of the shape is
+    /// there after 20 to 50 iterations. Change the problem by further updates, while the design
+    /// goes on.
     /// </summary>
     public sealed class Optimiser : IDisposable
     {
@@ -166,8 +169,8 @@ namespace Voxam
         /// <param name="width">Elements in x.</param>
         /// <param name="height">Elements in y.</param>
         /// <param name="volumeFraction">Material to use, above 0 and up to 1.</param>
-        /// <param name="subdivision">Cells of the design per edge of an element, for more detail. Up to
-        /// 4 serve well; beyond, the design falls apart into dots.</param>
+        /// <param name="subdivision">Cells of the design per edge of an element, for more detail.
+        /// Up to 4 serve well; beyond, the design falls apart into dots.</param>
         /// <param name="meshFactor">Cells of the picture per edge of such a cell.</param>
         /// <param name="loadCases">Number of load cases.</param>
         public Optimiser(int width, int height, float volumeFraction = 0.5f, int subdivision = 1,
@@ -197,12 +200,13 @@ namespace Voxam
         public int PictureHeight => plate.Height * Subdivision * MeshFactor;
 
         /// <summary>
-        /// The design of the last good iteration, row by row: 0 is solid, 1 is void. Iterations write
-        /// into this array; a restart at another detail replaces it.
+        /// The design of the last good iteration, row by row: 0 is solid, 1 is void. Iterations
+        /// write into this array; a restart at another detail replaces it.
         /// </summary>
         public float[] Picture { get; private set; }
 
-        /// <summary>Where the blob is now, row by row, in a new array; null if there is none.</summary>
+        /// <summary>Where the blob is now, row by row, in a new array; null if there is
+        /// none.</summary>
         public bool[] Blob
         {
             get
@@ -216,38 +220,28 @@ namespace Voxam
         }
 
         /// <summary>
-        /// Sends the whole problem, any time between iterations. The design goes on from where it is.
+        /// Sends the whole problem, any time between iterations. The design goes on from where it
+        /// is.
         /// </summary>
         public void Update(Settings settings)
         {
-            if (settings == null) throw new ArgumentNullException(nameof(settings));
-            var records = new Records
-            {
-                Loads = plate.RecordsOf(settings.Loads),
-                Supports = plate.RecordsOf(settings.Supports),
-                Passive = plate.Cells((nameof(Settings.Void), settings.Void),
-                                      (nameof(Settings.Solid), settings.Solid),
-                                      (nameof(Settings.SecondSolid), settings.SecondSolid)),
-                Blob = plate.Cells((nameof(Settings.Blob), settings.Blob)),
-                LoadCases = plate.LoadCasesInUse(settings.LoadCasesInUse)
-            };
-            float? wanted = settings.VolumeFraction;
-            if (wanted.HasValue) Check.Fraction(wanted.Value, nameof(Settings.VolumeFraction));
+            Records records = RecordsOf(settings);
             lock (Native.Gate)
             {
                 living.CheckAlive(this);
                 CheckPlacement(records, Subdivision, MeshFactor);
                 sent = records;
-                volumeFraction = wanted ?? volumeFraction;
+                volumeFraction = records.VolumeFraction ?? volumeFraction;
                 Send();
             }
         }
 
         /// <summary>
-        /// Runs one iteration, and then moves the blob if it is to move. Throws ProblemException when
-        /// the plate cannot be optimised as it is; an update mends it, and the design goes on.
+        /// Runs one iteration, and then moves the blob if it is to move. Throws ProblemException
+        /// when the plate cannot be optimised as it is; an update mends it, and the design goes on.
         /// </summary>
-        /// <param name="penalty">Exponent that makes half-filled cells a poor use of material.</param>
+        /// <param name="penalty">Exponent that makes half-filled cells a poor use of
+        /// material.</param>
         /// <param name="moveBlob">Whether the blob moves.</param>
         public Iteration Iterate(float penalty = 3, bool moveBlob = false)
         {
@@ -271,7 +265,8 @@ namespace Voxam
             {
                 living.CheckAlive(this);
                 if (sent == null)
-                    throw new InvalidOperationException("Nothing to optimise yet: call Update first.");
+                    throw new InvalidOperationException(
+                        "Nothing to optimise yet: call Update first.");
                 if (moveBlob)
                 {
                     blobCells[0] = -1;
@@ -291,10 +286,27 @@ namespace Voxam
         }
 
         /// <summary>
-        /// Begins again with the problem of the last update, from a uniform design and, if given, at
-        /// another detail. With keepDesign only the library's schedule of iterations begins again.
+        /// Begins again with the problem of the last update, from a uniform design and, if given,
+        /// at another detail. With keepDesign only the library's schedule of iterations begins
+        /// again.
         /// </summary>
-        public void Restart(bool keepDesign = false, int? subdivision = null, int? meshFactor = null)
+        public void Restart(bool keepDesign = false, int? subdivision = null,
+                            int? meshFactor = null)
+        {
+            Restart((Records)null, keepDesign, subdivision, meshFactor);
+        }
+
+        /// <summary>
+        /// A restart with another problem in one step. Its masks go with the new detail; those
+        /// before went with the old one.
+        /// </summary>
+        public void Restart(Settings settings, bool keepDesign = false, int? subdivision = null,
+                            int? meshFactor = null)
+        {
+            Restart(RecordsOf(settings), keepDesign, subdivision, meshFactor);
+        }
+
+        private void Restart(Records records, bool keepDesign, int? subdivision, int? meshFactor)
         {
             if (keepDesign && (subdivision.HasValue || meshFactor.HasValue))
                 throw new ArgumentException("A design that is kept keeps its detail.");
@@ -304,22 +316,43 @@ namespace Voxam
                 int newSubdivision = subdivision ?? Subdivision;
                 int newMeshFactor = meshFactor ?? MeshFactor;
                 if (!keepDesign) CheckRefinement(newSubdivision, newMeshFactor);
-                if (sent != null) CheckPlacement(sent, newSubdivision, newMeshFactor);
+                Records next = records ?? sent;
+                if (next != null) CheckPlacement(next, newSubdivision, newMeshFactor);
                 if (newSubdivision != Subdivision || newMeshFactor != MeshFactor)
                     Picture = NewPicture(newSubdivision, newMeshFactor);
                 Subdivision = newSubdivision;
                 MeshFactor = newMeshFactor;
+                sent = next;
+                volumeFraction = records?.VolumeFraction ?? volumeFraction;
                 if (!keepDesign) Native._DestroyVoxamApp();
                 Create();
                 if (sent != null) Send();
             }
         }
 
-        /// <summary>Frees what it holds. An optimiser that is forgotten holds its memory until the next
-        /// one is created.</summary>
+        /// <summary>Frees what it holds. An optimiser that is forgotten holds its memory until the
+        /// next one is created.</summary>
         public void Dispose()
         {
             living.Release(this, Native._DestroyVoxamApp);
+        }
+
+        private Records RecordsOf(Settings settings)
+        {
+            if (settings == null) throw new ArgumentNullException(nameof(settings));
+            float? wanted = settings.VolumeFraction;
+            if (wanted.HasValue) Check.Fraction(wanted.Value, nameof(Settings.VolumeFraction));
+            return new Records
+            {
+                Loads = plate.RecordsOf(settings.Loads),
+                Supports = plate.RecordsOf(settings.Supports),
+                VolumeFraction = wanted,
+                Passive = plate.Cells((nameof(Settings.Void), settings.Void),
+                                      (nameof(Settings.Solid), settings.Solid),
+                                      (nameof(Settings.SecondSolid), settings.SecondSolid)),
+                Blob = plate.Cells((nameof(Settings.Blob), settings.Blob)),
+                LoadCases = plate.LoadCasesInUse(settings.LoadCasesInUse)
+            };
         }
 
         private float[] NewPicture(int subdivision, int meshFactor)
@@ -330,8 +363,8 @@ namespace Voxam
             return cells;
         }
 
-        // The library keeps an optimiser of the same size and id, and then its detail as well: where a
-        // design must not be kept, there is none any more.
+        // The library keeps an optimiser of the same size and id, and then its detail as well:
+        // where a design must not be kept, there is none any more.
         private void Create()
         {
             Native._InitVoxamApp(plate.Width, plate.Height, Subdivision, MeshFactor, volumeFraction,
@@ -341,7 +374,8 @@ namespace Voxam
         private void Send()
         {
             Native._UpdateVoxamApp(sent.Loads.Length / Plate.Record, sent.Loads,
-                                   sent.Supports.Length / Plate.Record, sent.Supports, volumeFraction,
+                                   sent.Supports.Length / Plate.Record, sent.Supports,
+                                   volumeFraction,
                                    sent.Passive, sent.LoadCases.Length, sent.LoadCases, sent.Blob);
         }
 
@@ -356,21 +390,25 @@ namespace Voxam
             switch (found)
             {
                 case "Change load / support":
-                    return found + ": the equations cannot be solved, most often because the plate is "
-                        + "not held. Hold it in x, in y and against turning, then update.";
+                    return found + ": The equations cannot be solved: the plate is not held, or "
+                        + "memory ran out. Hold it in x, in y and against turning, or use a "
+                        + "smaller grid.";
                 case "Change load/support":
-                    return found + ": the loads push the plate away. Hold it in x, in y and against "
-                        + "turning, and scale the forces to about 1, then update; if the design was "
-                        + "torn, restart as well.";
+                    return found
+                        + ": The loads push the plate away. Hold it in x, in y and against "
+                        + "turning, or use smaller forces. If the design is torn, start afresh.";
                 case "Load cannot be on top of support":
-                    return found + ": the loads do no work, or next to none. Put a force of about 1, "
-                        + "in a load case in use, on a node that is not held, then update.";
+                    return found
+                        + ": The loads do no work. Put a force on a node that is not held, "
+                        + "in a load case that is in use.";
             }
-            if (found.StartsWith("No optimiser", StringComparison.Ordinal) || found == "std::bad_alloc")
+            if (found.StartsWith("No optimiser", StringComparison.Ordinal)
+                || found == "std::bad_alloc")
                 throw new InsufficientMemoryException(
                     $"Not enough memory for {Width} x {Height} elements with subdivision "
                     + $"{Subdivision} and mesh factor {MeshFactor}: create a smaller optimiser.");
-            throw new VoxamException(found + ": dispose of this optimiser and create a smaller one.");
+            throw new VoxamException(found
+                + ": dispose of this optimiser and create a smaller one.");
         }
 
         private void CheckRefinement(int subdivision, int meshFactor)
@@ -380,8 +418,9 @@ namespace Voxam
             double scale = (double)subdivision * meshFactor;
             if (plate.Elements * scale * scale > int.MaxValue)
                 throw new InsufficientMemoryException(
-                    $"Subdivision {subdivision} and mesh factor {meshFactor} make a picture of more "
-                    + $"cells than the library can number, which is {int.MaxValue}: lower them.");
+                    $"Subdivision {subdivision} and mesh factor {meshFactor} make a picture of "
+                    + $"more cells than the library can number, which is {int.MaxValue}: lower "
+                    + "them.");
             double held = Picture == null ? 0 : plate.MemoryOfOptimiser(Subdivision, MeshFactor);
             plate.CheckMemory(plate.MemoryOfOptimiser(subdivision, meshFactor),
                               $"subdivision {subdivision}, mesh factor {meshFactor}, ", held);
@@ -391,14 +430,15 @@ namespace Voxam
         {
             if (subdivision == meshFactor || !records.HaveCells) return;
             throw new ArgumentException(
-                $"Subdivision {subdivision} and mesh factor {meshFactor} have to be equal, or masks and "
-                + "blob would not lie where they should.");
+                $"Subdivision {subdivision} and mesh factor {meshFactor} have to be equal, or "
+                + "masks and blob would not lie where they should.");
         }
 
         private sealed class Records
         {
             public float[] Loads;
             public float[] Supports;
+            public float? VolumeFraction;  // null for the one in force
             public short[] Passive;
             public short[] Blob;
             public sbyte[] LoadCases;  // char is signed for the library
@@ -450,7 +490,8 @@ namespace Voxam
                 Energies = new double[elements];
                 Stresses = new double[stressColumns.Length];
             }
-            catch (Exception cause) when (cause is OutOfMemoryException || cause is OverflowException)
+            catch (Exception cause) when (cause is OutOfMemoryException
+                || cause is OverflowException)
             {
                 throw TooLarge();
             }
@@ -469,25 +510,27 @@ namespace Voxam
         /// <summary>Force times displacement of each load case.</summary>
         public double[] Compliances { get; }
 
-        /// <summary>The displacement of node (x, y) in load case k and direction d, 0 (x) or 1 (y), is at
-        /// [((k * (height + 1) + y) * (width + 1) + x) * 2 + d]. NaN at nodes without material.</summary>
+        /// <summary>The displacement of node (x, y) in load case k and direction d, 0 (x) or 1 (y),
+        /// is at [((k * (height + 1) + y) * (width + 1) + x) * 2 + d]. NaN at nodes without
+        /// material.</summary>
         public double[] Displacements { get; }
 
-        /// <summary>Each element's share of the compliance, which is twice its strain energy: that of
-        /// element (x, y) in load case k is at [(k * height + y) * width + x].</summary>
+        /// <summary>Each element's share of the compliance, which is twice its strain energy: that
+        /// of element (x, y) in load case k is at [(k * height + y) * width + x].</summary>
         public double[] Energies { get; }
 
-        /// <summary>The stress in x (0), the stress in y (1) and the shear stress (2) at the centre of
-        /// element (x, y) in load case k are at [((k * height + y) * width + x) * 3] and the next two
-        /// places. Tension is positive.</summary>
+        /// <summary>The stress in x (0), the stress in y (1) and the shear stress (2) at the centre
+        /// of element (x, y) in load case k are at [((k * height + y) * width + x) * 3] and the
+        /// next two places. Tension is positive.</summary>
         public double[] Stresses { get; }
 
-        /// <summary>For each element, row by row, whether its material is free to move. After a solution
-        /// this material was left out, because no load acts on it.</summary>
+        /// <summary>For each element, row by row, whether its material is free to move. After a
+        /// solution this material was left out, because no load acts on it.</summary>
         public bool[] Loose { get; }
 
-        /// <summary>Returns the compliance of a design, summed over the load cases; smaller is stiffer.
-        /// Throws ProblemException when it cannot be analysed; the next call starts clean.</summary>
+        /// <summary>Returns the compliance of a design, summed over the load cases; smaller is
+        /// stiffer. Throws ProblemException when it cannot be analysed; the next call starts
+        /// clean.</summary>
         /// <param name="moduli">width * height Young's moduli, row by row; 0 means that there is no
         /// element.</param>
         public double Solve(double[] moduli)
@@ -498,8 +541,8 @@ namespace Voxam
             return sum;
         }
 
-        /// <summary>The same without a ProblemException: returns whether there are results, and else the
-        /// problem. Without results only Loose is written.</summary>
+        /// <summary>The same without a ProblemException: returns whether there are results, and
+        /// else the problem. Without results only Loose is written.</summary>
         public bool TrySolve(double[] moduli, out string problem)
         {
             plate.CheckLength(moduli, nameof(moduli));
@@ -514,7 +557,8 @@ namespace Voxam
                     for (int x = 0; x < Width; ++x)
                         moduliColumns[x * Height + y] = moduli[y * Width + x];
                 int status = Native._SolveVoxamAnalysis(
-                    moduliColumns, text.Length, text, Compliances, displacementColumns, energyColumns,
+                    moduliColumns, text.Length, text, Compliances, displacementColumns,
+                    energyColumns,
                     stressColumns, looseColumns);
                 if (status == OutOfMemory) throw TooLarge();
                 for (int y = 0; y < Height; ++y)
@@ -553,10 +597,10 @@ namespace Voxam
     }
 
     /// <summary>
-    /// Scores designs that somebody else made, for a plate with its loads and supports, quickly and in
-    /// single precision. The score is too high, by a relative error of at most 3.6e-8 * solid elements
-    /// * compliance for a force of 1: good to 1 % while solid elements times compliance stays below 3e5,
-    /// and any number from 3e6 on. Use Analysis to judge a design.
+    /// Scores designs that somebody else made, for a plate with its loads and supports, quickly and
+    /// in single precision. The score is too high, by a relative error of at most 3.6e-8 * solid
+    /// elements * compliance for a force of 1: good to 1 % while solid elements times compliance
+    /// stays below 3e5, and any number from 3e6 on. Use Analysis to judge a design.
     /// </summary>
     public sealed class Game : IDisposable
     {
@@ -570,7 +614,8 @@ namespace Voxam
 
         /// <summary>Takes a plate of width x height elements, and at least one load that does work.
         /// </summary>
-        public Game(int width, int height, IReadOnlyList<Load> loads, IReadOnlyList<Support> supports,
+        public Game(int width, int height, IReadOnlyList<Load> loads,
+            IReadOnlyList<Support> supports,
                     int loadCases = 1)
         {
             plate = new Plate(width, height, loadCases);
@@ -587,7 +632,8 @@ namespace Voxam
                 Native._InitVoxamGame(width, height, 1, 1, loadRecords.Length / Plate.Record,
                                       loadRecords, supportRecords.Length / Plate.Record,
                                       supportRecords, loadCases);
-                // Without densities the call fails, and sets the energies only if there is a solver.
+                // Without densities the call fails, and sets the energies only if there is a
+                // solver.
                 energyColumns[0] = -1;
                 Native._SolveVoxamGame(null, energyColumns);
             }
@@ -600,8 +646,8 @@ namespace Voxam
         public int Width => plate.Width;
         public int Height => plate.Height;
 
-        /// <summary>Each element's share of the last compliance, row by row; 0 after a design without
-        /// score. Solving writes into this array.</summary>
+        /// <summary>Each element's share of the last compliance, row by row; 0 after a design
+        /// without score. Solving writes into this array.</summary>
         public float[] Energies { get; }
 
         /// <summary>
@@ -615,16 +661,17 @@ namespace Voxam
             if (TrySolve(densities, out double compliance)) return compliance;
             throw new ProblemException(
                 compliance == 0
-                    ? "The loads do no work, because they cancel out or are too small. Scale the forces "
-                      + "to about 1."
-                    : "The plate cannot be solved. Hold it in x, in y and against turning, scale the "
-                      + "forces to about 1, and join or remove parts that touch nothing: on plates of "
+                    ? "The loads do no work, because they cancel out or are too small. Scale "
+                      + "the forces to about 1."
+                    : "The plate cannot be solved. Hold it in x, in y and against turning, "
+                      + "scale the forces to about 1, and join or remove parts that touch "
+                      + "nothing: on plates of "
                       + "some 500 elements and more they have no score.");
         }
 
-        /// <summary>The same without an exception: returns whether there is a score. Where the loads
-        /// do no work the compliance is 0, and where the plate cannot be solved float.MaxValue or
-        /// more.</summary>
+        /// <summary>The same without an exception: returns whether there is a score. Where the
+        /// loads do no work the compliance is 0, and where the plate cannot be solved
+        /// float.MaxValue or more.</summary>
         public bool TrySolve(float[] densities, out double compliance)
         {
             plate.CheckLength(densities, nameof(densities));
@@ -646,27 +693,29 @@ namespace Voxam
             return compliance > 0 && compliance < FailedScore;
         }
 
-        /// <summary>Frees what it holds. A game that is forgotten holds its memory until the next one is
-        /// created.</summary>
+        /// <summary>Frees what it holds. A game that is forgotten holds its memory until the next
+        /// one is created.</summary>
         public void Dispose()
         {
             living.Release(this, Native._DestroyVoxamGame);
         }
     }
 
-    /// <summary>The one solver of a kind that lives. Without finalizers: the native solver of an object
-    /// that was forgotten gives way to the next one.</summary>
+    /// <summary>The one solver of a kind that lives. Without finalizers: the native solver of an
+    /// object that was forgotten gives way to the next one.</summary>
     internal sealed class Living<T> where T : class
     {
         private WeakReference<T> current;
 
-        /// <summary>What a previous life of this code left in the library, as when an engine reloads its
-        /// scripts, is destroyed too: the library might keep it, with other sizes.</summary>
+        /// <summary>What a previous life of this code left in the library, as when an engine
+        /// reloads its scripts, is destroyed too: the library might keep it, with other
+        /// sizes.</summary>
         public void Claim(T owner, Action destroy)
         {
             if (current != null && current.TryGetTarget(out _))
                 throw new InvalidOperationException(
-                    $"There can be one {typeof(T).Name} in a process: dispose of the other one first.");
+                    $"There can be one {typeof(T).Name} in a process: dispose of the other one "
+                    + "first.");
             try
             {
                 destroy();
@@ -675,9 +724,10 @@ namespace Voxam
                                             || failure is EntryPointNotFoundException)
             {
                 throw new VoxamException(
-                    $"The Voxam library cannot be loaded: {failure.Message}. Put it as libvoxam.so into "
-                    + $"{AppDomain.CurrentDomain.BaseDirectory}, into the plug-in folder of the "
-                    + "engine, or into a directory that LD_LIBRARY_PATH names.", failure);
+                    $"The Voxam library cannot be loaded: {failure.Message}. Put it as "
+                    + $"libvoxam.so into {AppDomain.CurrentDomain.BaseDirectory}, into the "
+                    + "plug-in folder of the engine, or into a directory that LD_LIBRARY_PATH "
+                    + "names.", failure);
             }
             current = new WeakReference<T>(owner);
         }
@@ -700,25 +750,30 @@ namespace Voxam
 
         private bool Owns(T user)
         {
-            return current != null && current.TryGetTarget(out T owner) && ReferenceEquals(owner, user);
+            return current != null && current.TryGetTarget(out T owner)
+                && ReferenceEquals(owner, user);
         }
     }
 
-    /// <summary>Sizes that the library can take, and its records of what is said about a plate.</summary>
+    /// <summary>Sizes that the library can take, and its records of what is said about a
+    /// plate.</summary>
     internal sealed class Plate
     {
         public const int Record = 5;  // floats of a load or a support
 
         private const int MostLoadCasesInUse = 128;
 
-        // Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library share.
+        // Measured, in bytes; docs/hosting.md explains the estimate, which all hosts of the library
+        // share.
         private const double BytesOfProgram = 15e6;
         private const double BytesOfDesignCell = 120;
         private const double BytesOfPictureCell = 40;
         private const double BytesOfNode = 1000;
-        private const double BytesOfNodeInFactor = 110;  // times the logarithm of the number of nodes
+        // Times the logarithm of the number of nodes.
+        private const double BytesOfNodeInFactor = 110;
         private const double BytesOfNodeInLoadCase = 32;
-        private const double BytesOfNodeInAnalysedLoadCase = 180;  // with both copies of the results
+        // With both copies of the results.
+        private const double BytesOfNodeInAnalysedLoadCase = 180;
         private const double ShareOfGame = 0.9;                    // of an analysis too
 
         public readonly int Width;
@@ -732,8 +787,8 @@ namespace Voxam
             Check.Range(loadCases, 1, int.MaxValue, nameof(loadCases));
             if (2.0 * (width + 1.0) * (height + 1.0) * loadCases > int.MaxValue)
                 throw new InsufficientMemoryException(
-                    $"{width} x {height} elements with {loadCases} load cases are more than the library "
-                    + "can number: lower width, height or loadCases.");
+                    $"{width} x {height} elements with {loadCases} load cases are more than the "
+                    + "library can number: lower width, height or loadCases.");
             Width = width;
             Height = height;
             LoadCases = loadCases;
@@ -764,22 +819,25 @@ namespace Voxam
         }
 
         private double Nodes => (Width + 1.0) * (Height + 1.0);
-        private double Equations => Nodes * (BytesOfNode + BytesOfNodeInFactor * Math.Log(Nodes, 2));
+        private double Equations =>
+            Nodes * (BytesOfNode + BytesOfNodeInFactor * Math.Log(Nodes, 2));
         private double MemoryOfLoadCases => Nodes * BytesOfNodeInLoadCase * LoadCases;
 
-        /// <summary>Refuses what would end the process, because systems promise more memory than they
-        /// have.</summary>
+        /// <summary>Refuses what would end the process, because systems promise more memory than
+        /// they have.</summary>
         /// <param name="held">What is given back before.</param>
         public void CheckMemory(double needed, string refinement, double held = 0)
         {
             double free = Memory.Available() + held;
             if (needed > free)
                 throw new InsufficientMemoryException(
-                    $"{Width} x {Height} elements with {refinement}load cases {LoadCases} need about "
-                    + $"{needed / 1e9:G2} GB, and {free / 1e9:G2} GB are free: lower one of these.");
+                    $"{Width} x {Height} elements with {refinement}load cases {LoadCases} need "
+                    + $"about {needed / 1e9:G2} GB, and {free / 1e9:G2} GB are free: lower one of "
+                    + "these.");
         }
 
-        /// <summary>Refuses loads that do no work: every design would score 0, as if none could be better.
+        /// <summary>Refuses loads that do no work: every design would score 0, as if none could be
+        /// better.
         /// </summary>
         public void CheckWork(float[] loads, float[] supports)
         {
@@ -792,8 +850,8 @@ namespace Voxam
                         && !held.Contains((loads[i], loads[i + 1], direction)))
                         return;
             throw new ArgumentException(
-                "Loads: none does work, so there is nothing to score: give at least one a force, Fx or "
-                + "Fy, that acts where no support holds its node.");
+                "Loads: none does work, so there is nothing to score: give at least one a "
+                + "force, Fx or Fy, that acts where no support holds its node.");
         }
 
         public float[] RecordsOf(IReadOnlyList<Load> loads)
@@ -851,7 +909,8 @@ namespace Voxam
                     if (!mask[i]) continue;
                     if (owner[i] != null)
                         throw new ArgumentException(
-                            $"Element ({i % Width}, {i / Width}) is in both {owner[i]} and {name}.");
+                            $"Element ({i % Width}, {i / Width}) is in both {owner[i]} and "
+                            + $"{name}.");
                     owner[i] = name;
                     AddCell(records, i, name);
                 }
@@ -881,7 +940,8 @@ namespace Voxam
         {
             if (record[0] == 0) return null;
             var mask = new bool[Elements];
-            for (int k = 1; k < record.Length; k += 2) mask[record[k + 1] * Width + record[k]] = true;
+            for (int k = 1; k < record.Length; k += 2)
+                mask[record[k + 1] * Width + record[k]] = true;
             return mask;
         }
 
@@ -892,7 +952,8 @@ namespace Voxam
                     $"LoadCasesInUse: name them, of {LoadCases} load cases only the first "
                     + $"{MostLoadCasesInUse} can be used.");
             if (inUse != null && inUse.Count == 0)
-                throw new ArgumentException("LoadCasesInUse: at least one is needed, or null for all.");
+                throw new ArgumentException(
+                    "LoadCasesInUse: at least one is needed, or null for all.");
             var cases = new sbyte[inUse?.Count ?? LoadCases];
             for (int i = 0; i < cases.Length; ++i)
             {
@@ -921,7 +982,8 @@ namespace Voxam
 
     internal static class Memory
     {
-        /// <summary>Bytes that the machine can give away; without end where it does not tell.</summary>
+        /// <summary>Bytes that the machine can give away; without end where it does not
+        /// tell.</summary>
         public static Func<double> Available = Read;
 
         // Addresses for the stacks and heaps of the library's threads, and for the BLAS's buffers.
@@ -951,8 +1013,8 @@ namespace Voxam
             return Math.Max(0, left);
         }
 
-        /// <summary>What a cgroup and those around it leave. Caches of files count as free. A container
-        /// may see its own group as the root, though the path names the host's.</summary>
+        /// <summary>What a cgroup and those around it leave. Caches of files count as free. A
+        /// container may see its own group as the root, though the path names the host's.</summary>
         private static double LeftOfGroup(string root, string path, string limit, string usage,
                                           string cache)
         {
@@ -985,7 +1047,8 @@ namespace Voxam
             }
         }
 
-        /// <summary>The first number of the line that begins with the key; without end if there is none.
+        /// <summary>The first number of the line that begins with the key; without end if there is
+        /// none.
         /// </summary>
         private static double Number(string file, string key)
         {
@@ -1006,7 +1069,8 @@ namespace Voxam
         public static void Range(int value, int least, int most, string name)
         {
             if (value < least || value > most)
-                throw new ArgumentOutOfRangeException(name, value, $"must be from {least} to {most}");
+                throw new ArgumentOutOfRangeException(name, value,
+                    $"must be from {least} to {most}");
         }
 
         public static void Finite(float value, string name)
@@ -1024,8 +1088,8 @@ namespace Voxam
     }
 
     /// <summary>
-    /// The functions of voxam.h. Arrays of these types are pinned during a call and not copied, and the
-    /// library keeps no pointer to them.
+    /// The functions of voxam.h. Arrays of these types are pinned during a call and not copied, and
+    /// the library keeps no pointer to them.
     /// </summary>
     internal static class Native
     {
@@ -1045,7 +1109,8 @@ namespace Voxam
         private const CallingConvention C = CallingConvention.Cdecl;
 
         [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
-        public static extern void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision,
+        public static extern void _InitVoxamApp(int textureWidth, int textureHeight,
+            int subdivision,
                                                 int meshFactor, float volumeFraction,
                                                 int numLoadCases, int restartId);
 
@@ -1056,7 +1121,8 @@ namespace Voxam
                                                   sbyte[] loadCaseIndices, short[] blobData);
 
         [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
-        public static extern double _IterateVoxamApp(int messageLength, [In, Out] byte[] messageBuffer,
+        public static extern double _IterateVoxamApp(
+            int messageLength, [In, Out] byte[] messageBuffer,
                                                      [In, Out] float[] output, ref double change,
                                                      ref RuntimeStat stat, float penalty);
 
@@ -1074,7 +1140,8 @@ namespace Voxam
                                                  float[] supportData, int numberOfLoadCases);
 
         [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
-        public static extern double _SolveVoxamGame(float[] densities, [In, Out] float[] elementValues);
+        public static extern double _SolveVoxamGame(
+            float[] densities, [In, Out] float[] elementValues);
 
         [DllImport(Library, CallingConvention = C, ExactSpelling = true)]
         public static extern void _DestroyVoxamGame();

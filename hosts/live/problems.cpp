@@ -33,15 +33,19 @@ QString adviceOn(const Finding& finding) {
 
 /// What to do about a text of the library.
 QString adviceOn(const QString& text) {
-    if (text == "Change load / support" || text == "Change load/support")
+    if (text == "Change load / support")
         return QObject::tr(
-            "The plate gives way under its loads: see that it is held in both directions and "
-            "against turning, and that no load pulls where material is kept away.");
+            "The equations cannot be solved: the plate is not held, or memory ran out. Hold it in "
+            "x, in y and against turning, or use a smaller grid.");
+    if (text == "Change load/support")
+        return QObject::tr(
+            "The loads push the plate away. Hold it in x, in y and against turning, or use smaller "
+            "forces. If the design is torn, start afresh.");
     if (text == "Load cannot be on top of support")
         return QObject::tr(
-            "The loads do no work: move one away from the supports, add one, or "
-            "take its load case into use.");
-    return QObject::tr("The library could not go on. Choose a smaller grid, or start afresh.");
+            "The loads do no work. Put a force on a node that is not held, in a load case that is "
+            "in use.");
+    return QObject::tr("The library could not go on. Use a smaller grid, or start afresh.");
 }
 
 }  // namespace

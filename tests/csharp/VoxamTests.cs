@@ -65,7 +65,8 @@ public sealed class VoxamTests
             optimiser.Update(new Settings { Loads = Pull, Supports = Wall, Void = Mask(2, 1, 3, 1),
                                             Solid = Mask(9, 0), SecondSolid = Mask(5, 6) });
             Compliances(optimiser, 15);
-            That(optimiser.PictureWidth == 48 && optimiser.PictureHeight == 32, "the picture's size");
+            That(optimiser.PictureWidth == 48 && optimiser.PictureHeight == 32,
+                "the picture's size");
             That(optimiser.Picture.Length == 48 * 32, "the picture's length");
             Func<int, int, float> at = (x, y) => optimiser.Picture[(4 * y + 2) * 48 + 4 * x + 2];
             That(at(2, 1) > 0.98 && at(3, 1) > 0.98, "void");
@@ -83,7 +84,8 @@ public sealed class VoxamTests
             {
                 ["Put a force"] = Problem(s => s.Loads = new[] { new Load(0, 4, 1, 1) }),
                 ["Hold it in x"] = Problem(s => s.Supports = new[] { new Support(0, 0) }),
-                ["scale the forces"] = Problem(s => s.Loads = new[] { new Load(Width, 0, 1e9f, 0) })
+                ["use smaller forces"] = Problem(s => s.Loads = new[] { new Load(Width, 0, 1e9f,
+                    0) })
             })
             {
                 optimiser.Update(problem.Value);
@@ -93,7 +95,8 @@ public sealed class VoxamTests
                 That(optimiser.Picture.SequenceEqual(picture), "the last good picture stays");
             }
             optimiser.Update(Problem());
-            That(optimiser.TryIterate(out Iteration result, out string none) && none == null, "mended");
+            That(optimiser.TryIterate(out Iteration result, out string none) && none == null,
+                "mended");
             That(result.Compliance < 1.5 * before, "the design goes on");
         }
     }
@@ -264,7 +267,8 @@ public sealed class VoxamTests
         }
         Load[] pull = { new Load(3, 1, 0, 1) };
         var game = new Game(3, 2, pull, Clamp(2));
-        Throws<InvalidOperationException>(() => new Game(3, 2, pull, null), "one Game in a process");
+        Throws<InvalidOperationException>(() => new Game(3, 2, pull, null),
+            "one Game in a process");
         game.Dispose();
         Throws<ObjectDisposedException>(() => game.Solve(new float[6]), "Game");
     }
@@ -302,7 +306,8 @@ public sealed class VoxamTests
             double[] together = Enumerable.Range(0, 40).AsParallel().WithDegreeOfParallelism(4)
                 .WithExecutionMode(ParallelExecutionMode.ForceParallelism)
                 .Select(_ => optimiser.Iterate().Compliance).ToArray();
-            That(together.OrderBy(c => c).SequenceEqual(alone.OrderBy(c => c)), "the same iterations");
+            That(together.OrderBy(c => c).SequenceEqual(alone.OrderBy(c => c)),
+                "the same iterations");
         }
     }
 
@@ -325,7 +330,8 @@ public sealed class VoxamTests
         // The same strip of modulus 2 in the second load case, and an element that touches nothing.
         var loads = new[] { new Load(6, 2, 0.5f, 0, 1), new Load(6, 3, 0.5f, 0, 1) };
         var supports = new[] { new Support(0, 2), new Support(0, 3, Directions.X) };
-        double[] strip = Enumerable.Range(0, 24).Select(i => i / 6 == 2 || i == 1 ? 2.0 : 0).ToArray();
+        double[] strip = Enumerable.Range(0, 24).Select(i => i / 6 == 2 || i == 1 ? 2.0
+            : 0).ToArray();
         using (var analysis = new Analysis(6, 4, loads, supports, 2))
         {
             Near(analysis.Solve(strip), 3, 1e-12);
@@ -341,7 +347,8 @@ public sealed class VoxamTests
                 Near(analysis.Displacements[(((5 + 3) * 7) + x) * 2], 0.5 * x, 1e-12);
             That(double.IsNaN(analysis.Displacements[0]), "no displacement without material");
 
-            Throws<ProblemException>(() => analysis.Solve(new double[24]), "no material under the load");
+            Throws<ProblemException>(() => analysis.Solve(new double[24]),
+                "no material under the load");
             double[] wrong = strip.ToArray();
             wrong[3] = double.NaN;
             Throws<ArgumentOutOfRangeException>(() => analysis.Solve(wrong), "moduli[3]");
@@ -358,7 +365,8 @@ public sealed class VoxamTests
         using (Game game = pulled(1, new[] { new Support(0, 0) }))
         {
             That(!game.TrySolve(solid, out _), "not held");
-            Throws<ProblemException>(() => game.Solve(solid), "Hold it in x, in y and against turning");
+            Throws<ProblemException>(() => game.Solve(solid),
+                "Hold it in x, in y and against turning");
         }
         using (Game game = pulled(1e-24f, Clamp(2)))
             Throws<ProblemException>(() => game.Solve(solid), "too small");
@@ -368,10 +376,12 @@ public sealed class VoxamTests
         Throws<ArgumentException>(() => pulled(1, rollers), "none does work");
         using (Game game = pulled(1, Clamp(2)))
         {
-            Throws<ArgumentException>(() => game.Solve(new float[5]), "5 entries, not width * height = 6");
+            Throws<ArgumentException>(() => game.Solve(new float[5]),
+                "5 entries, not width * height = 6");
             Throws<ArgumentNullException>(() => game.Solve(null), "densities");
             foreach (float wrong in new[] { -0.1f, 1.1f, float.NaN })
-                Throws<ArgumentException>(() => game.Solve(new[] { 1, 1, 1, 1, 1, wrong }), "densities[5]");
+                Throws<ArgumentException>(() => game.Solve(new[] { 1, 1, 1, 1, 1, wrong }),
+                    "densities[5]");
             That(game.Solve(solid) > 0, "it goes on");
         }
     }
@@ -392,8 +402,8 @@ public sealed class VoxamTests
 
     public static int Main(string[] names)
     {
-        const BindingFlags all = BindingFlags.Instance | BindingFlags.Public | BindingFlags.NonPublic
-                                 | BindingFlags.DeclaredOnly;
+        const BindingFlags all = BindingFlags.Instance | BindingFlags.Public
+                                 | BindingFlags.NonPublic | BindingFlags.DeclaredOnly;
         Func<double> available = Memory.Available;
         int failures = 0;
         foreach (MethodInfo test in typeof(VoxamTests).GetMethods(all))

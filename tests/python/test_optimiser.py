@@ -65,7 +65,7 @@ def test_texts_say_what_to_do_until_an_update_mends_it(plate):
         (([voxam.Load(0, 4, 1, 1)], supports), "Load cannot be on top of support", "not held"),
         (([], supports), "Load cannot be on top of support", "Put a force"),
         ((loads, supports[:1]), "Change load", "Hold it"),
-        (([voxam.Load(12, 4, 1e9)], supports), "Change load/support", "scale the forces"),
+        (([voxam.Load(12, 4, 1e9)], supports), "Change load/support", "use smaller forces"),
     ]:
         plate.update(*problem)
         for _ in range(2):

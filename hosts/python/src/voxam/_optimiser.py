@@ -18,14 +18,14 @@ _NO_OPTIMISER = "No optimiser"
 _UNSOLVED = "Change load / support"
 _ADVICE = {
     _UNSOLVED:
-        "the equations cannot be solved, most often because the plate is not held. Hold it in x, "
-        "in y and against turning, then update()",
+        "The equations cannot be solved: the plate is not held, or memory ran out. Hold it in x, "
+        "in y and against turning, or use a smaller grid.",
     "Change load/support":
-        "the loads push the plate away. Hold it in x, in y and against turning, and scale the "
-        "forces to about 1, then update(); if the design was torn, restart() as well",
+        "The loads push the plate away. Hold it in x, in y and against turning, or use smaller "
+        "forces. If the design is torn, start afresh.",
     "Load cannot be on top of support":
-        "the loads do no work, or next to none. Put a force of about 1, in a load case in use, on "
-        "a node that is not held, then update()",
+        "The loads do no work. Put a force on a node that is not held, in a load case that is in "
+        "use.",
 }
 
 
