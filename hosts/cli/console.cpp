@@ -21,11 +21,11 @@ constexpr std::size_t ROW_INDENT = 21;
 
 int realOutput = -1;  // standard output before it was silenced
 
-/// The text on one line, or on a terminal in lines that fit it.
-void put(const std::string& text, std::FILE* file, int stream, std::size_t indent) {
+/// The text in lines of at most `width`, or on one line.
+void put(const std::string& text, std::FILE* file, std::optional<std::size_t> width,
+         std::size_t indent) {
     std::string lines = onOneLine(text);
-    if (const auto width = terminalWidth(stream))
-        lines = wrapped(lines, std::min(*width, COMFORTABLE_WIDTH), indent);
+    if (width) lines = wrapped(lines, std::min(*width, COMFORTABLE_WIDTH), indent);
     std::fprintf(file, "%s\n", lines.c_str());
 }
 
@@ -64,7 +64,8 @@ std::optional<std::size_t> terminalWidth(int stream) {
 void complain(const std::string& text) {
     std::fflush(stdout);  // so that both stay in order where they end up in one place
     const std::string prefix = "voxam: ";
-    put(prefix + shortened(text, LONGEST_COMPLAINT), stderr, STDERR_FILENO, prefix.size());
+    put(prefix + shortened(text, LONGEST_COMPLAINT), stderr, terminalWidth(STDERR_FILENO),
+        prefix.size());
 }
 
 void complain(const std::exception& error) {
@@ -73,8 +74,8 @@ void complain(const std::exception& error) {
 }
 
 void printRow(const char* what, const std::string& text) {
-    put(formatted("  %-*s", static_cast<int>(ROW_INDENT) - 2, what) + text, stdout, STDOUT_FILENO,
-        ROW_INDENT);
+    put(formatted("  %-*s", static_cast<int>(ROW_INDENT) - 2, what) + text, stdout,
+        terminalWidth(STDOUT_FILENO).value_or(COMFORTABLE_WIDTH), ROW_INDENT);
 }
 
 void flushStandardOutput() {

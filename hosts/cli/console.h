@@ -29,8 +29,8 @@ void complain(const std::string& text);
 /// The same for an error.
 void complain(const std::exception& error);
 
-/// Prints a row of a summary, a word or two and a text behind them, on one line; on a terminal in
-/// lines that fit.
+/// Prints a row of a summary, a word or two and a text behind them, in lines of at most 80 columns
+/// that fit the terminal if there is one.
 void printRow(const char* what, const std::string& text);
 
 /// Sends what was printed on its way. Throws InputError when standard output did not take all.
