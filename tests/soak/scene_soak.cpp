@@ -1,8 +1,13 @@
-// Random scenes for the reader that the hosts share, for as long as one likes.
+// Random scenes for the reader that the hosts share, and random designs for their exporters, for as
+// long as one likes.
 
+#include <cstdint>
 #include <exception>
+#include <string>
+#include <vector>
 
 #include "driver.h"
+#include "export_check.h"
 #include "random_scene.h"
 #include "scene_check.h"
 
@@ -19,6 +24,9 @@ uint64_t readSome(uint64_t seed) {
             throw soak::Fault(std::string(error.what()) + "\nThe scene is\n" + text);
         }
     }
+    std::vector<std::uint8_t> design(static_cast<std::size_t>(dice.upTo(400)));
+    for (std::uint8_t& byte : design) byte = static_cast<std::uint8_t>(dice.bits());
+    soak::checkExports(design);
     return scenes;
 }
 
@@ -28,6 +36,8 @@ int main(int argc, char** argv) {
     CLI::App app(
         "Reads random scenes, good ones and bad ones. A good one is written, read back and run "
         "for\n"
-        "a few iterations; a bad one has to be refused with an error.");
+        "a few iterations; a bad one has to be refused with an error. After each 20 scenes a "
+        "random\n"
+        "design is exported.");
     return soak::drive(app, argc, argv, "scenes", readSome);
 }
