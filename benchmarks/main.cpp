@@ -1,5 +1,5 @@
-// Runs the benchmarks. Takes --quick, and the options of Google Benchmark that start with
-// --benchmark_; its JSON is what --benchmark_out=FILE writes.
+// Runs the benchmarks. Takes --quick, --once for one repetition of each, and the options of Google
+// Benchmark that start with --benchmark_; its JSON is what --benchmark_out=FILE writes.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -19,9 +19,11 @@ extern "C" char* openblas_get_corename();
 
 namespace {
 
-// Removes --quick from the arguments and says whether it was there.
-bool takeQuick(int& argc, char** argv) {
-    char** const end = std::remove(argv + 1, argv + argc, std::string_view("--quick"));
+constexpr int REPETITIONS = 3;
+
+// Removes a flag from the arguments and says whether it was there.
+bool take(std::string_view flag, int& argc, char** argv) {
+    char** const end = std::remove(argv + 1, argv + argc, flag);
     const bool found = end != argv + argc;
     argc = static_cast<int>(end - argv);
     return found;
@@ -50,7 +52,8 @@ void printKernels() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    Suite suite(takeQuick(argc, argv));
+    const bool quick = take("--quick", argc, argv);
+    Suite suite(quick, quick || take("--once", argc, argv) ? 1 : REPETITIONS);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     addAppBenchmarks(suite);

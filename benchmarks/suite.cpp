@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr int REPETITIONS = 3;
 constexpr int MOST_ELEMENTS_WHEN_QUICK = 16000;
 
 void run(benchmark::State& state, const std::function<Sampler()>& prepare) {
@@ -44,7 +43,7 @@ void Suite::add(const std::string& variant, const Plate& plate, double iteration
                              plate.grid() + "/" + plate.refinement();
     benchmark::RegisterBenchmark(name.c_str(), [prepare](auto& state) { run(state, prepare); })
         ->Iterations(sampleCount(plate, iterationsPerSample))
-        ->Repetitions(quick ? 1 : REPETITIONS)
+        ->Repetitions(repetitions)
         ->DisplayAggregatesOnly()
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);

@@ -45,7 +45,7 @@ double median(std::vector<double> values);
 class Suite {
 public:
     /// A quick suite leaves out the large plates and takes few samples.
-    explicit Suite(bool quick) : quick(quick) {}
+    Suite(bool quick, int repetitions) : quick(quick), repetitions(repetitions) {}
 
     /// Begins a section. `columns` names the values that its table shows.
     void beginSection(const std::string& group, const std::string& title,
@@ -65,6 +65,7 @@ private:
     int sampleCount(const Plate& plate, double iterationsPerSample) const;
 
     bool quick;
+    int repetitions;
     std::vector<Section> sections;
 };
 
