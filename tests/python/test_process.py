@@ -1,5 +1,6 @@
 """What takes a process of its own: finding the library, want of memory, forks, the program."""
 
+import json
 import os
 import pathlib
 import re
@@ -221,6 +222,35 @@ def test_designs_go_between_the_package_and_the_program(tmp_path):
     file.write_text("1,0,1\n1,0,1")
     with pytest.raises(ValueError, match="design.csv: 3 x 2 densities do not fit"):
         voxam.designs.read_design(file, 2, 2)
+
+
+@pytest.mark.parametrize("name", ["arch", "bridge", "hole", "minimal"])
+def test_scored_scenes_have_the_scores_of_the_program(name):
+    file = SCENES / f"{name}.json"
+    scene = voxam.scenes.read_scored(file)
+    with voxam.Analysis(scene.width, scene.height, scene.loads, scene.supports,
+                        load_cases=scene.load_cases) as analysis:
+        response = analysis.solve(scene.densities)
+    done = subprocess.run([os.environ["VOXAM_PROGRAM"], "score", "--json", str(file)],
+                          check=True, capture_output=True)
+    assert sum(response.compliances[scene.load_cases_in_use]) == pytest.approx(
+        json.loads(done.stdout)["compliance"], rel=1e-12)
+
+
+def test_wrong_densities_name_their_place(tmp_path):
+    scene = json.loads((SCENES / "minimal.json").read_text())
+    file = tmp_path / "scene.json"
+    (tmp_path / "x.png").write_bytes(b"no picture")
+    for densities, complaint in [(2, "densities: 2 is outside 0..1"),
+                                 (["#"], "densities: 1 x 1 densities for 12 x 6 elements"),
+                                 (["#", "##"], "densities: rows of one length"),
+                                 ([[1, "a"]], r"densities\[0\]\[1\]: a number is needed"),
+                                 (["#x"], r"densities\[0\]: characters"),
+                                 ({"png": "x.png"}, "densities: .*x.png: is no PNG file"),
+                                 ({"svg": "x"}, 'densities: unknown key "svg"')]:
+        file.write_text(json.dumps({**scene, "densities": densities}))
+        with pytest.raises(voxam.scenes.SceneError, match=f"scene.json: {complaint}"):
+            voxam.scenes.read_scored(file)
 
 
 def test_the_host_of_the_documentation_runs():

@@ -1,5 +1,6 @@
-"""Designs in CSV files, as ``voxam optimise --design OUT.csv`` writes and ``voxam score --design``
-reads them: a line of densities, 0 void and 1 solid, for each row of cells."""
+"""Designs in CSV and PNG files, as ``voxam optimise --design OUT`` writes and ``voxam score
+--design`` reads them: a line of densities, 0 void and 1 solid, for each row of cells, or a grey
+pixel for each cell, black solid. Pictures are read by matplotlib."""
 
 from __future__ import annotations
 
@@ -27,10 +28,9 @@ def read_design(file: Union[str, "pathlib.Path"], width: int,
     """Reads the densities [y, x] of a design for a plate of width x height elements. Its size is
     the plate's, times the same whole number in both directions. Raises ValueError, which names
     the file, when something is wrong with it; OSError when it cannot be read."""
-    text = pathlib.Path(file).read_text("utf-8-sig")
+    path = pathlib.Path(file)
     try:
-        lines = text.replace(";", ",").splitlines()
-        array = np.loadtxt(lines, np.float32, delimiter=",", ndmin=2, comments=None)
+        array = _read_png(path) if path.suffix.lower() == ".png" else _read_csv(path)
         _check_range(array, "densities")
     except ValueError as error:
         raise ValueError(f"{file}: {error}") from None
@@ -41,6 +41,25 @@ def read_design(file: Union[str, "pathlib.Path"], width: int,
         raise ValueError(f"{file}: {columns} x {rows} densities do not fit a plate of {width} x "
                          f"{height} elements, or a whole multiple of it")
     return array
+
+
+def _read_csv(path: pathlib.Path) -> npt.NDArray[np.float32]:
+    lines = path.read_text("utf-8-sig").replace(";", ",").splitlines()
+    return np.loadtxt(lines, np.float32, delimiter=",", ndmin=2, comments=None)
+
+
+def _read_png(path: pathlib.Path) -> npt.NDArray[np.float32]:
+    from matplotlib.image import imread
+    with path.open("rb") as stream:
+        try:
+            pixels = np.asarray(imread(stream, "png"), np.float32)
+        except (OSError, SyntaxError) as error:
+            raise ValueError(f"is no PNG file: {error}") from None
+    if pixels.ndim == 3 and np.all(pixels == pixels[:, :, :1]):
+        pixels = pixels[:, :, 0]
+    if pixels.ndim != 2:
+        raise ValueError("is not grey: save it as a grey picture without transparency")
+    return 1 - pixels
 
 
 def _check_range(array: npt.NDArray[np.float32], name: str) -> None:

@@ -2,7 +2,7 @@
 
 Read are all keys that an optimisation needs: grid, loads, supports, loadCases, loadCasesInUse,
 volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
-Not read are densities, which are for a score, description and $schema. Read and checked, but not
+Densities, which are for a score, are read by `read_scored`. Not read are description and $schema. Read and checked, but not
 used, are symmetry and elementSize, which concern files that the program writes. Forces reach the library in
 the unit of the largest one, and compliances come back in that of the scene, as in the program; of
 the checks that the program makes before a run and after it, only those of the package are made
@@ -24,6 +24,7 @@ import numpy.typing as npt
 from ._library import ProblemError
 from ._optimiser import Iteration, Optimiser
 from ._plate import Load, Support
+from .designs import read_design
 
 _SETTINGS = ("loads", "supports", "volumeFraction", "penalty", "passive", "blob", "loadCasesInUse")
 _SCENE_KEYS = ("$schema", "title", "description", "grid", "symmetry", "elementSize", "loadCases",
@@ -57,6 +58,20 @@ class Change:
     iteration: int
     settings: Dict[str, Any]
     restart: Optional[Dict[str, Any]]  #: arguments of Optimiser.restart
+
+
+@dataclass(frozen=True)
+class ScoredScene:
+    """A plate, what acts on it, and a design of it; the arguments of Analysis and Game."""
+
+    title: str
+    width: int
+    height: int
+    load_cases: int
+    load_cases_in_use: List[int]  #: those that count in the score of ``voxam score``
+    loads: List[Load]
+    supports: List[Support]
+    densities: npt.NDArray[np.float32]  #: [y, x], 0 void and 1 solid
 
 
 @dataclass(frozen=True)
@@ -162,6 +177,13 @@ def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
     """Reads a scene to optimise. Raises SceneError, or OSError when the file cannot be read."""
     path = pathlib.Path(file)
     return scene_of(read_document(path), str(path), path.stem)
+
+
+def read_scored(file: Union[str, "pathlib.Path"]) -> ScoredScene:
+    """Reads a scene with the densities of a design, as ``voxam score`` does. Raises SceneError, also
+    for a design that is finer than the grid, or OSError when a file cannot be read."""
+    path = pathlib.Path(file)
+    return _Reader(_Value(read_document(path), str(path), "")).scored(path.stem, path.parent)
 
 
 def read_document(file: Union[str, "pathlib.Path"]) -> Any:
@@ -320,6 +342,45 @@ class _Reader:
             title.text() if title else name, self._width, self._height, self._load_cases,
             iterations, settings=settings, timeline=tuple(changes),
             largest_force=self._largest_force, **self._refinement(root))
+
+    def scored(self, name: str, folder: pathlib.Path) -> ScoredScene:
+        root = self._root
+        title, used = root.find("title"), root.find("loadCasesInUse")
+        return ScoredScene(
+            title.text() if title else name, self._width, self._height, self._load_cases,
+            self._cases(used) if used else list(range(self._load_cases)),
+            self._loads(root.at("loads")), self._supports(root.at("supports")),
+            self._densities(root.at("densities"), folder))
+
+    def _densities(self, value: _Value, folder: pathlib.Path) -> npt.NDArray[np.float32]:
+        if isinstance(value.raw, dict):
+            value.allow_only(("png", "csv"))
+            if len(value.raw) != 1:
+                raise value.fail('either "png" or "csv" is needed')
+            (key,) = value.raw
+            try:
+                array = read_design(folder / value.at(key).text(), self._width, self._height)
+            except ValueError as error:
+                raise value.fail(str(error)) from None
+        elif isinstance(value.raw, list):
+            rows = [self._density_row(row) for row in value.elements()]
+            if len({len(row) for row in rows}) != 1:
+                raise value.fail("rows of one length are needed")
+            array = np.array(rows, np.float32)
+        else:
+            array = np.full((self._height, self._width), value.number(0, 1), np.float32)
+        if array.shape != (self._height, self._width):
+            raise value.fail(f"{array.shape[1]} x {array.shape[0]} densities for {self._width} x "
+                             f'{self._height} elements; finer designs are for "voxam score"')
+        return array
+
+    @staticmethod
+    def _density_row(row: _Value) -> List[float]:
+        if not isinstance(row.raw, str):
+            return [density.number(0, 1) for density in row.elements()]
+        if set(row.raw) - set("#.0123456789"):
+            raise row.fail('characters "#", "." and digits are needed')
+        return [1.0 if c == "#" else 0.0 if c == "." else int(c) / 10 for c in row.raw]
 
     @staticmethod
     def _count(value: _Value, key: str, most: int, default: int) -> int:
