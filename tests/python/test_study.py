@@ -1,4 +1,4 @@
-"""Studies: what is run, where, and what is left of it after every kind of interruption."""
+"""Studies: what is run, where, and what remains after every kind of interruption."""
 
 import json
 import os
@@ -84,7 +84,7 @@ def test_ranges_of_values(given, values, tmp_path):
     ({"list": [{"penalty": 2}, {"grid.width.x": 3}]}, "grid.width.x: grid.width is no object"),
     ({"combine": {"loads[].x": [1]}}, '"loads[].x" is no path'),
     ({"combine": {"penalty": []}}, '"penalty" has no values'),
-    ({"combine": {"penalty": {"from": 1, "to": 3}}}, "combine.penalty: either count or step"),
+    ({"combine": {"penalty": {"from": 1, "to": 3}}}, "combine.penalty: add count or step"),
     ({"combine": {"penalty": {"from": 1, "to": 3, "step": -1}}}, "-1 does not lead from 1 to 3"),
     ({"combine": {"penalty": [2]}, "list": [{"penalty": 3}]}, '"penalty" is in two of'),
     ({"combine": {"refine": [1.5]}}, "refine: 1.5 is not a whole number"),
@@ -100,6 +100,24 @@ def test_wrong_studies_are_refused_before_a_run(members, complaint, tmp_path, ca
     said = capsys.readouterr().err
     assert complaint in said and said.startswith("voxam: ") and said.count("\n") == 1
     assert [entry.name for entry in tmp_path.iterdir()] == ["wrong.json"]
+
+
+def test_the_schema_accepts_the_examples_and_what_the_reader_does():
+    jsonschema = pytest.importorskip("jsonschema")
+    folder = PACKAGE / "examples" / "studies"
+    validator = jsonschema.Draft202012Validator(
+        json.loads((folder / "study.schema.json").read_text()))
+    documents = [json.loads(file.read_text()) for file in folder.glob("*.json")
+                 if "schema" not in file.name]
+    documents.append({"scene": SCENE, "list": [{"loads[0].x": 3}], "keep": [], "draw": {
+        "count": 2, "keys": {"penalty": {"choose": [1]}, "iterations": {
+            "from": 1, "to": 3, "whole": True}}}})
+    for document in documents:
+        validator.validate(document)
+    for wrong in ({"combin": {}}, {}, {"combine": {"penalty": []}},
+                  {"combine": {"loads[].x": [1]}}, {"draw": {"count": 0, "keys": {}}},
+                  {"combine": {"penalty": {"from": 1, "to": 3}}}):
+        assert not validator.is_valid({"scene": SCENE, **wrong}), wrong
 
 
 def test_a_refined_scene_has_everything_where_it_was():
@@ -153,6 +171,22 @@ def test_the_frame_and_the_tables_agree(tmp_path):
     assert index["made_with"][0]["voxam"] == voxam.__version__
     assert study.Study(**{("entries" if key == "list" else key): value
                           for key, value in index["study"].items()}).scene == SCENE
+
+
+def test_values_of_numpy_and_values_that_no_scene_has(tmp_path):
+    results = study.run(study.Study(SCENE, combine={"refine": [1, 1.5], "iterations": range(2, 4)},
+                                    draw=study.Draw({"penalty": {"choose": np.arange(2.0, 4)}}, 1)),
+                        tmp_path / "a", processes=1, progress=False)
+    assert [(row["refine"], row["status"]) for row in results.rows()] == [
+        (1, "done"), (1, "done"), (1.5, "failed"), (1.5, "failed")]
+    assert "1.5 is not a whole number" in results.rows()[2]["reason"]
+    pairs = [({"x": np.int64(3)}, {**SCENE, "iterations": np.int64(2)}),
+             ({"x": np.float32(0.5)}, {**SCENE, "penalty": float("nan")})]
+    rows = study.run(iter(pairs), tmp_path / "b", processes=1, progress=False).rows()
+    assert [(row["x"], row["status"]) for row in rows] == [(3, "done"), (0.5, "failed")]
+    for wrong in {"combine": {"penalty": 3}}, {"draw": {"penalty": 1}}, {"keep": "design"}:
+        with pytest.raises(study.StudyError):
+            study.Study(SCENE, **wrong)
 
 
 def test_what_fails_is_a_row(tmp_path):
@@ -234,8 +268,8 @@ def test_a_killed_command_goes_on_where_it_was(tmp_path):
     assert 10 <= len(present) < 40 and (tmp_path / "a.results" / "report.html").exists()
     times = {path: path.stat().st_mtime_ns for path in present}
     done = command("study", file)
-    assert done.returncode == 0 and "40 runs in" in done.stdout and "[" not in done.stderr
-    assert f"{len(present)} runs were there already\n" in done.stderr
+    assert done.returncode == 0 and "40 of 40 done" in done.stdout and "[" not in done.stderr
+    assert f"{40 - len(present)} runs made in" in done.stdout
     index = json.loads((tmp_path / "a.results" / "index.json").read_text())
     assert index["planned"] == index["made"] == 40
     assert all(path.stat().st_mtime_ns == time for path, time in times.items())
@@ -269,7 +303,8 @@ def test_the_command_tells_what_it_will_and_did_do(tmp_path):
     done = command("study", file, "--dry-run")
     assert done.stdout == "1: loads[0].x = 6\n2: loads[0].x = 12\n3: loads[0].x = 13\n3 runs\n"
     done = command("study", file, "--pictures")
-    assert done.returncode == 1 and "3 runs in" in done.stdout and ", 1 failed" in done.stdout
+    assert done.returncode == 1 and "3 runs made in" in done.stdout
+    assert "3 of 3 done, 1 failed" in done.stdout
     assert "  run 3: scene: loads[0].x: 13 is outside 0..12" in done.stdout
     pictures = sorted((tmp_path / "a.results" / "pictures").iterdir())
     assert [path.name for path in pictures] == ["00001.png", "00002.png"]
@@ -362,6 +397,9 @@ def test_a_data_set_is_what_it_says(tmp_path):
     assert {name: path.read_bytes() for name, path in files.items()} == {
         name: path.read_bytes() for name, path in same.items()}
     assert files["densities.npy"].read_bytes() != other["densities.npy"].read_bytes()
+    with pytest.raises(study.StudyError, match="another data set .*seed 1.*: choose"):
+        make(tmp_path / "a", 2, 1)
+    assert all(len(line) <= 80 for line in files["README.md"].read_text().splitlines())
     fields = json.loads(files["dataset.json"].read_text())["fields"]
     arrays = {name: np.load(files[field["file"]]) for name, field in fields.items()}
     for name, field in fields.items():

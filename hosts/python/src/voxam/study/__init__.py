@@ -10,7 +10,7 @@ report.
 
 The runs are made by processes of this machine, one for each core; with
 ``run(study, folder, client=dask.distributed.Client(address))`` by the workers of a Dask cluster.
-The same call goes on after an interruption.
+The same call continues after an interruption.
 
 ``python -m voxam study STUDY.json`` does the same for a study file, and ``python -m voxam dataset``
 makes a data set for learning. docs/studies.md describes all three.

@@ -7,6 +7,7 @@ import contextlib
 import pathlib
 import signal
 import sys
+import textwrap
 import time
 from typing import Any, Callable, Iterator, List, Optional
 
@@ -15,7 +16,7 @@ from ._dataset import DatasetOptions, make_dataset
 from ._engines import Stop
 from ._folder import Results
 from ._plan import Study, StudyError, read_study
-from ._progress import shown_time
+from ._progress import counted, shown_time
 from ._study import run
 
 _EXIT_FAILED_RUNS = 1
@@ -28,7 +29,7 @@ def study_main(arguments: Optional[List[str]] = None) -> int:
     parser = _parser(
         "study", "Runs a study: many runs of a scene in which some values vary.",
         "The folder gets results.csv, report.html, index.json and a file for each run. The same "
-        "command goes on where an earlier one ended. Exit status: 0 when all runs are made, 1 when "
+        "command continues after an interruption. Exit status: 0 when all runs are made, 1 when "
         "some of them failed, 2 after an error, 130 or 143 when a signal ended the study. "
         "docs/studies.md describes study files.")
     parser.add_argument("study", metavar="STUDY.json", help="study file")
@@ -47,9 +48,9 @@ def dataset_main(arguments: Optional[List[str]] = None) -> int:
     parser = _parser(
         "dataset", "Makes a data set for learning: optimised designs for random supports, loads "
         "and volumes, with their displacements, as NumPy arrays.",
-        "FOLDER/README.md describes every array. The same command goes on where an earlier one "
-        "ended. Exit status: 0 when the data set is made, 2 after an error, 130 or 143 when a "
-        "signal ended the command.")
+        "FOLDER/README.md describes every array. The same command continues after an "
+        "interruption. Exit status: 0 when the data set is made, 2 after an error, 130 or 143 when "
+        "a signal ended the command.")
     parser.add_argument("folder", metavar="FOLDER", help="folder of the data set")
     parser.add_argument("--designs", type=int, metavar="N", default=1000,
                         help="how many designs; 1000 if left out")
@@ -66,7 +67,10 @@ def dataset_main(arguments: Optional[List[str]] = None) -> int:
 
 
 def _parser(name: str, description: str, epilog: str) -> argparse.ArgumentParser:
-    parser = argparse.ArgumentParser(prog=f"python -m voxam {name}", description=description,
+    program = pathlib.Path(sys.argv[0]).name
+    if not program.startswith("voxam-"):
+        program = f"python -m voxam {name}"
+    parser = argparse.ArgumentParser(prog=program, description=description,
                                      epilog=epilog, allow_abbrev=False)
     parser.add_argument("--processes", type=int, metavar="N",
                         help="processes of this machine that make runs; one for each core if left "
@@ -79,7 +83,7 @@ def _parser(name: str, description: str, epilog: str) -> argparse.ArgumentParser
 
 
 class _Signals:
-    """The first SIGINT or SIGTERM lets the runs at hand end; the second ends at once."""
+    """The first SIGINT or SIGTERM lets the runs in progress end; the second ends at once."""
 
     def __init__(self) -> None:
         self.received: Optional[int] = None
@@ -91,7 +95,7 @@ class _Signals:
         if self.received is not None:
             raise KeyboardInterrupt
         self.received = number
-        print("\nending after the runs at hand; press Ctrl-C again to end at once",
+        print("\nending after the runs in progress; press Ctrl-C again to end at once",
               file=sys.stderr)
 
     @contextlib.contextmanager
@@ -114,6 +118,7 @@ def _guarded(options: argparse.Namespace, action: Callable[[_Signals], int]) -> 
             status = action(signals)
             return 128 + signals.received if signals.received is not None else status
     except KeyboardInterrupt:
+        _complain("interrupted. Results so far are kept: run the same command again to continue")
         return 128 + (signals.received or signal.SIGINT)
     except OSError as error:
         place = f"{error.filename}: " if error.filename else ""
@@ -169,17 +174,17 @@ def _run_study(options: argparse.Namespace, stop: Stop) -> int:
                 results.save_picture(row["run"], folder / "pictures" / f"{row['run']:05}.png")
     failed = [row for row in rows if row["status"] == "failed"]
     if not options.quiet:
-        _sum_up(study, folder, rows, failed, time.monotonic() - started)
+        _sum_up(study, folder, rows, failed, results.new, time.monotonic() - started)
     return _EXIT_FAILED_RUNS if failed else 0
 
 
-def _sum_up(study: Study, folder: pathlib.Path, rows: List[Any], failed: List[Any],
+def _sum_up(study: Study, folder: pathlib.Path, rows: List[Any], failed: List[Any], new: int,
             seconds: float) -> None:
-    made = f"{len(rows)} of {len(study)} runs" if len(rows) < len(study) else f"{len(rows)} runs"
-    print(f"{made} in {shown_time(seconds)}"
+    print(f"{counted(new, 'run')} made in {shown_time(seconds)}; {len(rows)} of {len(study)} done"
           + (f", {len(failed)} failed" if failed else ""))
     for row in failed[:3]:
-        print(f"  run {row['run']}: {row['reason']}")
+        print(textwrap.fill(f"run {row['run']}: {row['reason']}", 80, initial_indent="  ",
+                            subsequent_indent="    "))
     if len(failed) > 3:
         print(f"  and {len(failed) - 3} more: see the column reason")
     if len(rows) < len(study):
@@ -195,7 +200,7 @@ def _show(study: Study) -> int:
             break
         values = ", ".join(f"{path} = {value}" for path, value in entry.parameters.items())
         print(f"{number}: {values}")
-    print(f"{len(study)} runs")
+    print(counted(len(study), "run"))
     return 0
 
 
@@ -210,6 +215,6 @@ def _make_dataset(options: argparse.Namespace, stop: Stop) -> int:
         folder = make_dataset(options.folder, wanted, client=client, processes=options.processes,
                               progress=not options.quiet, stop=stop)
     if folder is not None and not options.quiet:
-        print(f"{options.designs} designs in {shown_time(time.monotonic() - started)}")
+        print(f"{counted(options.designs, 'design')} in {shown_time(time.monotonic() - started)}")
         print(folder / "README.md")
     return 0

@@ -2,11 +2,14 @@
 
 from __future__ import annotations
 
+import contextlib
 import json
 import math
 import os
 import pathlib
 import random
+import sys
+import textwrap
 from typing import Any, Dict, Iterator, List, Mapping, NamedTuple, Optional, Tuple
 
 import numpy as np
@@ -16,6 +19,7 @@ from .. import __version__, scenes
 from ._engines import Stop
 from ._folder import AnyPath, Results, write_whole
 from ._plan import StudyError
+from ._progress import counted
 from ._study import run
 
 _VOLUMES = (0.2, 0.6)
@@ -26,6 +30,7 @@ _SHORTEST_SUPPORT = 0.25  # of an edge
 _FOOT = 0.1  # of an edge
 _LEAST_SIDE = 4
 _MOST_COMPLIANT = 2.0  # as drawn, of what it was while optimising: beyond, a member is torn
+_INDEX, _README = "dataset.json", "README.md"
 _CANDIDATES = 4  # per design that is wanted, before it is given up
 
 
@@ -62,7 +67,7 @@ _FIELDS = {
                     "output: the design in black and white, 1 is solid, with the volume kept"),
     "displacements": _Field("design, cell node y, cell node x, direction", "float32",
                             "output: displacement of each node of the design in black and white, "
-                            "not a number where there is no material"),
+                            "NaN where there is no material"),
     "compliances": _Field("design", "float64",
                           "output: compliance of the design in black and white, the sum of force "
                           "times displacement; smaller is stiffer"),
@@ -80,12 +85,14 @@ def make_dataset(folder: AnyPath, options: DatasetOptions, *, client: Any = None
     The boundary conditions follow from the seed alone. A plate whose design is not sound in black
     and white, such as one with loose parts, is replaced by the next. The folder gets an array for
     each field, README.md and dataset.json with their description, scenes.jsonl with the scenes, and
-    study/ with the runs, from which the same call goes on after an interruption.
+    study/ with the runs, from which the same call continues after an
+    interruption. A folder with another data set is refused.
 
     Returns the folder, or None when stop() has become true before the end.
     """
     _check(options)
     folder = pathlib.Path(folder)
+    _require_no_other(folder, options)
     candidates = options.designs
     while True:
         pairs = [_pair(options, i) for i in range(candidates)]
@@ -97,7 +104,10 @@ def make_dataset(folder: AnyPath, options: DatasetOptions, *, client: Any = None
         good = [row for row in results.rows() if _is_sound(row)]
         if len(good) >= options.designs:
             break
-        candidates += options.designs - len(good)
+        missing = options.designs - len(good)
+        if progress:
+            print(f"{counted(missing, 'design')} not sound: as many plates more", file=sys.stderr)
+        candidates += missing
         if candidates > _CANDIDATES * options.designs + _CANDIDATES:
             raise StudyError(f"only {len(good)} of {candidates} random plates have a sound "
                              "design: take a finer grid or more iterations")
@@ -120,11 +130,21 @@ def _is_sound(row: Mapping[str, Any]) -> bool:
 
 def _check(options: DatasetOptions) -> None:
     if options.designs < 1:
-        raise StudyError(f"designs: {options.designs} is not above 0")
+        raise StudyError(f"designs: {options.designs} is too few: at least 1 is needed")
     if min(options.width, options.height) < _LEAST_SIDE:
         raise StudyError(f"grid: {options.width}x{options.height} is too small: take at least "
                          f"{_LEAST_SIDE}x{_LEAST_SIDE} elements")
     scenes.scene_of(random_scene(options, 0), "data set")
+
+
+def _require_no_other(folder: pathlib.Path, options: DatasetOptions) -> None:
+    try:
+        made = json.loads((folder / _INDEX).read_text("utf-8"))["options"]
+    except (OSError, ValueError, KeyError):
+        return
+    if made != options._asdict():
+        other = ", ".join(f"{name} {value}" for name, value in made.items())
+        raise StudyError(f"{folder} contains another data set ({other}): choose another folder")
 
 
 def random_scene(options: DatasetOptions, index: int) -> Dict[str, Any]:
@@ -217,14 +237,17 @@ def _write(folder: pathlib.Path, options: DatasetOptions, results: Results,
     described = {name: {"file": f"{name}.npy", "axes": field.axes, "meaning": field.meaning,
                         "dtype": field.dtype, "shape": list(arrays[name].shape)}
                  for name, field in _FIELDS.items()}
+    for name in (_INDEX, _README):  # written last: they never describe arrays of two versions
+        with contextlib.suppress(FileNotFoundError):
+            (folder / name).unlink()
     for name in list(arrays):
         arrays.pop(name).flush()
         os.replace(folder / f".{name}.npy", folder / f"{name}.npy")
     write_whole(folder / "scenes.jsonl", ("\n".join(lines) + "\n").encode("utf-8"))
     index = {"voxam": __version__, "options": options._asdict(), "units": _UNITS.replace("\n", " "),
              "fields": described}
-    write_whole(folder / "dataset.json", (json.dumps(index, indent=1) + "\n").encode("utf-8"))
-    write_whole(folder / "README.md", _readme(options, described).encode("utf-8"))
+    write_whole(folder / _INDEX, (json.dumps(index, indent=1) + "\n").encode("utf-8"))
+    write_whole(folder / _README, _readme(options, described).encode("utf-8"))
 
 
 def _fields(options: DatasetOptions, results: Results, row: Mapping[str, Any]
@@ -247,14 +270,15 @@ def _fields(options: DatasetOptions, results: Results, row: Mapping[str, Any]
 
 
 def _readme(options: DatasetOptions, described: Mapping[str, Mapping[str, Any]]) -> str:
-    lines = list(_table(described))
+    lines = list(_list(described))
     cells = "A cell is an element." if options.subdivision == 1 else (
-        f"An element has {options.subdivision} x {options.subdivision} cells; cell nodes are their "
-        "corners.")
+        f"An element has {options.subdivision} x {options.subdivision} cells; cell nodes are "
+        "their corners.")
     return f"""# {options.designs} optimised plates
 
-Two-dimensional plates of {options.width} x {options.height} square elements with random supports,
-loads and volume, and the stiffest design that Voxam {__version__} found for each. Made with:
+Two-dimensional plates of {options.width} x {options.height} square elements
+with random supports, loads and volume, and the stiffest design that
+Voxam {__version__} found for each. Made with:
 
     python -m voxam dataset FOLDER --designs {options.designs} --seed {options.seed} \\
         --grid {options.width}x{options.height} --subdivision {options.subdivision} \\
@@ -263,7 +287,7 @@ loads and volume, and the stiffest design that Voxam {__version__} found for eac
 x counts from the left and y from the top. Nodes are the corners of elements.
 {cells}
 
-Units: {_UNITS}
+{textwrap.fill("Units: " + _UNITS, 80)}
 
 ```python
 import numpy
@@ -272,16 +296,17 @@ densities = numpy.load("densities.npy", mmap_mode="r")
 
 {chr(10).join(lines)}
 
-`scenes.jsonl` contains the scene of each design, one in a line. `dataset.json` contains this
-table for programs. The same command makes the same arrays with the same version of Voxam on the
-same kind of processor. `study/` contains the runs; without it the data set is still complete.
+`scenes.jsonl` contains the scene of each design, one in a line. `dataset.json`
+contains this list for programs. The same command makes the same arrays with the
+same version of Voxam on the same kind of processor. `study/` contains the runs;
+without it the data set is still complete.
 """
 
 
-def _table(described: Mapping[str, Mapping[str, Any]]) -> Iterator[str]:
-    yield "| File | Shape | Type | Axes | Meaning |"
-    yield "|---|---|---|---|---|"
+def _list(described: Mapping[str, Mapping[str, Any]]) -> Iterator[str]:
     for field in described.values():
         shape = " x ".join(map(str, field["shape"]))
-        yield (f"| `{field['file']}` | {shape} | {field['dtype']} | {field['axes']} | "
-               f"{field['meaning']} |")
+        text = (f"`{field['file']}`, {shape}, {field['dtype']} ({field['axes']}): "
+                f"{field['meaning']}")
+        yield textwrap.fill(text, 80, initial_indent="- ", subsequent_indent="  ",
+                            break_on_hyphens=False)

@@ -12,18 +12,20 @@ import multiprocessing.connection
 import os
 import signal
 import threading
+import time
 from concurrent.futures import FIRST_COMPLETED, Future, ProcessPoolExecutor, wait
 from concurrent.futures.process import BrokenProcessPool
 from typing import Any, Callable, Deque, Dict, Iterator, List, Optional, Tuple
 
 from .._library import VoxamError
 from ._plan import StudyError
-from ._work import Outcome, Task, failure, pack, work
+from ._work import Outcome, Task, failure, refused, work
 
 Stop = Callable[[], bool]
 
-_AHEAD = 2  # tasks per worker: one at hand, one that waits
+_AHEAD = 2  # tasks per worker: one in progress, one that waits
 _ATTEMPTS = 3  # in company; then one alone, which shows whether the run ends its process
+_BETWEEN_LOOKS = 0.01  # seconds, at what a cluster has finished
 _RETRIES = 2  # of what a worker of a cluster raises
 
 
@@ -32,12 +34,6 @@ def cores() -> int:
     if hasattr(os, "sched_getaffinity"):
         return len(os.sched_getaffinity(0))
     return os.cpu_count() or 1
-
-
-def lost(task: Task, reason: str) -> Outcome:
-    """The outcome of a run whose worker did not survive it."""
-    record = {"result": failure(reason, "machine"), "made": {}}
-    return Outcome(record, pack(record, task.scene, {}))
 
 
 class Processes:
@@ -129,15 +125,15 @@ class Processes:
         self._executor = self._new_executor()
         for task in broken:
             if self._is_suspect(task):
-                yield task, lost(task, "its process ended, also when it was alone, by a signal or "
-                                 "for want of memory")
+                yield task, refused(task, failure("its process ended, also without others, by "
+                                                  "a signal or because memory ran out", "machine"))
                 continue
             self._attempts[task.key] += 1
             self._again.append(task)
         if not self._has_finished_one and any(map(self._is_suspect, self._again)):
             raise StudyError(
-                'processes end before a run is made. If a script starts the study, do it below '
-                'if __name__ == "__main__":, because each process imports the script')
+                'processes end before a run is made, for the reasons above. A script has to start '
+                'a study below if __name__ == "__main__":, because each process imports the script')
 
     def _cancel_waiting(self) -> None:
         self._again.clear()
@@ -180,8 +176,8 @@ class Cluster:
         count = len(self._workers())
         link = getattr(self._client, "dashboard_link", "")
         return (f"{count} worker{'' if count == 1 else 's'} of the cluster"
-                + (f", dashboard at {link}" if link else "")
-                + ("" if count else ". The runs begin when a worker joins"))
+                + (f"\ndashboard: {link}" if link else "")
+                + ("" if count else "\nthe runs begin when a worker joins"))
 
     def run(self, tasks: Iterator[Task], stop: Stop) -> Iterator[Tuple[Task, Outcome]]:
         """Makes the runs. Once stop() is true it starts no more and yields those under way."""
@@ -192,7 +188,12 @@ class Cluster:
         try:
             self._submit(tasks, running, arriving)
             while running:
-                for future, result in arriving.next_batch():
+                batch = arriving.next_batch(block=False)
+                if not batch:
+                    if stop() and not self._workers():
+                        return  # none of them has begun
+                    time.sleep(_BETWEEN_LOOKS)
+                for future, result in batch:
                     task = running.pop(future)
                     yield task, self._outcome(task, future, result)
                     future.release()
@@ -222,11 +223,12 @@ class Cluster:
             return outcome
         error = result[1] if isinstance(result, tuple) else result
         if isinstance(error, KilledWorker):
-            return lost(task, "its worker died, and so did others that tried it again")
+            return refused(task, failure("its worker died, and so did others that tried it "
+                                         "again", "machine"))
         if isinstance(error, (VoxamError, ImportError)):
             raise StudyError(f"a worker of the cluster cannot run Voxam: {error}. Install the same "
                              "package there as here")
         if future.status in ("cancelled", "lost"):
             raise StudyError("the cluster has dropped the runs, or its scheduler has ended. Run "
-                             "the same command again to go on")
-        return lost(task, f"{type(error).__name__}: {error}")
+                             "the same command again to continue")
+        return refused(task, failure(f"{type(error).__name__}: {error}", "machine"))

@@ -31,6 +31,8 @@ AnyPath = Union[str, "pathlib.Path"]
 COLUMNS = {
     "run": "number of the run in the study, from 1",
     "status": "done or failed",
+    "warnings": "warnings about the result; several are separated by semicolons",
+    "reason": "why the run failed",
     "compliance_drawn": "compliance of the design in black and white, over the load cases in use, "
                         "by the analysis in double precision; smaller is stiffer",
     "compliance_optimising": "compliance that the optimiser worked with in its last iteration: "
@@ -42,8 +44,6 @@ COLUMNS = {
              "out",
     "change": "largest change of a density in the last iteration, 0 to 1",
     "iterations": "iterations made",
-    "warnings": "what to know of the result; several are separated by semicolons",
-    "reason": "why the run failed",
     "seconds": "time of the run in its worker",
     "voxam": "version of the package",
     "library": "first 16 digits of the SHA-256 of the library's file",
@@ -72,6 +72,8 @@ class Results:
         index = json.loads((self.folder / "index.json").read_text("utf-8"))
         self.title = str(index["title"])
         self.parameters: List[str] = index["parameters"]
+        self.new = 0  #: how many runs were made by the call of run() that returned this
+        self._planned: Optional[int] = index.get("planned")
         self._entries: List[Tuple[Dict[str, Any], str]] = [
             (entry["parameters"], entry["key"]) for entry in index["runs"]]
         store = Store(self.folder)
@@ -79,7 +81,8 @@ class Results:
                          if (record := store.record(key)) is not None}
 
     def __len__(self) -> int:
-        return len(self._entries)
+        """The runs of the study, also those that have not been made yet."""
+        return max(len(self._entries), self._planned or 0)
 
     def rows(self) -> List[Dict[str, Any]]:
         """A dictionary for each run: its parameters, and the columns of results.csv."""
@@ -100,7 +103,7 @@ class Results:
 
     def displacements(self, run: int) -> npt.NDArray[np.float32]:
         """The displacements of a run's design as drawn: [load case in use, y, x, direction] of
-        the nodes, not a number where there is no material. Raises KeyError unless the study keeps
+        the nodes, NaN where there is no material. Raises KeyError unless the study keeps
         them."""
         return self.array(run, "displacements")
 
@@ -121,7 +124,7 @@ class Results:
     def _member(self, run: int, name: str) -> bytes:
         if not 1 <= run <= len(self):
             raise KeyError(f"run {run}: there are runs 1 to {len(self)}")
-        key = self._entries[run - 1][1]
+        key = self._entries[run - 1][1] if run <= len(self._entries) else None
         if key not in self._records:
             raise KeyError(f"run {run} has not been made yet: run the study again")
         with zipfile.ZipFile(Store(self.folder).path(key)) as archive:

@@ -24,7 +24,7 @@ _LARGEST_COUNT = 10_000_000
 
 
 class StudyError(ValueError):
-    """A study cannot be run as it is. The text names the file and the place."""
+    """A study that cannot be run. The text names the file and the place."""
 
 
 class Run(NamedTuple):
@@ -32,6 +32,7 @@ class Run(NamedTuple):
 
     parameters: Dict[str, Any]  #: the values that vary, by path; columns of the results
     scene: Dict[str, Any]  #: the whole scene, as the object of its JSON file
+    problem: str = ""  #: why there is no scene with these values
 
 
 @dataclass(frozen=True)
@@ -43,8 +44,8 @@ class Study:
     combine  values by path; every combination of them is run
     entries  a list of {path: value}; each is run ("list" in a study file)
     draw     random values by path: a Draw
-    keep     what is stored of each run beside its numbers: "design", "displacements"
-    title    heads the report
+    keep     what is stored of each run in addition to its numbers: "design", "displacements"
+    title    title of the report
 
     A path leads to any key of a scene, such as "volumeFraction" or "loads[0].x". The path "refine"
     multiplies the grid and every coordinate of the scene by a whole number.
@@ -58,6 +59,15 @@ class Study:
     title: str = "Study"
 
     def __post_init__(self) -> None:
+        if isinstance(self.keep, str):
+            raise StudyError(f'keep: write a list, such as ["{self.keep}"]')
+        if self.draw is not None and not isinstance(self.draw, Draw):
+            raise StudyError("draw: a Draw is needed, with keys, count and seed")
+        # Plain values, also of NumPy and of ranges, so that results and index can be written.
+        for name, given in (("scene", self.scene), ("entries", list(self.entries)),
+                            ("combine", {path: _listed(path, values)
+                                         for path, values in self.combine.items()})):
+            object.__setattr__(self, name, plain(given, name))
         unknown = [name for name in self.keep if name not in KEEP]
         if unknown:
             raise StudyError(f'keep: unknown "{unknown[0]}"; allowed are ' + ", ".join(KEEP))
@@ -80,13 +90,18 @@ class Study:
         draws: Iterable[Dict[str, Any]] = self.draw or Draw({}, 1)
         for values, entry, drawn in itertools.product(grid, self.entries or ({},), draws):
             parameters = {**dict(zip(self.combine, values)), **entry, **drawn}
-            yield Run(parameters, varied(self.scene, parameters))
+            try:
+                yield Run(parameters, varied(self.scene, parameters))
+            except StudyError as error:
+                yield Run(parameters, {}, str(error))
 
     def require_a_valid_scene(self) -> None:
         """Refuses a study none of whose scenes can be read: most likely a path is misspelt."""
         first_error = None
         for number, entry in enumerate(self, 1):
             try:
+                if entry.problem:
+                    raise StudyError(f"run {number}: {entry.problem}")
                 scenes.scene_of(entry.scene, f"run {number}")
                 return
             except ValueError as error:
@@ -112,6 +127,14 @@ class Draw:
     keys: Mapping[str, Mapping[str, Any]]
     count: int
     seed: int = 0
+
+    def __post_init__(self) -> None:
+        object.__setattr__(self, "keys", plain(self.keys, "draw"))
+        for path, rule in self.keys.items():
+            if not isinstance(rule, dict) or not (rule.get("choose")
+                                                  or {"from", "to"} <= set(rule)):
+                raise StudyError(f'draw: "{path}": write {{"from": a, "to": b}} or '
+                                 '{"choose": [values]}')
 
     def __iter__(self) -> Iterator[Dict[str, Any]]:
         for i in range(self.count):
@@ -194,7 +217,7 @@ def refined(document: Mapping[str, Any], factor: Any) -> Dict[str, Any]:
     """The scene on a grid that is finer by a whole number, with everything where it was. A range of
     nodes covers the new nodes within it."""
     if isinstance(factor, bool) or not isinstance(factor, int) or factor < 1:
-        raise StudyError(f"refine: {factor!r} is not a whole number above 0")
+        raise StudyError(f"refine: {factor!r} is not a whole number of at least 1")
     times: Callable[[Any], Any] = lambda value: _scaled(value, factor)
     result = dict(document)
     if isinstance(result.get("grid"), dict):
@@ -298,14 +321,18 @@ def _values(value: _Value) -> List[Any]:
     """An array, or from, to and either count or step."""
     if isinstance(value.raw, list):
         return list(value.raw)
+    if not isinstance(value.raw, dict):
+        raise value.fail("write a list of values, or an object with from, to and step")
     value.allow_only(("from", "to", "count", "step"))
     first, last = (value.at(key).number(-1e9, 1e9) for key in ("from", "to"))
     count, step = value.find("count"), value.find("step")
     if (count is None) == (step is None):
-        raise value.fail("either count or step is needed")
+        raise value.fail("remove one of count and step" if count else "add count or step")
     if step:
         width = step.number(-1e9, 1e9)
-        if width == 0 or (last - first) / width < 0:
+        if width == 0:
+            raise step.fail("0 is no distance between values")
+        if (last - first) / width < 0:
             raise step.fail(f"{width:g} does not lead from {first:g} to {last:g}")
         steps = math.floor((last - first) / width * (1 + 1e-12) + 1e-9) + 1
         if steps > _LARGEST_COUNT:
@@ -327,6 +354,8 @@ def _draw(value: _Value) -> Draw:
     seed = value.find("seed")
     keys = {}
     for path, rule in _members(value.at("keys")):
+        if not isinstance(rule.raw, dict):
+            raise rule.fail('write {"from": a, "to": b} or {"choose": [values]}')
         rule.allow_only(("from", "to", "whole", "choose"))
         choose = rule.find("choose")
         if choose:
@@ -357,6 +386,20 @@ def canonical(document: Any) -> str:
                           default=_plain)
     except (TypeError, ValueError) as error:
         raise StudyError(f"a scene cannot be written as JSON: {error}") from None
+
+
+def plain(value: Any, place: str) -> Any:
+    """A copy in types of JSON alone. Raises StudyError."""
+    try:
+        return json.loads(json.dumps(value, default=_plain))
+    except (TypeError, ValueError) as error:
+        raise StudyError(f"{place}: {error}") from None
+
+
+def _listed(path: str, values: Any) -> List[Any]:
+    if isinstance(values, (str, Mapping)) or not hasattr(values, "__iter__"):
+        raise StudyError(f'combine: "{path}": a list of values is needed')
+    return list(values)
 
 
 def _plain(value: Any) -> Any:

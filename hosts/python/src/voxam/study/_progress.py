@@ -51,13 +51,10 @@ class Progress:
         self._stream.flush()
 
     def finish(self) -> None:
-        """Ends the live line, and tells how many runs were not made again."""
+        """Ends the live line."""
         if self._is_live:
             self._stream.write("\r\x1b[K")
-        if self._kept:
-            self._stream.write(f"{self._kept} run{'s were' if self._kept > 1 else ' was'} there "
-                               "already\n")
-        self._stream.flush()
+            self._stream.flush()
 
     def line(self, seconds: float, width: int) -> str:
         """What is known after so many seconds. What there is no room for is left out."""
@@ -77,6 +74,10 @@ class Progress:
             filled = min(room, room * done // self._total)
             text = f"[{'#' * filled}{'.' * (room - filled)}] {text}"
         return text[:width]
+
+
+def counted(number: int, noun: str) -> str:
+    return f"{number} {noun}{'' if number == 1 else 's'}"
 
 
 def shown_rate(per_second: float) -> str:

@@ -74,6 +74,12 @@ def work(task: Task) -> Outcome:
     return Outcome(record, pack(record, task.scene, arrays))
 
 
+def refused(task: Task, result: Mapping[str, Any]) -> Outcome:
+    """The outcome of a run that was not made, or whose worker did not survive it."""
+    record = {"result": result, "made": {}}
+    return Outcome(record, pack(record, task.scene, {}))
+
+
 def failure(reason: str, cause: str) -> Dict[str, Any]:
     """The result of a run that failed. `cause` is "scene" if it would fail again, "machine" if the
     next attempt may succeed."""
