@@ -247,6 +247,30 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     assert.deepEqual([...(await visit.end()), ...(await guest.end())], []);
 });
 
+test("a pen drags a load and draws", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    await visit.forms(2);
+    const session = await visit.page.context().newCDPSession(visit.page);
+    const draw = async (...places: [number, number][]) => {
+        for (const [i, place] of [...places, places.at(-1) ?? [0, 0]].entries()) {
+            const at = await visit.at(...place);
+            const isLast = i === places.length;
+            const type = i === 0 ? "mousePressed" : isLast ? "mouseReleased" : "mouseMoved";
+            const pen = { pointerType: "pen", button: "left", buttons: isLast ? 0 : 1 } as const;
+            await session.send("Input.dispatchMouseEvent", { type, ...at, ...pen, force: 0.6 });
+        }
+    };
+    await draw([60, 18], [60, 12], [60, 8]);
+    assert.equal((await savedScene(visit)).loads[0]?.y, 10);
+    await visit.page.click("#mode-draw");
+    await draw([0, 4], [30, 4], [58, 12]);
+    const { densities } = await savedScene(visit);
+    const rows = densities as string[];
+    assert.equal(rows.length, 80);
+    assert.ok(rows.join("").split("#").length > 200, "the pen leaves material");
+    assert.deepEqual(await visit.end(), []);
+});
+
 test("touch drags, pinches and scrolls on a phone", async () => {
     const visit = await Visit.start(browser, address, phone);
     await visit.forms();

@@ -216,11 +216,15 @@ class Page {
         const { columns, picture, revision } = frame;
         // Of a plate that is no more?
         if (picture.length * grid.width !== columns * columns * grid.height) return;
+        const isFirst = this.revision === 1 && this.frame === undefined;
         this.frame = frame;
         this.plate.setPicture(bitmapOf(frame));
         if (revision === this.revision && !this.drawing.isOn) this.followRun(frame);
         this.numbers.show(frame);
+        // For measurements, as the place of the plate is for tests.
         this.stage.dataset["revision"] = String(revision);
+        this.stage.dataset["time"] = String(frame.time);
+        if (isFirst) requestAnimationFrame(() => performance.mark("first structure"));
         this.redraw();
     }
 
