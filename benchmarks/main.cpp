@@ -53,7 +53,8 @@ void printKernels() {
 
 int main(int argc, char** argv) {
     const bool quick = take("--quick", argc, argv);
-    Suite suite(quick, quick || take("--once", argc, argv) ? 1 : REPETITIONS);
+    const bool once = take("--once", argc, argv) || quick;
+    Suite suite(quick, once ? 1 : REPETITIONS);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     addAppBenchmarks(suite);
