@@ -45,7 +45,7 @@ constexpr const char* CHECK_FOOTER =
     "Exit status:\n"
     "  0  nothing is wrong, or there are warnings only\n"
     "  1  --strict and a warning\n"
-    "  2  an error in the scene\n";
+    "  2  an error in the scene, or its design is not supported\n";
 
 constexpr const char* COMPARE_FOOTER =
     "Each file is a scene with densities; or, with --scene, a design (.png or .csv)\n"

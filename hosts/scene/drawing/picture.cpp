@@ -109,7 +109,7 @@ private:
         constexpr int shades = 16;
         for (int x = 0; x < material.width; x += block)
             for (int y = 0; y < material.height; y += block) {
-                const int shade = int(std::ceil(shades * material.at(x, y)));
+                const auto shade = static_cast<int>(std::lround(shades * material.at(x, y)));
                 if (shade > 0)
                     byShade[shade].push_back({corner(x, y), corner(x + block, y),
                                               corner(x + block, y + block), corner(x, y + block)});
