@@ -7,6 +7,7 @@
 #include "console.h"
 #include "design_reader.h"
 #include "drawing/picture.h"
+#include "drawing/subtitles.h"
 #include "export/file_ending.h"
 #include "export/output_file.h"
 #include "export/png_image.h"
@@ -82,12 +83,10 @@ void printTable(const std::vector<Compared>& designs) {
 RgbImage drawingOf(const Compared& each) {
     const Scene& scene = each.scene;
     const Assessment& found = each.verdict.found;
-    PictureContent content{wholeOf(*scene.densities, scene.symmetry), std::nullopt,
-                           nameOf(each.file.filename()),
-                           (found.problems.empty() ? "compliance " : "") + complianceText(found)};
-    if (each.verdict.drawn)
-        content.subtitle += ", as drawn " + complianceText(each.verdict.asDrawn());
-    content.subtitle += formatted(",  material %.1f %%", 100 * each.volume());
+    const auto& drawn = each.verdict.drawn;
+    PictureContent content{
+        wholeOf(*scene.densities, scene.symmetry), std::nullopt, nameOf(each.file.filename()),
+        scoreSubtitle(*scene.densities, scene, found, drawn ? &drawn->assessment : nullptr)};
     if (found.problems.empty()) content.energies = wholeOf(found.score.energies, scene.symmetry);
     const Scene whole = wholeOf(scene);
     return drawPicture(whole, content, animationScale(whole));

@@ -9,6 +9,7 @@
 #include "console.h"
 #include "design_exports.h"
 #include "drawing/picture.h"
+#include "drawing/subtitles.h"
 #include "export/animation.h"
 #include "export/file_ending.h"
 #include "export/output_file.h"
@@ -74,12 +75,6 @@ PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle
     return mirrored({run.material(), std::nullopt, run.scene().title, subtitle}, run.scene());
 }
 
-std::string iterationSubtitle(const OptimisationRun& run) {
-    const IterationRecord& shown = run.records().back();
-    return formatted("iteration %d,  compliance %.6g,  volume %.1f %%", shown.iteration,
-                     shown.compliance, 100 * shown.volume);
-}
-
 std::vector<std::uint8_t> encoded(const OptimisationRun& run, const PictureContent& content,
                                   const fs::path& file) {
     const Scene whole = wholeOf(run.scene());
@@ -111,7 +106,7 @@ struct Drawings {
 
 /// Draws what is drawn after each iteration.
 void drawIteration(const OptimisationRun& run, const OptimiseOptions& options, Drawings& drawings) {
-    const std::string subtitle = iterationSubtitle(run);
+    const std::string subtitle = runSubtitle(run.records().back());
     if (!options.frames.empty()) {
         const fs::path file = frameFile(options, run.records().back().iteration);
         writeFile(file, encoded(run, contentOf(run, subtitle), file));

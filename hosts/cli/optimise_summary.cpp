@@ -4,6 +4,7 @@
 
 #include "console.h"
 #include "design_exports.h"
+#include "drawing/subtitles.h"
 #include "format/text.h"
 #include "interruption.h"
 #include "time_table.h"
@@ -18,15 +19,11 @@ std::string whyNotAll(const OptimisationRun& run) {
     return skipped > 0 ? formatted(", without %zu that failed", skipped) : "";
 }
 
-std::string asDrawn(const RunResult& result) {
-    const Assessment& drawn = result.assessment;
-    return drawn.problems.empty() ? formatted("%.6g", drawn.score.compliance) : "not supported";
-}
-
 void printResult(const OptimisationRun& run, const RunResult& result) {
     const IterationRecord& end = run.records().back();
     printRow("compliance", formatted("%.6g while optimising", end.compliance));
-    printRow("", asDrawn(result) + " as drawn: " + describeDrawn(result.drawn, result.level));
+    printRow("", complianceText(result.assessment) +
+                     " as drawn: " + describeDrawn(result.drawn, result.level));
     printRow("volume", formatted("%.1f %% of the picture, %.1f %% asked for", 100 * end.volume,
                                  100 * run.scene().volumeFraction));
     printRow("change", formatted("%.4f", end.change));
@@ -50,10 +47,7 @@ void printSummary(const OptimisationRun& run, const RunResult& result, const Fin
 }
 
 std::string resultSubtitle(const OptimisationRun& run, const RunResult& result) {
-    const IterationRecord& end = run.records().back();
-    std::string text =
-        formatted("iteration %d,  compliance %.6g, as drawn %s,  volume %.1f %%", end.iteration,
-                  end.compliance, asDrawn(result).c_str(), 100 * end.volume);
+    std::string text = runSubtitle(run.records().back(), &result.assessment);
     if (!run.failure().empty()) text += ",  then: " + run.failure();
     return text;
 }

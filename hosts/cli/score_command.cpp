@@ -12,6 +12,7 @@
 #include "design_exports.h"
 #include "design_reader.h"
 #include "drawing/picture.h"
+#include "drawing/subtitles.h"
 #include "export/output_file.h"
 #include "export/picture_file.h"
 #include "export/scene_file.h"
@@ -27,21 +28,11 @@
 
 namespace {
 
-double sum(const Field& field) {
-    return std::accumulate(field.values.begin(), field.values.end(), 0.0);
-}
-
 double percent(double part, double whole) { return whole > 0 ? 100 * part / whole : 0; }
 
 /// What the values of a field are of: elements of the scene's grid, or parts of such.
 const char* unitOf(const Field& field, const Scene& scene) {
     return refinementOf(field, scene) > 1 ? "cell" : "element";
-}
-
-std::string materialText(const Scene& scene) {
-    const Field& densities = *scene.densities;
-    return formatted("%.1f %%  (%.7g of ", 100 * mean(densities), sum(densities)) +
-           counted(densities.values.size(), unitOf(densities, scene)) + ")";
 }
 
 void printScene(const Scene& scene) {
@@ -54,7 +45,7 @@ void printScene(const Scene& scene) {
     const bool areAllInUse = inUse == static_cast<std::size_t>(scene.loadCases);
     printRow("load cases", std::to_string(scene.loadCases) +
                                (areAllInUse ? "" : formatted(", of which %zu in use", inUse)));
-    printRow("material used", materialText(scene));
+    printRow("material used", materialText(*scene.densities, scene));
 }
 
 void printHardestWorking(const Field& energies, const Scene& scene) {
@@ -79,18 +70,6 @@ void printHardestWorking(const Field& energies, const Scene& scene) {
              formatted("%.1f %% of the compliance, at ", percent(energies.at(x, y), total)) +
                  placeText(1.0 * x / refinement, 1.0 * y / refinement) +
                  formatted(" (density %.3g)", scene.densities->at(x, y)));
-}
-
-std::string subtitle(const Scene& scene, const Verdict& verdict) {
-    const auto& [found, drawn, warnings, seconds] = verdict;
-    std::string text = found.problems.empty() ? formatted("compliance %.6g", found.score.compliance)
-                                              : "not supported: " + lineOf(found.problems.front());
-    if (drawn && found.problems.empty()) text += ", as drawn " + complianceText(drawn->assessment);
-    text += ",  material used " + materialText(scene);
-    // Which ones, their outlines show.
-    if (!found.floating.empty())
-        text += ",  " + counted(found.floating.size(), "part") + " left out";
-    return text;
 }
 
 void printVerdict(const Scene& scene, const Verdict& verdict) {
@@ -133,7 +112,9 @@ void writeFiles(const ScoreOptions& options, const Scene& scene, const Verdict& 
                 Writer& writer) {
     const auto& [found, drawn, warnings, seconds] = verdict;
     PictureContent content{*scene.densities, std::nullopt, scene.title, "", found.floating};
-    content.subtitle = subtitle(scene, verdict) + showView(options.view, found, scene, content);
+    content.subtitle =
+        scoreSubtitle(*scene.densities, scene, found, drawn ? &drawn->assessment : nullptr) +
+        showView(options.view, found, scene, content);
     const Scene whole = wholeOf(scene);
     content = mirrored(content, scene);
     const PictureLayout size = pictureLayout(whole, scale);

@@ -64,7 +64,3 @@ Verdict judge(const Scene& scene, bool withStates) {
     if (verdict.found.problems.empty()) verdict.warnings = warningsOf(scene, verdict);
     return verdict;
 }
-
-std::string complianceText(const Assessment& found) {
-    return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
-}

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "checks/assessment.h"
 
@@ -24,6 +23,3 @@ struct Verdict {
 
 /// Judges the design of a scene, which has one.
 Verdict judge(const Scene& scene, bool withStates = false);
-
-/// "44.4589", or "not supported".
-std::string complianceText(const Assessment& found);

@@ -17,7 +17,7 @@ QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& desi
     for (const FloatingPart& part : parts)
         cells.insert(cells.end(), part.cells.begin(), part.cells.end());
     const double size = 1.0 / refinementOf(design, scene);
-    return QTransform::fromScale(size, size).map(cellOutline(cells, design.width, design.height));
+    return QTransform::fromScale(size, size).map(outlinePath(cells, design.width, design.height));
 }
 
 /// What carries: the design without what hangs on nothing.

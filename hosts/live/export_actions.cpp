@@ -13,6 +13,7 @@
 #include "action_text.h"
 #include "checks/assessment.h"
 #include "drawing/picture.h"
+#include "drawing/subtitles.h"
 #include "export/animation.h"
 #include "export/design_file.h"
 #include "export/file_ending.h"
@@ -40,35 +41,6 @@ PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
 }
 
 }  // namespace
-
-QString ExportActions::subtitleOf(const IterationNumbers& numbers) {
-    return subtitleOf(numbers, "");
-}
-
-QString ExportActions::subtitleOf(const IterationNumbers& numbers, const QString& asDrawn) {
-    return tr("iteration %1,  compliance %2%3,  volume %4 %")
-        .arg(numbers.iteration)
-        .arg(numbers.compliance, 0, 'g', 6)
-        .arg(asDrawn)
-        .arg(100 * numbers.volume, 0, 'f', 1);
-}
-
-QString ExportActions::subtitleOf(const ScoreResult& result) {
-    const Assessment& found = result.assessment;
-    const auto elements = static_cast<double>(result.design.values.size());
-    QString text =
-        result.isSupported()
-            ? tr("compliance %1").arg(found.score.compliance, 0, 'g', 6)
-            : tr("not supported: %1").arg(QString::fromStdString(lineOf(found.problems.front())));
-    text += tr(",  material used %1 %  (%2 of %3 elements)")
-                .arg(materialOf(result.design), 0, 'f', 1)
-                .arg(materialOf(result.design) / 100 * elements, 0, 'g', 7)
-                .arg(elements, 0, 'f', 0);
-    if (!found.floating.empty())
-        text += tr(",  %1 left out")
-                    .arg(QString::fromStdString(counted(found.floating.size(), "part")));
-    return text;
-}
 
 ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
                              Score scoreAsDrawn, const Recorder& frames)
@@ -105,10 +77,7 @@ ExportActions::Exhibit ExportActions::exhibit() const {
 void ExportActions::addScore(Exhibit& shown) const {
     const auto result = score(shown.material, shown.scene);
     if (!result) throw InputError("The picture was not written: the run has started afresh");
-    const QString worth = result->isSupported()
-                              ? QString::number(result->assessment.score.compliance, 'g', 6)
-                              : tr("not supported");
-    shown.subtitle = subtitleOf(*shown.numbers, tr(", as drawn %1").arg(worth));
+    shown.subtitle = QString::fromStdString(runSubtitle(*shown.numbers, &result->assessment));
     shown.floating = result->assessment.floating;
 }
 
@@ -146,7 +115,8 @@ void ExportActions::writeAnimation(const fs::path& file) const {
         if (progress.wasCanceled()) throw InputError("The animation was not written: cancelled");
         Scene scene = *each.scene;
         scene.blob = each.blob;
-        const Exhibit shown{scene, each.material(), std::nullopt, subtitleOf(each.numbers)};
+        const Exhibit shown{scene, each.material(), std::nullopt,
+                            QString::fromStdString(runSubtitle(each.numbers))};
         frames.add(drawPicture(shown.scene, contentOf(shown), animationScale(shown.scene)));
     }
     writeFile(file, frames.encodeGif());

@@ -29,10 +29,6 @@ public:
     using Score =
         std::function<std::optional<ScoreResult>(const Field& material, const Scene& scene)>;
 
-    /// For a picture of an iteration, and of a drawing.
-    static QString subtitleOf(const IterationNumbers& numbers);
-    static QString subtitleOf(const ScoreResult& result);
-
     /// Dialogs belong to `window`. `exhibit` gives what is shown at the time of the call, and
     /// `scoreAsDrawn` what a picture of the optimiser is worth in black and white.
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
@@ -48,7 +44,6 @@ public:
     void writeAnimation(const std::filesystem::path& file) const;
 
 private:
-    static QString subtitleOf(const IterationNumbers& numbers, const QString& asDrawn);
     QAction* add(const QString& name, const QString& explanation, void (ExportActions::*slot)());
     void exportPicture();
     void exportDesign();

@@ -23,7 +23,7 @@ IterationOutcome LibrarySession::iterate(Frame& frame) {
     const IterationNumbers numbers{iterated.record, 0};
     if (!refusal.empty()) return {refusal, numbers, run->next()};
     frame.material = run->material();
-    frame.refinement = run->scene().refinement();
+    frame.refinement = refinementOf(frame.material, run->scene());
     frame.blob = run->movedBlob();
     frame.numbers = numbers;
     return {{}, numbers, std::nullopt};

@@ -87,7 +87,7 @@ std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Sc
 void LiveRun::followScene() {
     // Each update unsettles the optimiser for a few iterations, so a stroke of a drawing that
     // leaves its volume as it was must not be one.
-    const bool isSame = settings.scene && *sceneToOptimise() == *settings.scene &&
+    const bool isSame = settings.scene && hasSameProblem(*sceneToOptimise(), *settings.scene) &&
                         refinementToScore() == settings.scoredRefinement;
     if (isSame) return;
     if (settings.scene && !hasSamePlate(*settings.scene, *bench.document.whole()))
@@ -97,16 +97,12 @@ void LiveRun::followScene() {
 }
 
 std::shared_ptr<const Scene> LiveRun::sceneToOptimise() const {
-    Scene scene = *bench.document.whole();
+    if (!drawing) return bench.document.whole();
+    auto scene = std::make_shared<Scene>(*bench.document.whole());
     // Beside a drawing there is one plate, which stands still.
-    if (drawing) scene.timeline.clear();
-    if (drawing && drawnVolume > 0)
-        scene.volumeFraction = std::max(drawnVolume, Scene::MIN_VOLUME_FRACTION);
-    scene.densities.reset();
-    // Names are nothing to the optimiser, which each update unsettles.
-    scene.title.clear();
-    scene.description.clear();
-    return std::make_shared<const Scene>(std::move(scene));
+    scene->timeline.clear();
+    if (drawnVolume > 0) scene->volumeFraction = std::max(drawnVolume, Scene::MIN_VOLUME_FRACTION);
+    return scene;
 }
 
 int LiveRun::refinementToScore() const {

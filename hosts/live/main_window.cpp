@@ -15,6 +15,7 @@
 
 #include "action_text.h"
 #include "brush_bar.h"
+#include "drawing/subtitles.h"
 #include "gallery.h"
 #include "icons.h"
 #include "load_panel.h"
@@ -349,7 +350,8 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
         if (!score || score->design != shown.material) return shown;
         shown.floating = score->assessment.floating;
         if (score->isSupported()) shown.energies = score->assessment.score.energies;
-        shown.subtitle = ExportActions::subtitleOf(*score);
+        shown.subtitle =
+            QString::fromStdString(scoreSubtitle(shown.material, shown.scene, score->assessment));
         return shown;
     }
     const Frame& frame = run.frame();
@@ -360,7 +362,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     if (frame.numbers.revision == run.revision())
         shown.numbers = frame.numbers;
     else
-        shown.subtitle = ExportActions::subtitleOf(frame.numbers);
+        shown.subtitle = QString::fromStdString(runSubtitle(frame.numbers));
     return shown;
 }
 

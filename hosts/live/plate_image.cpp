@@ -26,16 +26,6 @@ std::size_t shade(float density) {
     return static_cast<std::size_t>(std::clamp(density, 0.0f, 1.0f) * (SHADES - 1) + 0.5f);
 }
 
-std::vector<std::uint8_t> maskOf(const Cells& cells, int width, int height) {
-    std::vector<std::uint8_t> mask(static_cast<std::size_t>(width) *
-                                   static_cast<std::size_t>(height));
-    for (const Cell& cell : cells)
-        if (cell.x >= 0 && cell.y >= 0 && cell.x < width && cell.y < height)
-            mask[static_cast<std::size_t>(cell.y) * static_cast<std::size_t>(width) +
-                 static_cast<std::size_t>(cell.x)] = 1;
-    return mask;
-}
-
 }  // namespace
 
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours) {
@@ -43,13 +33,14 @@ QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& 
     const Ramp tinted = rampOf(mixed(colours.voids, colours.blob, picture_colours::BLOB_SHARE),
                                mixed(colours.solid, colours.blob, picture_colours::BLOB_SHARE));
     const int width = frame.material.width / frame.refinement;
-    const auto mask = maskOf(blob, width, frame.material.height / frame.refinement);
+    Mask mask(width, frame.material.height / frame.refinement);
+    mark(mask, blob);
     QImage image(frame.material.width, frame.material.height, QImage::Format_RGB32);
     const float* cell = frame.material.values.data();
     for (int y = 0; y < frame.material.height; ++y) {
         auto* pixel = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const std::uint8_t* inBlob =
-            &mask[static_cast<std::size_t>(y / frame.refinement) * static_cast<std::size_t>(width)];
+        const std::uint8_t* inBlob = &mask.values[static_cast<std::size_t>(y / frame.refinement) *
+                                                  static_cast<std::size_t>(width)];
         for (int x = 0; x < frame.material.width; ++x)
             *pixel++ = (inBlob[x / frame.refinement] != 0 ? tinted : plain)[shade(*cell++)];
     }

@@ -3,7 +3,7 @@
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+#include <utility>
 
 #include "drawing/area_outline.h"
 
@@ -34,36 +34,25 @@ QPainterPath areaOf(const Cells& cells) {
 
 }  // namespace
 
-QPainterPath cellOutline(const Cells& cells, int width, int height) {
-    // With a margin, so that every element has four neighbours.
-    const auto columns = static_cast<std::size_t>(width) + 2;
-    std::vector<std::uint8_t> inside(columns * (static_cast<std::size_t>(height) + 2));
-    const auto at = [&](int x, int y) -> std::uint8_t& {
-        return inside[static_cast<std::size_t>(y + 1) * columns + static_cast<std::size_t>(x + 1)];
-    };
-    for (const Cell& cell : cells) at(cell.x, cell.y) = 1;
+QPainterPath outlinePath(const Area& area, int width, int height) {
     QPainterPath path;
-    const auto line = [&](int x1, int y1, int x2, int y2) {
-        path.moveTo(x1, y1);
-        path.lineTo(x2, y2);
-    };
-    for (const auto& [x, y] : cells) {
-        if (at(x - 1, y) == 0) line(x, y, x, y + 1);
-        if (at(x + 1, y) == 0) line(x + 1, y, x + 1, y + 1);
-        if (at(x, y - 1) == 0) line(x, y, x + 1, y);
-        if (at(x, y + 1) == 0) line(x, y + 1, x + 1, y + 1);
+    for (const auto& [from, to] : outlineOf(area, width, height)) {
+        path.moveTo(from.x, from.y);
+        path.lineTo(to.x, to.y);
     }
     return path;
+}
+
+QPainterPath outlinePath(Cells cells, int width, int height) {
+    std::sort(cells.begin(), cells.end());
+    return outlinePath(Area{std::move(cells), {}}, width, height);
 }
 
 PlateOutlines::PlateOutlines(const Scene& scene) {
     const std::array<const Area*, 3> kinds = {&scene.passive.voids, &scene.passive.solids,
                                               &scene.passive.secondSolids};
     for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
-        for (const auto& [from, to] : outlineOf(*kinds[kind], scene.width, scene.height)) {
-            passive[kind].moveTo(from.x, from.y);
-            passive[kind].lineTo(to.x, to.y);
-        }
+        passive[kind] = outlinePath(*kinds[kind], scene.width, scene.height);
         passiveArea[kind] = areaOf(kinds[kind]->cells);
     }
 }

@@ -23,8 +23,10 @@ struct PlateOutlines {
     explicit PlateOutlines(const Scene& scene);
 };
 
-/// Lines where an element of the list borders on one that is not in it, or on nothing.
-QPainterPath cellOutline(const Cells& cells, int width, int height);
+/// The lines around an area, in elements: see outlineOf().
+QPainterPath outlinePath(const Area& area, int width, int height);
+/// The same around elements in any order.
+QPainterPath outlinePath(Cells cells, int width, int height);
 
 /// What a plate shows, beside its scene.
 struct PlateLook {

@@ -6,51 +6,11 @@
 #include <string>
 
 #include "format/area_reader.h"
+#include "format/grid.h"
 #include "format/input_error.h"
 #include "format/refinement.h"
 
 namespace {
-
-/// A byte for each place of a grid.
-class Mask {
-public:
-    Mask(int columnCount, int rowCount)
-        : columns(columnCount),
-          rows(rowCount),
-          values(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows)) {}
-
-    bool contains(int x, int y) const { return x >= 0 && y >= 0 && x < columns && y < rows; }
-    std::uint8_t& at(int x, int y) { return values[index(x, y)]; }
-    std::uint8_t at(int x, int y) const { return values[index(x, y)]; }
-    /// 0 outside.
-    std::uint8_t get(int x, int y) const { return contains(x, y) ? at(x, y) : 0; }
-
-    void set(const Cells& cells, std::uint8_t value) {
-        for (const Cell& cell : cells)
-            if (contains(cell.x, cell.y)) at(cell.x, cell.y) = value;
-    }
-
-    Cells cells(std::uint8_t value) const {
-        Cells found;
-        for (int x = 0; x < columns; ++x)
-            for (int y = 0; y < rows; ++y)
-                if (at(x, y) == value) found.push_back({x, y});
-        return found;
-    }
-
-    bool operator==(const Mask&) const = default;
-
-    int columns;
-    int rows;
-
-private:
-    std::size_t index(int x, int y) const {
-        return static_cast<std::size_t>(x) * static_cast<std::size_t>(rows) +
-               static_cast<std::size_t>(y);
-    }
-
-    std::vector<std::uint8_t> values;
-};
 
 void checkCount(const Cells& cells, const char* what) {
     if (cells.size() > MAX_CELLS)
@@ -102,8 +62,8 @@ Support rectangleAt(const Mask& held, int x, int y) {
 
 std::vector<Support> supportsOf(Mask held) {
     std::vector<Support> supports;
-    for (int x = 0; x < held.columns; ++x)
-        for (int y = 0; y < held.rows; ++y) {
+    for (int x = 0; x < held.width; ++x)
+        for (int y = 0; y < held.height; ++y) {
             if (held.at(x, y) == 0) continue;
             const Support support = rectangleAt(held, x, y);
             for (int column = support.x.from; column <= support.x.to; ++column)
@@ -124,7 +84,7 @@ void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t direct
 
 Mask maskOf(const Area& area, const Scene& scene) {
     Mask mask(scene.width, scene.height);
-    mask.set(area.cells, 1);
+    mark(mask, area.cells, 1);
     return mask;
 }
 
@@ -132,9 +92,9 @@ Mask maskOf(const Area& area, const Scene& scene) {
 void takeAway(Area& area, const Cells& cells, const Scene& scene) {
     Mask mask = maskOf(area, scene);
     const Mask before = mask;
-    mask.set(cells, 0);
+    mark(mask, cells, 0);
     if (mask == before) return;
-    area.cells = mask.cells(1);
+    area.cells = cellsWith(mask);
     std::erase_if(area.rings, [&](const Ring& ring) {
         return std::any_of(cells.begin(), cells.end(), [&](const Cell& cell) {
             return before.get(cell.x, cell.y) != 0 && ring.contains(cell);
@@ -144,8 +104,8 @@ void takeAway(Area& area, const Cells& cells, const Scene& scene) {
 
 void add(Area& area, const Cells& cells, const Scene& scene, const char* what) {
     Mask mask = maskOf(area, scene);
-    mask.set(cells, 1);
-    area.cells = mask.cells(1);
+    mark(mask, cells, 1);
+    area.cells = cellsWith(mask);
     checkCount(area.cells, what);
 }
 

@@ -21,7 +21,7 @@ void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, con
         if (cell.x >= 0 && cell.y >= 0 && cell.x < scene.width && cell.y < scene.height)
             onPlate.push_back(cell);
     const QPainterPath outline =
-        site.transform.matrix().map(cellOutline(onPlate, scene.width, scene.height));
+        site.transform.matrix().map(outlinePath(onPlate, scene.width, scene.height));
     QColor fill = colour;
     fill.setAlpha(60);
     for (const Cell& cell : onPlate)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "format/field.h"
+#include "format/grid.h"
 #include "format/scene.h"
 
 /// Which nodes of a grid the supports hold, in which direction.
@@ -14,6 +14,6 @@ public:
     }
 
 private:
-    Field inX;  // 1 where held
-    Field inY;
+    Mask inX;
+    Mask inY;
 };

@@ -9,7 +9,7 @@
 class PassiveVoid {
 public:
     explicit PassiveVoid(const Scene& scene) : isVoid(scene.width, scene.height) {
-        for (const Cell& cell : scene.passive.voids.cells) isVoid.at(cell.x, cell.y) = 1;
+        mark(isVoid, scene.passive.voids.cells);
     }
 
     bool surrounds(int x, int y) const {
@@ -27,5 +27,5 @@ public:
     }
 
 private:
-    Field isVoid;
+    Mask isVoid;
 };

@@ -29,12 +29,6 @@ std::uint32_t pixelOf(const Colour& colour) {
 
 }  // namespace
 
-Colour mix(const Colour& from, const Colour& to, double share) {
-    Colour result;
-    for (std::size_t i = 0; i < result.size(); ++i) result[i] = from[i] + share * (to[i] - from[i]);
-    return result;
-}
-
 Canvas::Surface Canvas::newSurface(int width, int height, Kind kind,
                                    std::vector<std::uint8_t>& bytes) {
     if (kind == Kind::PIXELS)

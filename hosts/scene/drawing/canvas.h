@@ -9,21 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "drawing/colour.h"
+#include "drawing/point.h"
 #include "drawing/rgb_image.h"
-
-/// Red, green and blue, each from 0 to 1.
-using Colour = std::array<double, 3>;
-
-Colour mix(const Colour& from, const Colour& to, double share);
-
-/// A place or a direction in pixels, x to the right and y down.
-struct Point {
-    double x = 0;
-    double y = 0;
-};
-
-inline Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
-inline Point operator*(double factor, Point p) { return {factor * p.x, factor * p.y}; }
 
 /// A white sheet of pixels, or of shapes for an SVG file, with the few strokes that a picture
 /// consists of. Points are the corners between pixels. A failure inside shows when the image is

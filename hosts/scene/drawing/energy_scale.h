@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "drawing/canvas.h"
+#include "drawing/colour.h"
 #include "format/field.h"
 
 /// How hard the elements work, on a logarithmic scale: energies spread over decades, and a few

@@ -4,7 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "drawing/canvas.h"
+#include "drawing/colour.h"
+#include "drawing/point.h"
 #include "format/scene.h"
 
 /// How long arrows are. Who keeps one for as long as a scene is edited has arrows that neither grow

@@ -43,7 +43,7 @@ public:
           canvas(layout.width, layout.height, kind),
           blob(scene.width, scene.height) {
         if (content.energies) energyScale.emplace(*content.energies, content.material);
-        for (const Cell& cell : scene.blob.cells) blob.at(cell.x, cell.y) = 1;
+        mark(blob, scene.blob.cells);
     }
 
     Canvas& draw() {
@@ -294,7 +294,7 @@ private:
     int width;
     Point plate;
     Canvas canvas;
-    Field blob;  // 1 in the blob
+    Mask blob;
     std::optional<EnergyScale> energyScale;
 };
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "drawing/canvas.h"
+#include "drawing/colour.h"
 
 /// The colours of pictures; those of load cases are loadCaseColour().
 namespace picture_colours {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "format/character_rows.h"
+#include "format/grid.h"
 
 namespace {
 
@@ -18,17 +19,14 @@ constexpr const char* EXPECTED_CHARACTERS =
 class MarkedGrid {
 public:
     MarkedGrid(int gridWidth, int gridHeight)
-        : width(gridWidth),
-          height(gridHeight),
-          kinds(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
+        : width(gridWidth), height(gridHeight), kinds(width, height) {}
 
     void mark(const JsonValue& shape, int x, int y, int kind) {
-        int& before = at(x, y);
+        const std::uint8_t before = kinds.at(x, y);
         if (before != 0 && before != kind)
             shape.fail("element x " + std::to_string(x) + ", y " + std::to_string(y) +
-                       " is in passive." + KIND_NAMES[static_cast<std::size_t>(before)] +
-                       " already");
-        before = kind;
+                       " is in passive." + KIND_NAMES[before] + " already");
+        kinds.at(x, y) = static_cast<std::uint8_t>(kind);
     }
 
     void markShapes(const JsonValue& list, int kind) {
@@ -41,9 +39,7 @@ public:
 
     Area marked(const JsonValue& list, int kind) {
         Area area;
-        for (int x = 0; x < width; ++x)
-            for (int y = 0; y < height; ++y)
-                if (at(x, y) == kind) area.cells.push_back({x, y});
+        area.cells = cellsWith(kinds, static_cast<std::uint8_t>(kind));
         if (area.cells.size() > MAX_CELLS)
             list.fail(std::to_string(area.cells.size()) + " elements, allowed are at most " +
                       std::to_string(MAX_CELLS));
@@ -80,14 +76,9 @@ private:
         return found;
     }
 
-    int& at(int x, int y) {
-        return kinds[static_cast<std::size_t>(x) * static_cast<std::size_t>(height) +
-                     static_cast<std::size_t>(y)];
-    }
-
     int width;
     int height;
-    std::vector<int> kinds;
+    Mask kinds;
     std::array<std::vector<Ring>, KIND_NAMES.size()> rings;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <tuple>
 
 const std::vector<std::string> SYMMETRY_NAMES = {"", "left", "right", "top", "bottom"};
 
@@ -19,6 +20,15 @@ std::string Change::summary() const {
     for (const auto& key : keys) text += (text.empty() ? "" : ", ") + key;
     if (restart) text += text.empty() ? "restart" : ", restart";
     return text;
+}
+
+bool hasSameProblem(const Scene& one, const Scene& other) {
+    const auto sizes = [](const Scene& scene) {
+        return std::tuple(scene.width, scene.height, scene.subdivision, scene.meshFactor,
+                          scene.loadCases);
+    };
+    return sizes(one) == sizes(other) && one.timeline == other.timeline &&
+           static_cast<const Settings&>(one) == static_cast<const Settings&>(other);
 }
 
 std::vector<int> allLoadCases(const Scene& scene) {

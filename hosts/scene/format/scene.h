@@ -120,5 +120,8 @@ struct Scene : Settings {
     bool operator==(const Scene&) const = default;
 };
 
+/// Whether an optimisation of both is the same. Titles, densities and files do not matter.
+bool hasSameProblem(const Scene& one, const Scene& other);
+
 /// Every load case: 0, 1 and so on.
 std::vector<int> allLoadCases(const Scene& scene);

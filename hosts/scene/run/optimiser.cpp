@@ -16,13 +16,6 @@ constexpr const char* BENDS_TOO_FAR = "Change load/support";
 constexpr double SOFTER = 1e3;
 constexpr int SOFTER_STEPS = 2;
 
-/// What an update and a start need.
-Scene withoutRest(Scene scene) {
-    scene.densities.reset();
-    scene.timeline.clear();
-    return scene;
-}
-
 }  // namespace
 
 Optimiser::Optimiser(const Scene& scene)
@@ -46,7 +39,7 @@ bool Optimiser::rescale(const Scene& scene) {
 }
 
 void Optimiser::update(const Scene& scene) {
-    told = withoutRest(scene);
+    if (!hasDesign) told = scene;
     const auto loads = loadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);
     const auto passive = passiveRecords(scene.passive);

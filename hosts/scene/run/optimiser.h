@@ -51,7 +51,7 @@ private:
     void start(const Scene& scene);
     Outcome iterateOnce(double penalty, bool movesBlob);
 
-    Scene told;              // what the library knows
+    Scene told;              // the last update, until there is a design
     bool hasDesign = false;  // an iteration succeeded
     int width;
     int height;

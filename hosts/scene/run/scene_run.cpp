@@ -1,15 +1,19 @@
 #include "run/scene_run.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
+#include "format/setting_keys.h"
 #include "format/timeline.h"
 
 namespace {
 
-bool differInPenaltyAtMost(const Settings& one, Settings other) {
-    other.penalty = one.penalty;
-    return one == other;
+bool differInPenaltyAtMost(const Settings& one, const Settings& other) {
+    const auto& keys = settingKeys();
+    return std::all_of(keys.begin(), keys.end(), [&](const SettingKey& key) {
+        return key.same(one, other) || std::string(key.name) == "penalty";
+    });
 }
 
 }  // namespace
@@ -21,7 +25,7 @@ bool hasSamePlate(const Scene& one, const Scene& other) {
 }
 
 SceneRun::SceneRun(std::shared_ptr<const Scene> scene, int lastIteration)
-    : whole(std::move(scene)), current(*whole), last(lastIteration), optimiser(*whole) {}
+    : whole(std::move(scene)), current(whole), last(lastIteration), optimiser(*whole) {}
 
 std::optional<int> SceneRun::next() const {
     if (!isRefused) return upcoming <= last ? std::optional(upcoming) : std::nullopt;
@@ -36,8 +40,8 @@ bool SceneRun::hasChangesLeft() const {
 SceneRun::Outcome SceneRun::iterate(bool movesBlob) {
     const int iteration = next().value();
     makeChanges(iteration);
-    const bool moves = movesBlob && !current.blob.empty();
-    const Optimiser::Outcome iterated = optimiser.iterate(current.penalty, moves);
+    const bool moves = movesBlob && !current->blob.empty();
+    const Optimiser::Outcome iterated = optimiser.iterate(current->penalty, moves);
     Outcome outcome;
     outcome.record.iteration = upcoming = iteration;
     outcome.refusal = iterated.message;
@@ -55,34 +59,47 @@ SceneRun::Outcome SceneRun::iterate(bool movesBlob) {
 
 void SceneRun::makeChanges(int iteration) {
     const auto& timeline = whole->timeline;
-    for (; made < timeline.size() && timeline[made].iteration <= iteration; ++made) {
-        const Change& change = timeline[made];
-        apply(change, current);
+    while (made < timeline.size() && timeline[made].iteration <= iteration) {
+        isTold = false;
+        const Change& change = applyNext();
         if (change.has("blob")) moved.reset();
         if (change.restart)
-            optimiser.restart(sceneToTell(), change.restart->keepsDesign);
+            optimiser.restart(*sceneToTell(), change.restart->keepsDesign);
         else if (change.concernsProblem())
-            optimiser.update(sceneToTell());
+            optimiser.update(*sceneToTell());
+        isTold = true;
     }
 }
 
+const Change& SceneRun::applyNext() {
+    const Change& change = whole->timeline[made];
+    auto changed = std::make_shared<Scene>(*current);
+    apply(change, *changed);
+    current = std::move(changed);
+    ++made;
+    return change;
+}
+
 void SceneRun::edit(std::shared_ptr<const Scene> scene) {
-    const auto before = std::exchange(whole, std::move(scene));
-    if (isTold && *before == *whole) return;
+    if (isTold && (scene == whole || hasSameProblem(*scene, *whole))) return;
+    const auto before = std::exchange(current, scene);
+    whole = std::move(scene);
     const bool wasTold = std::exchange(isTold, false);
-    const Settings told = std::exchange(current, *whole);
-    made = std::min(made, whole->timeline.size());
-    for (std::size_t i = 0; i < made; ++i) apply(whole->timeline[i], current);
+    const std::size_t count = std::min(std::exchange(made, 0), whole->timeline.size());
+    while (made < count) applyNext();
     isRefused = false;
-    if (told.blob != current.blob) moved.reset();
+    if (before->blob != current->blob) moved.reset();
     const bool isRescaled = optimiser.rescale(*whole);
-    if (!wasTold || isRescaled || !differInPenaltyAtMost(told, current))
-        optimiser.update(sceneToTell());
+    if (before->subdivision != current->subdivision || before->meshFactor != current->meshFactor)
+        optimiser.restart(*sceneToTell(), false);
+    else if (!wasTold || isRescaled || !differInPenaltyAtMost(*before, *current))
+        optimiser.update(*sceneToTell());
     isTold = true;
 }
 
-Scene SceneRun::sceneToTell() const {
-    Scene scene = current;
-    if (moved) scene.blob = *moved;
+std::shared_ptr<const Scene> SceneRun::sceneToTell() const {
+    if (!moved) return current;
+    auto scene = std::make_shared<Scene>(*current);
+    scene->blob = *moved;
     return scene;
 }

@@ -51,9 +51,10 @@ public:
     Outcome iterate(bool movesBlob);
 
     /// Replaces the scene by one with the same plate while the design goes on. The changes that
-    /// were made so far are made in the new scene as well. Sends nothing to the library when
-    /// nothing differs, or only the penalty, because each update unsettles the design for a few
-    /// iterations. After a refusal, next() is again the iteration that was refused.
+    /// were made so far are made in the new scene as well. Sends nothing to the library when the
+    /// problem is the same, or differs in its penalty alone, because each update unsettles the
+    /// design for a few iterations. After a refusal, next() is again the iteration that was
+    /// refused. The design starts again if the edit takes back a restart with another detail.
     void edit(std::shared_ptr<const Scene> scene);
 
     /// Changes of the timeline that were made.
@@ -62,7 +63,7 @@ public:
     bool hasChangesLeft() const;
 
     /// The scene with the changes that were made, its blob where it was given.
-    const Scene& scene() const { return current; }
+    const Scene& scene() const { return *current; }
     /// Where the blob moved to since it was given; empty if it did not move.
     const std::optional<Area>& movedBlob() const { return moved; }
     /// The design after the last successful iteration, 0 (void) to 1 (solid), at the resolution of
@@ -71,16 +72,18 @@ public:
 
 private:
     void makeChanges(int iteration);
+    /// Makes the next change of the timeline in `current`.
+    const Change& applyNext();
     /// The scene as the library is to know it: the blob is where it moved to.
-    Scene sceneToTell() const;
+    std::shared_ptr<const Scene> sceneToTell() const;
 
     std::shared_ptr<const Scene> whole;
-    Scene current;
+    std::shared_ptr<const Scene> current;  // `whole` itself until a change is made
     std::size_t made = 0;
     int last;
     int upcoming = 1;        // the iteration after the last successful one, or the refused one
     bool isRefused = false;  // the iteration `upcoming` was
-    bool isTold = true;      // the library knows all of `current`
+    bool isTold = true;      // the library knows all of it
     std::optional<Area> moved;
     Field design;
     Optimiser optimiser;

@@ -1,0 +1,33 @@
+#include "drawing/subtitles.h"
+
+#include "format/refinement.h"
+#include "format/text.h"
+
+std::string complianceText(const Assessment& found) {
+    return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
+}
+
+std::string materialText(const Field& design, const Scene& scene) {
+    return formatted("%.1f %%  (%.7g of ", 100 * mean(design), sum(design)) +
+           counted(design.values.size(), refinementOf(design, scene) > 1 ? "cell" : "element") +
+           ")";
+}
+
+std::string runSubtitle(const IterationRecord& shown, const Assessment* drawn) {
+    return formatted("iteration %d,  compliance %.6g", shown.iteration, shown.compliance) +
+           (drawn != nullptr ? ", as drawn " + complianceText(*drawn) : "") +
+           formatted(",  volume %.1f %%", 100 * shown.volume);
+}
+
+std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
+                          const Assessment* drawn) {
+    const bool isSupported = found.problems.empty();
+    std::string text = isSupported ? "compliance " + complianceText(found)
+                                   : "not supported: " + lineOf(found.problems.front());
+    if (drawn != nullptr && isSupported) text += ", as drawn " + complianceText(*drawn);
+    text += ",  material used " + materialText(design, scene);
+    // Their outlines show which parts.
+    if (!found.floating.empty())
+        text += ",  " + counted(found.floating.size(), "part") + " left out";
+    return text;
+}
