@@ -115,6 +115,38 @@ TEST(AnalysisExportTest, GreyPlatesAgreeWithTheReferenceInAllResults) {
     }
 }
 
+// Also the first one, which a plate that is held at its left edge does not use.
+TEST(AnalysisExportTest, EveryDegreeOfFreedomCounts) {
+    constexpr unsigned nelx = 3;
+    constexpr unsigned nely = 2;
+    constexpr unsigned dofs = 2 * (nelx + 1) * (nely + 1);
+    for (unsigned corner : {0U, nelx}) {
+        Records supports;
+        for (unsigned i = 0; i < 2 * (nely + 1); ++i) {
+            supports.add(static_cast<float>(corner), static_cast<float>(i / 2),
+                         static_cast<float>(i % 2));
+        }
+        for (unsigned dof = 0; dof < dofs; ++dof) {
+            const unsigned node = dof / 2;
+            const auto x = static_cast<float>(node / (nely + 1));
+            const auto y = static_cast<float>(node % (nely + 1));
+            const Records loads = Records().add(x, y, dof % 2 == 0, dof % 2 == 1);
+            const AnalysisHost host(nelx, nely, loads, supports);
+            const auto result = host.solve(host.solid());
+            ASSERT_EQ(result.status, VOXAM_ANALYSIS_SOLVED) << result.text;
+            if (node / (nely + 1) == corner) {
+                EXPECT_EQ(result.compliances[0], 0.0) << dof;
+                continue;
+            }
+            const auto u =
+                test::ExactPlate(nelx, nely, host.solid(), supports).solve(loads, nely, 0);
+            EXPECT_LT(relativeError(result.displacements.data(), u), 1e-12) << dof;
+            EXPECT_NEAR(result.compliances[0], static_cast<double>(u[dof]),
+                        1e-12 * result.compliances[0]);
+        }
+    }
+}
+
 TEST(AnalysisExportTest, AStretchedPlateHasOneStress) {
     const AnalysisHost host(7, 5, test::tension(7, 5, 3), test::slidingLeftEdge(5));
     auto moduli = host.solid();
