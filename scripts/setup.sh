@@ -87,6 +87,7 @@ package_requirements=(
 # What the window needs: scripts/live and scripts/test add it to the list.
 window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
+    "qt6-svg-dev:Qt 6.4 (Svg)"
 )
 
 # What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it
