@@ -12,6 +12,8 @@
 #include "report.h"
 #include "verdict.h"
 
+using namespace voxam;
+
 namespace {
 
 std::string useOf(const Scene& scene) {

@@ -21,7 +21,11 @@
 #include "verdict.h"
 #include "warnings.h"
 
+using namespace voxam;
+
 namespace {
+
+using ::reportOn;
 
 namespace fs = std::filesystem;
 

@@ -13,6 +13,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr std::size_t LONGEST_COMPLAINT = 2000;

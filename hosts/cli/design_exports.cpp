@@ -15,6 +15,8 @@
 #include "format/symmetry.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -9,6 +9,8 @@
 #include "format/scene.h"
 #include "options.h"
 
+using namespace voxam;
+
 /// A file that a command is to write, and the option that names it.
 struct Output {
     std::string option;

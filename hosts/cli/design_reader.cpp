@@ -6,6 +6,8 @@
 #include "format/symmetry.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 Field readHalf(const Scene& scene, const std::filesystem::path& file) {

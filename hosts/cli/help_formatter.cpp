@@ -4,6 +4,8 @@
 
 #include "format/text.h"
 
+using namespace voxam;
+
 std::string HelpFormatter::fitted(const std::string& lines) {
     constexpr std::size_t width = 80;
     std::istringstream stream(lines);

@@ -4,6 +4,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 History::History(const std::filesystem::path& target) : file(target), stream(target) {
     stream << "iteration,compliance,volume,change,totalTime,updateTime,stateTime,assembleTime,"
               "factorizeTime,solveTime,sensitivityTime,meshTime";

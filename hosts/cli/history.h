@@ -5,6 +5,8 @@
 
 #include "run/iteration_record.h"
 
+using namespace voxam;
+
 /// A CSV file with a line for each iteration. Every line is on its way to the disk before the next
 /// iteration begins, so that an interrupted run leaves those that it finished.
 class History {

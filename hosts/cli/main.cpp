@@ -20,7 +20,7 @@ int report(const std::string& message) {
     return ERROR_STATUS;
 }
 
-int run(int argc, char** argv) {
+int runCommand(int argc, char** argv) {
     CommandLine line;
     try {
         line.app.parse(argc, argv);
@@ -46,7 +46,7 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
     try {
         openStandardStreams();
-        const int status = run(argc, argv);
+        const int status = runCommand(argc, argv);
         flushStandardOutput();
         return status;
     } catch (const std::exception& error) {

@@ -8,6 +8,8 @@
 #include "format/scene_writer.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 Load force(Range x, Range y) { return {x, y, 0, 1, 0}; }

@@ -8,6 +8,8 @@
 #include "interruption.h"
 #include "warnings.h"
 
+using namespace voxam;
+
 namespace {
 
 // Iterations after the start and after each change in which a small change of the densities does

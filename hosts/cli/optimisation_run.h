@@ -13,6 +13,8 @@
 #include "run/iteration_record.h"
 #include "run/scene_run.h"
 
+using namespace voxam;
+
 /// The iterations of an optimisation, with the changes of its timeline.
 class OptimisationRun {
 public:

@@ -28,9 +28,13 @@
 #include "view.h"
 #include "warnings.h"
 
+using namespace voxam;
+
 namespace fs = std::filesystem;
 
 namespace {
+
+using ::reportOn;
 
 fs::path frameFile(const OptimiseOptions& options, int iteration) {
     return options.frames / formatted("frame-%04d.png", iteration);

@@ -9,6 +9,8 @@
 #include "interruption.h"
 #include "time_table.h"
 
+using namespace voxam;
+
 namespace {
 
 std::string whyNotAll(const OptimisationRun& run) {

@@ -5,6 +5,8 @@
 #include "checks/checks.h"
 #include "optimisation_run.h"
 
+using namespace voxam;
+
 /// Prints what an optimisation came to. The result is that of its last design; without a record
 /// there is none.
 void printSummary(const OptimisationRun& run, const RunResult& result, const Findings& warnings);

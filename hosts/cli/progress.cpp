@@ -12,6 +12,8 @@
 #include "console.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr int INTERVAL = 10;  // iterations from one plain line to the next

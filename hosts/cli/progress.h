@@ -5,6 +5,8 @@
 
 #include "run/iteration_record.h"
 
+using namespace voxam;
+
 /// The line of a terminal that shows an iteration in `width` columns. What does not fit is left
 /// out: the bar, then the time, the volume, the change, the compliance, and the iteration last.
 std::string liveLine(const IterationRecord& record, int of, std::size_t width);

@@ -3,6 +3,8 @@
 #include "console.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 Report reportOn(const char* command, const Scene& scene) {
     return {{"command", command},
             {"scene", nameOf(scene.files.front())},

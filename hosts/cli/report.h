@@ -8,6 +8,8 @@
 #include "format/scene.h"
 #include "verdict.h"
 
+using namespace voxam;
+
 /// The JSON objects that --json prints. A compliance that does not exist is null.
 using Report = nlohmann::ordered_json;
 

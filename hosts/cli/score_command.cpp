@@ -26,7 +26,12 @@
 #include "view.h"
 #include "warnings.h"
 
+using namespace voxam;
+
 namespace {
+
+using ::complainOf;
+using ::reportOn;
 
 double percent(double part, double whole) { return whole > 0 ? 100 * part / whole : 0; }
 

@@ -4,6 +4,8 @@
 
 #include "run/iteration_record.h"
 
+using namespace voxam;
+
 /// Where the time of the iterations went.
 struct PartTime {
     const char* name;  ///< of a part of an iteration; the last one is the whole iteration

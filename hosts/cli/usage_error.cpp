@@ -9,6 +9,8 @@
 
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 template <typename Number>

@@ -6,6 +6,8 @@
 #include "format/refinement.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 // Sound designs of the optimiser lose up to a quarter with their greys.

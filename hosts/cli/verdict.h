@@ -4,6 +4,8 @@
 
 #include "checks/assessment.h"
 
+using namespace voxam;
+
 /// A design with greys in black and white, and what that is worth.
 struct DrawnVerdict {
     DrawnDesign drawn;

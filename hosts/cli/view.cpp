@@ -8,6 +8,8 @@
 #include "format/symmetry.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace {
 
 /// Numbers of the load cases that a view shows.

@@ -6,6 +6,8 @@
 #include "drawing/picture.h"
 #include "options.h"
 
+using namespace voxam;
+
 /// Shows in a picture what the options ask for: the energy or the stress of the elements, or the
 /// deformed plate. `found` has its states, of a design of the picture's resolution. Returns what
 /// the subtitle should add, such as ",  load case 1 of 2", or nothing.

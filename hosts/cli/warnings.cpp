@@ -4,6 +4,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 Findings warningsOf(const Findings& findings, const std::filesystem::path& scene) {
     for (const Finding& finding : findings)
         if (finding.severity == Finding::ERROR)

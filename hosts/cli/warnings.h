@@ -5,6 +5,8 @@
 
 #include "checks/finding.h"
 
+using namespace voxam;
+
 /// Throws InputError for the first error among the findings about a scene, and returns the
 /// warnings.
 Findings warningsOf(const Findings& findings, const std::filesystem::path& scene);

@@ -6,9 +6,12 @@
 
 #include "export/output_file.h"
 #include "format/detail.h"
+#include "format/limits.h"
 #include "format/scene_writer.h"
 #include "format/setting_keys.h"
 #include "format/timeline.h"
+
+using namespace voxam;
 
 /// One step: the scenes before and after it.
 class Document::Edit : public QUndoCommand {
@@ -96,6 +99,7 @@ Scene Document::withSettings(const Scene& next) const {
 
 void Document::editWhole(const QString& what, Scene next, int gesture) {
     if (*saved == next) return;
+    checkLimits(next);
     checkDetail(next, detailOf(next));
     history.push(new Edit(*this, what, std::make_shared<const Scene>(std::move(next)), gesture));
 }

@@ -8,6 +8,8 @@
 
 #include "format/scene.h"
 
+using namespace voxam;
+
 /// The scene that is being edited, its file and its history. Every change of the scene goes through
 /// edit(), so that every change can be undone.
 ///

@@ -8,6 +8,8 @@
 #include "format/refinement.h"
 #include "plate_image.h"
 
+using namespace voxam;
+
 namespace {
 
 /// Around all parts, in plate coordinates.

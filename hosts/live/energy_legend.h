@@ -5,6 +5,8 @@
 
 #include "drawing/energy_scale.h"
 
+using namespace voxam;
+
 /// What the colours of a scored design mean.
 class EnergyLegend : public QWidget {
     Q_OBJECT

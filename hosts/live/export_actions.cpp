@@ -23,6 +23,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+using namespace voxam;
+
 namespace fs = std::filesystem;
 
 namespace {

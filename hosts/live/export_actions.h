@@ -11,6 +11,8 @@
 #include "format/scene.h"
 #include "recorder.h"
 
+using namespace voxam;
+
 /// Writes what the plate shows to files, in the forms that the command-line program has.
 class ExportActions : public QObject {
     Q_OBJECT

@@ -12,6 +12,8 @@
 #include "icons.h"
 #include "scene_places.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr int MAX_RECENT = 10;
@@ -19,7 +21,9 @@ constexpr const char* RECENT_KEY = "recentFiles";
 
 QString sceneFilter() { return QObject::tr("Scenes (*.json);;All files (*)"); }
 
-QString nameOf(const std::filesystem::path& file) { return QString::fromStdString(file.string()); }
+QString pathText(const std::filesystem::path& file) {
+    return QString::fromStdString(file.string());
+}
 
 std::filesystem::path pathOf(const QString& name) { return name.toStdString(); }
 
@@ -110,8 +114,8 @@ void FileActions::makeNew() {
 
 void FileActions::chooseAndOpen() {
     if (!mayDiscard()) return;
-    const QString start =
-        document.file().empty() ? nameOf(shippedScenes()) : nameOf(document.file().parent_path());
+    const QString start = document.file().empty() ? pathText(shippedScenes())
+                                                  : pathText(document.file().parent_path());
     const QString name =
         QFileDialog::getOpenFileName(&parent, tr("Open a scene"), start, sceneFilter());
     if (!name.isEmpty()) load(pathOf(name));
@@ -130,7 +134,7 @@ bool FileActions::mayDropComments(const std::filesystem::path& target) {
         QMessageBox::warning(&parent, tr("Save without the comments?"),
                              tr("%1 has comments, which would be lost. "
                                 "Save as... another file to keep them.")
-                                 .arg(nameOf(target.filename())),
+                                 .arg(pathText(target.filename())),
                              QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
     return answer == QMessageBox::Save;
 }
@@ -139,7 +143,7 @@ bool FileActions::saveAs() {
     const auto& file = document.file();
     const QString start = file.empty() || isShipped(file)
                               ? QDir::home().filePath(document.displayName())
-                              : nameOf(file);
+                              : pathText(file);
     QFileDialog dialog(&parent, tr("Save the scene"), start, sceneFilter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("json");
@@ -166,7 +170,7 @@ void FileActions::remember(const std::filesystem::path& file) {
     QStringList recent = settings.value(RECENT_KEY).toStringList();
     std::error_code error;
     const auto whole = std::filesystem::absolute(file, error);
-    const QString name = nameOf(error ? file : whole.lexically_normal());
+    const QString name = pathText(error ? file : whole.lexically_normal());
     recent.removeAll(name);
     recent.prepend(name);
     settings.setValue(RECENT_KEY, recent.mid(0, MAX_RECENT));

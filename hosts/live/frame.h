@@ -10,6 +10,8 @@
 #include "format/field.h"
 #include "run/iteration_record.h"
 
+using namespace voxam;
+
 /// What is reported about an iteration.
 struct IterationNumbers : IterationRecord {
     std::uint64_t revision = 0;  ///< of the settings that it was computed with

@@ -11,6 +11,8 @@
 #include "plate_painter.h"
 #include "scene_places.h"
 
+using namespace voxam;
+
 namespace fs = std::filesystem;
 
 namespace {

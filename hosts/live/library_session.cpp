@@ -5,6 +5,8 @@
 #include "checks/checks.h"
 #include "format/refinement.h"
 
+using namespace voxam;
+
 void LibrarySession::optimise(std::shared_ptr<const Scene> scene, bool movesBlob,
                               std::uint64_t start) {
     const bool goesOn = run && hasSamePlate(*whole, *scene) && start == startNumber;

@@ -9,6 +9,8 @@
 #include "frame.h"
 #include "run/scene_run.h"
 
+using namespace voxam;
+
 /// How an iteration ended: with a picture, or with a text.
 struct IterationOutcome {
     std::string text;  ///< empty on success, and only then there is a picture

@@ -8,6 +8,8 @@
 #include "checks/assessment.h"
 #include "format/refinement.h"
 
+using namespace voxam;
+
 LiveRun::LiveRun(Workbench& workbench)
     : bench(workbench), worker([this] { emit workerHasNews(); }) {
     // Emitted on the worker's thread, fetched on this one.

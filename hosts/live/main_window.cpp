@@ -25,6 +25,8 @@
 #include "settings_panel.h"
 #include "shortcut_dialog.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr const char* FIRST_SCENE = "optimise-cantilever.json";

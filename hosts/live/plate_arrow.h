@@ -9,6 +9,8 @@
 #include "format/scene.h"
 #include "plate_transform.h"
 
+using namespace voxam;
+
 inline QPointF toQt(Point place) { return {place.x, place.y}; }
 inline Point ofQt(QPointF place) { return {place.x(), place.y()}; }
 

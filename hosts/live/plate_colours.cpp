@@ -2,6 +2,8 @@
 
 #include "drawing/picture_colours.h"
 
+using namespace voxam;
+
 namespace {
 
 // Towards white: the darker colours would drown in a dark window.

@@ -5,6 +5,8 @@
 
 #include "drawing/load_arrows.h"
 
+using namespace voxam;
+
 /// The colours of the plate and its signs, in a light window those of the program's pictures. Load
 /// cases and kinds of passive elements also differ by number, outline or hatching: colour is never
 /// the only sign.

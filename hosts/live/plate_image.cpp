@@ -7,6 +7,8 @@
 
 #include "drawing/picture_colours.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr int SHADES = 256;

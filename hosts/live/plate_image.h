@@ -8,6 +8,8 @@
 #include "frame.h"
 #include "plate_colours.h"
 
+using namespace voxam;
+
 // Images of the material, a pixel for each cell of what they show.
 
 /// The optimiser's picture; elements of `blob` are tinted.

@@ -7,6 +7,8 @@
 
 #include "drawing/area_outline.h"
 
+using namespace voxam;
+
 namespace {
 
 // Pixels.

@@ -13,6 +13,8 @@
 #include "plate_colours.h"
 #include "plate_transform.h"
 
+using namespace voxam;
+
 /// Outlines of the passive elements and of the blob, in plate coordinates. They take a walk over
 /// the elements, so they are made once for a scene and not for each picture.
 struct PlateOutlines {

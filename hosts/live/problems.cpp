@@ -4,6 +4,8 @@
 
 #include "checks/checks.h"
 
+using namespace voxam;
+
 namespace {
 
 template <typename Where>

@@ -8,6 +8,8 @@
 #include "format/scene.h"
 #include "frame.h"
 
+using namespace voxam;
+
 /// What stands in the way of a design: for the banner, and where on the plate to mark it.
 struct Problems {
     QString text;  ///< empty when all is well

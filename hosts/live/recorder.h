@@ -9,6 +9,8 @@
 #include "format/scene.h"
 #include "frame.h"
 
+using namespace voxam;
+
 /// The last minutes of a run, for an animation: a picture a second, in eight bits.
 class Recorder {
 public:

@@ -5,18 +5,13 @@
 #include <cstdint>
 #include <string>
 
-#include "format/area_reader.h"
 #include "format/grid.h"
 #include "format/input_error.h"
 #include "format/refinement.h"
 
-namespace {
+using namespace voxam;
 
-void checkCount(const Cells& cells, const char* what) {
-    if (cells.size() > MAX_CELLS)
-        throw InputError(std::to_string(cells.size()) + " elements are too many for " + what +
-                         ": at most " + std::to_string(MAX_CELLS));
-}
+namespace {
 
 // Directions in which a node is held.
 constexpr std::uint8_t HELD_X = 1;
@@ -102,11 +97,10 @@ void takeAway(Area& area, const Cells& cells, const Scene& scene) {
     });
 }
 
-void add(Area& area, const Cells& cells, const Scene& scene, const char* what) {
+void add(Area& area, const Cells& cells, const Scene& scene) {
     Mask mask = maskOf(area, scene);
     mark(mask, cells, 1);
     area.cells = cellsWith(mask);
-    checkCount(area.cells, what);
 }
 
 bool actsOn(const Load& load, const Node& node) {
@@ -173,7 +167,7 @@ void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> k
     const std::array<Area*, 3> areas = {&passive.voids, &passive.solids, &passive.secondSolids};
     for (std::size_t i = 0; i < areas.size(); ++i) {
         if (kind && i == static_cast<std::size_t>(*kind))
-            add(*areas[i], cells, scene, "one kind of passive elements");
+            add(*areas[i], cells, scene);
         else
             takeAway(*areas[i], cells, scene);
     }
@@ -182,7 +176,7 @@ void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> k
 
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
     Area result = blob;
-    adds ? add(result, cells, scene, "a blob") : takeAway(result, cells, scene);
+    adds ? add(result, cells, scene) : takeAway(result, cells, scene);
     scene.blob = std::move(result);
 }
 

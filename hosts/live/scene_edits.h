@@ -6,6 +6,8 @@
 
 #include "format/scene.h"
 
+using namespace voxam;
+
 // What a hand can do to a scene. Each function keeps the scene valid and throws InputError, before
 // it changes anything, when it cannot. Nodes and elements that lie outside the plate are ignored.
 

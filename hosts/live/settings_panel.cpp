@@ -11,8 +11,9 @@
 #include "format/detail.h"
 #include "format/input_error.h"
 #include "format/resize.h"
-#include "format/text.h"
 #include "problems.h"
+
+using namespace voxam;
 
 namespace {
 
@@ -123,11 +124,7 @@ QWidget* SettingsPanel::makeTexts() {
     connect(title, &QLineEdit::editingFinished, this, [this] {
         if (!title->isModified()) return;
         const std::string text = title->text().simplified().toStdString();
-        bench.editWhole(tr("Change title"), [&](Scene& scene) {
-            if (characterCount(text) > Scene::MAX_TITLE)
-                throw InputError("The title is longer than 200 characters");
-            scene.title = text;
-        });
+        bench.editWhole(tr("Change title"), [&](Scene& scene) { scene.title = text; });
     });
     connect(description, &QLineEdit::editingFinished, this, [this] {
         if (!description->isModified()) return;

@@ -5,6 +5,8 @@
 
 #include "format/input_error.h"
 
+using namespace voxam;
+
 Workbench::Workbench() {
     connect(&document, &Document::sceneChanged, this, &Workbench::followScene);
     connect(&document, &Document::opened, this, [this] {

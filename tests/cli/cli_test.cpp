@@ -13,6 +13,8 @@
 #include "format/scene_writer.h"
 #include "run/records.h"
 
+using namespace voxam;
+
 namespace {
 
 /// A bar of one row of elements, held at the left and pulled at the right: its loads, its densities

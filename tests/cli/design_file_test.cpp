@@ -13,6 +13,8 @@
 #include "export/output_file.h"
 #include "format/input_error.h"
 
+using namespace voxam;
+
 namespace {
 
 Field random(int width, int height) {

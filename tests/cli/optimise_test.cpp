@@ -11,6 +11,8 @@
 #include "format/scene_reader.h"
 #include "run/records.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr const char* HELD = R"([{"x": 0, "y": [0, 6], "fix": "xy"}])";

@@ -7,6 +7,8 @@
 #include "export/scene_file.h"
 #include "format/symmetry.h"
 
+using namespace voxam;
+
 namespace {
 
 using Json = nlohmann::json;

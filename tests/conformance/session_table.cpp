@@ -10,9 +10,11 @@
 #include "format/exact_text.h"
 #include "library_session.h"
 
+using namespace voxam;
+
 namespace {
 
-void run(const char* file, bool movesBlob, std::ostream& pictures) {
+void runScene(const char* file, bool movesBlob, std::ostream& pictures) {
     const auto scene = std::make_shared<const Scene>(readScene(file));
     LibrarySession solvers;
     solvers.optimise(scene, movesBlob, 0);
@@ -44,7 +46,7 @@ int main(int argc, char** argv) {
     }
     try {
         std::ofstream pictures(argv[2], std::ios::binary);
-        run(argv[1], argc > 3 && std::strcmp(argv[3], "--blob") == 0, pictures);
+        runScene(argv[1], argc > 3 && std::strcmp(argv[3], "--blob") == 0, pictures);
         return pictures.flush() ? 0 : 2;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

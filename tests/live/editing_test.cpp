@@ -226,6 +226,29 @@ private slots:
         QCOMPARE(live.scene().loads[0].y, (Range{12, 12}));
     }
 
+    void anEditBeyondALimitIsRefusedWithItsReason() {
+        LiveFixture live("minimal.json");
+        const auto before = live.bench().document.whole();
+        QString reason;
+        connect(&live.bench(), &Workbench::refused, this,
+                [&](const QString& text) { reason = text; });
+        const auto refuses = [&](const char* text, const std::function<void(Scene&)>& change) {
+            QVERIFY2(!live.bench().editWhole("Edit", change), text);
+            QVERIFY2(reason.contains(text), qPrintable(reason));
+            QVERIFY(live.bench().document.whole() == before);
+        };
+        const Cells many(32768, Cell{1, 1});
+        refuses("title", [](Scene& scene) { scene.title = std::string(201, 't'); });
+        refuses("loads: 5010005 nodes", [](Scene& scene) {
+            scene.loads.assign(5, {{0, 1000}, {0, 1000}, 0, 1, 0});
+        });
+        refuses("blob: 32768 elements", [&](Scene& scene) { scene.blob.cells = many; });
+        refuses("from iteration 2 on, passive.solid: 32768", [&](Scene& scene) {
+            scene.timeline.push_back({2, {}, {"passive"}, std::nullopt});
+            scene.timeline.back().settings.passive.solids.cells = many;
+        });
+    }
+
     void aFinerGridKeepsEverythingInItsPlace() {
         LiveFixture live("wheel.json");
         live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 160, 160); });

@@ -88,7 +88,7 @@ private slots:
         width.setValue(1000);
         height.setValue(1000);
         QTest::mouseClick(&apply, Qt::LeftButton);
-        QVERIFY(hasLabel(live, "too many"));
+        QVERIFY(hasLabel(live, "allowed are at most"));
         QCOMPARE(live.scene().width, 48);
         detail.setValue(16);
         live.named<QSpinBox>("Detail of the picture").setValue(16);

@@ -5,6 +5,8 @@
 #include "run/records.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 // A wide beam, and one on a plate above and one below the size at which the library refuses what
@@ -40,14 +42,14 @@ TEST(Assessment, tellsWhyThereIsNoScore) {
         EXPECT_EQ(found.problems.size(), 1u);
         return lineOf(found.problems.front());
     };
-    EXPECT_EQ(problem(drawing({"###.", "###."}), scene),
+    EXPECT_EQ(problem(designOf({"###.", "###."}), scene),
               "loads[0]: acts where there is no material, at x 4, y 1");
-    EXPECT_EQ(problem(drawing({"##.#", "##.#"}), scene),
+    EXPECT_EQ(problem(designOf({"##.#", "##.#"}), scene),
               "loads[0]: acts on a part that no support holds, at x 4, y 1");
-    EXPECT_EQ(problem(drawing({"....", "...."}), scene), "design: there is no material");
+    EXPECT_EQ(problem(designOf({"....", "...."}), scene), "design: there is no material");
     Scene free = scene;
     free.supports.clear();
-    EXPECT_EQ(problem(drawing({"####", "####"}), free),
+    EXPECT_EQ(problem(designOf({"####", "####"}), free),
               "supports: the plate is free to move: nothing is held");
 }
 
@@ -77,10 +79,10 @@ TEST(DrawnDesign, keepsTheVolume) {
     for (std::size_t i = 0; i < material.values.size(); ++i)
         EXPECT_EQ(drawn.design.values[i] == 1, double(material.values[i]) >= drawn.level);
     // What is black and white stays as it is, also where cells are averaged.
-    const Field ready = drawing({"##..", "##.."});
+    const Field ready = designOf({"##..", "##.."});
     EXPECT_EQ(drawnDesign(ready, clampedPlate(4, 2), 1).design, ready);
     EXPECT_EQ(drawnDesign(ready, clampedPlate(4, 2), 1).level, 0.5);
-    EXPECT_EQ(drawnDesign(ready, clampedPlate(2, 1), 1).design, drawing({"#."}));
+    EXPECT_EQ(drawnDesign(ready, clampedPlate(2, 1), 1).design, designOf({"#."}));
     EXPECT_EQ(drawnDesign(Field(4, 2, 0.4f), clampedPlate(4, 2), 1).design, Field(4, 2));
 }
 

@@ -12,6 +12,8 @@
 #include "checks/memory_need.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 using testing::ElementsAre;
@@ -198,7 +200,7 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
     RunResult result;
     result.compliance = 10;
     result.volume = 0.5;
-    result.drawn = drawing({"####", "...."});
+    result.drawn = designOf({"####", "...."});
     result.assessment.score.compliance = 11.4;
     EXPECT_THAT(linesOf(checkResult(result, scene)), IsEmpty());
     result.assessment.score.compliance = 11.6;
@@ -210,16 +212,16 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
     for (int y = 4; y < 8; ++y)
         for (int x = 0; x < 16; ++x) result.drawn.at(x, y) = 0;
     EXPECT_THAT(linesOf(checkResult(result, scene)), IsEmpty());
-    result.drawn = drawing({"####", "...."});
+    result.drawn = designOf({"####", "...."});
     result.assessment.score.compliance = 9;
     result.volume = 0.46;
     EXPECT_THAT(linesOf(checkResult(result, scene)),
                 ElementsAre(HasSubstr(
                     "volumeFraction: the design has 46.0 % instead of 50.0 %; take a finer grid")));
     result.volume = 0.5;
-    result.drawn = drawing({"####", "#..."});
+    result.drawn = designOf({"####", "#..."});
     EXPECT_THAT(linesOf(checkResult(result, scene)), ElementsAre(HasSubstr("62.5 % as drawn")));
-    result.drawn = drawing({"##.#", "#..."});
+    result.drawn = designOf({"##.#", "#..."});
     result.assessment.floating = {{{{3, 0}}}};
     result.assessment.problems = {{Finding::ERROR, "loads[0]", "pulls somewhere", std::nullopt}};
     EXPECT_THAT(

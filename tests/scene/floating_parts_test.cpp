@@ -2,6 +2,8 @@
 #include "checks/assessment.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 std::vector<FloatingPart> partsOf(const Field& design, const Scene& scene) {
@@ -25,10 +27,10 @@ Support pin(int x, int y) { return {{x, x}, {y, y}, true, true}; }
 Support rollerOnX(int x, int y) { return {{x, x}, {y, y}, false, true}; }
 
 TEST(FloatingParts, areWhatNothingJoinsToASupport) {
-    const Field design = drawing({"##....#.",  //
-                                  "##..##..",  //
-                                  "......##",  //
-                                  "........"});
+    const Field design = designOf({"##....#.",  //
+                                   "##..##..",  //
+                                   "......##",  //
+                                   "........"});
     // The pieces at the right touch at corners, so that they are one part.
     EXPECT_EQ(cellsOfParts(design, clampedPlate(8, 4)),
               (std::vector<Cells>{{{6, 0}, {4, 1}, {5, 1}, {6, 2}, {7, 2}}}));
@@ -39,20 +41,20 @@ TEST(FloatingParts, areWhatNothingJoinsToASupport) {
 
 TEST(FloatingParts, turnAboutASingleCornerButNotAboutTwo) {
     const Scene scene = clampedPlate(5, 3);
-    EXPECT_EQ(cellsOfParts(drawing({"##...",  //
-                                    "..#..",  //
-                                    "....."}),
+    EXPECT_EQ(cellsOfParts(designOf({"##...",  //
+                                     "..#..",  //
+                                     "....."}),
                            scene),
               (std::vector<Cells>{{{2, 1}}}));
-    EXPECT_TRUE(cellsOfParts(drawing({"##...",  //
-                                      "..##.",  //
-                                      "##..."}),
+    EXPECT_TRUE(cellsOfParts(designOf({"##...",  //
+                                       "..##.",  //
+                                       "##..."}),
                              scene)
                     .empty());
 }
 
 TEST(FloatingParts, standOnTwoPinsOrOnAPinAndARollerButNotOnOnePin) {
-    const Field bar = drawing({"....", ".##.", "...."});
+    const Field bar = designOf({"....", ".##.", "...."});
     EXPECT_TRUE(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), pin(3, 1)})).empty());
     EXPECT_TRUE(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), rollerOnX(3, 1)})).empty());
     EXPECT_EQ(cellsOfParts(bar, sceneFor(bar, {pin(1, 1), rollerOnX(0, 2)})).size(), 1u);
@@ -61,11 +63,11 @@ TEST(FloatingParts, standOnTwoPinsOrOnAPinAndARollerButNotOnOnePin) {
 
 TEST(FloatingParts, areNotTheBarsOfATriangle) {
     // Three bars joined at corners, none of them held by itself: the upper two stand on a pin each.
-    const Field frame = drawing({"..##..",  //
-                                 ".#..#.",  //
-                                 ".#..#.",  //
-                                 ".#..#.",  //
-                                 "......"});
+    const Field frame = designOf({"..##..",  //
+                                  ".#..#.",  //
+                                  ".#..#.",  //
+                                  ".#..#.",  //
+                                  "......"});
     const auto held = [&](const std::vector<Support>& supports) {
         return cellsOfParts(frame, sceneFor(frame, supports)).empty();
     };
@@ -75,10 +77,10 @@ TEST(FloatingParts, areNotTheBarsOfATriangle) {
 }
 
 TEST(FloatingParts, areFoundOnAFinerGridThanTheScenes) {
-    const Field design = drawing({"####....",  //
-                                  "####..#.",  //
-                                  "........",  //
-                                  "........"});
+    const Field design = designOf({"####....",  //
+                                   "####..#.",  //
+                                   "........",  //
+                                   "........"});
     EXPECT_EQ(cellsOfParts(design, clampedPlate(4, 2)), (std::vector<Cells>{{{6, 1}}}));
     EXPECT_EQ(describe(partsOf(design, clampedPlate(4, 2))),
               "no support holds 1 part of it, 0.25 elements of the grid; the first at x 3, y 0.5");
@@ -91,9 +93,9 @@ TEST(FloatingParts, areFoundOnAFinerGridThanTheScenes) {
 }
 
 TEST(FloatingParts, carryNoLoads) {
-    const Field design = drawing({"###.#",  //
-                                  "###.#",  //
-                                  "###.."});
+    const Field design = designOf({"###.#",  //
+                                   "###.#",  //
+                                   "###.."});
     Scene scene = clampedPlate(5, 3);
     scene.loads = {{{3, 3}, {0, 3}, 1, 0, 0},   // on held material
                    {{4, 4}, {0, 1}, 1, 0, 0},   // on the part at the right

@@ -15,6 +15,8 @@
 #include "export/solid.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 Field random(int width, int height, unsigned seed, bool blackAndWhite) {
@@ -121,13 +123,13 @@ TEST(Outline, hasTheAreaOfTheDesign) {
 }
 
 TEST(Outline, keepsApartWhatTouchesInACorner) {
-    EXPECT_EQ(traceOutline(drawing({"#.", ".#"}), 1).contours.size(), 2u);
+    EXPECT_EQ(traceOutline(designOf({"#.", ".#"}), 1).contours.size(), 2u);
     // Void that touches in a corner is one hole; that at the border is none.
-    const Outline holey = traceOutline(drawing({"#####", "#.###", "##.##", "#####", "####."}), 1);
+    const Outline holey = traceOutline(designOf({"#####", "#.###", "##.##", "#####", "####."}), 1);
     EXPECT_EQ(holey.contours.size(), 2u);
     EXPECT_EQ(holes(holey), 1u);
     // Grey around the corner joins it.
-    Field grey = drawing({"#.", ".#"});
+    Field grey = designOf({"#.", ".#"});
     grey.at(1, 0) = 0.2f;
     EXPECT_EQ(traceOutline(grey, 1).contours.size(), 1u);
 }
@@ -165,7 +167,7 @@ TEST(Solid, staysWatertightInSinglePrecision) {
 }
 
 TEST(OutlineFile, facesOutwardsInStl) {
-    const auto stl = encodeStl(traceOutline(drawing({"###", "#.#", "###"}), 1), 2);
+    const auto stl = encodeStl(traceOutline(designOf({"###", "#.#", "###"}), 1), 2);
     const std::size_t count = expectWatertight(stl);
     double flux = 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -182,7 +184,7 @@ TEST(OutlineFile, facesOutwardsInStl) {
 }
 
 TEST(OutlineFile, hasEveryContourInSvgAndDxf) {
-    const Outline outline = traceOutline(drawing({"###..", "#.#..", "###.#"}), 2);
+    const Outline outline = traceOutline(designOf({"###..", "#.#..", "###.#"}), 2);
     const auto svg = encodeSvg(outline);
     const std::string text(svg.begin(), svg.end());
     EXPECT_NE(text.find(R"(width="2.5mm" height="1.5mm" viewBox="0 0 2.5 1.5")"), std::string::npos)

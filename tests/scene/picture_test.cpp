@@ -10,6 +10,8 @@
 #include "drawing/load_arrows.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 /// Nothing acts on it.

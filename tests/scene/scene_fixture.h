@@ -10,6 +10,8 @@
 #include "checks/finding.h"
 #include "format/scene.h"
 
+using namespace voxam;
+
 /// A plate that is clamped at its left edge, with a unit force down at the middle of its right
 /// edge.
 inline Scene clampedPlate(int width, int height) {
@@ -25,7 +27,7 @@ inline Scene clampedPlate(int width, int height) {
 }
 
 /// '#' is solid, everything else void; the top row first.
-inline Field drawing(const std::vector<std::string>& rows) {
+inline Field designOf(const std::vector<std::string>& rows) {
     Field design(static_cast<int>(rows.front().size()), static_cast<int>(rows.size()));
     for (int y = 0; y < design.height; ++y)
         for (int x = 0; x < design.width; ++x)

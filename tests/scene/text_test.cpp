@@ -5,6 +5,8 @@
 #include "format/json_value.h"
 #include "scene_fixture.h"
 
+using namespace voxam;
+
 namespace {
 
 TEST(Text, guessesWhatWasMeant) {

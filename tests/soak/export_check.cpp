@@ -15,6 +15,8 @@
 #include "export/solid.h"
 #include "fault.h"
 
+using namespace voxam;
+
 namespace soak {
 
 namespace {

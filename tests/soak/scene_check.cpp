@@ -16,6 +16,8 @@
 #include "run/optimiser.h"
 #include "run/records.h"
 
+using namespace voxam;
+
 namespace soak {
 
 namespace {

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <functional>
 
-#include "checks/free_plate.h"
+#include "checks/plate_checks.h"
 #include "format/refinement.h"
+
+namespace voxam::inline checks {
 
 namespace {
 
@@ -133,3 +135,5 @@ DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinemen
     for (float& density : drawn.design.values) density = double(density) >= drawn.level ? 1.f : 0.f;
     return drawn;
 }
+
+}  // namespace voxam::inline checks

@@ -6,6 +6,8 @@
 #include "checks/floating_parts.h"
 #include "run/analysis.h"
 
+namespace voxam::inline checks {
+
 /// How stiff a design is. Valid when the design is supported.
 struct Score {
     bool supported = false;
@@ -48,3 +50,5 @@ inline int drawnRefinement(const Scene& scene) {
 
 /// An analysis of so many elements takes some ten seconds and 3 GB.
 constexpr int MAX_DRAWN_ELEMENTS = 1000000;
+
+}  // namespace voxam::inline checks

@@ -8,6 +8,8 @@
 #include <limits>
 #include <string>
 
+namespace voxam::inline checks {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -94,3 +96,5 @@ double availableMemory(const fs::path& proc, const fs::path& cgroups) {
     const double machine = KILOBYTE * numberIn(proc / "meminfo", "MemAvailable:", UNLIMITED);
     return std::max(0.0, std::min({machine, leftOfAddresses(proc), leftOfCgroups(proc, cgroups)}));
 }
+
+}  // namespace voxam::inline checks

@@ -5,15 +5,15 @@
 #include <set>
 
 #include "checks/available_memory.h"
-#include "checks/free_plate.h"
-#include "checks/idle_loads.h"
 #include "checks/material.h"
 #include "checks/memory_need.h"
 #include "checks/passive_void.h"
-#include "checks/symmetry_plane.h"
+#include "checks/plate_checks.h"
 #include "format/refinement.h"
 #include "format/text.h"
 #include "format/timeline.h"
+
+namespace voxam::inline checks {
 
 namespace {
 
@@ -299,3 +299,5 @@ Findings checkResult(const RunResult& result, const Scene& scene) {
     }
     return findings;
 }
+
+}  // namespace voxam::inline checks

@@ -4,6 +4,8 @@
 #include "checks/finding.h"
 #include "format/scene.h"
 
+namespace voxam::inline checks {
+
 /// What can be said of a scene before it is optimised. An error makes the run pointless; what a
 /// change of the timeline brings about is a warning only, because a later one may mend it.
 Findings checkBeforeOptimisation(const Scene& scene);
@@ -38,3 +40,5 @@ struct RunResult {
 
 /// Warnings about a design that is not what it seems to be.
 Findings checkResult(const RunResult& result, const Scene& scene);
+
+}  // namespace voxam::inline checks

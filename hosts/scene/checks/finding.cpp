@@ -1,5 +1,7 @@
 #include "checks/finding.h"
 
+namespace voxam::inline checks {
+
 namespace {
 
 constexpr std::size_t MOST_TOLD = 20;
@@ -17,3 +19,5 @@ std::vector<std::string> toldLines(const Findings& findings) {
     }
     return lines;
 }
+
+}  // namespace voxam::inline checks

@@ -6,6 +6,8 @@
 
 #include "format/range.h"
 
+namespace voxam::inline checks {
+
 /// Where on the grid of a scene something is: the nodes or the elements of a rectangle.
 struct Place {
     bool ofNodes = true;
@@ -32,3 +34,5 @@ inline std::string lineOf(const Finding& finding) { return finding.key + ": " + 
 
 /// A line for each finding; of very many the first ones, and how many there are besides.
 std::vector<std::string> toldLines(const Findings& findings);
+
+}  // namespace voxam::inline checks

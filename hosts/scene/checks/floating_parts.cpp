@@ -8,6 +8,8 @@
 #include "format/refinement.h"
 #include "format/text.h"
 
+namespace voxam::inline checks {
+
 namespace {
 
 /// The first node, if any, at which the load does work without touching material.
@@ -72,3 +74,5 @@ std::string describe(const std::vector<FloatingPart>& parts) {
            (elements == 1 ? " element" : " elements") + " of the grid; the first at " +
            placeText(first.x / refinement, first.y / refinement);
 }
+
+}  // namespace voxam::inline checks

@@ -5,6 +5,8 @@
 #include "checks/finding.h"
 #include "format/scene.h"
 
+namespace voxam::inline checks {
+
 /// Connected material that the supports do not hold.
 struct FloatingPart {
     Cells cells;         ///< of the design's own grid, top row first
@@ -26,3 +28,5 @@ Findings findLooseLoads(const Field& design, const std::vector<FloatingPart>& fl
 /// "2 parts are attached to nothing, 7.5 elements of the grid; the first at x 12.25, y 0": sizes
 /// and places are in elements of the scene. There is at least one part.
 std::string describe(const std::vector<FloatingPart>& parts);
+
+}  // namespace voxam::inline checks

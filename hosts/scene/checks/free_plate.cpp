@@ -1,9 +1,10 @@
-#include "checks/free_plate.h"
-
 #include <algorithm>
 #include <functional>
 
 #include "checks/passive_void.h"
+#include "checks/plate_checks.h"
+
+namespace voxam::inline checks {
 
 Findings findFreePlate(const Scene& scene) {
     const PassiveVoid passiveVoid(scene);
@@ -29,3 +30,5 @@ Findings findFreePlate(const Scene& scene) {
     if (notAllEqual(rowsOfX) || notAllEqual(columnsOfY)) return {};
     return free("turn: hold x in two rows of nodes, or y in two columns");
 }
+
+}  // namespace voxam::inline checks

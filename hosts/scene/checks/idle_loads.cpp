@@ -1,10 +1,11 @@
-#include "checks/idle_loads.h"
-
 #include <algorithm>
 #include <cmath>
 
 #include "checks/held_nodes.h"
+#include "checks/plate_checks.h"
 #include "format/text.h"
+
+namespace voxam::inline checks {
 
 namespace {
 
@@ -107,3 +108,5 @@ Findings findIdleLoads(const Scene& scene) {
     error.place = Place{true, first->x, first->y};
     return {error};
 }
+
+}  // namespace voxam::inline checks

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace voxam::inline checks {
+
 bool hasMaterialAround(const Field& material, int x, int y) {
     for (int i = std::max(0, x - 1); i <= std::min(x, material.width - 1); ++i)
         for (int j = std::max(0, y - 1); j <= std::min(y, material.height - 1); ++j)
@@ -24,3 +26,5 @@ Cells takeConnected(Field& material, Cells cells) {
     }
     return taken;
 }
+
+}  // namespace voxam::inline checks

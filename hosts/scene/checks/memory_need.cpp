@@ -5,6 +5,8 @@
 
 #include "checks/assessment.h"
 
+namespace voxam::inline checks {
+
 namespace {
 
 // Measured; docs/hosting.md explains the estimate, which all hosts of the library share.
@@ -57,3 +59,5 @@ MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
     return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "design",
             "score a coarser design"};
 }
+
+}  // namespace voxam::inline checks

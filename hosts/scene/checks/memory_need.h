@@ -4,6 +4,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline checks {
+
 /// What an optimisation takes at most.
 struct MemoryNeed {
     double bytes = 0;
@@ -16,3 +18,5 @@ MemoryNeed memoryNeed(const Scene& scene);
 
 /// The same for the score of a design of this size.
 MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene);
+
+}  // namespace voxam::inline checks

@@ -5,6 +5,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline checks {
+
 /// The nodes whose elements are all kept void.
 class PassiveVoid {
 public:
@@ -29,3 +31,5 @@ public:
 private:
     Mask isVoid;
 };
+
+}  // namespace voxam::inline checks

@@ -1,10 +1,11 @@
-#include "checks/symmetry_plane.h"
-
 #include "checks/held_nodes.h"
 #include "checks/material.h"
+#include "checks/plate_checks.h"
 #include "format/refinement.h"
 #include "format/symmetry.h"
 #include "format/text.h"
+
+namespace voxam::inline checks {
 
 Findings findOpenPlane(const Scene& scene, const Field& material) {
     if (scene.symmetry == Symmetry::NONE) return {};
@@ -31,3 +32,5 @@ Findings findOpenPlane(const Scene& scene, const Field& material) {
     }
     return {};
 }
+
+}  // namespace voxam::inline checks

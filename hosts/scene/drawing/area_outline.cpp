@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace voxam::inline drawing {
+
 namespace {
 
 // Distance of a point from the centre of the element that it lies in, at most, and a little more: a
@@ -80,3 +82,5 @@ private:
 std::vector<std::array<GridPoint, 2>> outlineOf(const Area& area, int width, int height) {
     return AreaOutline(area, width, height).lines();
 }
+
+}  // namespace voxam::inline drawing

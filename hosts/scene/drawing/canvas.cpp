@@ -8,6 +8,8 @@
 #include <cstring>
 #include <stdexcept>
 
+namespace voxam::inline drawing {
+
 namespace {
 
 constexpr Colour WHITE = {1, 1, 1};
@@ -214,3 +216,5 @@ RgbImage Canvas::image() {
         }
     return result;
 }
+
+}  // namespace voxam::inline drawing

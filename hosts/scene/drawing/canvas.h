@@ -13,6 +13,8 @@
 #include "drawing/point.h"
 #include "drawing/rgb_image.h"
 
+namespace voxam::inline drawing {
+
 /// A white sheet of pixels, or of shapes for an SVG file, with the few strokes that a picture
 /// consists of. Points are the corners between pixels. A failure inside shows when the image is
 /// taken.
@@ -70,3 +72,5 @@ private:
     Surface surface;
     std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
 };
+
+}  // namespace voxam::inline drawing

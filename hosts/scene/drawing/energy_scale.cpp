@@ -5,6 +5,8 @@
 #include <numeric>
 #include <vector>
 
+namespace voxam::inline drawing {
+
 namespace {
 
 constexpr std::array<Colour, 6> STOPS = {{{0.78, 0.78, 0.78},
@@ -65,3 +67,5 @@ Colour EnergyScale::colour(double position) {
     const auto below = std::min(static_cast<std::size_t>(place), STOPS.size() - 2);
     return mix(STOPS[below], STOPS[below + 1], place - static_cast<double>(below));
 }
+
+}  // namespace voxam::inline drawing

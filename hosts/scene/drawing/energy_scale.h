@@ -5,6 +5,8 @@
 #include "drawing/colour.h"
 #include "format/field.h"
 
+namespace voxam::inline drawing {
+
 /// How hard the elements work, on a logarithmic scale: energies spread over decades, and a few
 /// elements next to a point load would leave a linear scale one colour elsewhere.
 class EnergyScale {
@@ -34,3 +36,5 @@ private:
     double from = 0.1;
     double to = 10;
 };
+
+}  // namespace voxam::inline drawing

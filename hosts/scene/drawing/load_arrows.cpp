@@ -5,6 +5,8 @@
 #include <cmath>
 #include <set>
 
+namespace voxam::inline drawing {
+
 namespace {
 
 // Pixels.
@@ -189,3 +191,5 @@ std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale,
     arrows.insert(arrows.end(), heldArrows.begin(), heldArrows.end());
     return arrows;
 }
+
+}  // namespace voxam::inline drawing

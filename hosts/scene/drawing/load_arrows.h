@@ -8,6 +8,8 @@
 #include "drawing/point.h"
 #include "format/scene.h"
 
+namespace voxam::inline drawing {
+
 /// How long arrows are. Who keeps one for as long as a scene is edited has arrows that neither grow
 /// nor shrink because another load changes.
 class ForceScale {
@@ -72,3 +74,5 @@ Colour loadCaseColour(int loadCase);
 /// many as stay `spacing` pixels apart.
 std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, double scale,
                                 double spacing);
+
+}  // namespace voxam::inline drawing

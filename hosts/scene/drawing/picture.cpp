@@ -14,6 +14,8 @@
 #include "format/input_error.h"
 #include "format/refinement.h"
 
+namespace voxam::inline drawing {
+
 namespace {
 
 namespace colours = picture_colours;
@@ -358,3 +360,5 @@ std::vector<std::uint8_t> drawPictureSvg(const Scene& scene, const PictureConten
                                          double scale) {
     return PictureDrawing(scene, content, scale, Canvas::Kind::SVG).draw().svg();
 }
+
+}  // namespace voxam::inline drawing

@@ -10,6 +10,8 @@
 #include "format/field.h"
 #include "format/scene.h"
 
+namespace voxam::inline drawing {
+
 /// How far the nodes of a plate have moved, in elements, at the resolution of a design; 0 where
 /// there is no material.
 struct Deformation {
@@ -72,3 +74,5 @@ struct PictureLayout {
 };
 
 PictureLayout pictureLayout(const Scene& scene, double scale);
+
+}  // namespace voxam::inline drawing

@@ -4,6 +4,8 @@
 
 #include "drawing/colour.h"
 
+namespace voxam::inline drawing {
+
 /// The colours of pictures; those of load cases are loadCaseColour().
 namespace picture_colours {
 
@@ -22,3 +24,5 @@ inline constexpr double GHOST_SHARE = 0.16;  ///< of the undeformed plate
 inline constexpr Colour FLOATING = {0.9, 0.1, 0.75};
 
 }  // namespace picture_colours
+
+}  // namespace voxam::inline drawing

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace voxam::inline drawing {
+
 namespace {
 
 constexpr double SUPPORT_SIZE = 11;
@@ -92,3 +94,5 @@ std::array<Ruler, 2> rulers(const Scene& scene, Point plate, double scale, Point
     left.axis = {"y", {corner.x, far.y + 16}, 0.5};
     return {below, left};
 }
+
+}  // namespace voxam::inline drawing

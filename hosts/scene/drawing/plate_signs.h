@@ -7,6 +7,8 @@
 #include "drawing/load_arrows.h"
 #include "format/scene.h"
 
+namespace voxam::inline drawing {
+
 // The shapes of the signs on and around a plate, in pixels, for whoever draws them. `plate` is the
 // plate's top left corner, `scale` the number of pixels per element.
 
@@ -53,3 +55,5 @@ struct Ruler {
 
 /// The rulers for x and for y, whose lines would meet at `corner`, left of the plate and below.
 std::array<Ruler, 2> rulers(const Scene& scene, Point plate, double scale, Point corner);
+
+}  // namespace voxam::inline drawing

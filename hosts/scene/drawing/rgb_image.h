@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace voxam::inline drawing {
+
 /// A picture of width * height pixels, three bytes (red, green, blue) each, row by row from the
 /// top.
 struct RgbImage {
@@ -10,3 +12,5 @@ struct RgbImage {
     int height = 0;
     std::vector<std::uint8_t> pixels;
 };
+
+}  // namespace voxam::inline drawing

@@ -3,6 +3,8 @@
 #include "format/refinement.h"
 #include "format/text.h"
 
+namespace voxam::inline drawing {
+
 std::string complianceText(const Assessment& found) {
     return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
 }
@@ -31,3 +33,5 @@ std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessm
         text += ",  " + counted(found.floating.size(), "part") + " left out";
     return text;
 }
+
+}  // namespace voxam::inline drawing

@@ -5,6 +5,8 @@
 #include "checks/assessment.h"
 #include "run/iteration_record.h"
 
+namespace voxam::inline drawing {
+
 /// The compliance of a design, or "not supported".
 std::string complianceText(const Assessment& found);
 
@@ -19,3 +21,5 @@ std::string runSubtitle(const IterationRecord& shown, const Assessment* drawn = 
 /// white itself.
 std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
                           const Assessment* drawn = nullptr);
+
+}  // namespace voxam::inline drawing

@@ -10,6 +10,8 @@
 #include <string>
 #include <utility>
 
+namespace voxam::inline files {
+
 namespace {
 
 // Hundredths of a second. Players slow down what is to be shown more briefly.
@@ -257,3 +259,5 @@ std::vector<std::uint8_t> Animation::encodeGif() const {
                                                                            : delay);
     return gif.finish();
 }
+
+}  // namespace voxam::inline files

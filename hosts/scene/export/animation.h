@@ -7,6 +7,8 @@
 
 #include "drawing/rgb_image.h"
 
+namespace voxam::inline files {
+
 /// Pictures of one size that are shown one after the other, over and over, with a pause before the
 /// last one is left. Of a long run it keeps those between which most happens.
 class Animation {
@@ -36,3 +38,5 @@ private:
 
     std::deque<Frame> frames;
 };
+
+}  // namespace voxam::inline files

@@ -13,6 +13,8 @@
 #include "format/json_value.h"
 #include "format/text.h"
 
+namespace voxam::inline files {
+
 namespace {
 
 /// A list of numbers in lines, with commas or semicolons between them.
@@ -133,3 +135,5 @@ std::vector<std::uint8_t> encodeDesignCsv(const Field& design) {
 std::vector<std::uint8_t> encodeDesign(const std::filesystem::path& file, const Field& design) {
     return fileEnding(file) == ".csv" ? encodeDesignCsv(design) : encodeDesignPng(design);
 }
+
+}  // namespace voxam::inline files

@@ -8,6 +8,8 @@
 #include "format/field.h"
 #include "format/scene.h"
 
+namespace voxam::inline files {
+
 /// Endings of the files that hold the densities of a design.
 inline const std::vector<std::string> DESIGN_ENDINGS = {".png", ".csv"};
 
@@ -32,3 +34,5 @@ std::vector<std::uint8_t> encodeDesignCsv(const Field& design);
 
 /// The bytes of a file of the kind that its ending names, one of DESIGN_ENDINGS.
 std::vector<std::uint8_t> encodeDesign(const std::filesystem::path& file, const Field& design);
+
+}  // namespace voxam::inline files

@@ -5,6 +5,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+namespace voxam::inline files {
+
 std::string fileEnding(const std::filesystem::path& file) {
     std::string ending = file.extension().string();
     for (char& letter : ending)
@@ -22,3 +24,5 @@ void checkEnding(const std::string& option, const std::filesystem::path& file,
                      (ending.empty() ? "has no ending" : "unknown ending " + ending) +
                      ", expected " + (endings.size() > 1 ? "one of " : "") + list);
 }
+
+}  // namespace voxam::inline files

@@ -4,9 +4,13 @@
 #include <string>
 #include <vector>
 
+namespace voxam::inline files {
+
 /// The ending of a file's name in small letters, such as ".png"; empty when it has none.
 std::string fileEnding(const std::filesystem::path& file);
 
 /// Throws InputError that names the option and lists the endings unless the file has one of them.
 void checkEnding(const std::string& option, const std::filesystem::path& file,
                  const std::vector<std::string>& endings);
+
+}  // namespace voxam::inline files

@@ -10,6 +10,8 @@
 #include <array>
 #include <cmath>
 
+namespace voxam::inline files {
+
 namespace {
 
 constexpr int LATTICE_STEPS = 256;  // per cell: 32000 cells stay within single precision
@@ -193,3 +195,5 @@ double area(const Outline& outline) {
     for (const Contour& contour : outline.contours) sum += signedArea(contour.corners);
     return sum;
 }
+
+}  // namespace voxam::inline files

@@ -4,6 +4,8 @@
 
 #include "format/field.h"
 
+namespace voxam::inline files {
+
 /// A place in units of the plate, x to the right and y down.
 struct OutlinePoint {
     double x = 0;
@@ -34,3 +36,5 @@ Outline traceOutline(const Field& material, int refinement, double elementSize =
 
 /// Area enclosed, holes taken off.
 double area(const Outline& outline);
+
+}  // namespace voxam::inline files

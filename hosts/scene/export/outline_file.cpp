@@ -12,6 +12,8 @@
 #include "export/solid.h"
 #include "format/exact_text.h"
 
+namespace voxam::inline files {
+
 namespace {
 
 // A style: a rectangle would be a contour to programs that cut along them.
@@ -185,3 +187,5 @@ std::vector<std::uint8_t> encodeOutline(const std::filesystem::path& file, const
     if (ending == ".dxf") return encodeDxf(outline);
     return encodeStl(outline, thickness);
 }
+
+}  // namespace voxam::inline files

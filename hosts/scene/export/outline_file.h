@@ -7,6 +7,8 @@
 
 #include "export/outline.h"
 
+namespace voxam::inline files {
+
 /// Endings of the files that hold an outline.
 inline const std::vector<std::string> OUTLINE_ENDINGS = {".svg", ".dxf", ".stl"};
 
@@ -25,3 +27,5 @@ std::vector<std::uint8_t> encodeStl(const Outline& outline, double thickness);
 /// has a thickness.
 std::vector<std::uint8_t> encodeOutline(const std::filesystem::path& file, const Outline& outline,
                                         double thickness);
+
+}  // namespace voxam::inline files

@@ -12,6 +12,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+namespace voxam::inline files {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -136,3 +138,5 @@ void createDirectory(const fs::path& directory) {
     fs::create_directory(resolved(directory), error);
     if (error) fail(directory, error.message());
 }
+
+}  // namespace voxam::inline files

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <vector>
 
+namespace voxam::inline files {
+
 /// Throws InputError unless a file can be written at `target` without overwriting one of `inputs`.
 /// Finds most faults before a long computation; writeFile still reports the rest. `planned` is a
 /// directory that will be there by then.
@@ -28,3 +30,5 @@ bool isSamePlace(const std::filesystem::path& one, const std::filesystem::path& 
 /// A name without links and detours, of a file that need not exist. Where the system cannot tell,
 /// as of one that is too long, just the absolute name.
 std::filesystem::path resolved(const std::filesystem::path& file);
+
+}  // namespace voxam::inline files

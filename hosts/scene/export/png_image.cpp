@@ -9,6 +9,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+namespace voxam::inline files {
+
 namespace {
 
 struct PngImage : png_image {
@@ -62,3 +64,5 @@ std::vector<std::uint8_t> encodeGreyPng(int width, int height,
                                         const std::vector<std::uint8_t>& pixels) {
     return encode(width, height, PNG_FORMAT_GRAY, pixels);
 }
+
+}  // namespace voxam::inline files

@@ -7,6 +7,8 @@
 #include "drawing/rgb_image.h"
 #include "format/field.h"
 
+namespace voxam::inline files {
+
 /// Reads a PNG file as grey values from 0 (black) to 1 (white). Colours become their luminance,
 /// transparency shows white. Throws InputError when the file cannot be read, or its size is not
 /// width * height times a whole number up to `maxRefinement`.
@@ -18,3 +20,5 @@ std::vector<std::uint8_t> encodePng(const RgbImage& image);
 /// The same for width * height grey pixels of one byte, row by row from the top.
 std::vector<std::uint8_t> encodeGreyPng(int width, int height,
                                         const std::vector<std::uint8_t>& pixels);
+
+}  // namespace voxam::inline files

@@ -4,7 +4,7 @@
 #include "format/json_value.h"
 #include "format/scene_reader.h"
 
-Scene readScene(const std::filesystem::path& file) { return readScene(file, {}); }
+namespace voxam::inline files {
 
 Scene readScene(const std::filesystem::path& file, const std::vector<std::string>& assignments) {
     const DesignReaders readers = {readDesignPng, readDesignCsv};
@@ -14,5 +14,7 @@ Scene readScene(const std::filesystem::path& file, const std::vector<std::string
 }
 
 Scene parseScene(const std::string& text, const std::filesystem::path& file) {
-    return parseScene(text, file, {readDesignPng, readDesignCsv});
+    return format::parseScene(text, file, {readDesignPng, readDesignCsv});
 }
+
+}  // namespace voxam::inline files

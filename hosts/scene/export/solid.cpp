@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <tuple>
 
+namespace voxam::inline files {
+
 namespace {
 
 using Triangles = std::vector<std::array<std::size_t, 3>>;
@@ -168,3 +170,5 @@ double volume(const Solid& solid) {
     }
     return sum / 6;
 }
+
+}  // namespace voxam::inline files

@@ -6,6 +6,8 @@
 
 #include "export/outline.h"
 
+namespace voxam::inline files {
+
 /// A place in space: x to the right, y up, z towards the viewer.
 using Corner = std::array<double, 3>;
 
@@ -22,3 +24,5 @@ Solid extrude(const Outline& outline, double thickness);
 
 /// Volume enclosed.
 double volume(const Solid& solid);
+
+}  // namespace voxam::inline files

@@ -7,6 +7,8 @@
 #include "format/exact_text.h"
 #include "format/refinement.h"
 
+namespace voxam::inline files {
+
 namespace {
 
 std::vector<std::uint8_t> bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
@@ -166,3 +168,5 @@ std::filesystem::path nodesFileOf(const std::filesystem::path& elementsFile) {
     return file.replace_filename(elementsFile.stem().string() + "-nodes" +
                                  elementsFile.extension().string());
 }
+
+}  // namespace voxam::inline files

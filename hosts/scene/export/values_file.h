@@ -8,6 +8,8 @@
 #include "checks/assessment.h"
 #include "format/scene.h"
 
+namespace voxam::inline files {
+
 /// Endings of the files that hold the values of an analysis.
 inline const std::vector<std::string> VALUES_ENDINGS = {".csv", ".vti"};
 
@@ -36,3 +38,5 @@ std::vector<std::uint8_t> encodeVti(const AnalysedDesign& analysed);
 
 /// "OUT.csv" for values by element goes with "OUT-nodes.csv" for those by node.
 std::filesystem::path nodesFileOf(const std::filesystem::path& elementsFile);
+
+}  // namespace voxam::inline files

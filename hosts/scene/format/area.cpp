@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace voxam::inline format {
+
 bool Ring::contains(const Cell& cell) const {
     // A ring and the disc within it, or the ring around it, share no element: the inner radius
     // belongs to the ring, the outer one does not.
@@ -16,3 +18,5 @@ Cells cellsOf(const Ring& ring, int width, int height) {
             if (ring.contains({x, y})) cells.push_back({x, y});
     return cells;
 }
+
+}  // namespace voxam::inline format

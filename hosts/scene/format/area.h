@@ -3,6 +3,8 @@
 #include <compare>
 #include <vector>
 
+namespace voxam::inline format {
+
 /// An element of the grid.
 struct Cell {
     int x = 0;
@@ -48,3 +50,5 @@ struct PassiveAreas {
 
 /// The elements of a ring on a grid, in the order of an area.
 Cells cellsOf(const Ring& ring, int width, int height);
+
+}  // namespace voxam::inline format

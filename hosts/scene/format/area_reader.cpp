@@ -6,6 +6,9 @@
 
 #include "format/character_rows.h"
 #include "format/grid.h"
+#include "format/limits.h"
+
+namespace voxam::inline format {
 
 namespace {
 
@@ -40,9 +43,7 @@ public:
     Area marked(const JsonValue& list, int kind) {
         Area area;
         area.cells = cellsWith(kinds, static_cast<std::uint8_t>(kind));
-        if (area.cells.size() > MAX_CELLS)
-            list.fail(std::to_string(area.cells.size()) + " elements, allowed are at most " +
-                      std::to_string(MAX_CELLS));
+        list.failIf(faultOfArea(area));
         area.rings = rings[static_cast<std::size_t>(kind)];
         return area;
     }
@@ -118,3 +119,5 @@ PassiveAreas readPassiveAreas(const JsonValue& value, int width, int height) {
     }
     return {grid.marked(value, 1), grid.marked(value, 2), grid.marked(value, 3)};
 }
+
+}  // namespace voxam::inline format

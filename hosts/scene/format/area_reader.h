@@ -1,12 +1,9 @@
 #pragma once
 
-#include <cstddef>
-
 #include "format/area.h"
 #include "format/json_value.h"
 
-/// The library counts a list of elements in a 16-bit number.
-constexpr std::size_t MAX_CELLS = 32767;
+namespace voxam::inline format {
 
 /// The farthest that an element can lie from a point of the largest grid, and a bit more.
 constexpr double MAX_RADIUS = 2000;
@@ -16,3 +13,5 @@ Area readArea(const JsonValue& value, int width, int height);
 
 /// Reads a drawing, or a list as above for each kind.
 PassiveAreas readPassiveAreas(const JsonValue& value, int width, int height);
+
+}  // namespace voxam::inline format

@@ -4,6 +4,8 @@
 
 #include "format/field.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -86,3 +88,5 @@ Json writeNumber(double value) {
     if (value == std::floor(value) && std::abs(value) < exact) return static_cast<long long>(value);
     return value;
 }
+
+}  // namespace voxam::inline format

@@ -5,6 +5,8 @@
 #include "format/input_error.h"
 #include "format/text.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 using Json = nlohmann::json;
@@ -47,3 +49,5 @@ void assign(Json& document, const std::vector<std::string>& assignments) {
         document[target] = valueOf(assignment.substr(equals + 1));
     }
 }
+
+}  // namespace voxam::inline format

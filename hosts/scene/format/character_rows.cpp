@@ -2,6 +2,8 @@
 
 #include "format/text.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 void checkSize(const JsonValue& value, std::size_t found, int expected, const std::string& what,
@@ -38,3 +40,5 @@ void failAtCharacter(const JsonValue& row, int x, char character, const std::str
              (printable ? "'" + std::string(1, character) + "'" : "another character") +
              ", expected " + expected);
 }
+
+}  // namespace voxam::inline format

@@ -5,6 +5,8 @@
 
 #include "format/json_value.h"
 
+namespace voxam::inline format {
+
 /// The rows of a drawing of the grid in a scene file, the top row first. Fails unless there is one
 /// for each row of elements; `what` describes what the value should be, for the error.
 std::vector<JsonValue> drawingRows(const JsonValue& value, int height, const std::string& what);
@@ -20,3 +22,5 @@ void checkDrawingRow(const JsonValue& row, std::size_t found, int width, int ref
 /// Tells that a character of a row has no meaning; `expected` lists those that have.
 [[noreturn]] void failAtCharacter(const JsonValue& row, int x, char character,
                                   const std::string& expected);
+
+}  // namespace voxam::inline format

@@ -5,6 +5,8 @@
 
 #include "format/input_error.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 std::string wholeNumber(double value) { return std::to_string(std::llround(value)); }
@@ -90,3 +92,5 @@ void checkDetail(const Scene& scene, const Detail& detail) {
                " on, " + text;
     throw InputError("This is not possible: " + text);
 }
+
+}  // namespace voxam::inline format

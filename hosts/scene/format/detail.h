@@ -6,6 +6,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline format {
+
 // The rules that subdivision and meshFactor have to keep with the rest of a scene. Readers, edits
 // and panels all ask here.
 
@@ -35,3 +37,5 @@ std::optional<DetailFault> findDetailFault(const Scene& scene, const Detail& det
 
 /// Throws InputError with the first fault, as a sentence that names the iteration of the change.
 void checkDetail(const Scene& scene, const Detail& detail);
+
+}  // namespace voxam::inline format

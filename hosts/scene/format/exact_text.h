@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string>
 
+namespace voxam::inline format {
+
 #ifdef __EMSCRIPTEN__
 
 // The standard library of Emscripten has no std::to_chars() for floating point. So the digits are
@@ -44,3 +46,5 @@ inline std::string exactDecimalText(double value) {
 }
 
 #endif
+
+}  // namespace voxam::inline format

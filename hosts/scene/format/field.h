@@ -5,6 +5,8 @@
 
 #include "format/grid.h"
 
+namespace voxam::inline format {
+
 /// Numbers of the elements of a grid, or of cells that are finer.
 using Field = Grid<float>;
 
@@ -33,3 +35,5 @@ inline double sum(const Field& field) {
 inline double mean(const Field& field) {
     return sum(field) / static_cast<double>(field.values.size());
 }
+
+}  // namespace voxam::inline format

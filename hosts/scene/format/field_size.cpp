@@ -1,5 +1,7 @@
 #include "format/field_size.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 std::string sizeText(std::size_t columns, std::size_t rows) {
@@ -21,3 +23,5 @@ std::string wrongSize(std::size_t columns, std::size_t rows, int width, int heig
         expected += " times a whole number up to " + std::to_string(maxRefinement);
     return "is " + sizeText(columns, rows) + " cells, expected " + expected + " (grid)";
 }
+
+}  // namespace voxam::inline format

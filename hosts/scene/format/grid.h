@@ -6,6 +6,8 @@
 
 #include "format/area.h"
 
+namespace voxam::inline format {
+
 /// A rectangle of values, row by row with the top row first: value (x, y) is at y * width + x, with
 /// x counting columns from the left and y counting rows from the top.
 template <typename Value>
@@ -54,3 +56,5 @@ inline Cells cellsWith(const Mask& mask, std::uint8_t value = 1) {
             if (mask.at(x, y) == value) cells.push_back({x, y});
     return cells;
 }
+
+}  // namespace voxam::inline format

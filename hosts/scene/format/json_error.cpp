@@ -6,6 +6,8 @@
 
 #include "format/text.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 using Phrase = std::pair<const char*, const char*>;
@@ -92,3 +94,5 @@ std::string describeJsonError(const std::string& text, std::size_t position,
         told += "; the comma before it is too many";
     return told;
 }
+
+}  // namespace voxam::inline format

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string>
 
+namespace voxam::inline format {
+
 /// "line 2, column 9": where the byte at `position`, from 0, stands.
 std::string placeInText(const std::string& text, std::size_t position);
 
@@ -10,3 +12,5 @@ std::string placeInText(const std::string& text, std::size_t position);
 /// `position` is the number of bytes that the parser had read, and `complaint` what it said.
 std::string describeJsonError(const std::string& text, std::size_t position,
                               const std::string& complaint);
+
+}  // namespace voxam::inline format

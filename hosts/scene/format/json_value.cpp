@@ -12,6 +12,8 @@
 #include "format/json_error.h"
 #include "format/text.h"
 
+namespace voxam::inline format {
+
 using nlohmann::json;
 
 namespace {
@@ -213,3 +215,5 @@ std::string JsonValue::oneOf(const std::vector<std::string>& allowed) const {
     for (const auto& name : allowed) list += (list.empty() ? "" : ", ") + quoted(name);
     fail(quoted(found) + " is not one of " + list + didYouMean(found, allowed));
 }
+
+}  // namespace voxam::inline format

@@ -9,6 +9,8 @@
 
 #include "format/range.h"
 
+namespace voxam::inline format {
+
 /// The text of a file that should be `what`, such as "a scene". Throws InputError when it cannot be
 /// read or is too large.
 std::string readText(const std::filesystem::path& file, const std::string& what = "a scene");
@@ -25,6 +27,10 @@ public:
     JsonValue(const nlohmann::json& document, const std::string& source);
 
     [[noreturn]] void fail(const std::string& what) const;
+    /// Fails unless the text is empty.
+    void failIf(const std::string& fault) const {
+        if (!fault.empty()) fail(fault);
+    }
 
     const nlohmann::json& raw() const { return *value; }
 
@@ -56,3 +62,5 @@ private:
     std::shared_ptr<const std::string> file;  // one for all: there may be a million values
     std::string path;
 };
+
+}  // namespace voxam::inline format

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace voxam::inline format {
+
 /// Inclusive range of node or element coordinates; a single one has from == to.
 struct Range {
     int from = 0;
@@ -9,3 +11,5 @@ struct Range {
     bool contains(int value) const { return from <= value && value <= to; }
     bool operator==(const Range&) const = default;
 };
+
+}  // namespace voxam::inline format

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace voxam::inline format {
+
 Scene refined(const Scene& scene, int factor) {
     const auto finer = [factor](Range& range) {
         range.from *= factor;
@@ -34,3 +36,5 @@ Scene withLoadsInUse(Scene scene) {
             load.fx = load.fy = 0;
     return scene;
 }
+
+}  // namespace voxam::inline format

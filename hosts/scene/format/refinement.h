@@ -2,6 +2,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline format {
+
 /// The same plate, loads and supports on a grid that is `factor` times as fine, for scores: passive
 /// areas, blob, densities and timeline are left out. A load or support of a range of nodes covers
 /// the new nodes between them as well.
@@ -16,3 +18,5 @@ Scene withLoadsInUse(Scene scene);
 inline int refinementOf(const Field& design, const Scene& scene) {
     return design.width / scene.width;
 }
+
+}  // namespace voxam::inline format

@@ -1,11 +1,11 @@
 #include "format/resize.h"
 
 #include <cmath>
-#include <string>
 #include <utility>
 
-#include "format/area_reader.h"
-#include "format/input_error.h"
+#include "format/limits.h"
+
+namespace voxam::inline format {
 
 namespace {
 
@@ -35,16 +35,13 @@ public:
     }
 
     void operator()(Area& area) const {
-        Field mask(oldWidth, oldHeight);
-        for (const Cell& cell : area.cells) mask.at(cell.x, cell.y) = 1;
-        (*this)(mask);
+        Field marks(oldWidth, oldHeight);
+        for (const Cell& cell : area.cells) marks.at(cell.x, cell.y) = 1;
+        (*this)(marks);
         area = {};
         for (int x = 0; x < width; ++x)
             for (int y = 0; y < height; ++y)
-                if (mask.at(x, y) == 1) area.cells.push_back({x, y});
-        if (area.cells.size() > MAX_CELLS)
-            throw InputError("a list of elements would have " + std::to_string(area.cells.size()) +
-                             " elements, at most " + std::to_string(MAX_CELLS) + " are allowed");
+                if (marks.at(x, y) == 1) area.cells.push_back({x, y});
     }
 
     void operator()(Settings& settings) const {
@@ -82,5 +79,8 @@ void resizeGrid(Scene& scene, int width, int height) {
     for (Change& change : result.timeline) resize(change.settings);
     result.width = width;
     result.height = height;
+    checkLimits(result);
     scene = std::move(result);
 }
+
+}  // namespace voxam::inline format

@@ -4,6 +4,8 @@
 #include <numeric>
 #include <tuple>
 
+namespace voxam::inline format {
+
 const std::vector<std::string> SYMMETRY_NAMES = {"", "left", "right", "top", "bottom"};
 
 bool Change::has(const std::string& key) const {
@@ -36,3 +38,5 @@ std::vector<int> allLoadCases(const Scene& scene) {
     std::iota(cases.begin(), cases.end(), 0);
     return cases;
 }
+
+}  // namespace voxam::inline format

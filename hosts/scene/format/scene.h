@@ -9,6 +9,8 @@
 #include "format/field.h"
 #include "format/range.h"
 
+namespace voxam::inline format {
+
 /// A force on the nodes of a rectangle. fx and fy are the total; the nodes share it equally.
 /// Positive fx points right, positive fy points down.
 struct Load {
@@ -125,3 +127,5 @@ bool hasSameProblem(const Scene& one, const Scene& other);
 
 /// Every load case: 0, 1 and so on.
 std::vector<int> allLoadCases(const Scene& scene);
+
+}  // namespace voxam::inline format

@@ -7,8 +7,11 @@
 #include "format/detail.h"
 #include "format/input_error.h"
 #include "format/json_value.h"
+#include "format/limits.h"
 #include "format/setting_keys.h"
 #include "format/text.h"
+
+namespace voxam::inline format {
 
 namespace {
 
@@ -144,8 +147,7 @@ void checkDetail(const JsonValue& root, const Scene& scene) {
 
 std::string readTitle(const JsonValue& value) {
     const std::string title = onOneLine(value.text());
-    if (characterCount(title) > Scene::MAX_TITLE)
-        value.fail("is longer than " + std::to_string(Scene::MAX_TITLE) + " characters");
+    value.failIf(faultOfTitle(title));
     return title;
 }
 
@@ -236,3 +238,5 @@ void requireOptimisation(const Scene& scene) {
                     ? "needed to optimise; with its densities this is a scene for voxam score"
                     : "needed to optimise");
 }
+
+}  // namespace voxam::inline format

@@ -7,6 +7,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline format {
+
 /// Read the densities of a design from a file, 0 (void) to 1 (solid), row by row: width * height
 /// elements, times the same whole number up to Scene::MAX_DESIGN_REFINEMENT in both directions.
 /// They throw InputError. A host without one of them refuses scenes that need it.
@@ -30,3 +32,5 @@ bool hasComments(const std::filesystem::path& file);
 /// Throws InputError unless the scene has what a score or an optimisation needs.
 void requireScore(const Scene& scene);
 void requireOptimisation(const Scene& scene);
+
+}  // namespace voxam::inline format

@@ -8,6 +8,8 @@
 #include "format/setting_keys.h"
 #include "format/text.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -128,3 +130,5 @@ std::string sceneText(const Scene& scene) {
         root["timeline"].push_back(writeChange(change, scene));
     return layout(root, 0, 0) + "\n";
 }
+
+}  // namespace voxam::inline format

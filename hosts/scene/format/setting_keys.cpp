@@ -5,7 +5,9 @@
 
 #include "format/area_reader.h"
 #include "format/area_writer.h"
-#include "format/text.h"
+#include "format/limits.h"
+
+namespace voxam::inline format {
 
 namespace {
 
@@ -23,16 +25,6 @@ double readForce(const JsonValue& load, const char* key) {
 int readLoadCase(const JsonValue& value, const Scene& scene) {
     return value.integer(0, scene.loadCases - 1,
                          " (the scene's loadCases is " + std::to_string(scene.loadCases) + ")");
-}
-
-/// The library takes a record for each node.
-template <typename Item>
-void checkNodeCount(const JsonValue& value, const std::vector<Item>& items) {
-    double nodes = 0;
-    for (const Item& item : items) nodes += 1.0 * item.x.count() * item.y.count();
-    if (nodes > Scene::MAX_NODES)
-        value.fail(
-            formatted("%.0f nodes in all, allowed are at most %.0f", nodes, Scene::MAX_NODES));
 }
 
 Load readLoad(const JsonValue& value, const Scene& scene) {
@@ -53,7 +45,7 @@ std::vector<Load> readLoads(const JsonValue& value, const Scene& scene) {
     for (const auto& load : value.elements("a list of loads in brackets []"))
         loads.push_back(readLoad(load, scene));
     if (loads.empty()) value.fail("needs at least one load");
-    checkNodeCount(value, loads);
+    value.failIf(faultOfNodes(loads));
     return loads;
 }
 
@@ -84,7 +76,7 @@ std::vector<Support> readSupports(const JsonValue& value, const Scene& scene) {
     std::vector<Support> supports;
     for (const auto& support : value.elements("a list of supports in brackets []"))
         supports.push_back(readSupport(support, scene));
-    checkNodeCount(value, supports);
+    value.failIf(faultOfNodes(supports));
     return supports;
 }
 
@@ -162,3 +154,5 @@ const std::vector<SettingKey>& settingKeys() {
         key<&S::loadCasesInUse, readLoadCasesInUse, writeLoadCasesInUse>("loadCasesInUse")};
     return keys;
 }
+
+}  // namespace voxam::inline format

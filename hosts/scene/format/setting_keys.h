@@ -6,6 +6,8 @@
 #include "format/json_value.h"
 #include "format/scene.h"
 
+namespace voxam::inline format {
+
 /// A key that a scene and the changes of its timeline have in common, and the member of Settings
 /// that it stands for.
 struct SettingKey {
@@ -19,3 +21,5 @@ struct SettingKey {
 
 /// All of them, in the order in which they are written.
 const std::vector<SettingKey>& settingKeys();
+
+}  // namespace voxam::inline format

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace voxam::inline format {
+
 namespace {
 
 /// Where the half lies in the whole, and where the mirrored half does.
@@ -130,3 +132,5 @@ Field halfOf(const Field& whole, Symmetry symmetry) {
             half.at(x, y) = upright ? whole.at(placed.own(x), y) : whole.at(x, placed.own(y));
     return half;
 }
+
+}  // namespace voxam::inline format

@@ -2,6 +2,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline format {
+
 /// The whole of a plate of which a scene describes one half: the grid, loads, supports, passive
 /// elements and blob of both halves. Supports that only stand for the plane of symmetry are left
 /// out, and a load on the plane counts twice. Without a symmetry the scene as it is.
@@ -21,3 +23,5 @@ Field halfOf(const Field& whole, Symmetry symmetry);
 inline bool isUpright(Symmetry symmetry) {
     return symmetry == Symmetry::LEFT || symmetry == Symmetry::RIGHT;
 }
+
+}  // namespace voxam::inline format

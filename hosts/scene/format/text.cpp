@@ -11,6 +11,8 @@
 
 #include "format/exact_text.h"
 
+namespace voxam::inline format {
+
 namespace {
 
 constexpr std::size_t LONGEST_QUOTE = 60;
@@ -177,3 +179,5 @@ std::string wrapped(const std::string& text, std::size_t width, std::size_t inde
     }
     return result;
 }
+
+}  // namespace voxam::inline format

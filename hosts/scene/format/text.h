@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace voxam::inline format {
+
 /// What std::printf would print.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
@@ -44,3 +46,5 @@ std::string placeText(double x, double y);
 /// The text broken at blanks into lines of at most `width` columns where words allow it; all lines
 /// but the first begin with `indent` blanks.
 std::string wrapped(const std::string& text, std::size_t width, std::size_t indent);
+
+}  // namespace voxam::inline format

@@ -2,6 +2,8 @@
 
 #include "format/setting_keys.h"
 
+namespace voxam::inline format {
+
 void apply(const Change& change, Scene& scene) {
     for (const SettingKey& key : settingKeys())
         if (change.has(key.name)) key.copy(change.settings, scene);
@@ -10,3 +12,5 @@ void apply(const Change& change, Scene& scene) {
         scene.meshFactor = change.restart->meshFactor;
     }
 }
+
+}  // namespace voxam::inline format

@@ -7,6 +7,8 @@
 
 #include "run/records.h"
 
+namespace voxam::inline run {
+
 namespace {
 
 /// The library's one analysis, for as long as this object lives.
@@ -89,3 +91,5 @@ Analysis analyse(const Field& densities, const Scene& plate, bool withFields) {
                                  part(stresses, i, plate.loadCases), plate.width, plate.height});
     return result;
 }
+
+}  // namespace voxam::inline run

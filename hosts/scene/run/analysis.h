@@ -5,6 +5,8 @@
 #include "format/field.h"
 #include "format/scene.h"
 
+namespace voxam::inline run {
+
 /// Stresses of plane stress; tension is positive.
 struct Stress {
     double x = 0;
@@ -54,3 +56,5 @@ struct Analysis {
 /// solid material. Displacements and stresses are left out unless they are asked for. Throws
 /// std::runtime_error when there is not enough memory. Call it from one thread at a time.
 Analysis analyse(const Field& densities, const Scene& plate, bool withFields);
+
+}  // namespace voxam::inline run

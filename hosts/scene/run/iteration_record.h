@@ -2,6 +2,8 @@
 
 #include <voxam.h>
 
+namespace voxam::inline run {
+
 /// What is reported about an iteration.
 struct IterationRecord {
     int iteration = 0;      ///< from 1, since the design last started afresh
@@ -10,3 +12,5 @@ struct IterationRecord {
     double change = 0;      ///< largest change of a density
     RuntimeStat times = {};
 };
+
+}  // namespace voxam::inline run

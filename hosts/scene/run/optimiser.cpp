@@ -6,6 +6,8 @@
 
 #include "run/records.h"
 
+namespace voxam::inline run {
+
 namespace {
 
 constexpr const char* BENDS_TOO_FAR = "Change load/support";
@@ -102,3 +104,5 @@ Area Optimiser::blob() const {
                 area.cells.push_back({x, y});
     return area;
 }
+
+}  // namespace voxam::inline run

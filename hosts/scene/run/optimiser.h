@@ -8,6 +8,8 @@
 #include "format/field.h"
 #include "format/scene.h"
 
+namespace voxam::inline run {
+
 /// The library's one optimiser, for as long as this object lives.
 class Optimiser {
 public:
@@ -62,3 +64,5 @@ private:
     std::vector<float> picture;
     std::vector<int> blobMask;
 };
+
+}  // namespace voxam::inline run

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace voxam::inline run {
+
 namespace {
 
 template <typename Visit>
@@ -73,3 +75,5 @@ std::vector<short> passiveRecords(const PassiveAreas& passive) {
     for (const Area* area : areas) append(records, area->cells);
     return records;
 }
+
+}  // namespace voxam::inline run

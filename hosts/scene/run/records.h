@@ -4,6 +4,8 @@
 
 #include "format/scene.h"
 
+namespace voxam::inline run {
+
 /// The library's records of five floats each, one for each node of a load. Forces are divided by
 /// `forceUnit`.
 std::vector<float> loadRecords(const Settings& settings, double forceUnit = 1);
@@ -20,3 +22,5 @@ std::vector<short> cellRecords(const Area& area);
 
 /// The library's records: the three counts, and then the elements of each kind.
 std::vector<short> passiveRecords(const PassiveAreas& passive);
+
+}  // namespace voxam::inline run

@@ -7,6 +7,8 @@
 #include "format/setting_keys.h"
 #include "format/timeline.h"
 
+namespace voxam::inline run {
+
 namespace {
 
 bool differInPenaltyAtMost(const Settings& one, const Settings& other) {
@@ -103,3 +105,5 @@ std::shared_ptr<const Scene> SceneRun::sceneToTell() const {
     scene->blob = *moved;
     return scene;
 }
+
+}  // namespace voxam::inline run

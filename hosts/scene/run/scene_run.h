@@ -10,6 +10,8 @@
 #include "run/iteration_record.h"
 #include "run/optimiser.h"
 
+namespace voxam::inline run {
+
 /// Whether a design of one scene can go on in the other: they have the same grid, detail and number
 /// of load cases.
 bool hasSamePlate(const Scene& one, const Scene& other);
@@ -88,3 +90,5 @@ private:
     Field design;
     Optimiser optimiser;
 };
+
+}  // namespace voxam::inline run

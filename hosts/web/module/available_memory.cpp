@@ -7,7 +7,7 @@ constexpr double PAGE = 65536.0;
 
 }  // namespace
 
-double availableMemory(const std::filesystem::path& /*proc*/,
-                       const std::filesystem::path& /*cgroups*/) {
+double voxam::checks::availableMemory(const std::filesystem::path& /*proc*/,
+                                      const std::filesystem::path& /*cgroups*/) {
     return MAXIMUM - PAGE * static_cast<double>(__builtin_wasm_memory_size(0));
 }

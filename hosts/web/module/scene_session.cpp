@@ -13,6 +13,8 @@
 #include "format/scene_writer.h"
 #include "format/symmetry.h"
 
+using namespace voxam;
+
 namespace {
 
 using Reply = SceneSession::Reply;

@@ -11,6 +11,8 @@
 #include "format/scene.h"
 #include "run/scene_run.h"
 
+using namespace voxam;
+
 /// A scene that is open in a page, its run, and the last design that was scored. Replies are
 /// objects for JavaScript. A reply with the key "error" states why nothing was done.
 class SceneSession {

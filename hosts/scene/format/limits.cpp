@@ -1,0 +1,62 @@
+#include "format/limits.h"
+
+#include <utility>
+
+#include "format/input_error.h"
+#include "format/text.h"
+
+namespace voxam::inline format {
+
+namespace {
+
+template <typename Item>
+std::string faultOfItems(const std::vector<Item>& items) {
+    double nodes = 0;
+    for (const Item& item : items) nodes += 1.0 * item.x.count() * item.y.count();
+    if (nodes <= Scene::MAX_NODES) return "";
+    return formatted("%.0f nodes in all, allowed are at most %.0f", nodes, Scene::MAX_NODES);
+}
+
+/// The key at fault and what is wrong with it, or an empty text.
+std::string faultOfSettings(const Settings& settings) {
+    const std::pair<const char*, std::string> faults[] = {
+        {"loads", faultOfNodes(settings.loads)},
+        {"supports", faultOfNodes(settings.supports)},
+        {"passive.void", faultOfArea(settings.passive.voids)},
+        {"passive.solid", faultOfArea(settings.passive.solids)},
+        {"passive.secondSolid", faultOfArea(settings.passive.secondSolids)},
+        {"blob", faultOfArea(settings.blob)}};
+    for (const auto& [key, text] : faults)
+        if (!text.empty()) return std::string(key) + ": " + text;
+    return "";
+}
+
+}  // namespace
+
+std::string faultOfTitle(const std::string& title) {
+    if (characterCount(title) <= Scene::MAX_TITLE) return "";
+    return "is longer than " + std::to_string(Scene::MAX_TITLE) + " characters";
+}
+
+std::string faultOfNodes(const std::vector<Load>& loads) { return faultOfItems(loads); }
+
+std::string faultOfNodes(const std::vector<Support>& supports) { return faultOfItems(supports); }
+
+std::string faultOfArea(const Area& area) {
+    if (area.cells.size() <= MAX_CELLS) return "";
+    return std::to_string(area.cells.size()) + " elements, allowed are at most " +
+           std::to_string(MAX_CELLS);
+}
+
+void checkLimits(const Scene& scene) {
+    const auto check = [](const std::string& where, const std::string& fault) {
+        if (!fault.empty()) throw InputError("This is not possible: " + where + fault);
+    };
+    check("the title ", faultOfTitle(scene.title));
+    check("", faultOfSettings(scene));
+    for (const Change& change : scene.timeline)
+        check("from iteration " + std::to_string(change.iteration) + " on, ",
+              faultOfSettings(change.settings));
+}
+
+}  // namespace voxam::inline format
