@@ -11,7 +11,7 @@
 /// to where it is least useful. Vectors have one value per coarse element, counted column by
 /// column.
 struct Blob {
-    /// What has an interface: the blob, or the disc of the blob's area.
+    /// Whose interface: the blob's, or that of the disc with the blob's area.
     enum class Shape { BLOB, CIRCLE };
 
     /// No element is in the blob. `radius` is that of the sensitivity filter in coarse elements.

@@ -14,10 +14,10 @@
 /// the displacements of every load case. The pattern of the matrix never changes, so it is built
 /// and analysed once.
 ///
-/// A solve runs through the operations in the order in which they stand here, but may analyse
-/// before it holds. What the solvers do differently they hand in: how the direction of a support is
-/// rounded, what a support does to the stiffness, and the stiffness itself, which they add to K
-/// between fillWithZeros() and hold().
+/// A solve calls the operations in the order of this header; it may analyse before it holds. Each
+/// solver passes in what it does differently: how it rounds the direction of a support, and what a
+/// support does to the stiffness. It adds the stiffness of its elements to K between
+/// fillWithZeros() and hold().
 struct Equilibrium {
     /// How a solver reads the direction of a support: the degree of freedom that a support at
     /// `node` holds, or a number outside the system when it holds none.

@@ -3,9 +3,8 @@
 #include <cfenv>
 #include <exception>
 
-/// While one of these lives, no floating-point exception is trapped: a division by zero is a step
-/// of several computations, whose infinities are dealt with. Afterwards traps and flags are the
-/// host's.
+/// While a guard exists, floating-point exceptions are not trapped: several computations divide by
+/// zero and handle the infinities. The destructor restores the host's traps and flags.
 class FloatingPointGuard {
 public:
     FloatingPointGuard() { std::feholdexcept(&hosts); }

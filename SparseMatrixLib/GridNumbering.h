@@ -25,9 +25,9 @@ constexpr ElementDofs elementDofs(unsigned x, unsigned y, unsigned nodesY) {
 /// divisor is 0. `fineScale` is subdivision * meshFactor, `height` the coarse cells per column.
 ///
 /// The column divisor carries the mesh refinement instead of a second subdivision, so the mapping
-/// is exact only when both refinements are equal. Hosts know this and rely on the designs that come
-/// of it. With a smaller mesh refinement the result runs past the coarse grid; the caller must take
-/// such a cell as no cell.
+/// is exact only when both refinements are equal. Hosts rely on the resulting designs. With a
+/// smaller mesh refinement the result runs past the coarse grid; the caller must treat such a
+/// result as "no cell".
 inline int coarseCellOfFineCell(unsigned fineCell, unsigned fineScale, unsigned subdivision,
                                 unsigned height) {
     if (fineScale * height == 0 || subdivision == 0) return -1;

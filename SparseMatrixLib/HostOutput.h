@@ -4,8 +4,8 @@
 #include <locale>
 #include <sstream>
 
-/// A line for the host's standard output. std::cout is the host's: its flags, width and locale have
-/// no effect on the line, and if it cannot be written, also by an exception, the library goes on.
+/// A line for the host's standard output. std::cout belongs to the host: its flags, width and
+/// locale do not affect the line. If writing fails, even by an exception, the library continues.
 class HostLine {
 public:
     HostLine() { line.imbue(std::locale::classic()); }

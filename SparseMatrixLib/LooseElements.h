@@ -2,18 +2,18 @@
 
 #include <vector>
 
-/// Finds the material of a plate of nelx x nely elements that its supports leave free to move:
-/// because nothing joins it to what they hold, or because it turns about corners. Elements that
-/// share an edge move as one body; elements that share a corner only are pinned there.
+/// Finds loose material on a plate of nelx x nely elements: material that is not joined to a
+/// support, or that can turn about corners. Elements that share an edge move as one body; elements
+/// that share only a corner are pinned there.
 ///
 /// solid   one flag per element, in element order; not 0 where there is material
 /// held    one flag per degree of freedom; not 0 where a support holds it
 ///
-/// Returns 1 for each element of such material and 0 for all others. What is held is held exactly
-/// when the stiffness matrix of the rest is positive definite, whatever the moduli: so a strut that
-/// may turn about its end is loose, and so is what only this strut holds. The time grows with the
-/// number of elements, and beyond that with the number of pinned bodies; a plate of more than some
-/// ten thousand bodies whose freedom is not plain counts as held. Throws std::bad_alloc.
+/// Returns 1 for each element of loose material and 0 for all others. The stiffness matrix of the
+/// remaining material is positive definite for any moduli. A strut that can turn about its end is
+/// loose, and so is material that only this strut holds. The time grows with the number of elements
+/// and of pinned bodies. The search gives up at some ten thousand bodies without an obvious answer:
+/// they count as held. Throws std::bad_alloc.
 std::vector<unsigned char> findLooseElements(unsigned nelx, unsigned nely,
                                              std::vector<unsigned char> solid,
                                              const std::vector<unsigned char>& held);

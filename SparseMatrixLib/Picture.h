@@ -4,8 +4,8 @@
 #include "GridNumbering.h"
 #include "dense_matrix.h"
 
-/// The picture of a design, on the mesh grid: for display only, nothing of it goes back into the
-/// design. The phases stand in the order of an iteration.
+/// The picture of a design, on the mesh grid. It is for display only and does not affect the
+/// design. The phases are in the order of an iteration.
 struct Picture {
     /// Builds the filter; the densities are unset. Throws std::bad_alloc.
     explicit Picture(const DesignGrids& grids);

@@ -8,14 +8,14 @@
 #include "SplitDisplacements.h"
 #include "TopologyOptimizationComponentData.h"
 
-/// Analyses designs on a fixed plate with fixed loads and supports, to the digits of a double. The
-/// first solve orders the equations; later ones only refill and refactorise them, whatever the
-/// design, because void and held degrees of freedom stay in the system as rows of the identity.
+/// Analyses designs on a fixed plate with fixed loads and supports, with the accuracy of a double.
+/// The first solve orders the equations. Later solves only refill and refactorise them, because
+/// void and held degrees of freedom stay in the system as rows of the identity.
 ///
-/// Two things make the results exact where the condition number of a slender plate eats the digits
-/// of a plain solution. The stiffness matrix of a black and white design holds whole numbers and is
-/// assembled without rounding; the loads are scaled instead. And the solution is refined with
-/// residuals of almost twice the digits (SplitDisplacements) until it stands still.
+/// On a slender plate, the condition number makes a plain solution inaccurate. Two things keep the
+/// results exact. The stiffness matrix of a black and white design consists of whole numbers and is
+/// assembled without rounding; the loads are scaled instead. The solution is refined with residuals
+/// of almost twice the digits (SplitDisplacements) until it no longer changes.
 class SolverAnalysis {
 public:
     /// The values are those of VOXAM_ANALYSIS_... in voxam.h.
@@ -35,8 +35,7 @@ public:
         std::string text;  ///< empty when solved
     };
 
-    /// Where the results go: arrays of the host, as _SolveVoxamAnalysis describes them. Null is not
-    /// written.
+    /// The host's arrays for the results; see _SolveVoxamAnalysis. A null array is not written.
     struct Results {
         double* compliances = nullptr;
         double* displacements = nullptr;
@@ -51,8 +50,8 @@ public:
                    const std::vector<TopologyOptimizationComponentData>& supports,
                    int numberOfLoadCases);
 
-    /// Analyses the design with these moduli, one for each element; 0 is no element. Throws
-    /// std::bad_alloc, and has then written looseElements at most.
+    /// Analyses the design with these moduli, one for each element; 0 means no element. May throw
+    /// std::bad_alloc; then at most looseElements was written.
     Answer solve(const double* moduli, const Results& results);
 
 private:

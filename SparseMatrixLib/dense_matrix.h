@@ -13,10 +13,9 @@ class Factor;
 /// Its values live in a CHOLMOD record, so that solves take and return it without copying.
 ///
 /// Movable, not copyable; copy() duplicates. Operators that receive a temporary reuse its storage.
-/// Sizes are the caller's business: sums and differences assert them, LAPACK refuses what it cannot
-/// factorise, and nothing else checks. A matrix that was moved from, or whose record CHOLMOD could
-/// not make for want of memory, is 0 x 0; it may be destroyed, assigned to, printed and asked for
-/// its size.
+/// The caller is responsible for sizes: sums and differences assert them, LAPACK refuses matrices
+/// that it cannot factorise, and nothing else checks. A matrix that was moved from, or for which
+/// memory was short, is 0 x 0. It may be destroyed, assigned to, printed and asked for its size.
 class DenseMatrix {
 public:
     /// A rows x cols matrix filled with `value`. A NaN leaves the storage unwritten,

@@ -6,8 +6,8 @@
 
 namespace kmat {
 
-/// A failure of the linear-algebra layer. It is recorded, never thrown: the layer parks the latest
-/// one in a process-wide slot, and whoever called an operation that can fail polls the slot and
+/// A failure of the linear-algebra layer. It is recorded, never thrown: the layer keeps the latest
+/// failure in a process-wide slot. The caller of an operation that can fail reads the slot and
 /// clears it. The slot is not locked.
 class KmatException : public std::exception {
 public:

@@ -6,9 +6,9 @@
 
 namespace kmat {
 
-/// While one of these lives, CHOLMOD does not print its warnings and errors on the host's standard
-/// output. The error handler still gets them. A shared CHOLMOD has one printer for the process, so
-/// meanwhile the host's other threads print nothing through it either.
+/// While a guard exists, CHOLMOD does not print its warnings and errors on the host's standard
+/// output. The error handler still gets them. A shared CHOLMOD has one printer per process, so
+/// meanwhile the host's other threads cannot print through it either.
 class SilentCholmod {
 public:
     SilentCholmod() : hostsPrinter(std::exchange(SuiteSparse_config.printf_func, nullptr)) {}

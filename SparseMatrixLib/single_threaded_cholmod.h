@@ -2,13 +2,13 @@
 
 namespace kmat {
 
-/// While one of these lives, CHOLMOD computes on the calling thread alone. OpenBLAS, where it is
-/// the BLAS, runs without its threads: their number decides how it splits a product, and so the
-/// last bits of a result, which must not depend on the machine's cores. As a shared library CHOLMOD
-/// also runs its OpenMP loops without a team: left alone it starts a fixed one whatever the machine
-/// has, which slows the factorisation of matrices of an interactive size two to three times on two
-/// cores. The host's own settings are restored; that of OpenBLAS is one for the process, so
-/// meanwhile it holds for the host's other threads too.
+/// While a guard exists, CHOLMOD computes only on the calling thread, and so does OpenBLAS if it is
+/// the BLAS. The number of OpenBLAS's threads decides how it splits a product, and thereby the last
+/// bits of a result; these must not depend on the machine's cores. A shared CHOLMOD also runs its
+/// OpenMP loops without a team: by default it starts a team of fixed size, which makes
+/// factorisations of interactive size two to three times slower on two cores. The destructor
+/// restores the host's settings. OpenBLAS has one setting per process, so meanwhile the host's
+/// other threads are limited too.
 class SingleThreadedCholmod {
 public:
     SingleThreadedCholmod();

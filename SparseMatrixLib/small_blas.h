@@ -1,10 +1,10 @@
 // Dense kernels for the small matrices of a supernodal factorisation.
 //
-// On plates of an interactive size nine of ten updates have a side below 16. A general BLAS spends
-// more time there on checking arguments, packing and choosing its way than on arithmetic. These
-// kernels know the few operations that CHOLMOD asks for, read the matrices where they are, and keep
-// the result in registers. All matrices are stored by columns; a leading dimension is the distance
-// of two columns.
+// On plates of interactive size, nine of ten updates have a side below 16. For these, a general
+// BLAS spends more time on checking arguments, packing and choosing a kernel than on arithmetic.
+// The kernels here implement the few operations that CHOLMOD calls, read the matrices in place, and
+// keep the result in registers. All matrices are stored by columns; a leading dimension is the
+// distance between two columns.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// The linear algebra is complete as a layer: matrices have the usual operations, of which the
-// solvers call some.
+// This layer is complete: matrices have the usual operations, although the solvers call only some
+// of them.
 #pragma once
 
 #include <iosfwd>
@@ -247,8 +247,8 @@ private:
 // Algebra of built matrices. Between sparse matrices, operands that are not built or whose sizes do
 // not fit are stopped by assertions; a scaled matrix must be built (assertion). A variant that
 // receives a temporary takes it over: it is empty afterwards, and scaling and negation reuse its
-// storage. When CHOLMOD fails, for want of memory or because a dense operand does not fit, the
-// result has no values, and ConfigSingleton::getLastError() tells why.
+// storage. If CHOLMOD fails, because memory is short or a dense operand does not fit, the result
+// has no values, and ConfigSingleton::getLastError() names the reason.
 
 SparseMatrix operator+(const SparseMatrix& LHS, const SparseMatrix& RHS);
 SparseMatrix operator+(SparseMatrix&& LHS, const SparseMatrix& RHS);
