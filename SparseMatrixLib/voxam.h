@@ -41,11 +41,11 @@
  *
  * Errors
  * ------
- * A node, load case or force that is not a finite number is as invalid as one that does not exist.
- * No exception leaves a function. Each function documents the values by which it reports invalid
- * input. CHOLMOD, which solves the equations, also prints warnings on standard output. Only a
- * violated precondition that is called an assertion below ends the process, with a report on
- * standard error.
+ * A node, load case or force that is not a finite number is invalid, and so is a node or a load
+ * case that does not exist. Each function documents the values by which it reports invalid input.
+ * No exception leaves a function. CHOLMOD, which solves the equations, also prints warnings on
+ * standard output. A few preconditions are marked below as assertions: violating one ends the
+ * process, with a report on standard error.
  *
  * Threads
  * -------
@@ -62,9 +62,9 @@
  * grows with each new function, the patch number with each release that only fixes something. Any
  * version may change the last digits of a result.
  *
- * VOXAM_BANNER_VERSION is the text that _InitVoxamApp and _InitVoxamGame print. It names the
- * behaviour of the functions of the App and the Game, on which hosts rely, and stays as long as
- * that behaviour stays: it does not grow with the macros above.
+ * VOXAM_BANNER_VERSION is the text that _InitVoxamApp and _InitVoxamGame print. It identifies the
+ * behaviour of the App and the Game, on which hosts rely, and changes only with that behaviour, not
+ * with the macros above.
  */
 #define VOXAM_VERSION_MAJOR 1
 #define VOXAM_VERSION_MINOR 2
@@ -95,7 +95,7 @@ extern "C" {
 typedef struct RuntimeStat {
     float totalTime;       /**< the whole iteration */
     float updateTime;      /**< design update with its volume constraint */
-    float stateTime;       /**< state solve: the next three and what lies between them */
+    float stateTime;       /**< state solve: the next three, and the work between them */
     float assembleTime;    /**< assembly of the stiffness matrix */
     float factorizeTime;   /**< numeric factorisation */
     float solveTime;       /**< solution of all load cases in use */
@@ -104,9 +104,9 @@ typedef struct RuntimeStat {
 } RuntimeStat;
 
 /**
- * Creates the optimiser with a uniform design, or restarts the one there is.
- * The first call of a process prints one version line on standard output (each call does, as long
- * as textureWidth was 0).
+ * Creates the optimiser with a uniform design, or restarts the existing one.
+ * The first call of a process prints one version line on standard output. So does a call after one
+ * whose textureWidth was 0.
  *
  * textureWidth, textureHeight  nelx and nely, the coarse grid: loads, supports, passive cells and
  *                              the blob are given on it
@@ -125,19 +125,19 @@ typedef struct RuntimeStat {
  * design, pass another restartId.
  *
  * The picture has textureWidth * subdivision * meshFactor columns and textureHeight * subdivision *
- * meshFactor rows, of the values in force.
+ * meshFactor rows, with the values in force.
  *
  * If memory does not suffice, or the volume fraction is not a finite number, there is no optimiser
- * afterwards. A call that keeps the optimiser ignores such a volume fraction. Call _UpdateVoxamApp
- * before the first iteration.
+ * afterwards. A call that keeps the optimiser ignores a volume fraction that is not finite. Call
+ * _UpdateVoxamApp before the first iteration.
  */
 VOXAM_API void _InitVoxamApp(int textureWidth, int textureHeight, int subdivision, int meshFactor,
                              float volumeFraction, int numLoadCases, int restartId);
 
 /**
- * Sends all settings to the optimiser, at any time between iterations. Keeps the design, and
- * withdraws an error text. Does nothing without an optimiser, or without the memory to copy the
- * records.
+ * Sends all settings to the optimiser, at any time between iterations. The design stays, and an
+ * error text is cleared. Without an optimiser, or without memory for a copy of the records, the
+ * call does nothing.
  *
  * PASSIVE AND BLOB CELLS ARE IN THE RIGHT PLACE ONLY IF meshFactor EQUALS subdivision. Otherwise
  * the optimiser maps them to cells of other columns.
@@ -167,36 +167,38 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * Runs one iteration.
  *
  * messageLength  length in bytes of messageBuffer
- * messageBuffer  gets a text, cut to fit and always terminated: empty on success. Null, or a length
- *                below 1, gets no text
+ * messageBuffer  receives a text, cut to fit and always null-terminated: empty on success. With
+ *                null, or a length below 1, no text is written
  * output         the picture, one float per cell, row by row from the top: 0 solid, 1 void. Written
  *                on success only; may be null
- * change         largest change of a density in this iteration; not written when something is wrong
- *                with this iteration; may be null
+ * change         largest change of a density in this iteration; not written if this iteration
+ *                itself fails; may be null
  * stat           timings, written on success only; may be null
  * penalty        exponent of the stiffness interpolation (SIMP) from this call on, usually 3
  *
- * Returns the compliance of the design that the iteration started from. If something is wrong with
- * the problem, the buffer gets a text, and the picture is not written. Each further iteration
+ * Returns the compliance of the design that the iteration started from. If the problem cannot be
+ * optimised, the buffer receives a text, and the picture is not written. Each further iteration
  * repeats the text until _UpdateVoxamApp is called:
- *   "Change load / support"             the plate cannot be solved (a record is invalid, a larger
- *                                       plate is not held, or memory was too short to solve it);
- *                                       returns the last compliance, 0 if there was none
+ *   "Change load / support"             the plate cannot be solved (a record is invalid, the
+ *                                       supports leave a larger plate free to move, or memory does
+ *                                       not suffice); returns the last compliance, 0 if there was
+ *                                       none
  *   "Change load/support"               the displacements are too large: the compliance, the sum of
  *                                       the squared displacements or its ratio to the compliance is
  *                                       above 1e15. The structure is not held, the forces are too
  *                                       large (scale them to about 1: the compliance is
  *                                       proportional to the square of the force), or the design has
- *                                       torn and hangs by void (restart it with another restartId);
- *                                       returns -1.0
+ *                                       torn and only void connects its parts (restart it with
+ *                                       another restartId); returns -1.0
  *   "Load cannot be on top of support"  the loads do almost no work: the compliance is below 1e-10.
  *                                       They act on supports, or the forces are too small (scale
  *                                       them); returns -1.0
  * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far
  * out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
  * volume fraction of 0). `change` is always a number.
- * Without an optimiser returns -1.0 with "No optimiser: call _InitVoxamApp first". Another failure,
- * such as lack of memory outside the solution of the equations, returns -1.0 with its own text.
+ * Without an optimiser, the call returns -1.0 with "No optimiser: call _InitVoxamApp first". After
+ * another failure, such as lack of memory outside the solution of the equations, it returns -1.0
+ * with a text for that failure.
  */
 VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float* output,
                                   double* change, RuntimeStat* stat, float penalty);
@@ -234,18 +236,18 @@ VOXAM_API void _DestroyVoxamApp(void);
  *                    negative counts as 0
  *
  * When memory does not suffice, or 2 * (nelx + 1) * (nely + 1) exceeds the range of int, there is
- * no solver afterwards. A record that lies outside the plate or names a load case that does not
- * exist is reported by each _SolveVoxamGame.
+ * no solver afterwards. If a record lies outside the plate or names a load case that does not
+ * exist, each _SolveVoxamGame fails.
  */
 VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int loadCount,
                               const float* loadData, int supportCount, const float* supportData,
                               int numberOfLoadCases);
 
 /**
- * Scores one density field: the compliance, summed over the load cases. Among designs of densities
- * near 0 and 1 a smaller one is stiffer, and at density 1 it is force times displacement. In
- * between the stiffness is linear in the density while the score weighs each element's energy with
- * the cube of its density, so partly filled designs score lower than they deserve.
+ * Scores one density field: the compliance, summed over the load cases. Among designs whose
+ * densities are near 0 and 1, a smaller score means a stiffer design. The score of a solid plate is
+ * force times displacement. Between 0 and 1 the stiffness is linear in the density, but the score
+ * weights each element's energy by the cube of its density, so partly filled designs score too low.
  *
  * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The
  * score of a sound design is therefore too high by a relative error of at most
@@ -253,28 +255,28 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  *     3.6e-8 * solid elements * compliance for a force of 1
  *
  * This was measured on 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less
- * for a force that is spread along an edge. So a score is good to 1 % while solid elements times
- * compliance stays below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x
- * 10 elements exceed, it may be any number. To tell users what a design is worth, call
+ * for a force that is spread along an edge. So a score is accurate to 1 % while solid elements
+ * times compliance is below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which
+ * 100 x 10 elements exceed, it may be any number. To tell users what a design is worth, call
  * _SolveVoxamAnalysis.
  *
- * A part of the design that touches nothing may make the plate unsolvable: in single precision such
- * a part can come out slightly less than held by the void around it. From some 500 elements on that
- * gives the largest float, on smaller plates a score. Leave such parts out before scoring.
+ * A part of the design that touches nothing may make the plate unsolvable: in single precision, the
+ * void around the part can fail to hold it. The call then returns the largest float on plates of
+ * about 500 elements and more, and a score on smaller ones. Leave such parts out before scoring.
  *
- * Scale the forces to about 1: below some 1e-20 a score loses its digits and in the end is 0, from
- * some 1e18 on it is infinite. Densities below 0 or above 1 are taken as they are, and the score
- * then means nothing.
+ * Scale the forces to about 1: below about 1e-20 a score loses its digits and finally becomes 0,
+ * and from about 1e18 on it is infinite. Densities below 0 or above 1 are used as they are, and the
+ * score is then meaningless.
  *
- * densities      nelx * nely floats in element order, 0 (void) to 1 (solid); null, or a density
- *                that is not a finite number: the call fails
- * elementValues  nelx * nely floats in element order, written: each element's share of the
- *                compliance; null: not written
+ * densities      nelx * nely floats in element order, 0 (void) to 1 (solid). With null, or with a
+ *                density that is not a finite number, the call fails
+ * elementValues  receives nelx * nely floats in element order: each element's share of the
+ *                compliance; may be null
  *
- * Returns the compliance, in units of force squared per modulus and thickness. When the plate
- * cannot be solved (its supports leave it free to move, a record is invalid) returns the largest
+ * Returns the compliance, in units of force squared per modulus and thickness. If the plate cannot
+ * be solved (its supports leave it free to move, or a record is invalid), it returns the largest
  * float, 3.4028234663852886e38, with all element values 0; the next call starts clean. Without a
- * solver returns the same number and writes nothing.
+ * solver, it returns the same number and writes nothing.
  */
 VOXAM_API double _SolveVoxamGame(const float* densities, float* elementValues);
 
@@ -288,7 +290,7 @@ VOXAM_API void _DestroyVoxamGame(void);
 /** What _SolveVoxamAnalysis returns. */
 enum VoxamAnalysisStatus {
     VOXAM_ANALYSIS_SOLVED = 0,     /**< all results are written */
-    VOXAM_ANALYSIS_LOOSE_PART = 1, /**< likewise, without material that is free to move */
+    VOXAM_ANALYSIS_LOOSE_PART = 1, /**< all written; material that is free to move left out */
     VOXAM_ANALYSIS_LOAD_WITHOUT_MATERIAL = 2, /**< a load acts where there is no material */
     VOXAM_ANALYSIS_MECHANISM = 3,             /**< a load acts on material that is free to move */
     VOXAM_ANALYSIS_INVALID = 4,               /**< a record or a modulus is invalid */
@@ -328,10 +330,10 @@ VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float
  * element: void is empty, not soft. Elements that share an edge are welded together; elements that
  * share a corner only are pinned there.
  *
- * ACCURACY. Of designs whose elements all have one modulus or none, the compliance is good to a
- * relative error of 1e-10, however slender the plate is (measured up to 1000 x 10 and 900 x 1
- * elements). Intermediate moduli from 1e-9 to 1 times the largest one are as good on plates of
- * ordinary shape. A result that does not come out accurate is not written.
+ * ACCURACY. If all moduli of a design are 0 or one number, the compliance has a relative error of
+ * at most 1e-10, however slender the plate is (measured up to 1000 x 10 and 900 x 1 elements).
+ * Other moduli, from 1e-9 to 1 times the largest one, give the same accuracy on plates of ordinary
+ * shape. A result that is not accurate is not written.
  *
  * Material that the supports leave free to move (it touches nothing, or it turns about a corner) is
  * found by an exact rule, whatever the moduli. If no load acts on such material, the rest is solved
@@ -339,9 +341,9 @@ VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float
  *
  * moduli          nelx * nely doubles in element order, each 0 or positive and finite
  * messageLength   length in bytes of messageBuffer
- * messageBuffer   gets a text, cut to fit and always terminated: empty when the status is
- *                 VOXAM_ANALYSIS_SOLVED, else one line of fewer than 160 characters. Null, or a
- *                 length below 1, gets no text
+ * messageBuffer   receives a text, cut to fit and always null-terminated: empty if the status is
+ *                 VOXAM_ANALYSIS_SOLVED, else one line of fewer than 160 characters. With null, or
+ *                 a length below 1, no text is written
  *
  * The results belong to the host. Each may be null and is then not written. All but looseElements
  * are written only with the status VOXAM_ANALYSIS_SOLVED or VOXAM_ANALYSIS_LOOSE_PART:
@@ -378,11 +380,11 @@ VOXAM_API void _DestroyVoxamAnalysis(void);
  * --------------------------------------------------------------------------------------------- */
 
 /**
- * Times four ways of assembling the stiffness matrix on five plates and prints one table for each
- * on standard output: a line per way, and in it for 1, 2, 4 and 8 assemblies the total time and, in
- * parentheses, the part that built the pattern, in milliseconds. Takes a second or so, and
- * keeps the element matrices of each assembly for good, 0.6 MB a call. Needs no solver and touches
- * none.
+ * Times four ways of assembling the stiffness matrix on five plates, and prints one table per plate
+ * on standard output, with a line per way. The columns are 1, 2, 4 and 8 assemblies. Each gives the
+ * total time and, in parentheses, the time to build the pattern, in milliseconds. Takes about a
+ * second, and never frees the element matrices of the assemblies, 0.6 MB a call. Needs no solver
+ * and affects none.
  */
 VOXAM_API void _VoxamPerformanceTest(void);
 
