@@ -44,8 +44,8 @@
  * A node, load case or force that is not a finite number is invalid, and so is a node or a load
  * case that does not exist. Each function documents the values by which it reports invalid input.
  * No exception leaves a function. CHOLMOD, which solves the equations, also prints warnings on
- * standard output. A few preconditions are marked below as assertions: violating one ends the
- * process, with a report on standard error.
+ * standard output. Violating a precondition that is marked below as an assertion ends the process,
+ * with a report on standard error.
  *
  * Threads
  * -------
@@ -196,9 +196,9 @@ VOXAM_API void _UpdateVoxamApp(int loadCount, const float* loadData, int support
  * The compliance can be NaN or infinite only if the host passed numbers that are not finite or far
  * out of range (a penalty that is not finite, or below 0 with passive void cells or a blob; a
  * volume fraction of 0). `change` is always a number.
- * Without an optimiser, the call returns -1.0 with "No optimiser: call _InitVoxamApp first". After
- * another failure, such as lack of memory outside the solution of the equations, it returns -1.0
- * with a text for that failure.
+ * Without an optimiser, it returns -1.0 with "No optimiser: call _InitVoxamApp first". Any other
+ * failure, such as lack of memory outside the solution of the equations, returns -1.0 with its own
+ * text.
  */
 VOXAM_API double _IterateVoxamApp(int messageLength, char* messageBuffer, float* output,
                                   double* change, RuntimeStat* stat, float penalty);
