@@ -193,6 +193,7 @@ class Cluster:
                     if stop() and not self._workers():
                         return  # none of them has begun
                     time.sleep(_BETWEEN_LOOKS)
+                    continue
                 for future, result in batch:
                     task = running.pop(future)
                     yield task, self._outcome(task, future, result)
