@@ -250,14 +250,15 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * weights each element's energy by the cube of its density, so partly filled designs score too low.
  *
  * THE SCORE IS FOR GAMES. Its single precision makes every element a weak negative spring. The
- * score of a sound design is therefore too high by a relative error of at most
+ * score of a sound design is therefore wrong by a relative error of about
  *
  *     3.6e-8 * solid elements * compliance for a force of 1
  *
- * This was measured on 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less
- * for a force that is spread along an edge. So a score is accurate to 1 % while solid elements
- * times compliance is below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which
- * 100 x 10 elements exceed, it may be any number. To tell users what a design is worth, call
+ * or less. This is valid while it is below 0.1, and the score is then too high. It was measured on
+ * 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less for a force that is
+ * spread along an edge. So a score is accurate to 1 % while solid elements times compliance is
+ * below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x 10 elements
+ * exceed, it may be any number, too high or too low. To tell users what a design is worth, call
  * _SolveVoxamAnalysis.
  *
  * A part of the design that touches nothing may make the plate unsolvable: in single precision, the

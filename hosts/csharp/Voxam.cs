@@ -598,9 +598,10 @@ namespace Voxam
 
     /// <summary>
     /// Scores designs that somebody else made, for a plate with its loads and supports, quickly and
-    /// in single precision. The score is too high, by a relative error of at most 3.6e-8 * solid
-    /// elements * compliance for a force of 1: good to 1 % while solid elements times compliance
-    /// stays below 3e5, and any number from 3e6 on. Use Analysis to judge a design.
+    /// in single precision. The score is wrong by a relative error of about 3.6e-8 * solid elements
+    /// * compliance for a force of 1, or less; this is valid while it is below 0.1. So the score is
+    /// accurate to 1 % while solid elements times compliance is below 3e5. From 3e6 on it may be
+    /// any number, too high or too low. Use Analysis to judge a design.
     /// </summary>
     public sealed class Game : IDisposable
     {
