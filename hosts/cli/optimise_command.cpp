@@ -193,13 +193,14 @@ int runOptimise(const OptimiseOptions& options) {
     // 1. Everything that can be said before the run.
     if (options.isQuiet || options.isJson) silenceStandardOutput();
     const Scene scene = readScene(options.scene, options.assignments);
+    const fs::path& name = scene.files.front();
     requireOptimisation(scene);
     checkView(options.view, scene);
     if (options.movesBlob && scene.blob.empty())
-        throw InputError(nameOf(options.scene) + ": blob: no elements, needed for --blob");
-    Findings warnings = warningsOf(checkBeforeOptimisation(scene), options.scene);
+        throw InputError(nameOf(name) + ": blob: no elements, needed for --blob");
+    Findings warnings = warningsOf(checkBeforeOptimisation(scene, wantsStates(options)), name);
     prepareOutputs(options, scene);
-    complainOf(warnings, options.scene);
+    complainOf(warnings, name);
 
     // 2. The run.
     watchForInterruption();
@@ -213,7 +214,7 @@ int runOptimise(const OptimiseOptions& options) {
     if (!run.records().empty()) {
         result = resultOf(run);
         const Findings found = checkResult(result, run.scene());
-        complainOf(found, options.scene);
+        complainOf(found, name);
         warnings.insert(warnings.end(), found.begin(), found.end());
     }
     printSummary(run, result, warnings);

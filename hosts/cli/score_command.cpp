@@ -142,7 +142,10 @@ int runScore(const ScoreOptions& options) {
     if (!options.design.empty()) readDesignInto(scene, options.design, "--design");
     requireScore(scene);
     checkView(options.view, scene);
-    Findings warnings = warningsOf(checkBeforeScore(scene), options.scene);
+    const bool withStates =
+        needsStates(options.view) || options.isJson || !options.exports.values.empty();
+    const std::filesystem::path name = scene.files.front();
+    Findings warnings = warningsOf(checkBeforeScore(scene, withStates), name);
     scene = withLoadsInUse(std::move(scene));
     const int scale = options.scale.value_or(
         refinedPictureScale(wholeOf(scene), refinementOf(*scene.densities, scene)));
@@ -150,8 +153,6 @@ int runScore(const ScoreOptions& options) {
     checkOutputs(outputsOf(options.exports), scene.files);
 
     // 2. The score.
-    const bool withStates =
-        needsStates(options.view) || options.isJson || !options.exports.values.empty();
     const Verdict verdict = judge(scene, withStates);
     warnings.insert(warnings.end(), verdict.warnings.begin(), verdict.warnings.end());
 
@@ -160,7 +161,7 @@ int runScore(const ScoreOptions& options) {
     printVerdict(scene, verdict);
     for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
-    complainOf(verdict, warnings, options.scene);
+    complainOf(verdict, warnings, name);
     if (!outputsOf(options.exports).empty()) std::printf("\n");
     Writer writer;
     writeFiles(options, scene, verdict, scale, writer);

@@ -206,7 +206,8 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
     result.assessment.score.compliance = 11.6;
     EXPECT_THAT(linesOf(checkResult(result, scene)),
                 ElementsAre("warning: compliance: as drawn it is 11.6, 1.16 times the 10 while "
-                            "optimising; take a finer grid or more iterations"));
+                            "optimising; set subdivision and meshFactor to 2, or take a finer "
+                            "grid or more iterations"));
     // Of a finer grid, which bends more around the load in a solid plate as well.
     result.drawn = Field(16, 8, 1);
     for (int y = 4; y < 8; ++y)
@@ -229,6 +230,23 @@ TEST(ChecksAfter, warnOfDesignsThatAreNotWhatTheySeem) {
         ElementsAre("warning: loads[0]: as drawn, pulls somewhere",
                     "warning: design: as drawn, no support holds 1 part of it, 1 element "
                     "of the grid; the first at x 3, y 0; take a finer grid or more volume"));
+}
+
+TEST(ChecksAfter, offerThePassiveElementsThatTheReaderTakes) {
+    Scene scene = clampedPlate(4, 2);
+    RunResult result{10, 0.5, designOf({"####", "...."}), {}};
+    result.assessment.problems = {
+        {Finding::ERROR, "loads[0]", "acts", Place{true, {0, 4}, {2, 2}}}};
+    const auto told = [&] { return checkResult(result, scene).front().text; };
+    const std::string advice = "as drawn, acts; keep the elements at this load solid: ";
+    EXPECT_EQ(told(), advice + R"("passive": {"solid": [{"x": [0, 3], "y": 1}]})");
+    scene.meshFactor = 6;  // which the reader refuses beside passive elements
+    EXPECT_THAT(told(), testing::EndsWith("}]}, and set subdivision and meshFactor to 2"));
+    scene.subdivision = 3;
+    EXPECT_THAT(told(), testing::EndsWith("}]}, and set meshFactor to 3"));
+    scene.meshFactor = 3;
+    scene.passive.voids = rectangle(0, 0, 0, 0);
+    EXPECT_EQ(told(), advice + R"(add {"x": [0, 3], "y": 1} to passive.solid)");
 }
 
 }  // namespace

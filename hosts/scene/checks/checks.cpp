@@ -9,6 +9,7 @@
 #include "checks/memory_need.h"
 #include "checks/passive_void.h"
 #include "checks/plate_checks.h"
+#include "format/detail.h"
 #include "format/refinement.h"
 #include "format/text.h"
 #include "format/timeline.h"
@@ -24,6 +25,7 @@ constexpr double DOTS = 0.01;  // of the material: less of it may float without 
 constexpr int FINEST_SUBDIVISION = 4;
 constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
 constexpr double LITTLE_VOLUME = 0.25;
+constexpr int FINER = 2;  // the subdivision to advise instead of 1
 
 Finding error(const std::string& key, const std::string& text,
               const std::optional<Place>& place = std::nullopt) {
@@ -146,12 +148,12 @@ Findings findTooLarge(const MemoryNeed& need) {
 }
 
 /// Of a scene as it stands, whatever its timeline says.
-Findings checkNow(const Scene& scene) {
+Findings checkNow(const Scene& scene, bool keepsStates) {
     Findings findings = checkSettings(scene);
     for (const Finding& idle : findIdleLoads(scene))
         if (isWarning(idle)) findings.push_back(idle);
     append(findings, findTooFine(scene));
-    append(findings, findTooLarge(scene));
+    append(findings, findTooLarge(memoryNeed(scene, keepsStates)));
     return findings;
 }
 
@@ -160,12 +162,12 @@ bool tells(const Findings& findings, const Finding& finding) {
                        [&](const Finding& each) { return lineOf(each) == lineOf(finding); });
 }
 
-void checkTimeline(const Scene& scene, Findings& findings) {
+void checkTimeline(const Scene& scene, bool keepsStates, Findings& findings) {
     Scene later = scene;
     Findings before = findings;
     for (std::size_t i = 0; i < scene.timeline.size(); ++i) {
         apply(scene.timeline[i], later);
-        const Findings after = checkNow(later);
+        const Findings after = checkNow(later, keepsStates);
         for (const Finding& each : after) {
             if (tells(before, each)) continue;
             Finding finding = warning(item("timeline", i), lineOf(each));
@@ -174,6 +176,20 @@ void checkTimeline(const Scene& scene, Findings& findings) {
         }
         before = after;
     }
+}
+
+/// Whether to advise a finer design: without a subdivision, a member that is one element thick
+/// loses much of its stiffness as drawn.
+bool canBeFiner(const Scene& scene) {
+    return scene.subdivision == 1 &&
+           !findDetailFault(scene, {scene.width, scene.height, FINER, FINER});
+}
+
+/// The detail with which the scene may have passive elements, if it has another one.
+std::string detailForPassive(const Scene& scene) {
+    if (scene.subdivision == scene.meshFactor) return "";
+    if (canBeFiner(scene)) return formatted(", and set subdivision and meshFactor to %d", FINER);
+    return formatted(", and set meshFactor to %d", scene.subdivision);
 }
 
 /// What helps against a load that its design does not carry. Where a load is spread over nodes, the
@@ -187,8 +203,12 @@ std::string adviceFor(const Finding& problem, const Scene& scene) {
         const int to = std::clamp(nodes.to - 1, from, size - 1);
         return from == to ? std::to_string(from) : formatted("[%d, %d]", from, to);
     };
-    return "; keep the elements at this load solid: \"passive\": {\"solid\": [{\"x\": " +
-           elements(x, scene.width) + ", \"y\": " + elements(y, scene.height) + "}]}";
+    const std::string area =
+        R"({"x": )" + elements(x, scene.width) + R"(, "y": )" + elements(y, scene.height) + "}";
+    return "; keep the elements at this load solid: " +
+           (scene.passive.empty() ? R"("passive": {"solid": [)" + area + "]}"
+                                  : "add " + area + " to passive.solid") +
+           detailForPassive(scene);
 }
 
 bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& design) {
@@ -217,18 +237,18 @@ double worseAsDrawn(const RunResult& result, const Scene& scene) {
 
 }  // namespace
 
-Findings checkBeforeOptimisation(const Scene& scene) {
-    Findings findings = checkNow(scene);
+Findings checkBeforeOptimisation(const Scene& scene, bool keepsStates) {
+    Findings findings = checkNow(scene, keepsStates);
     if (findings.empty()) append(findings, findUnloadedCases(scene));
-    checkTimeline(scene, findings);
+    checkTimeline(scene, keepsStates, findings);
     return findings;
 }
 
-Findings checkBeforeScore(const Scene& scene) {
+Findings checkBeforeScore(const Scene& scene, bool keepsStates) {
     Findings findings = findIdleLoads(scene);
     if (findings.empty()) append(findings, findUnloadedCases(scene));
     if (!scene.densities) return findings;
-    append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene)));
+    append(findings, findTooLarge(memoryNeedOfScore(*scene.densities, scene, keepsStates)));
     append(findings, findOpenPlane(scene, *scene.densities));
     return findings;
 }
@@ -284,9 +304,13 @@ Findings checkResult(const RunResult& result, const Scene& scene) {
     if (const double ratio = worseAsDrawn(result, scene); ratio > WORSE_AS_DRAWN)
         findings.push_back(
             warning("compliance",
-                    formatted("as drawn it is %.6g, %.3g times the %.6g while optimising; take a "
-                              "finer grid or more iterations",
-                              drawn.score.compliance, ratio, result.compliance)));
+                    formatted("as drawn it is %.6g, %.3g times the %.6g while optimising; ",
+                              drawn.score.compliance, ratio, result.compliance) +
+                        (canBeFiner(scene)
+                             ? formatted("set subdivision and meshFactor to %d, or take a finer "
+                                         "grid or more iterations",
+                                         FINER)
+                             : "take a finer grid or more iterations")));
     const double drawnVolume = mean(result.drawn);
     for (const auto& [volume, what] : {std::pair(result.volume, ""), {drawnVolume, " as drawn"}}) {
         if (std::abs(volume - scene.volumeFraction) <= VOLUME_TOLERANCE) continue;

@@ -8,10 +8,11 @@ namespace voxam::inline checks {
 
 /// What can be said of a scene before it is optimised. An error makes the run pointless; what a
 /// change of the timeline brings about is a warning only, because a later one may mend it.
-Findings checkBeforeOptimisation(const Scene& scene);
+/// `keepsStates`: the score of the result keeps the states of the plate, which takes more memory.
+Findings checkBeforeOptimisation(const Scene& scene, bool keepsStates = false);
 
 /// What can be said of a scene before its design is scored.
-Findings checkBeforeScore(const Scene& scene);
+Findings checkBeforeScore(const Scene& scene, bool keepsStates = false);
 
 /// What can be said of a scene without any run: before it is optimised and before its design is
 /// scored, whichever it can be, and why a score would find its design unsupported, as far as that

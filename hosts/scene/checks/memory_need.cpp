@@ -15,7 +15,11 @@ constexpr double BYTES_OF_PICTURE_CELL = 40;
 constexpr double BYTES_OF_NODE = 1000;
 constexpr double BYTES_OF_FACTOR = 110;
 constexpr double BYTES_OF_LOAD_CASE = 32;  // forces and displacements of a node
-constexpr double SHARE_OF_SCORE = 0.9;     // of the equations of an optimisation of this size
+// The same of an analysis in double precision, with the energies of its elements; and what it takes
+// to keep displacements and stresses and to write them as text.
+constexpr double BYTES_OF_ANALYSED_CASE = 90;
+constexpr double BYTES_OF_STATE = 100;
+constexpr double SHARE_OF_SCORE = 0.9;  // of the equations of an optimisation of this size
 constexpr double BYTES_OF_PROGRAM = 15e6;
 
 double nodesOf(const Scene& scene, int refinement) {
@@ -27,21 +31,23 @@ double bytesOfEquations(double nodes, int loadCases) {
            (BYTES_OF_NODE + BYTES_OF_FACTOR * std::log2(nodes) + BYTES_OF_LOAD_CASE * loadCases);
 }
 
-double bytesOfScore(double nodes, int loadCases) {
+double bytesOfScore(double nodes, int loadCases, bool keepsStates) {
     const double withoutCases = SHARE_OF_SCORE * bytesOfEquations(nodes, 0);
-    return withoutCases + nodes * BYTES_OF_LOAD_CASE * loadCases;
+    const double ofCase = BYTES_OF_ANALYSED_CASE + (keepsStates ? BYTES_OF_STATE : 0);
+    return withoutCases + nodes * ofCase * loadCases;
 }
 
 }  // namespace
 
-MemoryNeed memoryNeed(const Scene& scene) {
+MemoryNeed memoryNeed(const Scene& scene, bool keepsStates) {
     const double elements = 1.0 * scene.width * scene.height;
     const double designCells = elements * scene.subdivision * scene.subdivision;
     const double pictureCells = designCells * scene.meshFactor * scene.meshFactor;
     const double design = designCells * BYTES_OF_DESIGN_CELL;
     const double picture = pictureCells * BYTES_OF_PICTURE_CELL;
     const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCases);
-    const double score = bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases);
+    const double score =
+        bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases, keepsStates);
     MemoryNeed need{BYTES_OF_PROGRAM + design + picture + equations + score, "grid",
                     "lower its width and height"};
     if (picture > std::max(design, equations) && scene.meshFactor > 1) {
@@ -54,9 +60,9 @@ MemoryNeed memoryNeed(const Scene& scene) {
     return need;
 }
 
-MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene) {
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene, bool keepsStates) {
     const double nodes = (design.width + 1.0) * (design.height + 1.0);
-    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases), "design",
+    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases, keepsStates), "design",
             "score a coarser design"};
 }
 

@@ -14,9 +14,10 @@ struct MemoryNeed {
 };
 
 /// An estimate for an optimisation and the score of what comes out, good to a quarter or so.
-MemoryNeed memoryNeed(const Scene& scene);
+/// `keepsStates`: the score keeps the displacements and stresses of each load case.
+MemoryNeed memoryNeed(const Scene& scene, bool keepsStates = false);
 
 /// The same for the score of a design of this size.
-MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene);
+MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene, bool keepsStates = false);
 
 }  // namespace voxam::inline checks

@@ -43,11 +43,17 @@ Analysis::Outcome outcomeOf(int status, const char* text) {
     }
 }
 
-/// Of each load case, from the values of all of them one after the other.
-std::vector<double> part(const std::vector<double>& all, int number, int count) {
-    const auto size = static_cast<std::ptrdiff_t>(all.size() / static_cast<std::size_t>(count));
-    const auto begin = all.begin() + number * size;
-    return {begin, begin + size};
+/// Gives each state its part of the values, which has the states one after the other, and frees
+/// them: the values of many load cases take most of the memory.
+void distribute(std::vector<double>& all, std::vector<double> PlateState::*values,
+                std::vector<PlateState>& states) {
+    const auto size = static_cast<std::ptrdiff_t>(all.size() / states.size());
+    auto begin = all.cbegin();
+    for (PlateState& state : states) {
+        (state.*values).assign(begin, begin + size);
+        begin += size;
+    }
+    std::vector<double>().swap(all);
 }
 
 }  // namespace
@@ -84,11 +90,11 @@ Analysis analyse(const Field& densities, const Scene& plate, bool withFields) {
     result.outcome = outcomeOf(status, text);
     result.loose = fromElementOrder({loose.begin(), loose.end()}, plate.width, plate.height);
     if (result.outcome != Analysis::SOLVED) return result;
-    for (int i = 0; i < plate.loadCases; ++i)
-        result.states.push_back({compliances[static_cast<std::size_t>(i)],
-                                 part(energies, i, plate.loadCases),
-                                 part(displacements, i, plate.loadCases),
-                                 part(stresses, i, plate.loadCases), plate.width, plate.height});
+    for (const double compliance : compliances)
+        result.states.push_back({compliance, {}, {}, {}, plate.width, plate.height});
+    distribute(energies, &PlateState::energies, result.states);
+    distribute(displacements, &PlateState::displacements, result.states);
+    distribute(stresses, &PlateState::stresses, result.states);
     return result;
 }
 
