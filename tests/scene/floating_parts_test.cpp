@@ -107,6 +107,14 @@ TEST(FloatingParts, carryNoLoads) {
               (std::vector<std::string>{
                   "error: loads[1]: acts on a part that no support holds, at x 4, y 0",
                   "error: loads[2]: acts where there is no material, at x 4, y 3"}));
+    const Field hinged = designOf({"###..",  //
+                                   "...##"});
+    Scene turning = clampedPlate(5, 2);
+    turning.loads = {{{5, 5}, {2, 2}, 0, 1, 0}};
+    EXPECT_EQ(linesOf(findLooseLoads(hinged, partsOf(hinged, turning), turning)),
+              (std::vector<std::string>{
+                  "error: loads[0]: acts on a part that can turn about the corner x 3, y 1; join "
+                  "it along an edge; the load is at x 5, y 2"}));
     scene.supports.push_back({{4, 5}, {3, 3}, false, true});  // the force along y is held now
     EXPECT_EQ(findLooseLoads(design, floating, scene).size(), 1u);
 }

@@ -1,6 +1,7 @@
 #include "checks/floating_parts.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "checks/held_nodes.h"
@@ -18,6 +19,37 @@ std::optional<Cell> looseNode(const Load& load, const Field& held, const HeldNod
         for (int y = load.y.from; y <= load.y.to; ++y)
             if (supports.leaveWork(load, x, y) && !hasMaterialAround(held, x, y)) return Cell{x, y};
     return std::nullopt;
+}
+
+bool isAtNode(const FloatingPart& part, const Cell& node) {
+    return std::any_of(part.cells.begin(), part.cells.end(), [&](const Cell& cell) {
+        return (cell.x == node.x || cell.x + 1 == node.x) &&
+               (cell.y == node.y || cell.y + 1 == node.y);
+    });
+}
+
+/// The node, if there is just one, at which the part meets held material. It is a corner of both:
+/// material that meets along an edge is held as well.
+std::optional<Cell> onlyCorner(const FloatingPart& part, const Field& held) {
+    std::set<Cell> corners;
+    for (const Cell& cell : part.cells)
+        for (const int x : {cell.x, cell.x + 1})
+            for (const int y : {cell.y, cell.y + 1})
+                if (hasMaterialAround(held, x, y)) corners.insert({x, y});
+    if (corners.size() != 1) return std::nullopt;
+    return *corners.begin();
+}
+
+/// Why the load at a node of loose material is not carried.
+std::string whyLoose(const Cell& node, const std::vector<FloatingPart>& floating, const Field& held,
+                     int factor) {
+    const auto part = std::find_if(floating.begin(), floating.end(),
+                                   [&](const FloatingPart& each) { return isAtNode(each, node); });
+    const auto corner = part == floating.end() ? std::nullopt : onlyCorner(*part, held);
+    if (!corner) return "acts on a part that no support holds, at ";
+    return "acts on a part that can turn about the corner " +
+           placeText(1.0 * corner->x / factor, 1.0 * corner->y / factor) +
+           "; join it along an edge; the load is at ";
 }
 
 }  // namespace
@@ -56,8 +88,9 @@ Findings findLooseLoads(const Field& design, const std::vector<FloatingPart>& fl
         const bool onPart = hasMaterialAround(design, node->x, node->y);
         const std::string at = placeText(1.0 * node->x / factor, 1.0 * node->y / factor);
         findings.push_back({Finding::ERROR, "loads[" + std::to_string(i) + "]",
-                            onPart ? "acts on a part that no support holds, at " + at
-                                   : "acts where there is no material, at " + at,
+                            (onPart ? whyLoose(*node, floating, held, factor)
+                                    : "acts where there is no material, at ") +
+                                at,
                             Place{true, scene.loads[i].x, scene.loads[i].y}});
     }
     return findings;

@@ -29,7 +29,7 @@ std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessm
     if (drawn != nullptr && isSupported) text += ", as drawn " + complianceText(*drawn);
     text += ",  material used " + materialText(design, scene);
     // Their outlines show which parts.
-    if (!found.floating.empty())
+    if (isSupported && !found.floating.empty())
         text += ",  " + counted(found.floating.size(), "part") + " left out";
     return text;
 }
