@@ -63,9 +63,12 @@ Deformation deformationOf(const PlateState& state, const Scene& scene) {
     return result;
 }
 
-std::string caseText(const std::vector<int>& cases, const Scene& scene, const char* ofAll) {
+std::string caseText(const std::vector<int>& cases, const Assessment& found, const Scene& scene,
+                     const char* ofAll) {
     if (scene.loadCases == 1) return "";
-    if (cases.size() == 1) return formatted(",  load case %d", cases.front());
+    if (cases.size() == 1)
+        return formatted(",  load case %d: compliance %.6g", cases.front(),
+                         found.states[static_cast<std::size_t>(cases.front())].compliance);
     return std::string(",  ") + ofAll + " of " + counted(cases.size(), "load case");
 }
 
@@ -114,12 +117,13 @@ std::string showView(const ViewOptions& options, const Assessment& found, const 
         return "";
     }
     const auto cases = shownCases(options, scene);
+    content.loadCases = cases;
     if (options.view == "energy") {
         content.energies = fieldOf(content.material, found, cases,
                                    [](double sum, const PlateState& state, int x, int y) {
                                        return sum + state.energy(x, y);
                                    });
-        return caseText(cases, scene, "sum");
+        return caseText(cases, found, scene, "sum");
     }
     if (options.view == "stress") {
         // The analysis has elements with an edge of 1.
@@ -130,10 +134,10 @@ std::string showView(const ViewOptions& options, const Assessment& found, const 
                                    });
         content.measure = "Von Mises stress: force / mm\u00b2 at a thickness of 1 mm";
         content.isAbsolute = true;
-        return caseText(cases, scene, "largest");
+        return caseText(cases, found, scene, "largest");
     }
     const auto& state = found.states[static_cast<std::size_t>(cases.front())];
     content.deformation = deformationOf(state, scene);
     return ",  deformation times " + plainNumber(content.deformation->magnification) +
-           caseText(cases, scene, "");
+           caseText(cases, found, scene, "");
 }

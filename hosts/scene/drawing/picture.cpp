@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <map>
+#include <utility>
 
 #include "drawing/area_outline.h"
 #include "drawing/canvas.h"
@@ -157,7 +158,11 @@ private:
 
     void drawLoads() {
         const bool numbered = scene.loadCases > LOAD_CASE_COLOURS;
-        for (const LoadArrow& load : loadArrows(withLoadsInUse(scene), plate, scale)) {
+        Scene shown = withLoadsInUse(scene);
+        const ForceScale forces(shown);
+        if (content.loadCases) shown.loadCasesInUse = *content.loadCases;
+        for (const LoadArrow& load :
+             loadArrows(withLoadsInUse(std::move(shown)), plate, scale, forces)) {
             canvas.polygon(arrowShape(load), loadCaseColour(load.loadCase));
             if (!numbered) continue;
             const Point badge = load.tail + 4 * load.direction;

@@ -37,6 +37,8 @@ struct PictureContent {
     bool isAbsolute = false;
     /// Draws the material where it has moved to, over a ghost of the plate as it was.
     std::optional<Deformation> deformation = {};
+    /// Load cases whose arrows are drawn; without them all that are in use.
+    std::optional<std::vector<int>> loadCases = {};
 };
 
 constexpr int MIN_PICTURE_SCALE = 1;
