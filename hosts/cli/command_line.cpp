@@ -211,7 +211,7 @@ void addCheck(CLI::App& app, CommonOptions& options) {
 void addCompare(CLI::App& app, CompareOptions& options) {
     CLI::App& compare = *app.add_subcommand("compare", "Compare what designs are worth");
     compare.add_option("files", options.files, "Scenes with densities, or designs with --scene")
-        ->type_name("A B ...")
+        ->type_name("FILE")
         ->check(fileName())
         ->required();
     addFile(compare, "--scene", options.scene, "SCENE.json",

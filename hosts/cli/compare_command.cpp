@@ -8,6 +8,7 @@
 #include "design_reader.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
+#include "export/design_file.h"
 #include "export/file_ending.h"
 #include "export/output_file.h"
 #include "export/png_image.h"
@@ -32,6 +33,7 @@ namespace fs = std::filesystem;
 struct Compared {
     fs::path file;
     Scene scene;
+    Findings warnings;  ///< about the scene, without its design
     Verdict verdict;
     std::size_t rank = 0;  ///< from 1, the stiffest as drawn
 
@@ -41,13 +43,19 @@ struct Compared {
 };
 
 Compared compared(const fs::path& file, const CompareOptions& options) {
+    const auto& endings = DESIGN_ENDINGS;
+    const bool isDesign =
+        std::find(endings.begin(), endings.end(), fileEnding(file)) != endings.end();
+    if (options.scene.empty() && isDesign)
+        throw InputError(nameOf(file) + ": is a design; name its scene with --scene");
     Scene scene = readScene(options.scene.empty() ? file : options.scene);
+    const fs::path name = options.scene.empty() ? scene.files.front() : file;
     if (!options.scene.empty()) readDesignInto(scene, file, "--scene");
     requireScore(scene);
-    warningsOf(checkBeforeScore(scene), file);
+    Findings warnings = warningsOf(checkBeforeScore(scene), name);
     scene = withLoadsInUse(std::move(scene));
     Verdict verdict = judge(scene);
-    return {file, std::move(scene), std::move(verdict)};
+    return {name, std::move(scene), std::move(warnings), std::move(verdict)};
 }
 
 /// Designs with one and the same compliance as drawn share a rank; one that is not supported has
@@ -139,7 +147,11 @@ int runCompare(const CompareOptions& options) {
     rank(designs);
     printTable(designs);
     bool areSupported = true;
+    // With --scene all designs have the warnings of that scene.
+    if (!options.scene.empty())
+        complainOf(designs.front().warnings, designs.front().scene.files.front());
     for (const Compared& each : designs) {
+        if (options.scene.empty()) complainOf(each.warnings, each.file);
         complainOf(each.verdict.warnings, each.file);
         for (const std::string& problem : toldLines(each.verdict.found.problems)) {
             complain(nameOf(each.file) + ": not supported: " + problem);

@@ -119,11 +119,14 @@ void writeExports(Writer& writer, const ExportOptions& options, const Field& des
 
 void writeValues(Writer& writer, const ExportOptions& options, const Field& design,
                  const Assessment& found, const Scene& scene) {
+    if (!found.problems.empty()) {
+        for (const fs::path& file : options.values)
+            complain(nameOf(file) + ": not written: the design is not supported");
+        return;
+    }
     const AnalysedDesign analysed{scene, design, found.states, elementSizeOf(options, scene)};
     for (const fs::path& file : options.values)
         writer.attempt([&] {
-            if (!found.problems.empty())
-                throw InputError(nameOf(file) + ": not written: the design is not supported");
             if (fileEnding(file) == ".vti")
                 return writer.write("values", file, encodeVti(analysed));
             writer.write("values", file, encodeElementsCsv(analysed), "by element");

@@ -72,8 +72,10 @@ std::string plainText(const CLI::ParseError& error, const CLI::App& command) {
     const std::string name = told.substr(0, told.find_first_of(": "));
     const CLI::Option* option = command.get_option_no_throw(name);
     const auto extras = command.remaining();
-    if (dynamic_cast<const CLI::ExtrasError*>(&error) && !extras.empty())
-        return quoted(extras.front()) + " is an unexpected argument";
+    const auto extra = std::find_if(extras.begin(), extras.end(),
+                                    [](const std::string& each) { return each != "--"; });
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) && extra != extras.end())
+        return quoted(*extra) + " is an unexpected argument";
     if (!option) return told;
     if (dynamic_cast<const CLI::RequiredError*>(&error))
         return option->get_type_name() + " is missing";

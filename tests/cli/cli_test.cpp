@@ -208,6 +208,7 @@ TEST_F(Cli, namesWhatIsWrongWithTheCommand) {
         {"score s.json --pictur p.png", "did you mean --picture? (see voxam score --help)"},
         {"score", "SCENE.json is missing (see voxam score --help)"},
         {"score s.json more", "\"more\" is an unexpected argument (see voxam score --help"},
+        {"score -- s.json --quiet", "\"--quiet\" is an unexpected argument"},
         {"score s.json --picture", "--picture: OUT.png|.svg is missing behind it"},
         {"score s.json --picture ''", "--picture: the name is empty"},
         {"score s.json --pic p.png", "\"--pic\" is not known, did you mean --picture?"},

@@ -69,6 +69,8 @@ TEST_F(Outputs, takeScenesFromStandardInputAndChangeThem) {
     write("bar.json", BAR);
     expectErrors({{"score bar.json --set loads", "--set: \"loads\": expected KEY=VALUE"},
                   {"score bar.json --set loads[7].fx=1", "the scene has no such place"},
+                  {"score bar.json --set ~=3", "bar.json: ~: unknown key"},
+                  {"compare bar.json b.csv", "b.csv: is a design; name its scene with --scene"},
                   {"score bar.json --set grid.width=x",
                    "grid.width: expected a whole number, found the text"},
                   {"score bar.json --view stres", "is not one of material, energy"},
@@ -134,6 +136,19 @@ TEST_F(Outputs, compareDesignsAsDrawn) {
     EXPECT_GT(designs[0]["compliance"], designs[0]["asDrawn"]["compliance"]);
     EXPECT_EQ(designs[2]["compliance"], designs[2]["asDrawn"]["compliance"]);
     EXPECT_TRUE(designs[3]["asDrawn"]["compliance"].is_null());
+    bar("twice.json", "1");
+    Json twice = Json::parse(contents(directory / "twice.json"));
+    twice["loadCases"] = 2;
+    write("twice.json", twice.dump());
+    const Outcome forgotten = run("compare black.json twice.json");
+    EXPECT_EQ(forgotten.status, 0);
+    EXPECT_NE(forgotten.err.find("voxam: twice.json: warning: loads: none acts in load case 1"),
+              std::string::npos)
+        << forgotten.err;
+    const Outcome unsupported = run("score loose.json --values v.csv");
+    EXPECT_EQ(unsupported.status, 1);
+    EXPECT_NE(unsupported.err.find("v.csv: not written: the design is not supported"),
+              std::string::npos);
 }
 
 TEST_F(Outputs, startFromTemplatesWithoutAWarning) {

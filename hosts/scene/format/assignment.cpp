@@ -15,12 +15,14 @@ using Json = nlohmann::json;
     throw InputError("--set: " + quoted(assignment) + ": " + why);
 }
 
-/// "loads[0].fy" as the pointer /loads/0/fy.
+/// "loads[0].fy" as the pointer /loads/0/fy. A pointer has ~0 for ~ and ~1 for /.
 std::string pointerTo(const std::string& place) {
     std::string pointer = "/";
     for (const char character : place) {
         if (character == '.' || character == '[')
             pointer += '/';
+        else if (character == '~')
+            pointer += "~0";
         else if (character != ']')
             pointer += character;
     }
