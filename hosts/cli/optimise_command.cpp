@@ -181,9 +181,12 @@ Report reportOn(const OptimisationRun& run, const RunResult& result, const Findi
     return report;
 }
 
-int statusOf(const OptimisationRun& run, bool hasWarnings, const Writer& writer) {
+int statusOf(const OptimisationRun& run, const RunResult& result, bool hasWarnings,
+             const Writer& writer) {
     if (writer.hasFailed()) return ERROR_STATUS;
     if (interruption() != 0) return 128 + interruption();
+    const bool hasValues = result.assessment.problems.empty();
+    if (!run.options().exports.values.empty() && !hasValues) return 1;
     return !run.failure().empty() || (run.options().isStrict && hasWarnings) ? 1 : 0;
 }
 
@@ -220,5 +223,5 @@ int runOptimise(const OptimiseOptions& options) {
     printSummary(run, result, warnings);
     writeResult(run, result, options, drawings, writer);
     if (options.isJson) print(reportOn(run, result, warnings, writer));
-    return statusOf(run, !warnings.empty(), writer);
+    return statusOf(run, result, !warnings.empty(), writer);
 }

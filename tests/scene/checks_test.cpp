@@ -154,6 +154,22 @@ TEST(ChecksBefore, refuseWhatTheMachineCannotHold) {
     EXPECT_THAT(before(scene), ElementsAre(HasSubstr("error: meshFactor: needs about ")));
 }
 
+TEST(ChecksBefore, warnOfLoadsOverFreeEdges) {
+    Scene scene = clampedPlate(12, 6);
+    scene.loads = {{{0, 12}, {0, 0}, 0, 1, 0}};
+    EXPECT_THAT(before(scene),
+                ElementsAre("warning: loads[0]: some of its nodes may get no material; keep the "
+                            "elements at this load solid: \"passive\": {\"solid\": [{\"x\": "
+                            "[0, 11], \"y\": 0}]}"));
+    scene.passive.solids = rectangle(0, 11, 0, 0);
+    EXPECT_THAT(before(scene), IsEmpty());
+    scene.passive = {};
+    scene.loads = {{{8, 12}, {0, 0}, 0, 1, 0},   // a third of the edge
+                   {{0, 0}, {0, 6}, 0, 1, 0},    // on supports
+                   {{0, 12}, {3, 3}, 0, 1, 0}};  // inside the plate
+    EXPECT_THAT(before(scene), IsEmpty());
+}
+
 // A container that sees its own group as the root, in both versions of cgroups.
 TEST(AvailableMemory, isWhatTheCgroupLeaves) {
     const auto folder =

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "checks/available_memory.h"
+#include "checks/held_nodes.h"
 #include "checks/material.h"
 #include "checks/memory_need.h"
 #include "checks/passive_void.h"
@@ -25,6 +26,10 @@ constexpr double DOTS = 0.01;  // of the material: less of it may float without 
 constexpr int FINEST_SUBDIVISION = 4;
 constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
 constexpr double LITTLE_VOLUME = 0.25;
+// A load over more of a free edge seldom has material at all its nodes, unless there is much of it.
+constexpr double MUCH_OF_EDGE = 1.0 / 3;
+constexpr double FEW_ELEMENTS = 3;
+constexpr double MUCH_VOLUME = 0.9;
 constexpr int FINER = 2;  // the subdivision to advise instead of 1
 
 Finding error(const std::string& key, const std::string& text,
@@ -192,12 +197,8 @@ std::string detailForPassive(const Scene& scene) {
     return formatted(", and set meshFactor to %d", scene.subdivision);
 }
 
-/// What helps against a load that its design does not carry. Where a load is spread over nodes, the
-/// optimiser finds no path to some of them, however long it runs.
-std::string adviceFor(const Finding& problem, const Scene& scene) {
-    if (!problem.place) return "";
-    const auto& [ofNodes, x, y] = *problem.place;
-    if (x.count() * y.count() == 1) return "; take a finer grid, more volume or more iterations";
+/// The passive elements that carry a load at these nodes.
+std::string adviceToKeepSolid(const Range& x, const Range& y, const Scene& scene) {
     const auto elements = [](const Range& nodes, int size) {
         const int from = std::min(nodes.from, size - 1);
         const int to = std::clamp(nodes.to - 1, from, size - 1);
@@ -209,6 +210,49 @@ std::string adviceFor(const Finding& problem, const Scene& scene) {
            (scene.passive.empty() ? R"("passive": {"solid": [)" + area + "]}"
                                   : "add " + area + " to passive.solid") +
            detailForPassive(scene);
+}
+
+/// What helps against a load that its design does not carry. Where a load is spread over nodes, the
+/// optimiser finds no path to some of them, however long it runs.
+std::string adviceFor(const Finding& problem, const Scene& scene) {
+    if (!problem.place) return "";
+    const auto& [ofNodes, x, y] = *problem.place;
+    if (x.count() * y.count() == 1) return "; take a finer grid, more volume or more iterations";
+    return adviceToKeepSolid(x, y, scene);
+}
+
+/// Whether a load works along much of an edge of the plate without elements that stay solid there.
+bool isOverFreeEdge(const Load& load, const Field& solid, const HeldNodes& held) {
+    const auto isSide = [](const Range& nodes, int size) {
+        return nodes.count() == 1 && (nodes.from == 0 || nodes.from == size);
+    };
+    const bool isLevel = isSide(load.y, solid.height);
+    if (!isLevel && !isSide(load.x, solid.width)) return false;
+    int free = 0;
+    for (int x = load.x.from; x <= load.x.to; ++x)
+        for (int y = load.y.from; y <= load.y.to; ++y)
+            if (held.leaveWork(load, x, y) && !hasMaterialAround(solid, x, y)) ++free;
+    return free - 1 > std::max(FEW_ELEMENTS, MUCH_OF_EDGE * (isLevel ? solid.width : solid.height));
+}
+
+/// Loads that the design is unlikely to carry at all their nodes.
+Findings findLoadsOverFreeEdges(const Scene& scene) {
+    if (scene.volumeFraction > MUCH_VOLUME) return {};
+    Field solid(scene.width, scene.height);
+    for (const Area* area : {&scene.passive.solids, &scene.passive.secondSolids})
+        for (const Cell& cell : area->cells) solid.at(cell.x, cell.y) = 1;
+    const HeldNodes held(scene);
+    const Scene inUse = withLoadsInUse(scene);
+    Findings findings;
+    for (std::size_t i = 0; i < inUse.loads.size(); ++i) {
+        const Load& load = inUse.loads[i];
+        if (!isOverFreeEdge(load, solid, held)) continue;
+        Finding finding = warning(item("loads", i), "some of its nodes may get no material" +
+                                                        adviceToKeepSolid(load.x, load.y, scene));
+        finding.place = Place{true, load.x, load.y};
+        findings.push_back(finding);
+    }
+    return findings;
 }
 
 bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& design) {
@@ -240,6 +284,7 @@ double worseAsDrawn(const RunResult& result, const Scene& scene) {
 Findings checkBeforeOptimisation(const Scene& scene, bool keepsStates) {
     Findings findings = checkNow(scene, keepsStates);
     if (findings.empty()) append(findings, findUnloadedCases(scene));
+    append(findings, findLoadsOverFreeEdges(scene));
     checkTimeline(scene, keepsStates, findings);
     return findings;
 }
