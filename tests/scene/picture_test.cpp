@@ -201,4 +201,20 @@ TEST(Picture, leavesRoomForRulersAndFitsAnAnimation) {
     }
 }
 
+TEST(Picture, hasTheArrowsOfItsLoadCases) {
+    Scene scene = clampedPlate(12, 6);
+    scene.loadCases = 2;
+    scene.loadCasesInUse = {0, 1};
+    scene.loads.push_back({{12, 12}, {0, 0}, 1, 0, 1});
+    PictureContent content{Field(12, 6, 1), std::nullopt, "", ""};
+    const auto both = drawPicture(scene, content, 20).pixels;
+    content.loadCases = std::vector{1};
+    const auto second = drawPicture(scene, content, 20).pixels;
+    EXPECT_NE(second, both);
+    scene.loads.front().fy = 0;
+    EXPECT_EQ(second, drawPicture(scene, content, 20).pixels);
+    scene.loads.back().fx = 0;
+    EXPECT_NE(second, drawPicture(scene, content, 20).pixels);
+}
+
 }  // namespace
