@@ -26,10 +26,10 @@ constexpr double DOTS = 0.01;  // of the material: less of it may float without 
 constexpr int FINEST_SUBDIVISION = 4;
 constexpr int FINEST_SUBDIVISION_OF_LITTLE = 3;
 constexpr double LITTLE_VOLUME = 0.25;
-// A load over more of a free edge seldom has material at all its nodes, unless there is much of it.
+// A load over more of a free edge has no material at some of its nodes, unless there is much of it.
 constexpr double MUCH_OF_EDGE = 1.0 / 3;
 constexpr double FEW_ELEMENTS = 3;
-constexpr double MUCH_VOLUME = 0.9;
+constexpr double MUCH_VOLUME = 0.5;
 constexpr int FINER = 2;  // the subdivision to advise instead of 1
 
 Finding error(const std::string& key, const std::string& text,
