@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numeric>
+#include <tuple>
 
 #include "checks/plate_checks.h"
 #include "format/refinement.h"
@@ -104,6 +106,36 @@ double levelKeepingVolume(const Field& material) {
     return (above + below) / 2;
 }
 
+/// Mean density of a cell and the eight around it; there is nothing beyond the border.
+Field neighbourhoods(const Field& material) {
+    constexpr float cells = 9;
+    Field result(material.width, material.height);
+    for (int y = 0; y < material.height; ++y)
+        for (int x = 0; x < material.width; ++x) {
+            float sum = 0;
+            for (int j = std::max(0, y - 1); j <= std::min(y + 1, material.height - 1); ++j)
+                for (int i = std::max(0, x - 1); i <= std::min(x + 1, material.width - 1); ++i)
+                    sum += material.at(i, j);
+            result.at(x, y) = sum / cells;
+        }
+    return result;
+}
+
+/// Makes the `count` densest cells solid and all others void; of cells that are equally dense,
+/// those with the denser neighbours.
+void keepDensest(std::size_t count, DrawnDesign& drawn) {
+    Field& design = drawn.design;
+    const Field around = neighbourhoods(design);
+    std::vector<std::size_t> order(design.values.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t one, std::size_t other) {
+        return std::tuple(-design.values[one], -around.values[one], one) <
+               std::tuple(-design.values[other], -around.values[other], other);
+    });
+    if (count > 0) drawn.level = double(design.values[order[count - 1]]);
+    for (std::size_t i = 0; i < order.size(); ++i) design.values[order[i]] = i < count ? 1.f : 0.f;
+}
+
 }  // namespace
 
 Assessment assess(const Field& design, const Scene& scene, bool withStates) {
@@ -133,6 +165,14 @@ DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinemen
     DrawnDesign drawn{averaged(material, refinement * scene.width, refinement * scene.height)};
     drawn.level = levelKeepingVolume(drawn.design);
     for (float& density : drawn.design.values) density = double(density) >= drawn.level ? 1.f : 0.f;
+    return drawn;
+}
+
+DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinement, double share) {
+    DrawnDesign drawn{averaged(material, refinement * scene.width, refinement * scene.height)};
+    constexpr double slack = 1e-6;  // of a cell: a share may be a rounded one
+    const auto cells = static_cast<double>(drawn.design.values.size());
+    keepDensest(static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * cells + slack), drawn);
     return drawn;
 }
 

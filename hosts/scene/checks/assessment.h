@@ -39,6 +39,9 @@ struct DrawnDesign {
 /// white already. `refinement` is the result's, per edge of an element.
 DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinement);
 
+/// The same with as much material as this share of the plate, and no more than that.
+DrawnDesign drawnDesign(const Field& material, const Scene& scene, int refinement, double share);
+
 /// Elements per edge of an element at which a design of so many cells per edge is drawn: as many,
 /// or fewer where that would be more than MAX_DRAWN_ELEMENTS.
 int drawnRefinement(const Scene& scene, int refinement);
