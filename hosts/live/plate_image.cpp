@@ -52,14 +52,24 @@ QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& 
 QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
                     const PlateColours& colours) {
     const double average = shown ? shown->scale.average() : 0;
-    const auto colourAt = [&](int x, int y) {
-        const QColor solid = average > 0 ? toQt(EnergyScale::colour(shown->scale.position(
-                                               shown->energies.at(x, y) / average)))
-                                         : colours.solid;
-        return mixed(colours.voids, solid, std::clamp(drawing.at(x, y), 0.0f, 1.0f));
-    };
+    const double most = SHADES - 1;
+    Ramp energies;
+    for (int i = 0; i < SHADES; ++i)
+        energies[static_cast<std::size_t>(i)] = toQt(EnergyScale::colour(i / most)).rgb();
+    const Ramp plain = rampOf(colours.voids, colours.solid);
     QImage image(drawing.width, drawing.height, QImage::Format_RGB32);
-    for (int y = 0; y < drawing.height; ++y)
-        for (int x = 0; x < drawing.width; ++x) image.setPixel(x, y, colourAt(x, y).rgb());
+    for (int y = 0; y < drawing.height; ++y) {
+        auto* pixel = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < drawing.width; ++x, ++pixel) {
+            const float density = drawing.at(x, y);
+            if (average <= 0 || density <= 0) {
+                *pixel = plain[shade(density)];
+                continue;
+            }
+            const double position = shown->scale.position(shown->energies.at(x, y) / average);
+            const QRgb solid = energies[static_cast<std::size_t>(most * position + 0.5)];
+            *pixel = density >= 1 ? solid : mixed(colours.voids, solid, density).rgb();
+        }
+    }
     return image;
 }
