@@ -65,3 +65,8 @@ QIcon icon(Glyph glyph) {
     Q_INIT_RESOURCE(icons);  // of a static library
     return QIcon(new GlyphEngine(glyph));
 }
+
+QIcon applicationIcon() {
+    Q_INIT_RESOURCE(icons);
+    return QIcon(":/desktop/voxam-live.svg");
+}

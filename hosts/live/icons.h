@@ -36,3 +36,6 @@ enum class Glyph {
 };
 
 QIcon icon(Glyph glyph);
+
+/// Of the window: the picture of desktop/voxam-live.svg.
+QIcon applicationIcon();

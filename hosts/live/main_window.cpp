@@ -43,6 +43,7 @@ constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 }  // namespace
 
 MainWindow::MainWindow() : run(bench) {
+    setWindowIcon(applicationIcon());
     setAcceptDrops(true);
     // From the start, or the plate would shrink at the first message.
     statusBar();
