@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -20,6 +21,7 @@ namespace {
 constexpr int SETTLING_ITERATIONS = 15;
 constexpr int DRAGS = 40;
 constexpr int FRAME_SPAN = 4000;  // ms
+constexpr int EDIT_INTERVAL = 400;
 constexpr QSize WINDOW_SIZE(1280, 820);
 
 struct Plate {
@@ -85,8 +87,16 @@ public:
     }
 
 private:
+    /// A design that has settled rests, so edits keep it moving.
     double framesPerSecond() {
         int pictures = 0;
+        QTimer editing;
+        QObject::connect(&editing, &QTimer::timeout, [this] {
+            window.workbench().edit("Volume", [](Scene& scene) {
+                scene.volumeFraction = scene.volumeFraction < 0.4 ? 0.4 : 0.39;
+            });
+        });
+        editing.start(EDIT_INTERVAL);
         const auto counting = QObject::connect(&run, &LiveRun::frameChanged, [&] { ++pictures; });
         QElapsedTimer clock;
         clock.start();

@@ -3,18 +3,26 @@
 #include <QFrame>
 #include <QLabel>
 
-/// A line above the plate that says what is wrong and what to do. Hidden when all is well.
+/// Two lines below the plate. They say what is wrong and what to do, or else what the scene is
+/// about. They keep their place, so that the plate does not jump when a problem comes and goes.
 class Banner : public QFrame {
     Q_OBJECT
 
 public:
     explicit Banner(QWidget* parent = nullptr);
 
-    /// An empty text hides it.
+    /// An empty text ends the problem.
     void say(const QString& text, const QString& advice);
-    QString text() const;
+    /// What is said while nothing is wrong.
+    void setHint(const QString& text);
+    /// The problem; empty when all is well.
+    QString text() const { return problem; }
 
 private:
+    void refresh(const QString& markup);
+
+    QString problem;
+    QString hint;
     QLabel* sign;
     QLabel* label;
 };

@@ -49,6 +49,19 @@ Cells footprint(const Brush& brush, QPointF plate) {
     return cells;
 }
 
+Cells mirrored(const Cells& cells, const Mirror& mirror, int width, int height) {
+    Cells all = cells;
+    const auto add = [&all](auto&& image) {
+        for (std::size_t i = 0, count = all.size(); i < count; ++i) all.push_back(image(all[i]));
+    };
+    if (mirror.isLeftRight) add([=](const Cell& cell) { return Cell{width - 1 - cell.x, cell.y}; });
+    if (mirror.isTopBottom)
+        add([=](const Cell& cell) { return Cell{cell.x, height - 1 - cell.y}; });
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    return all;
+}
+
 Cells strokeCells(const Brush& brush, QPointF from, QPointF to, int width, int height) {
     const QPointF way = to - from;
     const QRectF reach =

@@ -14,6 +14,15 @@ struct Brush {
     bool isRound = true;
 };
 
+/// Whether what a hand draws is drawn on the other side of the plate's middle as well.
+struct Mirror {
+    bool isLeftRight = false;
+    bool isTopBottom = false;
+};
+
+/// The elements, each once and sorted, with those that mirror them on a plate of width x height.
+Cells mirrored(const Cells& cells, const Mirror& mirror, int width, int height);
+
 /// The elements under a brush; some may lie outside the plate.
 Cells footprint(const Brush& brush, QPointF plate);
 

@@ -45,6 +45,7 @@ private:
 };
 
 Document::Document() : saved(std::make_shared<const Scene>()), current(saved) {
+    history.setUndoLimit(MAX_STEPS);
     connect(&history, &QUndoStack::cleanChanged, this, &Document::fileChanged);
 }
 
@@ -55,6 +56,11 @@ void Document::open(Scene scene, const std::filesystem::path& file) {
     show(std::make_shared<const Scene>(std::move(scene)));
     emit opened();
     emit fileChanged();
+}
+
+void Document::recover(Scene scene, const std::filesystem::path& file) {
+    open(std::move(scene), file);
+    history.resetClean();
 }
 
 void Document::save(const std::filesystem::path& target) {

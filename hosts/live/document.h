@@ -39,6 +39,9 @@ public:
     /// Takes the place of the scene and forgets the history. An empty file has no name yet.
     void open(Scene scene, const std::filesystem::path& file);
 
+    /// The same with edits that were not saved: it counts as modified.
+    void recover(Scene scene, const std::filesystem::path& file);
+
     /// Writes the scene in the program's format. Throws InputError; the file is then as before.
     void save(const std::filesystem::path& target);
 
@@ -46,6 +49,8 @@ public:
     const std::filesystem::path& file() const { return path; }
     QString displayName() const;
     bool isModified() const { return !history.isClean(); }
+    /// Steps that can be undone: each holds a whole scene.
+    static constexpr int MAX_STEPS = 300;
 
     /// Makes `next` the scene that is seen; `what` names the step in the menu, such as "Move load".
     /// Edits of one gesture (from pressing a mouse button to releasing it) become one step of the

@@ -1,26 +1,21 @@
 #include "drawing_mode.h"
 
-#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "action_text.h"
+#include "best_scores.h"
 #include "checks/assessment.h"
 #include "format/refinement.h"
+#include "number_text.h"
 #include "plate_image.h"
+#include "problems.h"
 
 using namespace voxam;
 
 namespace {
 
-/// Around all parts, in plate coordinates.
-QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
-                       const Scene& scene) {
-    Cells cells;
-    for (const FloatingPart& part : parts)
-        cells.insert(cells.end(), part.cells.begin(), part.cells.end());
-    const double size = 1.0 / refinementOf(design, scene);
-    return QTransform::fromScale(size, size).map(outlinePath(cells, design.width, design.height));
-}
+constexpr int DIGITS = 5;  // of a compliance
 
 /// What carries: the design without what hangs on nothing.
 Field carrying(const ScoreResult& result) {
@@ -54,18 +49,21 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
                 scene.densities = designScore->design;
             else if (frame.material.width == scene.width * frame.refinement &&
                      frame.material.height == scene.height * frame.refinement)
-                scene.densities = drawnDesign(frame.material, scene, 1).design;
+                scene.densities =
+                    drawnDesign(frame.material, scene, 1, scene.volumeFraction).design;
         });
     });
     for (QAction* action : actions()) action->setEnabled(false);
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
+    connect(&run, &LiveRun::settingsSent, this, &DrawingMode::followRun);
+    connect(&run, &LiveRun::stateChanged, this, [this, wasPaused = false]() mutable {
+        const bool isPaused = run.state() == RunState::PAUSED;
+        if (std::exchange(wasPaused, isPaused) != isPaused && active && drawing) showHeaders();
+    });
     connect(&run, &LiveRun::refusalChanged, this, [this](const LibraryText& refusal) {
-        if (!active || refusal.text.empty()) return;
-        designScore.reset();
-        stage.rivalHeader.showNone(
-            tr("The optimiser cannot go on: %1").arg(QString::fromStdString(refusal.text)));
+        if (!refusal.text.empty()) forgetRival();
         show();
     });
 }
@@ -75,40 +73,63 @@ void DrawingMode::setActive(bool isToBe) {
     active = isToBe;
     for (QAction* action : actions()) action->setEnabled(active);
     drawingScore.reset();
-    designScore.reset();
+    forgetRival();
     run.setDrawing(active);
     if (active) {
+        // A pause is the plate's; the rival is at work while there is something to draw.
+        wasPlaying = run.isPlaying();
         run.setPlaying(true);
         followScene();
+    } else {
+        run.setPlaying(wasPlaying);
     }
+}
+
+void DrawingMode::forgetRival() {
+    designScore.reset();
+    isRivalSettled = false;
 }
 
 void DrawingMode::followScene() {
     if (!active) return;
     const Scene& scene = bench.document.scene();
-    drawing = std::make_shared<const Field>(scene.densities ? *scene.densities
-                                                            : Field(scene.width, scene.height));
-    run.scoreDrawing(drawing);
+    Field design = scene.densities ? *scene.densities : Field(scene.width, scene.height);
+    keepAreas(design, scene);
+    if (std::exchange(isTaskNew, false) || !drawing || *drawing != design) {
+        drawing = std::make_shared<const Field>(std::move(design));
+        run.scoreDrawing(drawing);
+    }
     stage.rival.setScene(bench.document.snapshot());
     show();
+}
+
+void DrawingMode::followRun() {
+    if (!active || run.revision() == rivalRevision) return;
+    // The design before was one for another task.
+    rivalRevision = run.revision();
+    isTaskNew = true;
+    forgetRival();
+    // After another grid the drawing follows by followScene().
+    if (drawing && isOfThisGrid(*drawing)) show();
 }
 
 void DrawingMode::takeScore(const ScoreResult& result) {
     // One of a grid that is no more.
     if (!active || !isOfThisGrid(result)) return;
     drawingScore = result;
-    // What is left out of the score is not to be made up for by the rival.
-    run.setDrawnVolume(mean(carrying(result)));
-    stage.drawingHeader.show(result, noteOnDrawing());
     show();
 }
 
 void DrawingMode::takeRival(const ScoreResult& result) {
-    if (!active || !isOfThisGrid(result) || isBeaten(result)) return;
-    designScore = result;
-    stage.rivalHeader.show(result, noteOnRival());
-    if (drawingScore) stage.drawingHeader.show(*drawingScore, noteOnDrawing());
+    if (!active || !isOfThisGrid(result) || result.revision != run.revision()) return;
+    isRivalSettled = result.isSettled;
+    if (!isBeaten(result)) designScore = result;
+    designScore->isSettled = result.isSettled;
     show();
+}
+
+Match DrawingMode::match() const {
+    return judge(drawingScore, designScore, isRivalSettled, bench.document.scene().volumeFraction);
 }
 
 std::optional<EnergyScale> DrawingMode::scale() const {
@@ -127,48 +148,96 @@ std::optional<EnergyScale> DrawingMode::scale() const {
 }
 
 bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
+    return isOfThisGrid(result.design);
+}
+
+bool DrawingMode::isOfThisGrid(const Field& design) const {
     const Scene& scene = bench.document.scene();
-    const int refinement = refinementOf(result.design, scene);
-    return result.design.width == refinement * scene.width &&
-           result.design.height == refinement * scene.height;
+    const int refinement = refinementOf(design, scene);
+    return design.width == refinement * scene.width && design.height == refinement * scene.height;
 }
 
 // A run goes on for greys that nobody sees, and what is drawn of them may get worse.
 bool DrawingMode::isBeaten(const ScoreResult& result) const {
-    if (!designScore || !designScore->isSupported() || designScore->revision != result.revision)
-        return false;
-    const double allowed =
-        std::max(mean(carrying(result)), drawingScore ? mean(carrying(*drawingScore)) : 0.0);
-    return mean(carrying(*designScore)) <= allowed &&
+    return designScore && designScore->isSupported() &&
            (!result.isSupported() ||
             designScore->assessment.score.compliance < result.assessment.score.compliance);
 }
 
-QString DrawingMode::noteOnDrawing() const {
-    QStringList notes;
-    if (drawingScore->isSupported() && designScore && designScore->isSupported()) {
-        const double ratio =
-            designScore->assessment.score.compliance / drawingScore->assessment.score.compliance;
-        notes << (std::lround(100 * ratio) == 100 ? tr("As stiff as the optimiser's")
-                  : ratio >= 1
-                      ? tr("Stiffer than the optimiser's: %1 %").arg(100 * ratio, 0, 'f', 0)
-                      : tr("%1 % as stiff as the optimiser's").arg(100 * ratio, 0, 'f', 0));
+QString DrawingMode::headline(const Match& match) const {
+    switch (match.state) {
+        case Match::State::NO_SCORE:
+            return tr("Scoring...");
+        case Match::State::EMPTY:
+            return tr("Draw from the loads to the supports");
+        case Match::State::UNSUPPORTED:
+            return tr("Does not hold");
+        case Match::State::OVER_BUDGET:
+            return tr("Over the budget");
+        case Match::State::RIVAL_AT_WORK:
+            return run.state() == RunState::PAUSED ? tr("The optimiser is paused")
+                                                   : tr("The optimiser is still working");
+        case Match::State::RIVAL_FAILED:
+            return tr("The optimiser's design does not hold");
+        case Match::State::DECIDED:
+            break;
     }
-    const auto& floating = drawingScore->assessment.floating;
-    if (!floating.empty())
-        notes << tr("Left out: %1").arg(QString::fromStdString(describe(floating)));
+    if (std::lround(match.percent) == 100) return tr("As stiff as the optimiser's: 100 %");
+    return match.percent > 100
+               ? tr("Stiffer than the optimiser's: %1 %").arg(numberText(match.percent, 3))
+               : tr("%1 % as stiff as the optimiser's").arg(numberText(match.percent, 3));
+}
+
+QString DrawingMode::detailsOfDrawing(const Match& match) const {
+    if (!drawingScore) return {};
+    if (match.state == Match::State::EMPTY)
+        return tr("As stiff as you can: you may use as much material as the optimiser.");
+    const Assessment& found = drawingScore->assessment;
+    if (!drawingScore->isSupported()) return sentenceOf(found.problems.front());
+    QStringList notes = {tr("Compliance %1").arg(numberText(found.score.compliance, DIGITS))};
+    const double over = carriedShare(*drawingScore) - bench.document.scene().volumeFraction;
+    if (match.state == Match::State::OVER_BUDGET)
+        notes << tr("Rub out %1 of the plate").arg(percentText(over));
+    if (const double best = BestScores::best(bench.document.scene()); best > 0) {
+        const QString medal = BestScores::nameOf(BestScores::medalFor(best));
+        notes << (medal.isEmpty() ? tr("Best so far %1 %").arg(numberText(best, 3))
+                                  : tr("Best so far %1 % (%2)").arg(numberText(best, 3), medal));
+    }
+    if (!found.floating.empty())
+        notes << tr("Left out: %1").arg(QString::fromStdString(describe(found.floating)));
     return notes.join("  ·  ");
 }
 
-QString DrawingMode::noteOnRival() const {
+void DrawingMode::showRivalHeader() const {
+    const QString state = isRivalSettled                    ? tr("Settled")
+                          : run.state() == RunState::PAUSED ? tr("Paused")
+                                                            : tr("Still working");
+    if (!designScore)
+        return stage.rivalHeader.show(run.refusal().text.empty() ? state : tr("Stopped"),
+                                      QString::fromStdString(run.refusal().text));
     QStringList notes;
-    for (const Finding& warning : designScore->warnings)
-        notes << QString::fromStdString(warning.text);
-    return notes.join("  ·  ");
+    for (const Finding& warning : designScore->warnings) notes << sentenceOf(warning);
+    stage.rivalHeader.show(
+        designScore->isSupported()
+            ? tr("Compliance %1").arg(numberText(designScore->assessment.score.compliance, DIGITS))
+            : tr("Does not hold yet"),
+        state + (notes.isEmpty() ? QString() : "  ·  " + notes.join("  ")));
+}
+
+void DrawingMode::showHeaders() {
+    const Match now = match();
+    if (now.state == Match::State::DECIDED) BestScores::offer(bench.document.scene(), now.percent);
+    const double budget = bench.document.scene().volumeFraction;
+    stage.drawingHeader.show(headline(now), detailsOfDrawing(now));
+    stage.drawingHeader.showMaterial(drawingScore ? carriedShare(*drawingScore) : mean(*drawing),
+                                     budget);
+    showRivalHeader();
+    stage.rivalHeader.showMaterial(designScore ? carriedShare(*designScore) : 0, budget);
 }
 
 void DrawingMode::show() {
     if (!active) return;
+    showHeaders();
     const auto common = scale();
     stage.legend.show(common);
     // The colours of the stroke before stay until the score of this one comes.

@@ -7,11 +7,12 @@
 
 #include "energy_legend.h"
 #include "live_run.h"
+#include "match.h"
 #include "plate_view.h"
 #include "score_header.h"
 
-/// Drawing a design by hand, which is scored as it grows, beside the optimiser's design of the same
-/// volume.
+/// Drawing a design by hand, which is scored as it grows, beside the optimiser's design. Both may
+/// fill the volume of the scene, and what is kept void and solid binds both.
 class DrawingMode : public QObject {
     Q_OBJECT
 
@@ -34,21 +35,30 @@ public:
 
     QList<QAction*> actions() const { return {startEmpty, startFromDesign}; }
 
+    /// The drawing with what is kept void and solid; null before the mode was active.
+    const std::shared_ptr<const Field>& design() const { return drawing; }
+    Match match() const;
     const std::optional<ScoreResult>& score() const { return drawingScore; }
     const std::optional<ScoreResult>& rivalScore() const { return designScore; }
 
 private:
     void followScene();
+    /// An edit of the task begins the rival anew.
+    void followRun();
+    void forgetRival();
     void takeScore(const ScoreResult& result);
     void takeRival(const ScoreResult& result);
     void showDesign(PlateView& view, const Field& design, const std::optional<ScoreResult>& score,
                     const std::optional<EnergyScale>& common) const;
     std::optional<EnergyScale> scale() const;
     bool isOfThisGrid(const ScoreResult& result) const;
+    bool isOfThisGrid(const Field& design) const;
     /// Whether an earlier design of the same run is the better rival.
     bool isBeaten(const ScoreResult& result) const;
-    QString noteOnDrawing() const;
-    QString noteOnRival() const;
+    QString headline(const Match& match) const;
+    QString detailsOfDrawing(const Match& match) const;
+    void showRivalHeader() const;
+    void showHeaders();
 
     Workbench& bench;
     LiveRun& run;
@@ -56,7 +66,11 @@ private:
     QAction* startEmpty;
     QAction* startFromDesign;
     bool active = false;
+    bool wasPlaying = false;
     std::shared_ptr<const Field> drawing;  // as it is in the scene
     std::optional<ScoreResult> drawingScore;
-    std::optional<ScoreResult> designScore;
+    std::optional<ScoreResult> designScore;  // the best one of its run
+    bool isRivalSettled = false;
+    bool isTaskNew = true;  // the drawing has no score for it
+    std::uint64_t rivalRevision = 0;
 };

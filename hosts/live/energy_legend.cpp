@@ -1,5 +1,6 @@
 #include "energy_legend.h"
 
+#include <QLocale>
 #include <QPainter>
 
 #include "plate_colours.h"
@@ -40,6 +41,6 @@ void EnergyLegend::paintEvent(QPaintEvent*) {
         const double foot = BAR_TOP + BAR_HEIGHT;
         painter.drawLine(QPointF(x, foot), QPointF(x, foot + 3));
         painter.drawText(QRectF(x - 30, foot + 3, 60, height() - foot - 3), Qt::AlignCenter,
-                         QString::number(multiple));
+                         QLocale().toString(multiple, 'g', 6));
     }
 }

@@ -22,6 +22,7 @@
 #include "export/picture_file.h"
 #include "format/input_error.h"
 #include "format/text.h"
+#include "problems.h"
 
 using namespace voxam;
 
@@ -50,13 +51,14 @@ ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibi
       current(std::move(exhibit)),
       score(std::move(scoreAsDrawn)),
       recorder(frames),
-      picture(add(tr("&Picture..."), tr("The plate with its signs, as PNG or SVG"),
+      picture(add(tr("&Picture (PNG, SVG)..."), tr("The plate with its signs"),
                   &ExportActions::exportPicture)),
-      design(add(tr("&Design..."), tr("The densities of the design, as PNG or CSV"),
+      design(add(tr("&Design (PNG, CSV)..."), tr("The densities of the design"),
                  &ExportActions::exportDesign)),
-      outline(add(tr("&Outline..."), tr("The edge of the material, as SVG, DXF or STL"),
+      outline(add(tr("&Outline (SVG, DXF, STL)..."),
+                  tr("The edge of the material as a drawing, or the plate as a solid"),
                   &ExportActions::exportOutline)),
-      animation(add(tr("&Animation..."), tr("The last minutes, as GIF"),
+      animation(add(tr("&Animation (GIF)..."), tr("The last minutes of the run"),
                     &ExportActions::exportAnimation)) {
     picture->setShortcut(QKeySequence("Ctrl+E"));
     explain(*picture, picture->statusTip());
@@ -78,7 +80,7 @@ ExportActions::Exhibit ExportActions::exhibit() const {
 
 void ExportActions::addScore(Exhibit& shown) const {
     const auto result = score(shown.material, shown.scene);
-    if (!result) throw InputError("The picture was not written: the run has started afresh");
+    if (!result) throw InputError("The picture was not written, because its design was not scored");
     shown.subtitle = QString::fromStdString(runSubtitle(*shown.numbers, &result->assessment));
     shown.floating = result->assessment.floating;
 }
@@ -129,9 +131,7 @@ fs::path ExportActions::ask(const QString& title, const QString& filter, const Q
     const QString directory = settings.value(DIRECTORY_KEY, QDir::homePath()).toString();
     QFileDialog dialog(&parent, title, directory, filter);
     const auto shown = current();
-    if (shown && !shown->scene.files.empty())
-        dialog.selectFile(QString::fromStdString(shown->scene.files.front().stem().string() + ".") +
-                          ending);
+    if (shown && !shown->name.isEmpty()) dialog.selectFile(shown->name + "." + ending);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(ending);
     // A name without an ending gets that of the kind that was chosen.
@@ -164,7 +164,27 @@ void ExportActions::exportPicture() {
     });
 }
 
+bool ExportActions::mayLeave() const {
+    auto shown = current();
+    // Without a design, the export itself says so.
+    if (!shown) return true;
+    if (!shown->isScored) {
+        const auto result = score(shown->material, shown->scene);
+        if (!result) return false;
+        shown->problem =
+            result->isSupported() ? QString() : sentenceOf(result->assessment.problems.front());
+        if (result->isSupported() && !result->assessment.floating.empty())
+            shown->problem = QString::fromStdString(describe(result->assessment.floating)) + ".";
+    }
+    if (shown->problem.isEmpty()) return true;
+    return QMessageBox::warning(
+               &parent, tr("Export a broken part?"),
+               tr("The design would not hold as drawn. %1 Export it anyway?").arg(shown->problem),
+               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
 void ExportActions::exportDesign() {
+    if (!mayLeave()) return;
     const fs::path file =
         ask(tr("Export the design"), tr("Grey pictures (*.png);;Tables (*.csv)"), "png");
     attempt(file, [&] {
@@ -174,15 +194,17 @@ void ExportActions::exportDesign() {
 }
 
 void ExportActions::exportOutline() {
+    if (!mayLeave()) return;
     const fs::path file =
         ask(tr("Export the outline"), tr("Outlines (*.svg *.dxf);;Solids (*.stl)"), "svg");
     if (file.empty()) return;
-    bool isGiven = true;
-    const double size = QInputDialog::getDouble(&parent, tr("Size of an element"),
-                                                tr("Edge of an element in millimetres:"), 1, 0.001,
-                                                MAX_LENGTH, 3, &isGiven);
-    if (!isGiven) return;
     const auto shown = current();
+    bool isGiven = true;
+    const double size = QInputDialog::getDouble(
+        &parent, tr("Size of an element"), tr("Edge of an element in millimetres:"),
+        shown ? shown->scene.elementSize : 1, 0.001, MAX_LENGTH, 3, &isGiven);
+    if (!isGiven) return;
+    emit elementSizeGiven(size);
     const int side = shown ? std::min(shown->scene.width, shown->scene.height) : 1;
     double thickness = USUAL_THICKNESS * side * size;
     if (fileEnding(file) == ".stl")

@@ -26,6 +26,9 @@ public:
         QString subtitle;
         std::optional<IterationNumbers> numbers = std::nullopt;  ///< of a picture of the optimiser
         std::vector<FloatingPart> floating = {};
+        QString name = {};     ///< for a file, without ending
+        QString problem = {};  ///< why the design would not hold; empty if it does
+        bool isScored = true;  ///< whether that is known
     };
 
     using Score =
@@ -54,6 +57,8 @@ private:
     std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending);
     void attempt(const std::filesystem::path& file, const std::function<void()>& write);
     Exhibit exhibit() const;
+    /// Asks before a design that would not hold leaves for a workshop.
+    bool mayLeave() const;
     void addScore(Exhibit& shown) const;
 
     QWidget& parent;
@@ -67,4 +72,6 @@ private:
 
 signals:
     void exported(const QString& message);
+    /// The edge of an element that the user gave, in millimetres.
+    void elementSizeGiven(double size);
 };

@@ -3,13 +3,18 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QSettings>
+#include <algorithm>
+#include <cmath>
 
 #include "action_text.h"
 #include "checks/checks.h"
+#include "export/design_file.h"
 #include "export/scene_file.h"
 #include "format/input_error.h"
 #include "format/scene_reader.h"
 #include "icons.h"
+#include "recovery.h"
+#include "saved_design.h"
 #include "scene_places.h"
 
 using namespace voxam;
@@ -29,6 +34,14 @@ std::filesystem::path pathOf(const QString& name) { return name.toStdString(); }
 
 /// What an optimiser needs and a scene for a score leaves out.
 constexpr double DEFAULT_VOLUME_FRACTION = 0.4;
+
+/// For a scene without one: as much as its design has, in whole tenths of a percent.
+double volumeFor(const Scene& scene) {
+    if (!scene.densities) return DEFAULT_VOLUME_FRACTION;
+    constexpr double tenths = 1000;
+    return std::clamp(std::ceil(tenths * mean(*scene.densities) - 1e-6) / tenths,
+                      Scene::MIN_VOLUME_FRACTION, 1.0);
+}
 
 /// Something to begin with: it can be optimised, and everything in it can be moved and erased.
 Scene plainScene() {
@@ -51,6 +64,7 @@ FileActions::FileActions(Document& edited, QWidget& window)
       openAction(new QAction(icon(Glyph::OPEN), tr("&Open..."), this)),
       saveAction(new QAction(icon(Glyph::SAVE), tr("&Save"), this)),
       saveAsAction(new QAction(tr("Save &as..."), this)),
+      importAction(new QAction(tr("&Import a design..."), this)),
       recentMenu(new QMenu(tr("Open &recent"), &window)),
       document(edited),
       parent(window) {
@@ -63,6 +77,8 @@ FileActions::FileActions(Document& edited, QWidget& window)
     explain(*saveAction, tr("Save the scene"));
     saveAsAction->setShortcut(QKeySequence("Ctrl+Shift+S"));
     explain(*saveAsAction, tr("Save the scene under another name"));
+    explain(*importAction, tr("Draw on from a design of this plate, a grey PNG or a CSV file"));
+    connect(importAction, &QAction::triggered, this, &FileActions::importDesign);
     connect(openAction, &QAction::triggered, this, &FileActions::chooseAndOpen);
     connect(saveAction, &QAction::triggered, this, &FileActions::save);
     connect(saveAsAction, &QAction::triggered, this, &FileActions::saveAs);
@@ -74,12 +90,15 @@ bool FileActions::open(const std::filesystem::path& file) { return mayDiscard() 
 bool FileActions::load(const std::filesystem::path& file) {
     try {
         Scene scene = readScene(file);
-        if (scene.volumeFraction == 0) scene.volumeFraction = DEFAULT_VOLUME_FRACTION;
+        if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
         // It would take the program down, with whatever is open.
         for (const Finding& finding : findTooLarge(scene))
             throw InputError(file.string() + ": " + lineOf(finding));
+        const auto beside = scene.densities ? std::nullopt : designBeside(file, scene);
         document.open(std::move(scene), file);
+        stampFile();
         remember(file);
+        emit loaded(beside);
         return true;
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The scene cannot be opened"),
@@ -109,7 +128,68 @@ std::filesystem::path FileActions::lastFile() const {
 void FileActions::makeNew() {
     if (!mayDiscard()) return;
     document.open(plainScene(), {});
-    emit madeNew();
+    stampFile();
+    emit loaded(std::nullopt);
+}
+
+bool FileActions::recover() {
+    const auto found = Recovery::find();
+    if (!found) return false;
+    Recovery::forget(*found);
+    const QString name =
+        found->original.empty() ? tr("A new scene") : pathText(found->original.filename());
+    const auto answer = QMessageBox::question(
+        &parent, tr("Recover edits?"),
+        tr("%1 has edits from another run of Voxam Live, which ended before they were saved. "
+           "Recover them?")
+            .arg(name),
+        QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+    if (answer != QMessageBox::Yes) return false;
+    Scene scene = found->scene;
+    if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
+    document.recover(std::move(scene), found->original);
+    stampFile();
+    emit loaded(std::nullopt);
+    return true;
+}
+
+void FileActions::importDesign() {
+    const QString name = QFileDialog::getOpenFileName(&parent, tr("Import a design"), {},
+                                                      tr("Designs (*.png *.csv)"));
+    if (name.isEmpty()) return;
+    try {
+        Scene next = document.scene();
+        next.densities = readDesign(pathOf(name), next.width, next.height);
+        document.edit(tr("Import design"), std::move(next));
+        emit imported();
+    } catch (const std::exception& error) {
+        QMessageBox::warning(&parent, tr("The design cannot be imported"),
+                             QString::fromStdString(error.what()));
+    }
+}
+
+std::optional<FileActions::FileStamp> FileActions::stampOf(const std::filesystem::path& file) {
+    std::error_code error;
+    FileStamp found;
+    found.time = std::filesystem::last_write_time(file, error);
+    if (error) return std::nullopt;
+    found.size = std::filesystem::file_size(file, error);
+    return error ? std::nullopt : std::optional(found);
+}
+
+void FileActions::stampFile() { stamp = stampOf(document.file()); }
+
+bool FileActions::mayReplace(const std::filesystem::path& target) {
+    if (target != document.file() || !stamp) return true;
+    const auto now = stampOf(target);
+    if (!now || now == stamp) return true;
+    const auto answer = QMessageBox::warning(
+        &parent, tr("The file has changed"),
+        tr("Another program has changed %1 since it was opened here. Save anyway, and lose those "
+           "changes? Save as... another file to keep both.")
+            .arg(pathText(target.filename())),
+        QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
+    return answer == QMessageBox::Save;
 }
 
 void FileActions::chooseAndOpen() {
@@ -153,9 +233,11 @@ bool FileActions::saveAs() {
 }
 
 bool FileActions::write(const std::filesystem::path& target) {
-    if (!mayDropComments(target)) return false;
+    if (!mayReplace(target) || !mayDropComments(target)) return false;
     try {
         document.save(target);
+        stampFile();
+        if (const auto seen = design()) writeDesignBeside(target, *seen);
         remember(target);
         return true;
     } catch (const std::exception& error) {

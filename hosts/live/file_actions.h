@@ -3,7 +3,10 @@
 #include <QAction>
 #include <QMenu>
 #include <QObject>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <optional>
 
 #include "document.h"
 
@@ -19,6 +22,7 @@ public:
     QAction* const openAction;
     QAction* const saveAction;
     QAction* const saveAsAction;
+    QAction* const importAction;
     QMenu* const recentMenu;
 
     /// Opens a scene after asking about unsaved changes. Tells what is wrong with a file, and then
@@ -29,14 +33,29 @@ public:
     /// Returns false when the user wants to keep working on the document.
     bool mayDiscard();
 
+    /// Offers what another run of the program left unsaved. Returns whether it is open.
+    bool recover();
+
+    /// What is saved beside a scene: the design that is seen, or none.
+    void setDesignSource(std::function<std::optional<Field>()> source) {
+        design = std::move(source);
+    }
+
     /// The last scene that was opened or saved, if it is still there.
     std::filesystem::path lastFile() const;
 
 signals:
-    void madeNew();
+    /// A scene was opened, with the design that was saved with it.
+    void loaded(const std::optional<Field>& design);
+    /// A design took the place of the drawing.
+    void imported();
 
 private:
     void makeNew();
+    void importDesign();
+    /// Asks before another program's changes to the file are lost.
+    bool mayReplace(const std::filesystem::path& target);
+    void stampFile();
     void chooseAndOpen();
     bool save();
     bool saveAs();
@@ -46,6 +65,16 @@ private:
     void remember(const std::filesystem::path& file);
     void fillRecentMenu();
 
+    /// Tells whether a file is still the one that was read or written.
+    struct FileStamp {
+        std::filesystem::file_time_type time;
+        std::uintmax_t size = 0;
+        bool operator==(const FileStamp&) const = default;
+    };
+    static std::optional<FileStamp> stampOf(const std::filesystem::path& file);
+
     Document& document;
     QWidget& parent;
+    std::function<std::optional<Field>()> design = [] { return std::nullopt; };
+    std::optional<FileStamp> stamp;
 };

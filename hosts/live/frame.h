@@ -23,6 +23,7 @@ struct Frame {
     int refinement = 1;        ///< cells of the picture per edge of an element
     std::optional<Area> blob;  ///< where a moving blob has got to
     IterationNumbers numbers;
+    bool isSettled = false;  ///< nothing more is computed before the next edit
 };
 
 /// A text with which the library refuses to iterate, or none.
@@ -39,7 +40,8 @@ struct ScoreResult {
     std::uint64_t revision = 0;
     Field design;
     Assessment assessment;
-    Findings warnings;  ///< of the optimiser's design: where it is not what it seems to be
+    Findings warnings;       ///< of the optimiser's design: where it is not what it seems to be
+    bool isSettled = false;  ///< of the optimiser's design: no better one will come
 
     bool isSupported() const { return assessment.problems.empty(); }
 };

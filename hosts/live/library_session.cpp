@@ -35,9 +35,20 @@ ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
     return {0, design, assess(design, withLoadsInUse(scene)), {}};
 }
 
+ScoreResult LibrarySession::scoreSaved(const Scene& scene, const Field& design) {
+    ScoreResult result = score(scene, design);
+    // What it was worth with greys is not known any more.
+    result.warnings = checkResult(
+        {result.assessment.score.compliance, mean(design), design, result.assessment}, scene);
+    return result;
+}
+
 ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
     const Scene& scene = run->scene();
-    const DrawnDesign drawn = drawnDesign(frame.material, scene, refinement);
+    const DrawnDesign drawn =
+        refinement > 0
+            ? drawnDesign(frame.material, scene, refinement, scene.volumeFraction)
+            : drawnDesign(frame.material, scene, drawnRefinement(scene, frame.refinement));
     ScoreResult result = score(scene, drawn.design);
     const RunResult of{frame.numbers.compliance, frame.numbers.volume, result.design,
                        result.assessment, drawn.level};

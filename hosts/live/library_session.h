@@ -34,8 +34,12 @@ public:
     /// Scores a design on the scene's grid, or on one that is a whole number of times as fine.
     static ScoreResult score(const Scene& scene, const Field& design);
 
-    /// Scores the picture that an iteration gave, as it would be drawn by hand with so many
-    /// elements per edge of an element of the grid.
+    /// The same for a design of the optimiser in black and white, with warnings.
+    static ScoreResult scoreSaved(const Scene& scene, const Field& design);
+
+    /// Scores the picture that an iteration gave, as the command-line program draws it. With a
+    /// refinement above 0, as it would be drawn by hand with so many elements per edge of an
+    /// element of the grid and no more material than the scene's volume.
     ScoreResult scoreDesign(const Frame& frame, int refinement) const;
 
 private:

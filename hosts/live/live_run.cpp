@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QProgressDialog>
 #include <algorithm>
 #include <utility>
 
@@ -10,24 +11,81 @@
 
 using namespace voxam;
 
+namespace {
+
+constexpr int SIGN_OF_LIFE = 1000;  // ms between two of them
+
+}  // namespace
+
 LiveRun::LiveRun(Workbench& workbench)
     : bench(workbench), worker([this] { emit workerHasNews(); }) {
     // Emitted on the worker's thread, fetched on this one.
     connect(this, &LiveRun::workerHasNews, this, &LiveRun::fetch, Qt::QueuedConnection);
     connect(&bench.document, &Document::sceneChanged, this, &LiveRun::followScene);
     connect(&bench.document, &Document::opened, this, &LiveRun::startAfresh);
+    sinceNews.start();
+    signOfLife.setInterval(SIGN_OF_LIFE);
+    connect(&signOfLife, &QTimer::timeout, this, &LiveRun::announceState);
 }
 
 void LiveRun::setPlaying(bool plays) {
-    if (playing == plays) return;
+    if (playing == plays && !(plays && front.isSettled)) return;
     playing = plays;
-    plays ? worker.play() : worker.pause();
-    emit playingChanged(plays);
+    if (plays) {
+        wake();
+        worker.play();
+    } else {
+        worker.pause();
+    }
+    announceState();
 }
 
 void LiveRun::step() {
     setPlaying(false);
+    wake();
     worker.step();
+    announceState();
+}
+
+void LiveRun::wake() {
+    front.isSettled = false;
+    isSavedShown = false;
+    sinceNews.start();
+}
+
+RunState LiveRun::state() const {
+    if (isSavedShown) return RunState::AS_SAVED;
+    if (!lastRefusal.text.empty() && lastRefusal.revision == settings.revision)
+        return RunState::FAILED;
+    if (!playing) return RunState::PAUSED;
+    if (front.isSettled) return RunState::SETTLED;
+    return secondsWaited() > 0 ? RunState::COMPUTING : RunState::FORMING;
+}
+
+int LiveRun::secondsWaited() const { return static_cast<int>(sinceNews.elapsed() / SIGN_OF_LIFE); }
+
+void LiveRun::announceState() {
+    const RunState now = state();
+    // At rest there is no timer: nothing wakes the processor.
+    if (now != RunState::FORMING && now != RunState::COMPUTING)
+        signOfLife.stop();
+    else if (!signOfLife.isActive())
+        signOfLife.start();
+    emit stateChanged();
+}
+
+void LiveRun::showSaved(Field design) {
+    setPlaying(false);
+    const Scene& scene = bench.document.scene();
+    front.refinement = refinementOf(design, scene);
+    front.material = std::move(design);
+    isSavedShown = true;
+    const int refinement = drawnRefinement(scene, front.refinement);
+    auto drawn = drawnDesign(front.material, scene, refinement).design;
+    worker.score({bench.document.snapshot(), std::make_shared<const Field>(std::move(drawn)),
+                  settings.revision, true});
+    emit frameChanged();
+    announceState();
 }
 
 void LiveRun::startAfresh() {
@@ -41,6 +99,7 @@ void LiveRun::startAfresh() {
         Field(scene.width, scene.height, static_cast<float>(settings.scene->volumeFraction));
     emit startedAfresh();
     emit frameChanged();
+    announceState();
 }
 
 void LiveRun::setMovesBlob(bool moves) {
@@ -50,19 +109,14 @@ void LiveRun::setMovesBlob(bool moves) {
 }
 
 void LiveRun::setDrawing(bool draws) {
+    if (drawing == draws) return;
     drawing = draws;
-    drawnVolume = 0;
     if (drawing) bench.document.play(0);
     sendSettings();
 }
 
-void LiveRun::setDrawnVolume(double share) {
-    if (!drawing || std::exchange(drawnVolume, share) == share) return;
-    sendSettings();
-}
-
 void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
-    worker.score({bench.document.snapshot(), std::move(design), settings.revision});
+    worker.score({bench.document.snapshot(), std::move(design), settings.revision, false});
 }
 
 std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
@@ -79,10 +133,14 @@ std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Sc
     });
     worker.score({std::make_shared<const Scene>(scene),
                   std::make_shared<const Field>(drawnDesign(material, scene, refinement).design),
-                  revision});
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    untilScored.exec(QEventLoop::ExcludeUserInputEvents);
-    QApplication::restoreOverrideCursor();
+                  revision, false});
+    constexpr int patience = 500;  // ms before the dialog comes
+    QProgressDialog progress(tr("Scoring the design"), tr("Cancel"), 0, 0,
+                             QApplication::activeWindow());
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setMinimumDuration(patience);
+    connect(&progress, &QProgressDialog::canceled, &untilScored, &QEventLoop::quit);
+    untilScored.exec();
     return result;
 }
 
@@ -103,7 +161,6 @@ std::shared_ptr<const Scene> LiveRun::sceneToOptimise() const {
     auto scene = std::make_shared<Scene>(*bench.document.whole());
     // Beside a drawing there is one plate, which stands still.
     scene->timeline.clear();
-    if (drawnVolume > 0) scene->volumeFraction = std::max(drawnVolume, Scene::MIN_VOLUME_FRACTION);
     return scene;
 }
 
@@ -117,8 +174,12 @@ void LiveRun::sendSettings() {
     settings.scene = sceneToOptimise();
     settings.scoredRefinement = refinementToScore();
     ++settings.revision;
+    // An edit of a design that only was shown lets it form.
+    if (std::exchange(isSavedShown, false)) setPlaying(true);
+    wake();
     worker.send(settings);
     emit settingsSent();
+    announceState();
 }
 
 void LiveRun::followTimeline() {
@@ -140,14 +201,17 @@ void LiveRun::fetch() {
     bool hasFrame = worker.fetchFrame(spare);
     auto numbers = worker.fetchNumbers();
     const LibraryText refusal = worker.fetchText();
+    if (hasFrame || !numbers.empty()) sinceNews.start();
     const bool saysOther = refusal.text != lastRefusal.text ||
                            refusal.iteration != lastRefusal.iteration ||
                            refusal.resumesAt != lastRefusal.resumesAt;
     lastRefusal = refusal;
-    hasFrame = hasFrame && spare.numbers.revision >= firstRevision;
+    hasFrame = hasFrame && spare.numbers.revision >= firstRevision && !isSavedShown;
     std::erase_if(numbers, [this](const auto& each) { return each.revision < firstRevision; });
     if (hasFrame) {
         std::swap(front, spare);
+        // Since then there was an edit, or the wish to go on.
+        front.isSettled = front.isSettled && front.numbers.revision == settings.revision;
         // An edit of the blob starts from where it is.
         bench.setMovedBlob(front.blob);
         followTimeline();
@@ -158,6 +222,12 @@ void LiveRun::fetch() {
         followTimeline();
         emit refusalChanged(lastRefusal);
     }
+    announceState();
+    fetchScores();
+}
+
+void LiveRun::fetchScores() {
     if (const auto score = worker.fetchScore()) emit drawingScored(*score);
-    if (const auto score = worker.fetchDesignScore()) emit designScored(*score);
+    const auto score = worker.fetchDesignScore();
+    if (score && score->revision >= firstRevision) emit designScored(*score);
 }

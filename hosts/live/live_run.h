@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <optional>
 #include <vector>
 
+#include "run_state.h"
 #include "workbench.h"
 #include "worker.h"
 
@@ -17,25 +20,30 @@ public:
     explicit LiveRun(Workbench& workbench);
 
     bool isPlaying() const { return playing; }
+    /// Playing lets a settled design go on as well.
     void setPlaying(bool plays);
+
+    RunState state() const;
+    /// Seconds that the present iteration has taken so far.
+    int secondsWaited() const;
     /// Pauses, and runs one iteration.
     void step();
     void startAfresh();
+    /// Shows a design of the scene that was just opened, and scores it, instead of forming one. It
+    /// stays until the run is played, stepped or edited.
+    void showSaved(Field design);
 
     bool movesBlob() const { return settings.movesBlob; }
     void setMovesBlob(bool moves);
 
-    /// While a design is drawn the optimiser works towards the volume that the drawing has, and its
-    /// design is scored as drawn on the drawing's grid.
+    /// While a design is drawn, the optimiser's design is scored as drawn on the drawing's grid.
     void setDrawing(bool draws);
     bool isDrawing() const { return drawing; }
-    /// The share of the plate that counts in the drawing's score; the optimiser gets as much.
-    void setDrawnVolume(double share);
     void scoreDrawing(std::shared_ptr<const Field> design);
 
     /// Scores a picture of the optimiser as the command-line program does at the end of a run.
     /// Returns when the worker has ended its iteration and the score; without a result if the run
-    /// started afresh or the program ends meanwhile. Not while drawing.
+    /// started afresh or the user cancelled meanwhile. Not while drawing.
     std::optional<ScoreResult> scoreAsDrawn(const Field& material, const Scene& scene);
 
     void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
@@ -48,7 +56,8 @@ public:
     std::uint64_t revision() const { return settings.revision; }
 
 signals:
-    void playingChanged(bool plays);
+    /// The state, or the seconds waited.
+    void stateChanged();
     void frameChanged();
     /// All iterations since the last time, in order.
     void iterated(const std::vector<IterationNumbers>& numbers);
@@ -59,6 +68,7 @@ signals:
     /// The scene's own timeline has changed it.
     void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
+    /// The optimiser's design: beside a drawing all along, else once it has settled.
     void designScored(const ScoreResult& result);
     void workerHasNews();
 
@@ -69,6 +79,9 @@ private:
     std::shared_ptr<const Scene> sceneToOptimise() const;
     int refinementToScore() const;
     void fetch();
+    void fetchScores();
+    void wake();
+    void announceState();
     /// Shows the changes that the timeline has made until the newest picture, or until the
     /// iteration that was refused since.
     void followTimeline();
@@ -81,7 +94,9 @@ private:
     LibraryText lastRefusal;
     bool playing = false;
     bool drawing = false;
-    double drawnVolume = 0;  // 0: that of the scene
+    bool isSavedShown = false;
+    QElapsedTimer sinceNews;
+    QTimer signOfLife;
     // The last member: it calls back as long as it lives.
     Worker worker;
 };

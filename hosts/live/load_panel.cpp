@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "number_text.h"
+
 namespace {
 
 constexpr int LIST_HEIGHT = 92;  // pixels
@@ -16,8 +18,7 @@ QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
     const QString place = QObject::tr("%1:  node %2, %3;  force %4, %5")
                               .arg(index + 1)
                               .arg(range(load.x), range(load.y))
-                              .arg(load.fx, 0, 'g', 4)
-                              .arg(load.fy, 0, 'g', 4);
+                              .arg(numberText(load.fx), numberText(load.fy));
     return hasCases ? place + QObject::tr("  (case %1)").arg(load.loadCase) : place;
 }
 

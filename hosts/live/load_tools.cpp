@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "number_text.h"
+
 namespace {
 
 constexpr double GRIP = 11;           // pixels from the end of an arrow that still take hold of it
@@ -16,7 +18,8 @@ constexpr double TURN_SLACK = 1.25;  // ratio of distances within which a hand o
 constexpr double FORCE_STEP = 0.05;  // of the force that a hand began with
 constexpr double TURN_STEP = 5;      // degrees
 constexpr double SCALE_STEP = 1.1;
-constexpr int FORCE_DIGITS = 7;  // decimals of a force's components, relative to the force
+constexpr qint64 SUCCESSION = 1000;  // ms between keys of one step
+constexpr int FORCE_DIGITS = 7;      // decimals of a force's components, relative to the force
 
 double length(QPointF vector) { return std::hypot(vector.x(), vector.y()); }
 
@@ -88,8 +91,7 @@ QString describeLoad(const Load& load, std::size_t index) {
         .arg(index + 1)
         .arg(load.x.from)
         .arg(load.y.from)
-        .arg(load.fx)
-        .arg(load.fy);
+        .arg(numberText(load.fx), numberText(load.fy));
 }
 
 }  // namespace
@@ -207,17 +209,32 @@ void SelectTool::nudge(int dx, int dy) {
     const std::size_t index = *site.bench.selectedLoad();
     const Load& load = site.scene().loads[index];
     const Node node = {load.x.from + dx, load.y.from + dy};
-    site.bench.edit(QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); });
+    const QString what = QObject::tr("Move load");
+    site.bench.edit(
+        what, [&](Scene& scene) { moveLoad(scene, index, node); }, gestureOfKeys(what));
+}
+
+int SelectTool::gestureOfKeys(const QString& what) {
+    const std::pair key(what, *site.bench.selectedLoad());
+    const bool goesOn = sinceKey.isValid() && sinceKey.elapsed() < SUCCESSION && key == lastByKey;
+    sinceKey.start();
+    lastByKey = key;
+    if (!goesOn) keyGesture = site.bench.document.newGesture();
+    return keyGesture;
 }
 
 void SelectTool::turn(double degrees, double factor) {
     const std::size_t index = *site.bench.selectedLoad();
-    site.bench.edit(QObject::tr("Turn load"), [&](Scene& scene) {
-        Load& load = scene.loads[index];
-        const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
-        const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
-        setForce(load, factor * force, radians);
-    });
+    const QString what = QObject::tr("Turn load");
+    site.bench.edit(
+        what,
+        [&](Scene& scene) {
+            Load& load = scene.loads[index];
+            const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
+            const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
+            setForce(load, factor * force, radians);
+        },
+        gestureOfKeys(what));
 }
 
 void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <optional>
+#include <utility>
 
 #include "tool.h"
 
@@ -42,8 +44,13 @@ private:
     void selectNext(int step);
     void nudge(int dx, int dy);
     void turn(double degrees, double factor);
+    /// Strokes of keys in quick succession are one step of the history.
+    int gestureOfKeys(const QString& what);
 
     std::optional<Hold> held;
+    QElapsedTimer sinceKey;
+    std::pair<QString, std::size_t> lastByKey;  // what was done, and to which load
+    int keyGesture = Document::NO_GESTURE;
 };
 
 /// Adds a load at a node; dragging away from it pulls the arrow.

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
 
 #include "main_window.h"
@@ -22,6 +23,8 @@ int main(int argc, char* argv[]) {
     // What needs no window is told all the same.
     if (!canShow) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+    // Qt takes over the locale of the user, which is for people: files have points, not commas.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName("Voxam");
     QApplication::setApplicationName("voxam-live");
     QApplication::setApplicationDisplayName("Voxam Live");
@@ -42,6 +45,7 @@ int main(int argc, char* argv[]) {
     }
 
     MainWindow window;
+    window.endOnSignals();
     window.show();
     if (scenes.isEmpty() || !window.open(scenes.front().toStdString())) window.openAny();
     return QApplication::exec();

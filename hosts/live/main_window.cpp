@@ -29,6 +29,14 @@ using namespace voxam;
 
 namespace {
 
+/// Why a scored design would not hold; empty if it does.
+QString flawOf(const ScoreResult& result) {
+    const Assessment& found = result.assessment;
+    if (!result.isSupported()) return sentenceOf(found.problems.front());
+    return found.floating.empty() ? QString()
+                                  : QString::fromStdString(describe(found.floating)) + ".";
+}
+
 constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
 constexpr double ORDINARY_RATE = 60;  // Hz, for a screen that does not tell
 constexpr int MESSAGE_TIME = 6000;    // ms
@@ -36,13 +44,13 @@ constexpr QSize DEFAULT_SIZE(1280, 820);
 constexpr QSize FRAME_SIZE(16, 48);  // about what a desktop puts around a window
 constexpr const char* GEOMETRY_KEY = "window/geometry";
 constexpr const char* LAYOUT_KEY = "window/layout";
-constexpr int LAYOUT_VERSION = 2;
+constexpr int LAYOUT_VERSION = 3;
 constexpr const char* BRUSH_SIZE_KEY = "brush/size";
 constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 
 }  // namespace
 
-MainWindow::MainWindow() : run(bench) {
+MainWindow::MainWindow() : run(bench), recovery(bench.document) {
     setWindowIcon(applicationIcon());
     setAcceptDrops(true);
     // From the start, or the plate would shrink at the first message.
@@ -83,6 +91,9 @@ void MainWindow::makeParts() {
         recorder);
     connect(exports.get(), &ExportActions::exported, this,
             [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
+    connect(exports.get(), &ExportActions::elementSizeGiven, this, [this](double size) {
+        bench.editWhole(tr("Change element size"), [=](Scene& scene) { scene.elementSize = size; });
+    });
     drawing = std::make_unique<DrawingMode>(
         bench, run,
         DrawingMode::Stage{stage->plate(), stage->plateHeader(), stage->rival(),
@@ -139,9 +150,10 @@ void MainWindow::makeDocks() {
     tabifyDockWidget(settings, loads);
     settings->raise();
     numbers = new NumbersPanel;
-    addDock(numbers, tr("Numbers"), "numbers");
     plot = new PlotPanel;
-    addDock(plot, tr("Course"), "plot");
+    QDockWidget* course = addDock(plot, tr("Course"), "plot");
+    tabifyDockWidget(course, addDock(numbers, tr("Numbers"), "numbers"));
+    course->raise();
 }
 
 void MainWindow::makeMenus() {
@@ -151,6 +163,7 @@ void MainWindow::makeMenus() {
     file->addSeparator();
     file->addActions({files->saveAction, files->saveAsAction});
     file->addSeparator();
+    file->addAction(files->importAction);
     file->addMenu(tr("&Export"))->addActions(exports->actions());
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
@@ -164,6 +177,8 @@ void MainWindow::makeMenus() {
     QMenu* toolMenu = menuBar()->addMenu(tr("&Tools"));
     for (QAction* action : tools->plateActions()) toolMenu->addAction(action);
     for (QAction* action : tools->drawingActions()) toolMenu->addAction(action);
+    toolMenu->addSeparator();
+    for (QAction* action : tools->mirrorActions()) toolMenu->addAction(action);
     toolMenu->addSeparator();
     brushBar = new BrushBar(bench);
     toolMenu->addActions(brushBar->menuActions());
@@ -188,9 +203,16 @@ void MainWindow::makeHelp(QMenu& menu) {
     connect(about, &QAction::triggered, this, [this] {
         QMessageBox::about(this, tr("About Voxam Live"),
                            tr("<h3>Voxam Live %1</h3><p>The stiffest structure for a given amount "
-                              "of material, while you pull at it.</p>")
-                               .arg(QCoreApplication::applicationVersion()));
+                              "of material, while you pull at it.</p>"
+                              "<p>The program as a whole is under the GNU General Public License, "
+                              "version 3 or later, because it contains CHOLMOD and dxflib. It also "
+                              "uses SuiteSparse, OpenBLAS, oneTBB, cairo, libpng, giflib and "
+                              "nlohmann-json, each under its own licence, and Qt %2 under the GNU "
+                              "Lesser General Public License. See docs/licences.md in the "
+                              "source.</p>")
+                               .arg(QCoreApplication::applicationVersion(), qVersion()));
     });
+    menu.addAction(tr("About &Qt"), this, [this] { QMessageBox::aboutQt(this); });
 }
 
 void MainWindow::makeToolBars() {
@@ -230,6 +252,7 @@ void MainWindow::connectDocument() {
         stage->setPlateSize(scene.width, scene.height);
         stage->plate().setScene(bench.document.snapshot());
         statusBar()->clearMessage();
+        stage->banner().setHint(QString::fromStdString(scene.description));
         showProblems();
     });
     connect(&document, &Document::opened, this, [this] {
@@ -238,7 +261,11 @@ void MainWindow::connectDocument() {
         setDrawing(bench.document.scene().densities.has_value());
     });
     connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
-    connect(files.get(), &FileActions::madeNew, this, [this] { run.setPlaying(true); });
+    connect(files.get(), &FileActions::loaded, this, [this](const std::optional<Field>& design) {
+        design ? run.showSaved(*design) : run.setPlaying(true);
+    });
+    connect(files.get(), &FileActions::imported, this, [this] { setDrawing(true); });
+    files->setDesignSource([this] { return designToSave(); });
     connect(&bench, &Workbench::selectionChanged, this, [this] {
         stage->plate().setSelectedLoad(bench.selectedLoad());
         deleteLoad->setEnabled(bench.selectedLoad().has_value());
@@ -258,6 +285,11 @@ void MainWindow::connectDocument() {
 
 void MainWindow::connectRun() {
     connect(&run, &LiveRun::frameChanged, this, &MainWindow::showMaterial);
+    connect(&run, &LiveRun::stateChanged, this, &MainWindow::showState);
+    connect(&run, &LiveRun::settingsSent, this, [this] { showScore(std::nullopt); });
+    connect(&run, &LiveRun::designScored, this, [this](const ScoreResult& result) {
+        if (result.isSettled && result.revision == run.revision()) showScore(result);
+    });
     connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
     connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
     // A drag is one step of the history, whose edits follow one another.
@@ -281,13 +313,10 @@ void MainWindow::connectRun() {
     });
 }
 
-bool MainWindow::open(const std::filesystem::path& file) {
-    if (!files->load(file)) return false;
-    run.setPlaying(true);
-    return true;
-}
+bool MainWindow::open(const std::filesystem::path& file) { return files->load(file); }
 
 void MainWindow::openAny() {
+    if (files->recover()) return;
     const auto last = files->lastFile();
     if (!last.empty() && open(last)) return;
     // Without any scene there would be no plate to work on.
@@ -299,11 +328,26 @@ void MainWindow::setDrawing(bool draws) {
     stage->setDrawing(draws);
     tools->setDrawing(draws);
     drawing->setActive(draws);
+    showDocks(!draws);
+    // Now, or a hand that is quick would still meet the plate at its old place.
+    layout()->activate();
+    stage->layout()->activate();
     showProblems();
     if (draws)
         drawing->show();
     else
         showMaterial();
+}
+
+// Beside a drawing there is no room for panels: two plates are to be as large as can be.
+void MainWindow::showDocks(bool shows) {
+    if (shows == areDocksShown) return;
+    areDocksShown = shows;
+    if (!shows) hiddenDocks.clear();
+    for (QDockWidget* dock : docks) {
+        if (!shows && !dock->isHidden()) hiddenDocks.append(dock);
+        if (!shows || hiddenDocks.contains(dock)) dock->setVisible(shows);
+    }
 }
 
 void MainWindow::showMaterial() {
@@ -316,8 +360,33 @@ void MainWindow::showMaterial() {
     const bool isOfThisGrid = frame.material.width == scene.width * frame.refinement &&
                               frame.material.height == scene.height * frame.refinement;
     if (drawing->isActive() || !isOfThisGrid) return;
-    stage->plate().setFloating({});
+    showFloating();
     stage->plate().setMaterial(materialImage(frame, blob.cells, stage->plate().colours()), true);
+}
+
+void MainWindow::showState() {
+    stage->resultLine().showState(run.state(), run.frame().numbers, run.secondsWaited());
+    if (run.state() == RunState::FORMING && settledScore && !run.isDrawing())
+        showScore(std::nullopt);
+}
+
+void MainWindow::showScore(std::optional<ScoreResult> result) {
+    settledScore = std::move(result);
+    stage->resultLine().showScore(settledScore);
+    showProblems();
+    if (!drawing->isActive()) showFloating();
+}
+
+void MainWindow::showFloating() {
+    QPainterPath outline;
+    if (settledScore && isSettledShown())
+        outline = outlineOf(settledScore->assessment.floating, settledScore->design,
+                            bench.document.scene());
+    stage->plate().setFloating(outline);
+}
+
+bool MainWindow::isSettledShown() const {
+    return run.state() == RunState::SETTLED || run.state() == RunState::AS_SAVED;
 }
 
 void MainWindow::showTitle() {
@@ -326,7 +395,9 @@ void MainWindow::showTitle() {
 }
 
 void MainWindow::showProblems() {
-    Problems problems = problemsOf(bench.document.scene(), run.refusal());
+    // Beside a drawing, the headers tell of the designs.
+    Problems problems = problemsOf(bench.document.scene(), run.refusal(),
+                                   drawing->isActive() ? std::nullopt : settledScore);
     if (drawing->isActive() && !problems.text.isEmpty())
         problems.advice +=
             tr(" The tools for loads and supports come back with the end of the drawing (Ctrl+D).");
@@ -341,16 +412,19 @@ void MainWindow::showTheme() {
 
 void MainWindow::openGallery() {
     Gallery dialog(this);
-    if (dialog.exec() == QDialog::Accepted && files->open(dialog.chosen())) run.setPlaying(true);
+    if (dialog.exec() == QDialog::Accepted) files->open(dialog.chosen());
 }
 
 std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
+    shown.name = bench.document.displayName().section('.', 0, 0);
     if (drawing->isActive()) {
         if (!shown.scene.densities) return std::nullopt;
-        shown.material = *shown.scene.densities;
+        shown.material = *drawing->design();
         const auto& score = drawing->score();
-        if (!score || score->design != shown.material) return shown;
+        shown.isScored = score && score->design == shown.material;
+        if (!shown.isScored) return shown;
+        shown.problem = flawOf(*score);
         shown.floating = score->assessment.floating;
         if (score->isSupported()) shown.energies = score->assessment.score.energies;
         shown.subtitle =
@@ -358,15 +432,29 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
         return shown;
     }
     const Frame& frame = run.frame();
-    if (frame.numbers.iteration == 0) return std::nullopt;
+    if (frame.numbers.iteration == 0 && run.state() != RunState::AS_SAVED) return std::nullopt;
+    shown.isScored = settledScore && isSettledShown();
+    if (shown.isScored) shown.problem = flawOf(*settledScore);
     shown.material = frame.material;
     shown.scene.blob = bench.blob();
+    if (frame.numbers.iteration == 0) {
+        if (settledScore)
+            shown.subtitle = QString::fromStdString(
+                scoreSubtitle(settledScore->design, shown.scene, settledScore->assessment));
+        return shown;
+    }
     // A picture from before an edit must not get the score of what was edited.
     if (frame.numbers.revision == run.revision())
         shown.numbers = frame.numbers;
     else
         shown.subtitle = QString::fromStdString(runSubtitle(frame.numbers));
     return shown;
+}
+
+std::optional<Field> MainWindow::designToSave() const {
+    const bool isThere = run.frame().numbers.iteration > 0 || run.state() == RunState::AS_SAVED;
+    if (drawing->isActive() || !isThere) return std::nullopt;
+    return run.frame().material;
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -377,12 +465,13 @@ void MainWindow::showEvent(QShowEvent* event) {
         const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
         if (restoreState(state, LAYOUT_VERSION)) return;
         // What is worked with gets the most.
-        resizeDocks({docks[0], docks[2], docks[3]}, {360, 160, 190}, Qt::Vertical);
+        resizeDocks({docks[0], docks[2]}, {420, 230}, Qt::Vertical);
     });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!files->mayDiscard()) return event->ignore();
+    showDocks(true);
     QSettings settings;
     settings.setValue(GEOMETRY_KEY, saveGeometry());
     settings.setValue(LAYOUT_KEY, saveState(LAYOUT_VERSION));
@@ -404,6 +493,5 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    if (files->open(event->mimeData()->urls().front().toLocalFile().toStdString()))
-        run.setPlaying(true);
+    files->open(event->mimeData()->urls().front().toLocalFile().toStdString());
 }

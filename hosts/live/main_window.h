@@ -15,6 +15,7 @@
 #include "plate_stage.h"
 #include "plot_panel.h"
 #include "recorder.h"
+#include "recovery.h"
 #include "run_actions.h"
 #include "tool_box.h"
 #include "view_actions.h"
@@ -36,6 +37,9 @@ public:
     void openAny();
 
     void setDrawing(bool draws);
+
+    /// Keeps the edits when the session ends or the program is told to.
+    void endOnSignals() { recovery.endOnSignals(); }
 
     // For tests.
     Workbench& workbench() { return bench; }
@@ -64,6 +68,13 @@ private:
     void restoreLayout();
 
     void showMaterial();
+    void showState();
+    void showScore(std::optional<ScoreResult> result);
+    void showFloating();
+    void showDocks(bool shows);
+    std::optional<Field> designToSave() const;
+    /// Whether the design on the plate is the one that was scored.
+    bool isSettledShown() const;
     void showTitle();
     void showProblems();
     void showTheme();
@@ -72,6 +83,7 @@ private:
 
     Workbench bench;
     LiveRun run;
+    Recovery recovery;
     Recorder recorder;
     PlateStage* stage = nullptr;
     NumbersPanel* numbers = nullptr;
@@ -84,6 +96,7 @@ private:
     std::unique_ptr<ExportActions> exports;
     std::unique_ptr<DrawingMode> drawing;
     FieldManners fieldManners;
+    std::optional<ScoreResult> settledScore;
     int lastStep = 0;
     bool hasLayout = false;
     QAction* undo = nullptr;
@@ -92,4 +105,6 @@ private:
     QAction* drawMode = nullptr;
     QAction* gallery = nullptr;
     QList<QDockWidget*> docks;
+    QList<QDockWidget*> hiddenDocks;  // by showDocks(), not by the user
+    bool areDocksShown = true;
 };

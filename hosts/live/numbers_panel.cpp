@@ -2,8 +2,11 @@
 
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLocale>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include "number_text.h"
 
 namespace {
 
@@ -66,14 +69,14 @@ NumbersPanel::NumbersPanel(QWidget* parent) : QWidget(parent) {
     layout->addStretch();
 
     clock.start();
-    auto* timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &NumbersPanel::refresh);
-    timer->start(REFRESH_INTERVAL);
+    timer.setInterval(REFRESH_INTERVAL);
+    connect(&timer, &QTimer::timeout, this, &NumbersPanel::refresh);
 }
 
 void NumbersPanel::add(const std::vector<IterationNumbers>& numbers) {
     recent.insert(recent.end(), numbers.begin(), numbers.end());
     while (recent.size() > AVERAGED) recent.pop_front();
+    if (!timer.isActive()) timer.start();
 }
 
 void NumbersPanel::clear() {
@@ -83,7 +86,10 @@ void NumbersPanel::clear() {
     for (QProgressBar* bar : bars) bar->setValue(0);
 }
 
-void NumbersPanel::countFrame() { frameTimes.push_back(clock.elapsed()); }
+void NumbersPanel::countFrame() {
+    frameTimes.push_back(clock.elapsed());
+    if (!timer.isActive()) timer.start();
+}
 
 double NumbersPanel::framesPerSecond() {
     const qint64 now = clock.elapsed();
@@ -92,13 +98,16 @@ double NumbersPanel::framesPerSecond() {
 }
 
 void NumbersPanel::refresh() {
-    tell(*frames, QString::number(framesPerSecond(), 'f', 0));
+    const double rate = framesPerSecond();
+    tell(*frames, QString::number(rate, 'f', 0));
+    // A window at rest has no clock that ticks.
+    if (rate == 0) timer.stop();
     if (recent.empty()) return;
     const IterationNumbers& last = recent.back();
     tell(*iteration, QString::number(last.iteration));
-    tell(*compliance, QString::number(last.compliance, 'g', 6));
-    tell(*volume, QString::number(100 * last.volume, 'f', 1) + " %");
-    tell(*change, QString::number(last.change, 'f', 4));
+    tell(*compliance, numberText(last.compliance, 6));
+    tell(*volume, percentText(last.volume));
+    tell(*change, QLocale().toString(last.change, 'f', 4));
     refreshTimes();
 }
 
@@ -106,7 +115,7 @@ void NumbersPanel::refreshTimes() {
     double total = 0;
     for (const auto& numbers : recent) total += static_cast<double>(numbers.times.totalTime);
     const double each = total / static_cast<double>(recent.size());
-    tell(*milliseconds, tr("%1 ms").arg(each, 0, 'f', each > 1000 ? 0 : 1));
+    tell(*milliseconds, tr("%1 ms").arg(QLocale().toString(each, 'f', each > 1000 ? 0 : 1)));
     if (total <= 0) return;
     double rest = total;
     for (std::size_t i = 0; i < bars.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QProgressBar>
+#include <QTimer>
 #include <QWidget>
 #include <array>
 #include <deque>
@@ -43,4 +44,5 @@ private:
     std::deque<IterationNumbers> recent;
     std::deque<qint64> frameTimes;  // milliseconds of the clock
     QElapsedTimer clock;
+    QTimer timer;
 };

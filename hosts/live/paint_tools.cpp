@@ -22,6 +22,12 @@ Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
     return strokeCells(site.bench.brush(), from, to, site.scene().width, site.scene().height);
 }
 
+/// The same on both sides of a mirror, for a design that is drawn.
+Cells drawnStroke(const ToolSite& site, QPointF from, QPointF to) {
+    return mirrored(strokeOf(site, from, to), site.bench.mirror(), site.scene().width,
+                    site.scene().height);
+}
+
 bool isHit(const Load& load, const std::vector<Node>& nodes) {
     return std::any_of(nodes.begin(), nodes.end(), [&](const Node& node) {
         return load.x.contains(node.x) && load.y.contains(node.y);
@@ -40,23 +46,37 @@ public:
 
     bool press(const Hand& hand) override {
         beginGesture();
+        paint(startOf(hand), hand.plate, gesture);
         last = hand.plate;
-        paint(last, last, gesture);
         return true;
     }
     void drag(const Hand& hand) override {
-        const QPointF from = std::exchange(last, hand.plate);
-        paint(from, last, gesture);
+        const QPointF from = last.value_or(hand.plate);
+        last = hand.plate;
+        paint(from, hand.plate, gesture);
+    }
+    void cancel() override {
+        last.reset();
+        Tool::cancel();
     }
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
-        paintCells(painter, site, footprint(site.bench.brush(), hand.plate), hintColour(colours));
+        const bool isLine = last && hand.modifiers.testFlag(Qt::ShiftModifier);
+        paintCells(
+            painter, site,
+            isLine ? strokeOf(site, *last, hand.plate) : footprint(site.bench.brush(), hand.plate),
+            hintColour(colours));
     }
 
 private:
+    /// With Shift a straight line comes from where the stroke before ended.
+    QPointF startOf(const Hand& hand) const {
+        return last && hand.modifiers.testFlag(Qt::ShiftModifier) ? *last : hand.plate;
+    }
+
     HintColour hintColour;
     Paint paint;
-    QPointF last;
+    std::optional<QPointF> last;
 };
 
 QColor colourOfHand(const PlateColours& colours) { return colours.hand; }
@@ -88,7 +108,7 @@ public:
     void drag(const Hand& hand) override { end = hand.plate; }
     void release(const Hand& hand) override {
         if (!start) return;
-        const Cells cells = strokeOf(site, *start, hand.plate);
+        const Cells cells = drawnStroke(site, *start, hand.plate);
         start.reset();
         site.bench.edit(
             QObject::tr("Draw line"), [&](Scene& scene) { paintDrawing(scene, cells, 1.0f); },
@@ -97,9 +117,10 @@ public:
     void cancel() override { start.reset(); }
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
-        paintCells(painter, site,
-                   start ? strokeOf(site, *start, end) : footprint(site.bench.brush(), hand.plate),
-                   colours.hand);
+        paintCells(
+            painter, site,
+            start ? drawnStroke(site, *start, end) : footprint(site.bench.brush(), hand.plate),
+            colours.hand);
     }
 
 private:
@@ -174,7 +195,7 @@ std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
 
 std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws) {
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeOf(site, from, to);
+        const Cells cells = drawnStroke(site, from, to);
         site.bench.edit(
             draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
             [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);

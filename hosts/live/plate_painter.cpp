@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "drawing/area_outline.h"
+#include "format/refinement.h"
 
 using namespace voxam;
 
@@ -48,6 +49,15 @@ QPainterPath outlinePath(const Area& area, int width, int height) {
 QPainterPath outlinePath(Cells cells, int width, int height) {
     std::sort(cells.begin(), cells.end());
     return outlinePath(Area{std::move(cells), {}}, width, height);
+}
+
+QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
+                       const Scene& scene) {
+    Cells cells;
+    for (const FloatingPart& part : parts)
+        cells.insert(cells.end(), part.cells.begin(), part.cells.end());
+    const double size = 1.0 / refinementOf(design, scene);
+    return QTransform::fromScale(size, size).map(outlinePath(cells, design.width, design.height));
 }
 
 PlateOutlines::PlateOutlines(const Scene& scene) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "checks/floating_parts.h"
 #include "drawing/plate_signs.h"
 #include "format/scene.h"
 #include "plate_arrow.h"
@@ -29,6 +30,10 @@ struct PlateOutlines {
 QPainterPath outlinePath(const Area& area, int width, int height);
 /// The same around elements in any order.
 QPainterPath outlinePath(Cells cells, int width, int height);
+
+/// Around parts of a design, in plate coordinates.
+QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
+                       const Scene& scene);
 
 /// What a plate shows, beside its scene.
 struct PlateLook {

@@ -1,6 +1,5 @@
 #include "plate_stage.h"
 
-#include <QGridLayout>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -11,21 +10,18 @@ PlateStage::PlateStage(QWidget* parent)
       header(new ScoreHeader(tr("Your design"))),
       otherHeader(new ScoreHeader(tr("The optimiser's design, as drawn"))),
       problem(new Banner),
+      result(new ResultLine),
       rivalSide(new QWidget) {
     plateView->setAccessibleName(tr("Plate"));
     rivalView->setAccessibleName(tr("The optimiser's design"));
     rivalView->setFocusPolicy(Qt::NoFocus);
 
-    // The banner lies above the plate, not beside it: the plate must not jump when a problem comes
-    // and goes.
     auto* plateSide = new QWidget;
-    auto* grid = new QGridLayout(plateSide);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(0);
-    grid->addWidget(header, 0, 0);
-    grid->addWidget(plateView, 1, 0);
-    grid->addWidget(problem, 1, 0, Qt::AlignTop);
-    grid->setRowStretch(1, 1);
+    auto* side = new QVBoxLayout(plateSide);
+    side->setContentsMargins(0, 0, 0, 0);
+    side->setSpacing(0);
+    side->addWidget(header);
+    side->addWidget(plateView, 1);
 
     auto* column = new QVBoxLayout(rivalSide);
     column->setContentsMargins(0, 0, 0, 0);
@@ -39,14 +35,18 @@ PlateStage::PlateStage(QWidget* parent)
     splitter->addWidget(rivalSide);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
     layout->addWidget(splitter, 1);
     colourLegend = new EnergyLegend;
     layout->addWidget(colourLegend);
+    layout->addWidget(result);
+    layout->addWidget(problem);
     setDrawing(false);
 }
 
 void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
+    result->setVisible(!draws);
     rivalSide->setVisible(draws);
     colourLegend->setVisible(draws);
     // Beside another plate there is little room.
@@ -55,9 +55,6 @@ void PlateStage::setDrawing(bool draws) {
     plateView->fit();
     if (!draws) return;
     arrange();
-    header->showNone({});
-    otherHeader->showNone(tr("The optimiser is at work."));
-    rivalView->setMaterial({}, false);
 }
 
 void PlateStage::setPlateSize(int columns, int rows) {

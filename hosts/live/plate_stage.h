@@ -6,10 +6,11 @@
 #include "banner.h"
 #include "energy_legend.h"
 #include "plate_view.h"
+#include "result_line.h"
 #include "score_header.h"
 
-/// The middle of the window: the plate with its banner and, while a design is drawn, the rival
-/// beside it.
+/// The middle of the window: the plate and, while a design is drawn, the rival beside it; below
+/// them what the design is worth and what is wrong with it.
 class PlateStage : public QWidget {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ public:
     ScoreHeader& plateHeader() { return *header; }
     ScoreHeader& rivalHeader() { return *otherHeader; }
     Banner& banner() { return *problem; }
+    ResultLine& resultLine() { return *result; }
 
     EnergyLegend& legend() { return *colourLegend; }
 
@@ -40,6 +42,7 @@ private:
     ScoreHeader* header;
     ScoreHeader* otherHeader;
     Banner* problem;
+    ResultLine* result;
     QWidget* rivalSide;
     QSplitter* splitter;
     EnergyLegend* colourLegend;

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -87,6 +88,18 @@ void PlateView::setTool(Tool* next) {
     update();
 }
 
+void PlateView::setEraser(Tool* next) {
+    if (isErasing) cancelGesture();
+    eraser = next;
+}
+
+// While the right button is held, the eraser is in the hand.
+void PlateView::takeUp(Qt::MouseButton button) {
+    const bool erases = button == Qt::RightButton && eraser != nullptr;
+    if (erases != isErasing) std::swap(tool, eraser);
+    isErasing = erases;
+}
+
 // Keys hold nothing down, so a stroke of theirs stays when another tool or the menu is next.
 void PlateView::endGesture() {
     if (gesture == Gesture::TOOL && tool != nullptr && hand) tool->release(*hand);
@@ -101,6 +114,7 @@ void PlateView::cancelGesture() {
 void PlateView::leaveGesture() {
     gesture = Gesture::NONE;
     isGestureByKey = false;
+    takeUp(Qt::NoButton);
     emit gestureEnded();
     update();
 }
@@ -185,7 +199,9 @@ void PlateView::mousePressEvent(QMouseEvent* event) {
     const Hand next = handAt(event->position(), event->modifiers());
     if (isGestureByKey) endGesture();
     if (gesture != Gesture::NONE) return;
-    const bool isTool = event->button() == Qt::LeftButton && tool != nullptr && tool->press(next);
+    takeUp(event->button());
+    const bool isTool =
+        (event->button() == Qt::LeftButton || isErasing) && tool != nullptr && tool->press(next);
     gesture = isTool ? Gesture::TOOL : Gesture::PAN;
     panStart = event->position();
     moveHand(next);

@@ -32,6 +32,8 @@ public:
     /// The tool must outlive the view or its next setTool(). A gesture of the mouse that is
     /// under way is cancelled; one of keys ends.
     void setTool(Tool* next);
+    /// What the right button works with; null: it moves the plate.
+    void setEraser(Tool* next);
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
 
@@ -75,6 +77,7 @@ private:
     void pressByKey(Qt::KeyboardModifiers modifiers);
     void endGesture();
     void leaveGesture();
+    void takeUp(Qt::MouseButton button);
 
     std::shared_ptr<const Scene> scene;
     PlateLook look;
@@ -83,7 +86,9 @@ private:
     bool isFitted = true;
     bool hasRulers = true;
 
-    Tool* tool = nullptr;
+    Tool* tool = nullptr;    // in the hand
+    Tool* eraser = nullptr;  // or the other one, while the right button is held
+    bool isErasing = false;
     Gesture gesture = Gesture::NONE;
     bool isGestureByKey = false;
     std::optional<Hand> hand;

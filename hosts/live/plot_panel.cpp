@@ -1,5 +1,6 @@
 #include "plot_panel.h"
 
+#include <QLocale>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -159,7 +160,7 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
         if (samples.empty()) continue;
         painter.setPen(complianceColour(axes.isDark));
         painter.drawText(QRectF(0, y - 8, LEFT - 5, 16), Qt::AlignRight | Qt::AlignVCenter,
-                         QString::number(value, 'g', 5));
+                         QLocale().toString(value, 'g', 5));
     }
     painter.setPen(complianceColour(axes.isDark));
     painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft, tr("Compliance"));

@@ -1,6 +1,8 @@
 #include "problems.h"
 
 #include <QObject>
+#include <array>
+#include <utility>
 
 #include "checks/checks.h"
 
@@ -50,19 +52,52 @@ QString adviceOn(const QString& text) {
     return QObject::tr("The library could not go on. Use a smaller grid, or start afresh.");
 }
 
+/// The text of a finding without the keys of a scene file.
+QString inWords(QString text) {
+    // What to write into the file is nothing for a window.
+    if (const auto json = text.indexOf(": \""); json >= 0) text.truncate(json);
+    static const std::array<std::pair<const char*, const char*>, 8> words = {
+        {{"lies inside the elements that passive.void keeps void", "lies inside what is kept void"},
+         {"passive.void separates it", "what is kept void separates it"},
+         {"the volumeFraction", "the volume"},
+         {"a volumeFraction", "a volume"},
+         {"volumeFraction", "volume"},
+         {"meshFactor", "the detail of the picture"},
+         {"subdivision", "the detail of the design"},
+         {"loadCasesInUse", "the load cases in use"}}};
+    for (const auto& [key, word] : words) text.replace(key, word);
+    return text;
+}
+
+/// What is wrong with a settled design, where the settings are in order.
+void addWarnings(const ScoreResult& result, const Scene& scene, Problems& problems) {
+    if (result.warnings.empty()) return;
+    problems.text = sentenceOf(result.warnings.front());
+    for (std::size_t i = 1; i < result.warnings.size(); ++i)
+        problems.advice += (i > 1 ? " " : "") + sentenceOf(result.warnings[i]);
+    for (const Finding& warning : result.warnings)
+        if (warning.place) mark(warning, scene, problems.places);
+}
+
 }  // namespace
 
 QString sentenceOf(const Finding& finding) {
     const QString key = QString::fromStdString(finding.key);
-    const QString text = QString::fromStdString(finding.text) + ".";
+    const QString text = inWords(QString::fromStdString(finding.text)) + ".";
     // People count from 1.
     const int number = key.section('[', 1).section(']', 0, 0).toInt() + 1;
     if (key.startsWith("loads[")) return QObject::tr("Load %1: %2").arg(number).arg(text);
     if (key.startsWith("supports[")) return QObject::tr("Support %1: %2").arg(number).arg(text);
-    return text.left(1).toUpper() + text.mid(1);
+    const QString sentence = text.left(1).toUpper() + text.mid(1);
+    // A number alone does not say of what.
+    if (key == "subdivision") return QObject::tr("Detail of the design: %1").arg(sentence);
+    if (key == "meshFactor") return QObject::tr("Detail of the picture: %1").arg(sentence);
+    if (key == "grid") return QObject::tr("Grid: %1").arg(sentence);
+    return sentence;
 }
 
-Problems problemsOf(const Scene& scene, const LibraryText& refusal) {
+Problems problemsOf(const Scene& scene, const LibraryText& refusal,
+                    const std::optional<ScoreResult>& result) {
     Problems problems;
     const QString libraryText = QString::fromStdString(refusal.text);
     const Findings findings = checkSettings(scene);
@@ -75,6 +110,8 @@ Problems problemsOf(const Scene& scene, const LibraryText& refusal) {
     } else if (!libraryText.isEmpty()) {
         problems.text = libraryText;
         problems.advice = adviceOn(libraryText);
+    } else if (result) {
+        addWarnings(*result, scene, problems);
     }
     if (refusal.resumesAt)
         problems.advice += QObject::tr(" The run resumes with the change at iteration %1.")

@@ -17,8 +17,11 @@ struct Problems {
     std::vector<QPointF> places;  ///< in plate coordinates
 };
 
-/// What a finding says, as a sentence of its own.
+/// What a finding says, as a sentence of its own, in the words of the window instead of the keys of
+/// a scene file.
 QString sentenceOf(const Finding& finding);
 
-/// `refusal` is what the library last said about the scene.
-Problems problemsOf(const Scene& scene, const LibraryText& refusal);
+/// `refusal` is what the library last said about the scene, `result` what the settled design is
+/// worth, if it has settled.
+Problems problemsOf(const Scene& scene, const LibraryText& refusal,
+                    const std::optional<ScoreResult>& result = std::nullopt);

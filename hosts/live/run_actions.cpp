@@ -3,8 +3,16 @@
 #include "action_text.h"
 #include "icons.h"
 
-RunActions::RunActions(LiveRun& run)
-    : play(new QAction(this)),
+namespace {
+
+/// Whether there is something to pause: a settled design can only be let go on.
+bool isAtWork(const LiveRun& run) { return run.isPlaying() && run.state() != RunState::SETTLED; }
+
+}  // namespace
+
+RunActions::RunActions(LiveRun& liveRun)
+    : run(liveRun),
+      play(new QAction(this)),
       step(new QAction(icon(Glyph::STEP), tr("S&ingle step"), this)),
       restart(new QAction(icon(Glyph::RESTART), tr("Start &afresh"), this)) {
     play->setShortcut(QKeySequence(Qt::Key_Space));
@@ -12,14 +20,18 @@ RunActions::RunActions(LiveRun& run)
     restart->setShortcut(QKeySequence("Ctrl+R"));
     explain(*step, tr("One iteration, and then a pause"));
     explain(*restart, tr("Begin again with a uniform design"));
-    connect(play, &QAction::triggered, &run, [&run] { run.setPlaying(!run.isPlaying()); });
+    connect(play, &QAction::triggered, this, [this] { run.setPlaying(!isAtWork(run)); });
     connect(step, &QAction::triggered, &run, &LiveRun::step);
     connect(restart, &QAction::triggered, &run, &LiveRun::startAfresh);
-    connect(&run, &LiveRun::playingChanged, this, &RunActions::showPlaying);
-    showPlaying(run.isPlaying());
+    connect(&run, &LiveRun::stateChanged, this, &RunActions::showState);
+    showState();
 }
 
-void RunActions::showPlaying(bool plays) {
+void RunActions::showState() {
+    const bool plays = isAtWork(run);
+    // Icons are drawn anew, and states are announced often.
+    if (!play->text().isEmpty() && plays == isShownAtWork) return;
+    isShownAtWork = plays;
     play->setIcon(icon(plays ? Glyph::PAUSE : Glyph::PLAY));
     play->setText(plays ? tr("&Pause") : tr("&Play"));
     explain(*play, plays ? tr("Hold the design") : tr("Let the design form"));

@@ -15,9 +15,11 @@ public:
     QList<QAction*> actions() const { return {play, step, restart}; }
 
 private:
-    void showPlaying(bool plays);
+    void showState();
 
+    LiveRun& run;
     QAction* play;
     QAction* step;
     QAction* restart;
+    bool isShownAtWork = false;
 };

@@ -126,6 +126,14 @@ void withoutLoadCase(Settings& settings, int loadCase, bool hasLoads = true) {
     if (inUse.empty()) inUse.push_back(0);
 }
 
+/// Gives all cells of an element of the scene this density.
+void fillElement(Field& drawing, const Scene& scene, const Cell& element, float density) {
+    const int refinement = refinementOf(drawing, scene);
+    for (int y = element.y * refinement; y < (element.y + 1) * refinement; ++y)
+        for (int x = element.x * refinement; x < (element.x + 1) * refinement; ++x)
+            drawing.at(x, y) = density;
+}
+
 }  // namespace
 
 void moveLoad(Scene& scene, std::size_t index, Node node) {
@@ -180,15 +188,18 @@ void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
     scene.blob = std::move(result);
 }
 
+void keepAreas(Field& drawing, const Scene& scene) {
+    for (const Cell& cell : scene.passive.voids.cells) fillElement(drawing, scene, cell, 0);
+    for (const Area* solids : {&scene.passive.solids, &scene.passive.secondSolids})
+        for (const Cell& cell : solids->cells) fillElement(drawing, scene, cell, 1);
+}
+
 void paintDrawing(Scene& scene, const Cells& cells, float density) {
     if (!scene.densities) scene.densities = Field(scene.width, scene.height);
-    const int refinement = refinementOf(*scene.densities, scene);
-    for (const Cell& cell : cells) {
-        if (cell.x < 0 || cell.y < 0 || cell.x >= scene.width || cell.y >= scene.height) continue;
-        for (int y = cell.y * refinement; y < (cell.y + 1) * refinement; ++y)
-            for (int x = cell.x * refinement; x < (cell.x + 1) * refinement; ++x)
-                scene.densities->at(x, y) = density;
-    }
+    for (const Cell& cell : cells)
+        if (cell.x >= 0 && cell.y >= 0 && cell.x < scene.width && cell.y < scene.height)
+            fillElement(*scene.densities, scene, cell, density);
+    keepAreas(*scene.densities, scene);
 }
 
 void addLoadCase(Scene& scene) {

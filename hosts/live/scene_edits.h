@@ -37,7 +37,10 @@ void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> k
 /// Adds elements to a blob or takes them away. `scene.blob` is replaced by the result.
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);
 
-/// Elements become solid (1) or void (0) in the drawing.
+/// Puts into a drawing what the scene keeps void and solid: it binds the hand as the optimiser.
+void keepAreas(Field& drawing, const Scene& scene);
+
+/// Elements become solid (1) or void (0) in the drawing, as far as nothing else is kept there.
 void paintDrawing(Scene& scene, const Cells& cells, float density);
 
 /// Adds a load case, which is in use.

@@ -1,48 +1,66 @@
 #include "score_header.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
-#include "problems.h"
+#include "number_text.h"
+#include "theme.h"
+
+namespace {
+
+constexpr int BAR_HEIGHT = 18;  // pixels
+constexpr int BAR_WIDTH = 360;
+constexpr double HEADLINE_SIZE = 1.6;  // of the usual font
+constexpr int STEPS = 1000;
+
+}  // namespace
 
 ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
-    : QWidget(parent), title(name), score(new QLabel("–")), details(new QLabel) {
+    : QWidget(parent),
+      title(name),
+      headlineLabel(new QLabel("–")),
+      detailLabel(new QLabel),
+      material(new QProgressBar) {
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(14, 10, 14, 6);
+    layout->setContentsMargins(14, 8, 14, 4);
     layout->setSpacing(1);
     auto* heading = new QLabel(name);
     QFont bold = heading->font();
     bold.setBold(true);
     heading->setFont(bold);
-    QFont large = score->font();
-    large.setPointSizeF(2 * large.pointSizeF());
-    score->setFont(large);
-    details->setWordWrap(true);
-    details->setMinimumHeight(2 * details->fontMetrics().lineSpacing());
-    details->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    score->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    QFont large = headlineLabel->font();
+    large.setPointSizeF(HEADLINE_SIZE * large.pointSizeF());
+    headlineLabel->setFont(large);
+    headlineLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Words that do not fit must not widen the window.
+    headlineLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    detailLabel->setWordWrap(true);
+    detailLabel->setFixedHeight(2 * detailLabel->fontMetrics().lineSpacing());
+    detailLabel->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    material->setRange(0, STEPS);
+    material->setMaximumSize(BAR_WIDTH, BAR_HEIGHT);
+    material->setAccessibleName(title + ": " + tr("material used of the budget"));
     layout->addWidget(heading);
-    layout->addWidget(score);
-    layout->addWidget(details);
+    layout->addWidget(headlineLabel);
+    layout->addWidget(material);
+    layout->addWidget(detailLabel);
 }
 
-void ScoreHeader::show(const ScoreResult& result, const QString& note) {
-    if (!result.isSupported()) {
-        showNone(tr("Not supported. %1").arg(sentenceOf(result.assessment.problems.front())));
-        return;
-    }
-    tell(tr("Compliance %1").arg(result.assessment.score.compliance, 0, 'g', 5));
-    const QString material =
-        tr("Material %1 %")
-            .arg(materialOf(without(result.design, result.assessment.floating)), 0, 'f', 1);
-    details->setText(note.isEmpty() ? material : material + "  ·  " + note);
+void ScoreHeader::show(const QString& headline, const QString& details) {
+    headlineLabel->setText(headline);
+    headlineLabel->setToolTip(headline);
+    headlineLabel->setAccessibleName(title + ": " + headline);
+    detailLabel->setText(details);
+    detailLabel->setToolTip(details);
 }
 
-void ScoreHeader::showNone(const QString& reason) {
-    tell(tr("No score"));
-    details->setText(reason);
-}
-
-void ScoreHeader::tell(const QString& text) {
-    score->setText(text);
-    score->setAccessibleName(title + ": " + text);
+void ScoreHeader::showMaterial(double used, double budget) {
+    const double share = budget > 0 ? used / budget : 0;
+    material->setValue(static_cast<int>(std::lround(STEPS * std::min(1.0, share))));
+    material->setFormat(tr("Material %1 of %2").arg(percentText(used), percentText(budget)));
+    // Its words say the same as its colour.
+    QPalette colours;
+    if (used > budget) colours.setColor(QPalette::Highlight, QColor(200, 60, 50));
+    material->setPalette(colours);
 }

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <QLabel>
+#include <QProgressBar>
 #include <QWidget>
-#include <optional>
-
-#include "frame.h"
 
 /// Whose design a plate shows, and what it scores.
 class ScoreHeader : public QWidget {
@@ -13,17 +11,17 @@ class ScoreHeader : public QWidget {
 public:
     explicit ScoreHeader(const QString& name, QWidget* parent = nullptr);
 
-    /// `note` stands beside the numbers.
-    void show(const ScoreResult& result, const QString& note);
-    /// Without a score: why.
-    void showNone(const QString& reason);
+    /// A few large words, and a line below them.
+    void show(const QString& headline, const QString& details);
+    /// How much of the budget is used; both are shares of the plate.
+    void showMaterial(double used, double budget);
 
-    QString text() const { return score->text(); }
+    QString text() const { return headlineLabel->text(); }
+    QString details() const { return detailLabel->text(); }
 
 private:
-    void tell(const QString& text);
-
     QString title;
-    QLabel* score;
-    QLabel* details;
+    QLabel* headlineLabel;
+    QLabel* detailLabel;
+    QProgressBar* material;
 };

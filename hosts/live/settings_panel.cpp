@@ -5,12 +5,14 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <algorithm>
 #include <cmath>
 
 #include "checks/checks.h"
 #include "format/detail.h"
 #include "format/input_error.h"
 #include "format/resize.h"
+#include "number_text.h"
 #include "problems.h"
 
 using namespace voxam;
@@ -235,7 +237,9 @@ void SettingsPanel::judgeGrid() {
     plate.loadCases = scene.loadCases;
     plate.volumeFraction = scene.volumeFraction;
     const QString fault = faultOf(plate, *bench.document.whole());
-    gridAdvice->setText(fault.isEmpty() ? warningOf(plate) : fault);
+    gridAdvice->setText(!fault.isEmpty()
+                            ? fault
+                            : QStringList({warningOf(plate), speedOf(plate)}).join(" ").trimmed());
     gridAdvice->setVisible(!gridAdvice->text().isEmpty());
     const bool isOther = width->value() != scene.width || height->value() != scene.height ||
                          subdivision->value() != scene.subdivision ||
@@ -247,6 +251,26 @@ void SettingsPanel::judgeGrid() {
         colours.setColor(QPalette::ButtonText, colours.color(QPalette::HighlightedText));
     }
     gridButton->setPalette(colours);
+}
+
+// From what an iteration takes now. Solving takes most of it, and grows a little faster than the
+// number of elements.
+QString SettingsPanel::speedOf(const Scene& plate) const {
+    constexpr double growth = 1.2;
+    constexpr double worthAWord = 1;  // seconds
+    constexpr double milliseconds = 1000;
+    const IterationNumbers& numbers = run.frame().numbers;
+    if (numbers.iteration == 0) return {};
+    const Scene& scene = bench.document.scene();
+    const auto cells = [](const Scene& each) {
+        return 1.0 * each.width * each.height * each.subdivision * each.subdivision;
+    };
+    const auto elements = [](const Scene& each) { return 1.0 * each.width * each.height; };
+    const double factor =
+        std::max(cells(plate) / cells(scene), std::pow(elements(plate) / elements(scene), growth));
+    const double seconds = factor * static_cast<double>(numbers.times.totalTime) / milliseconds;
+    if (seconds < worthAWord) return {};
+    return tr("An iteration will take about %1 seconds.").arg(numberText(seconds, 1));
 }
 
 void SettingsPanel::applyGrid() {

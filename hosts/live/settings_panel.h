@@ -37,6 +37,7 @@ private:
     void setVolume(double percent);
     void applyGrid();
     void judgeGrid();
+    QString speedOf(const Scene& plate) const;
     void showGrid();
     bool leavesGrid(const QEvent& event) const;
 

@@ -52,6 +52,9 @@ QString plateRows() {
            row(QObject::tr("Alt+Up, Down"), QObject::tr("Make its force larger or smaller")) +
            row(QObject::tr("Shift while turning"),
                QObject::tr("Any angle and force, no snapping")) +
+           row(QObject::tr("Shift and a press"),
+               QObject::tr("A straight line from where the last stroke ended")) +
+           row(QObject::tr("Right button"), QObject::tr("Erase, or rub out")) +
            row(QObject::tr("Wheel, + and −"), QObject::tr("Zoom")) +
            row(QObject::tr("Middle button, Ctrl+Arrow keys"),
                QObject::tr("Move the plate in the window"));

@@ -10,12 +10,34 @@ ToolBox::ToolBox(Workbench& workbench, PlateView& plateView) : view(plateView), 
     const ToolSite site = {workbench, plateView.transform()};
     addPlateTools(site);
     addDrawingTools(site);
+    addMirrors(workbench);
     lastOfPlate = ofPlate.front();
     lastOfDrawing = ofDrawing.front();
     setDrawing(false);
 }
 
-ToolBox::~ToolBox() { view.setTool(nullptr); }
+ToolBox::~ToolBox() {
+    view.setTool(nullptr);
+    view.setEraser(nullptr);
+}
+
+void ToolBox::addMirrors(Workbench& bench) {
+    const auto addMirror = [&](const QString& name, const QString& key,
+                               const QString& explanation) {
+        auto* action = new QAction(name, this);
+        action->setCheckable(true);
+        action->setShortcut(QKeySequence(key));
+        explain(*action, explanation);
+        mirrors.push_back(action);
+        connect(action, &QAction::toggled, this, [this, &bench] {
+            bench.setMirror({mirrors[0]->isChecked(), mirrors[1]->isChecked()});
+        });
+    };
+    addMirror(tr("Mirror left and right"), "M",
+              tr("Draw the same on the other side of the middle"));
+    addMirror(tr("Mirror top and bottom"), "Shift+M",
+              tr("Draw the same above and below the middle"));
+}
 
 void ToolBox::addPlateTools(const ToolSite& site) {
     add(std::make_unique<SelectTool>(site), Glyph::SELECT, tr("Select and drag"), "V",
@@ -39,7 +61,8 @@ void ToolBox::addPlateTools(const ToolSite& site) {
     add(blobTool(site), Glyph::BLOB, tr("Blob"), "B",
         tr("A hole that keeps its size and, when it moves, finds its place"), ofPlate);
     add(eraseTool(site), Glyph::ERASER, tr("Erase"), "E",
-        tr("Take away loads, supports, kept elements and blob"), ofPlate);
+        tr("Take away loads, supports, kept elements and blob; so does the right button"), ofPlate);
+    eraserOfPlate = tools.back().get();
 }
 
 void ToolBox::addDrawingTools(const ToolSite& site) {
@@ -48,7 +71,8 @@ void ToolBox::addDrawingTools(const ToolSite& site) {
     add(lineTool(site), Glyph::LINE, tr("Line"), "I",
         tr("Draw a straight bar, as thick as the brush"), ofDrawing);
     add(pencilTool(site, false), Glyph::RUBBER, tr("Rub out"), "U",
-        tr("Take material away with the brush"), ofDrawing);
+        tr("Take material away with the brush; so does the right button"), ofDrawing);
+    eraserOfDrawing = tools.back().get();
 }
 
 void ToolBox::add(std::unique_ptr<Tool> tool, Glyph glyph, const QString& name, const QString& key,
@@ -78,5 +102,7 @@ void ToolBox::setDrawing(bool draws) {
         action->setVisible(draws);
         action->setEnabled(draws);
     }
+    for (QAction* action : mirrors) action->setEnabled(draws);
     (draws ? lastOfDrawing : lastOfPlate)->trigger();
+    view.setEraser(draws ? eraserOfDrawing : eraserOfPlate);
 }

@@ -21,6 +21,8 @@ public:
     /// Tools for editing the plate, or for drawing a design.
     const std::vector<QAction*>& plateActions() const { return ofPlate; }
     const std::vector<QAction*>& drawingActions() const { return ofDrawing; }
+    /// Draw on both sides of the plate's middle.
+    const std::vector<QAction*>& mirrorActions() const { return mirrors; }
 
     /// Shows the tools of one mode and takes up the one that was used there last.
     void setDrawing(bool draws);
@@ -30,12 +32,16 @@ private:
              const QString& explanation, std::vector<QAction*>& mode);
     void addPlateTools(const ToolSite& site);
     void addDrawingTools(const ToolSite& site);
+    void addMirrors(Workbench& bench);
 
     PlateView& view;
     std::vector<std::unique_ptr<Tool>> tools;
     QActionGroup group;
     std::vector<QAction*> ofPlate;
     std::vector<QAction*> ofDrawing;
+    std::vector<QAction*> mirrors;
+    Tool* eraserOfPlate = nullptr;
+    Tool* eraserOfDrawing = nullptr;
     QAction* lastOfPlate = nullptr;
     QAction* lastOfDrawing = nullptr;
 };

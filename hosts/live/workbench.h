@@ -21,6 +21,10 @@ public:
     const Brush& brush() const { return currentBrush; }
     void setBrush(const Brush& brush);
 
+    /// Of the tools that draw a design.
+    const Mirror& mirror() const { return currentMirror; }
+    void setMirror(const Mirror& mirror) { currentMirror = mirror; }
+
     /// The load case that new loads belong to.
     int loadCase() const { return currentLoadCase; }
     void setLoadCase(int loadCase);
@@ -70,6 +74,7 @@ private:
     bool attempt(const std::function<void()>& edit);
 
     Brush currentBrush{3, true};
+    Mirror currentMirror;
     int currentLoadCase = 0;
     std::optional<std::size_t> selected;
     std::optional<HeldLoad> turned;

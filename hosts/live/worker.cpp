@@ -5,11 +5,6 @@
 
 namespace {
 
-// The library moves volume and stiffness of the void step by step, so a small change means nothing
-// in the first iterations.
-constexpr int SETTLING_ITERATIONS = 20;
-constexpr double SETTLED_CHANGE = 0.01;
-constexpr int MAX_ITERATIONS_TO_SETTLE = 120;
 // How long a refusal can be read before a playing run resumes at the next change of the timeline.
 constexpr std::chrono::milliseconds TIME_TO_READ(2500);
 // Scoring costs about as much as iterating, and a design under way is worth a glance only.
@@ -69,6 +64,7 @@ void Worker::play() {
     {
         const std::lock_guard lock(mutex);
         inbox.playing = true;
+        inbox.wakes = true;
     }
     wake.notify_one();
 }
@@ -131,11 +127,12 @@ std::optional<ScoreResult> Worker::fetchDesignScore() {
 void Worker::run() {
     Lock lock(mutex);
     while (waitForWork(lock)) {
+        if (std::exchange(inbox.wakes, false)) settling.restart();
         if (inbox.settings)
             takeSettings(lock);
         else if (inbox.score)
             scoreDrawing(lock);
-        else
+        else if (isIterationDue())
             iterate(lock);
     }
 }
@@ -143,7 +140,7 @@ void Worker::run() {
 bool Worker::waitForWork(Lock& lock) {
     for (;;) {
         if (inbox.stops) return false;
-        if (inbox.settings || inbox.score) return true;
+        if (inbox.settings || inbox.score || inbox.wakes) return true;
         if (!isIterationDue()) {
             wake.wait(lock);
             continue;
@@ -158,7 +155,7 @@ bool Worker::waitForWork(Lock& lock) {
 bool Worker::isIterationDue() const {
     if (!current.scene || (!text.empty() && !resumesAt)) return false;
     if (inbox.steps > 0) return true;
-    return inbox.playing && !(current.scoredRefinement > 0 && settled);
+    return inbox.playing && !settling.isSettled();
 }
 
 void Worker::takeSettings(Lock& lock) {
@@ -167,7 +164,7 @@ void Worker::takeSettings(Lock& lock) {
     lock.unlock();
     optimiseCurrent();
     iterationsSinceSettings = 0;
-    settled = false;
+    settling.restart();
     // What was edited is to be seen at once, not at the next beat.
     lastStart = {};
     lock.lock();
@@ -191,11 +188,14 @@ void Worker::scoreDrawing(Lock& lock) {
     const ScoreRequest request = std::move(*inbox.score);
     inbox.score.reset();
     lock.unlock();
-    ScoreResult result =
-        scored([&] { return LibrarySession::score(*request.scene, *request.drawing); });
+    ScoreResult result = scored([&] {
+        return request.isOfOptimiser ? LibrarySession::scoreSaved(*request.scene, *request.drawing)
+                                     : LibrarySession::score(*request.scene, *request.drawing);
+    });
     result.revision = request.revision;
+    result.isSettled = request.isOfOptimiser;
     lock.lock();
-    outbox.score = std::move(result);
+    (request.isOfOptimiser ? outbox.designScore : outbox.score) = std::move(result);
     announce(lock);
 }
 
@@ -208,24 +208,33 @@ void Worker::iterate(Lock& lock) {
     text = outcome.text;
     resumesAt = outcome.resumesAt;
     ++iterationsSinceSettings;
-    settled = (iterationsSinceSettings > SETTLING_ITERATIONS &&
-               outcome.numbers.change < SETTLED_CHANGE) ||
-              iterationsSinceSettings >= MAX_ITERATIONS_TO_SETTLE;
+    if (text.empty()) {
+        const auto& timeline = current.scene->timeline;
+        settling.add(back, timeline.empty() ? 0 : timeline.back().iteration);
+    }
+    back.isSettled = settling.isSettled();
+    // A copy, because the picture goes first: a score may take seconds.
+    const auto toScore = isScoreDue() ? std::optional(back) : std::nullopt;
     lock.lock();
-    const bool isScored = current.scoredRefinement > 0 && text.empty() && !inbox.settings &&
-                          !inbox.stops &&
-                          (settled || iterationsSinceSettings % ITERATIONS_PER_DESIGN_SCORE == 0);
-    if (isScored) scoreDesign(lock);
     publish(lock, outcome);
+    if (toScore && !inbox.settings && !inbox.stops) scoreDesign(lock, *toScore);
 }
 
-void Worker::scoreDesign(Lock& lock) {
+bool Worker::isScoreDue() const {
+    if (!text.empty()) return false;
+    return back.isSettled || (current.scoredRefinement > 0 &&
+                              iterationsSinceSettings % ITERATIONS_PER_DESIGN_SCORE == 0);
+}
+
+void Worker::scoreDesign(Lock& lock, const Frame& frame) {
     lock.unlock();
     ScoreResult result =
-        scored([&] { return solvers.scoreDesign(back, current.scoredRefinement); });
+        scored([&] { return solvers.scoreDesign(frame, current.scoredRefinement); });
     result.revision = current.revision;
+    result.isSettled = frame.isSettled;
     lock.lock();
     outbox.designScore = std::move(result);
+    announce(lock);
 }
 
 void Worker::publish(Lock& lock, const IterationOutcome& outcome) {

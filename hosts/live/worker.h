@@ -13,13 +13,15 @@
 
 #include "frame.h"
 #include "library_session.h"
+#include "settling.h"
 
 /// What the worker is to compute. It is plain data, and cheap to copy.
 struct LiveSettings {
     std::shared_ptr<const Scene> scene;
     bool movesBlob = false;
-    /// Above 0: also score the optimiser's design as drawn with so many elements per edge of an
-    /// element of the grid, and rest once it has settled.
+    /// 0: score the design once it has settled, as the command-line program draws it. Above 0:
+    /// score it all along, drawn with so many elements per edge of an element of the grid and no
+    /// more material than the scene's volume.
     int scoredRefinement = 0;
     std::uint64_t start = 0;     ///< another number than before: start afresh
     std::uint64_t revision = 0;  ///< comes back with each result, to tell what it belongs to
@@ -30,6 +32,7 @@ struct ScoreRequest {
     std::shared_ptr<const Scene> scene;
     std::shared_ptr<const Field> drawing;
     std::uint64_t revision = 0;
+    bool isOfOptimiser = false;  ///< one of its designs, that was saved
 };
 
 /// The one thread that calls the library, and the mailboxes on both sides of it.
@@ -42,6 +45,8 @@ struct ScoreRequest {
 ///     window                      worker
 ///       send(settings)  ------->    between two iterations: update, or create anew
 ///       fetchFrame(f)   <-------    after each iteration: a picture, by swapping buffers
+///
+/// A design that has settled rests: no iteration runs before the next settings, play() or step().
 ///
 /// All functions return at once, but for the destructor, which waits for the call under way.
 class Worker {
@@ -56,6 +61,7 @@ public:
     void send(LiveSettings settings);
     void score(ScoreRequest request);
 
+    /// Lets a settled design go on as well.
     void play();
     void pause();
     /// Runs one iteration while paused.
@@ -83,6 +89,7 @@ private:
         std::optional<LiveSettings> settings;
         std::optional<ScoreRequest> score;
         bool playing = false;
+        bool wakes = false;
         int steps = 0;
         bool stops = false;
         std::chrono::nanoseconds pace{0};
@@ -106,7 +113,8 @@ private:
     void optimiseCurrent();
     void scoreDrawing(Lock& lock);
     void iterate(Lock& lock);
-    void scoreDesign(Lock& lock);
+    bool isScoreDue() const;
+    void scoreDesign(Lock& lock, const Frame& frame);
     void publish(Lock& lock, const IterationOutcome& outcome);
     void announce(Lock& lock);
 
@@ -123,7 +131,7 @@ private:
     std::string text;              // why it cannot go on before the next settings
     std::optional<int> resumesAt;  // but with this iteration of the timeline
     int iterationsSinceSettings = 0;
-    bool settled = false;
+    Settling settling;
     std::chrono::steady_clock::time_point lastStart;
 
     std::thread thread;  // the last member: it starts when all others are there

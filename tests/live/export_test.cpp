@@ -120,7 +120,7 @@ private slots:
 
     void aFileThatCannotBeWrittenIsNamed() {
         LiveFixture live(LiveFixture::smallScene());
-        stepTo(live, 1);
+        QVERIFY(live.settle());
         exportAs(live, "Picture", file("no/such/place.png"), "place.png");
         exportAs(live, "Design", file("design.bmp"), ".csv");
         QVERIFY(!QFile::exists(file("design.bmp")));

@@ -2,6 +2,7 @@
 
 #include <QMenuBar>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
@@ -54,12 +55,26 @@ public:
             PATIENCE);
     }
 
-    /// Lets the design follow the settings in force for so many iterations.
+    /// Lets the design follow the settings in force for so many iterations, or until it rests.
     bool runFor(int iterations) {
         const auto revision = run().revision();
         const auto isThere = [&] { return run().frame().numbers.revision == revision; };
         if (!QTest::qWaitFor(isThere, PATIENCE)) return false;
-        return reach(run().frame().numbers.iteration + iterations);
+        const int last = run().frame().numbers.iteration + iterations;
+        const auto isDone = [&] {
+            return run().frame().numbers.iteration >= last || run().state() == RunState::SETTLED;
+        };
+        return QTest::qWaitFor(isDone, PATIENCE);
+    }
+
+    /// Until the design rests and has its score.
+    bool settle() {
+        return QTest::qWaitFor(
+            [&] {
+                return run().state() == RunState::SETTLED &&
+                       window.plateStage().resultLine().text().contains("as drawn");
+            },
+            PATIENCE);
     }
 
     /// Mean density of a rectangle of elements.
@@ -79,7 +94,11 @@ public:
         return handleOf(byLoad(arrows, scene(), view().transform()).at(load));
     }
 
-    QPoint at(double x, double y) { return view().transform().toWidget(x, y).toPoint(); }
+    QPoint at(double x, double y) {
+        // Where the plate will be when the event arrives.
+        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        return view().transform().toWidget(x, y).toPoint();
+    }
 
     void press(QPoint place, Qt::KeyboardModifiers keys = {}) {
         QTest::mouseMove(&view(), place);
@@ -143,6 +162,7 @@ inline void isolateSettings() {
     static QTemporaryDir directory;
     QCoreApplication::setOrganizationName("Voxam");
     QCoreApplication::setApplicationName("voxam-live-test");
+    QStandardPaths::setTestModeEnabled(true);
     QSettings::setDefaultFormat(QSettings::IniFormat);
     // Dialogs of Qt have some as well, in the native format.
     for (const auto format : {QSettings::IniFormat, QSettings::NativeFormat})

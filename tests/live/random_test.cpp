@@ -54,7 +54,8 @@ private:
     static void act(LiveFixture& live, std::mt19937& random) {
         switch (random() % 12) {
             case 0:
-                return live.press(anywhere(live, random));
+                return live.press(anywhere(live, random),
+                                  random() % 4 == 0 ? Qt::ShiftModifier : Qt::NoModifier);
             case 1:
                 return live.release(anywhere(live, random));
             case 2:
@@ -68,14 +69,20 @@ private:
                 random() % 3 == 0 ? history.redo() : history.undo();
                 return;
             }
+            case 6: {
+                const QPoint place = anywhere(live, random);
+                return random() % 2 == 0
+                           ? QTest::mousePress(&live.view(), Qt::RightButton, {}, place)
+                           : QTest::mouseRelease(&live.view(), Qt::RightButton, {}, place);
+            }
             default:
                 return live.moveTo(anywhere(live, random));
         }
     }
 
     static void takeAnyTool(LiveFixture& live, std::mt19937& random) {
-        static const std::vector<const char*> keys = {"V", "L", "S", "X", "Y", "O", "K",
-                                                      "J", "B", "E", "D", "I", "U"};
+        static const std::vector<const char*> keys = {"V", "L", "S", "X", "Y", "O", "K",      "J",
+                                                      "B", "E", "D", "I", "U", "M", "Shift+M"};
         live.takeTool(keys[random() % keys.size()]);
     }
 

@@ -169,8 +169,8 @@ private slots:
             worker.send(settingsOf(scene, revision));
         }
         Frame frame;
-        QVERIFY(QTest::qWaitFor(
-            [&] { return worker.fetchFrame(frame) && frame.numbers.iteration >= 40; }, PATIENCE));
+        QVERIFY(
+            QTest::qWaitFor([&] { return worker.fetchFrame(frame) && frame.isSettled; }, PATIENCE));
         QCOMPARE(frame.numbers.revision, std::uint64_t{200});
         QVERIFY(std::abs(frame.numbers.volume - 0.8) < 0.05);
         QCOMPARE(frame.material.width, 40);

@@ -1,0 +1,64 @@
+#include "best_scores.h"
+
+#include <QCryptographicHash>
+#include <QObject>
+#include <QSettings>
+
+#include "format/scene_writer.h"
+
+using namespace voxam;
+
+namespace {
+
+constexpr double BRONZE_FROM = 85;
+constexpr double SILVER_FROM = 95;
+constexpr double GOLD_FROM = 99.95;  // what is told as 100
+
+QString keyOf(Scene scene) {
+    // What does not change the task does not begin a new one.
+    scene.title = "problem";
+    scene.description.clear();
+    scene.densities.reset();
+    scene.timeline.clear();
+    scene.files.clear();
+    scene.subdivision = scene.meshFactor = 1;
+    scene.iterations = Scene().iterations;
+    scene.elementSize = 1;
+    const auto hash = QCryptographicHash::hash(QByteArray::fromStdString(sceneText(scene)),
+                                               QCryptographicHash::Sha1);
+    return "best/" + QString::fromLatin1(hash.toHex());
+}
+
+}  // namespace
+
+bool BestScores::offer(const Scene& scene, double percent) {
+    QSettings settings;
+    const QString key = keyOf(scene);
+    if (percent <= settings.value(key, 0).toDouble()) return false;
+    settings.setValue(key, percent);
+    return true;
+}
+
+double BestScores::best(const Scene& scene) {
+    return QSettings().value(keyOf(scene), 0).toDouble();
+}
+
+BestScores::Medal BestScores::medalFor(double percent) {
+    if (percent >= GOLD_FROM) return Medal::GOLD;
+    if (percent >= SILVER_FROM) return Medal::SILVER;
+    return percent >= BRONZE_FROM ? Medal::BRONZE : Medal::NONE;
+}
+
+QString BestScores::nameOf(Medal medal) {
+    switch (medal) {
+        case Medal::GOLD:
+            return QObject::tr("gold");
+        case Medal::SILVER:
+            return QObject::tr("silver");
+        case Medal::BRONZE:
+            return QObject::tr("bronze");
+        case Medal::NONE:
+            break;
+    }
+    return {};
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <filesystem>
+#include <optional>
+
+#include "document.h"
+
+/// Keeps what was edited and not saved, in a file of this process, so that neither a crash nor the
+/// end of the session (SIGTERM) loses it. The file goes when the document is saved or left.
+class Recovery : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Recovery(Document& edited);
+    /// The program ends in order: there is nothing to recover.
+    ~Recovery() override;
+
+    /// What another run of the program left behind.
+    struct Found {
+        std::filesystem::path kept;      ///< the file with the edits
+        std::filesystem::path original;  ///< the file that was edited; empty for a new scene
+        Scene scene;
+    };
+    /// The newest one whose program has ended.
+    static std::optional<Found> find();
+    /// Once it was opened, or refused.
+    static void forget(const Found& found);
+
+    /// Writes now what is not saved.
+    void keep();
+    /// This process's file.
+    static std::filesystem::path file();
+
+    /// Lets SIGTERM, SIGHUP and SIGINT keep the edits and end the program.
+    void endOnSignals();
+
+private:
+    void follow();
+
+    Document& document;
+    QTimer delay;
+};

@@ -1,0 +1,95 @@
+#include "result_line.h"
+
+#include <QHBoxLayout>
+
+#include "number_text.h"
+#include "problems.h"
+
+namespace {
+
+constexpr int DIGITS = 4;  // of the line
+// Digits that change faster than that cannot be read.
+constexpr float READABLE = 120;    // ms
+constexpr int SKIPPED = 8;         // iterations, of faster ones
+constexpr int DIGITS_AT_REST = 6;  // as many as the program prints
+
+}  // namespace
+
+ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), line(new QLabel) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(12, 6, 12, 0);
+    QFont bold = word->font();
+    bold.setBold(true);
+    word->setFont(bold);
+    // Wide enough for each of the words, so that the line beside it stands still.
+    for (const RunState state : {RunState::COMPUTING, RunState::AS_SAVED, RunState::FORMING})
+        word->setMinimumWidth(
+            std::max(word->minimumWidth(), word->fontMetrics().horizontalAdvance(wordFor(state))));
+    line->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // A line that does not fit must not widen the window.
+    line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    layout->addWidget(word);
+    layout->addSpacing(10);
+    layout->addWidget(line, 1);
+    refresh();
+}
+
+void ResultLine::showState(RunState state, const IterationNumbers& numbers, int seconds) {
+    const int passed = numbers.iteration - last.iteration;
+    const bool isTooSoon = state == RunState::FORMING && shown == state && passed >= 0 &&
+                           passed < SKIPPED && numbers.times.totalTime < READABLE;
+    if (isTooSoon) return;
+    shown = state;
+    last = numbers;
+    waited = seconds;
+    refresh();
+}
+
+void ResultLine::showScore(std::optional<ScoreResult> result) {
+    score = std::move(result);
+    refresh();
+}
+
+QString ResultLine::worth() const {
+    if (!score->isSupported()) return tr("The design does not hold as drawn");
+    return tr("Compliance as drawn %1  ·  Material %2")
+        .arg(numberText(score->assessment.score.compliance, DIGITS_AT_REST),
+             percentText(materialOf(score->design) / 100));
+}
+
+QString ResultLine::progress() const {
+    QString text = tr("Iteration %1").arg(last.iteration);
+    if (last.iteration > 0)
+        text += tr("  ·  Compliance so far %1  ·  Material %2")
+                    .arg(numberText(last.compliance, DIGITS), percentText(last.volume));
+    if (shown == RunState::COMPUTING)
+        text = tr("%n second(s) on iteration %1", nullptr, waited).arg(last.iteration + 1);
+    return text;
+}
+
+QString ResultLine::details() const {
+    QString text =
+        tr("Compliance is force times displacement, summed over the load cases: the "
+           "smaller it is, the stiffer is the structure.");
+    if (score && last.iteration > 0)
+        text += tr("\nAs drawn means in black and white, as voxam score would score it. While "
+                   "optimising, with greys, it is %1 after %2 iterations.")
+                    .arg(numberText(last.compliance, DIGITS_AT_REST))
+                    .arg(last.iteration);
+    return text;
+}
+
+void ResultLine::refresh() {
+    word->setText(wordFor(shown));
+    const bool isAtRest = shown == RunState::SETTLED || shown == RunState::AS_SAVED;
+    if (isAtRest && score)
+        line->setText(worth());
+    else if (isAtRest)
+        line->setText(tr("Scoring the design..."));
+    else if (shown == RunState::FAILED)
+        line->setText(tr("The optimiser cannot go on"));
+    else
+        line->setText(progress());
+    line->setToolTip(details());
+    setAccessibleName(text());
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <optional>
+
+#include "frame.h"
+#include "run_state.h"
+
+/// The one line below the plate that says what the optimiser is doing and what its design is worth.
+class ResultLine : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ResultLine(QWidget* parent = nullptr);
+
+    /// `seconds` is how long the present iteration has taken.
+    void showState(RunState state, const IterationNumbers& numbers, int seconds);
+    /// What the settled design is worth; none while it forms.
+    void showScore(std::optional<ScoreResult> result);
+
+    QString text() const { return word->text() + ": " + line->text(); }
+
+private:
+    void refresh();
+    QString worth() const;
+    QString progress() const;
+    QString details() const;
+
+    QLabel* word;
+    QLabel* line;
+    RunState shown = RunState::FORMING;
+    IterationNumbers last;
+    int waited = 0;
+    std::optional<ScoreResult> score;
+};

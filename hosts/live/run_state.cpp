@@ -1,0 +1,21 @@
+#include "run_state.h"
+
+#include <QObject>
+
+QString wordFor(RunState state) {
+    switch (state) {
+        case RunState::AS_SAVED:
+            return QObject::tr("As saved");
+        case RunState::FORMING:
+            return QObject::tr("Forming");
+        case RunState::COMPUTING:
+            return QObject::tr("Computing");
+        case RunState::SETTLED:
+            return QObject::tr("Settled");
+        case RunState::PAUSED:
+            return QObject::tr("Paused");
+        case RunState::FAILED:
+            return QObject::tr("Stopped");
+    }
+    return {};
+}

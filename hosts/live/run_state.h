@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+/// What the optimiser is doing, as the window says it in words.
+enum class RunState {
+    AS_SAVED,   ///< the design of the file is shown; nothing runs
+    FORMING,    ///< iterations follow one another
+    COMPUTING,  ///< one iteration takes its time
+    SETTLED,    ///< at rest; an edit wakes it
+    PAUSED,     ///< by the user
+    FAILED      ///< the library refuses the scene as it is
+};
+
+QString wordFor(RunState state);

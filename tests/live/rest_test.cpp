@@ -1,0 +1,187 @@
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+#include <QtTest>
+#include <fstream>
+
+#include "dialog_answers.h"
+#include "export/scene_file.h"
+#include "live_fixture.h"
+#include "number_text.h"
+#include "problems.h"
+#include "program.h"
+#include "saved_design.h"
+
+namespace fs = std::filesystem;
+
+/// What the window does and says once a design has settled, and what of it outlasts the window.
+class RestTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aSettledDesignRestsAndSaysWhatTheProgramSays() {
+        LiveFixture live(LiveFixture::smallScene());
+        QCOMPARE(live.run().state(), RunState::FORMING);
+        QVERIFY(live.settle());
+        const int iteration = live.run().frame().numbers.iteration;
+        QTest::qWait(300);
+        QCOMPARE(live.run().frame().numbers.iteration, iteration);
+        const fs::path file = path("small.json");
+        live.bench().document.save(file);
+        const auto program = runProgram({"optimise", QString::fromStdString(file.string()),
+                                         "--json", "--iterations", QString::number(iteration)});
+        const QJsonObject drawn =
+            QJsonDocument::fromJson(program.out.toUtf8()).object()["asDrawn"].toObject();
+        const QString line = live.window.plateStage().resultLine().text();
+        QVERIFY2(line.contains(numberText(drawn["compliance"].toDouble(), 6)), qPrintable(line));
+        QVERIFY2(line.contains(percentText(drawn["volume"].toDouble())), qPrintable(line));
+        // An edit wakes it, and so does the wish to go on.
+        live.bench().edit("Volume", [](Scene& scene) { scene.volumeFraction = 0.4; });
+        QCOMPARE(live.run().state(), RunState::FORMING);
+        QVERIFY(live.settle());
+        const int settledAt = live.run().frame().numbers.iteration;
+        QVERIFY(live.takeTool("Space"));
+        QVERIFY(live.reach(settledAt + 5));
+        QVERIFY(live.takeTool("Space"));
+        QCOMPARE(live.run().state(), RunState::PAUSED);
+    }
+
+    void aTimelineIsPlayedToItsEndBeforeTheRunRests() {
+        Scene scene = LiveFixture::smallScene();
+        Change late;
+        late.iteration = 150;
+        late.keys = {"volumeFraction"};
+        late.settings.volumeFraction = 0.3;
+        scene.timeline = {late};
+        LiveFixture live(scene);
+        QVERIFY(live.settle());
+        QVERIFY(live.run().frame().numbers.iteration > late.iteration);
+        QVERIFY(live.run().frame().numbers.volume < 0.4);
+    }
+
+    void aDocumentIsReopenedAsItWasSeen() {
+        const fs::path file = path("seen.json");
+        Field seen;
+        {
+            LiveFixture live(LiveFixture::smallScene());
+            QVERIFY(live.reach(12));
+            live.run().setPlaying(false);
+            live.bench().document.save(file);
+            QVERIFY(live.window.open(file));
+            QVERIFY(live.reach(12));
+            live.run().setPlaying(false);
+            seen = live.run().frame().material;
+            QVERIFY(live.takeTool("Ctrl+S"));
+            QVERIFY(fs::exists(designFileOf(file)));
+        }
+        LiveFixture live("minimal.json");
+        QVERIFY(live.window.open(file));
+        QCOMPARE(live.run().state(), RunState::AS_SAVED);
+        const Field& shown = live.run().frame().material;
+        QCOMPARE(shown.width, seen.width);
+        for (std::size_t i = 0; i < seen.values.size(); ++i)
+            QVERIFY(std::abs(shown.values[i] - seen.values[i]) < 0.003);
+        QTRY_VERIFY_WITH_TIMEOUT(live.window.plateStage().resultLine().text().contains("as drawn"),
+                                 60000);
+        live.window.exporter().writeDesign(path("again.csv"));
+        QVERIFY(fs::exists(path("again.csv")));
+        // An edit lets it form.
+        live.bench().edit("Volume", [](Scene& scene) { scene.volumeFraction = 0.4; });
+        QVERIFY(live.reach(2));
+        // A design that is older than its scene shows something else.
+        fs::last_write_time(designFileOf(file), fs::last_write_time(file) - std::chrono::hours(1));
+        QVERIFY(!designBeside(file, live.scene()));
+    }
+
+    void whatAnotherProgramWroteIsNotLost() {
+        const fs::path file = path("shared.json");
+        LiveFixture live(LiveFixture::smallScene());
+        live.bench().document.save(file);
+        QVERIFY(live.window.open(file));
+        live.drag(live.at(24, 6), live.at(24, 3));
+        std::ofstream(file, std::ios::app) << "\n// Mine.\n";
+        MessageAnswer answer(QMessageBox::Cancel);
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY2(answer.text.contains("Another program"), qPrintable(answer.text));
+        QVERIFY(bytesOf(file).ends_with("// Mine.\n"));
+        QVERIFY(live.bench().document.isModified());
+    }
+
+    void editsOutliveTheProgram() {
+        const QString ended = "recovery-999999999.json";  // no process has this number
+        const fs::path other = Recovery::file().parent_path() / ended.toStdString();
+        {
+            LiveFixture live(LiveFixture::smallScene());
+            Recovery recovery(live.bench().document);
+            recovery.keep();
+            QVERIFY(!fs::exists(Recovery::file()));  // nothing to keep
+            live.drag(live.at(24, 6), live.at(24, 3));
+            recovery.keep();
+            QVERIFY(fs::exists(Recovery::file()));
+            fs::copy_file(Recovery::file(), other, fs::copy_options::overwrite_existing);
+            live.bench().document.save(path("safe.json"));
+            QVERIFY(!fs::exists(Recovery::file()));
+        }
+        MainWindow window;
+        MessageAnswer answer(QMessageBox::Yes);
+        window.openAny();
+        QVERIFY2(answer.text.contains("Recover"), qPrintable(answer.text));
+        QCOMPARE(window.workbench().document.scene().loads[0].y, (Range{3, 3}));
+        QVERIFY(window.workbench().document.isModified());
+        QVERIFY(!fs::exists(other));
+    }
+
+    void aBrokenPartLeavesOnlyWhenAsked() {
+        Scene scene = LiveFixture::smallScene();
+        scene.densities = Field(scene.width, scene.height);
+        for (int y = 5; y < 7; ++y)
+            for (int x = 0; x < scene.width; ++x) scene.densities->at(x, y) = 1;
+        scene.densities->at(12, 0) = 1;
+        LiveFixture live(scene);
+        QTRY_VERIFY_WITH_TIMEOUT(live.window.drawingMode().score().has_value(), 60000);
+        MessageAnswer answer(QMessageBox::No);
+        for (QAction* action : live.window.exporter().actions())
+            if (action->text().contains("DXF")) action->trigger();
+        QVERIFY2(answer.text.contains("no support holds 1 part"), qPrintable(answer.text));
+    }
+
+    void numbersAreForPeopleAndFilesAreNot() {
+        QCOMPARE(numberText(10216700.0, 6), QLocale().toString(10216700));
+        QCOMPARE(numberText(0.0123456), QLocale().toString(0.01235, 'f', 5));
+        QVERIFY(!numberText(4.2e15).contains('e'));
+        LiveFixture live(LiveFixture::smallScene());
+        QVERIFY(live.settle());
+        live.window.exporter().writePicture(path("english.png"));
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        QCOMPARE(percentText(0.3974), QString("39,7 %"));
+        live.window.exporter().writePicture(path("german.png"));
+        QLocale::setDefault(before);
+        QVERIFY(bytesOf(path("english.png")) == bytesOf(path("german.png")));
+    }
+
+    void warningsAreInTheWordsOfTheWindow() {
+        for (const char* text :
+             {"node x 3, y 4 lies inside the elements that passive.void keeps void",
+              "the solid elements are 40 % of the plate, more than the volumeFraction 0.3",
+              "5 is above 4 (below a volumeFraction of 0.25): take a finer grid",
+              "as drawn, acts on nothing; keep the elements at this load solid: \"passive\": "
+              "{\"solid\": [{\"x\": 3, \"y\": 4}]}"}) {
+            const QString said = sentenceOf({Finding::ERROR, "loads[1]", text, std::nullopt});
+            QVERIFY2(said.startsWith("Load 2: "), qPrintable(said));
+            for (const char* key : {"passive", "volumeFraction", "\"", "{"})
+                QVERIFY2(!said.contains(key), qPrintable(said));
+        }
+    }
+
+private:
+    fs::path path(const char* name) const {
+        return fs::path(directory.path().toStdString()) / name;
+    }
+
+    QTemporaryDir directory;
+};
+
+QObject* makeRestTest() { return new RestTest; }
+#include "rest_test.moc"
