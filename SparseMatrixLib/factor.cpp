@@ -36,8 +36,8 @@ bool hasNonPositiveDiagonal(const cholmod_sparse& A) {
 }
 
 // Each thread that computes in OpenBLAS maps this much at its first use and keeps it, but where it
-// is refused, OpenBLAS tries again for ever. So OpenBLAS has to map its buffers before CHOLMOD takes
-// the room.
+// is refused, OpenBLAS tries again for ever. So OpenBLAS has to map its buffers before CHOLMOD
+// takes the room.
 #ifdef __EMSCRIPTEN__
 constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{17}
                                          << 20;  // as scripts/wasm-dependencies builds it
