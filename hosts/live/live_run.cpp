@@ -67,10 +67,9 @@ int LiveRun::secondsWaited() const { return static_cast<int>(sinceNews.elapsed()
 void LiveRun::announceState() {
     const RunState now = state();
     // At rest there is no timer: nothing wakes the processor.
-    if (now != RunState::FORMING && now != RunState::COMPUTING)
-        signOfLife.stop();
-    else if (!signOfLife.isActive())
-        signOfLife.start();
+    const bool isAtWork = now == RunState::FORMING || now == RunState::COMPUTING;
+    if (!isAtWork) signOfLife.stop();
+    if (isAtWork && !signOfLife.isActive()) signOfLife.start();
     emit stateChanged();
 }
 
