@@ -156,6 +156,7 @@ TEST(ChecksBefore, refuseWhatTheMachineCannotHold) {
 
 TEST(ChecksBefore, warnOfLoadsOverFreeEdges) {
     Scene scene = clampedPlate(12, 6);
+    scene.volumeFraction = 0.4;
     scene.loads = {{{0, 12}, {0, 0}, 0, 1, 0}};
     EXPECT_THAT(before(scene),
                 ElementsAre("warning: loads[0]: some of its nodes may get no material; keep the "

@@ -29,7 +29,7 @@ constexpr double LITTLE_VOLUME = 0.25;
 // A load over more of a free edge has no material at some of its nodes, unless there is much of it.
 constexpr double MUCH_OF_EDGE = 1.0 / 3;
 constexpr double FEW_ELEMENTS = 3;
-constexpr double MUCH_VOLUME = 0.5;
+constexpr double MUCH_VOLUME = 0.4;
 constexpr int FINER = 2;  // the subdivision to advise instead of 1
 
 Finding error(const std::string& key, const std::string& text,
