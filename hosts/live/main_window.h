@@ -38,7 +38,7 @@ public:
 
     void setDrawing(bool draws);
 
-    /// Keeps the edits when the session ends or the program is told to.
+    /// Keeps the edits when the user logs out or a signal ends the program.
     void endOnSignals() { recovery.endOnSignals(); }
 
     // For tests.

@@ -7,8 +7,8 @@
 
 #include "document.h"
 
-/// Keeps what was edited and not saved, in a file of this process, so that neither a crash nor the
-/// end of the session (SIGTERM) loses it. The file goes when the document is saved or left.
+/// Writes unsaved edits to a file of this process, so that neither a crash nor SIGTERM (such as at a
+/// logout) loses them. Saving or leaving the document removes the file.
 class Recovery : public QObject {
     Q_OBJECT
 

@@ -49,7 +49,7 @@ function nativeTime(scene: object): number {
     return median(rows.slice(20).map((row) => Number(row.split(",")[column])));
 }
 
-/** Milliseconds of the page's own thread by what it did, since the session began to count. */
+/** Milliseconds of the page's own thread by kind of work, since the counters were switched on. */
 async function pageTimes(session: CDPSession): Promise<Record<string, number>> {
     const { metrics } = await session.send("Performance.getMetrics");
     return Object.fromEntries(metrics.map(({ name, value }) => [name, 1000 * value]));

@@ -68,14 +68,14 @@ export class Drawing {
     erasing = false;
 
     constructor(
-        private readonly library: Library,
+        private readonly voxam: Library,
         private readonly view: View,
         private readonly plate: Plate,
         private readonly redraw: () => void,
         private readonly announce: (text: string) => void,
     ) {
-        library.on("score", (report) => this.takeScore(report.number, report.score));
-        library.on("reference", (report) => this.takeRival(report.score));
+        voxam.on("score", (report) => this.takeScore(report.number, report.score));
+        voxam.on("reference", (report) => this.takeRival(report.score));
         const brush = byId<HTMLInputElement>("brush");
         const showBrush = () => {
             this.brush = brush.valueAsNumber;
@@ -104,7 +104,7 @@ export class Drawing {
         this.key = key;
         this.best = Math.max(this.best, recall(BEST + key));
         this.isOn = true;
-        this.library.send({ kind: "reference", refinement: this.detail });
+        this.voxam.send({ kind: "reference", refinement: this.detail });
         this.score();
         this.show();
     }
@@ -254,7 +254,7 @@ export class Drawing {
         this.stopBending();
         this.showNumbers();
         const request = { number: ++this.lastNumber, cells: this.cells, refinement: this.detail };
-        this.library.send({ kind: "score", ...request });
+        this.voxam.send({ kind: "score", ...request });
         this.redraw();
     }
 

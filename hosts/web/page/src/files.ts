@@ -18,7 +18,7 @@ export class Files {
     constructor(
         private readonly scene: SceneDocument,
         private readonly sceneToShare: () => SceneFile,
-        private readonly library: Library,
+        private readonly voxam: Library,
         private readonly openText: (text: string, name: string) => void,
         private readonly paintPicture: () => HTMLCanvasElement,
         private readonly complain: (text: string) => void,
@@ -120,7 +120,7 @@ export class Files {
 
     private async saveScene(): Promise<void> {
         const question = { text: JSON.stringify(this.sceneToShare()), name: this.scene.name };
-        const text = await this.library.ask<string>({ kind: "format", ...question });
+        const text = await this.voxam.ask<string>({ kind: "format", ...question });
         download(`${this.stem}.json`, new Blob([text], { type: "application/json" }));
     }
 
@@ -133,7 +133,7 @@ export class Files {
         type: string,
         encode: (contours: Contour[], grid: SceneFile["grid"]) => string,
     ): Promise<void> {
-        const contours = await this.library.ask<Contour[]>({ kind: "outline" });
+        const contours = await this.voxam.ask<Contour[]>({ kind: "outline" });
         const content = encode(contours, this.scene.scene.grid);
         download(`${this.stem}.${ending}`, new Blob([content], { type }));
     }

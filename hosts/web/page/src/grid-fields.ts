@@ -15,7 +15,7 @@ export class GridFields {
 
     constructor(
         private readonly scene: SceneDocument,
-        private readonly library: Library,
+        private readonly voxam: Library,
         private readonly complain: (text: string) => void,
     ) {
         for (let detail = 1; detail <= MOST_DETAIL; ++detail) {
@@ -53,7 +53,7 @@ export class GridFields {
         const { whole } = this.scene.state;
         const text = JSON.stringify({ ...whole, subdivision: detail, meshFactor: detail });
         const question = { text, name: this.scene.name, width, height };
-        const answer = await this.library.ask<string>({ kind: "resize", ...question });
+        const answer = await this.voxam.ask<string>({ kind: "resize", ...question });
         this.scene.replace(JSON.parse(answer) as SceneFile);
     }
 }

@@ -27,7 +27,7 @@ class Page {
     private readonly stage = byId("stage");
     private readonly panel = byId("panel");
     private readonly view = new View();
-    private readonly library = new Library();
+    private readonly voxam = new Library();
     private readonly scene = new SceneDocument(start);
     private readonly plate = new Plate(byId<HTMLCanvasElement>("plate"), this.view);
     private readonly signs = new Signs(
@@ -43,21 +43,21 @@ class Page {
     private readonly loadFields = new LoadFields(this.scene, this.signs);
     private readonly numbers = new Numbers((text) => this.announce(text));
     private readonly drawing = new Drawing(
-        this.library,
+        this.voxam,
         this.view,
         this.plate,
         () => this.redraw(),
         (text) => this.announce(text),
     );
     private readonly views = new Views(
-        this.library,
+        this.voxam,
         this.plate,
         () => this.scene.scene.grid,
         () => this.drawing.isOn,
         () => this.redraw(),
     );
     private readonly toolOptions = new ToolOptions(this.hand);
-    private readonly gridFields = new GridFields(this.scene, this.library, (text) =>
+    private readonly gridFields = new GridFields(this.scene, this.voxam, (text) =>
         this.complain(text),
     );
     private revision = 0;
@@ -81,7 +81,7 @@ class Page {
         new Files(
             this.scene,
             () => this.sceneToShare,
-            this.library,
+            this.voxam,
             (text, name) => this.openText(text, name),
             () => this.paintPicture(),
             (text) => this.complain(text),
@@ -106,7 +106,7 @@ class Page {
 
     /** The library reads it: only then it is a scene. */
     private openText(text: string, name: string): void {
-        this.library
+        this.voxam
             .ask<string>({ kind: "format", text, name })
             .then((formatted) => this.openScene(JSON.parse(formatted) as SceneFile, name))
             .catch((error: unknown) => this.complain((error as Error).message));
@@ -129,7 +129,7 @@ class Page {
         this.setMode(false);
         this.signs.selected = 0;
         byId<HTMLInputElement>("move-blob").checked = false;
-        this.library.send({ kind: "moveBlob", on: false });
+        this.voxam.send({ kind: "moveBlob", on: false });
         this.given = given;
         this.scene.open(problem, name);
     }
@@ -160,7 +160,7 @@ class Page {
     private send(scene: SceneFile, restart: boolean): void {
         const text = JSON.stringify(scene);
         const revision = ++this.revision;
-        this.library.send({ kind: "open", revision, text, name: this.scene.name, restart });
+        this.voxam.send({ kind: "open", revision, text, name: this.scene.name, restart });
     }
 
     private showScene(): void {
@@ -181,8 +181,8 @@ class Page {
     // ---- the library ---------------------------------------------------------------------------
 
     private bindLibrary(): void {
-        const { library } = this;
-        library.on("opened", ({ revision, kinds, findings, timeline }) => {
+        const { voxam } = this;
+        voxam.on("opened", ({ revision, kinds, findings, timeline }) => {
             if (revision !== this.revision || this.drawing.isOn) return;
             this.scene.follow(timeline, kinds);
             this.plate.setKinds(this.scene.scene.grid, kinds);
@@ -194,24 +194,24 @@ class Page {
             this.showScene();
             this.redraw();
         });
-        library.on("frame", ({ frame }) => this.takeFrame(frame));
-        library.on("settled", ({ revision, compliance }) => {
+        voxam.on("frame", ({ frame }) => this.takeFrame(frame));
+        voxam.on("settled", ({ revision, compliance }) => {
             if (revision !== this.revision) return;
             if (compliance === undefined) this.numbers.setState("settled");
             else this.numbers.showDrawn(compliance);
         });
-        library.on("stopped", ({ revision, text, resumesAt }) => {
+        voxam.on("stopped", ({ revision, text, resumesAt }) => {
             if (revision !== 0 && revision !== this.revision) return;
             const then = resumesAt ? ` The timeline goes on at iteration ${resumesAt}.` : "";
             this.stop(remedyOf(text) + then);
         });
-        library.on("refused", ({ revision, text }) => {
+        voxam.on("refused", ({ revision, text }) => {
             if (revision === this.revision) this.stop(text);
         });
     }
 
     private takeFrame(frame: Frame): void {
-        this.library.send({ kind: "shown" });
+        this.voxam.send({ kind: "shown" });
         const { grid } = this.scene.scene;
         const { columns, picture, revision } = frame;
         // Of a plate that is no more?
@@ -387,7 +387,7 @@ class Page {
 
     private setPlaying(plays: boolean): void {
         this.isPlaying = plays;
-        this.library.send({ kind: "play", on: plays });
+        this.voxam.send({ kind: "play", on: plays });
         const button = byId("pause");
         button.dataset["icon"] = plays ? "pause" : "play";
         button.setAttribute("aria-label", plays ? "Pause" : "Go on");
@@ -419,7 +419,7 @@ class Page {
         });
         byId("move-blob").addEventListener("change", (event) => {
             const { checked } = event.target as HTMLInputElement;
-            this.library.send({ kind: "moveBlob", on: checked });
+            this.voxam.send({ kind: "moveBlob", on: checked });
             this.numbers.setState("forming");
         });
         for (const dialog of document.querySelectorAll("dialog")) {

@@ -18,7 +18,7 @@ export class Views {
     private score: DesignScore | undefined;
 
     constructor(
-        private readonly library: Library,
+        private readonly voxam: Library,
         private readonly plate: Plate,
         private readonly grid: () => Grid,
         private readonly isDrawing: () => boolean,
@@ -27,7 +27,7 @@ export class Views {
         for (const box of [this.deformed, this.energies]) {
             box.addEventListener("change", () => this.follow());
         }
-        library.on("view", ({ score }) => {
+        voxam.on("view", ({ score }) => {
             this.score = score;
             this.show();
         });
@@ -38,7 +38,7 @@ export class Views {
         const isWanted = this.deformed.checked || this.energies.checked;
         const detail = isWanted ? detailOf(this.grid()) : 0;
         if (detail !== this.detail) this.score = undefined;
-        if (isWanted || this.detail > 0) this.library.send({ kind: "view", refinement: detail });
+        if (isWanted || this.detail > 0) this.voxam.send({ kind: "view", refinement: detail });
         this.detail = detail;
         byId("view-scale").hidden = !this.energies.checked;
         this.show();
@@ -49,7 +49,7 @@ export class Views {
         this.score = undefined;
         this.detail = 0;
         this.plate.look = undefined;
-        this.library.send({ kind: "view", refinement: 0 });
+        this.voxam.send({ kind: "view", refinement: 0 });
     }
 
     private show(): void {
