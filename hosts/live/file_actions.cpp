@@ -132,10 +132,9 @@ void FileActions::makeNew() {
     emit loaded(std::nullopt);
 }
 
-bool FileActions::recover() {
+bool FileActions::recover(Recovery& own) {
     const auto found = Recovery::find();
     if (!found) return false;
-    Recovery::forget(*found);
     const QString name =
         found->original.empty() ? tr("A new scene") : pathText(found->original.filename());
     const auto answer = QMessageBox::question(
@@ -144,10 +143,15 @@ bool FileActions::recover() {
            "Recover them?")
             .arg(name),
         QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-    if (answer != QMessageBox::Yes) return false;
+    if (answer != QMessageBox::Yes) {
+        Recovery::forget(*found);
+        return false;
+    }
     Scene scene = found->scene;
     if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
     document.recover(std::move(scene), found->original);
+    own.keep();  // before the old file goes, so that a crash loses nothing
+    Recovery::forget(*found);
     stampFile();
     emit loaded(std::nullopt);
     return true;

@@ -10,6 +10,8 @@
 
 #include "document.h"
 
+class Recovery;
+
 /// Opens and saves the document, remembers files, and asks before changes are lost.
 class FileActions : public QObject {
     Q_OBJECT
@@ -33,10 +35,12 @@ public:
     /// Returns false when the user wants to keep working on the document.
     bool mayDiscard();
 
-    /// Offers what another run of the program left unsaved. Returns whether it is open.
-    bool recover();
+    /// Offers the unsaved edits of another run of the program. If the user accepts them, `own`
+    /// writes them to the file of this process before the old file is removed. Returns whether the
+    /// edits are open.
+    bool recover(Recovery& own);
 
-    /// What is saved beside a scene: the design that is seen, or none.
+    /// The design to save next to the scene file: the design on the plate, or none.
     void setDesignSource(std::function<std::optional<Field>()> source) {
         design = std::move(source);
     }
@@ -65,7 +69,7 @@ private:
     void remember(const std::filesystem::path& file);
     void fillRecentMenu();
 
-    /// Tells whether a file is still the one that was read or written.
+    /// Whether a file is unchanged since it was read or written.
     struct FileStamp {
         std::filesystem::file_time_type time;
         std::uintmax_t size = 0;

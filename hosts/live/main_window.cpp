@@ -316,7 +316,7 @@ void MainWindow::connectRun() {
 bool MainWindow::open(const std::filesystem::path& file) { return files->load(file); }
 
 void MainWindow::openAny() {
-    if (files->recover()) return;
+    if (files->recover(recovery)) return;
     const auto last = files->lastFile();
     if (!last.empty() && open(last)) return;
     // Without any scene there would be no plate to work on.
@@ -395,7 +395,7 @@ void MainWindow::showTitle() {
 }
 
 void MainWindow::showProblems() {
-    // Beside a drawing, the headers tell of the designs.
+    // While drawing, the headers describe the designs.
     Problems problems = problemsOf(bench.document.scene(), run.refusal(),
                                    drawing->isActive() ? std::nullopt : settledScore);
     if (drawing->isActive() && !problems.text.isEmpty())
