@@ -11,10 +11,10 @@
 /// to where it is least useful. Vectors have one value per coarse element, counted column by
 /// column.
 struct Blob {
-    /// Whose interface: the blob's, or that of the disc with the blob's area.
+    /// The region that an interface encloses: the blob, or the disc with the blob's area.
     enum class Shape { BLOB, CIRCLE };
 
-    /// No element is in the blob. `radius` is that of the sensitivity filter in coarse elements.
+    /// An empty blob. `radius` is the radius of the sensitivity filter in coarse elements.
     /// Throws std::bad_alloc.
     Blob(unsigned nelx, unsigned nely, double radius);
 

@@ -6,8 +6,8 @@
 
 /// Cone filter of a grid of nx x ny cells, counted column by column: a weighted mean of each cell
 /// and its neighbours, in which the weight of two cells is the radius less their distance, at
-/// least 0. The weights depend on the distance only, so one cone stands for the symmetric matrix of
-/// all of them: a product with it reads no matrix from memory.
+/// least 0. The weights form a symmetric matrix. They depend only on the distance, so the filter
+/// stores one cone of weights instead of the matrix, and a product reads no matrix from memory.
 class ConeFilter {
 public:
     /// A cell at a distance in columns and rows, and its weight, which is above 0.

@@ -14,9 +14,9 @@
 /// the displacements of every load case. The pattern of the matrix never changes, so it is built
 /// and analysed once.
 ///
-/// A solve calls the operations in the order of this header; it may analyse before it holds. Each
-/// solver passes in what it does differently: how it rounds the direction of a support, and what a
-/// support does to the stiffness. It adds the stiffness of its elements to K between
+/// A solve calls the operations in the order of this header; it may analyse before it holds. The
+/// solvers differ in two rules, which they pass in: how to round the direction of a support, and
+/// how a support changes the stiffness. A solver adds the stiffness of its elements to K between
 /// fillWithZeros() and hold().
 struct Equilibrium {
     /// How a solver reads the direction of a support: the degree of freedom that a support at
@@ -26,7 +26,7 @@ struct Equilibrium {
     /// Truncates the direction towards zero: 0.9 and -0.5 hold x, 1.7 holds y.
     static double truncatedDof(unsigned node, float direction);
 
-    /// What a support does to the stiffness on the diagonal (penalty method).
+    /// How a support changes the stiffness on the diagonal (penalty method).
     enum class SupportStiffness { REPLACES, ADDS };
 
     /// Stiffness on the diagonal of a supported degree of freedom.

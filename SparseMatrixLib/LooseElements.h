@@ -11,9 +11,9 @@
 ///
 /// Returns 1 for each element of loose material and 0 for all others. The stiffness matrix of the
 /// remaining material is positive definite for any moduli. A strut that can turn about its end is
-/// loose, and so is material that only this strut holds. The time grows with the number of elements
-/// and of pinned bodies. The search gives up at some ten thousand bodies without an obvious answer:
-/// they count as held. Throws std::bad_alloc.
+/// loose. Material held only by such a strut is loose, too. The time grows with the number of
+/// elements and of pinned bodies. The search gives up at some ten thousand bodies without an
+/// obvious answer: they count as held. Throws std::bad_alloc.
 std::vector<unsigned char> findLooseElements(unsigned nelx, unsigned nely,
                                              std::vector<unsigned char> solid,
                                              const std::vector<unsigned char>& held);

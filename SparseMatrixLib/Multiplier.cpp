@@ -18,10 +18,10 @@ constexpr int MOST_INTERPOLATIONS = 20;
 
 double relativeWidth(double l1, double l2) { return (l2 - l1) / (l2 + l1); }
 
-// Tells on which side of the multiplier others lie, of an excess that never rises with a multiplier
-// above 0. What it was told of two multipliers answers for all but those between them, and these
-// two it draws together by interpolation. So a fine bisection, whose steps are part of every
-// result, asks for few designs.
+// Decides whether a candidate is below the multiplier. The excess never rises with a candidate
+// above 0, so two known candidates decide all others except those between them. Interpolation moves
+// these two close to each other. The fine bisection, whose steps every result depends on, then
+// needs few designs.
 class Sides {
 public:
     Sides(const std::function<double(double)>& excessOf, double tolerance)
@@ -94,7 +94,7 @@ private:
 
     const std::function<double(double)>& excessOf;
     double tolerance;
-    Known below = {0.0, 0.0};  // the ends of what is not known
+    Known below = {0.0, 0.0};  // the ends of the undecided interval
     Known above = {std::numeric_limits<double>::infinity(), 0.0};
     bool hasAsked = false;
     double lastAsked = 0.0;

@@ -18,9 +18,9 @@ extern const AssemblyStrategy ASSEMBLY_STRATEGIES[4];
 
 /// Assembles nelx x nely elements of 2 x 2 half full cells that many times by one strategy, in
 /// single precision, and returns their densities. Adds the time of the pattern's builds to
-/// `buildTime`, in milliseconds. `stiffness`, if not null, receives the matrix: that of the last
-/// assembly, or the sum of all if the matrix is reused. A parallel assembly leaves out the last
-/// column if the number of columns is odd.
+/// `buildTime`, in milliseconds. `stiffness`, if not null, receives the matrix of the last
+/// assembly, or the sum of all assemblies if the matrix is reused. A parallel assembly leaves out
+/// the last column if the number of columns is odd.
 kmat::DenseMatrix runTest(int nelx, int nely, const AssemblyStrategy& strategy, int iterations,
                           double& buildTime, kmat::SparseMatrix* stiffness = nullptr);
 

@@ -45,8 +45,8 @@ constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{17}
 constexpr std::size_t BLAS_BUFFER_SIZE = std::size_t{sizeof(void*) > 4 ? 129 : 33} << 20;
 #endif
 
-// OpenBLAS may have started its own threads a moment ago, as it does anew in a forked process. They
-// need room, too, even though they will get no work.
+// OpenBLAS may have started its own threads a moment ago: in a forked process it starts them again.
+// They need room, too, although they get no work.
 void takeBlasBuffer(int blasThreads) {
     static bool taken = false;
     if (taken) return;

@@ -258,7 +258,7 @@ VOXAM_API void _InitVoxamGame(int nelx, int nely, int ndopt, int ndvis, int load
  * 60 designs: the factor is 1.1e-8 to 3.6e-8 for a force at one node, and less for a force that is
  * spread along an edge. So a score is accurate to 1 % while solid elements times compliance is
  * below 3e5, as for a compact plate of 60 x 40 elements. From 3e6 on, which 100 x 10 elements
- * exceed, it may be any number, too high or too low. To tell users what a design is worth, call
+ * exceed, it may be any number, too high or too low. To rate designs for users, call
  * _SolveVoxamAnalysis.
  *
  * A part of the design that touches nothing may make the plate unsolvable: in single precision, the
@@ -285,7 +285,7 @@ VOXAM_API double _SolveVoxamGame(const float* densities, float* elementValues);
 VOXAM_API void _DestroyVoxamGame(void);
 
 /* ------------------------------------------------------------------------------------------------
- * Analysis: what a design is worth, in double precision
+ * Analysis: the compliance of a design, in double precision
  * --------------------------------------------------------------------------------------------- */
 
 /** What _SolveVoxamAnalysis returns. */

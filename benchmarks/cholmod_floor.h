@@ -11,8 +11,8 @@
 /// CHOLMOD alone: numeric factorisation and one solution by its shared library as the system has
 /// it, with its team of OpenMP and the BLAS held at one thread. OpenBLAS uses the best kernels for
 /// the processor, unless the environment has VOXAM_FLOOR=system, or OPENBLAS_CORETYPE. However the
-/// library is linked, this is what it takes to solve the equations of a design by calls of the
-/// CHOLMOD that is at hand.
+/// library is linked, this is the cost of solving the equations of a design with the CHOLMOD of the
+/// system.
 class CholmodFloor {
 public:
     /// Copies and analyses a built symmetric matrix, and copies a force vector. Throws

@@ -58,8 +58,7 @@ Compared compared(const fs::path& file, const CompareOptions& options) {
     return {name, std::move(scene), std::move(warnings), std::move(verdict)};
 }
 
-/// Designs with one and the same compliance as drawn share a rank; one that is not supported has
-/// none.
+/// Designs with equal compliance as drawn share a rank. A design that is not supported has no rank.
 void rank(std::vector<Compared>& designs) {
     for (Compared& each : designs) {
         if (!each.isSupportedAsDrawn()) continue;

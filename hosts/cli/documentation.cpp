@@ -107,7 +107,7 @@ std::string wordsOf(const CLI::App& command) {
     return words;
 }
 
-/// The values of an option that takes one of a few words, or nothing: they stand in its help
+/// The words that an option accepts, or nothing if it accepts any text. They are in its help
 /// between bars, and files have a dot.
 std::string choicesOf(const CLI::Option& option) {
     const std::string type = option.get_type_name();
@@ -116,7 +116,7 @@ std::string choicesOf(const CLI::Option& option) {
     return isChoice ? replaced(type, "|", " ") : "";
 }
 
-/// The words that may follow a command, such as templates; files where there are none.
+/// The words that may follow a command, such as templates; empty if files follow.
 std::string firstWordsOf(const CLI::App& command) {
     const Options positionals = optionsOf(command, true);
     return positionals.empty() ? "" : choicesOf(*positionals.front());

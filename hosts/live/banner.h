@@ -3,8 +3,9 @@
 #include <QFrame>
 #include <QLabel>
 
-/// Two lines below the plate. They say what is wrong and what to do, or else what the scene is
-/// about. They keep their place, so that the plate does not jump when a problem comes and goes.
+/// Two lines below the plate with the current problem and its remedy, or else with the description
+/// of the scene. They keep their place, so that the plate does not jump when a problem comes and
+/// goes.
 class Banner : public QFrame {
     Q_OBJECT
 
@@ -13,7 +14,7 @@ public:
 
     /// An empty text ends the problem.
     void say(const QString& text, const QString& advice);
-    /// What is said while nothing is wrong.
+    /// The text to show while there is no problem.
     void setHint(const QString& text);
     /// The problem; empty when all is well.
     QString text() const { return problem; }

@@ -12,10 +12,10 @@ namespace {
 
 constexpr double BRONZE_FROM = 85;
 constexpr double SILVER_FROM = 95;
-constexpr double GOLD_FROM = 99.95;  // what is told as 100
+constexpr double GOLD_FROM = 99.95;  // is shown as 100
 
 QString keyOf(Scene scene) {
-    // What does not change the task does not begin a new one.
+    // Members that do not change the task are reset, so that they do not make a new one.
     scene.title = "problem";
     scene.description.clear();
     scene.densities.reset();

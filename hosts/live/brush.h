@@ -14,7 +14,7 @@ struct Brush {
     bool isRound = true;
 };
 
-/// Whether what a hand draws is drawn on the other side of the plate's middle as well.
+/// Whether a stroke is also drawn mirrored at the plate's middle.
 struct Mirror {
     bool isLeftRight = false;
     bool isTopBottom = false;

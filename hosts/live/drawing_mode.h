@@ -11,8 +11,8 @@
 #include "plate_view.h"
 #include "score_header.h"
 
-/// Drawing a design by hand, which is scored as it grows, beside the optimiser's design. Both may
-/// fill the volume of the scene, and what is kept void and solid binds both.
+/// Drawing a design by hand next to the optimiser's design. Each stroke is scored. The volume of
+/// the scene and its kept areas limit both designs.
 class DrawingMode : public QObject {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ public:
 
     QList<QAction*> actions() const { return {startEmpty, startFromDesign}; }
 
-    /// The drawing with what is kept void and solid; null before the mode was active.
+    /// The drawing with the kept areas; null before the mode was active.
     const std::shared_ptr<const Field>& design() const { return drawing; }
     Match match() const;
     const std::optional<ScoreResult>& score() const { return drawingScore; }
@@ -43,7 +43,7 @@ public:
 
 private:
     void followScene();
-    /// An edit of the task begins the rival anew.
+    /// An edit of the task restarts the rival.
     void followRun();
     void forgetRival();
     void takeScore(const ScoreResult& result);

@@ -40,7 +40,7 @@ struct ScoreResult {
     std::uint64_t revision = 0;
     Field design;
     Assessment assessment;
-    Findings warnings;       ///< of the optimiser's design: where it is not what it seems to be
+    Findings warnings;       ///< about the optimiser's design
     bool isSettled = false;  ///< of the optimiser's design: no better one will come
 
     bool isSupported() const { return assessment.problems.empty(); }

@@ -173,7 +173,7 @@ void LiveRun::sendSettings() {
     settings.scene = sceneToOptimise();
     settings.scoredRefinement = refinementToScore();
     ++settings.revision;
-    // An edit of a design that only was shown lets it form.
+    // An edit starts the optimiser, also where only a saved design was shown.
     if (std::exchange(isSavedShown, false)) setPlaying(true);
     wake();
     worker.send(settings);
@@ -209,7 +209,7 @@ void LiveRun::fetch() {
     std::erase_if(numbers, [this](const auto& each) { return each.revision < firstRevision; });
     if (hasFrame) {
         std::swap(front, spare);
-        // Since then there was an edit, or the wish to go on.
+        // An edit or the user has restarted the run since then.
         front.isSettled = front.isSettled && front.numbers.revision == settings.revision;
         // An edit of the blob starts from where it is.
         bench.setMovedBlob(front.blob);

@@ -20,7 +20,7 @@ public:
     explicit LiveRun(Workbench& workbench);
 
     bool isPlaying() const { return playing; }
-    /// Playing lets a settled design go on as well.
+    /// Playing also continues a settled design.
     void setPlaying(bool plays);
 
     RunState state() const;
@@ -68,7 +68,7 @@ signals:
     /// The scene's own timeline has changed it.
     void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
-    /// The optimiser's design: beside a drawing all along, else once it has settled.
+    /// The score of the optimiser's design: during a drawing at any time, else once it has settled.
     void designScored(const ScoreResult& result);
     void workerHasNews();
 

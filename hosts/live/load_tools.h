@@ -49,7 +49,7 @@ private:
 
     std::optional<Hold> held;
     QElapsedTimer sinceKey;
-    std::pair<QString, std::size_t> lastByKey;  // what was done, and to which load
+    std::pair<QString, std::size_t> lastByKey;  // the action, and the index of its load
     int keyGesture = Document::NO_GESTURE;
 };
 

@@ -73,7 +73,7 @@ private:
     void showFloating();
     void showDocks(bool shows);
     std::optional<Field> designToSave() const;
-    /// Whether the design on the plate is the one that was scored.
+    /// Whether the score belongs to the design on the plate.
     bool isSettledShown() const;
     void showTitle();
     void showProblems();

@@ -4,16 +4,15 @@
 
 #include "frame.h"
 
-/// A drawing beside the optimiser's design, both for one budget of material.
+/// A drawing compared with the optimiser's design, for the same budget of material.
 struct Match {
-    /// How the drawing stands.
     enum class State {
-        NO_SCORE,     ///< the drawing has none yet
+        NO_SCORE,     ///< the drawing has no score yet
         EMPTY,        ///< nothing is drawn yet
-        UNSUPPORTED,  ///< the drawing does not hold
+        UNSUPPORTED,  ///< the supports do not hold the drawing
         OVER_BUDGET,  ///< no verdict: it has more material than is allowed
         RIVAL_AT_WORK,
-        RIVAL_FAILED,  ///< the optimiser's design does not hold as drawn
+        RIVAL_FAILED,  ///< the supports do not hold the optimiser's design as drawn
         DECIDED
     };
 
@@ -21,7 +20,7 @@ struct Match {
     double percent = 0;  ///< stiffness of the drawing in percent of the optimiser's; when decided
 };
 
-/// Material that counts, as a share of the plate: without what hangs on nothing.
+/// Material that counts, as a share of the plate: without floating parts.
 double carriedShare(const ScoreResult& result);
 
 /// `budget` is the share of the plate that both may fill. There is no verdict before the

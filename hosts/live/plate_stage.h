@@ -9,8 +9,8 @@
 #include "result_line.h"
 #include "score_header.h"
 
-/// The middle of the window: the plate and, while a design is drawn, the rival beside it; below
-/// them what the design is worth and what is wrong with it.
+/// The middle of the window: the plate and, while a design is drawn, the rival next to it. The
+/// result line and the banner are below them.
 class PlateStage : public QWidget {
     Q_OBJECT
 

@@ -21,7 +21,7 @@ struct Problems {
 /// a scene file.
 QString sentenceOf(const Finding& finding);
 
-/// `refusal` is what the library last said about the scene, `result` what the settled design is
+/// `refusal` is the library's last text about the scene, `result` the score of the settled design
 /// worth, if it has settled.
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,
                     const std::optional<ScoreResult>& result = std::nullopt);

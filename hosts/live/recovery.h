@@ -7,8 +7,8 @@
 
 #include "document.h"
 
-/// Writes unsaved edits to a file of this process, so that neither a crash nor SIGTERM (such as at a
-/// logout) loses them. Saving or leaving the document removes the file.
+/// Writes unsaved edits to a file of this process, so that neither a crash nor SIGTERM (such as at
+/// a logout) loses them. Saving or leaving the document removes the file.
 class Recovery : public QObject {
     Q_OBJECT
 
@@ -17,18 +17,18 @@ public:
     /// The program ends in order: there is nothing to recover.
     ~Recovery() override;
 
-    /// What another run of the program left behind.
+    /// Edits that another run of the program left behind.
     struct Found {
         std::filesystem::path kept;      ///< the file with the edits
         std::filesystem::path original;  ///< the file that was edited; empty for a new scene
         Scene scene;
     };
-    /// The newest one whose program has ended.
+    /// The newest edits of a program that has ended.
     static std::optional<Found> find();
-    /// Once it was opened, or refused.
+    /// Removes the file, after the user has opened or declined the edits.
     static void forget(const Found& found);
 
-    /// Writes now what is not saved.
+    /// Writes the unsaved edits now.
     void keep();
     /// This process's file.
     static std::filesystem::path file();

@@ -21,7 +21,7 @@ ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), lin
     QFont bold = word->font();
     bold.setBold(true);
     word->setFont(bold);
-    // Wide enough for each of the words, so that the line beside it stands still.
+    // Wide enough for each word, so that the text next to it does not move.
     for (const RunState state : {RunState::COMPUTING, RunState::AS_SAVED, RunState::FORMING})
         word->setMinimumWidth(
             std::max(word->minimumWidth(), word->fontMetrics().horizontalAdvance(wordFor(state))));

@@ -7,7 +7,7 @@
 #include "frame.h"
 #include "run_state.h"
 
-/// The one line below the plate that says what the optimiser is doing and what its design is worth.
+/// The line below the plate: the state of the optimiser and the score of its design.
 class ResultLine : public QWidget {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
 
     /// `seconds` is how long the present iteration has taken.
     void showState(RunState state, const IterationNumbers& numbers, int seconds);
-    /// What the settled design is worth; none while it forms.
+    /// The score of the settled design; none while it forms.
     void showScore(std::optional<ScoreResult> result);
 
     QString text() const { return word->text() + ": " + line->text(); }

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What the optimiser is doing, as the window says it in words.
+/// The state of the optimiser that the window shows.
 enum class RunState {
     AS_SAVED,   ///< the design of the file is shown; nothing runs
     FORMING,    ///< iterations follow one another

@@ -7,15 +7,15 @@
 
 using namespace voxam;
 
-// A document is a scene and the design that was seen when it was saved. The optimiser cannot begin
-// with a design, so a run of the saved scene alone may take another topology. The design is a
-// picture beside the scene file, NAME.design.png.
+// A document is a scene and its design at the time of saving. The optimiser cannot start from a
+// design, so a new run of the saved scene may take another topology. The design is stored as a
+// picture next to the scene file, NAME.design.png.
 
 std::filesystem::path designFileOf(const std::filesystem::path& sceneFile);
 
-/// Writes the design beside its scene file, after that file. Throws InputError.
+/// Writes the design next to its scene file. Call it after writing the scene. Throws InputError.
 void writeDesignBeside(const std::filesystem::path& sceneFile, const Field& design);
 
-/// The design beside a scene file. None if there is none, if it has another size than the plate, or
-/// if the scene was written again since.
+/// The design next to a scene file. Empty if there is no design, if its size does not match the
+/// plate, or if the scene was written later.
 std::optional<Field> designBeside(const std::filesystem::path& sceneFile, const Scene& scene);

@@ -8,13 +8,13 @@
 
 using namespace voxam;
 
-/// Judges when a run has come to rest, so that nothing is computed that nobody would see.
+/// Decides when a run has settled, so that the window can stop computing.
 class Settling {
 public:
-    /// After an edit, or where an old run is to go on.
+    /// Call this after an edit, or to continue a settled run.
     void restart();
-    /// After each iteration. `lastChange` is the iteration of the last change of the timeline, 0
-    /// without one: no run rests before it.
+    /// Call this after each iteration. `lastChange` is the iteration of the last change of the
+    /// timeline, 0 without one: no run rests before it.
     void add(const Frame& frame, int lastChange);
 
     bool isSettled() const { return settled; }

@@ -1,12 +1,12 @@
 """Scene files, the JSON files that the program ``voxam optimise`` runs.
 
-Read are all keys that an optimisation needs: grid, loads, supports, loadCases, loadCasesInUse,
-volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob, timeline and title.
-Densities, which are for a score, are read by `read_scored`. Not read are description and $schema. Read and checked, but not
-used, are symmetry and elementSize, which concern files that the program writes. Forces reach the library in
-the unit of the largest one, and compliances come back in that of the scene, as in the program; of
-the checks that the program makes before a run and after it, only those of the package are made
-here.
+`read_scene` reads all keys that an optimisation needs: grid, loads, supports, loadCases,
+loadCasesInUse, volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob,
+timeline and title. It checks symmetry and elementSize, but does not use them: they concern files
+that the program writes. It ignores description and $schema. `read_scored` reads the densities of a
+design to score. As in the program, forces reach the library in the unit of the largest force, and
+compliances are returned in the unit of the scene. The package does not repeat the program's own
+checks before and after a run.
 """
 
 from __future__ import annotations
