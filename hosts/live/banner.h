@@ -3,9 +3,8 @@
 #include <QFrame>
 #include <QLabel>
 
-/// Two lines below the plate with the current problem and its remedy, or else with the description
-/// of the scene. They keep their place, so that the plate does not jump when a problem comes and
-/// goes.
+/// Two lines below the plate with the current problem and its remedy, or else with a hint. They
+/// keep their place, so that the plate does not jump when a problem comes and goes.
 class Banner : public QFrame {
     Q_OBJECT
 

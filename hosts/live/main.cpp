@@ -48,5 +48,6 @@ int main(int argc, char* argv[]) {
     window.endOnSignals();
     window.show();
     if (scenes.isEmpty() || !window.open(scenes.front().toStdString())) window.openAny();
+    window.offerTour();
     return QApplication::exec();
 }

@@ -11,6 +11,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <algorithm>
 #include <utility>
 
 #include "action_text.h"
@@ -38,6 +39,7 @@ QString flawOf(const ScoreResult& result) {
 }
 
 constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
+constexpr const char* KEEP_VOID_KEY = "O";
 constexpr double ORDINARY_RATE = 60;  // Hz, for a screen that does not tell
 constexpr int MESSAGE_TIME = 6000;    // ms
 constexpr QSize DEFAULT_SIZE(1280, 820);
@@ -60,6 +62,7 @@ MainWindow::MainWindow() : run(bench), recovery(bench.document) {
     makeDocks();
     makeMenus();
     makeToolBars();
+    makeStartHere();
     connectDocument();
     connectRun();
     restoreLayout();
@@ -76,6 +79,7 @@ MainWindow::~MainWindow() {
 void MainWindow::makeParts() {
     stage = new PlateStage;
     setCentralWidget(stage);
+    hint = new FirstHint(bench, stage->plate());
     tools = std::make_unique<ToolBox>(bench, stage->plate());
     files = std::make_unique<FileActions>(bench.document, *this);
     views = std::make_unique<ViewActions>(*this);
@@ -192,7 +196,8 @@ void MainWindow::makeMenus() {
     QMenu* view = menuBar()->addMenu(tr("&View"));
     views->fillMenu(*view);
     for (QDockWidget* dock : docks) view->addAction(dock->toggleViewAction());
-    makeHelp(*menuBar()->addMenu(tr("&Help")));
+    help = menuBar()->addMenu(tr("&Help"));
+    makeHelp(*help);
 }
 
 void MainWindow::makeHelp(QMenu& menu) {
@@ -235,6 +240,28 @@ void MainWindow::makeToolBars() {
     addToolBar(Qt::LeftToolBarArea, palette);
 }
 
+void MainWindow::makeStartHere() {
+    const std::vector<QAction*>& plateTools = tools->plateActions();
+    const auto keepVoid = std::find_if(plateTools.begin(), plateTools.end(), [](QAction* tool) {
+        return tool->shortcut() == QKeySequence(KEEP_VOID_KEY);
+    });
+    startHere = std::make_unique<StartHere>(
+        StartHere::Parts{*this, bench, stage->plate(), *docks[0],
+                         *docks[0]->findChild<QWidget*>("volume"), **keepVoid, *drawMode, *gallery,
+                         [this] { return files->open(shippedScenes() / FIRST_SCENE); }});
+    help->insertAction(help->actions().front(), startHere->action);
+    for (const auto* mode : {&tools->plateActions(), &tools->drawingActions()})
+        for (QAction* tool : *mode)
+            connect(tool, &QAction::toggled, this, &MainWindow::showToolHint);
+    showToolHint();
+}
+
+void MainWindow::showToolHint() {
+    for (const auto* mode : {&tools->plateActions(), &tools->drawingActions()})
+        for (const QAction* tool : *mode)
+            if (tool->isChecked()) stage->banner().setHint(tool->statusTip());
+}
+
 void MainWindow::restoreLayout() {
     const QSettings settings;
     resize(DEFAULT_SIZE.boundedTo(screen()->availableSize() - FRAME_SIZE));
@@ -252,7 +279,8 @@ void MainWindow::connectDocument() {
         stage->setPlateSize(scene.width, scene.height);
         stage->plate().setScene(bench.document.snapshot());
         statusBar()->clearMessage();
-        stage->banner().setHint(QString::fromStdString(scene.description));
+        stage->caption().show(QString::fromStdString(scene.title),
+                              QString::fromStdString(scene.description));
         showProblems();
     });
     connect(&document, &Document::opened, this, [this] {
@@ -327,6 +355,7 @@ void MainWindow::setDrawing(bool draws) {
     drawMode->setChecked(draws);
     stage->setDrawing(draws);
     tools->setDrawing(draws);
+    hint->setDrawing(draws);
     drawing->setActive(draws);
     showDocks(!draws);
     // Now, or a hand that is quick would still meet the plate at its old place.

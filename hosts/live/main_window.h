@@ -10,6 +10,7 @@
 #include "export_actions.h"
 #include "field_manners.h"
 #include "file_actions.h"
+#include "first_hint.h"
 #include "live_run.h"
 #include "numbers_panel.h"
 #include "plate_stage.h"
@@ -17,6 +18,7 @@
 #include "recorder.h"
 #include "recovery.h"
 #include "run_actions.h"
+#include "start_here.h"
 #include "tool_box.h"
 #include "view_actions.h"
 #include "workbench.h"
@@ -38,6 +40,9 @@ public:
 
     void setDrawing(bool draws);
 
+    /// Offers the tour at the first start of the program.
+    void offerTour() { startHere->offerOnce(); }
+
     /// Keeps the edits when the user logs out or a signal ends the program.
     void endOnSignals() { recovery.endOnSignals(); }
 
@@ -47,6 +52,7 @@ public:
     PlateStage& plateStage() { return *stage; }
     DrawingMode& drawingMode() { return *drawing; }
     ExportActions& exporter() { return *exports; }
+    StartHere& tour() { return *startHere; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -63,6 +69,8 @@ private:
     void makeMenus();
     void makeHelp(QMenu& menu);
     void makeToolBars();
+    void makeStartHere();
+    void showToolHint();
     void connectDocument();
     void connectRun();
     void restoreLayout();
@@ -86,6 +94,7 @@ private:
     Recovery recovery;
     Recorder recorder;
     PlateStage* stage = nullptr;
+    FirstHint* hint = nullptr;
     NumbersPanel* numbers = nullptr;
     PlotPanel* plot = nullptr;
     BrushBar* brushBar = nullptr;
@@ -95,6 +104,7 @@ private:
     std::unique_ptr<RunActions> runActions;
     std::unique_ptr<ExportActions> exports;
     std::unique_ptr<DrawingMode> drawing;
+    std::unique_ptr<StartHere> startHere;
     FieldManners fieldManners;
     std::optional<ScoreResult> settledScore;
     int lastStep = 0;
@@ -104,6 +114,7 @@ private:
     QAction* deleteLoad = nullptr;
     QAction* drawMode = nullptr;
     QAction* gallery = nullptr;
+    QMenu* help = nullptr;
     QList<QDockWidget*> docks;
     QList<QDockWidget*> hiddenDocks;  // by showDocks(), not by the user
     bool areDocksShown = true;

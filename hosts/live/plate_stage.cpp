@@ -9,6 +9,7 @@ PlateStage::PlateStage(QWidget* parent)
       rivalView(new PlateView),
       header(new ScoreHeader(tr("Your design"))),
       otherHeader(new ScoreHeader(tr("The optimiser's design, as drawn"))),
+      sceneCaption(new SceneCaption),
       problem(new Banner),
       result(new ResultLine),
       rivalSide(new QWidget) {
@@ -36,6 +37,7 @@ PlateStage::PlateStage(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(sceneCaption);
     layout->addWidget(splitter, 1);
     colourLegend = new EnergyLegend;
     layout->addWidget(colourLegend);

@@ -7,10 +7,11 @@
 #include "energy_legend.h"
 #include "plate_view.h"
 #include "result_line.h"
+#include "scene_caption.h"
 #include "score_header.h"
 
 /// The middle of the window: the plate and, while a design is drawn, the rival next to it. The
-/// result line and the banner are below them.
+/// caption is above them, the result line and the banner are below.
 class PlateStage : public QWidget {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ public:
     PlateView& rival() { return *rivalView; }
     ScoreHeader& plateHeader() { return *header; }
     ScoreHeader& rivalHeader() { return *otherHeader; }
+    SceneCaption& caption() { return *sceneCaption; }
     Banner& banner() { return *problem; }
     ResultLine& resultLine() { return *result; }
 
@@ -41,6 +43,7 @@ private:
     PlateView* rivalView;
     ScoreHeader* header;
     ScoreHeader* otherHeader;
+    SceneCaption* sceneCaption;
     Banner* problem;
     ResultLine* result;
     QWidget* rivalSide;

@@ -29,6 +29,12 @@ QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
     return box;
 }
 
+/// A long text from its first word on.
+void showStart(QLineEdit& field, const QString& text) {
+    field.setText(text);
+    field.setCursorPosition(0);
+}
+
 /// Why the grid of `plate` is not possible for a scene; empty if it is.
 QString faultOf(const Scene& plate, const Scene& scene) {
     try {
@@ -76,6 +82,7 @@ QWidget* SettingsPanel::makeVolume() {
     volume->setKeyboardTracking(false);
     volume->setAccessibleName(volumeSlider->accessibleName());
     row->setToolTip(tr("Material to use, in percent of the plate"));
+    row->setObjectName("volume");
     row->setFocusProxy(volumeSlider);
     layout->addWidget(volumeSlider, 1);
     layout->addWidget(volume);
@@ -177,9 +184,10 @@ void SettingsPanel::showScene() {
     if (!hasSamePlate(scene, shown)) showGrid();
     // Setting a text moves the cursor in it.
     const QString name = QString::fromStdString(scene.title);
-    if (title->text() != name) title->setText(name);
+    if (title->text() != name) showStart(*title, name);
     const QString words = QString::fromStdString(scene.description);
-    if (description->text() != words) description->setText(words);
+    if (description->text() != words) showStart(*description, words);
+    description->setToolTip(words);
     movesBlob->setEnabled(!scene.blob.empty());
     isShowing = false;
     judgeGrid();

@@ -11,6 +11,7 @@ QObject* makeDrawingTest();
 QObject* makeEditingTest();
 QObject* makeExportTest();
 QObject* makeFileTest();
+QObject* makeGuideTest();
 QObject* makePanelTest();
 QObject* makeRandomTest();
 QObject* makeRestTest();
@@ -19,8 +20,8 @@ QObject* makeRestTest();
 int main(int argc, char* argv[]) {
     const std::map<std::string, QObject* (*)()> tests = {
         {"drawing", makeDrawingTest}, {"editing", makeEditingTest}, {"export", makeExportTest},
-        {"file", makeFileTest},       {"panel", makePanelTest},     {"random", makeRandomTest},
-        {"rest", makeRestTest}};
+        {"file", makeFileTest},       {"guide", makeGuideTest},     {"panel", makePanelTest},
+        {"random", makeRandomTest},   {"rest", makeRestTest}};
     const auto found = tests.find(argc > 1 ? argv[1] : "");
     if (found == tests.end()) {
         for (const auto& [name, make] : tests) std::printf("%s %s\n", argv[0], name.c_str());

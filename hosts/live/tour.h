@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QObject>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+#include <vector>
+
+/// Steps that point at the parts of a window, one after the other. A step ends when the user has
+/// done it, or has pressed Next.
+class Tour : public QObject {
+    Q_OBJECT
+
+public:
+    struct Step {
+        QString title;
+        QString text;
+        std::function<QRect()> place;           ///< what to point at, in the window; may be null
+        std::function<void()> prepare = [] {};  ///< brings it into sight
+    };
+
+    explicit Tour(QWidget& pointedAt);
+    ~Tour() override;
+
+    /// Asks whether to start. `accepted` is called if the user wants to.
+    void offer(const QString& title, const QString& text, const std::function<void()>& accepted);
+    void start(std::vector<Step> theSteps);
+    void end();
+
+    bool isRunning() const { return current < steps.size(); }
+    std::size_t step() const { return current; }
+
+public slots:
+    /// The user has done what a step asks for. Without effect in other steps.
+    void done(std::size_t finished);
+
+private:
+    class Marker;
+
+    void goTo(std::size_t next);
+    void show(const QString& title, const QString& text, const QString& onward);
+    void follow();
+
+    QWidget& window;
+    std::vector<Step> steps;
+    std::size_t current = 0;
+    std::function<void()> onNext;
+    QFrame* card;
+    QLabel* heading;
+    QLabel* words;
+    QPushButton* skip;
+    QPushButton* next;
+    Marker* marker;
+    QTimer following;
+};
