@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 #include <vector>
 
 #include "support/textbook.h"
@@ -62,12 +63,21 @@ protected:
     static constexpr double TOLERANCE = 1e-12;
 };
 
+std::string nameOf(const testing::TestParamInfo<const Kernels*>& tested) {
+#ifdef __x86_64__
+    if (tested.param == &smallblas::AVX2) return "AVX2";
+    if (tested.param == &smallblas::AVX512) return "AVX512";
+#endif
+    return "Portable";
+}
+
 #ifdef __x86_64__
 INSTANTIATE_TEST_SUITE_P(Processors, SmallBlasTest,
                          testing::Values(&smallblas::PORTABLE, &smallblas::AVX2,
-                                         &smallblas::AVX512));
+                                         &smallblas::AVX512),
+                         nameOf);
 #else
-INSTANTIATE_TEST_SUITE_P(Processors, SmallBlasTest, testing::Values(&smallblas::PORTABLE));
+INSTANTIATE_TEST_SUITE_P(Processors, SmallBlasTest, testing::Values(&smallblas::PORTABLE), nameOf);
 #endif
 
 // All shapes up to two tiles and a half in each direction, and inner dimensions around the limit.
