@@ -3,9 +3,11 @@
 #include <QDropEvent>
 #include <QListWidget>
 #include <QMimeData>
+#include <QTabWidget>
 #include <QtTest>
 #include <fstream>
 #include <random>
+#include <set>
 
 #include "dialog_answers.h"
 #include "export/design_file.h"
@@ -16,6 +18,7 @@
 #include "format/scene_reader.h"
 #include "format/scene_writer.h"
 #include "gallery.h"
+#include "gallery_scenes.h"
 #include "live_fixture.h"
 #include "program.h"
 
@@ -169,26 +172,30 @@ private slots:
 
     void theGalleryHasAPictureOfEachSceneAndOpensIt() {
         LiveFixture live("minimal.json");
-        int count = 0;
+        std::size_t count = 0;
         for (const auto& entry : fs::directory_iterator(VOXAM_SCENES))
             if (entry.path().extension() == ".json" && entry.path().stem() != "scene.schema")
                 ++count;
+        QStringList titles;
         const DialogAnswer choosing([&](QWidget& dialog) {
-            auto* list = dialog.findChild<QListWidget*>();
-            if (list == nullptr) return false;
-            compare(list->count(), count);
-            for (int row = 0; row < list->count(); ++row) {
-                list->setCurrentRow(row);
-                const QImage picture =
-                    list->currentItem()->icon().pixmap(list->iconSize()).toImage();
-                compare(isPlain(picture), false);
-            }
-            list->setCurrentItem(list->findItems("Wheel", Qt::MatchExactly).value(0));
+            titles.clear();
+            for (auto* list : dialog.findChildren<QListWidget*>())
+                for (int row = 0; row < list->count(); ++row) {
+                    const QImage picture = list->item(row)->icon().pixmap(200, 124).toImage();
+                    // They come one by one.
+                    if (picture.isNull()) return false;
+                    compare(isPlain(picture), false);
+                    titles << list->item(row)->text();
+                    if (titles.back() == "Wheel") choose(dialog, *list, row);
+                }
             static_cast<Gallery&>(dialog).accept();
             return true;
         });
         QVERIFY(live.takeTool("Ctrl+G"));
         QCOMPARE(live.scene().title, std::string("Wheel"));
+        QCOMPARE(std::set<QString>(titles.begin(), titles.end()).size(), count);
+        for (const GalleryScene& scene : galleryScenes(VOXAM_SCENES))
+            QVERIFY2(scene.level != GalleryLevel::MORE, scene.file.c_str());
     }
 
     void theLastFilesAreRememberedAndOpened() {
@@ -244,6 +251,13 @@ private:
         if (!enter.isAccepted()) return;
         QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&window, &event);
+    }
+
+    static void choose(QWidget& dialog, QListWidget& list, int row) {
+        auto* levels = dialog.findChild<QTabWidget*>();
+        for (int page = 0; page < levels->count(); ++page)
+            if (levels->widget(page)->isAncestorOf(&list)) levels->setCurrentIndex(page);
+        list.setCurrentRow(row);
     }
 
     template <typename Value>
