@@ -430,8 +430,9 @@ namespace Voxam
         {
             if (subdivision == meshFactor || !records.HaveCells) return;
             throw new ArgumentException(
-                $"Subdivision {subdivision} and mesh factor {meshFactor} have to be equal, or "
-                + "masks and blob would not lie where they should.");
+                $"Subdivision ({subdivision}) and mesh factor ({meshFactor}) must be equal if "
+                + "there are passive elements or a blob; set the mesh factor to "
+                + $"{subdivision}.");
         }
 
         private sealed class Records

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -55,8 +56,7 @@ constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 MainWindow::MainWindow() : run(bench), recovery(bench.document) {
     setWindowIcon(applicationIcon());
     setAcceptDrops(true);
-    // From the start, or the plate would shrink at the first message.
-    statusBar();
+    makeStatusBar();
     makeParts();
     makeEditActions();
     makeDocks();
@@ -74,6 +74,14 @@ MainWindow::MainWindow() : run(bench), recovery(bench.document) {
 MainWindow::~MainWindow() {
     // A history that goes reports that nothing is modified any more, to whom is no matter now.
     disconnect(&bench.document, nullptr, this, nullptr);
+}
+
+// From the start, or the plate would shrink at the first message. The text of the hand has a label
+// of its own, because the hand moves again at once and must not replace a message.
+void MainWindow::makeStatusBar() {
+    handText = new QLabel;
+    handText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(handText, 1);
 }
 
 void MainWindow::makeParts() {
@@ -308,7 +316,7 @@ void MainWindow::connectDocument() {
         stage->rival().setForces(bench.forces());
     });
     connect(&plate, &PlateView::handMoved, this,
-            [this](const QString& text) { statusBar()->showMessage(text); });
+            [this](const QString& text) { handText->setText(text); });
 }
 
 void MainWindow::connectRun() {

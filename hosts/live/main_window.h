@@ -62,6 +62,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void makeStatusBar();
     void makeParts();
     void makeDocks();
     QDockWidget* addDock(QWidget* panel, const QString& name, const QString& key);
@@ -115,6 +116,7 @@ private:
     QAction* drawMode = nullptr;
     QAction* gallery = nullptr;
     QMenu* help = nullptr;
+    QLabel* handText = nullptr;
     QList<QDockWidget*> docks;
     QList<QDockWidget*> hiddenDocks;  // by showDocks(), not by the user
     bool areDocksShown = true;

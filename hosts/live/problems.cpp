@@ -56,9 +56,13 @@ QString adviceOn(const QString& text) {
 QString inWords(QString text) {
     // What to write into the file is nothing for a window.
     if (const auto json = text.indexOf(": \""); json >= 0) text.truncate(json);
-    static const std::array<std::pair<const char*, const char*>, 8> words = {
+    static const std::array<std::pair<const char*, const char*>, 13> words = {
         {{"lies inside the elements that passive.void keeps void", "lies inside what is kept void"},
          {"passive.void separates it", "what is kept void separates it"},
+         {"passive.void:", "too many elements are kept void:"},
+         {"passive.solid:", "too many elements are kept solid:"},
+         {"passive.secondSolid:", "too many elements of the second kind are kept solid:"},
+         {"passive elements or a blob", "elements that are kept void or solid, or a blob"},
          {"the volumeFraction", "the volume"},
          {"a volumeFraction", "a volume"},
          {"volumeFraction", "volume"},
@@ -68,6 +72,8 @@ QString inWords(QString text) {
     for (const auto& [key, word] : words) text.replace(key, word);
     return text;
 }
+
+QString asSentence(const QString& words) { return words.left(1).toUpper() + words.mid(1) + "."; }
 
 /// What is wrong with a settled design, where the settings are in order.
 void addWarnings(const ScoreResult& result, const Scene& scene, Problems& problems) {
@@ -81,14 +87,19 @@ void addWarnings(const ScoreResult& result, const Scene& scene, Problems& proble
 
 }  // namespace
 
+QString sentenceOf(const InputError& refusal) {
+    return asSentence(inWords(QString::fromUtf8(refusal.what())));
+}
+
 QString sentenceOf(const Finding& finding) {
     const QString key = QString::fromStdString(finding.key);
-    const QString text = inWords(QString::fromStdString(finding.text)) + ".";
+    const QString words = inWords(QString::fromStdString(finding.text));
+    const QString text = words + ".";
     // People count from 1.
     const int number = key.section('[', 1).section(']', 0, 0).toInt() + 1;
     if (key.startsWith("loads[")) return QObject::tr("Load %1: %2").arg(number).arg(text);
     if (key.startsWith("supports[")) return QObject::tr("Support %1: %2").arg(number).arg(text);
-    const QString sentence = text.left(1).toUpper() + text.mid(1);
+    const QString sentence = asSentence(words);
     // A number alone does not say of what.
     if (key == "subdivision") return QObject::tr("Detail of the design: %1").arg(sentence);
     if (key == "meshFactor") return QObject::tr("Detail of the picture: %1").arg(sentence);

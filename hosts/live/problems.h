@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "checks/finding.h"
+#include "format/input_error.h"
 #include "format/scene.h"
 #include "frame.h"
 
@@ -20,6 +21,8 @@ struct Problems {
 /// What a finding says, as a sentence of its own, in the words of the window instead of the keys of
 /// a scene file.
 QString sentenceOf(const Finding& finding);
+/// The same for the reason why an edit is refused.
+QString sentenceOf(const InputError& refusal);
 
 /// `refusal` is the library's last text about the scene, `result` the score of the settled design
 /// worth, if it has settled.

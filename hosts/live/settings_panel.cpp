@@ -40,7 +40,7 @@ QString faultOf(const Scene& plate, const Scene& scene) {
     try {
         checkDetail(scene, detailOf(plate));
     } catch (const InputError& fault) {
-        return QString("%1.").arg(fault.what());
+        return sentenceOf(fault);
     }
     const Findings findings = findTooLarge(plate);
     return findings.empty() ? QString() : sentenceOf(findings.front());

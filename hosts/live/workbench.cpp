@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "format/input_error.h"
+#include "problems.h"
 
 using namespace voxam;
 
@@ -61,7 +62,7 @@ bool Workbench::attempt(const std::function<void()>& edit) {
         edit();
         return true;
     } catch (const InputError& error) {
-        emit refused(QString::fromStdString(error.what()));
+        emit refused(sentenceOf(error));
         return false;
     }
 }

@@ -157,7 +157,7 @@ public sealed class VoxamTests
             That(Compliances(optimiser, 10).SequenceEqual(first), "everything begins again");
             Throws<ArgumentException>(() => optimiser.Restart(true, 1), "keeps its detail");
             optimiser.Update(Problem(s => s.Blob = Mask(1, 1)));
-            Throws<ArgumentException>(() => optimiser.Restart(meshFactor: 1), "have to be equal");
+            Throws<ArgumentException>(() => optimiser.Restart(meshFactor: 1), "must be equal");
             That(optimiser.MeshFactor == 2, "a refused restart changes nothing");
             GoesOn(optimiser);
         }
@@ -210,7 +210,7 @@ public sealed class VoxamTests
         };
         isRefused(new Optimiser(200, 170), 0, 34000, "34000 elements, the most are");
         isRefused(new Optimiser(40000, 1), 39000, 40000, "cannot be named");
-        isRefused(new Optimiser(4, 1, meshFactor: 2), 3, 4, "have to be equal");
+        isRefused(new Optimiser(4, 1, meshFactor: 2), 3, 4, "must be equal");
     }
 
     public void EstimatesMemoryAsDocumented()

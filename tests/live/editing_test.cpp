@@ -238,12 +238,12 @@ private slots:
             QVERIFY(live.bench().document.whole() == before);
         };
         const Cells many(32768, Cell{1, 1});
-        refuses("title", [](Scene& scene) { scene.title = std::string(201, 't'); });
-        refuses("loads: 5010005 nodes", [](Scene& scene) {
+        refuses("The title is longer", [](Scene& scene) { scene.title = std::string(201, 't'); });
+        refuses("Loads: 5010005 nodes", [](Scene& scene) {
             scene.loads.assign(5, {{0, 1000}, {0, 1000}, 0, 1, 0});
         });
-        refuses("blob: 32768 elements", [&](Scene& scene) { scene.blob.cells = many; });
-        refuses("from iteration 2 on, passive.solid: 32768", [&](Scene& scene) {
+        refuses("Blob: 32768 elements", [&](Scene& scene) { scene.blob.cells = many; });
+        refuses("From iteration 2 on, too many elements are kept solid: 32768", [&](Scene& scene) {
             scene.timeline.push_back({2, {}, {"passive"}, std::nullopt});
             scene.timeline.back().settings.passive.solids.cells = many;
         });

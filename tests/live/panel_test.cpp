@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
@@ -89,11 +90,11 @@ private slots:
         width.setValue(1000);
         height.setValue(1000);
         QTest::mouseClick(&apply, Qt::LeftButton);
-        QVERIFY(hasLabel(live, "allowed are at most"));
+        QVERIFY(hasLabel(live, "Too many elements are kept solid: "));
         QCOMPARE(live.scene().width, 48);
         detail.setValue(16);
         live.named<QSpinBox>("Detail of the picture").setValue(16);
-        QVERIFY(hasLabel(live, "allowed are at most"));
+        QVERIFY(hasLabel(live, "cells; the limits are "));
         QVERIFY(!apply.isEnabled());
     }
 
@@ -111,9 +112,19 @@ private slots:
         const auto keepVoid = [](Scene& scene) { scene.passive.voids.cells = {{3, 3}}; };
         QVERIFY(live.bench().editWhole("Detail", setDetail(2, 1)));
         QVERIFY(!live.bench().edit("Keep void", keepVoid));
-        QVERIFY2(reason.contains("have to be equal"), qPrintable(reason));
+        QVERIFY2(
+            reason.startsWith("The detail of the design (2) and the detail of the picture (1)"),
+            qPrintable(reason));
         QVERIFY(live.scene().passive.empty());
+        // The text of the hand does not replace the reason.
+        const auto message = [&] { return live.window.statusBar()->currentMessage(); };
+        QVERIFY(live.takeTool("O"));
+        live.drag(live.at(12.5, 3.5), live.at(14.5, 3.5));
+        QVERIFY(live.scene().passive.empty());
+        QVERIFY2(message().endsWith("set the detail of the picture to 2."), qPrintable(message()));
         QVERIFY(live.bench().editWhole("Detail", setDetail(1, 1)));
+        QVERIFY(message().isEmpty());
+        QVERIFY(hasLabel(live, "Element x 14, y 3"));
         QVERIFY(live.bench().edit("Keep void", keepVoid));
         QVERIFY(!live.bench().editWhole("Detail", setDetail(2, 1)));
         live.bench().document.undoStack().undo();
@@ -123,9 +134,9 @@ private slots:
         later.timeline.back().settings.blob.cells = {{2, 2}};
         live.bench().document.open(later, {});
         QVERIFY(!live.bench().editWhole("Detail", setDetail(2, 1)));
-        QVERIFY2(reason.contains("from iteration 1000 on"), qPrintable(reason));
+        QVERIFY2(reason.startsWith("From iteration 1000 on, the detail of "), qPrintable(reason));
         live.named<QSpinBox>("Detail of the picture").setValue(2);
-        QVERIFY(hasLabel(live, "have to be equal"));
+        QVERIFY(hasLabel(live, "set the detail of the picture to 1."));
         QVERIFY(!button(live, "Apply and start &afresh").isEnabled());
     }
 

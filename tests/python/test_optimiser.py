@@ -227,12 +227,12 @@ def test_what_the_machine_cannot_hold_is_refused_at_once(monkeypatch):
 def test_masks_that_would_be_misplaced_or_too_long_are_refused(plate):
     cells = mask(12, 8, (1, 1))
     plate.update(*cantilever(12, 8), blob=cells)
-    with pytest.raises(ValueError, match="have to be equal"):
+    with pytest.raises(ValueError, match="must be equal"):
         plate.restart(mesh_factor=1)
     plate.restart(subdivision=1, mesh_factor=1)
     plate.update(*cantilever(12, 8))
     plate.restart(mesh_factor=2)
-    with pytest.raises(ValueError, match="have to be equal"):
+    with pytest.raises(ValueError, match="must be equal"):
         plate.update(*cantilever(12, 8), void=cells)
     plate.close()
     for width, height, cells, complaint in [

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "format/input_error.h"
+#include "format/text.h"
 
 namespace voxam::inline format {
 
@@ -34,11 +35,10 @@ public:
                                        Scene::MAX_PICTURE_CELLS))
             return found;
         if (subdivision == meshFactor || (!hasPassive && !hasBlob)) return std::nullopt;
-        return DetailFault{
-            std::nullopt, "",
-            "subdivision " + std::to_string(subdivision) + " and meshFactor " +
-                std::to_string(meshFactor) +
-                " have to be equal, or passive cells and blob would not lie where they should"};
+        return DetailFault{std::nullopt, "",
+                           formatted("subdivision (%d) and meshFactor (%d) must be equal if there "
+                                     "are passive elements or a blob; set meshFactor to %d",
+                                     subdivision, meshFactor, subdivision)};
     }
 
 private:
@@ -50,8 +50,8 @@ private:
             return std::nullopt;
         return DetailFault{std::nullopt, key,
                            "refines the " + std::string(what) + " to " + wholeNumber(columns) +
-                               " x " + wholeNumber(rows) + " cells, allowed are at most " +
-                               wholeNumber(mostCells) + ", and " +
+                               " x " + wholeNumber(rows) + " cells; the limits are " +
+                               wholeNumber(mostCells) + " cells, and " +
                                wholeNumber(Scene::MAX_FINE_SIDE) + " along a side"};
     }
 
@@ -90,7 +90,7 @@ void checkDetail(const Scene& scene, const Detail& detail) {
     if (fault->change)
         text = "from iteration " + std::to_string(scene.timeline[*fault->change].iteration) +
                " on, " + text;
-    throw InputError("This is not possible: " + text);
+    throw InputError(text);
 }
 
 }  // namespace voxam::inline format

@@ -14,7 +14,7 @@ std::string faultOfItems(const std::vector<Item>& items) {
     double nodes = 0;
     for (const Item& item : items) nodes += 1.0 * item.x.count() * item.y.count();
     if (nodes <= Scene::MAX_NODES) return "";
-    return formatted("%.0f nodes in all, allowed are at most %.0f", nodes, Scene::MAX_NODES);
+    return formatted("%.0f nodes in all, the limit is %.0f", nodes, Scene::MAX_NODES);
 }
 
 /// The key at fault and what is wrong with it, or an empty text.
@@ -44,13 +44,13 @@ std::string faultOfNodes(const std::vector<Support>& supports) { return faultOfI
 
 std::string faultOfArea(const Area& area) {
     if (area.cells.size() <= MAX_CELLS) return "";
-    return std::to_string(area.cells.size()) + " elements, allowed are at most " +
+    return std::to_string(area.cells.size()) + " elements, the limit is " +
            std::to_string(MAX_CELLS);
 }
 
 void checkLimits(const Scene& scene) {
     const auto check = [](const std::string& where, const std::string& fault) {
-        if (!fault.empty()) throw InputError("This is not possible: " + where + fault);
+        if (!fault.empty()) throw InputError(where + fault);
     };
     check("the title ", faultOfTitle(scene.title));
     check("", faultOfSettings(scene));

@@ -130,7 +130,7 @@ Change readChange(const JsonValue& value, const Scene& scene) {
 void readTimeline(const JsonValue& value, Scene& scene) {
     const auto changes = value.elements("a list of changes in brackets []");
     if (changes.size() > static_cast<std::size_t>(Scene::MAX_CHANGES))
-        value.fail(std::to_string(changes.size()) + " changes, allowed are at most " +
+        value.fail(std::to_string(changes.size()) + " changes, the limit is " +
                    std::to_string(Scene::MAX_CHANGES));
     for (const auto& change : changes) scene.timeline.push_back(readChange(change, scene));
 }

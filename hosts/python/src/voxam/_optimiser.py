@@ -405,8 +405,17 @@ class Optimiser(PlateSolver):
         raise VoxamError(f"{text}: close this optimiser and create a smaller one")
 
 
+def placement_fault(has_cells: bool, subdivision: int, mesh_factor: int, name: str = "mesh_factor"
+                    ) -> Optional[str]:
+    """What is wrong with the detail of a plate that may have masks or a blob: the library would
+    put them in the wrong place."""
+    if not has_cells or subdivision == mesh_factor:
+        return None
+    return (f"subdivision ({subdivision}) and {name} ({mesh_factor}) must be equal if there are "
+            f"passive elements or a blob; set {name} to {subdivision}")
+
+
 def _check_placement(settings: _Settings, subdivision: int, mesh_factor: int) -> None:
-    if settings.has_cells and subdivision != mesh_factor:
-        raise ValueError(
-            f"subdivision {subdivision} and mesh_factor {mesh_factor} have to be equal, or masks "
-            "and blob would not lie where they should")
+    fault = placement_fault(settings.has_cells, subdivision, mesh_factor)
+    if fault:
+        raise ValueError(fault)

@@ -22,7 +22,7 @@ import numpy as np
 import numpy.typing as npt
 
 from ._library import ProblemError
-from ._optimiser import Iteration, Optimiser
+from ._optimiser import Iteration, Optimiser, placement_fault
 from ._plate import Load, Support
 from .designs import read_design
 
@@ -332,7 +332,7 @@ class _Reader:
         timeline = root.find("timeline")
         values = timeline.elements() if timeline else []
         if timeline and len(values) > _MAX_CHANGES:
-            raise timeline.fail(f"{len(values)} changes, allowed are at most {_MAX_CHANGES}")
+            raise timeline.fail(f"{len(values)} changes, the limit is {_MAX_CHANGES}")
         changes: List[Change] = []
         for value in values:
             changes.append(self._change(value, changes[-1].iteration if changes else 1, iterations))
@@ -419,14 +419,13 @@ class _Reader:
                 ("picture", subdivision * mesh_factor, _MAX_PICTURE_CELLS)):
             columns, rows = self._width * refinement, self._height * refinement
             if columns * rows > most or max(columns, rows) > _MAX_FINE_SIDE:
-                raise value.fail(f"refines the {what} to {columns} x {rows} cells, allowed are at "
-                                 f"most {most}, and {_MAX_FINE_SIDE} along a side")
+                raise value.fail(f"refines the {what} to {columns} x {rows} cells; the limits "
+                                 f"are {most} cells, and {_MAX_FINE_SIDE} along a side")
         has_cells = any(np.any(settings.get(key, False) if settings.get(key) is not None else False)
                         for key in ("blob", *_PASSIVE_KINDS.values()))
-        if subdivision != mesh_factor and has_cells:
-            raise value.fail(
-                f"subdivision {subdivision} and meshFactor {mesh_factor} have to be equal, or "
-                "passive cells and blob would not lie where they should")
+        fault = placement_fault(has_cells, subdivision, mesh_factor, "meshFactor")
+        if fault:
+            raise value.fail(fault)
 
     def _restart(self, value: _Value) -> Dict[str, Any]:
         value.allow_only(("design", "subdivision", "meshFactor"))
@@ -542,7 +541,7 @@ class _Reader:
     def _check_cells(value: _Value, mask: npt.NDArray[np.bool_]) -> None:
         count = np.count_nonzero(mask)
         if count > _MAX_CELLS:
-            raise value.fail(f"{count} elements, allowed are at most {_MAX_CELLS}")
+            raise value.fail(f"{count} elements, the limit is {_MAX_CELLS}")
 
     def _ring(self, shape: _Value, radius: _Value) -> npt.NDArray[np.bool_]:
         inner, outer = radius.numbers(lambda value: value.number(0, 2000))
