@@ -3,8 +3,8 @@
 #include <QFrame>
 #include <QLabel>
 
-/// Two lines below the plate with the current problem and its remedy, or else with a hint. They
-/// keep their place, so that the plate does not jump when a problem comes and goes.
+/// Two lines below the plate with the current problem and its remedy, or otherwise with a hint.
+/// They keep their place, so that the plate does not jump when a problem comes and goes.
 class Banner : public QFrame {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     void say(const QString& text, const QString& advice);
     /// The text to show while there is no problem.
     void setHint(const QString& text);
-    /// The problem; empty when all is well.
+    /// The problem; empty if there is none.
     QString text() const { return problem; }
 
 private:

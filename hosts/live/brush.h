@@ -27,8 +27,8 @@ Cells mirrored(const Cells& cells, const Mirror& mirror, int width, int height);
 Cells footprint(const Brush& brush, QPointF plate);
 
 /// The elements of a plate of width x height that a brush touches on its way, each once, sorted.
-/// However far beyond the plate the way leads, it takes no longer than one across it.
+/// The time is limited even if the way leads far beyond the plate.
 Cells strokeCells(const Brush& brush, QPointF from, QPointF to, int width, int height);
 
-/// The same for the nodes of the plate.
+/// The nodes of the plate that a brush touches on its way.
 std::vector<Node> strokeNodes(const Brush& brush, QPointF from, QPointF to, int width, int height);

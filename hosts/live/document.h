@@ -13,63 +13,62 @@ using namespace voxam;
 /// The scene that is being edited, its file and its history. Every change of the scene goes through
 /// edit(), so that every change can be undone.
 ///
-/// A scene is handed out as an immutable snapshot: the history and the worker share it, and nobody
-/// has to copy or lock anything.
+/// Scenes are immutable snapshots. The history and the worker share them without copies or locks.
 ///
-/// As the scene's timeline is played, the scene that is seen and edited is the one with the changes
-/// that were made. An edit of a setting goes to where it comes from: to the last of these changes
-/// that names it, or else to the scene itself. What is saved is the scene with its timeline.
+/// While the timeline plays, users see and edit the scene with the changes that were made so far.
+/// An edit of a setting goes to its origin: to the last of these changes that has the setting, or
+/// otherwise to the scene itself. The scene is saved with its timeline.
 class Document : public QObject {
     Q_OBJECT
 
 public:
     Document();
 
-    /// As it is now, with the changes that were made.
+    /// The present scene, with the changes that were made so far.
     const Scene& scene() const { return *current; }
     std::shared_ptr<const Scene> snapshot() const { return current; }
 
-    /// As it is saved.
+    /// The scene with its timeline, as it is saved.
     std::shared_ptr<const Scene> whole() const { return saved; }
 
-    /// So many changes of the timeline were made.
+    /// Makes the first `changes` changes of the timeline.
     void play(std::size_t changes);
     std::size_t changesMade() const { return made; }
 
-    /// Takes the place of the scene and forgets the history. An empty file has no name yet.
+    /// Replaces the scene and clears the history. `file` is empty if the scene has no file yet.
     void open(Scene scene, const std::filesystem::path& file);
 
-    /// The same with edits that were not saved: it counts as modified.
+    /// Opens a scene with unsaved edits: it counts as modified.
     void recover(Scene scene, const std::filesystem::path& file);
 
-    /// Writes the scene in the program's format. Throws InputError; the file is then as before.
+    /// Writes the scene in the program's format. If that fails, throws InputError and leaves the
+    /// file unchanged.
     void save(const std::filesystem::path& target);
 
-    /// Empty for a scene that was not saved yet.
+    /// Empty if the scene has no file yet.
     const std::filesystem::path& file() const { return path; }
     QString displayName() const;
     bool isModified() const { return !history.isClean(); }
-    /// Steps that can be undone: each holds a whole scene.
+    /// Steps that can be undone. Each step contains a whole scene.
     static constexpr int MAX_STEPS = 300;
 
     /// Makes `next` the scene that is seen; `what` names the step in the menu, such as "Move load".
     /// Edits of one gesture (from pressing a mouse button to releasing it) become one step of the
-    /// history. Throws InputError, and changes nothing, when the detail of the scene would not go
-    /// with the rest.
+    /// history. Throws InputError, and changes nothing, if the scene would break a limit or a rule
+    /// of its detail.
     void edit(const QString& what, Scene next, int gesture = NO_GESTURE);
     static constexpr int NO_GESTURE = -1;
-    /// Makes `next` the scene that is saved: for edits of the plate, which concern the timeline
-    /// too.
+    /// Makes `next` the scene that is saved: for edits that concern the timeline, too.
     void editWhole(const QString& what, Scene next, int gesture = NO_GESTURE);
     int newGesture() { return ++lastGesture; }
-    /// Takes back what a gesture did, without a trace in the history.
+    /// Undoes a gesture and removes it from the history.
     void cancel(int gesture);
 
     QUndoStack& undoStack() { return history; }
 
 signals:
     void sceneChanged();
-    /// Another scene was opened, which sceneChanged() announces as well, before.
+    /// Another scene was opened. sceneChanged() is emitted before.
     void opened();
     void fileChanged();
 
@@ -81,7 +80,7 @@ private:
     Scene withSettings(const Scene& next) const;
 
     std::shared_ptr<const Scene> saved;
-    std::shared_ptr<const Scene> current;  // the same one when no change was made
+    std::shared_ptr<const Scene> current;  // the same object if no change was made
     std::size_t made = 0;
     std::filesystem::path path;
     QUndoStack history;

@@ -13,14 +13,14 @@
 
 using namespace voxam;
 
-/// Writes what the plate shows to files, in the forms that the command-line program has.
+/// Writes what the plate shows to files, in the formats of the command-line program.
 class ExportActions : public QObject {
     Q_OBJECT
 
 public:
     /// What is to be exported.
     struct Exhibit {
-        Scene scene;  ///< its blob where it is now
+        Scene scene;  ///< with the blob at its present place
         Field material;
         std::optional<Field> energies;
         QString subtitle;
@@ -28,20 +28,20 @@ public:
         std::vector<FloatingPart> floating = {};
         QString name = {};     ///< for a file, without ending
         QString problem = {};  ///< why the design would not hold; empty if it does
-        bool isScored = true;  ///< whether that is known
+        bool isScored = true;  ///< whether `problem` is known
     };
 
     using Score =
         std::function<std::optional<ScoreResult>(const Field& material, const Scene& scene)>;
 
-    /// Dialogs belong to `window`. `exhibit` gives what is shown at the time of the call, and
-    /// `scoreAsDrawn` what a picture of the optimiser is worth in black and white.
+    /// Dialogs belong to `window`. `exhibit` returns what the plate shows, and `scoreAsDrawn` the
+    /// score of a picture of the optimiser in black and white.
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
                   Score scoreAsDrawn, const Recorder& frames);
 
     QList<QAction*> actions() const { return {picture, design, outline, animation}; }
 
-    // Without dialogs. They throw InputError or std::runtime_error, and then there is no file.
+    // Without dialogs. If they fail, they throw InputError or std::runtime_error and write no file.
     void writePicture(const std::filesystem::path& file) const;
     void writeDesign(const std::filesystem::path& file) const;
     void writeOutline(const std::filesystem::path& file, double elementSize,
@@ -57,7 +57,7 @@ private:
     std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending);
     void attempt(const std::filesystem::path& file, const std::function<void()>& write);
     Exhibit exhibit() const;
-    /// Asks before a design that would not hold leaves for a workshop.
+    /// Asks before exporting a design that would not hold to a format for manufacturing.
     bool mayLeave() const;
     void addScore(Exhibit& shown) const;
 

@@ -3,14 +3,13 @@
 #include <QObject>
 #include <QWidget>
 
-/// What the number fields of a panel do otherwise than usual, for the sake of the window around
-/// them: the wheel scrolls the panel, unless the field was chosen; undo and redo, and the letters
-/// that are keys of tools, reach the window.
+/// Changes the number fields of a panel so that they do not disturb the window: the wheel scrolls
+/// the panel unless the field has the focus. Undo, redo and the keys of tools reach the window.
 class FieldManners : public QObject {
     Q_OBJECT
 
 public:
-    /// All fields within a panel.
+    /// Applies to all fields in a panel.
     void teach(QWidget& panel);
 
 protected:

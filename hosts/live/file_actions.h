@@ -27,12 +27,12 @@ public:
     QAction* const importAction;
     QMenu* const recentMenu;
 
-    /// Opens a scene after asking about unsaved changes. Tells what is wrong with a file, and then
-    /// everything stays as it was. Returns whether it is open.
+    /// Opens a scene after asking about unsaved changes. If the file cannot be
+    /// opened, reports why and changes nothing. Returns whether the scene is open.
     bool open(const std::filesystem::path& file);
-    /// The same without a question, for the start of the program.
+    /// Opens a scene without asking, for the start of the program.
     bool load(const std::filesystem::path& file);
-    /// Returns false when the user wants to keep working on the document.
+    /// Returns false if the user wants to keep working on the document.
     bool mayDiscard();
 
     /// Offers the unsaved edits of another run of the program. If the user accepts them, `own`
@@ -45,13 +45,13 @@ public:
         design = std::move(source);
     }
 
-    /// The last scene that was opened or saved, if it is still there.
+    /// The last scene that was opened or saved, if it still exists.
     std::filesystem::path lastFile() const;
 
 signals:
     /// A scene was opened, with the design that was saved with it.
     void loaded(const std::optional<Field>& design);
-    /// A design took the place of the drawing.
+    /// A design replaced the drawing.
     void imported();
 
 private:

@@ -12,7 +12,7 @@
 
 using namespace voxam;
 
-/// What is reported about an iteration.
+/// The numbers of an iteration.
 struct IterationNumbers : IterationRecord {
     std::uint64_t revision = 0;  ///< of the settings that it was computed with
 };
@@ -21,21 +21,21 @@ struct IterationNumbers : IterationRecord {
 struct Frame {
     Field material;            ///< empty before the first picture
     int refinement = 1;        ///< cells of the picture per edge of an element
-    std::optional<Area> blob;  ///< where a moving blob has got to
+    std::optional<Area> blob;  ///< the present place of a moving blob
     IterationNumbers numbers;
-    bool isSettled = false;  ///< nothing more is computed before the next edit
+    bool isSettled = false;  ///< no iteration runs before the next edit
 };
 
-/// A text with which the library refuses to iterate, or none.
+/// The text with which the library refused to iterate; empty if it did not.
 struct LibraryText {
     std::string text;
     std::uint64_t revision = 0;
-    int iteration = 0;  ///< the one that was refused
+    int iteration = 0;  ///< the refused iteration
     /// The iteration of the change at which the run resumes by itself, if there is one.
     std::optional<int> resumesAt = std::nullopt;
 };
 
-/// What a design in black and white is worth.
+/// The score of a design in black and white.
 struct ScoreResult {
     std::uint64_t revision = 0;
     Field design;

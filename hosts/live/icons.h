@@ -2,8 +2,7 @@
 
 #include <QIcon>
 
-/// Icons of the tool bar, drawn in the colour that texts have in the present palette, for any pixel
-/// density.
+/// Icons of the tool bar, in the text colour of the present palette, for any pixel density.
 enum class Glyph {
     OPEN,
     SAVE,
@@ -37,5 +36,5 @@ enum class Glyph {
 
 QIcon icon(Glyph glyph);
 
-/// Of the window: the picture of desktop/voxam-live.svg.
+/// The icon of the window, desktop/voxam-live.svg.
 QIcon applicationIcon();

@@ -15,31 +15,32 @@ using namespace voxam;
 struct IterationOutcome {
     std::string text;  ///< empty on success, and only then there is a picture
     IterationNumbers numbers;
-    /// After a text: the iteration of the change of the timeline at which the run resumes, unless
-    /// an edit comes first. Empty when only an edit helps.
+    /// After a text: the iteration of the timeline's change at which the run resumes, unless an
+    /// edit comes first. Empty if only an edit helps.
     std::optional<int> resumesAt;
 };
 
-/// The library as this program uses it: one optimiser, and scores of designs. Lives on one thread.
+/// The library as this program uses it: one optimiser, and scores of designs. Use it on one thread.
 class LibrarySession {
 public:
-    /// Runs a scene from now on. The design goes on, unless the grid, its detail or the number of
-    /// load cases changed, or `start` differs from before. Throws std::runtime_error when there is
+    /// Runs a scene from now on. The design stays, unless the grid, its detail or the number of
+    /// load cases changed, or `start` differs from before. Throws std::runtime_error if there is
     /// not enough memory.
     void optimise(std::shared_ptr<const Scene> scene, bool movesBlob, std::uint64_t start);
 
-    /// Runs the next iteration. On success fills `frame`. Throws as well. optimise() comes first.
+    /// Runs the next iteration. Call optimise() first. On success fills `frame`. Throws like
+    /// optimise().
     IterationOutcome iterate(Frame& frame);
 
-    /// Scores a design on the scene's grid, or on one that is a whole number of times as fine.
+    /// Scores a design on the scene's grid or on a whole multiple of it.
     static ScoreResult score(const Scene& scene, const Field& design);
 
-    /// The same for a design of the optimiser in black and white, with warnings.
+    /// Scores a saved design of the optimiser in black and white, with warnings.
     static ScoreResult scoreSaved(const Scene& scene, const Field& design);
 
-    /// Scores the picture that an iteration gave, as the command-line program draws it. With a
-    /// refinement above 0, as it would be drawn by hand with so many elements per edge of an
-    /// element of the grid and no more material than the scene's volume.
+    /// Scores the picture of an iteration in black and white, as the command-line program draws it.
+    /// If `refinement` is above 0, draws it with this refinement of the grid and at most as much
+    /// material as the scene's volume.
     ScoreResult scoreDesign(const Frame& frame, int refinement) const;
 
 private:

@@ -12,7 +12,7 @@
 #include "worker.h"
 
 /// The running optimiser as the window sees it: sends each edit of the document to the worker, and
-/// turns what the worker leaves into signals.
+/// turns the results of the worker into signals.
 class LiveRun : public QObject {
     Q_OBJECT
 
@@ -50,9 +50,10 @@ public:
 
     /// The newest picture.
     const Frame& frame() const { return front; }
-    /// What the library last said about the settings in force; its text is empty when all is well.
+    /// The library's last text about the present settings; empty if it did not refuse them.
     const LibraryText& refusal() const { return lastRefusal; }
-    /// Of the settings that were sent last; pictures of an edit carry its revision or a later one.
+    /// The revision of the settings that were sent last. Pictures of an edit have its revision or a
+    /// later one.
     std::uint64_t revision() const { return settings.revision; }
 
 signals:
@@ -63,17 +64,18 @@ signals:
     void iterated(const std::vector<IterationNumbers>& numbers);
     void refusalChanged(const LibraryText& refusal);
     void startedAfresh();
-    /// The optimiser was told of an edit.
+    /// An edit was sent to the optimiser.
     void settingsSent();
     /// The scene's own timeline has changed it.
     void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
-    /// The score of the optimiser's design: during a drawing at any time, else once it has settled.
+    /// The score of the optimiser's design: at any time while a design is drawn,
+    /// otherwise once it has settled.
     void designScored(const ScoreResult& result);
     void workerHasNews();
 
 private:
-    /// Sends the scene, unless nothing in it concerns the optimiser. Another plate is a new start.
+    /// Sends the scene, unless nothing in it concerns the optimiser. Another plate starts afresh.
     void followScene();
     void sendSettings();
     std::shared_ptr<const Scene> sceneToOptimise() const;
@@ -82,13 +84,13 @@ private:
     void fetchScores();
     void wake();
     void announceState();
-    /// Shows the changes that the timeline has made until the newest picture, or until the
-    /// iteration that was refused since.
+    /// Shows the changes of the timeline up to the newest picture, or up to the iteration that was
+    /// refused since.
     void followTimeline();
 
     Workbench& bench;
     LiveSettings settings;
-    std::uint64_t firstRevision = 0;  // of this start; what came before is of no interest
+    std::uint64_t firstRevision = 0;  // of this start; earlier results are ignored
     Frame front;
     Frame spare;
     LibraryText lastRefusal;
@@ -97,6 +99,6 @@ private:
     bool isSavedShown = false;
     QElapsedTimer sinceNews;
     QTimer signOfLife;
-    // The last member: it calls back as long as it lives.
+    // The last member: it calls back until its destructor returns.
     Worker worker;
 };

@@ -11,8 +11,8 @@
 
 #include "workbench.h"
 
-/// The load cases, and the loads as numbers: everything that a hand can do to an arrow, exactly and
-/// from the keyboard.
+/// The load cases, and the loads as numbers: every edit of an arrow, exactly and from the
+/// keyboard.
 class LoadPanel : public QWidget {
     Q_OBJECT
 
@@ -39,5 +39,5 @@ private:
     QDoubleSpinBox* fx;
     QDoubleSpinBox* fy;
     QComboBox* loadCase;
-    bool isShowing = false;  // widgets are being set, which is no edit
+    bool isShowing = false;  // widgets are being set: do not edit the scene
 };

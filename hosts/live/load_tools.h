@@ -9,7 +9,7 @@
 /// How a hand took hold of an arrow by its free end.
 struct Grip {
     double force = 0;
-    double length = 0;                 ///< of the arrow then, in pixels
+    double length = 0;                 ///< of the arrow when it was taken hold of, in pixels
     std::optional<double> reach = {};  ///< from the node to the hand now, in pixels
 };
 

@@ -33,9 +33,9 @@ public:
     MainWindow();
     ~MainWindow() override;
 
-    /// Opens a scene and lets it form. Returns false, after telling why, when it cannot be opened.
+    /// Opens a scene and lets it form. If that fails, reports why and returns false.
     bool open(const std::filesystem::path& file);
-    /// Opens the last scene, or one of those that come with the program.
+    /// Opens the last scene, or one that comes with the program.
     void openAny();
 
     void setDrawing(bool draws);

@@ -11,13 +11,13 @@ std::unique_ptr<Tool> supportTool(const ToolSite& site, bool fixX, bool fixY);
 /// Keeps elements void, solid, or solid of a second kind.
 std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind);
 
-/// Adds elements to the blob, from where it is now.
+/// Adds elements to the blob at its present place.
 std::unique_ptr<Tool> blobTool(const ToolSite& site);
 
-/// Takes away supports, loads, passive elements and blob.
+/// Erases supports, loads, passive elements and the blob.
 std::unique_ptr<Tool> eraseTool(const ToolSite& site);
 
-/// Draws or rubs out the design that is to be scored.
+/// Draws or erases the design that is scored.
 std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws);
 
 /// Draws a straight line when the button is released.

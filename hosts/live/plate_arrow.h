@@ -21,10 +21,10 @@ inline std::vector<LoadArrow> arrowsOf(const Scene& scene, const ForceScale& for
     return loadArrows(scene, ofQt(transform.origin), transform.scale, forces, held);
 }
 
-/// The arrows of each load by themselves, of which the one in the middle is its handle.
+/// The arrows of each load. The arrow in the middle is its handle.
 using ArrowsByLoad = std::map<std::size_t, std::vector<LoadArrow>>;
 
-/// A load without a force, which has no arrow, still has something to hold.
+/// A load without a force gets a handle, too.
 ArrowsByLoad byLoad(const std::vector<LoadArrow>& arrows, const Scene& scene,
                     const PlateTransform& transform);
 

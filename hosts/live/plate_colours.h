@@ -7,20 +7,20 @@
 
 using namespace voxam;
 
-/// The colours of the plate and its signs, in a light window those of the program's pictures. Load
-/// cases and kinds of passive elements also differ by number, outline or hatching: colour is never
-/// the only sign.
+/// The colours of the plate and its signs. A light window has the colours of the program's
+/// pictures. Load cases and kinds of passive elements also differ by number, outline or hatching:
+/// colour is never the only difference.
 struct PlateColours {
     QColor surroundings;
     QColor voids;  ///< the plate without material
     QColor solid;
     QColor edge;  ///< of the plate, and faint lines
-    QColor rim;   ///< sets a sign off from whatever lies beneath
+    QColor rim;   ///< separates a sign from the background
     QColor support;
     QColor blob;
-    QColor hand;      ///< what lies under the pointer, and what is selected
-    QColor fault;     ///< what a check found
-    QColor floating;  ///< around material that hangs on nothing
+    QColor hand;      ///< the place under the pointer, and the selection
+    QColor fault;     ///< places that a check found
+    QColor floating;  ///< around floating parts
     std::array<QColor, 3> passive;
     std::array<QColor, LOAD_CASE_COLOURS> loads;
 

@@ -10,7 +10,7 @@
 
 using namespace voxam;
 
-// Images of the material, a pixel for each cell of what they show.
+// Images of the material, with one pixel for each cell.
 
 /// The optimiser's picture; elements of `blob` are tinted.
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours);
@@ -21,6 +21,6 @@ struct ShownEnergies {
     const EnergyScale& scale;
 };
 
-/// A drawn design; with energies, which elements work, in the colours of voxam's pictures.
+/// A drawn design. With energies, it has the colours of the energies in the program's pictures.
 QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
                     const PlateColours& colours);

@@ -16,8 +16,8 @@
 
 using namespace voxam;
 
-/// Outlines of the passive elements and of the blob, in plate coordinates. They take a walk over
-/// the elements, so they are made once for a scene and not for each picture.
+/// Outlines of the passive elements and of the blob, in plate coordinates. They are
+/// made once for each scene, because finding them visits all elements.
 struct PlateOutlines {
     std::array<QPainterPath, 3> passive;      ///< along the borders
     std::array<QPainterPath, 3> passiveArea;  ///< all elements, to hatch
@@ -28,14 +28,14 @@ struct PlateOutlines {
 
 /// The lines around an area, in elements: see outlineOf().
 QPainterPath outlinePath(const Area& area, int width, int height);
-/// The same around elements in any order.
+/// The lines around elements in any order.
 QPainterPath outlinePath(Cells cells, int width, int height);
 
 /// Around parts of a design, in plate coordinates.
 QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
                        const Scene& scene);
 
-/// What a plate shows, beside its scene.
+/// What a plate shows in addition to its scene.
 struct PlateLook {
     QImage material;  ///< null for an empty plate
     bool isSmooth = true;
@@ -43,7 +43,7 @@ struct PlateLook {
     ForceScale forces;
     std::optional<std::size_t> selectedLoad;
     std::optional<HeldLoad> held;
-    QPainterPath floating;        ///< around material that hangs on nothing, in plate coordinates
+    QPainterPath floating;        ///< around floating parts, in plate coordinates
     std::vector<QPointF> faults;  ///< places to mark, in plate coordinates
     std::vector<bool> loadCasesInUse;
 };

@@ -7,8 +7,8 @@
 #include "plate_painter.h"
 #include "tool.h"
 
-/// The plate in a widget: zoom, pan, and the hand that works on it with a tool. Without a workbench
-/// it only shows.
+/// The plate in a widget: zoom, pan, and the hand that edits it with a tool. Without a tool, it
+/// only shows the plate.
 class PlateView : public QWidget {
     Q_OBJECT
 
@@ -16,10 +16,10 @@ public:
     explicit PlateView(QWidget* parent = nullptr);
     ~PlateView() override;
 
-    /// What is shown. The scene stays until the next call.
+    /// Shows a scene until the next call.
     void setScene(std::shared_ptr<const Scene> next);
     void setMaterial(const QImage& image, bool isSmooth);
-    /// Around material that hangs on nothing, in plate coordinates.
+    /// The outline of floating parts, in plate coordinates.
     void setFloating(const QPainterPath& outline);
     /// Whether nodes are numbered along the plate.
     void setRulers(bool isToBe);
@@ -29,10 +29,10 @@ public:
     void setColours(const PlateColours& colourSet);
     const PlateColours& colours() const { return *palette; }
 
-    /// The tool must outlive the view or its next setTool(). A gesture of the mouse that is
-    /// under way is cancelled; one of keys ends.
+    /// The tool must outlive the view or its next setTool(). A gesture of the mouse is
+    /// cancelled; a gesture of keys ends.
     void setTool(Tool* next);
-    /// What the right button works with; null: it moves the plate.
+    /// The tool of the right button; null: the button moves the plate.
     void setEraser(Tool* next);
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
@@ -42,11 +42,11 @@ public:
     void fit();
 
 signals:
-    /// What lies under the hand, or an empty text.
+    /// The text about the place under the hand; empty if the hand left.
     void handMoved(const QString& description);
-    /// The tool has released or cancelled what it did.
+    /// The tool has ended or cancelled its gesture.
     void gestureEnded();
-    /// The picture that was set last is on the screen now.
+    /// The last picture is on the screen.
     void painted();
 
 protected:

@@ -11,20 +11,20 @@
 
 using namespace voxam;
 
-/// What stands in the way of a design: for the banner, and where on the plate to mark it.
+/// The problems of a design for the banner, and the places on the plate to mark.
 struct Problems {
-    QString text;  ///< empty when all is well
+    QString text;  ///< empty if there is no problem
     QString advice;
     std::vector<QPointF> places;  ///< in plate coordinates
 };
 
-/// What a finding says, as a sentence of its own, in the words of the window instead of the keys of
+/// The text of a finding as a complete sentence, in the words of the window instead of the keys of
 /// a scene file.
 QString sentenceOf(const Finding& finding);
-/// The same for the reason why an edit is refused.
+/// The reason why an edit is refused, in the same words.
 QString sentenceOf(const InputError& refusal);
 
-/// `refusal` is the library's last text about the scene, `result` the score of the settled design
-/// worth, if it has settled.
+/// `refusal` is the library's last text about the scene, `result` the score of the design if it
+/// has settled.
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,
                     const std::optional<ScoreResult>& result = std::nullopt);

@@ -8,8 +8,9 @@
 
 using namespace voxam;
 
-// What a hand can do to a scene. Each function keeps the scene valid and throws InputError, before
-// it changes anything, when it cannot. Nodes and elements that lie outside the plate are ignored.
+// The edits of a scene. If an edit is not possible, a function throws InputError and changes
+// nothing. These functions keep each setting valid. Document checks the limits and the rules that
+// combine settings. Nodes and elements outside the plate are ignored.
 
 /// A node of the grid.
 struct Node {
@@ -21,31 +22,33 @@ struct Node {
 
 enum class PassiveKind { VOID, SOLID, SECOND_SOLID };
 
-/// Puts the top left node of a load at `node`, or as near as its extent allows.
+/// Puts the top left node of a load at `node`, or as close as its extent allows.
 void moveLoad(Scene& scene, std::size_t index, Node node);
 
 /// Holds nodes in these directions and no others.
 void paintSupports(Scene& scene, const std::vector<Node>& nodes, bool fixX, bool fixY);
 void eraseSupports(Scene& scene, const std::vector<Node>& nodes);
-/// Takes away a load, but never the last one of the scene.
+/// Removes a load, but never the last one of the scene.
 void eraseLoad(Scene& scene, std::size_t index);
-/// Takes away the loads that act on one of these nodes, but never the last one of the scene.
+/// Removes the loads that act on one of these nodes, but never the last one of the scene.
 void eraseLoads(Scene& scene, const std::vector<Node>& nodes);
 
-/// Elements become passive of this kind, or free without one.
+/// Makes elements passive of this kind, or free if `kind` is empty.
 void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> kind);
-/// Adds elements to a blob or takes them away. `scene.blob` is replaced by the result.
+/// Adds elements to `blob` or removes them. The result replaces `scene.blob`.
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);
 
-/// Puts into a drawing what the scene keeps void and solid: it binds the hand as the optimiser.
+/// Sets the elements of a drawing that the scene keeps void or solid. A drawing must respect them
+/// like the optimiser.
 void keepAreas(Field& drawing, const Scene& scene);
 
-/// Elements become solid (1) or void (0) in the drawing, as far as nothing else is kept there.
+/// Makes elements solid (1) or void (0) in the drawing, except where the scene keeps them
+/// otherwise.
 void paintDrawing(Scene& scene, const Cells& cells, float density);
 
 /// Adds a load case, which is in use.
 void addLoadCase(Scene& scene);
-/// Takes away a load case with its loads; those above it move down. One always remains.
+/// Removes a load case with its loads. The load cases above it move down. One always remains.
 void removeLoadCase(Scene& scene, int loadCase);
 /// At least one load case remains in use.
 void useLoadCase(Scene& scene, int loadCase, bool isUsed);

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <vector>
 
-/// The directory with the scenes that come with the program: installed beside it, or in the source
-/// tree it was built from. Empty when there is none.
+/// The directory with the scenes that come with the program: installed next to it, or in the source
+/// tree it was built from. Empty if there is none.
 std::filesystem::path shippedScenes();
 
 /// Whether a file lies in that directory.

@@ -12,7 +12,8 @@
 #include "live_run.h"
 #include "workbench.h"
 
-/// Volume and penalty, which act at once, the grid, which starts afresh, and the scene's texts.
+/// Volume and penalty, which take effect at once, the grid, which starts afresh, and the scene's
+/// texts.
 class SettingsPanel : public QWidget {
     Q_OBJECT
 
@@ -24,7 +25,7 @@ signals:
     void gridApplied();
 
 protected:
-    /// Enter and Esc in the fields of the grid, and the way out of them.
+    /// Handles Enter and Esc in the fields of the grid, and leaving them.
     bool eventFilter(QObject* field, QEvent* event) override;
 
 private:
@@ -56,7 +57,7 @@ private:
     QCheckBox* movesBlob;
     QLineEdit* title;
     QLineEdit* description;
-    Scene shown;             // whose plate the grid's fields are of
-    bool isShowing = false;  // widgets are being set, which is no edit
+    Scene shown;             // the scene whose plate the grid's fields show
+    bool isShowing = false;  // widgets are being set: do not edit the scene
     int sliderGesture = Document::NO_GESTURE;
 };

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <QMenuBar>
 
-/// All keys: those of the menus, and those that work on the plate.
+/// The list of all keys, of the menus and of the plate.
 /// Property of an action whose text changes: its name in the list.
 constexpr const char* PLAIN_NAME = "plainName";
 

@@ -53,6 +53,6 @@ private:
     Parts parts;
     Tour steps;
     std::shared_ptr<const Scene> before;
-    std::optional<Step> finished;  // to be told once the hand has let go
+    std::optional<Step> finished;  // reported when the hand lets go
     QTimer settling;
 };

@@ -1,10 +1,10 @@
 #pragma once
 
-/// How the window looks: as the desktop does, or light or dark whatever that is.
+/// How the window looks: like the desktop, or always light or dark.
 enum class Theme { DESKTOP, LIGHT, DARK };
 
-/// Dresses the whole program.
+/// Applies to the whole program.
 void applyTheme(Theme theme);
 
-/// Whether the palette in force is dark.
+/// Whether the present palette is dark.
 bool isDarkNow();

@@ -14,7 +14,7 @@ struct Hand {
     Qt::KeyboardModifiers modifiers;
 };
 
-/// What a tool has at hand.
+/// What a tool works on.
 struct ToolSite {
     Workbench& bench;
     const PlateTransform& transform;
@@ -31,18 +31,19 @@ public:
     Tool& operator=(const Tool&) = delete;
     virtual ~Tool() = default;
 
-    /// Returns false when there is nothing here for the tool; the view may then be moved.
+    /// Returns false if there is nothing here for the tool. Dragging then moves the view.
     virtual bool press(const Hand& hand) = 0;
     virtual void drag(const Hand&) {}
     virtual void release(const Hand&) {}
-    /// Whether a gesture carries something that is to be taken hold of again.
+    /// Whether the gesture moves an object. The view then keeps the hand inside, so that the user
+    /// can grab the object again.
     virtual bool carries() const { return false; }
-    /// Ends the gesture as if it had not begun.
+    /// Ends the gesture and undoes it.
     virtual void cancel();
-    /// Returns whether the key means something to the tool.
+    /// Returns whether the tool used the key.
     virtual bool key(const QKeyEvent&) { return false; }
 
-    /// Shows what lies under the hand, and what a press would do.
+    /// Shows the place under the hand, and what a press would do.
     virtual void paintHint(QPainter& painter, const Hand& hand,
                            const PlateColours& colours) const = 0;
     /// For the status bar and for screen readers.

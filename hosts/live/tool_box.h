@@ -10,7 +10,7 @@
 #include "plate_view.h"
 #include "tool.h"
 
-/// The tools of both modes with their actions, of which one is in the hand.
+/// The tools of both modes with their actions. One tool is in the hand.
 class ToolBox : public QObject {
     Q_OBJECT
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <vector>
 
-/// Steps that point at the parts of a window, one after the other. A step ends when the user has
-/// done it, or has pressed Next.
+/// Steps that point at the parts of a window, one after the other. A step ends when the user does
+/// it or presses Next.
 class Tour : public QObject {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ public:
     std::size_t step() const { return current; }
 
 public slots:
-    /// The user has done what a step asks for. Without effect in other steps.
+    /// Ends the step `finished`, because the user did what it asks for. Ignored during other steps.
     void done(std::size_t finished);
 
 private:

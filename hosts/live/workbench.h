@@ -8,8 +8,8 @@
 #include "document.h"
 #include "plate_arrow.h"
 
-/// What the tools and the panels share: the document, what is selected in it, the brush, and what
-/// of the running design an edit has to start from.
+/// What the tools and the panels share: the document, the selection, the brush, and the present
+/// place of the blob.
 class Workbench : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     const Brush& brush() const { return currentBrush; }
     void setBrush(const Brush& brush);
 
-    /// Of the tools that draw a design.
+    /// The mirror of the tools that draw a design.
     const Mirror& mirror() const { return currentMirror; }
     void setMirror(const Mirror& mirror) { currentMirror = mirror; }
 
@@ -33,29 +33,28 @@ public:
     void select(std::optional<std::size_t> load);
     void deleteSelectedLoad();
 
-    /// The selected load, if a hand has turned it: its free end stays where the hand has left it
-    /// for as long as it is selected.
+    /// The selected load if a hand has turned it. Its free end stays where the hand left it while
+    /// the load is selected.
     const std::optional<HeldLoad>& turnedLoad() const { return turned; }
     void setTurnedLoad(const std::optional<HeldLoad>& load) { turned = load; }
 
-    /// The largest force of the scene has an arrow of ordinary length. The scale rests during a
-    /// gesture, so that no arrow changes because another load does.
+    /// The largest force of the scene has an arrow of ordinary length. The scale is constant during
+    /// a gesture, so that changing one load does not rescale the other arrows.
     const ForceScale& forces() const { return forceScale; }
 
-    /// Begins a gesture of a hand, from pressing a button to releasing it: its edits become one
-    /// step of the history.
+    /// Begins a gesture, from pressing a button to releasing it. Its edits become one step of the
+    /// history.
     int beginGesture();
     void endGesture();
 
-    /// Where the blob is now: in the scene, unless it moves.
+    /// The present place of the blob: the place in the scene, unless the blob moves.
     Area blob() const { return movedBlob ? *movedBlob : document.scene().blob; }
     void setMovedBlob(std::optional<Area> blob) { movedBlob = std::move(blob); }
 
-    /// Makes an edit of the scene that is seen, or reports why it is not possible. Returns whether
-    /// it was.
+    /// Edits the visible scene, or emits refused(). Returns whether the edit was possible.
     bool edit(const QString& what, const std::function<void(Scene&)>& change,
               int gesture = Document::NO_GESTURE);
-    /// The same for the scene with its timeline.
+    /// Edits the scene with its timeline in the same way.
     bool editWhole(const QString& what, const std::function<void(Scene&)>& change);
 
 signals:
@@ -63,9 +62,9 @@ signals:
     void forcesChanged();
     void loadCaseChanged();
     void selectionChanged();
-    /// An edit that was asked for is not possible, and why.
+    /// An edit is not possible. `reason` is a sentence.
     void refused(const QString& reason);
-    /// What an edit did beside what was asked for.
+    /// A side effect of an edit, as a sentence.
     void told(const QString& what);
 
 private:

@@ -15,16 +15,16 @@
 #include "library_session.h"
 #include "settling.h"
 
-/// What the worker is to compute. It is plain data, and cheap to copy.
+/// What the worker computes. It is plain data, and cheap to copy.
 struct LiveSettings {
     std::shared_ptr<const Scene> scene;
     bool movesBlob = false;
     /// 0: score the design once it has settled, as the command-line program draws it. Above 0:
-    /// score it all along, drawn with so many elements per edge of an element of the grid and no
-    /// more material than the scene's volume.
+    /// score it during the run, too, drawn with this refinement of the grid and at most as much
+    /// material as the scene's volume.
     int scoredRefinement = 0;
-    std::uint64_t start = 0;     ///< another number than before: start afresh
-    std::uint64_t revision = 0;  ///< comes back with each result, to tell what it belongs to
+    std::uint64_t start = 0;     ///< a new number: start afresh
+    std::uint64_t revision = 0;  ///< is returned with each result of these settings
 };
 
 /// A drawn design to score.
@@ -32,15 +32,15 @@ struct ScoreRequest {
     std::shared_ptr<const Scene> scene;
     std::shared_ptr<const Field> drawing;
     std::uint64_t revision = 0;
-    bool isOfOptimiser = false;  ///< one of its designs, that was saved
+    bool isOfOptimiser = false;  ///< a saved design of the optimiser
 };
 
 /// The one thread that calls the library, and the mailboxes on both sides of it.
 ///
-/// The library's calls must not overlap and may take as long as they like, a window must never
-/// wait: so no call is made elsewhere, and each side leaves its latest word under a lock that
-/// nobody holds for longer than a swap. Settings that the worker did not come round to are
-/// replaced by newer ones; so are pictures that nobody fetched.
+/// The library's calls must not overlap and may take long. A window must never wait, so only this
+/// thread calls the library. Each side leaves its latest message under a lock, which it holds only
+/// for a swap. Newer settings replace settings that the worker has not read. Newer pictures replace
+/// pictures that the window has not fetched.
 ///
 ///     window                      worker
 ///       send(settings)  ------->    between two iterations: update, or create anew
@@ -48,11 +48,11 @@ struct ScoreRequest {
 ///
 /// A design that has settled rests: no iteration runs before the next settings, play() or step().
 ///
-/// All functions return at once, but for the destructor, which waits for the call under way.
+/// All functions return at once, except the destructor, which waits for the present call.
 class Worker {
 public:
     /// `notify` is called on the worker's thread when there is something to fetch, at most once
-    /// until the next fetch; it should do no more than to post an event.
+    /// until the next fetch; it should only post an event.
     explicit Worker(std::function<void()> notify);
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
@@ -61,30 +61,31 @@ public:
     void send(LiveSettings settings);
     void score(ScoreRequest request);
 
-    /// Lets a settled design go on as well.
+    /// Also continues a settled design.
     void play();
     void pause();
     /// Runs one iteration while paused.
     void step();
 
-    /// At most so many iterations a second: more than the screen shows would only heat the room.
-    /// 0 is without a limit.
+    /// Limits the rate to what the screen can show. 0 means no limit.
     void setRate(double iterationsPerSecond);
 
     /// Swaps the newest picture into `frame`, whose buffers the worker then uses again. Returns
-    /// false, and leaves `frame` alone, when there was none since the last time.
+    /// false and leaves `frame` unchanged if there is no new picture since the last call.
     bool fetchFrame(Frame& frame);
-    /// Numbers of all iterations since the last time, in order, also of those whose picture was
-    /// replaced by a newer one.
+    /// The numbers of all iterations since the last call, in order, also of iterations whose
+    /// picture was replaced by a newer one.
     std::vector<IterationNumbers> fetchNumbers();
-    /// What the library had to say on the newest settings that it was asked to compute; empty when
-    /// all is well.
+    /// The library's text about the newest settings that the worker has read; empty if it did not
+    /// refuse them.
     LibraryText fetchText();
+    /// The newest score of a drawing since the last call, if there is one.
     std::optional<ScoreResult> fetchScore();
+    /// The newest score of the optimiser's design since the last call, if there is one.
     std::optional<ScoreResult> fetchDesignScore();
 
 private:
-    /// What the window asks for; under the lock.
+    /// Messages from the window; under the lock.
     struct Inbox {
         std::optional<LiveSettings> settings;
         std::optional<ScoreRequest> score;
@@ -94,7 +95,7 @@ private:
         bool stops = false;
         std::chrono::nanoseconds pace{0};
     };
-    /// What the window may fetch; under the lock.
+    /// Messages to the window; under the lock.
     struct Outbox {
         Frame frame;
         bool hasFrame = false;
@@ -124,15 +125,15 @@ private:
     Inbox inbox;
     Outbox outbox;
 
-    // The worker's own; nobody else touches them.
+    // Only the worker's thread uses these.
     LibrarySession solvers;
     LiveSettings current;
     Frame back;
-    std::string text;              // why it cannot go on before the next settings
-    std::optional<int> resumesAt;  // but with this iteration of the timeline
+    std::string text;              // why it waits for the next settings
+    std::optional<int> resumesAt;  // or it resumes with this iteration of the timeline
     int iterationsSinceSettings = 0;
     Settling settling;
     std::chrono::steady_clock::time_point lastStart;
 
-    std::thread thread;  // the last member: it starts when all others are there
+    std::thread thread;  // the last member, because it uses all others
 };
