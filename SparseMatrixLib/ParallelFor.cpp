@@ -52,14 +52,23 @@ void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)
 #include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
+#include <atomic>
+#include <exception>
+
 void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)) {
     // Isolated on both sides: a host that calls from within its own tasks, and cancels them, must
     // not cancel these, nor may this thread take up the host's tasks while it waits for them.
     tbb::this_task_arena::isolate([=] {
         tbb::task_group_context independent(tbb::task_group_context::isolated);
-        tbb::parallel_for(
-            std::size_t{0}, count, [=](std::size_t index) { task(context, index); },
-            tbb::auto_partitioner(), independent);
+        std::atomic<std::size_t> next = 0;
+        try {
+            tbb::parallel_for(
+                std::size_t{0}, count, [&](std::size_t) { task(context, next++); },
+                tbb::auto_partitioner(), independent);
+        } catch (const std::exception&) {
+            // oneTBB reports threads that the system refuses. This one does the tasks that are left.
+            for (std::size_t index = next++; index < count; index = next++) task(context, index);
+        }
     });
 }
 
