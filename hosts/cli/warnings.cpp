@@ -19,8 +19,9 @@ void complainOf(const Findings& warnings, const std::filesystem::path& scene) {
 }
 
 std::string explainedRefusal(const std::string& text, bool isTorn) {
-    if (text.empty() || !isTorn) return text;
-    return "the design has torn: its material no longer joins the loads to the supports; use a "
-           "larger volumeFraction or a finer grid (the library says: " +
-           text + ")";
+    if (!isTorn || !text.starts_with("Change load")) return text;
+    // The library has one text for equations that it cannot solve and for memory that ran out.
+    const std::string memory = text == "Change load / support" ? ", or memory ran out" : "";
+    return "the design has torn: its material no longer joins the loads to the supports" + memory +
+           "; use a larger volumeFraction or a finer grid (the library says: " + text + ")";
 }

@@ -84,7 +84,7 @@ Optimiser::Outcome Optimiser::iterateOnce(double penalty, bool movesBlob) {
     outcome.compliance *= unitOfForce * unitOfForce;
     outcome.message = message.data();
     // The problem of the scene is not at fault, and no change of it would help.
-    if (outcome.message.rfind("No optimiser", 0) == 0)
+    if (outcome.message.starts_with("No optimiser") || outcome.message == "std::bad_alloc")
         throw std::runtime_error("not enough memory to optimise");
     return outcome;
 }
