@@ -52,6 +52,6 @@ enum VoxamVectors voxam_blas_vectors(void) {
 
 const char* voxam_blas_getenv(const char* name) {
     const char* const value = getenv(name);
-    if (value || strcmp(name, "OPENBLAS_CORETYPE") != 0) return value;
-    return bestKernels();
+    if (strcmp(name, "OPENBLAS_CORETYPE") != 0) return value;
+    return value && *value ? value : bestKernels();
 }
