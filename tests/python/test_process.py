@@ -190,10 +190,17 @@ def test_the_example_without_display_tells_where_the_picture_is(tmp_path):
 def test_the_package_installs(tmp_path):
     shutil.copytree(PACKAGE, tmp_path / "source",
                     ignore=shutil.ignore_patterns("build", "*.egg-info"))
-    done = python("-m", "pip", "install", "--no-index", "--no-deps", "--no-build-isolation",
-                  "--target", str(tmp_path / "site"), str(tmp_path / "source"))
+    def install(setting):
+        return python("-m", "pip", "install", "--no-index", "--no-deps", "--no-build-isolation",
+                      "--config-settings", f"library={setting}", "--target",
+                      str(tmp_path / "site"), str(tmp_path / "source"), PWD=str(LIBRARY.parent))
+
+    for wrong in "missing.so", __file__:
+        assert "this library cannot be used" in install(wrong).stderr
+    done = install(LIBRARY.name)
     assert done.returncode == 0, done.stderr
     assert (tmp_path / "site" / "voxam" / "py.typed").is_file()
+    assert (tmp_path / "site" / "voxam" / "libvoxam.so.1").read_bytes() == LIBRARY.read_bytes()
     metadata, = (tmp_path / "site").glob("voxam-*.dist-info/METADATA")
     header = (PACKAGE.parents[1] / "SparseMatrixLib" / "voxam.h").read_text()
     version = re.search(r'VOXAM_VERSION "(.*)"', header).group(1)

@@ -49,7 +49,7 @@ def build_wheel(directory: str, settings: Settings = None, metadata: Optional[st
                  if file.is_file() and file.suffix in (".py", ".typed", ".html")]
         files += [(f"voxam/{file.name}", file.read_bytes()) for file in libraries]
         texts = [(f"licenses/{file.name}", file.read_bytes()) for file in licences]
-        return _write_wheel(directory, _tag(libraries), files, texts)
+        return _write_wheel(directory, _tag(libraries, bool(licences)), files, texts)
 
 
 def prepare_metadata_for_build_wheel(directory: str, settings: Settings = None) -> str:
@@ -97,9 +97,8 @@ def _library(wanted: Optional[str], scratch: pathlib.Path) -> Tuple[List[pathlib
     if wanted == "none":
         return [], []
     if wanted:
-        file = scratch / _NAMES[0]
-        shutil.copyfile(wanted, file)  # under the name that the package looks for
-        return [file], []
+        # pip changes the directory: a relative path counts from the shell's.
+        return _given(pathlib.Path(os.environ.get("PWD", ".")) / wanted, scratch)
     try:
         return _build(scratch)
     except _Unavailable as reason:
@@ -111,6 +110,26 @@ def _library(wanted: Optional[str], scratch: pathlib.Path) -> Tuple[List[pathlib
                      "  - install it later: pip install --config-settings library=none ...")
         print(f"voxam: the installed library will be used, for none can be built: {reason}")
         return [], []
+
+
+def _given(library: pathlib.Path, scratch: pathlib.Path) -> Tuple[List[pathlib.Path],
+                                                                   List[pathlib.Path]]:
+    """A library that the user names. In a bundle, the libraries that it needs and the texts of
+    the licences lie beside it."""
+    try:
+        exports = ctypes.CDLL(str(library))
+        if not hasattr(exports, "_InitVoxamApp"):
+            raise OSError(f"{library} is another library")
+    except OSError as reason:
+        sys.exit(f"voxam: this library cannot be used: {reason}")
+    file = scratch / _NAMES[0]
+    shutil.copyfile(library, file)  # under the name that the package looks for
+    licences = library.parent / "licences"
+    if not licences.is_dir():
+        return [file], []
+    others = [other for other in sorted(library.parent.glob("lib*.so.*"))
+              if not other.name.startswith("libvoxam.")]
+    return [file, *others], sorted(licences.iterdir())
 
 
 def _build(scratch: pathlib.Path) -> Tuple[List[pathlib.Path], List[pathlib.Path]]:
@@ -127,7 +146,7 @@ def _build(scratch: pathlib.Path) -> Tuple[List[pathlib.Path], List[pathlib.Path
     build = _CLONE / "build" / "wheel"
     for arguments in (
         ["-S", str(_CLONE), "-B", str(build), *options],
-        ["--build", str(build), "--parallel", "--target", "voxam"],
+        ["--build", str(build), "--parallel", str(os.cpu_count() or 1), "--target", "voxam"],
         ["--install", str(build), "--prefix", str(scratch), "--component", "bundle"],
     ):
         done = subprocess.run([cmake, *arguments], stdout=subprocess.PIPE,
@@ -162,15 +181,16 @@ def _is_installed() -> bool:
     return False
 
 
-def _tag(libraries: List[pathlib.Path]) -> str:
-    """The platforms that the wheel is for. On Linux that is the newest version of the C library
-    that one of its files asks for, by the names of versions in their tables of strings."""
+def _tag(libraries: List[pathlib.Path], is_bundle: bool) -> str:
+    """The platforms that the wheel is for. A bundle runs on each Linux with the newest version of
+    the C library that one of its files asks for, by the names of versions in their tables of
+    strings. Another library may need more than the wheel contains."""
     if not libraries:
         return "py3-none-any"
     platform = re.sub(r"[-.]", "_", sysconfig.get_platform())
     needs_glibc = [int(minor) for file in libraries
                    for minor in re.findall(rb"\0GLIBC_2\.(\d+)(?=[.\0])", file.read_bytes())]
-    if platform.startswith("linux_") and needs_glibc:
+    if platform.startswith("linux_") and needs_glibc and is_bundle:
         # 2.17 is the oldest that installers know.
         platform = platform.replace("linux_", f"manylinux_2_{max(17, *needs_glibc)}_", 1)
     return f"py3-none-{platform}"
