@@ -32,3 +32,11 @@ foreach(dependency IN LISTS dependencies)
 endforeach()
 
 voxam_collect_licences("${bundle_dir}/licences" ${origins})
+
+# For the target `uninstall`, which reads what CMake installed.
+file(GLOB_RECURSE bundled "${bundle_dir}/*")
+foreach(file IN LISTS bundled)
+    string(REPLACE "$ENV{DESTDIR}" "" file "${file}")
+    list(APPEND CMAKE_INSTALL_MANIFEST_FILES "${file}")
+endforeach()
+list(REMOVE_DUPLICATES CMAKE_INSTALL_MANIFEST_FILES)
