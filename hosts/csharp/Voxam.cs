@@ -725,13 +725,23 @@ namespace Voxam
             catch (Exception failure) when (failure is DllNotFoundException
                                             || failure is EntryPointNotFoundException)
             {
-                throw new VoxamException(
-                    $"The Voxam library cannot be loaded: {failure.Message}. Put it as "
-                    + $"libvoxam.so into {AppDomain.CurrentDomain.BaseDirectory}, into the "
-                    + "plug-in folder of the engine, or into a directory that LD_LIBRARY_PATH "
-                    + "names.", failure);
+                throw new VoxamException(Remedy(AppDomain.CurrentDomain.BaseDirectory), failure);
             }
             current = new WeakReference<T>(owner);
+        }
+
+        private static string Remedy(string folder)
+        {
+            string library = Path.Combine(folder, "libvoxam.so");
+            string bundled = Path.Combine(folder, "voxam", "libvoxam.so.1");
+            if (File.Exists(library))
+                return $"The Voxam library {library} cannot be loaded: it is not a library for "
+                    + "this processor, or lacks a library that it needs. ldd shows which.";
+            if (File.Exists(bundled))
+                return $"The Voxam library cannot be found. Copy {bundled} to {library}.";
+            return "The Voxam library cannot be found. Put it as libvoxam.so into "
+                + $"{folder}, into the plug-in folder of the engine, or into a directory that "
+                + "LD_LIBRARY_PATH names.";
         }
 
         public void CheckAlive(T user)
