@@ -20,3 +20,10 @@ foreach(library IN ITEMS voxamvoxam voxam_internal)
         message(FATAL_ERROR "score_plate_${library} printed\n${output}instead of\n${expected}")
     endif()
 endforeach()
+
+# A parent that did not ask for them gets no headers, but the licences.
+run("${CMAKE_COMMAND}" --install "${SCRATCH_DIR}" --prefix "${SCRATCH_DIR}/installed")
+file(GLOB_RECURSE installed RELATIVE "${SCRATCH_DIR}/installed" "${SCRATCH_DIR}/installed/*")
+if(NOT installed MATCHES "libvoxam" OR NOT installed MATCHES "licences.md" OR installed MATCHES "voxam\\.h")
+    message(FATAL_ERROR "A parent project would install ${installed}")
+endif()
