@@ -225,12 +225,14 @@ bool FileActions::mayDropComments(const std::filesystem::path& target) {
 
 bool FileActions::saveAs() {
     const auto& file = document.file();
-    const QString start = file.empty() || isShipped(file)
-                              ? QDir::home().filePath(document.displayName())
-                              : pathText(file);
+    // The ending by which the system recognises scenes.
+    const QString ending = "voxam.json";
+    const QString name = document.displayName().section('.', 0, 0) + "." + ending;
+    const QString start =
+        file.empty() || isShipped(file) ? QDir::home().filePath(name) : pathText(file);
     QFileDialog dialog(&parent, tr("Save the scene"), start, sceneFilter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix("json");
+    dialog.setDefaultSuffix(ending);
     dialog.selectFile(start);
     if (dialog.exec() != QDialog::Accepted) return false;
     return write(pathOf(dialog.selectedFiles().front()));
