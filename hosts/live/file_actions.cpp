@@ -77,7 +77,9 @@ FileActions::FileActions(Document& edited, QWidget& window)
     explain(*saveAction, tr("Save the scene"));
     saveAsAction->setShortcut(QKeySequence("Ctrl+Shift+S"));
     explain(*saveAsAction, tr("Save the scene under another name"));
-    explain(*importAction, tr("Draw on from a design of this plate, a grey PNG or a CSV file"));
+    explain(*importAction,
+            tr("Draw on from a design of this plate, a grey PNG or a CSV file, and keep it as a "
+               "variant"));
     connect(importAction, &QAction::triggered, this, &FileActions::importDesign);
     connect(openAction, &QAction::triggered, this, &FileActions::chooseAndOpen);
     connect(saveAction, &QAction::triggered, this, &FileActions::save);
@@ -165,7 +167,7 @@ void FileActions::importDesign() {
         Scene next = document.scene();
         next.densities = readDesign(pathOf(name), next.width, next.height);
         document.edit(tr("Import design"), std::move(next));
-        emit imported();
+        emit imported(pathText(pathOf(name).filename()));
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The design cannot be imported"),
                              QString::fromStdString(error.what()));

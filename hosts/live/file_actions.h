@@ -51,8 +51,8 @@ public:
 signals:
     /// A scene was opened, with the design that was saved with it.
     void loaded(const std::optional<Field>& design);
-    /// A design replaced the drawing.
-    void imported();
+    /// A design replaced the drawing. `name` is the name of its file.
+    void imported(const QString& name);
 
 private:
     void makeNew();

@@ -31,7 +31,8 @@ enum class Glyph {
     ZOOM_IN,
     ZOOM_OUT,
     GALLERY,
-    DRAW_MODE
+    DRAW_MODE,
+    KEEP_VARIANT
 };
 
 QIcon icon(Glyph glyph);

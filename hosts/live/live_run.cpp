@@ -49,12 +49,12 @@ void LiveRun::step() {
 
 void LiveRun::wake() {
     front.isSettled = false;
-    isSavedShown = false;
+    isKeptShown = false;
     sinceNews.start();
 }
 
 RunState LiveRun::state() const {
-    if (isSavedShown) return RunState::AS_SAVED;
+    if (isKeptShown) return RunState::AS_KEPT;
     if (!lastRefusal.text.empty() && lastRefusal.revision == settings.revision)
         return RunState::FAILED;
     if (!playing) return RunState::PAUSED;
@@ -73,12 +73,12 @@ void LiveRun::announceState() {
     emit stateChanged();
 }
 
-void LiveRun::showSaved(Field design) {
+void LiveRun::showKept(Field design) {
     setPlaying(false);
     const Scene& scene = bench.document.scene();
     front.refinement = refinementOf(design, scene);
     front.material = std::move(design);
-    isSavedShown = true;
+    isKeptShown = true;
     const int refinement = drawnRefinement(scene, front.refinement);
     auto drawn = drawnDesign(front.material, scene, refinement).design;
     worker.score({bench.document.snapshot(), std::make_shared<const Field>(std::move(drawn)),
@@ -173,8 +173,8 @@ void LiveRun::sendSettings() {
     settings.scene = sceneToOptimise();
     settings.scoredRefinement = refinementToScore();
     ++settings.revision;
-    // An edit starts the optimiser, also where only a saved design was shown.
-    if (std::exchange(isSavedShown, false)) setPlaying(true);
+    // An edit starts the optimiser, also where only a kept design was shown.
+    if (std::exchange(isKeptShown, false)) setPlaying(true);
     wake();
     worker.send(settings);
     emit settingsSent();
@@ -205,7 +205,7 @@ void LiveRun::fetch() {
                            refusal.iteration != lastRefusal.iteration ||
                            refusal.resumesAt != lastRefusal.resumesAt;
     lastRefusal = refusal;
-    hasFrame = hasFrame && spare.numbers.revision >= firstRevision && !isSavedShown;
+    hasFrame = hasFrame && spare.numbers.revision >= firstRevision && !isKeptShown;
     std::erase_if(numbers, [this](const auto& each) { return each.revision < firstRevision; });
     if (hasFrame) {
         std::swap(front, spare);

@@ -29,9 +29,9 @@ public:
     /// Pauses, and runs one iteration.
     void step();
     void startAfresh();
-    /// Shows a design of the scene that was just opened, and scores it, instead of forming one. It
-    /// stays until the run is played, stepped or edited.
-    void showSaved(Field design);
+    /// Shows a design of the scene that was kept, and scores it, instead of forming one. It stays
+    /// until the run is played, stepped or edited.
+    void showKept(Field design);
 
     bool movesBlob() const { return settings.movesBlob; }
     void setMovesBlob(bool moves);
@@ -96,7 +96,7 @@ private:
     LibraryText lastRefusal;
     bool playing = false;
     bool drawing = false;
-    bool isSavedShown = false;
+    bool isKeptShown = false;
     QElapsedTimer sinceNews;
     QTimer signOfLife;
     // The last member: it calls back until its destructor returns.

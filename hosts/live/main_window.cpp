@@ -60,6 +60,7 @@ MainWindow::MainWindow() : run(bench), recovery(bench.document) {
     makeParts();
     makeEditActions();
     makeDocks();
+    makeVariants();
     makeMenus();
     makeToolBars();
     makeStartHere();
@@ -168,6 +169,23 @@ void MainWindow::makeDocks() {
     course->raise();
 }
 
+void MainWindow::makeVariants() {
+    variantStrip = new VariantStrip;
+    variantDock = new QDockWidget(tr("Variants"));
+    variantDock->setObjectName("variants");
+    variantDock->setWidget(variantStrip);
+    variantDock->setAllowedAreas(Qt::BottomDockWidgetArea | Qt::TopDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    addDockWidget(Qt::BottomDockWidgetArea, variantDock);
+    variantDock->hide();
+    connect(variantStrip, &VariantStrip::filled, variantDock, &QDockWidget::setVisible);
+    variantKeeper = std::make_unique<VariantKeeper>(
+        bench, run, *variantStrip, [this] { return viewToKeep(); },
+        [this](bool draws) { setDrawing(draws); });
+    connect(variantKeeper.get(), &VariantKeeper::told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
+}
+
 void MainWindow::makeMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addActions({files->newAction, files->openAction, gallery});
@@ -201,9 +219,15 @@ void MainWindow::makeMenus() {
     runMenu->addAction(drawMode);
     runMenu->addActions(drawing->actions());
 
+    QMenu* variants = menuBar()->addMenu(tr("V&ariants"));
+    variants->addAction(variantKeeper->keepAction);
+    variants->addSeparator();
+    variants->addActions(variantStrip->actions());
+
     QMenu* view = menuBar()->addMenu(tr("&View"));
     views->fillMenu(*view);
     for (QDockWidget* dock : docks) view->addAction(dock->toggleViewAction());
+    view->addAction(variantDock->toggleViewAction());
     help = menuBar()->addMenu(tr("&Help"));
     makeHelp(*help);
 }
@@ -237,7 +261,7 @@ void MainWindow::makeToolBars() {
     main->addSeparator();
     main->addActions(runActions->actions());
     main->addSeparator();
-    main->addAction(drawMode);
+    main->addActions({drawMode, variantKeeper->keepAction});
     main->addSeparator();
     main->addActions(views->toolBarActions());
     addToolBar(brushBar);
@@ -298,9 +322,12 @@ void MainWindow::connectDocument() {
     });
     connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
     connect(files.get(), &FileActions::loaded, this, [this](const std::optional<Field>& design) {
-        design ? run.showSaved(*design) : run.setPlaying(true);
+        design ? run.showKept(*design) : run.setPlaying(true);
     });
-    connect(files.get(), &FileActions::imported, this, [this] { setDrawing(true); });
+    connect(files.get(), &FileActions::imported, this, [this](const QString& name) {
+        setDrawing(true);
+        variantKeeper->keep(name);
+    });
     files->setDesignSource([this] { return designToSave(); });
     connect(&bench, &Workbench::selectionChanged, this, [this] {
         stage->plate().setSelectedLoad(bench.selectedLoad());
@@ -423,7 +450,7 @@ void MainWindow::showFloating() {
 }
 
 bool MainWindow::isSettledShown() const {
-    return run.state() == RunState::SETTLED || run.state() == RunState::AS_SAVED;
+    return run.state() == RunState::SETTLED || run.state() == RunState::AS_KEPT;
 }
 
 void MainWindow::showTitle() {
@@ -469,7 +496,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
         return shown;
     }
     const Frame& frame = run.frame();
-    if (frame.numbers.iteration == 0 && run.state() != RunState::AS_SAVED) return std::nullopt;
+    if (frame.numbers.iteration == 0 && run.state() != RunState::AS_KEPT) return std::nullopt;
     shown.isScored = settledScore && isSettledShown();
     if (shown.isScored) shown.problem = flawOf(*settledScore);
     shown.material = frame.material;
@@ -488,8 +515,17 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     return shown;
 }
 
+std::optional<VariantKeeper::View> MainWindow::viewToKeep() const {
+    auto shown = exhibit();
+    if (!shown) return std::nullopt;
+    VariantKeeper::View view{std::move(shown->scene), std::move(shown->material),
+                             drawing->isActive(), std::nullopt};
+    if (shown->isScored) view.score = view.isDrawn ? drawing->score() : settledScore;
+    return view;
+}
+
 std::optional<Field> MainWindow::designToSave() const {
-    const bool isThere = run.frame().numbers.iteration > 0 || run.state() == RunState::AS_SAVED;
+    const bool isThere = run.frame().numbers.iteration > 0 || run.state() == RunState::AS_KEPT;
     if (drawing->isActive() || !isThere) return std::nullopt;
     return run.frame().material;
 }
@@ -500,7 +536,9 @@ void MainWindow::showEvent(QShowEvent* event) {
     // Once the window has its size: heights that are set before would be shared out anew.
     QTimer::singleShot(0, this, [this] {
         const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
-        if (restoreState(state, LAYOUT_VERSION)) return;
+        const bool isRestored = restoreState(state, LAYOUT_VERSION);
+        variantDock->setVisible(!variantStrip->variants().empty());
+        if (isRestored) return;
         // What is worked with gets the most.
         resizeDocks({docks[0], docks[2]}, {420, 230}, Qt::Vertical);
     });

@@ -20,6 +20,7 @@
 #include "run_actions.h"
 #include "start_here.h"
 #include "tool_box.h"
+#include "variant_keeper.h"
 #include "view_actions.h"
 #include "workbench.h"
 
@@ -53,6 +54,7 @@ public:
     DrawingMode& drawingMode() { return *drawing; }
     ExportActions& exporter() { return *exports; }
     StartHere& tour() { return *startHere; }
+    VariantStrip& variants() { return *variantStrip; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -65,6 +67,7 @@ private:
     void makeStatusBar();
     void makeParts();
     void makeDocks();
+    void makeVariants();
     QDockWidget* addDock(QWidget* panel, const QString& name, const QString& key);
     void makeEditActions();
     void makeMenus();
@@ -89,6 +92,7 @@ private:
     void showTheme();
     void openGallery();
     std::optional<ExportActions::Exhibit> exhibit() const;
+    std::optional<VariantKeeper::View> viewToKeep() const;
 
     Workbench bench;
     LiveRun run;
@@ -98,6 +102,8 @@ private:
     FirstHint* hint = nullptr;
     NumbersPanel* numbers = nullptr;
     PlotPanel* plot = nullptr;
+    VariantStrip* variantStrip = nullptr;
+    QDockWidget* variantDock = nullptr;
     BrushBar* brushBar = nullptr;
     std::unique_ptr<ToolBox> tools;
     std::unique_ptr<FileActions> files;
@@ -106,6 +112,7 @@ private:
     std::unique_ptr<ExportActions> exports;
     std::unique_ptr<DrawingMode> drawing;
     std::unique_ptr<StartHere> startHere;
+    std::unique_ptr<VariantKeeper> variantKeeper;
     FieldManners fieldManners;
     std::optional<ScoreResult> settledScore;
     int lastStep = 0;

@@ -22,7 +22,7 @@ ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), lin
     bold.setBold(true);
     word->setFont(bold);
     // Wide enough for each word, so that the text next to it does not move.
-    for (const RunState state : {RunState::COMPUTING, RunState::AS_SAVED, RunState::FORMING})
+    for (const RunState state : {RunState::COMPUTING, RunState::AS_KEPT, RunState::FORMING})
         word->setMinimumWidth(
             std::max(word->minimumWidth(), word->fontMetrics().horizontalAdvance(wordFor(state))));
     line->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -81,7 +81,7 @@ QString ResultLine::details() const {
 
 void ResultLine::refresh() {
     word->setText(wordFor(shown));
-    const bool isAtRest = shown == RunState::SETTLED || shown == RunState::AS_SAVED;
+    const bool isAtRest = shown == RunState::SETTLED || shown == RunState::AS_KEPT;
     if (isAtRest && score)
         line->setText(worth());
     else if (isAtRest)

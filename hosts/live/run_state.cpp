@@ -4,8 +4,8 @@
 
 QString wordFor(RunState state) {
     switch (state) {
-        case RunState::AS_SAVED:
-            return QObject::tr("As saved");
+        case RunState::AS_KEPT:
+            return QObject::tr("As kept");
         case RunState::FORMING:
             return QObject::tr("Forming");
         case RunState::COMPUTING:

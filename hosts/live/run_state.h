@@ -4,7 +4,7 @@
 
 /// The state of the optimiser that the window shows.
 enum class RunState {
-    AS_SAVED,   ///< the design of the file is shown; nothing runs
+    AS_KEPT,    ///< the design of the file or of a variant is shown; nothing runs
     FORMING,    ///< iterations follow one another
     COMPUTING,  ///< one iteration takes its time
     SETTLED,    ///< at rest; an edit wakes it

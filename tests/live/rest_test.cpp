@@ -77,7 +77,7 @@ private slots:
         }
         LiveFixture live("minimal.json");
         QVERIFY(live.window.open(file));
-        QCOMPARE(live.run().state(), RunState::AS_SAVED);
+        QCOMPARE(live.run().state(), RunState::AS_KEPT);
         const Field& shown = live.run().frame().material;
         QCOMPARE(shown.width, seen.width);
         for (std::size_t i = 0; i < seen.values.size(); ++i)

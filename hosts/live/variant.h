@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "frame.h"
+
+/// A design that the user has kept, with the scene that it belongs to.
+struct Variant {
+    QString name;
+    std::shared_ptr<const Scene> whole;  ///< as it is saved
+    std::size_t changesMade = 0;         ///< of its timeline
+    std::shared_ptr<const Scene> seen;   ///< with these changes, and the blob where it was
+    Field material;                      ///< as it was seen
+    bool isDrawn = false;                ///< by hand, or imported
+    std::optional<ScoreResult> score;    ///< as drawn; none while it is awaited
+
+    /// Empty if there is no score, or if the design does not hold.
+    std::optional<double> compliance() const;
+    /// Share of the plate, as drawn.
+    double share() const;
+};
+
+/// Whether the compliances of two variants answer the same question: the same plate, loads,
+/// supports and load cases in use.
+bool haveSameTask(const Variant& one, const Variant& other);
+
+/// The numbers of a variant, a line each: compliance as drawn and material.
+QString numbersOf(const Variant& variant);
+
+/// By how much the second variant is stiffer, and how much more material it has, as a sentence.
+QString comparisonOf(const Variant& one, const Variant& other);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAction>
+#include <QObject>
+#include <functional>
+
+#include "live_run.h"
+#include "variant_strip.h"
+
+/// Keeps what the plate shows as a variant, and shows a variant on the plate again.
+class VariantKeeper : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the plate shows.
+    struct View {
+        Scene scene;
+        Field material;
+        bool isDrawn = false;
+        std::optional<ScoreResult> score;  ///< if it is known
+    };
+    using Look = std::function<std::optional<View>()>;
+
+    /// `enterMode` starts or ends the drawing of a design.
+    VariantKeeper(Workbench& workbench, LiveRun& liveRun, VariantStrip& variantStrip, Look look,
+                  std::function<void(bool draws)> enterMode);
+
+    QAction* const keepAction;
+
+    /// An empty name is replaced by a number.
+    void keep(const QString& name = {});
+
+signals:
+    void told(const QString& text);
+
+private:
+    void restore(const Variant& variant);
+
+    Workbench& bench;
+    LiveRun& run;
+    VariantStrip& strip;
+    Look current;
+    std::function<void(bool draws)> setDrawing;
+};

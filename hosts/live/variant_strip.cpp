@@ -1,0 +1,167 @@
+#include "variant_strip.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "action_text.h"
+#include "theme.h"
+#include "thumbnail.h"
+#include "variant_comparison.h"
+
+namespace {
+
+constexpr QSize PICTURE_SIZE(118, 74);
+constexpr QSize ITEM_SIZE(262, 80);
+
+}  // namespace
+
+VariantStrip::VariantStrip(QWidget* parent)
+    : QWidget(parent),
+      items(new QListWidget),
+      restore(new QAction(tr("&Restore variant"), this)),
+      compare(new QAction(tr("&Compare two variants..."), this)),
+      rename(new QAction(tr("Re&name variant..."), this)),
+      remove(new QAction(tr("R&emove variants"), this)) {
+    items->setFlow(QListView::LeftToRight);
+    items->setWrapping(false);
+    items->setIconSize(PICTURE_SIZE);
+    items->setUniformItemSizes(true);
+    items->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    items->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    items->setContextMenuPolicy(Qt::ActionsContextMenu);
+    items->setAccessibleName(tr("Variants"));
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    items->setFixedHeight(ITEM_SIZE.height() + bar + 2 * items->frameWidth());
+    addAction(*restore, tr("Show the selected variant on the plate again"),
+              &VariantStrip::restoreSelected);
+    addAction(*compare, tr("Show two selected variants side by side"),
+              &VariantStrip::compareSelected);
+    addAction(*rename, {}, &VariantStrip::renameSelected);
+    addAction(*remove, tr("Forget the selected variants"), &VariantStrip::removeSelected);
+    auto* buttons = new QVBoxLayout;
+    buttons->setSpacing(2);
+    for (QAction* action : {restore, compare, remove}) {
+        auto* button = new QToolButton;
+        button->setDefaultAction(action);
+        button->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 0, 4, 4);
+    layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
+    layout->addWidget(items, 1);
+    layout->addLayout(buttons);
+    connect(items, &QListWidget::itemActivated, this, &VariantStrip::restoreSelected);
+    connect(items, &QListWidget::itemSelectionChanged, this, &VariantStrip::showSelection);
+    showSelection();
+}
+
+void VariantStrip::addAction(QAction& action, const QString& explanation,
+                             void (VariantStrip::*slot)()) {
+    explain(action, explanation);
+    items->QWidget::addAction(&action);
+    connect(&action, &QAction::triggered, this, slot);
+}
+
+void VariantStrip::add(Variant variant) {
+    if (variant.name.isEmpty()) variant.name = tr("Variant %1").arg(++lastNumber);
+    kept.push_back(std::move(variant));
+    auto* item = new QListWidgetItem(items);
+    item->setSizeHint(ITEM_SIZE);
+    show(items->count() - 1);
+    emit filled(true);
+    items->scrollToItem(item);
+}
+
+void VariantStrip::offerScore(const ScoreResult& result) {
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (kept[i].score || kept[i].material != result.design) continue;
+        kept[i].score = result;
+        show(static_cast<int>(i));
+    }
+}
+
+void VariantStrip::clear() {
+    kept.clear();
+    items->clear();
+    lastNumber = 0;
+    emit filled(false);
+}
+
+void VariantStrip::refresh() {
+    for (int row = 0; row < items->count(); ++row) show(row);
+}
+
+void VariantStrip::show(int row) {
+    const Variant& variant = kept[static_cast<std::size_t>(row)];
+    QListWidgetItem& item = *items->item(row);
+    item.setText(variant.name + "\n" + numbersOf(variant));
+    item.setToolTip(tr("Double-click to restore. Select two with Ctrl to compare them."));
+    const PlateColours& colours = isDarkNow() ? PlateColours::dark() : PlateColours::light();
+    // With signs of half their size.
+    const double ratio = devicePixelRatioF();
+    QImage picture =
+        thumbnailOf(*variant.seen, variant.material, 2 * PICTURE_SIZE, 0.5 * ratio, colours);
+    picture.setDevicePixelRatio(ratio);
+    item.setIcon(QIcon(QPixmap::fromImage(picture)));
+}
+
+void VariantStrip::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) refresh();
+    QWidget::changeEvent(event);
+}
+
+QList<int> VariantStrip::selectedRows() const {
+    QList<int> rows;
+    for (const QModelIndex& index : items->selectionModel()->selectedIndexes()) rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void VariantStrip::showSelection() {
+    const auto count = selectedRows().size();
+    restore->setEnabled(count == 1);
+    rename->setEnabled(count == 1);
+    compare->setEnabled(count == 2);
+    remove->setEnabled(count > 0);
+}
+
+void VariantStrip::restoreSelected() {
+    const QList<int> rows = selectedRows();
+    if (rows.size() == 1) emit restoreRequested(kept[static_cast<std::size_t>(rows.front())]);
+}
+
+void VariantStrip::compareSelected() {
+    const QList<int> rows = selectedRows();
+    if (rows.size() != 2) return;
+    VariantComparison(kept[static_cast<std::size_t>(rows[0])],
+                      kept[static_cast<std::size_t>(rows[1])], window())
+        .exec();
+}
+
+void VariantStrip::renameSelected() {
+    const QList<int> rows = selectedRows();
+    if (rows.size() != 1) return;
+    Variant& variant = kept[static_cast<std::size_t>(rows.front())];
+    const QString name = QInputDialog::getText(window(), tr("Rename variant"), tr("Name:"),
+                                               QLineEdit::Normal, variant.name);
+    if (name.isEmpty()) return;
+    variant.name = name;
+    show(rows.front());
+}
+
+void VariantStrip::removeSelected() {
+    QList<int> rows = selectedRows();
+    std::reverse(rows.begin(), rows.end());
+    for (const int row : rows) {
+        kept.erase(kept.begin() + row);
+        delete items->takeItem(row);
+    }
+    emit filled(!kept.empty());
+}

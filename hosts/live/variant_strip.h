@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QAction>
+#include <QListWidget>
+#include <QWidget>
+#include <deque>
+
+#include "variant.h"
+
+/// The variants of the document in a strip, with pictures and numbers: compared, restored and
+/// removed from here. They stay as long as the document is open.
+class VariantStrip : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit VariantStrip(QWidget* parent = nullptr);
+
+    /// Keeps a variant. An empty name is replaced by a number.
+    void add(Variant variant);
+    /// Gives their score to the variants that wait for it.
+    void offerScore(const ScoreResult& result);
+    void clear();
+    /// Draws the pictures anew, in the present colours.
+    void refresh();
+
+    const std::deque<Variant>& variants() const { return kept; }
+    /// For one variant, for two, for at least one.
+    QList<QAction*> actions() const { return {restore, compare, rename, remove}; }
+    QListWidget& list() { return *items; }
+
+signals:
+    void restoreRequested(const Variant& variant);
+    /// Whether there are any.
+    void filled(bool hasVariants);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void addAction(QAction& action, const QString& explanation, void (VariantStrip::*slot)());
+    void show(int row);
+    void showSelection();
+    QList<int> selectedRows() const;
+    void restoreSelected();
+    void compareSelected();
+    void renameSelected();
+    void removeSelected();
+
+    std::deque<Variant> kept;  // in the order of the list
+    int lastNumber = 0;
+    QListWidget* items;
+    QAction* restore;
+    QAction* compare;
+    QAction* rename;
+    QAction* remove;
+};

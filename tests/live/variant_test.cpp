@@ -1,0 +1,126 @@
+#include <QLabel>
+#include <QtTest>
+
+#include "dialog_answers.h"
+#include "export/design_file.h"
+#include "export/output_file.h"
+#include "live_fixture.h"
+#include "variant_comparison.h"
+
+/// Designs that are kept, compared and shown again.
+class VariantTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aVariantIsRestoredAsItWasSeen() {
+        LiveFixture live(LiveFixture::smallScene());
+        QVERIFY(live.settle());
+        const Field first = live.run().frame().material;
+        QVERIFY(live.takeTool("Ctrl+K"));
+        live.bench().edit("More", [](Scene& scene) { scene.volumeFraction = 0.7; });
+        QVERIFY(live.settle());
+        QVERIFY(live.takeTool("Ctrl+K"));
+        const auto& variants = live.window.variants().variants();
+        QCOMPARE(variants.size(), std::size_t{2});
+        QVERIFY(variants[0].compliance() > variants[1].compliance());
+        QVERIFY(std::abs(variants[0].share() - 0.5) < 0.02);
+        QVERIFY(std::abs(variants[1].share() - 0.7) < 0.02);
+        activate(live, 0);
+        QCOMPARE(live.run().state(), RunState::AS_KEPT);
+        QVERIFY(live.run().frame().material == first);
+        QCOMPARE(live.scene().volumeFraction, 0.5);
+        // With the score that it had.
+        const QString score = numbersOf(variants[0]).section('\n', 0, 0).section(' ', 1);
+        const ResultLine& line = live.window.plateStage().resultLine();
+        QTRY_VERIFY_WITH_TIMEOUT(line.text().contains(score), 60000);
+        // One step of the history, after which the optimiser goes on.
+        live.bench().document.undoStack().undo();
+        QCOMPARE(live.scene().volumeFraction, 0.7);
+        QVERIFY(live.settle());
+        live.bench().document.undoStack().setClean();
+        QVERIFY(live.window.open(VOXAM_SCENES "/minimal.json"));
+        QVERIFY(variants.empty());
+    }
+
+    void twoVariantsAreComparedSideBySide() {
+        LiveFixture live(LiveFixture::smallScene());
+        Variant half = drawn(live.scene(), 0.5, 40);
+        half.name = "Half";
+        Variant all = drawn(live.scene(), 1, 10);
+        all.name = "All";
+        live.window.variants().add(half);
+        live.window.variants().add(all);
+        QVERIFY(!named(live, "Compare").isEnabled());
+        live.window.variants().list().selectAll();
+        QStringList said;
+        const DialogAnswer closing([&](QWidget& dialog) {
+            if (qobject_cast<VariantComparison*>(&dialog) == nullptr) return false;
+            dialog.repaint();
+            for (const QLabel* label : dialog.findChildren<QLabel*>()) said << label->text();
+            dialog.close();
+            return true;
+        });
+        named(live, "Compare").trigger();
+        const QString text = said.join("|");
+        QVERIFY2(text.contains("All is 300.0 % stiffer."), qPrintable(text));
+        QVERIFY2(text.contains("All has more material, by 50.0 % of the plate."), qPrintable(text));
+        // Another load makes another task.
+        Scene other = *all.seen;
+        other.loads[0].fy = 2;
+        all.seen = std::make_shared<const Scene>(other);
+        QVERIFY(comparisonOf(half, all).contains("cannot be compared"));
+    }
+
+    void anImportedDesignIsAVariantWithItsScore() {
+        LiveFixture live(LiveFixture::smallScene());
+        Field design(24, 12);
+        for (int x = 0; x < 24; ++x)
+            for (int y = 4; y < 8; ++y) design.at(x, y) = 1;
+        const QString file = directory.filePath("beam.png");
+        writeFile(file.toStdString(), encodeDesignPng(design));
+        const FileAnswer answer(file);
+        named(live, "Import a design").trigger();
+        const auto& variants = live.window.variants().variants();
+        QCOMPARE(variants.size(), std::size_t{1});
+        QCOMPARE(variants[0].name, QString("beam.png"));
+        QTRY_VERIFY_WITH_TIMEOUT(variants[0].compliance(), 60000);
+        QCOMPARE(*variants[0].compliance(), assess(design, live.scene()).score.compliance);
+        // Back from the optimiser to the drawing.
+        live.window.setDrawing(false);
+        live.bench().edit("Clear", [](Scene& scene) { scene.densities.reset(); });
+        activate(live, 0);
+        QVERIFY(live.window.drawingMode().isActive());
+        QVERIFY(*live.window.drawingMode().design() == design);
+    }
+
+private:
+    static Variant drawn(const Scene& scene, double share, double compliance) {
+        Variant variant;
+        variant.whole = variant.seen = std::make_shared<const Scene>(scene);
+        variant.material = Field(scene.width, scene.height);
+        const auto count = static_cast<std::size_t>(share * scene.width * scene.height);
+        std::fill_n(variant.material.values.begin(), count, 1.0f);
+        variant.score.emplace();
+        variant.score->design = variant.material;
+        variant.score->assessment.score.compliance = compliance;
+        return variant;
+    }
+
+    static void activate(LiveFixture& live, int row) {
+        QListWidget& list = live.window.variants().list();
+        list.clearSelection();
+        list.setCurrentRow(row);
+        QTest::keyClick(&list, Qt::Key_Return);
+    }
+
+    static QAction& named(LiveFixture& live, const QString& text) {
+        for (QAction* action : live.entries())
+            if (action->text().remove('&').startsWith(text)) return *action;
+        throw std::invalid_argument("no entry " + text.toStdString());
+    }
+
+    QTemporaryDir directory;
+};
+
+QObject* makeVariantTest() { return new VariantTest; }
+#include "variant_test.moc"
