@@ -1,7 +1,10 @@
 #include "plate_view.h"
 
 #include <QAccessible>
+#include <QLineF>
 #include <QMouseEvent>
+#include <QTabletEvent>
+#include <QTouchEvent>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -23,6 +26,7 @@ PlateView::PlateView(QWidget* parent)
     : QWidget(parent), scene(std::make_shared<const Scene>()), palette(&PlateColours::light()) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    setAttribute(Qt::WA_AcceptTouchEvents);
     setMinimumSize(160, 120);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
@@ -196,14 +200,18 @@ void PlateView::moveHand(const Hand& next) {
 }
 
 void PlateView::mousePressEvent(QMouseEvent* event) {
-    const Hand next = handAt(event->position(), event->modifiers());
+    pressAt(event->position(), event->modifiers(), event->button());
+}
+
+void PlateView::pressAt(QPointF widget, Qt::KeyboardModifiers modifiers, Qt::MouseButton button) {
+    const Hand next = handAt(widget, modifiers);
     if (isGestureByKey) endGesture();
     if (gesture != Gesture::NONE) return;
-    takeUp(event->button());
+    takeUp(button);
     const bool isTool =
-        (event->button() == Qt::LeftButton || isErasing) && tool != nullptr && tool->press(next);
+        (button == Qt::LeftButton || isErasing) && tool != nullptr && tool->press(next);
     gesture = isTool ? Gesture::TOOL : Gesture::PAN;
-    panStart = event->position();
+    panStart = widget;
     moveHand(next);
 }
 
@@ -215,20 +223,82 @@ QPointF PlateView::inReach(QPointF widget) const {
 }
 
 void PlateView::mouseMoveEvent(QMouseEvent* event) {
+    dragTo(event->position(), event->modifiers());
+}
+
+void PlateView::dragTo(QPointF widget, Qt::KeyboardModifiers modifiers) {
     if (gesture == Gesture::PAN) {
-        panBy(event->position() - panStart);
-        panStart = event->position();
+        panBy(widget - panStart);
+        panStart = widget;
     }
     if (gesture == Gesture::TOOL && isGestureByKey) return;
-    moveHand(handAt(inReach(event->position()), event->modifiers()));
+    moveHand(handAt(inReach(widget), modifiers));
 }
 
 void PlateView::mouseReleaseEvent(QMouseEvent* event) {
-    if (isGestureByKey || event->buttons() != Qt::NoButton) return;
-    const Hand next = handAt(inReach(event->position()), event->modifiers());
+    if (event->buttons() == Qt::NoButton) releaseAt(event->position(), event->modifiers());
+}
+
+void PlateView::releaseAt(QPointF widget, Qt::KeyboardModifiers modifiers) {
+    if (isGestureByKey) return;
+    const Hand next = handAt(inReach(widget), modifiers);
     if (gesture == Gesture::TOOL && tool != nullptr) tool->release(next);
     leaveGesture();
     moveHand(next);
+}
+
+void PlateView::tabletEvent(QTabletEvent* event) {
+    const bool isEraser = event->pointerType() == QPointingDevice::PointerType::Eraser;
+    if (event->type() == QEvent::TabletPress)
+        pressAt(event->position(), event->modifiers(),
+                isEraser ? Qt::RightButton : event->button());
+    else if (event->type() == QEvent::TabletMove)
+        dragTo(event->position(), event->modifiers());
+    else if (event->type() == QEvent::TabletRelease && event->buttons() == Qt::NoButton)
+        releaseAt(event->position(), event->modifiers());
+    // Otherwise Qt would send mouse events as well.
+    event->accept();
+}
+
+// One finger does what the left button does; two zoom and move the plate.
+void PlateView::touch(const QTouchEvent& event) {
+    const QList<QEventPoint>& fingers = event.points();
+    const QPointF place = fingers.isEmpty() ? QPointF() : fingers.front().position();
+    if (event.type() == QEvent::TouchCancel) {
+        cancelGesture();
+    } else if (fingers.size() > 1) {
+        // The first finger came alone and may have begun to draw.
+        if (!lastPinch) cancelGesture();
+        // A finger that leaves ends the pinch; another one may begin the next.
+        if (event.touchPointStates().testFlag(QEventPoint::Released))
+            lastPinch = Pinch();
+        else
+            pinch(fingers);
+    } else if (lastPinch) {
+        // The finger that stays longer must not draw.
+    } else if (event.type() == QEvent::TouchBegin) {
+        pressAt(place, event.modifiers(), Qt::LeftButton);
+    } else if (event.type() == QEvent::TouchUpdate) {
+        dragTo(place, event.modifiers());
+    } else {
+        releaseAt(place, event.modifiers());
+    }
+    if (event.type() == QEvent::TouchBegin || event.type() == QEvent::TouchUpdate) return;
+    lastPinch.reset();
+    // A finger that has gone is nowhere.
+    hand.reset();
+    update();
+}
+
+void PlateView::pinch(const QList<QEventPoint>& fingers) {
+    const QPointF one = fingers[0].position();
+    const QPointF other = fingers[1].position();
+    const Pinch now = {0.5 * (one + other), std::max(1.0, QLineF(one, other).length())};
+    if (lastPinch && lastPinch->span > 0) {
+        zoomAbout(lastPinch->centre, now.span / lastPinch->span);
+        panBy(now.centre - lastPinch->centre);
+    }
+    lastPinch = now;
 }
 
 void PlateView::wheelEvent(QWheelEvent* event) {
@@ -348,5 +418,15 @@ bool PlateView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && gesture == Gesture::TOOL &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         event->accept();
+    const bool isTouch = event->type() == QEvent::TouchBegin ||
+                         event->type() == QEvent::TouchUpdate ||
+                         event->type() == QEvent::TouchEnd || event->type() == QEvent::TouchCancel;
+    // Touch pads, too, send such events.
+    if (isTouch && static_cast<QTouchEvent*>(event)->device()->type() ==
+                       QInputDevice::DeviceType::TouchScreen) {
+        touch(static_cast<QTouchEvent&>(*event));
+        event->accept();
+        return true;
+    }
     return QWidget::event(event);
 }

@@ -56,6 +56,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void tabletEvent(QTabletEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -64,6 +65,11 @@ protected:
 
 private:
     enum class Gesture { NONE, TOOL, PAN };
+    /// Two fingers.
+    struct Pinch {
+        QPointF centre;
+        double span = 0;
+    };
 
     void zoomAbout(QPointF place, double factor);
     void panBy(QPointF distance);
@@ -78,6 +84,12 @@ private:
     void endGesture();
     void leaveGesture();
     void takeUp(Qt::MouseButton button);
+    // Mouse, pen and finger do the same.
+    void pressAt(QPointF widget, Qt::KeyboardModifiers modifiers, Qt::MouseButton button);
+    void dragTo(QPointF widget, Qt::KeyboardModifiers modifiers);
+    void releaseAt(QPointF widget, Qt::KeyboardModifiers modifiers);
+    void touch(const QTouchEvent& event);
+    void pinch(const QList<QEventPoint>& fingers);
 
     std::shared_ptr<const Scene> scene;
     PlateLook look;
@@ -93,4 +105,5 @@ private:
     bool isGestureByKey = false;
     std::optional<Hand> hand;
     QPointF panStart;
+    std::optional<Pinch> lastPinch;  // from the second finger until all have gone
 };
