@@ -88,6 +88,8 @@ package_requirements=(
 window_requirements=(
     "qt6-base-dev:Qt 6.4 (Widgets)"
     "qt6-svg-dev:Qt 6.4 (Svg)"
+    "qt6-tools-dev:Qt 6.4 (LinguistTools)"
+    "qt6-l10n-tools:Qt's lupdate and lrelease"
 )
 
 # What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it

@@ -10,6 +10,7 @@
 #include "number_text.h"
 #include "plate_image.h"
 #include "problems.h"
+#include "room_text.h"
 
 using namespace voxam;
 
@@ -204,7 +205,7 @@ QString DrawingMode::detailsOfDrawing(const Match& match) const {
                                   : tr("Best so far %1 % (%2)").arg(numberText(best, 3), medal));
     }
     if (!found.floating.empty())
-        notes << tr("Left out: %1").arg(QString::fromStdString(describe(found.floating)));
+        notes << tr("Left out: %1").arg(roomText(QString::fromStdString(describe(found.floating))));
     return notes.join("  ·  ");
 }
 

@@ -174,7 +174,7 @@ bool ExportActions::mayLeave() const {
         shown->problem =
             result->isSupported() ? QString() : sentenceOf(result->assessment.problems.front());
         if (result->isSupported() && !result->assessment.floating.empty())
-            shown->problem = QString::fromStdString(describe(result->assessment.floating)) + ".";
+            shown->problem = sentenceOf(result->assessment.floating);
     }
     if (shown->problem.isEmpty()) return true;
     return QMessageBox::warning(

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "main_window.h"
+#include "translation.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     // Qt takes over the locale of the user, which is for people: files have points, not commas.
     std::setlocale(LC_NUMERIC, "C");
+    installTranslation(application, QLocale());
     QApplication::setOrganizationName("Voxam");
     QApplication::setApplicationName("voxam-live");
     QApplication::setApplicationDisplayName("Voxam Live");

@@ -12,6 +12,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QWhatsThis>
 #include <algorithm>
 #include <utility>
 
@@ -36,7 +37,7 @@ QString flawOf(const ScoreResult& result) {
     const Assessment& found = result.assessment;
     if (!result.isSupported()) return sentenceOf(found.problems.front());
     return found.floating.empty() ? QString()
-                                  : QString::fromStdString(describe(found.floating)) + ".";
+                                  : sentenceOf(found.floating);
 }
 
 constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
@@ -89,6 +90,11 @@ void MainWindow::makeParts() {
     stage = new PlateStage;
     setCentralWidget(stage);
     hint = new FirstHint(bench, stage->plate());
+    clock = new DrawingClock(bench);
+    statusBar()->addPermanentWidget(clock);
+    connect(clock, &DrawingClock::timeIsUp, this, [this] {
+        statusBar()->showMessage(tr("Time is up. %1").arg(stage->plateHeader().text()));
+    });
     tools = std::make_unique<ToolBox>(bench, stage->plate());
     files = std::make_unique<FileActions>(bench.document, *this);
     views = std::make_unique<ViewActions>(*this);
@@ -218,6 +224,7 @@ void MainWindow::makeMenus() {
     runMenu->addSeparator();
     runMenu->addAction(drawMode);
     runMenu->addActions(drawing->actions());
+    runMenu->addAction(clock->action);
 
     QMenu* variants = menuBar()->addMenu(tr("V&ariants"));
     variants->addAction(variantKeeper->keepAction);
@@ -236,6 +243,10 @@ void MainWindow::makeHelp(QMenu& menu) {
     QAction* keys = menu.addAction(tr("&Keyboard shortcuts"));
     keys->setShortcuts({QKeySequence("?"), QKeySequence(Qt::Key_F1)});
     connect(keys, &QAction::triggered, this, [this] { ShortcutDialog(*menuBar(), this).exec(); });
+    QAction* whatsThis = QWhatsThis::createAction(this);
+    whatsThis->setText(tr("&What is this?"));
+    menu.addAction(whatsThis);
+    menu.addSeparator();
     QAction* about = menu.addAction(tr("&About Voxam Live"));
     connect(about, &QAction::triggered, this, [this] {
         QMessageBox::about(this, tr("About Voxam Live"),
@@ -391,6 +402,7 @@ void MainWindow::setDrawing(bool draws) {
     stage->setDrawing(draws);
     tools->setDrawing(draws);
     hint->setDrawing(draws);
+    clock->setDrawing(draws);
     drawing->setActive(draws);
     showDocks(!draws);
     // Now, or a hand that is quick would still meet the plate at its old place.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "drawing_clock.h"
 #include "drawing_mode.h"
 #include "export_actions.h"
 #include "field_manners.h"
@@ -100,6 +101,7 @@ private:
     Recorder recorder;
     PlateStage* stage = nullptr;
     FirstHint* hint = nullptr;
+    DrawingClock* clock = nullptr;
     NumbersPanel* numbers = nullptr;
     PlotPanel* plot = nullptr;
     VariantStrip* variantStrip = nullptr;

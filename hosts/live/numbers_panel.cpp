@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "field_help.h"
 #include "number_text.h"
 
 namespace {
@@ -32,11 +33,12 @@ void tell(QLabel& label, const QString& value) {
 }  // namespace
 
 const std::array<NumbersPanel::Part, 5>& NumbersPanel::parts() {
-    static const std::array<Part, 5> all = {{{"Assembly", &RuntimeStat::assembleTime},
-                                             {"Factorisation", &RuntimeStat::factorizeTime},
-                                             {"Solution", &RuntimeStat::solveTime},
-                                             {"Sensitivities", &RuntimeStat::sensitivityTime},
-                                             {"Update and picture", &RuntimeStat::updateTime}}};
+    static const std::array<Part, 5> all = {
+        {{QT_TR_NOOP("Assembly"), &RuntimeStat::assembleTime},
+         {QT_TR_NOOP("Factorisation"), &RuntimeStat::factorizeTime},
+         {QT_TR_NOOP("Solution"), &RuntimeStat::solveTime},
+         {QT_TR_NOOP("Sensitivities"), &RuntimeStat::sensitivityTime},
+         {QT_TR_NOOP("Update and picture"), &RuntimeStat::updateTime}}};
     return all;
 }
 
@@ -50,8 +52,18 @@ NumbersPanel::NumbersPanel(QWidget* parent) : QWidget(parent) {
     change = addNumber(*form, tr("Change"));
     milliseconds = addNumber(*form, tr("One iteration"));
     frames = addNumber(*form, tr("Frames a second"));
-    compliance->setToolTip(tr("Force times displacement: less is stiffer"));
-    change->setToolTip(tr("Largest change of a density; below 0.01 little happens any more"));
+    explainRow(*form, *iteration,
+               tr("How many times the optimiser has improved the design since it started afresh."));
+    explainRow(*form, *compliance,
+               tr("How far the loads move the structure: force times displacement, summed over the "
+                  "load cases. The smaller it is, the stiffer is the structure."));
+    explainRow(*form, *volume, tr("Material of the design, in percent of the plate."));
+    explainRow(*form, *change,
+               tr("The largest change of a density in the last iteration. Below 0.01 hardly "
+                  "anything moves."));
+    explainRow(*form, *milliseconds,
+               tr("Time for one iteration, averaged over the last iterations."));
+    explainRow(*form, *frames, tr("How often the picture of the design was replaced."));
     layout->addLayout(form);
 
     auto* times = new QGroupBox(tr("Where the time goes"));

@@ -3,6 +3,8 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "field_help.h"
+
 PlateStage::PlateStage(QWidget* parent)
     : QWidget(parent),
       plateView(new PlateView),
@@ -16,6 +18,12 @@ PlateStage::PlateStage(QWidget* parent)
     plateView->setAccessibleName(tr("Plate"));
     rivalView->setAccessibleName(tr("The optimiser's design"));
     rivalView->setFocusPolicy(Qt::NoFocus);
+    explainField(
+        *header,
+        tr("100 % means that your design is as stiff as the optimiser's: the loads move it "
+           "as little. Both may use the same amount of material."));
+    explainField(*otherHeader,
+                 tr("As drawn means in black and white, without the greys of the optimiser."));
 
     auto* plateSide = new QWidget;
     auto* side = new QVBoxLayout(plateSide);

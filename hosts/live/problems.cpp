@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "checks/checks.h"
+#include "room_text.h"
 
 using namespace voxam;
 
@@ -88,12 +89,16 @@ void addWarnings(const ScoreResult& result, const Scene& scene, Problems& proble
 }  // namespace
 
 QString sentenceOf(const InputError& refusal) {
-    return asSentence(inWords(QString::fromUtf8(refusal.what())));
+    return asSentence(roomText(inWords(QString::fromUtf8(refusal.what()))));
+}
+
+QString sentenceOf(const std::vector<FloatingPart>& parts) {
+    return asSentence(roomText(QString::fromStdString(describe(parts))));
 }
 
 QString sentenceOf(const Finding& finding) {
     const QString key = QString::fromStdString(finding.key);
-    const QString words = inWords(QString::fromStdString(finding.text));
+    const QString words = roomText(inWords(QString::fromStdString(finding.text)));
     const QString text = words + ".";
     // People count from 1.
     const int number = key.section('[', 1).section(']', 0, 0).toInt() + 1;

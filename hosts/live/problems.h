@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "checks/finding.h"
+#include "checks/floating_parts.h"
 #include "format/input_error.h"
 #include "format/scene.h"
 #include "frame.h"
@@ -21,6 +22,8 @@ struct Problems {
 /// The text of a finding as a complete sentence, in the words of the window instead of the keys of
 /// a scene file.
 QString sentenceOf(const Finding& finding);
+/// The same for parts of a design that no support holds.
+QString sentenceOf(const std::vector<FloatingPart>& parts);
 /// The reason why an edit is refused, in the same words.
 QString sentenceOf(const InputError& refusal);
 

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 
+#include "field_help.h"
 #include "number_text.h"
 #include "problems.h"
 
@@ -72,7 +73,7 @@ QString ResultLine::details() const {
         tr("Compliance is force times displacement, summed over the load cases: the "
            "smaller it is, the stiffer is the structure.");
     if (score && last.iteration > 0)
-        text += tr("\nAs drawn means in black and white, as voxam score would score it. While "
+        text += tr(" As drawn means in black and white, as voxam score would score it. While "
                    "optimising, with greys, it is %1 after %2 iterations.")
                     .arg(numberText(last.compliance, DIGITS_AT_REST))
                     .arg(last.iteration);
@@ -90,6 +91,6 @@ void ResultLine::refresh() {
         line->setText(tr("The optimiser cannot go on"));
     else
         line->setText(progress());
-    line->setToolTip(details());
+    explainField(*line, details());
     setAccessibleName(text());
 }

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "checks/checks.h"
+#include "field_help.h"
 #include "format/detail.h"
 #include "format/input_error.h"
 #include "format/resize.h"
@@ -21,11 +22,10 @@ namespace {
 
 constexpr int SLIDER_STEPS_PER_PERCENT = 2;
 
-QSpinBox* makeCount(int most, const QString& name, const QString& tip) {
+QSpinBox* makeCount(int most, const QString& name) {
     auto* box = new QSpinBox;
     box->setRange(1, most);
     box->setAccessibleName(name);
-    box->setToolTip(tip);
     return box;
 }
 
@@ -58,9 +58,19 @@ SettingsPanel::SettingsPanel(Workbench& workbench, LiveRun& liveRun)
     auto* layout = new QVBoxLayout(this);
     auto* problem = new QGroupBox(tr("Design"));
     auto* form = new QFormLayout(problem);
-    form->addRow(tr("Vo&lume"), makeVolume());
+    QWidget* volumeRow = makeVolume();
+    form->addRow(tr("Vo&lume"), volumeRow);
     form->addRow(tr("&Penalty"), makePenalty());
     form->addRow(makeBlob());
+    explainRow(*form, *volumeRow,
+               tr("How much material the structure may have, in percent of the plate. Less "
+                  "material makes a lighter and less stiff structure."));
+    explainRow(*form, *penalty,
+               tr("How strongly the optimiser avoids grey, which is neither material nor void. At "
+                  "1 grey costs nothing; 3 gives nearly black and white designs."));
+    explainField(*movesBlob,
+                 tr("The blob is a hole of fixed size. If it moves, it drifts to where material is "
+                    "least useful."));
     layout->addWidget(problem);
     layout->addWidget(makeGrid());
     layout->addWidget(makeTexts());
@@ -81,7 +91,6 @@ QWidget* SettingsPanel::makeVolume() {
     volume->setSuffix(" %");
     volume->setKeyboardTracking(false);
     volume->setAccessibleName(volumeSlider->accessibleName());
-    row->setToolTip(tr("Material to use, in percent of the plate"));
     row->setObjectName("volume");
     row->setFocusProxy(volumeSlider);
     layout->addWidget(volumeSlider, 1);
@@ -104,8 +113,6 @@ QWidget* SettingsPanel::makePenalty() {
     penalty->setDecimals(2);
     penalty->setKeyboardTracking(false);
     penalty->setAccessibleName(tr("Penalty"));
-    penalty->setToolTip(
-        tr("Exponent that makes half-filled cells a poor use of material; usually 3"));
     connect(penalty, &QDoubleSpinBox::valueChanged, this, [this](double value) {
         if (!isShowing)
             bench.edit(tr("Change penalty"), [=](Scene& scene) { scene.penalty = value; });
@@ -115,7 +122,6 @@ QWidget* SettingsPanel::makePenalty() {
 
 QWidget* SettingsPanel::makeBlob() {
     movesBlob = new QCheckBox(tr("&Blob moves"));
-    movesBlob->setToolTip(tr("Let the blob move to where material is least useful"));
     connect(movesBlob, &QCheckBox::toggled, &run, &LiveRun::setMovesBlob);
     return movesBlob;
 }
@@ -125,11 +131,12 @@ QWidget* SettingsPanel::makeTexts() {
     auto* form = new QFormLayout(group);
     title = new QLineEdit;
     title->setAccessibleName(tr("Title of the scene"));
-    title->setToolTip(tr("Stands above exported pictures"));
     description = new QLineEdit;
     description->setAccessibleName(tr("Description of the scene"));
     form->addRow(tr("Title"), title);
     form->addRow(tr("Description"), description);
+    explainRow(*form, *title, tr("It is drawn above exported pictures."));
+    explainRow(*form, *description, tr("What the scene is about. It is shown above the plate."));
     connect(title, &QLineEdit::editingFinished, this, [this] {
         if (!title->isModified()) return;
         const std::string text = title->text().simplified().toStdString();
@@ -147,13 +154,10 @@ QWidget* SettingsPanel::makeGrid() {
     auto* group = new QGroupBox(tr("Grid"));
     gridFields = group;
     auto* form = new QFormLayout(group);
-    width = makeCount(Scene::MAX_SIDE, tr("Elements in x"), tr("Elements from left to right"));
-    height = makeCount(Scene::MAX_SIDE, tr("Elements in y"), tr("Elements from top to bottom"));
-    subdivision = makeCount(Scene::MAX_REFINEMENT, tr("Detail of the design"),
-                            tr("Cells of the design per edge of an element (subdivision)"));
-    meshFactor =
-        makeCount(Scene::MAX_REFINEMENT, tr("Detail of the picture"),
-                  tr("Cells of the picture per edge of a cell of the design (mesh factor)"));
+    width = makeCount(Scene::MAX_SIDE, tr("Elements in x"));
+    height = makeCount(Scene::MAX_SIDE, tr("Elements in y"));
+    subdivision = makeCount(Scene::MAX_REFINEMENT, tr("Detail of the design"));
+    meshFactor = makeCount(Scene::MAX_REFINEMENT, tr("Detail of the picture"));
     gridAdvice = new QLabel;
     gridAdvice->setWordWrap(true);
     gridButton = new QPushButton(tr("Apply and start &afresh"));
@@ -164,6 +168,16 @@ QWidget* SettingsPanel::makeGrid() {
     form->addRow(tr("Hei&ght"), height);
     form->addRow(tr("&Detail of the design"), subdivision);
     form->addRow(tr("Detail of the p&icture"), meshFactor);
+    explainRow(*form, *width,
+               tr("Elements from left to right. More elements show finer bars, and each iteration "
+                  "takes longer."));
+    explainRow(*form, *height, tr("Elements from top to bottom."));
+    explainRow(*form, *subdivision,
+               tr("Cells of the design per edge of an element. At 2 each element has four cells "
+                  "that may be solid or void."));
+    explainRow(*form, *meshFactor,
+               tr("Cells of the picture per edge of a cell of the design. It makes edges smoother "
+                  "and does not change the structure."));
     for (QSpinBox* box : {width, height, subdivision, meshFactor}) {
         connect(box, &QSpinBox::valueChanged, this, &SettingsPanel::judgeGrid);
         box->installEventFilter(this);
@@ -187,7 +201,6 @@ void SettingsPanel::showScene() {
     if (title->text() != name) showStart(*title, name);
     const QString words = QString::fromStdString(scene.description);
     if (description->text() != words) showStart(*description, words);
-    description->setToolTip(words);
     movesBlob->setEnabled(!scene.blob.empty());
     isShowing = false;
     judgeGrid();

@@ -12,7 +12,9 @@ namespace {
 constexpr int DIGITS = 4;
 constexpr double SAME = 0.0005;  // a share; less is not shown
 
-QString tr(const char* text) { return QCoreApplication::translate("Variant", text); }
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Variant)
+};
 
 }  // namespace
 
@@ -33,28 +35,31 @@ bool haveSameTask(const Variant& one, const Variant& other) {
 
 QString numbersOf(const Variant& variant) {
     const auto compliance = variant.compliance();
-    const QString worth = compliance      ? tr("Compliance %1").arg(numberText(*compliance, DIGITS))
-                          : variant.score ? tr("Does not hold")
-                                          : tr("Not scored yet");
-    return worth + "\n" + tr("Material %1").arg(percentText(variant.share()));
+    const QString worth = compliance
+                              ? Words::tr("Compliance %1").arg(numberText(*compliance, DIGITS))
+                          : variant.score ? Words::tr("Does not hold")
+                                          : Words::tr("Not scored yet");
+    return worth + "\n" + Words::tr("Material %1").arg(percentText(variant.share()));
 }
 
 QString comparisonOf(const Variant& one, const Variant& other) {
     if (!haveSameTask(one, other))
-        return tr("The plates, loads or supports differ, so the compliances cannot be compared.");
+        return Words::tr(
+            "The plates, loads or supports differ, so the compliances cannot be compared.");
     const auto first = one.compliance();
     const auto second = other.compliance();
-    if (!first || !second) return tr("A design that does not hold cannot be compared.");
+    if (!first || !second) return Words::tr("A design that does not hold cannot be compared.");
     const double stiffer = *first / *second - 1;
     const double more = other.share() - one.share();
     const QString stiffness =
-        std::abs(stiffer) < SAME ? tr("Both are equally stiff.")
-        : stiffer > 0            ? tr("%1 is %2 stiffer.").arg(other.name, percentText(stiffer))
-                      : tr("%1 is %2 stiffer.").arg(one.name, percentText(*second / *first - 1));
-    const QString material =
-        std::abs(more) < SAME ? tr("They have as much material.")
-        : more > 0
-            ? tr("%1 has more material, by %2 of the plate.").arg(other.name, percentText(more))
-            : tr("%1 has more material, by %2 of the plate.").arg(one.name, percentText(-more));
+        std::abs(stiffer) < SAME ? Words::tr("Both are equally stiff.")
+        : stiffer > 0
+            ? Words::tr("%1 is %2 stiffer.").arg(other.name, percentText(stiffer))
+            : Words::tr("%1 is %2 stiffer.").arg(one.name, percentText(*second / *first - 1));
+    const QString material = std::abs(more) < SAME ? Words::tr("They have as much material.")
+                             : more > 0 ? Words::tr("%1 has more material, by %2 of the plate.")
+                                              .arg(other.name, percentText(more))
+                                        : Words::tr("%1 has more material, by %2 of the plate.")
+                                              .arg(one.name, percentText(-more));
     return stiffness + " " + material;
 }

@@ -107,7 +107,8 @@ void VariantStrip::show(int row) {
     // With signs of half their size.
     const double ratio = devicePixelRatioF();
     QImage picture =
-        thumbnailOf(*variant.seen, variant.material, 2 * PICTURE_SIZE, 0.5 * ratio, colours);
+        thumbnailOf(*variant.seen, variant.material, 2 * PICTURE_SIZE, ratio, colours)
+            .scaled(PICTURE_SIZE * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     picture.setDevicePixelRatio(ratio);
     item.setIcon(QIcon(QPixmap::fromImage(picture)));
 }

@@ -1,4 +1,7 @@
+#include <QPointingDevice>
+#include <QTabletEvent>
 #include <QtTest>
+#include <memory>
 
 #include "best_scores.h"
 #include "live_fixture.h"
@@ -130,6 +133,74 @@ private slots:
         live.press(live.at(5.5, 1.5));
         live.release(live.at(5.5, 1.5));
         QCOMPARE(material(), 4 + 8);
+    }
+
+    void fingersDrawZoomAndMove() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+        const auto material = [&] { return mean(*live.window.drawingMode().design()); };
+        const QPoint one = live.at(4, 6);
+        const QPoint other = live.at(20, 6);
+        QTest::touchEvent(&live.view(), screen.get()).press(0, one);
+        QTest::touchEvent(&live.view(), screen.get()).move(0, other);
+        QTest::touchEvent(&live.view(), screen.get()).release(0, other);
+        QVERIFY(material() > 0.1);
+        // The stroke that the first of two fingers began is taken back.
+        const double before = material();
+        const double scale = live.view().transform().scale;
+        const QPointF middle = live.view().transform().toPlate(0.5 * QPointF(one + other));
+        const QPoint low(0, 40);
+        QTest::touchEvent(&live.view(), screen.get()).press(0, one + low);
+        QTest::touchEvent(&live.view(), screen.get()).move(0, one + low).press(1, other + low);
+        const QPoint apart = (other - one) / 2;
+        QTest::touchEvent(&live.view(), screen.get()).move(0, one - apart).move(1, other + apart);
+        QTest::touchEvent(&live.view(), screen.get()).release(0, one).stationary(1);
+        QTest::touchEvent(&live.view(), screen.get()).release(1, other + apart);
+        QCOMPARE(material(), before);
+        QVERIFY(std::abs(live.view().transform().scale / scale - 2) < 0.05);
+        // What was between the fingers still is.
+        const QPointF moved = live.view().transform().toPlate(0.5 * QPointF(one + other) - low);
+        QVERIFY(QLineF(moved, middle).length() < 1.5);
+    }
+
+    void aPenDrawsAndItsOtherEndErases() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        const auto stroke = [&](QPointingDevice::PointerType end) {
+            const QPointingDevice pen("pen", 1, QInputDevice::DeviceType::Stylus, end, {}, 1, 1);
+            const auto send = [&](QEvent::Type type, QPointF place, Qt::MouseButtons held) {
+                QTabletEvent event(type, &pen, place, live.view().mapToGlobal(place), 0.5, 0, 0, 0,
+                                   0, 0, {}, Qt::LeftButton, held);
+                QApplication::sendEvent(&live.view(), &event);
+            };
+            send(QEvent::TabletPress, live.at(6, 6), Qt::LeftButton);
+            send(QEvent::TabletMove, live.at(12, 6), Qt::LeftButton);
+            send(QEvent::TabletRelease, live.at(12, 6), Qt::NoButton);
+            return mean(*live.window.drawingMode().design());
+        };
+        QVERIFY(stroke(QPointingDevice::PointerType::Pen) > 0.05);
+        QCOMPARE(stroke(QPointingDevice::PointerType::Eraser), 0.0);
+    }
+
+    void theTimerStartsWithTheFirstStroke() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        const QLabel& clock = *live.window.findChild<DrawingClock*>();
+        QVERIFY(!clock.isVisible());
+        for (QAction* action : live.entries())
+            if (action->text().contains("Timer")) action->trigger();
+        QVERIFY(clock.isVisible());
+        QTest::qWait(1200);
+        QVERIFY(clock.text().endsWith("3:00"));
+        live.drag(live.at(4, 6), live.at(20, 6));
+        QTRY_VERIFY(clock.text().endsWith("2:58"));
+        for (QAction* action : live.entries())
+            if (action->text().contains("empty plate")) action->trigger();
+        QVERIFY(clock.text().endsWith("3:00"));
+        live.window.setDrawing(false);
+        QVERIFY(!clock.isVisible());
+        QSettings().remove("drawing/timer");
     }
 
     void theVerdictWaitsForTheRivalAndTheBudget() {

@@ -1,0 +1,24 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>LoadPanel</name>
+    <message numerus="yes">
+        <source>Deleted with %n load(s); undo brings them back</source>
+        <translation>
+            <numerusform>Deleted with %n load; undo brings it back</numerusform>
+            <numerusform>Deleted with %n loads; undo brings them back</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ResultLine</name>
+    <message numerus="yes">
+        <source>%n second(s) on iteration %1</source>
+        <translation>
+            <numerusform>%n second on iteration %1</numerusform>
+            <numerusform>%n seconds on iteration %1</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
