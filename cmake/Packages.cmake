@@ -96,6 +96,8 @@ if(TARGET voxam_live)
         "structural topology optimisation - window" ${about}
         "This package contains the window voxam-live.")
     set(CPACK_COMPONENT_VOXAM_LIVE_DEPENDS voxam_library voxam_cli)
+    # The buttons of Qt's own dialogs in other languages than English.
+    set(CPACK_DEBIAN_VOXAM_LIVE_PACKAGE_RECOMMENDS qt6-translations-l10n)
 endif()
 
 include(CPack)

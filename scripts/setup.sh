@@ -90,6 +90,7 @@ window_requirements=(
     "qt6-svg-dev:Qt 6.4 (Svg)"
     "qt6-tools-dev:Qt 6.4 (LinguistTools)"
     "qt6-l10n-tools:Qt's lupdate and lrelease"
+    "qt6-translations-l10n:Qt's own texts in other languages"
 )
 
 # What the WebAssembly module needs: scripts/wasm-dependencies, scripts/web and scripts/test add it

@@ -226,7 +226,7 @@ void MainWindow::makeMenus() {
     runMenu->addActions(drawing->actions());
     runMenu->addAction(clock->action);
 
-    QMenu* variants = menuBar()->addMenu(tr("V&ariants"));
+    QMenu* variants = menuBar()->addMenu(tr("Varia&nts"));
     variants->addAction(variantKeeper->keepAction);
     variants->addSeparator();
     variants->addActions(variantStrip->actions());

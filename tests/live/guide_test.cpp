@@ -1,8 +1,15 @@
+#include <QDoubleSpinBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSlider>
+#include <QTranslator>
 #include <QtTest>
 
+#include "format/scene_writer.h"
 #include "live_fixture.h"
+#include "problems.h"
+#include "room_text.h"
+#include "translation.h"
 
 /// What the window tells somebody who sees it for the first time.
 class GuideTest : public QObject {
@@ -67,7 +74,43 @@ private slots:
         QVERIFY(!button(live, "Finish").isVisible());
     }
 
+    void theWindowSpeaksTheLanguageOfTheSystem() {
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        installTranslation(*qApp, QLocale());
+        {
+            LiveFixture live(LiveFixture::smallScene());
+            QCOMPARE(live.window.menuBar()->actions().front()->text(), QString("&Datei"));
+            QCOMPARE(live.named<QDoubleSpinBox>("Strafexponent").text(), QString("3,00"));
+            // In files, numbers and keys stay as they are.
+            QVERIFY(sceneText(live.scene()).find("\"volumeFraction\": 0.5") != std::string::npos);
+        }
+        QCOMPARE(roomText("as drawn, no support holds 2 parts of it, 3.5 elements of the grid; "
+                          "the first at x 3, y 4"),
+                 QString("in Schwarzweiß: kein Lager hält 2 Teile davon, 3,5 Elemente des Netzes; "
+                         "der erste bei x 3, y 4"));
+        // What the checks find has no English words left.
+        const QRegularExpression english("\\b(the|of|is|are|no|than)\\b");
+        for (const Scene& scene : faultyScenes()) {
+            const Problems problems = problemsOf(scene, {});
+            QVERIFY(!problems.text.isEmpty());
+            QVERIFY2(!problems.text.contains(english), qPrintable(problems.text));
+        }
+        qDeleteAll(qApp->findChildren<QTranslator*>());
+        QLocale::setDefault(before);
+    }
+
 private:
+    static std::vector<Scene> faultyScenes() {
+        std::vector<Scene> scenes(5, LiveFixture::smallScene());
+        scenes[0].supports.clear();
+        scenes[1].supports = {{{0, 0}, {6, 6}, true, true}};
+        scenes[2].loads[0].fy = 0;
+        scenes[3].passive.voids.cells = {{23, 5}, {23, 6}};
+        scenes[4].loads[0].x = {0, 0};
+        return scenes;
+    }
+
     static QLabel& hintOf(LiveFixture& live) { return *live.view().findChild<FirstHint*>(); }
 
     static QPushButton& button(LiveFixture& live, const QString& text) {

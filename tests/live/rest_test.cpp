@@ -143,7 +143,7 @@ private slots:
         MessageAnswer answer(QMessageBox::No);
         for (QAction* action : live.window.exporter().actions())
             if (action->text().contains("DXF")) action->trigger();
-        QVERIFY2(answer.text.contains("no support holds 1 part"), qPrintable(answer.text));
+        QVERIFY2(answer.text.contains("No support holds 1 part"), qPrintable(answer.text));
     }
 
     void numbersAreForPeopleAndFilesAreNot() {

@@ -815,7 +815,7 @@
         <translation>&amp;Rechnen</translation>
     </message>
     <message>
-        <source>V&amp;ariants</source>
+        <source>Varia&amp;nts</source>
         <translation>&amp;Varianten</translation>
     </message>
     <message>
@@ -1686,7 +1686,7 @@
     </message>
     <message>
         <source>&amp;Blob moves</source>
-        <translation>Aussparung wan&amp;dert</translation>
+        <translation>Aussparung wa&amp;ndert</translation>
     </message>
     <message>
         <source>Scene</source>
@@ -1754,11 +1754,11 @@
     </message>
     <message>
         <source>Hei&amp;ght</source>
-        <translation>Hö&amp;he</translation>
+        <translation>Höh&amp;e</translation>
     </message>
     <message>
         <source>&amp;Detail of the design</source>
-        <translation>Auflösung Ent&amp;wurf</translation>
+        <translation>Auflösung Entw&amp;urf</translation>
     </message>
     <message>
         <source>Detail of the p&amp;icture</source>
