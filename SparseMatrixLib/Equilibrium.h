@@ -47,7 +47,7 @@ struct Equilibrium {
     /// Whether the held degrees of freedom leave the plate as a whole no rigid motion.
     bool isHeldAsRigidBody() const;
 
-    /// Makes the force vectors of all load cases: zero, and the loads added.
+    /// Clears the force vectors, then adds the loads.
     void addLoads();
 
     /// Makes the stiffness matrix zero; the first call builds its pattern, and returns true.

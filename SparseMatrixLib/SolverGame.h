@@ -14,7 +14,7 @@
 ///
 /// Arrays of densities and element values hold nelx * nely floats in element order, x * nely + y,
 /// and belong to the caller. The density interpolation is linear in the stiffness and penalised
-/// (SIMP, exponent 3) in the objective only; the difference is intended.
+/// (SIMP, exponent 3) in the objective only; all existing scores depend on this difference.
 class SolverGame {
 public:
     /// The score of a design that cannot be solved.

@@ -105,8 +105,8 @@ typedef struct RuntimeStat {
 
 /**
  * Creates the optimiser with a uniform design, or restarts the existing one.
- * The first call of a process prints one version line on standard output. So does a call after one
- * whose textureWidth was 0.
+ * The first call of a process prints one version line on standard output. If textureWidth was 0,
+ * the next call prints the line again.
  *
  * textureWidth, textureHeight  nelx and nely, the coarse grid: loads, supports, passive cells and
  *                              the blob are given on it
@@ -291,7 +291,7 @@ VOXAM_API void _DestroyVoxamGame(void);
 /** What _SolveVoxamAnalysis returns. */
 enum VoxamAnalysisStatus {
     VOXAM_ANALYSIS_SOLVED = 0,     /**< all results are written */
-    VOXAM_ANALYSIS_LOOSE_PART = 1, /**< all written; material that is free to move left out */
+    VOXAM_ANALYSIS_LOOSE_PART = 1, /**< all results are written, without loose material */
     VOXAM_ANALYSIS_LOAD_WITHOUT_MATERIAL = 2, /**< a load acts where there is no material */
     VOXAM_ANALYSIS_MECHANISM = 3,             /**< a load acts on material that is free to move */
     VOXAM_ANALYSIS_INVALID = 4,               /**< a record or a modulus is invalid */
@@ -309,8 +309,8 @@ enum VoxamAnalysisStatus {
  * loadCount          number of records in loadData
  * loadData           5 * loadCount floats
  * supportCount       number of records in supportData
- * supportData        5 * supportCount floats; the direction is truncated towards zero. What is held
- *                    does not move at all
+ * supportData        5 * supportCount floats; the direction is truncated towards zero. Held degrees
+ *                    of freedom do not move at all
  * numberOfLoadCases  independent force vectors; each load names one of 0 .. numberOfLoadCases - 1;
  *                    negative counts as 0
  *
@@ -331,8 +331,8 @@ VOXAM_API void _InitVoxamAnalysis(int nelx, int nely, int loadCount, const float
  * element: void is empty, not soft. Elements that share an edge are welded together; elements that
  * share a corner only are pinned there.
  *
- * ACCURACY. If all moduli of a design are 0 or one number, the compliance has a relative error of
- * at most 1e-10, however slender the plate is (measured up to 1000 x 10 and 900 x 1 elements).
+ * ACCURACY. If every modulus is 0 or the same positive number, the compliance has a relative error
+ * of at most 1e-10, however slender the plate is (measured up to 1000 x 10 and 900 x 1 elements).
  * Other moduli, from 1e-9 to 1 times the largest one, give the same accuracy on plates of ordinary
  * shape. A result that is not accurate is not written.
  *
@@ -382,10 +382,10 @@ VOXAM_API void _DestroyVoxamAnalysis(void);
 
 /**
  * Times four ways of assembling the stiffness matrix on five plates, and prints one table per plate
- * on standard output, with a line per way. The columns are 1, 2, 4 and 8 assemblies. Each gives the
- * total time and, in parentheses, the time to build the pattern, in milliseconds. Takes about a
- * second, and never frees the element matrices of the assemblies, 0.6 MB a call. Needs no solver
- * and affects none.
+ * on standard output, with a line per way. The columns are 1, 2, 4 and 8 assemblies. Each column
+ * gives the total time and, in parentheses, the time to build the pattern, in milliseconds. Takes
+ * about a second, and never frees the element matrices of the assemblies, 0.6 MB a call. Needs no
+ * solver and affects none.
  */
 VOXAM_API void _VoxamPerformanceTest(void);
 

@@ -208,7 +208,7 @@ add_i386() {
     if [ "$1" = --yes ]; then
         answer=y
     elif [ -t 0 ]; then
-        echo "The i386 presets need packages of the architecture i386, which dpkg does not know yet."
+        echo "The i386 presets need packages of the architecture i386."
         read -r -p "Run \"dpkg --add-architecture i386\" and install them? [y/N] " answer
     fi
     case $answer in
@@ -254,7 +254,7 @@ fetch_debian_sources() {
     mirror=$(apt-get indextargets --format '$(REPO_URI)' \
         'Identifier: Packages' 'Codename: bookworm' 'Component: main' | head -n 1)
     if [ -z "$mirror" ]; then
-        echo "The apt of this system has no packages of Debian 12, so it has no sources either." >&2
+        echo "apt has no packages of Debian 12: add its repository to the sources" >&2
         return 1
     fi
     mkdir -p "$folder/parts" "$folder/lists/partial"

@@ -173,13 +173,15 @@ TEST_F(CholmodMemoryTest, AScoreIsRightOrTheWorst) {
     });
 }
 
-TEST_F(CholmodMemoryTest, AnUpdateTakesNoneOfIt) {
+TEST_F(CholmodMemoryTest, AnUpdateNeedsNoMemoryOfCholmod) {
     test::Settings settings = test::cantilever(6, 4);
     settings.blob = {2, 2, 1, 3, 1};
-    SolverApp app(6, 4, 1, 1, 0.5F, 1);
+    SolverAppInspector app(6, 4, 1, 1, 0.5F, 1);
     EXPECT_EQ(test::iterate(app), test::NO_WORK);
     limited(0, [&] { test::send(settings, app); });
     EXPECT_EQ(test::iterate(app), "");
+    EXPECT_EQ(app.blob.hasBlob, 1);
+    EXPECT_EQ(app.blob.blobCellCount, 2);
 }
 
 // A cube of springs, for which CHOLMOD tries METIS.

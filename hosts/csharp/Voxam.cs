@@ -140,7 +140,7 @@ namespace Voxam
         public VoxamException(string message, Exception cause = null) : base(message, cause) { }
     }
 
-    /// <summary>Something is wrong with loads or supports; changed ones mend it.</summary>
+    /// <summary>Something is wrong with loads or supports: fix them and update.</summary>
     public sealed class ProblemException : VoxamException
     {
         public ProblemException(string message) : base(message) { }
@@ -238,7 +238,8 @@ namespace Voxam
 
         /// <summary>
         /// Runs one iteration, and then moves the blob if it is to move. Throws ProblemException
-        /// when the plate cannot be optimised as it is; an update mends it, and the design goes on.
+        /// if the plate cannot be optimised as it is: call Update with a fixed problem, and the
+        /// design stays.
         /// </summary>
         /// <param name="penalty">Exponent that makes half-filled cells a poor use of
         /// material.</param>

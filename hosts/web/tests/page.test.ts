@@ -140,7 +140,9 @@ test("an edit after a change of the timeline goes into that change", async () =>
         () => document.getElementById("iteration")?.textContent === "12",
     );
     await visit.reaches("settled");
-    await visit.page.locator("#problem", { hasText: "goes on at iteration 9" }).waitFor();
+    await visit.page
+        .locator("#problem", { hasText: "resumes with the change at iteration 9" })
+        .waitFor();
     await visit.drag([30, 14], [30, 4]);
     const { loads, timeline } = await savedScene(visit);
     assert.deepEqual(loads, [{ x: 30, y: 10, fy: 1 }]);

@@ -22,7 +22,7 @@ def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="python -m voxam", description="Shows the structure of a scene forming, in a window.",
         epilog="All keys of a scene are read but densities, description and $schema. A scene that "
-        "has densities and no volumeFraction is one for voxam score or voxam.Game. \"python -m voxam "
+        "has densities and no volumeFraction is a scene for voxam score or voxam.Game. \"python -m voxam "
         "study\" and \"python -m voxam dataset\" run many scenes; each has a --help of its own.")
     parser.add_argument("scene", help="scene file, as for the program voxam optimise")
     parser.add_argument("--iterations", type=int, metavar="N", help="instead of the scene's number")
@@ -30,8 +30,8 @@ def _arguments(arguments: Optional[List[str]]) -> argparse.Namespace:
                         "without it the hole stays where it is")
     parser.add_argument("--save", metavar="FILE",
                         help="write FILE instead of opening a window: OUT.gif shows the structure "
-                        "forming, OUT.png, .svg or .pdf the last picture. Written at the end, also "
-                        "of a run that Ctrl-C or a problem ends early")
+                        "forming, OUT.png, .svg or .pdf the last picture. Written even if "
+                        "Ctrl-C or an error ends the run early")
     return parser.parse_args(arguments)
 
 

@@ -35,7 +35,7 @@ class OutOfMemoryError(VoxamError, MemoryError):
 
 
 class ProblemError(VoxamError):
-    """Something is wrong with loads or supports; changed ones mend it. `text` is the library's own
+    """Something is wrong with loads or supports: fix them and update. `text` is the library's own
     text, empty if it has none."""
 
     def __init__(self, text: str, advice: str) -> None:

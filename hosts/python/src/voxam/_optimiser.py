@@ -240,8 +240,8 @@ class Optimiser(PlateSolver):
         out      array that gets the picture: float32, C-contiguous, aligned, of picture_shape; a
                  new one if left out
 
-        Raises ProblemError when the plate cannot be optimised as it is; an update mends it, and
-        the design goes on. `out` is not touched then.
+        Raises ProblemError if the plate cannot be optimised as it is: call update with a fixed
+        problem, and the design stays. `out` is not touched then.
         """
         if isinstance(penalty, np.ndarray):
             raise TypeError(f"penalty: {shown(penalty)} is not a number; iterate(out=array) puts "

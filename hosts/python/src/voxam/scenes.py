@@ -99,8 +99,8 @@ def run(
     scene: Scene, iterations: Optional[int] = None, move_blob: bool = False
 ) -> Generator[Tuple[int, Iteration], None, None]:
     """Optimises a scene, with the changes of its timeline: yields the number of each iteration,
-    from 1, and what it came to. Raises ProblemError when an iteration fails and no later change
-    can mend it; else goes on with that change. Raises ValueError when there is no blob to move."""
+    from 1, and its result. If an iteration fails, resumes with the next change of the timeline, or
+    raises ProblemError if there is none. Raises ValueError if there is no blob to move."""
     if move_blob and not scene.has_blob:
         raise ValueError("blob: no elements, needed for a blob that moves")
     last = scene.iterations if iterations is None else iterations

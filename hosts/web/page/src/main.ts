@@ -9,7 +9,7 @@ import { GridFields } from "./grid-fields.js";
 import { Library } from "./library.js";
 import { fromFragment } from "./link.js";
 import { LoadFields } from "./load-fields.js";
-import { Numbers, remedyOf } from "./numbers.js";
+import { Numbers, adviceOn } from "./numbers.js";
 import { Plate } from "./plate.js";
 import { Pointers, type Gesture } from "./pointer.js";
 import type { Frame } from "./protocol.js";
@@ -202,8 +202,10 @@ class Page {
         });
         voxam.on("stopped", ({ revision, text, resumesAt }) => {
             if (revision !== 0 && revision !== this.revision) return;
-            const then = resumesAt ? ` The timeline goes on at iteration ${resumesAt}.` : "";
-            this.stop(remedyOf(text) + then);
+            const then = resumesAt
+                ? ` The run resumes with the change at iteration ${resumesAt}.`
+                : "";
+            this.stop(adviceOn(text) + then);
         });
         voxam.on("refused", ({ revision, text }) => {
             if (revision === this.revision) this.stop(text);

@@ -85,16 +85,25 @@ export class Numbers {
     }
 }
 
-/** What the texts of the library ask a person to do. */
-export function remedyOf(text: string): string {
-    if (text === "Change load / support") {
-        return "This cannot be solved. Hold the plate in both directions and against turning.";
+/** What to do about a text of the library: the advice that all hosts give. */
+export function adviceOn(text: string): string {
+    switch (text) {
+        case "Change load / support":
+            return (
+                "The equations cannot be solved: the plate is not held, or memory ran out. " +
+                "Hold it in x, in y and against turning, or use a smaller grid."
+            );
+        case "Change load/support":
+            return (
+                "The loads push the plate away. Hold it in x, in y and against turning, " +
+                "or use smaller forces. If the design is torn, start afresh."
+            );
+        case "Load cannot be on top of support":
+            return (
+                "The loads do no work. Put a force on a node that is not held, " +
+                "in a load case that is in use."
+            );
+        default:
+            return text;
     }
-    if (text === "Change load/support") {
-        return "The load pushes the structure away. Hold it at more places, or start afresh.";
-    }
-    if (text.startsWith("Load cannot be on top")) {
-        return "The load acts where the plate is held, so it does no work. Move it away.";
-    }
-    return text;
 }
