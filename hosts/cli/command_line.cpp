@@ -21,10 +21,10 @@ constexpr int MIN_TEMPLATE_SIDE = 10;
 constexpr const char* SCORE_FOOTER =
     "Exit status:\n"
     "  0  scored\n"
-    "  1  not supported: the plate or what carries a load is free to move; a line on\n"
-    "     standard error explains it. Or --strict and a warning\n"
+    "  1  not supported: the plate, or material under a load, is free to move; a line\n"
+    "     on standard error explains it. Or --strict and a warning\n"
     "  2  an error in the scene, the options or a file; one line on standard error\n"
-    "     explains it. No picture is written, also when standard output is full\n";
+    "     explains it. No picture is written then, nor when standard output is full\n";
 
 constexpr const char* OPTIMISE_FOOTER =
     "SIGINT (Ctrl-C), SIGTERM and SIGHUP end the run after the current iteration.\n"
@@ -210,7 +210,7 @@ void addCheck(CLI::App& app, CommonOptions& options) {
 }
 
 void addCompare(CLI::App& app, CompareOptions& options) {
-    CLI::App& compare = *app.add_subcommand("compare", "Compare what designs are worth");
+    CLI::App& compare = *app.add_subcommand("compare", "Rank designs by their compliance as drawn");
     compare.add_option("files", options.files, "Scenes with densities, or designs with --scene")
         ->type_name("FILE")
         ->check(fileName())

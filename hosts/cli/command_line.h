@@ -5,7 +5,7 @@
 #include "options.h"
 
 /// The commands and options of the program, and where parsing puts their values. The manual page
-/// and the completions of shells are made from it as well.
+/// and the completions of shells are generated from it, too.
 struct CommandLine {
     CommandLine();
     CommandLine(const CommandLine&) = delete;

@@ -152,7 +152,7 @@ int runCompare(const CompareOptions& options) {
     for (const Compared& each : designs) {
         if (options.scene.empty()) complainOf(each.warnings, each.file);
         complainOf(each.verdict.warnings, each.file);
-        for (const std::string& problem : toldLines(each.verdict.found.problems)) {
+        for (const std::string& problem : shownLines(each.verdict.found.problems)) {
             complain(nameOf(each.file) + ": not supported: " + problem);
             areSupported = false;
         }

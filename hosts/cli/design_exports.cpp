@@ -84,10 +84,10 @@ void Writer::attempt(const std::function<void()>& write) {
 void Writer::write(const char* kind, const fs::path& file, const std::vector<std::uint8_t>& bytes,
                    const std::string& note) {
     writeFile(file, bytes);
-    tell(kind, file, note);
+    report(kind, file, note);
 }
 
-void Writer::tell(const char* kind, const fs::path& file, const std::string& note) {
+void Writer::report(const char* kind, const fs::path& file, const std::string& note) {
     written.push_back({kind, file});
     printRow(kind, nameOf(file) + (note.empty() ? "" : " (" + note + ")"));
 }

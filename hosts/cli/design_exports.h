@@ -11,43 +11,43 @@
 
 using namespace voxam;
 
-/// A file that a command is to write, and the option that names it.
+/// A file that a command will write, and the option that names it.
 struct Output {
     std::string option;
     std::filesystem::path file;
-    std::vector<std::string> endings;  ///< that it may have; none: any
+    std::vector<std::string> endings;  ///< allowed endings; empty: any
 };
 
-/// The files of these options. Throws InputError when an option has no use.
+/// The files of these options. Throws InputError if an option has no effect.
 std::vector<Output> outputsOf(const ExportOptions& options);
 
-/// Throws InputError unless all files have an ending that is known and can be written, none of them
-/// over an input or over another. A file without a name is none. `planned` is a directory that will
-/// be there by then.
+/// Throws InputError unless all files have a known ending and can be written, and no file replaces
+/// an input or another output. Empty names are skipped. `planned` is a directory that will exist
+/// when the files are written.
 void checkOutputs(const std::vector<Output>& outputs,
                   const std::vector<std::filesystem::path>& inputs,
                   const std::filesystem::path& planned = {});
 
-/// A file that was written, and what it is.
+/// A file that was written, and its kind.
 struct WrittenFile {
     std::string kind;
     std::filesystem::path name;
 };
 
-/// Writes files, of which one that fails does not keep the next from being written.
+/// Writes files. If one fails, the others are still written.
 class Writer {
 public:
-    /// `write` writes files and tells their names; it may throw.
+    /// `write` writes files and reports their names; it may throw.
     void attempt(const std::function<void()>& write);
 
-    /// Writes a file and tells its name, and a note behind it.
+    /// Writes a file and prints its name and a note.
     void write(const char* kind, const std::filesystem::path& file,
                const std::vector<std::uint8_t>& bytes, const std::string& note = "");
 
-    /// Tells the name of a file or a directory that was written, and a note.
-    void tell(const char* kind, const std::filesystem::path& file, const std::string& note);
+    /// Prints the name of a file or a directory that was written, and a note.
+    void report(const char* kind, const std::filesystem::path& file, const std::string& note);
 
-    /// Whether one could not be written, which was then told on standard error.
+    /// Whether a file could not be written. Standard error then has the reason.
     bool hasFailed() const { return failed; }
     const std::vector<WrittenFile>& files() const { return written; }
 
@@ -56,8 +56,8 @@ private:
     std::vector<WrittenFile> written;
 };
 
-/// Writes designs and outlines of a design of the whole of a symmetric plate. Outlines run where
-/// the density is `level`.
+/// Writes designs and outlines of a design of the whole plate. Outlines run where the density is
+/// `level`.
 void writeExports(Writer& writer, const ExportOptions& options, const Field& design,
                   const Scene& scene, double level);
 

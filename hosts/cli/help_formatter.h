@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
-/// Help that fits 80 columns, however long a description is.
+/// Formats help for 80 columns.
 class HelpFormatter : public CLI::Formatter {
 public:
     HelpFormatter() { column_width(DESCRIPTION_COLUMN); }

@@ -7,11 +7,11 @@
 
 using namespace voxam;
 
-/// A CSV file with a line for each iteration. Every line is on its way to the disk before the next
-/// iteration begins, so that an interrupted run leaves those that it finished.
+/// A CSV file with a line for each iteration. Every line is flushed before the next iteration
+/// begins, so that the file of an interrupted run has all iterations that it finished.
 class History {
 public:
-    /// Replaces what the file held. Throws InputError when it cannot be written, like add().
+    /// Replaces the file. Throws InputError if it cannot be written, like add().
     explicit History(const std::filesystem::path& target);
 
     void add(const IterationRecord& record);

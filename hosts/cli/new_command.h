@@ -2,6 +2,6 @@
 
 #include "options.h"
 
-/// Writes a scene of a well-known kind, to a file or to standard output. Returns the exit status.
-/// Throws InputError when the file exists or cannot be written.
+/// Writes a template scene to a file or to standard output. Returns the exit status. Throws
+/// InputError if the file exists or cannot be written.
 int runNew(const NewOptions& options);

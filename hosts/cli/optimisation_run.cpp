@@ -48,7 +48,7 @@ void OptimisationRun::iterateToTheEnd(const std::function<void()>& afterEach) {
             record(outcome.record);
             afterEach();
         } else {
-            tellFailure(outcome.record.iteration);
+            reportFailure(outcome.record.iteration);
         }
     }
 }
@@ -76,10 +76,10 @@ void OptimisationRun::record(const IterationRecord& done) {
 }
 
 /// Says where the run resumes, or why it ends.
-void OptimisationRun::tellFailure(int iteration) {
+void OptimisationRun::reportFailure(int iteration) {
     if (const auto next = run.next()) {
         progress.note(iteration,
-                      failed + formatted("; goes on with the change at iteration %d", *next));
+                      failed + formatted("; resumes with the change at iteration %d", *next));
         return;
     }
     progress.closeLine();

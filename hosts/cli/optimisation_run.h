@@ -18,12 +18,12 @@ using namespace voxam;
 /// The iterations of an optimisation, with the changes of its timeline.
 class OptimisationRun {
 public:
-    /// Tells on standard output that it begins. Throws std::runtime_error when there is not enough
+    /// Reports the start on standard output. Throws std::runtime_error if there is not enough
     /// memory.
     OptimisationRun(const OptimiseOptions& options, const Scene& scene);
 
-    /// Iterates until the end, or until the library cannot go on. `afterEach` is called after each
-    /// iteration that succeeds. An exception, also of that, leaves the records as they are.
+    /// Iterates until the end, or until the library refuses the last iteration. Calls `afterEach`
+    /// after each successful iteration. An exception, also of `afterEach`, keeps the records.
     void iterate(const std::function<void()>& afterEach);
 
     const OptimiseOptions& options() const { return given; }
@@ -32,8 +32,8 @@ public:
     const std::vector<IterationRecord>& records() const { return recorded; }
     /// The material after the last of the records, at the resolution of the picture.
     const Field& material() const { return run.material(); }
-    /// Why the run ended early: the library's text when the last iteration failed, or what was
-    /// thrown.
+    /// Why the run ended early: the library's text if the last iteration failed, or the text of the
+    /// exception.
     const std::string& failure() const { return failed; }
     int plannedIterations() const { return last; }
     bool isConverged() const { return converged; }
@@ -43,7 +43,7 @@ private:
     void iterateToTheEnd(const std::function<void()>& afterEach);
     SceneRun::Outcome iterateOnce();
     void record(const IterationRecord& done);
-    void tellFailure(int iteration);
+    void reportFailure(int iteration);
 
     const OptimiseOptions& given;
     std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();

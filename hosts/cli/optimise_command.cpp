@@ -154,8 +154,8 @@ void writeResult(const OptimisationRun& run, const RunResult& result,
             });
     }
     if (!options.frames.empty())
-        writer.tell("frames", options.frames, counted(drawings.frames, "file"));
-    if (!options.history.empty()) writer.tell("history", options.history, "");
+        writer.report("frames", options.frames, counted(drawings.frames, "file"));
+    if (!options.history.empty()) writer.report("history", options.history, "");
 }
 
 Report reportOn(const OptimisationRun& run, const RunResult& result, const Findings& warnings,

@@ -18,7 +18,7 @@ std::string whyNotAll(const OptimisationRun& run) {
     if (!run.failure().empty()) return ", then stopped: " + run.failure();
     if (run.isConverged()) return formatted(", then the change was below %g", *run.options().until);
     const auto skipped = static_cast<std::size_t>(run.plannedIterations()) - run.records().size();
-    return skipped > 0 ? formatted(", without %zu that failed", skipped) : "";
+    return skipped > 0 ? formatted("; %zu could not run", skipped) : "";
 }
 
 void printResult(const OptimisationRun& run, const RunResult& result) {
@@ -42,7 +42,7 @@ void printSummary(const OptimisationRun& run, const RunResult& result, const Fin
     printRow("iterations", formatted("%zu of %d", run.records().size(), run.plannedIterations()) +
                                whyNotAll(run));
     if (!run.records().empty()) printResult(run, result);
-    for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
+    for (const std::string& warning : shownLines(warnings)) printRow("warning", warning);
     if (run.records().empty()) return;
     printRow("time", formatted("%.2f s", run.seconds()));
     printTimeTable(partTimes(run.records()));

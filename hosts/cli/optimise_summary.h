@@ -7,8 +7,8 @@
 
 using namespace voxam;
 
-/// Prints what an optimisation came to. The result is that of its last design; without a record
-/// there is none.
+/// Prints the result of an optimisation. `result` belongs to its last design; it is ignored if no
+/// iteration succeeded.
 void printSummary(const OptimisationRun& run, const RunResult& result, const Findings& warnings);
 
 /// "iteration 80,  compliance 43, as drawn 40.9,  volume 40.0 %".

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// What every command that reads a scene may be told.
+/// The options of every command that reads a scene.
 struct CommonOptions {
     std::filesystem::path scene;           ///< "-" is standard input
     std::vector<std::string> assignments;  ///< such as "volumeFraction=0.4"
@@ -14,13 +14,13 @@ struct CommonOptions {
     bool isJson = false;                   ///< one JSON object on standard output, nothing else
 };
 
-/// What a picture shows of an analysis.
+/// What a picture shows of the results of an analysis.
 struct ViewOptions {
     std::string view;             ///< material, energy, stress or deformed
     std::optional<int> loadCase;  ///< only this one
 };
 
-/// Files that take a design out of the program, each of the kind that its ending names.
+/// Files to export a design to, in the formats of their endings.
 struct ExportOptions {
     std::vector<std::filesystem::path> pictures;
     std::vector<std::filesystem::path> designs;
@@ -33,14 +33,14 @@ struct ExportOptions {
 struct ScoreOptions : CommonOptions {
     ViewOptions view{"energy", {}};
     std::optional<int> scale;      ///< pixels per element of the pictures
-    std::filesystem::path design;  ///< instead of the scene's densities; empty: those
+    std::filesystem::path design;  ///< instead of the scene's densities; empty: not given
     ExportOptions exports;         ///< without designs
 };
 
 struct OptimiseOptions : CommonOptions {
     ViewOptions view{"material", {}};
     std::optional<int> iterations;    ///< instead of the scene's number
-    std::optional<double> until;      ///< change of the densities that is small enough to stop
+    std::optional<double> until;      ///< the run stops at this change of the densities
     std::filesystem::path animation;  ///< GIF file; empty: no animation
     ExportOptions exports;
     std::filesystem::path frames;   ///< directory; empty: no frames
@@ -58,6 +58,6 @@ struct CompareOptions {
 struct NewOptions {
     std::string kind;            ///< of the template
     std::filesystem::path file;  ///< empty: standard output
-    int width = 0;               ///< 0: that of the template
+    int width = 0;               ///< 0: the template's width
     int height = 0;
 };

@@ -7,16 +7,16 @@
 
 using namespace voxam;
 
-/// The line of a terminal that shows an iteration in `width` columns. What does not fit is left
-/// out: the bar, then the time, the volume, the change, the compliance, and the iteration last.
+/// The line of a terminal that shows an iteration in `width` columns. If parts do not fit, it omits
+/// first the bar, then the time, the volume, the change, the compliance, and last the iteration.
 std::string liveLine(const IterationRecord& record, int of, std::size_t width);
 
-/// Tells on standard output how a run gets on: on a terminal in one line that is overwritten, else
-/// in a line for every tenth iteration.
+/// Shows the progress of a run on standard output: on a terminal in one line that is overwritten,
+/// elsewhere in a line for every tenth iteration.
 class Progress {
 public:
-    /// `iterations` is the number that the run has at most. Shows at once that it begins: the first
-    /// iteration of a large plate takes a while.
+    /// `iterations` is the largest possible number of iterations. Shows the start at once, because
+    /// the first iteration of a large plate takes a while.
     explicit Progress(int iterations);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -24,13 +24,13 @@ public:
 
     void show(const IterationRecord& record);
 
-    /// A line of its own that stays.
+    /// Prints a line that stays.
     void note(int iteration, const std::string& text);
 
     /// Ends with the last iteration shown, if there was one.
     void finish();
 
-    /// What follows begins on a line of its own.
+    /// Makes the next output start on a new line.
     void closeLine();
 
 private:
@@ -40,7 +40,7 @@ private:
 
     int last;
     bool live;
-    bool lineOpen = false;  // the live line waits to be overwritten
+    bool lineOpen = false;  // the last line will be overwritten
     int printed = 0;        // the last iteration that has a plain line
     IterationRecord latest;
 };

@@ -22,12 +22,12 @@ Report reportOn(const Findings& findings);
 /// A list of objects with "kind" and "name".
 Report reportOn(const std::vector<WrittenFile>& files);
 
-/// "compliance", and "compliances" of each load case where they are known.
+/// "compliance", and "compliances" of each load case if they are known.
 Report reportOn(const Assessment& found);
 
-/// The same, and "asDrawn": the same and the level of the design as drawn. It is the design itself,
-/// at level 0.5, when that is black and white.
+/// The same members and "asDrawn": the same members and the level of the design as drawn. A design
+/// that is black and white is its own design as drawn, at level 0.5.
 Report reportOn(const Verdict& verdict);
 
-/// Prints the object, although standard output was silenced for everything else.
+/// Prints the object, even if standard output was silenced.
 void print(const Report& report);

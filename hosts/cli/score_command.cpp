@@ -88,14 +88,14 @@ void printVerdict(const Scene& scene, const Verdict& verdict) {
         return;
     }
     printRow("compliance", "none: not supported");
-    for (const std::string& problem : toldLines(found.problems)) printRow("because", problem);
+    for (const std::string& problem : shownLines(found.problems)) printRow("because", problem);
 }
 
 /// Tells on standard error what keeps the score from being plain.
 void complainOf(const Verdict& verdict, const Findings& warnings,
                 const std::filesystem::path& scene) {
     complainOf(warnings, scene);
-    for (const std::string& problem : toldLines(verdict.found.problems))
+    for (const std::string& problem : shownLines(verdict.found.problems))
         complain(nameOf(scene) + ": not supported: " + problem);
 }
 
@@ -159,7 +159,7 @@ int runScore(const ScoreOptions& options) {
     // 3. What it came to. A picture is left only by a score that was told.
     printScene(scene);
     printVerdict(scene, verdict);
-    for (const std::string& warning : toldLines(warnings)) printRow("warning", warning);
+    for (const std::string& warning : shownLines(warnings)) printRow("warning", warning);
     flushStandardOutput();
     complainOf(verdict, warnings, name);
     if (!outputsOf(options.exports).empty()) std::printf("\n");

@@ -6,14 +6,14 @@
 
 using namespace voxam;
 
-/// Where the time of the iterations went.
+/// The time of a part of the iterations.
 struct PartTime {
-    const char* name;  ///< of a part of an iteration; the last one is the whole iteration
+    const char* name;  ///< of the part; the last one is the whole iteration
     double share;      ///< of the total, 0 to 1
     double median;     ///< milliseconds
 };
 
-/// The parts of an iteration. There is at least one record.
+/// The parts of an iteration. `records` must not be empty.
 std::vector<PartTime> partTimes(const std::vector<IterationRecord>& records);
 
 /// Prints these times.

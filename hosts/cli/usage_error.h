@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
-/// Tells in one line what is wrong with the arguments of a command line, what may have been meant,
-/// and where help is. `error` is what parsing them with `app` threw.
+/// Describes in one line what is wrong with the arguments of a command line, what the user may have
+/// meant, and where to find help. `error` is the exception of parsing them with `app`.
 std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app,
                                const std::vector<std::string>& arguments);
 
-/// Takes numbers from `from` to `to`, and no text that is none.
+/// Accepts numbers from `from` to `to`, and rejects other text.
 CLI::Validator numberWithin(double from, double to);
 CLI::Validator wholeNumberWithin(int from, int to);
 
-/// Takes numbers above 0.
+/// Accepts numbers above 0.
 CLI::Validator positiveNumber();
 
-/// Takes these words.
+/// Accepts these words.
 CLI::Validator oneOf(const std::vector<std::string>& words);
 
-/// Takes names that are not empty.
+/// Accepts names that are not empty.
 CLI::Validator fileName();

@@ -6,22 +6,22 @@
 
 using namespace voxam;
 
-/// A design with greys in black and white, and what that is worth.
+/// A design with greys in black and white, and its assessment.
 struct DrawnVerdict {
     DrawnDesign drawn;
     Assessment assessment;
 };
 
-/// What a design is worth as it is and, where it has greys, as drawn.
+/// The assessment of a design with its greys and, if it has greys, as drawn.
 struct Verdict {
     Assessment found;
-    std::optional<DrawnVerdict> drawn;  ///< none when the design is black and white
+    std::optional<DrawnVerdict> drawn;  ///< empty if the design is black and white
     Findings warnings;
-    double seconds = 0;  ///< that the analyses took
+    double seconds = 0;  ///< for the analyses
 
-    /// Of the design as drawn, which is the design itself when it is black and white.
+    /// The assessment of the design as drawn. A black and white design is drawn as it is.
     const Assessment& asDrawn() const { return drawn ? drawn->assessment : found; }
 };
 
-/// Judges the design of a scene, which has one.
+/// Judges the design of a scene that has densities.
 Verdict judge(const Scene& scene, bool withStates = false);

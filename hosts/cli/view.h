@@ -8,16 +8,16 @@
 
 using namespace voxam;
 
-/// Shows in a picture what the options ask for: the energy or the stress of the elements, or the
-/// deformed plate. `found` has its states, of a design of the picture's resolution. Returns what
-/// the subtitle should add, such as ",  load case 1 of 2", or nothing.
+/// Shows in a picture the energy or the stress of the elements, or the deformed plate, as the
+/// options say. `found` contains the states of a design of the picture's resolution. Returns an
+/// addition to the subtitle, such as ",  load case 1 of 2", or an empty text.
 std::string showView(const ViewOptions& options, const Assessment& found, const Scene& scene,
                      PictureContent& content);
 
-/// The same content for the whole of a symmetric plate.
+/// The content for the whole of a symmetric plate.
 PictureContent mirrored(const PictureContent& content, const Scene& scene);
 
-/// Throws InputError when a load case is asked for that the scene does not use.
+/// Throws InputError if the options name a load case that the scene does not use.
 void checkView(const ViewOptions& options, const Scene& scene);
 
 /// Whether a view needs the displacements or stresses of an assessment.

@@ -14,7 +14,7 @@ Findings warningsOf(const Findings& findings, const std::filesystem::path& scene
 }
 
 void complainOf(const Findings& warnings, const std::filesystem::path& scene) {
-    for (const std::string& warning : toldLines(warnings))
+    for (const std::string& warning : shownLines(warnings))
         complain(nameOf(scene) + ": warning: " + warning);
 }
 

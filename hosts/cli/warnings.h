@@ -11,9 +11,9 @@ using namespace voxam;
 /// warnings.
 Findings warningsOf(const Findings& findings, const std::filesystem::path& scene);
 
-/// Tells warnings on standard error.
+/// Prints warnings on standard error.
 void complainOf(const Findings& warnings, const std::filesystem::path& scene);
 
-/// Why the library refuses to iterate, for people. `isTorn` when it iterated the same problem
-/// before: then its design no longer joins the loads to the supports.
+/// Why the library refuses to iterate, in plain words. Set `isTorn` if the library iterated the
+/// same problem before: then its design no longer connects the loads with the supports.
 std::string explainedRefusal(const std::string& text, bool isTorn);

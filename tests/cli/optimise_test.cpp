@@ -245,7 +245,7 @@ TEST_F(Optimise, tellsWhatTheLibrarySays) {
     EXPECT_EQ(mended.status, 0);
     expectText(mended.err, "warning: timeline[0]: supports: the plate is free to move: nothing");
     expectText(mended.out, "9  changes: supports, restart\n");
-    expectText(mended.out, "3  Change load/support; goes on with the change at iteration 5\n");
+    expectText(mended.out, "3  Change load/support; resumes with the change at iteration 5\n");
     EXPECT_EQ(column(contents(directory / "h.csv"), 0), (std::vector<double>{1, 2, 9, 10}));
 
     const Outcome cut = run("optimise mended.json --iterations 8 --picture p.png");

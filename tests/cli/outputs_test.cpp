@@ -68,7 +68,9 @@ TEST_F(Outputs, takeScenesFromStandardInputAndChangeThem) {
     EXPECT_GT(Json::parse(outcome.out)["compliance"].get<double>(), 2 * 2 * 1.5 * 1.5);
     write("bar.json", BAR);
     expectErrors({{"score bar.json --set loads", "--set: \"loads\": expected KEY=VALUE"},
-                  {"score bar.json --set loads[7].fx=1", "the scene has no such place"},
+                  {"score bar.json --set loads[7].fx=1", "loads has no entry 7: write 0 to "},
+                  {"score bar.json --set supports[0].x[9]=1", "supports[0].x has no "},
+                  {"score bar.json --set passive.void.x=1", "the scene has no key passive"},
                   {"score bar.json --set ~=3", "bar.json: ~: unknown key"},
                   {"compare bar.json b.csv", "b.csv: is a design; name its scene with --scene"},
                   {"score bar.json --set grid.width=x",

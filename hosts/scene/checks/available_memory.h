@@ -4,9 +4,9 @@
 
 namespace voxam::inline checks {
 
-/// Bytes that this process can still get: the least of what the machine has free, what the limit of
-/// its addresses (ulimit -v) leaves, and what its cgroups (containers) leave. Infinite on systems
-/// that do not say. The folders are those in which Linux says it.
+/// Bytes that this process can still allocate: the least of the free memory of the machine, of the
+/// rest of its address space (ulimit -v), and of the rest of its cgroups (containers). Infinite if
+/// the system does not report it. The arguments are the folders in which Linux reports it.
 double availableMemory(const std::filesystem::path& proc = "/proc",
                        const std::filesystem::path& cgroups = "/sys/fs/cgroup");
 

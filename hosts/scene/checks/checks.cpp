@@ -55,7 +55,7 @@ Findings findInsideVoid(const Scene& scene) {
     if (scene.passive.voids.empty()) return {};
     const PassiveVoid passiveVoid(scene);
     Findings findings;
-    const auto tell = [&](const std::string& key, const auto& where) {
+    const auto check = [&](const std::string& key, const auto& where) {
         const auto node = passiveVoid.firstInside(where.x, where.y);
         if (node)
             findings.push_back(error(key,
@@ -64,9 +64,9 @@ Findings findInsideVoid(const Scene& scene) {
                                      Place{true, {node->x, node->x}, {node->y, node->y}}));
     };
     for (std::size_t i = 0; i < scene.loads.size(); ++i)
-        if (hasForce(scene.loads[i])) tell(item("loads", i), scene.loads[i]);
+        if (hasForce(scene.loads[i])) check(item("loads", i), scene.loads[i]);
     for (std::size_t i = 0; i < scene.supports.size(); ++i)
-        tell(item("supports", i), scene.supports[i]);
+        check(item("supports", i), scene.supports[i]);
     return findings;
 }
 
@@ -152,7 +152,7 @@ Findings findTooLarge(const MemoryNeed& need) {
                             std::floor(available / tenthOfGigabyte) / 10, need.advice.c_str()))};
 }
 
-/// Of a scene as it stands, whatever its timeline says.
+/// Findings about the settings of the scene itself, without its timeline.
 Findings checkNow(const Scene& scene, bool keepsStates) {
     Findings findings = checkSettings(scene);
     for (const Finding& idle : findIdleLoads(scene))
@@ -162,7 +162,7 @@ Findings checkNow(const Scene& scene, bool keepsStates) {
     return findings;
 }
 
-bool tells(const Findings& findings, const Finding& finding) {
+bool contains(const Findings& findings, const Finding& finding) {
     return std::any_of(findings.begin(), findings.end(),
                        [&](const Finding& each) { return lineOf(each) == lineOf(finding); });
 }
@@ -174,7 +174,7 @@ void checkTimeline(const Scene& scene, bool keepsStates, Findings& findings) {
         apply(scene.timeline[i], later);
         const Findings after = checkNow(later, keepsStates);
         for (const Finding& each : after) {
-            if (tells(before, each)) continue;
+            if (contains(before, each)) continue;
             Finding finding = warning(item("timeline", i), lineOf(each));
             finding.place = each.place;
             findings.push_back(finding);
@@ -302,7 +302,7 @@ Findings checkScene(const Scene& scene) {
     Findings findings;
     const auto add = [&findings](const Findings& more) {
         for (const Finding& each : more)
-            if (!tells(findings, each)) findings.push_back(each);
+            if (!contains(findings, each)) findings.push_back(each);
     };
     if (scene.volumeFraction > 0) add(checkBeforeOptimisation(scene));
     if (scene.volumeFraction <= 0 || scene.densities) add(checkBeforeScore(scene));

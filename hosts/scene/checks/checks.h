@@ -6,31 +6,30 @@
 
 namespace voxam::inline checks {
 
-/// What can be said of a scene before it is optimised. An error makes the run pointless; what a
-/// change of the timeline brings about is a warning only, because a later one may mend it.
-/// `keepsStates`: the score of the result keeps the states of the plate, which takes more memory.
+/// Findings about a scene before it is optimised. An error makes the run pointless. A fault caused
+/// by a change of the timeline is only a warning, because a later change may fix it. `keepsStates`:
+/// the score of the result keeps the states of the plate, which takes more memory.
 Findings checkBeforeOptimisation(const Scene& scene, bool keepsStates = false);
 
-/// What can be said of a scene before its design is scored.
+/// Findings about a scene before its design is scored.
 Findings checkBeforeScore(const Scene& scene, bool keepsStates = false);
 
-/// What can be said of a scene without any run: before it is optimised and before its design is
-/// scored, whichever it can be, and why a score would find its design unsupported, as far as that
-/// shows without an analysis.
+/// Findings about a scene without any run: those of the optimisation and of the score, as far as
+/// the scene allows them, and reasons why a score would find its design unsupported that need no
+/// analysis.
 Findings checkScene(const Scene& scene);
 
-/// Errors in what acts on the plate and in what is asked of the design, as the scene stands,
-/// whatever its timeline says.
+/// Errors in the settings of the scene itself. The timeline is not checked.
 Findings checkSettings(const Scene& scene);
 
-/// A warning when the design would have more detail than its elements can judge.
+/// A warning if the design has more detail than its elements can judge.
 Findings findTooFine(const Scene& scene);
 
-/// An error when an optimisation would take more memory than there is. Loads and supports do not
-/// matter for it.
+/// An error if an optimisation would take more memory than there is. Loads and supports do not
+/// matter.
 Findings findTooLarge(const Scene& scene);
 
-/// What an optimisation came to.
+/// The result of an optimisation.
 struct RunResult {
     double compliance = 0;  ///< as the optimiser reports it
     double volume = 0;      ///< of the picture, 0 to 1
@@ -39,7 +38,8 @@ struct RunResult {
     double level = 0.5;     ///< of the drawn design: cells of at least this density are solid
 };
 
-/// Warnings about a design that is not what it seems to be.
+/// Warnings about a design that, as drawn, is not supported, has loose parts, is much less stiff,
+/// or does not have the scene's volume fraction.
 Findings checkResult(const RunResult& result, const Scene& scene);
 
 }  // namespace voxam::inline checks

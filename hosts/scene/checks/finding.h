@@ -8,7 +8,7 @@
 
 namespace voxam::inline checks {
 
-/// Where on the grid of a scene something is: the nodes or the elements of a rectangle.
+/// A place on the grid of a scene: the nodes or the elements of a rectangle.
 struct Place {
     bool ofNodes = true;
     Range x;
@@ -17,13 +17,13 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-/// Something that a person should know about a scene or its design.
+/// An error or a warning about a scene or its design.
 struct Finding {
     enum Severity { WARNING, ERROR };  ///< an error makes a run pointless
 
     Severity severity = WARNING;
     std::string key;   ///< of the scene file, such as loads[2]; or design, compliance
-    std::string text;  ///< what is wrong, and where it helps what to do, in one line
+    std::string text;  ///< what is wrong, and what to do about it, in one line
     std::optional<Place> place;
 };
 
@@ -32,7 +32,7 @@ using Findings = std::vector<Finding>;
 /// "loads[2]: what is wrong".
 inline std::string lineOf(const Finding& finding) { return finding.key + ": " + finding.text; }
 
-/// A line for each finding; of very many the first ones, and how many there are besides.
-std::vector<std::string> toldLines(const Findings& findings);
+/// A line for each finding. If there are many, only the first ones and the number of the others.
+std::vector<std::string> shownLines(const Findings& findings);
 
 }  // namespace voxam::inline checks

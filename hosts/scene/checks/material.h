@@ -5,11 +5,11 @@
 
 namespace voxam::inline checks {
 
-/// Whether one of the elements around a node has material. Nodes are those of the field's own grid.
+/// Whether an element around a node of the field's own grid has material.
 bool hasMaterialAround(const Field& material, int x, int y);
 
-/// Takes the material away (sets it to 0) that hangs together with these cells by edges or corners,
-/// and returns its cells. Cells without material count for nothing.
+/// Removes the material (sets it to 0) that is connected with these cells by edges or corners, and
+/// returns its cells. Cells without material are ignored.
 Cells takeConnected(Field& material, Cells cells);
 
 }  // namespace voxam::inline checks

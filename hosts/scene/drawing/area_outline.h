@@ -13,8 +13,8 @@ struct GridPoint {
     double y = 0;
 };
 
-/// Lines around an area on a grid: circles where its elements were given as discs and rings, else
-/// the edges of its outermost elements.
+/// Lines around an area on a grid: circles around its discs and rings, and the edges of its
+/// other outermost elements.
 std::vector<std::array<GridPoint, 2>> outlineOf(const Area& area, int width, int height);
 
 }  // namespace voxam::inline drawing

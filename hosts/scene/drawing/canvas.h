@@ -15,9 +15,8 @@
 
 namespace voxam::inline drawing {
 
-/// A white sheet of pixels, or of shapes for an SVG file, with the few strokes that a picture
-/// consists of. Points are the corners between pixels. A failure inside shows when the image is
-/// taken.
+/// A white sheet of pixels, or of shapes for an SVG file, with the drawing operations of a picture.
+/// Points are the corners between pixels. image() and svg() report failures of all operations.
 class Canvas {
 public:
     enum class Kind { PIXELS, SVG };
@@ -33,7 +32,7 @@ public:
     void lines(const std::vector<std::array<Point, 2>>& ends, const Colour& colour,
                double thickness);
 
-    /// Filled shapes with a white rim that sets them off from whatever lies beneath.
+    /// Filled shapes with a white rim that separates them from the background.
     void polygon(const std::vector<Point>& corners, const Colour& colour);
     void disc(Point centre, double radius, const Colour& colour);
 
@@ -41,10 +40,11 @@ public:
     void quads(const std::vector<std::array<Point, 4>>& shapes, const Colour& colour);
 
     double textWidth(const std::string& text, double size);
-    /// `align` is 0 when `at` is the left end of the base line, 0.5 its middle, 1 its right end.
+    /// `at` is on the base line: its left end for an `align` of 0, its middle for 0.5, its right
+    /// end for 1.
     void text(const std::string& text, Point at, double size, const Colour& colour,
               double align = 0);
-    /// Text made smaller when it would be wider than `room`.
+    /// Text that is made smaller if it would be wider than `room`.
     void fittedText(const std::string& text, Point at, double size, double room,
                     const Colour& colour);
 
@@ -52,10 +52,10 @@ public:
     void cells(Point corner, double width, double height, int columns, int rows,
                const std::function<Colour(int x, int y)>& colourOf);
 
-    /// The sheet of pixels. Throws std::runtime_error when something could not be drawn.
+    /// The sheet of pixels. Throws std::runtime_error if something could not be drawn.
     RgbImage image();
 
-    /// The bytes of the SVG file; ends the drawing. Throws std::runtime_error as well.
+    /// The bytes of the SVG file; ends the drawing. Throws std::runtime_error like image().
     std::vector<std::uint8_t> svg();
 
 private:

@@ -7,24 +7,24 @@
 
 namespace voxam::inline drawing {
 
-/// How hard the elements work, on a logarithmic scale: energies spread over decades, and a few
-/// elements next to a point load would leave a linear scale one colour elsewhere.
+/// A logarithmic scale for the energies of elements. Energies spread over decades: a linear scale
+/// would show one colour everywhere but next to point loads.
 class EnergyScale {
 public:
-    /// Spans the energies of the solid elements but for the extremes at both ends. Both fields are
-    /// of the same size.
+    /// Spans the energies of the solid elements without the extremes at both ends. Both fields have
+    /// the same size.
     EnergyScale(const Field& energies, const Field& densities);
 
-    /// Mean energy of all elements, the unit of lower() and upper(); 0 when nothing works.
+    /// Mean energy of all elements, the unit of lower() and upper(); 0 if all energies are 0.
     double average() const { return mean; }
     double lower() const { return from; }
     double upper() const { return to; }
 
-    /// Where a multiple of the average lies on the scale: 0 (lower) to 1 (upper), clamped.
+    /// The place of a multiple of the average on the scale: 0 (lower) to 1 (upper), clamped.
     double position(double multiple) const;
 
-    /// What to label on the scale, as multiples of `unit`, which is itself a multiple of the
-    /// average: powers of ten, and 2 and 5 times these where there is room.
+    /// The values to label on the scale, as multiples of `unit`, which is itself a multiple of the
+    /// average: powers of ten, and also 2 and 5 times these if there are few powers.
     std::vector<double> ticks(double unit = 1) const;
 
     /// Colour of solid material at a position: light grey through orange and red to dark red, its

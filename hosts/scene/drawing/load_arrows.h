@@ -10,8 +10,8 @@
 
 namespace voxam::inline drawing {
 
-/// How long arrows are. Who keeps one for as long as a scene is edited has arrows that neither grow
-/// nor shrink because another load changes.
+/// The lengths of arrows. Keep one object while a scene is edited, so that changing one load does
+/// not rescale the other arrows.
 class ForceScale {
 public:
     /// The largest force of the scene gets an arrow of ordinary length.
@@ -31,7 +31,7 @@ struct LoadArrow {
     Point tail;
     Point direction;  ///< of length 1
     double length = 0;
-    std::size_t load = 0;  ///< its place among the loads of the scene
+    std::size_t load = 0;  ///< index of the load in the scene
     int loadCase = 0;
     bool tailAtNode = false;  ///< rather than the tip
 
@@ -41,8 +41,7 @@ struct LoadArrow {
     Point freeEnd() const { return tailAtNode ? tip() : tail; }
 };
 
-/// Of a load whose arrows are being turned: they keep their end at the node, and stand nowhere
-/// else.
+/// A load whose arrows a hand is turning: they keep their end at the node, and are not moved aside.
 struct HeldLoad {
     std::size_t load = 0;
     bool tailAtNode = false;
@@ -54,24 +53,24 @@ double forceOf(const Load& load);
 
 /// Arrows for all loads on a plate whose top left corner is at `plate`, `scale` pixels per element.
 /// A load on many nodes has as many as there is room for. An arrow ends at its node, or begins
-/// there where it would point off the plate; those that would cover one another, such as those of
-/// several load cases at one node, stand side by side.
+/// there if it would point off the plate. Arrows that would cover one another, for example of
+/// several load cases at one node, are moved aside.
 std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale,
                                   const ForceScale& forces,
                                   const std::optional<HeldLoad>& held = std::nullopt);
 
-/// The same in the scale of the scene.
+/// Arrows in the force scale of the scene.
 inline std::vector<LoadArrow> loadArrows(const Scene& scene, Point plate, double scale) {
     return loadArrows(scene, plate, scale, ForceScale(scene));
 }
 
-/// Load cases that have a colour of their own; further ones start again and need their number.
+/// Number of colours of load cases. Further load cases repeat the colours and need their number.
 inline constexpr int LOAD_CASE_COLOURS = 8;
 
 Colour loadCaseColour(int loadCase);
 
-/// Places on the nodes of a rectangle for a symbol each: its corners and, evenly between them, as
-/// many as stay `spacing` pixels apart.
+/// Places for symbols on the nodes of a rectangle: its corners and, evenly between them, as many as
+/// are at least `spacing` pixels apart.
 std::vector<Point> spacedPlaces(const Range& columns, const Range& rows, Point plate, double scale,
                                 double spacing);
 

@@ -12,12 +12,12 @@
 
 namespace voxam::inline drawing {
 
-/// How far the nodes of a plate have moved, in elements, at the resolution of a design; 0 where
-/// there is no material.
+/// How far the nodes of a plate have moved, in elements, at the resolution of a design; 0 without
+/// material.
 struct Deformation {
     Field right;
     Field down;
-    double magnification = 1;  ///< with which it is drawn
+    double magnification = 1;  ///< of the drawing
 };
 
 /// What a picture shows besides the loads, the supports, the passive elements and the blob of its
@@ -26,18 +26,18 @@ struct PictureContent {
     /// Shade of the material, 0 (void) to 1 (solid), at the resolution of the grid or at any whole
     /// multiple of it.
     Field material;
-    /// Energy of each element, of the same size as the material; without it the material is grey.
+    /// Energy of each element, of the same size as the material; if empty, the material is grey.
     std::optional<Field> energies;
     std::string title;
     std::string subtitle;
     std::vector<FloatingPart> floating = {};  ///< to be outlined
-    /// What the energies are, for the legend, which has them as multiples of their average, or as
-    /// they are.
+    /// What the energies are, for the legend, which shows them as multiples of their average or as
+    /// values.
     std::string measure = "Energy of an element as a multiple of the average";
     bool isAbsolute = false;
-    /// Draws the material where it has moved to, over a ghost of the plate as it was.
+    /// Draws the deformed material over a ghost of the undeformed plate.
     std::optional<Deformation> deformation = {};
-    /// Load cases whose arrows are drawn; without them all that are in use.
+    /// Load cases whose arrows are drawn; if empty, all load cases in use.
     std::optional<std::vector<int>> loadCases = {};
 };
 
@@ -47,14 +47,14 @@ constexpr int MAX_PICTURE_SCALE = 64;
 /// Pixels per element that make a picture about 900 pixels wide (less for a tall plate).
 int defaultPictureScale(const Scene& scene);
 
-/// Much the same, but whole pixels for each of the `refinement` cells per edge of an element, if
-/// that does not make the picture too large.
+/// Close to the default, but with whole pixels for each of the `refinement` cells per edge of an
+/// element, if that does not make the picture too large.
 int refinedPictureScale(const Scene& scene, int refinement);
 
-/// The scale of frames of an animation, at most some 600 pixels wide; below 1 for a large plate.
+/// The scale of frames of an animation, at most about 600 pixels wide; below 1 for a large plate.
 double animationScale(const Scene& scene);
 
-/// Throws InputError when a picture at this scale would be too large to draw.
+/// Throws InputError if a picture at this scale would be too large to draw.
 void checkPictureScale(const Scene& scene, int scale);
 
 /// Draws the plate at `scale` pixels per element, its loads as arrows and its supports as
@@ -65,8 +65,7 @@ RgbImage drawPicture(const Scene& scene, const PictureContent& content, double s
 std::vector<std::uint8_t> drawPictureSvg(const Scene& scene, const PictureContent& content,
                                          double scale);
 
-/// Size of a picture in pixels, where in it the plate's top left corner lies, and where the legend
-/// begins.
+/// Size of a picture in pixels, and the places of the plate's top left corner and of the legend.
 struct PictureLayout {
     int width = 0;
     int height = 0;

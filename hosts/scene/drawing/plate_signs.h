@@ -9,8 +9,8 @@
 
 namespace voxam::inline drawing {
 
-// The shapes of the signs on and around a plate, in pixels, for whoever draws them. `plate` is the
-// plate's top left corner, `scale` the number of pixels per element.
+// The shapes of the signs on and around a plate, in pixels, for the picture and the window. `plate`
+// is the plate's top left corner, `scale` the number of pixels per element.
 
 constexpr double OUTLINE_THICKNESS = 2;  ///< around areas
 constexpr double SUPPORT_GROUND_THICKNESS = 1.5;
@@ -23,8 +23,8 @@ constexpr int RULER_HEIGHT = 22;
 /// A filled arrow.
 std::vector<Point> arrowShape(const LoadArrow& arrow);
 
-/// A support at a node: a filled triangle, smaller and on a filled roller where one direction stays
-/// free, and the line of the ground.
+/// A support at a node: a filled triangle and the line of the ground. If one direction is free, the
+/// triangle is smaller and has a filled roller below it.
 struct SupportSign {
     std::vector<Point> triangle;
     Point rollerCentre;
@@ -35,7 +35,7 @@ struct SupportSign {
 /// `out` is the unit vector from the node to the ground.
 SupportSign supportSign(Point node, Point out, bool roller);
 
-/// Signs for a support, as many as there is room for, on the side that is nearer to the border.
+/// Signs for a support, as many as there is room for, on the side closer to the border.
 std::vector<SupportSign> supportSigns(const Support& support, const Scene& scene, Point plate,
                                       double scale);
 
@@ -47,7 +47,7 @@ struct Ruler {
         double align;  ///< 0.5: `at` is the middle of the base line, 1: its right end
     };
 
-    /// The ruler's own line first, then a tick for each number.
+    /// The line of the ruler, followed by a tick for each number.
     std::vector<std::array<Point, 2>> lines;
     std::vector<Label> numbers;
     Label axis;

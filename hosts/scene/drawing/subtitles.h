@@ -13,12 +13,12 @@ std::string complianceText(const Assessment& found);
 /// How much material a design has, such as "40.0 %  (960 of 2400 elements)".
 std::string materialText(const Field& design, const Scene& scene);
 
-/// The line below the title of a picture of a run. `drawn` is what the design is worth in black and
-/// white, null where that is not known.
+/// The line below the title of a picture of a run. `drawn` is the assessment of the design in
+/// black and white, or null if it is not known.
 std::string runSubtitle(const IterationRecord& shown, const Assessment* drawn = nullptr);
 
-/// The line below the title of a picture of a score. `drawn` is null for a design that is black and
-/// white itself.
+/// The line below the title of a picture of a score. `drawn` is null if the design is black and
+/// white.
 std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
                           const Assessment* drawn = nullptr);
 

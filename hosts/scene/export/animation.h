@@ -9,22 +9,22 @@
 
 namespace voxam::inline files {
 
-/// Pictures of one size that are shown one after the other, over and over, with a pause before the
-/// last one is left. Of a long run it keeps those between which most happens.
+/// Pictures of one size in an endless loop, with a pause on the last picture. A long run is reduced
+/// to the pictures that differ most.
 class Animation {
 public:
     static constexpr std::size_t MAX_FRAMES = 48;
 
     void add(RgbImage picture);
 
-    /// Shows another picture in the place of the last one, if there is one.
+    /// Replaces the last picture, if there is one.
     void replaceLast(RgbImage picture);
 
     bool empty() const { return frames.empty(); }
     std::size_t size() const { return frames.size(); }
 
-    /// The bytes of a GIF file. There is at least one picture. Throws std::runtime_error when the
-    /// encoder fails.
+    /// The bytes of a GIF file. Add a picture first. Throws std::runtime_error if the encoder
+    /// fails.
     std::vector<std::uint8_t> encodeGif() const;
 
 private:

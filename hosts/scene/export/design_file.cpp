@@ -8,9 +8,9 @@
 #include "export/file_ending.h"
 #include "export/png_image.h"
 #include "format/exact_text.h"
-#include "format/field_size.h"
 #include "format/input_error.h"
 #include "format/json_value.h"
+#include "format/refinement.h"
 #include "format/text.h"
 
 namespace voxam::inline files {

@@ -6,10 +6,10 @@
 
 namespace voxam::inline files {
 
-/// The ending of a file's name in small letters, such as ".png"; empty when it has none.
+/// The ending of a file's name in small letters, such as ".png"; empty if it has none.
 std::string fileEnding(const std::filesystem::path& file);
 
-/// Throws InputError that names the option and lists the endings unless the file has one of them.
+/// Throws InputError, naming the option and the endings, unless the file has one of the endings.
 void checkEnding(const std::string& option, const std::filesystem::path& file,
                  const std::vector<std::string>& endings);
 

@@ -20,21 +20,22 @@ struct Contour {
     bool hole = false;
 };
 
-/// Where the material of a plate ends. Contours neither cross nor touch themselves or one another.
+/// The border of the material of a plate. Contours neither cross nor touch themselves or one
+/// another.
 struct Outline {
     double width = 0;  ///< of the plate
     double height = 0;
     std::vector<Contour> contours;
 };
 
-/// The line on which the density of the material is `level`, linear between the centres of the
-/// cells and closed along the border of the plate. Two solid cells that have no more than a corner
-/// in common stay apart there. `refinement` is the number of cells per edge of an element,
-/// `elementSize` the length of that edge in units of the plate. Throws std::bad_alloc.
+/// The line on which the density of the material is `level`, interpolated between the centres of
+/// the cells and closed along the border of the plate. Two solid cells that share only a corner
+/// stay separate there. `refinement` is the number of cells per edge of an element, `elementSize`
+/// the length of that edge in units of the plate. Throws std::bad_alloc.
 Outline traceOutline(const Field& material, int refinement, double elementSize = 1,
                      double level = 0.5);
 
-/// Area enclosed, holes taken off.
+/// The enclosed area without holes.
 double area(const Outline& outline);
 
 }  // namespace voxam::inline files

@@ -39,7 +39,8 @@ fs::file_status statusOf(const fs::path& target, const fs::path& file) {
 
 /// To replace a device such as /dev/null by a file would do harm.
 void checkRegular(const fs::path& target, const fs::file_status& status) {
-    if (fs::exists(status) && !fs::is_regular_file(status)) fail(target, "not a regular file");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        fail(target, "not a regular file; choose another name");
 }
 
 void checkAccess(const fs::path& target, const fs::path& directory) {

@@ -11,11 +11,10 @@
 
 namespace voxam::inline files {
 
-/// Endings of the files that hold a picture.
+/// Endings of files with a picture.
 inline const std::vector<std::string> PICTURE_ENDINGS = {".png", ".svg"};
 
-/// Draws a picture as the bytes of a file of the kind that its ending names, one of
-/// PICTURE_ENDINGS.
+/// The bytes of a picture in the format of the file's ending, one of PICTURE_ENDINGS.
 inline std::vector<std::uint8_t> encodePicture(const std::filesystem::path& file,
                                                const Scene& scene, const PictureContent& content,
                                                int scale) {

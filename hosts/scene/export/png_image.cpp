@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "format/field_size.h"
 #include "format/input_error.h"
+#include "format/refinement.h"
 #include "format/text.h"
 
 namespace voxam::inline files {

@@ -15,7 +15,7 @@ namespace voxam::inline files {
 Scene readScene(const std::filesystem::path& file,
                 const std::vector<std::string>& assignments = {});
 
-/// Reads the text of a scene; `file` names it in errors, and images are found beside it.
+/// Reads the text of a scene. Errors name `file`, and images are found beside it.
 Scene parseScene(const std::string& text, const std::filesystem::path& file);
 
 }  // namespace voxam::inline files

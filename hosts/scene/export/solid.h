@@ -19,10 +19,10 @@ struct Solid {
 };
 
 /// The outline as a plate from z = 0 to z = thickness, the plate's bottom left corner at the
-/// origin. Throws std::runtime_error when the triangulation fails.
+/// origin. Throws std::runtime_error if the triangulation fails.
 Solid extrude(const Outline& outline, double thickness);
 
-/// Volume enclosed.
+/// The enclosed volume.
 double volume(const Solid& solid);
 
 }  // namespace voxam::inline files

@@ -16,7 +16,7 @@ struct Cell {
 using Cells = std::vector<Cell>;
 
 /// The elements whose centre is at least `inner` and less than `outer` from a point of the plate; a
-/// disc where `inner` is 0. It may reach beyond the plate.
+/// disc if `inner` is 0. A ring may extend beyond the plate.
 struct Ring {
     double x = 0;
     double y = 0;
@@ -30,15 +30,16 @@ struct Ring {
 /// A set of elements.
 struct Area {
     Cells cells;  ///< each once, by ascending x and then y
-    /// The discs and rings that some of the elements were given as, for a smooth outline. Whoever
-    /// takes an element away takes the rings away that it was in.
+    /// The discs and rings that describe some of the elements, for a smooth outline. Code that
+    /// removes an element must also remove the rings that contain it.
     std::vector<Ring> rings;
 
     bool empty() const { return cells.empty(); }
     bool operator==(const Area&) const = default;
 };
 
-/// Elements that the optimiser leaves void, solid, or solid of a second kind. None is in two areas.
+/// Elements that the optimiser leaves void, solid, or solid of a second kind. The
+/// areas do not overlap.
 struct PassiveAreas {
     Area voids;
     Area solids;

@@ -5,7 +5,7 @@
 
 namespace voxam::inline format {
 
-/// The farthest that an element can lie from a point of the largest grid, and a bit more.
+/// Above the largest distance between two points of the largest grid.
 constexpr double MAX_RADIUS = 2000;
 
 /// Reads a list of rectangles, discs and rings.

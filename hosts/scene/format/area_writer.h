@@ -7,14 +7,14 @@
 
 namespace voxam::inline format {
 
-/// What the readers of areas read back as the same area.
+/// JSON that readArea() and readPassiveAreas() read back as the same areas.
 nlohmann::ordered_json writeArea(const Area& area, int width, int height);
 nlohmann::ordered_json writePassiveAreas(const PassiveAreas& passive, int width, int height);
 
-/// A number, or two where the range has more than one.
+/// One number, or [from, to] if the range contains several.
 nlohmann::ordered_json writeRange(const Range& range);
 
-/// Without a fraction where there is none.
+/// A whole number is written without a fraction.
 nlohmann::ordered_json writeNumber(double value);
 
 }  // namespace voxam::inline format

@@ -10,8 +10,8 @@ namespace voxam::inline format {
 
 #ifdef __EMSCRIPTEN__
 
-// The standard library of Emscripten has no std::to_chars() for floating point. So the digits are
-// tried one by one until the text reads back.
+// The standard library of Emscripten has no std::to_chars() for floating point. This
+// version adds digits until the text reads back as the same number.
 inline std::string exactText(double value, char form, int least) {
     const std::string format = std::string("%.*") + form;
     std::array<char, 400> text;
@@ -25,7 +25,7 @@ inline std::string exactText(double value, char form, int least) {
 /// The shortest text that reads back as the same number.
 inline std::string exactText(double value) { return exactText(value, 'g', 1); }
 
-/// The same without an exponent.
+/// The same number without an exponent.
 inline std::string exactDecimalText(double value) { return exactText(value, 'f', 0); }
 
 #else
@@ -37,7 +37,7 @@ std::string exactText(Number value) {
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
-/// The same without an exponent.
+/// The same number without an exponent.
 inline std::string exactDecimalText(double value) {
     std::array<char, 400> text;
     return {

@@ -19,7 +19,7 @@ inline std::vector<float> toElementOrder(const Field& field) {
     return values;
 }
 
-/// The reverse of toElementOrder; `values` holds width * height floats.
+/// The reverse of toElementOrder; `values` contains width * height floats.
 inline Field fromElementOrder(const std::vector<float>& values, int width, int height) {
     Field field(width, height);
     std::size_t next = 0;

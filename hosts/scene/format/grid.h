@@ -25,7 +25,7 @@ struct Grid {
     bool contains(int x, int y) const { return x >= 0 && y >= 0 && x < width && y < height; }
     Value& at(int x, int y) { return values[index(x, y)]; }
     Value at(int x, int y) const { return values[index(x, y)]; }
-    /// `outside` outside the grid.
+    /// The value at (x, y), or `outside` if it is outside the grid.
     Value get(int x, int y, Value outside = {}) const {
         return contains(x, y) ? at(x, y) : outside;
     }
@@ -39,7 +39,7 @@ private:
     }
 };
 
-/// Marks of elements or nodes; 0 is none.
+/// Marks of elements or nodes; 0 means no mark.
 using Mask = Grid<std::uint8_t>;
 
 /// Marks elements. Those outside are ignored.

@@ -5,11 +5,11 @@
 
 namespace voxam::inline format {
 
-/// "line 2, column 9": where the byte at `position`, from 0, stands.
+/// The place of the byte at `position`, which counts from 0, such as "line 2, column 9".
 std::string placeInText(const std::string& text, std::size_t position);
 
-/// Tells in plain words where a text is no JSON: line, column, what was expected and what is there.
-/// `position` is the number of bytes that the parser had read, and `complaint` what it said.
+/// Describes where a text is not valid JSON: line, column, what was expected and what was found.
+/// `position` is the number of bytes that the parser had read, and `complaint` its message.
 std::string describeJsonError(const std::string& text, std::size_t position,
                               const std::string& complaint);
 

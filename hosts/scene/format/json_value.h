@@ -11,12 +11,12 @@
 
 namespace voxam::inline format {
 
-/// The text of a file that should be `what`, such as "a scene". Throws InputError when it cannot be
+/// The text of a file that should be `what`, such as "a scene". Throws InputError if it cannot be
 /// read or is too large.
 std::string readText(const std::filesystem::path& file, const std::string& what = "a scene");
 
-/// Reads JSON. Throws InputError when it is malformed (with line and column) or has the same key
-/// twice in one object; `file` is named there.
+/// Reads JSON. Throws InputError naming `file` if the text is malformed (with line and column) or
+/// has the same key twice in one object.
 nlohmann::json parseJson(const std::string& text, const std::filesystem::path& file);
 
 /// A value of a JSON document together with the file it comes from and its place there, such as
@@ -39,10 +39,10 @@ public:
     std::optional<JsonValue> find(const std::string& key) const;
     JsonValue at(const std::string& key) const;
 
-    /// The elements of an array; `what` describes what it should hold, for the error.
+    /// The elements of an array; the error says that it should be `what`.
     std::vector<JsonValue> elements(const std::string& what) const;
 
-    /// `note` follows the range in the error, to tell where the range comes from.
+    /// The error shows `note` after the range, to explain where the range comes from.
     int integer(int from, int to, const std::string& note = "") const;
     double number(double from, double to) const;
     /// A whole number from 0 to `last`, or [from, to] of two such numbers.
@@ -59,7 +59,7 @@ private:
     void expect(bool typeMatches, const std::string& what) const;
 
     const nlohmann::json* value;
-    std::shared_ptr<const std::string> file;  // one for all: there may be a million values
+    std::shared_ptr<const std::string> file;  // shared, because there may be a million values
     std::string path;
 };
 

@@ -8,8 +8,8 @@
 
 namespace voxam::inline format {
 
-// The limits that single values of a scene have to keep. Readers and edits ask here; the rules for
-// the detail are in detail.h. Each function returns what is wrong, in lower case and without a full
+// The limits of single values of a scene, for readers and edits. For the rules of the detail, see
+// detail.h. Each function returns what is wrong, in lower case and without a full
 // stop, or an empty text.
 
 /// The library counts a list of elements in a 16-bit number.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "format/scene.h"
 
 namespace voxam::inline format {
@@ -9,14 +12,19 @@ namespace voxam::inline format {
 /// the new nodes between them as well.
 Scene refined(const Scene& scene, int factor);
 
-/// The same scene in which no loads but those of the load cases in use have a force. All keep their
-/// number.
+/// A copy of the scene in which loads of unused load cases have force 0. All loads keep their
+/// index.
 Scene withLoadsInUse(Scene scene);
 
-/// Elements per edge of an element of the scene that a design has which is a whole multiple of its
-/// grid.
+/// How many cells of the design lie along an edge of an element. The design's size must be a whole
+/// multiple of the grid.
 inline int refinementOf(const Field& design, const Scene& scene) {
     return design.width / scene.width;
 }
+
+/// What is wrong with a design of columns * rows cells for a grid, for the text of an error. Empty if
+/// the size is width * height times the same whole number from 1 to `maxRefinement`.
+std::string wrongSize(std::size_t columns, std::size_t rows, int width, int height,
+                      int maxRefinement);
 
 }  // namespace voxam::inline format

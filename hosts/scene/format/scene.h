@@ -33,12 +33,12 @@ struct Support {
     bool operator==(const Support&) const = default;
 };
 
-/// What acts on a plate, and what is asked of its design: what a timeline can change. Each member
-/// has an entry in setting_keys.cpp.
+/// What acts on a plate, and what its design must fulfil. A timeline can change all of it. Each
+/// member has an entry in setting_keys.cpp.
 struct Settings {
     std::vector<Load> loads;
     std::vector<Support> supports;
-    double volumeFraction = 0;  ///< 0 when a scene does not say
+    double volumeFraction = 0;  ///< 0 if the scene does not have it
     double penalty = 3;
     PassiveAreas passive;
     Area blob;
@@ -56,18 +56,18 @@ struct Restart {
     bool operator==(const Restart&) const = default;
 };
 
-/// What changes before an iteration.
+/// A change of the timeline, which applies before its iteration.
 struct Change {
     int iteration = 1;
     Settings settings;              ///< the new values of the settings that `keys` names
-    std::vector<std::string> keys;  ///< keys of the scene file, none but those of settings
+    std::vector<std::string> keys;  ///< keys of the scene file, of settings only
     std::optional<Restart> restart;
 
     /// Whether it replaces the setting of this key.
     bool has(const std::string& key) const;
-    /// Whether it replaces more than the penalty, which the library is told at each iteration.
+    /// Whether it replaces more than the penalty, which each iteration passes to the library.
     bool concernsProblem() const;
-    /// The keys of the scene file that it consists of, for people.
+    /// Its keys of the scene file, as a text for messages.
     std::string summary() const;
 
     bool operator==(const Change&) const = default;
@@ -76,7 +76,7 @@ struct Change {
 /// The side of the plate on which a plane of symmetry lies; the scene describes one half.
 enum class Symmetry { NONE, LEFT, RIGHT, TOP, BOTTOM };
 
-/// The words for them in a scene file, in this order; that for NONE is empty.
+/// Their words in a scene file, in the order of the enumerators. The word of NONE is empty.
 extern const std::vector<std::string> SYMMETRY_NAMES;
 
 /// A plate with its settings, as a scene file describes it. Node (x, y) is the top left corner of
@@ -85,7 +85,7 @@ struct Scene : Settings {
     static constexpr int MAX_SIDE = 1000;  ///< elements in x and in y
     static constexpr int MAX_LOAD_CASES = 64;
     static constexpr std::size_t MAX_TITLE = 200;
-    static constexpr double MAX_NODES = 4e6;  ///< of all loads or all supports, each on its own
+    static constexpr double MAX_NODES = 4e6;  ///< of all loads together, and of all supports
     static constexpr double MAX_FORCE = 1e6;  ///< magnitude of fx and of fy
     static constexpr double MIN_VOLUME_FRACTION = 0.01;
     static constexpr double MAX_PENALTY = 10;
@@ -100,7 +100,7 @@ struct Scene : Settings {
     static constexpr double MIN_ELEMENT_SIZE = 1e-6;
     static constexpr double MAX_ELEMENT_SIZE = 1e6;
 
-    std::string title;  ///< the file's name without extension when the scene has none
+    std::string title;  ///< without one in the file, the file's name without extension
     std::string description;
     int width = 0;   ///< elements in x
     int height = 0;  ///< elements in y
@@ -122,7 +122,8 @@ struct Scene : Settings {
     bool operator==(const Scene&) const = default;
 };
 
-/// Whether an optimisation of both is the same. Titles, densities and files do not matter.
+/// Whether both scenes give the library the same problem. Titles, densities and files do not
+/// matter.
 bool hasSameProblem(const Scene& one, const Scene& other);
 
 /// Every load case: 0, 1 and so on.

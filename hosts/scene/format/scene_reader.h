@@ -9,9 +9,9 @@
 
 namespace voxam::inline format {
 
-/// Read the densities of a design from a file, 0 (void) to 1 (solid), row by row: width * height
-/// elements, times the same whole number up to Scene::MAX_DESIGN_REFINEMENT in both directions.
-/// They throw InputError. A host without one of them refuses scenes that need it.
+/// Functions that read the densities of a design from a file, 0 (void) to 1 (solid), row by row:
+/// width * height elements, times the same whole number up to Scene::MAX_DESIGN_REFINEMENT in both
+/// directions. They throw InputError. If a reader is missing, scenes that need it are refused.
 struct DesignReaders {
     using Reader = std::function<Field(const std::filesystem::path& file, int width, int height)>;
 
@@ -19,14 +19,14 @@ struct DesignReaders {
     Reader csv;
 };
 
-/// Reads and checks the text of a scene. `file` names it in errors, and the files of its densities
-/// are looked for beside it. Throws InputError naming the file, the key, the value found and the
+/// Reads and checks the text of a scene. Errors name `file`, and the files of its densities are
+/// found beside it. Throws InputError naming the file, the key, the value found and the
 /// values allowed. `assignments`, such as "volumeFraction=0.4", replace values before they are
 /// read.
 Scene parseScene(const std::string& text, const std::filesystem::path& file,
                  const DesignReaders& readers, const std::vector<std::string>& assignments = {});
 
-/// Whether a scene file has comments, which no Scene knows of. False when it cannot be read.
+/// Whether a scene file has comments, which Scene does not store. False if it cannot be read.
 bool hasComments(const std::filesystem::path& file);
 
 /// Throws InputError unless the scene has what a score or an optimisation needs.

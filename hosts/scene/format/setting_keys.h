@@ -8,8 +8,7 @@
 
 namespace voxam::inline format {
 
-/// A key that a scene and the changes of its timeline have in common, and the member of Settings
-/// that it stands for.
+/// A key that a scene and the changes of its timeline have in common, for one member of Settings.
 struct SettingKey {
     const char* name;
     /// Reads the value into `target`. `scene` has the plate and the number of load cases already.
@@ -19,7 +18,7 @@ struct SettingKey {
     bool (*same)(const Settings& one, const Settings& other);
 };
 
-/// All of them, in the order in which they are written.
+/// All keys, in the order in which the writer writes them.
 const std::vector<SettingKey>& settingKeys();
 
 }  // namespace voxam::inline format

@@ -4,16 +4,18 @@
 
 namespace voxam::inline format {
 
-/// The whole of a plate of which a scene describes one half: the grid, loads, supports, passive
-/// elements and blob of both halves. Supports that only stand for the plane of symmetry are left
-/// out, and a load on the plane counts twice. Without a symmetry the scene as it is.
+/// The whole plate of a scene that describes one half of it: the grid, loads, supports, passive
+/// elements and blob of both halves. Supports that only represent the plane of symmetry are left
+/// out, and a load on the plane counts twice. A scene without symmetry is returned unchanged.
 Scene wholeOf(const Scene& scene);
 
-/// The same for values of its elements, or of any whole number of cells per edge of an element.
+/// Values of the whole plate from values of the half, with any whole number of cells per edge of an
+/// element.
 Field wholeOf(const Field& half, Symmetry symmetry);
 
-/// The same for values of its nodes, which both halves share on the plane. `sign` is that of the
-/// values of the other half: -1 for displacements across the plane.
+/// Values of the nodes of the whole plate from those of the half. Both halves share the nodes on
+/// the plane. The values of the other half are multiplied by `sign`: -1 for displacements across
+/// the plane.
 Field wholeOfNodes(const Field& half, Symmetry symmetry, float sign);
 
 /// The half of a whole plate that a scene describes.

@@ -7,7 +7,7 @@
 
 namespace voxam::inline run {
 
-/// Stresses of plane stress; tension is positive.
+/// A state of plane stress; tension is positive.
 struct Stress {
     double x = 0;
     double y = 0;
@@ -39,22 +39,22 @@ private:
     }
 };
 
-/// What the library's analysis finds out about a design.
+/// The result of an analysis.
 struct Analysis {
     enum Outcome {
-        SOLVED,         ///< without loose material, if there is any
+        SOLVED,         ///< after leaving out loose material
         NOT_SUPPORTED,  ///< a load acts where there is no material, or on loose material
         NOT_ACCURATE    ///< the densities are too far apart for the digits of the computation
     };
 
     Outcome outcome = SOLVED;
     Field loose;                     ///< 1 for material that the supports leave free to move
-    std::vector<PlateState> states;  ///< of each load case, when solved
+    std::vector<PlateState> states;  ///< of each load case, if solved
 };
 
-/// Analyses a design on a plate of its size: an element has its density times the stiffness of
-/// solid material. Displacements and stresses are left out unless they are asked for. Throws
-/// std::runtime_error when there is not enough memory. Call it from one thread at a time.
+/// Analyses a design on a plate of its size: the stiffness of an element is its density times
+/// the stiffness of solid material. Displacements and stresses are computed only if `withFields`.
+/// Throws std::runtime_error if there is not enough memory. Call it from one thread at a time.
 Analysis analyse(const Field& densities, const Scene& plate, bool withFields);
 
 }  // namespace voxam::inline run

@@ -4,9 +4,9 @@
 
 namespace voxam::inline run {
 
-/// What is reported about an iteration.
+/// The numbers of an iteration.
 struct IterationRecord {
-    int iteration = 0;      ///< from 1, since the design last started afresh
+    int iteration = 0;      ///< counts from 1, since the last start of the design
     double compliance = 0;  ///< of the design before the iteration
     double volume = 0;      ///< mean density of the picture, 0 to 1
     double change = 0;      ///< largest change of a density

@@ -41,7 +41,7 @@ bool Optimiser::rescale(const Scene& scene) {
 }
 
 void Optimiser::update(const Scene& scene) {
-    if (!hasDesign) told = scene;
+    if (!hasDesign) lastUpdate = scene;
     const auto loads = loadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);
     const auto passive = passiveRecords(scene.passive);
@@ -64,7 +64,7 @@ Optimiser::Outcome Optimiser::iterate(double penalty, bool movesBlob) {
          ++step) {
         softness *= SOFTER;
         unitOfForce *= SOFTER;
-        restart(Scene(told), false);
+        restart(Scene(lastUpdate), false);
         outcome = iterateOnce(penalty, movesBlob);
     }
     hasDesign = hasDesign || outcome.message.empty();

@@ -10,36 +10,38 @@
 
 namespace voxam::inline run {
 
-/// The library's one optimiser, for as long as this object lives.
+/// The library's optimiser. The library has only one, so only one object can exist at a time.
 class Optimiser {
 public:
-    /// Starts with a uniform design. Throws std::runtime_error when there is not enough memory. The
-    /// library is told forces in the unit of this scene's largest one (its timeline included), or
-    /// in a larger one when the plate bends too far for it, for as long as this object lives.
+    /// Starts with a uniform design. Throws std::runtime_error if there is not enough memory.
+    ///
+    /// Forces are passed to the library divided by the largest force of the scene and its timeline.
+    /// If the plate bends too far, the divisor is larger. It stays for the lifetime of this object,
+    /// or until rescale().
     explicit Optimiser(const Scene& scene);
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;
     ~Optimiser() { _DestroyVoxamApp(); }
 
-    /// Takes the unit of force of this scene from the next update on: for hosts in which forces are
-    /// edited, whatever the first ones were. Compliances stay in the scene's units. Returns whether
-    /// the unit is another one, and so an update is needed.
+    /// Divides forces by the largest force of this scene from the next update on, for hosts in
+    /// which users edit forces. Compliances stay in the scene's units. Returns whether the divisor
+    /// changed; an update is then needed.
     bool rescale(const Scene& scene);
 
-    /// Sends everything that a scene says about the problem; the design stays.
+    /// Sends the settings of the scene to the library; the design stays.
     void update(const Scene& scene);
 
-    /// Starts afresh, or goes on with the design and starts only the schedules of the library anew.
+    /// Starts with a uniform design, or keeps the design and restarts only the library's schedules.
     void restart(const Scene& scene, bool keepsDesign);
 
     struct Outcome {
-        std::string message;    ///< empty on success; the rest is valid on success only
+        std::string message;    ///< empty on success; the other members are valid on success only
         double compliance = 0;  ///< of the design before the iteration
         double change = 0;      ///< largest change of a density
         RuntimeStat times = {};
     };
 
-    /// Runs one iteration, and then moves the blob when it is to move.
+    /// Runs one iteration, and then moves the blob if `movesBlob`.
     Outcome iterate(double penalty, bool movesBlob);
 
     /// The design after the last successful iteration, 0 (void) to 1 (solid), at the resolution of
@@ -53,11 +55,11 @@ private:
     void start(const Scene& scene);
     Outcome iterateOnce(double penalty, bool movesBlob);
 
-    Scene told;              // the last update, until there is a design
+    Scene lastUpdate;        // the last update, kept until there is a design
     bool hasDesign = false;  // an iteration succeeded
     int width;
     int height;
-    double softness = 1;  // of the plate: that much larger is the unit than the largest force
+    double softness = 1;  // the divisor of forces is the largest force times this
     double unitOfForce;
     int refinement = 1;  // picture cells per edge of an element
     int restartId = 1;

@@ -10,17 +10,17 @@ namespace voxam::inline run {
 /// `forceUnit`.
 std::vector<float> loadRecords(const Settings& settings, double forceUnit = 1);
 
-/// The largest force of a scene and its timeline, as the unit of what the library is told: some of
-/// its thresholds suit forces of about 1. It is 1 when there is no force.
+/// The largest force of a scene and its timeline, the divisor of forces that are passed to the
+/// library: some of its thresholds suit forces of about 1. It is 1 if there is no force.
 double forceUnit(const Scene& scene);
 
 /// The library's records of five floats each, one for each held direction of each node.
 std::vector<float> supportRecords(const Settings& settings);
 
-/// The library's records of a list of elements: a count, and then x and y of each.
+/// The library's record of a list of elements: their number, and then x and y of each.
 std::vector<short> cellRecords(const Area& area);
 
-/// The library's records: the three counts, and then the elements of each kind.
+/// The library's record of passive elements: the three numbers, and then the elements of each kind.
 std::vector<short> passiveRecords(const PassiveAreas& passive);
 
 }  // namespace voxam::inline run

@@ -62,14 +62,14 @@ SceneRun::Outcome SceneRun::iterate(bool movesBlob) {
 void SceneRun::makeChanges(int iteration) {
     const auto& timeline = whole->timeline;
     while (made < timeline.size() && timeline[made].iteration <= iteration) {
-        isTold = false;
+        isSent = false;
         const Change& change = applyNext();
         if (change.has("blob")) moved.reset();
         if (change.restart)
-            optimiser.restart(*sceneToTell(), change.restart->keepsDesign);
+            optimiser.restart(*sceneToSend(), change.restart->keepsDesign);
         else if (change.concernsProblem())
-            optimiser.update(*sceneToTell());
-        isTold = true;
+            optimiser.update(*sceneToSend());
+        isSent = true;
     }
 }
 
@@ -83,23 +83,23 @@ const Change& SceneRun::applyNext() {
 }
 
 void SceneRun::edit(std::shared_ptr<const Scene> scene) {
-    if (isTold && (scene == whole || hasSameProblem(*scene, *whole))) return;
+    if (isSent && (scene == whole || hasSameProblem(*scene, *whole))) return;
     const auto before = std::exchange(current, scene);
     whole = std::move(scene);
-    const bool wasTold = std::exchange(isTold, false);
+    const bool wasSent = std::exchange(isSent, false);
     const std::size_t count = std::min(std::exchange(made, 0), whole->timeline.size());
     while (made < count) applyNext();
     isRefused = false;
     if (before->blob != current->blob) moved.reset();
     const bool isRescaled = optimiser.rescale(*whole);
     if (before->subdivision != current->subdivision || before->meshFactor != current->meshFactor)
-        optimiser.restart(*sceneToTell(), false);
-    else if (!wasTold || isRescaled || !differInPenaltyAtMost(*before, *current))
-        optimiser.update(*sceneToTell());
-    isTold = true;
+        optimiser.restart(*sceneToSend(), false);
+    else if (!wasSent || isRescaled || !differInPenaltyAtMost(*before, *current))
+        optimiser.update(*sceneToSend());
+    isSent = true;
 }
 
-std::shared_ptr<const Scene> SceneRun::sceneToTell() const {
+std::shared_ptr<const Scene> SceneRun::sceneToSend() const {
     if (!moved) return current;
     auto scene = std::make_shared<Scene>(*current);
     scene->blob = *moved;
