@@ -138,7 +138,7 @@ def test_comments_are_blanks_but_not_in_strings(write):
 
 
 @pytest.mark.parametrize("text, complaint", [
-    ('{"grid": 1, "grid": 2}', "stands twice"),
+    ('{"grid": 1, "grid": 2}', "appears twice"),
     ('{"grid": ', "line 1 column 10"),
     ("[]", "an object is needed"),
     ("[" * 100000, "nested too deeply"),

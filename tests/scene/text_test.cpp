@@ -55,16 +55,16 @@ TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
         const char* told;
     } cases[] = {
         {"{\n \"a\": 1,\n}",
-         "line 3, column 1: expected a key in double quotes, found '}'; the "
-         "comma before it is too many"},
+         "line 3, column 1: expected a key in double quotes, found '}'; "
+         "remove the comma before it"},
         {"{\"a\": [1, 2,]}",
          "line 1, column 13: expected a value: a number, a text in double "
-         "quotes, true, false, null, [ or {, found ']'; the comma before it is "
-         "too many"},
+         "quotes, true, false, null, [ or {, found ']'; remove the comma "
+         "before it"},
         {"{\"a\": 1\n \"b\": 2}", "line 2, column 4: expected a comma or }, found a text"},
         {"[1 2]", "line 1, column 4: expected a comma or ], found a number"},
         {"{a: 1}", "line 1, column 2: expected a key in double quotes, found 'a'"},
-        {"{\"a\" 1}", "line 1, column 6: expected a colon behind the key, found a number"},
+        {"{\"a\" 1}", "line 1, column 6: expected a colon after the key, found a number"},
         {"{\"a\": \"b}", "line 1, column 10: found a text without its closing quote"},
         {"{\"a\": \"b\n\"}",
          "line 1, column 9: found a line break or control character within a "
@@ -92,8 +92,8 @@ TEST(JsonError, tellsPlaceAndExpectationInPlainWords) {
         ADD_FAILURE();
     } catch (const InputError& error) {
         EXPECT_EQ(std::string(error.what()),
-                  "s.json: line 2, column 3: the key \"a\"b\" stands twice in the same braces, "
-                  "before at line 1, column 2");
+                  "s.json: line 2, column 3: the key \"a\"b\" appears twice in the same object, "
+                  "first at line 1, column 2: remove one of them");
     }
     EXPECT_NO_THROW(parseJson("// a comment\n{\"a\": /* another */ 1}", "s.json"));
 }

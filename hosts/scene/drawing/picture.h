@@ -20,8 +20,8 @@ struct Deformation {
     double magnification = 1;  ///< of the drawing
 };
 
-/// What a picture shows besides the loads, the supports, the passive elements and the blob of its
-/// scene.
+/// What a picture shows in addition to the loads, the supports, the passive elements and the blob
+/// of its scene.
 struct PictureContent {
     /// Shade of the material, 0 (void) to 1 (solid), at the resolution of the grid or at any whole
     /// multiple of it.

@@ -45,7 +45,7 @@ std::string whatWasExpected(const std::string& complaint) {
     constexpr std::array<Phrase, 6> expectations = {
         {{"; expected end of input", "nothing more: the scene is complete"},
          {"parsing object key", "a key in double quotes"},
-         {"parsing object separator", "a colon behind the key"},
+         {"parsing object separator", "a colon after the key"},
          {"parsing object", "a comma or }"},
          {"parsing array", "a comma or ]"},
          {"parsing value",
@@ -86,13 +86,12 @@ std::string describeJsonError(const std::string& text, std::size_t position,
     const std::string fault = faultWithin(complaint);
     if (!fault.empty()) return place + "found " + fault;
 
-    std::string told = place + "expected " + whatWasExpected(complaint) + ", found " +
-                       whatIsThere(text, at, complaint);
+    std::string error = place + "expected " + whatWasExpected(complaint) + ", found " +
+                        whatIsThere(text, at, complaint);
     const std::size_t before = lastNonBlankBefore(text, at);
     const bool closes = at < text.size() && (text[at] == ']' || text[at] == '}');
-    if (closes && before > 0 && text[before - 1] == ',')
-        told += "; the comma before it is too many";
-    return told;
+    if (closes && before > 0 && text[before - 1] == ',') error += "; remove the comma before it";
+    return error;
 }
 
 }  // namespace voxam::inline format

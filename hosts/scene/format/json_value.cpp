@@ -24,7 +24,7 @@ constexpr std::size_t MAX_FILE_BYTES = 64u << 20;
 
 constexpr std::size_t LONGEST_KEY = 60;  // of an unknown one that is told
 
-/// Throws InputError where a text is no JSON, or where a key stands twice in one object: the parser
+/// Throws InputError if a text is not JSON, or if a key appears twice in one object: the parser
 /// would silently keep the last, and a scene lose its first loads. (A callback of the parser that
 /// builds the document would do, but it goes over a list again after each of its elements.)
 class SyntaxCheck : public json::json_sax_t {
@@ -61,13 +61,14 @@ public:
         const auto end = static_cast<std::size_t>(read.pubseekoff(0, std::ios::cur, std::ios::in));
         const auto [first, isNew] = ends.back().emplace(name, end);
         if (isNew) return true;
-        throw InputError(
-            file + ": " + placeOfKey(end) + ": the key " + quoted(std::as_const(name)) +
-            " stands twice in the same braces, before at " + placeOfKey(first->second));
+        throw InputError(file + ": " + placeOfKey(end) + ": the key " +
+                         quoted(std::as_const(name)) +
+                         " appears twice in the same object, first at " +
+                         placeOfKey(first->second) + ": remove one of them");
     }
 
 private:
-    /// Where the quote stands that opens a key; its own may be escaped.
+    /// The place of the quote that opens a key. Quotes in the key may be escaped.
     std::string placeOfKey(std::size_t end) const {
         std::size_t open = end - 1;
         do open = text.rfind('"', open - 1);

@@ -219,7 +219,7 @@ def _without_duplicates(pairs: List[Tuple[str, Any]]) -> Dict[str, Any]:
     if len(members) < len(pairs):
         keys = [key for key, _ in pairs]
         twice = next(key for key in keys if keys.count(key) > 1)
-        raise ValueError(f'key "{twice}" stands twice in the same object')
+        raise ValueError(f'key "{twice}" appears twice in the same object')
     return members
 
 
