@@ -10,18 +10,16 @@
 #include "format/field.h"
 #include "run/iteration_record.h"
 
-using namespace voxam;
-
 /// The numbers of an iteration.
-struct IterationNumbers : IterationRecord {
+struct IterationNumbers : voxam::IterationRecord {
     std::uint64_t revision = 0;  ///< of the settings that it was computed with
 };
 
 /// A picture of the design.
 struct Frame {
-    Field material;            ///< empty before the first picture
-    int refinement = 1;        ///< cells of the picture per edge of an element
-    std::optional<Area> blob;  ///< the present place of a moving blob
+    voxam::Field material;            ///< empty before the first picture
+    int refinement = 1;               ///< cells of the picture per edge of an element
+    std::optional<voxam::Area> blob;  ///< the present place of a moving blob
     IterationNumbers numbers;
     bool isSettled = false;  ///< no iteration runs before the next edit
 };
@@ -38,15 +36,15 @@ struct LibraryText {
 /// The score of a design in black and white.
 struct ScoreResult {
     std::uint64_t revision = 0;
-    Field design;
-    Assessment assessment;
-    Findings warnings;       ///< about the optimiser's design
-    bool isSettled = false;  ///< of the optimiser's design: no better one will come
+    voxam::Field design;
+    voxam::Assessment assessment;
+    voxam::Findings warnings;  ///< about the optimiser's design
+    bool isSettled = false;    ///< of the optimiser's design: no better one will come
 
     bool isSupported() const { return assessment.problems.empty(); }
 };
 
 /// Material of a design, in percent of all elements.
-inline double materialOf(const Field& design) {
+inline double materialOf(const voxam::Field& design) {
     return design.values.empty() ? 0 : 100 * mean(design);
 }

@@ -9,8 +9,6 @@
 #include "frame.h"
 #include "run/scene_run.h"
 
-using namespace voxam;
-
 /// How an iteration ended: with a picture, or with a text.
 struct IterationOutcome {
     std::string text;  ///< empty on success, and only then there is a picture
@@ -26,17 +24,17 @@ public:
     /// Runs a scene from now on. The design stays, unless the grid, its detail or the number of
     /// load cases changed, or `start` differs from before. Throws std::runtime_error if there is
     /// not enough memory.
-    void optimise(std::shared_ptr<const Scene> scene, bool movesBlob, std::uint64_t start);
+    void optimise(std::shared_ptr<const voxam::Scene> scene, bool movesBlob, std::uint64_t start);
 
     /// Runs the next iteration. Call optimise() first. On success fills `frame`. Throws like
     /// optimise().
     IterationOutcome iterate(Frame& frame);
 
     /// Scores a design on the scene's grid or on a whole multiple of it.
-    static ScoreResult score(const Scene& scene, const Field& design);
+    static ScoreResult score(const voxam::Scene& scene, const voxam::Field& design);
 
     /// Scores a saved design of the optimiser in black and white, with warnings.
-    static ScoreResult scoreSaved(const Scene& scene, const Field& design);
+    static ScoreResult scoreSaved(const voxam::Scene& scene, const voxam::Field& design);
 
     /// Scores the picture of an iteration in black and white, as the command-line program draws it.
     /// If `refinement` is above 0, draws it with this refinement of the grid and at most as much
@@ -44,8 +42,8 @@ public:
     ScoreResult scoreDesign(const Frame& frame, int refinement) const;
 
 private:
-    std::shared_ptr<const Scene> whole;
-    std::optional<SceneRun> run;
+    std::shared_ptr<const voxam::Scene> whole;
+    std::optional<voxam::SceneRun> run;
     std::string refusal;  // of the last iteration
     bool blobMoves = false;
     std::uint64_t startNumber = 0;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace voxam;
+
 namespace {
 
 // The library moves volume and stiffness of the void step by step in its first 20 iterations, so

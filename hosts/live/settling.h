@@ -6,8 +6,6 @@
 #include "format/area.h"
 #include "frame.h"
 
-using namespace voxam;
-
 /// Decides when a run has settled, so that the window can stop computing.
 class Settling {
 public:
@@ -23,7 +21,7 @@ private:
     bool isStill() const;
 
     std::deque<double> compliances;  // of the last iterations
-    std::optional<Area> blob;
+    std::optional<voxam::Area> blob;
     int iterations = 0;
     bool settled = false;
 };

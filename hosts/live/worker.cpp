@@ -3,6 +3,8 @@
 #include <exception>
 #include <utility>
 
+using namespace voxam;
+
 namespace {
 
 // How long a refusal can be read before a playing run resumes at the next change of the timeline.

@@ -17,7 +17,7 @@
 
 /// What the worker computes. It is plain data, and cheap to copy.
 struct LiveSettings {
-    std::shared_ptr<const Scene> scene;
+    std::shared_ptr<const voxam::Scene> scene;
     bool movesBlob = false;
     /// 0: score the design once it has settled, as the command-line program draws it. Above 0:
     /// score it during the run, too, drawn with this refinement of the grid and at most as much
@@ -29,8 +29,8 @@ struct LiveSettings {
 
 /// A drawn design to score.
 struct ScoreRequest {
-    std::shared_ptr<const Scene> scene;
-    std::shared_ptr<const Field> drawing;
+    std::shared_ptr<const voxam::Scene> scene;
+    std::shared_ptr<const voxam::Field> drawing;
     std::uint64_t revision = 0;
     bool isOfOptimiser = false;  ///< a saved design of the optimiser
 };
@@ -43,7 +43,7 @@ struct ScoreRequest {
 /// pictures that the window has not fetched.
 ///
 ///     window                      worker
-///       send(settings)  ------->    between two iterations: update, or create anew
+///       send(settings)  ------->    between two iterations: update, or start afresh
 ///       fetchFrame(f)   <-------    after each iteration: a picture, by swapping buffers
 ///
 /// A design that has settled rests: no iteration runs before the next settings, play() or step().

@@ -12,6 +12,8 @@
 
 // The library's functions are looked up here first: they count themselves, and go on to the real
 // ones.
+using namespace voxam;
+
 namespace {
 
 std::atomic<int> inside = 0;
