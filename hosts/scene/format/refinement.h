@@ -22,8 +22,8 @@ inline int refinementOf(const Field& design, const Scene& scene) {
     return design.width / scene.width;
 }
 
-/// What is wrong with a design of columns * rows cells for a grid, for the text of an error. Empty if
-/// the size is width * height times the same whole number from 1 to `maxRefinement`.
+/// What is wrong with a design of columns * rows cells for a grid, for the text of an error. Empty
+/// if the size is width * height times the same whole number from 1 to `maxRefinement`.
 std::string wrongSize(std::size_t columns, std::size_t rows, int width, int height,
                       int maxRefinement);
 
