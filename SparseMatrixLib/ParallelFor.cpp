@@ -66,7 +66,7 @@ void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)
                 std::size_t{0}, count, [&](std::size_t) { task(context, next++); },
                 tbb::auto_partitioner(), independent);
         } catch (const std::exception&) {
-            // oneTBB reports threads that the system refuses. This one does the tasks that are left.
+            // oneTBB reports threads that the system refuses. This one does the remaining tasks.
             for (std::size_t index = next++; index < count; index = next++) task(context, index);
         }
     });
