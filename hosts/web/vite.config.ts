@@ -22,18 +22,28 @@ const POLICY = [
     "form-action 'none'",
 ].join("; ");
 
+/** The GPL asks whoever serves the page to offer its source. */
+function sourceLink(address: string | undefined): string {
+    if (!address) return "";
+    if (!URL.canParse(address)) throw new Error(`VOXAM_SOURCE: ${address} is not an address`);
+    return ` · <a href="${encodeURI(address).replaceAll('"', "%22")}">Source</a>`;
+}
+
 /** Adds the policy to the pages, and a service worker that knows every file of the build. */
 function sealed(): Plugin {
     return {
         name: "voxam-sealed",
         apply: "build",
-        transformIndexHtml: () => [
-            {
-                tag: "meta",
-                attrs: { "http-equiv": "Content-Security-Policy", content: POLICY },
-                injectTo: "head-prepend",
-            },
-        ],
+        transformIndexHtml: (html) => ({
+            html: html.replace("<!-- source -->", sourceLink(process.env["VOXAM_SOURCE"])),
+            tags: [
+                {
+                    tag: "meta",
+                    attrs: { "http-equiv": "Content-Security-Policy", content: POLICY },
+                    injectTo: "head-prepend",
+                },
+            ],
+        }),
         closeBundle() {
             const licences = resolve(root, "package/licences");
             if (existsSync(licences)) cpSync(licences, join(dist, "licences"), { recursive: true });

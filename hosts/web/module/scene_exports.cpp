@@ -1,5 +1,7 @@
 #include "scene_exports.h"
 
+#include <malloc.h>
+
 #include "scene_session.h"
 
 namespace {
@@ -43,6 +45,10 @@ const float* voxamRunMaterial() {
 
 const char* voxamRunOutline() { return textOf(sceneSession().outline()); }
 
+const char* voxamDrawingOutline(const unsigned char* cells, int refinement) {
+    return textOf(sceneSession().outline(cells, refinement));
+}
+
 const char* voxamScoreRun(int refinement) { return textOf(sceneSession().scoreRun(refinement)); }
 
 const char* voxamScoreDrawing(const unsigned char* cells, int refinement) {
@@ -60,3 +66,5 @@ const double* voxamScoredDisplacements() {
     const std::vector<double>* displacements = sceneSession().displacements();
     return displacements == nullptr ? nullptr : displacements->data();
 }
+
+double voxamAllocatedBytes() { return static_cast<double>(mallinfo().uordblks); }

@@ -22,6 +22,7 @@ const char* voxamIterateRun(int movesBlob);
 /** Floats of the design, 0 void to 1 solid, row by row. Null before the first iteration. */
 const float* voxamRunMaterial(void);
 const char* voxamRunOutline(void);
+const char* voxamDrawingOutline(const unsigned char* cells, int refinement);
 
 const char* voxamScoreRun(int refinement);
 const char* voxamScoreDrawing(const unsigned char* cells, int refinement);
@@ -31,6 +32,9 @@ const float* voxamScoredDesign(void);
 const float* voxamScoredEnergies(void);
 /** Doubles by degree of freedom; null when it is not supported. */
 const double* voxamScoredDisplacements(void);
+
+/** Bytes that are allocated now. The module's memory is larger, because it never shrinks. */
+double voxamAllocatedBytes(void);
 
 #ifdef __cplusplus
 }

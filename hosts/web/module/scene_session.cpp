@@ -65,6 +65,19 @@ std::vector<std::uint8_t> kindsOf(const SceneRun& run) {
     return kindsOf(moved);
 }
 
+Reply toJson(const Outline& outline) {
+    Reply contours = Reply::array();
+    for (const Contour& contour : outline.contours) {
+        Reply corners = Reply::array();
+        for (const OutlinePoint& corner : contour.corners) {
+            corners.push_back(corner.x);
+            corners.push_back(corner.y);
+        }
+        contours.push_back({{"hole", contour.hole}, {"corners", corners}});
+    }
+    return {{"width", outline.width}, {"height", outline.height}, {"contours", contours}};
+}
+
 // A failure of an action is a reply, not a trap of the module.
 template <typename Action>
 Reply guarded(const Action& action) {
@@ -125,7 +138,9 @@ Reply SceneSession::changesMade(bool isNews) const {
 
 Reply SceneSession::iterate(bool movesBlob) {
     return guarded([&] {
-        if (!run || !run->next()) throw std::logic_error("The run is over, or was not started");
+        if (!run) throw std::logic_error("Start the run before its first iteration");
+        if (!run->next())
+            throw std::logic_error("The library refused the last iteration: edit the scene first");
         const std::size_t before = run->changesMade();
         const SceneRun::Outcome outcome = run->iterate(movesBlob);
         const bool isChanged = run->changesMade() != before;
@@ -137,6 +152,7 @@ Reply SceneSession::iterate(bool movesBlob) {
             if (const auto next = run->next()) reply["resumesAt"] = *next;
             return reply;
         }
+        latest = record;
         reply.update({{"compliance", record.compliance},
                       {"change", record.change},
                       {"volume", record.volume},
@@ -160,16 +176,26 @@ Reply SceneSession::scoreRun(int refinement) {
     return guarded([&] {
         const Scene& plate = runWithDesign().scene();
         const int cells = refinement > 0 ? refinement : drawnRefinement(plate);
-        return score(drawnDesign(material(), plate, cells).design, plate);
+        const DrawnDesign drawn = drawnDesign(material(), plate, cells);
+        Reply reply = score(drawn.design, plate);
+        reply["warnings"] = toJson(checkResult(
+            {latest.compliance, latest.volume, drawn.design, assessment, drawn.level}, plate));
+        return reply;
     });
 }
 
 Reply SceneSession::scoreDrawing(const std::uint8_t* cells, int refinement) {
     return guarded([&] {
-        Field design(scene->width * refinement, scene->height * refinement);
-        std::copy_n(cells, design.values.size(), design.values.begin());
-        return score(std::move(design), *scene);
+        Reply reply = score(drawing(cells, refinement), *scene);
+        reply["warnings"] = Reply::array();
+        return reply;
     });
+}
+
+Field SceneSession::drawing(const std::uint8_t* cells, int refinement) const {
+    Field design(scene->width * refinement, scene->height * refinement);
+    std::copy_n(cells, design.values.size(), design.values.begin());
+    return design;
 }
 
 Reply SceneSession::score(Field design, const Scene& plate) {
@@ -202,19 +228,16 @@ const std::vector<double>* SceneSession::displacements() const {
 Reply SceneSession::outline() const {
     return guarded([&] {
         const Scene& plate = runWithDesign().scene();
-        Reply contours = Reply::array();
         // As the program does: at the level that keeps the volume.
         const double level = drawnDesign(material(), plate, drawnRefinement(plate)).level;
-        const Outline outline =
-            traceOutline(wholeOf(material(), plate.symmetry), plate.refinement(), 1, level);
-        for (const Contour& contour : outline.contours) {
-            Reply corners = Reply::array();
-            for (const OutlinePoint& corner : contour.corners) {
-                corners.push_back(corner.x);
-                corners.push_back(corner.y);
-            }
-            contours.push_back({{"hole", contour.hole}, {"corners", corners}});
-        }
-        return Reply{{"contours", contours}};
+        return toJson(traceOutline(wholeOf(material(), plate.symmetry), plate.refinement(),
+                                   plate.elementSize, level));
+    });
+}
+
+Reply SceneSession::outline(const std::uint8_t* cells, int refinement) const {
+    return guarded([&] {
+        const Field whole = wholeOf(drawing(cells, refinement), scene->symmetry);
+        return toJson(traceOutline(whole, refinement, scene->elementSize));
     });
 }

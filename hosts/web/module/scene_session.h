@@ -45,6 +45,7 @@ public:
 
     /// Scores the run's design as it would be drawn with `refinement` cells per edge of an element,
     /// 0 for as fine as `voxam optimise` does. The design in black and white is scoredDesign().
+    /// "warnings" are those that `voxam optimise` prints of its result.
     Reply scoreRun(int refinement);
     /// Scores a design of `refinement` cells per edge of an element: 1 solid, 0 void.
     Reply scoreDrawing(const std::uint8_t* cells, int refinement);
@@ -57,19 +58,24 @@ public:
     /// way most. NaN where there is no material.
     const std::vector<double>* displacements() const;
 
-    /// Where the material of the run's design ends: {"contours": [{"hole", "corners": [x, y,
-    /// ...]}]}
+    /// Where the material of the run's design ends, at the level of its black and white: {"width",
+    /// "height", "contours": [{"hole", "corners": [x, y, ...]}]}. Lengths are millimetres. Of a
+    /// scene that describes half a plate, the outline of the whole.
     Reply outline() const;
+    /// The same for a drawing, as scoreDrawing() takes it.
+    Reply outline(const std::uint8_t* cells, int refinement) const;
 
 private:
     const SceneRun& runWithDesign() const;
     Reply changesMade(bool isNews) const;
+    Field drawing(const std::uint8_t* cells, int refinement) const;
     Reply score(Field design, const Scene& plate);
 
     std::shared_ptr<const Scene> scene = std::make_shared<Scene>();
     std::vector<std::uint8_t> kinds;
     std::optional<SceneRun> run;
     std::shared_ptr<const Scene> followed;  // by the run
+    IterationRecord latest;                 // of the run, when it has a design
     Field scored;
     Assessment assessment;
 };

@@ -1,30 +1,28 @@
-// Keeps the page for times without a network. A new version takes over at the next visit, with all
-// of its files at once: pieces of two versions never meet.
+// Keeps the page for times without a network. A new version waits until no tab shows the old one,
+// and then takes over with all of its files at once: pieces of two versions never meet.
 const CACHE = "voxam-__VERSION__";
 const FILES = __FILES__;
 
 self.addEventListener("install", (event) => {
-    event.waitUntil(
-        caches
-            .open(CACHE)
-            .then((cache) => cache.addAll(FILES))
-            .then(() => self.skipWaiting()),
-    );
+    // From the server: the browser's own cache may still contain files of the version before.
+    const requests = FILES.map((file) => new Request(file, { cache: "reload" }));
+    event.waitUntil(caches.open(CACHE).then((cache) => cache.addAll(requests)));
 });
 
 self.addEventListener("activate", (event) => {
-    const removeOld = async () => {
+    const takeOver = async () => {
         for (const name of await caches.keys()) if (name !== CACHE) await caches.delete(name);
-        await self.clients.claim();
+        await self.clients.claim(); // at the first visit the page came before its worker
     };
-    event.waitUntil(removeOld());
+    event.waitUntil(takeOver());
 });
 
 self.addEventListener("fetch", (event) => {
     if (event.request.method !== "GET") return;
-    event.respondWith(
-        caches
-            .match(event.request, { ignoreSearch: true })
-            .then((kept) => kept ?? fetch(event.request)),
-    );
+    const answer = async () => {
+        const cache = await caches.open(CACHE);
+        const kept = await cache.match(event.request, { ignoreSearch: true });
+        return kept ?? fetch(event.request);
+    };
+    event.respondWith(answer());
 });

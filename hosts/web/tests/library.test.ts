@@ -310,25 +310,31 @@ test("after a trap the module refuses, and restarts", async () => {
 test("memory does not grow in 2,000 iterations with edits and restarts", async () => {
     const voxam = await Voxam.load();
     const scenes = voxam.scenes();
+    const [round, rounds] = [17 * 6, 20];
     const scene = JSON.parse(texts("optimise-cantilever.json")) as SceneFile;
     scene.grid = { width: 24, height: 16 };
     scene.supports = [{ x: 0, y: [0, 16], fix: "xy" }];
-    let settled = 0;
-    for (let i = 0; i < 2000; ++i) {
-        if (i % 20 === 0) {
-            scene.loads = [{ x: 24, y: (i / 20) % 17, fy: 1 }];
+    const allocated: number[] = [];
+    let taken = 0;
+    for (let i = 0; i < round * rounds; ++i) {
+        if (i % 6 === 0) {
+            scene.loads = [{ x: 24, y: (i / 6) % 17, fy: 1 }];
             scenes.open(JSON.stringify(scene));
-            if (i % 400 === 0) scenes.start();
+            if (i % round === 0) scenes.start();
             else scenes.follow();
         }
         assert.equal(scenes.iterate().message, "");
-        if (i % 100 === 99) {
-            const score = scenes.scoreRun();
-            assert.ok(score.compliance > 0 || !score.supported);
-        }
-        if (i === 400) settled = voxam.memorySize;
+        if (i % round !== round - 1) continue;
+        assert.ok(scenes.scoreRun().cells > 0);
+        scenes.outline();
+        allocated.push(voxam.allocatedBytes);
+        if (allocated.length === 2) taken = voxam.memorySize;
     }
-    assert.equal(voxam.memorySize, settled);
+    // What is in use repeats, but for the few bytes by which blocks are rounded up. What was taken
+    // is a high-water mark: gaps between blocks let it creep on for thousands of iterations.
+    const [, settled = NaN] = allocated;
+    for (const bytes of allocated) assert.ok(Math.abs(bytes - settled) < 256, String(allocated));
+    assert.ok(voxam.memorySize - taken < 1e6, `${taken} became ${voxam.memorySize}`);
 });
 
 test("the example for Node.js prints a cantilever", () => {

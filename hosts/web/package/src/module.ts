@@ -190,6 +190,13 @@ export function requireNumber(name: string, value: number, least: number, most: 
     }
 }
 
+/** Throws ArgumentError unless `value` is above 0 and at most 1. */
+export function requireFraction(name: string, value: number): void {
+    if (!(typeof value === "number" && value > 0 && value <= 1)) {
+        throw new ArgumentError(`${name}: ${value} must be above 0 and at most 1`);
+    }
+}
+
 /** Throws ArgumentError unless an array has this many entries. */
 export function requireLength(name: string, array: ArrayLike<unknown>, length: number): void {
     if (array.length !== length) {

@@ -1,5 +1,5 @@
 import { OutOfMemoryError, ProblemError, VoxamError } from "./errors.js";
-import { requireNumber, requireWhole, type Instance } from "./module.js";
+import { requireFraction, requireNumber, requireWhole, type Instance } from "./module.js";
 import {
     blobRecords,
     loadRecords,
@@ -23,7 +23,7 @@ export interface OptimiserOptions extends Plate {
     loadCases?: number;
 }
 
-/** Everything that the optimiser is told of a problem. What is left out is not there. */
+/** The whole problem. An update replaces all of it: what you leave out is removed. */
 export interface Problem {
     loads: readonly Load[];
     supports: readonly Support[];
@@ -82,7 +82,7 @@ export class Optimiser {
         const { width, height, volumeFraction, subdivision = 1, meshFactor = 1 } = options;
         this.cases = options.loadCases ?? 1;
         requirePlate(options);
-        requireNumber("volumeFraction", volumeFraction, Number.MIN_VALUE, 1);
+        requireFraction("volumeFraction", volumeFraction);
         requireWhole("subdivision", subdivision, 1, 64);
         requireWhole("meshFactor", meshFactor, 1, 64);
         requireWhole("loadCases", this.cases, 1, 127);
@@ -110,7 +110,7 @@ export class Optimiser {
         const { plate, cases } = this;
         const { volumeFraction = this.volumeFraction } = problem;
         const inUse = problem.loadCasesInUse ?? Array.from({ length: cases }, (_, i) => i);
-        requireNumber("volumeFraction", volumeFraction, Number.MIN_VALUE, 1);
+        requireFraction("volumeFraction", volumeFraction);
         inUse.forEach((index, i) => requireWhole(`loadCasesInUse[${i}]`, index, 0, cases - 1));
         const loads = loadRecords(problem.loads, plate, cases);
         const supports = supportRecords(problem.supports, plate);

@@ -28,7 +28,7 @@ export interface Plate {
     height: number;
 }
 
-/** One byte for each element, row by row from the top: those that are not 0 are meant. */
+/** One byte for each element, row by row from the top. Any value but 0 selects the element. */
 export type Mask = ArrayLike<number>;
 
 export const MAX_SIDE = 32000;

@@ -41,6 +41,10 @@ export interface SceneFile {
     penalty?: number;
     passive?: { void?: SceneArea[]; solid?: SceneArea[]; secondSolid?: SceneArea[] } | string[];
     blob?: SceneArea[];
+    /** The edge that is the plane of symmetry of a plate of which the scene describes one half. */
+    symmetry?: "left" | "right" | "top" | "bottom";
+    /** Edge of an element in millimetres; 1 if left out. */
+    elementSize?: number;
     loadCases?: number;
     loadCasesInUse?: number[];
     timeline?: SceneChange[];
@@ -102,10 +106,14 @@ export interface SceneScore {
     /** Of the design without its floating parts, when it is supported. */
     compliance: number;
     volume: number;
+    /** Number of cells of the design. */
+    cells: number;
     /** Cells of parts that nothing holds. */
     floating: number[];
     /** Why the design is not supported. */
     problems: Finding[];
+    /** Of a run's design: what `voxam optimise` warns about. */
+    warnings: Finding[];
     /** The design that was scored, and each cell's share of the compliance: row by row. */
     design: Float32Array;
     energies: Float32Array | undefined;
@@ -118,8 +126,16 @@ export interface SceneScore {
 
 export interface Contour {
     hole: boolean;
-    /** x and y of each corner, in elements; y points down. */
+    /** x and y of each corner, in millimetres; y points down. */
     corners: number[];
+}
+
+/** Where the material of a plate ends. Of a scene with a symmetry it is the whole plate. */
+export interface Outline {
+    /** Of the plate, in millimetres. */
+    width: number;
+    height: number;
+    contours: Contour[];
 }
 
 /**
@@ -197,9 +213,16 @@ export class Scenes {
         return this.instance.bytes(pointer, this.width * this.height).slice();
     }
 
-    /** Where the material of the run's design ends. */
-    outline(): Contour[] {
-        return this.reply<{ contours: Contour[] }>("voxamRunOutline", VoxamError).contours;
+    /** The outline of the run's design. */
+    outline(): Outline {
+        return this.reply("voxamRunOutline", VoxamError);
+    }
+
+    /** The outline of a drawing, which is the same as scoreDrawing() takes. */
+    outlineOfDrawing(cells: Uint8Array, refinement: number): Outline {
+        return this.withDrawing(cells, refinement, (pointer) =>
+            this.reply("voxamDrawingOutline", VoxamError, pointer, refinement),
+        );
     }
 
     /** Scores the run's design in black and white, as `voxam optimise` does at its end. */
@@ -210,15 +233,19 @@ export class Scenes {
 
     /** Scores a drawing of `refinement` cells per edge of an element, 1 solid, 0 void, row by row. */
     scoreDrawing(cells: Uint8Array, refinement: number): SceneScore {
-        requireWhole("refinement", refinement, 1, 16);
-        requireLength("cells", cells, this.width * this.height * refinement ** 2);
-        return this.instance.withCopies([cells], (pointer = 0) =>
+        return this.withDrawing(cells, refinement, (pointer) =>
             this.score("voxamScoreDrawing", pointer, refinement),
         );
     }
 
+    private withDrawing<T>(cells: Uint8Array, refinement: number, use: (pointer: number) => T): T {
+        requireWhole("refinement", refinement, 1, 16);
+        requireLength("cells", cells, this.width * this.height * refinement ** 2);
+        return this.instance.withCopies([cells], (pointer = 0) => use(pointer));
+    }
+
     private score(name: string, ...values: number[]): SceneScore {
-        const reply = this.reply<SceneScore & { cells: number }>(name, VoxamError, ...values);
+        const reply = this.reply<SceneScore>(name, VoxamError, ...values);
         const floats = (source: string) => {
             const pointer = this.instance.call(source);
             return pointer ? this.instance.floats(pointer, reply.cells).slice() : undefined;

@@ -36,6 +36,11 @@ export class Voxam {
         return this.instance.memorySize;
     }
 
+    /** Bytes of it that are in use. */
+    get allocatedBytes(): number {
+        return this.instance.call("voxamAllocatedBytes");
+    }
+
     /** Makes an optimiser with a uniform design. Close it before you make another. */
     optimiser(options: OptimiserOptions): Optimiser {
         return this.make("optimiser", (close) => new Optimiser(this.instance, options, close));
@@ -46,12 +51,15 @@ export class Voxam {
         return this.make("game", (close) => new Game(this.instance, options, close));
     }
 
-    /** Makes an analysis, which tells how designs bend. Close it before you make another. */
+    /** Makes an analysis, which computes how designs bend. Close it before you make another. */
     analysis(options: GameOptions): Analysis {
         return this.make("analysis", (close) => new Analysis(this.instance, options, close));
     }
 
-    /** Reads, runs and scores scene files. It has the library's optimiser and game while it works. */
+    /**
+     * Reads, runs and scores scene files. A run uses the library's only optimiser, so close your own
+     * Optimiser first.
+     */
     scenes(): Scenes {
         return new Scenes(this.instance);
     }

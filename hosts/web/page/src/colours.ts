@@ -39,6 +39,14 @@ const DARK: PlateColours = {
     floating: "#f87171",
 };
 
+/** Of pictures in files, which are light, with those of the signs: the same as in style.css. */
+export const printColours = LIGHT;
+export const printSigns = {
+    support: "#33576b",
+    rim: "#fbfaf7",
+    cases: ["#c2410c", "#1d5fb8", "#15803d", "#8b2fb0", "#a16207", "#be185d"],
+};
+
 export const plateColours = (): PlateColours => (isDark() ? DARK : LIGHT);
 
 /** Light grey through orange to dark red: its lightness falls evenly, so it reads without hue too. */

@@ -3,12 +3,16 @@ import type { SceneFile, TimelineState } from "voxam";
 import { withEdit, type Edit } from "./edits.js";
 
 export interface State {
-    /** The scene with the changes of its timeline that were made: it is shown and edited. */
+    /** What is shown and edited: the scene after the changes of its timeline that were made. */
     readonly scene: SceneFile;
     /** The scene as it is saved, with its timeline. */
     readonly whole: SceneFile;
     /** What each element is, row by row; see ELEMENT of the package. */
     readonly kinds: Uint8Array;
+    /** Of its file. */
+    readonly name: string;
+    /** The same for all edits of a plate; another plate has another. */
+    readonly plate: number;
 }
 
 export type Listener = (state: State, isNewScene: boolean) => void;
@@ -17,16 +21,17 @@ const MAX_STEPS = 200;
 
 /** Edits between begin() and end() are one step of undo. */
 export class SceneDocument {
-    name = "scene.json";
     private current: State;
+    private lastPlate = 0;
     private changes = 0; // of the timeline that were made
     private past: State[] = [];
     private future: State[] = [];
     private before: State | undefined;
+    private isOpen = false;
     private readonly listeners: Listener[] = [];
 
     constructor(scene: SceneFile) {
-        this.current = freshState(scene);
+        this.current = this.freshState(scene, "scene.json");
     }
 
     get state(): State {
@@ -35,6 +40,10 @@ export class SceneDocument {
 
     get scene(): SceneFile {
         return this.current.scene;
+    }
+
+    get name(): string {
+        return this.current.name;
     }
 
     get canUndo(): boolean {
@@ -49,13 +58,13 @@ export class SceneDocument {
         this.listeners.push(listener);
     }
 
+    /** Another plate takes the place of this one, which undo brings back unless nobody has seen it. */
     open(scene: SceneFile, name: string): void {
-        this.name = name;
-        this.past = [];
-        this.future = [];
-        this.before = undefined;
+        this.before = this.isOpen ? this.current : undefined;
+        this.isOpen = true;
         this.changes = 0;
-        this.show(freshState(scene), true);
+        this.show(this.freshState(scene, name), true);
+        this.end();
     }
 
     /** Takes over how far the run has played the timeline. That is no step of undo. */
@@ -65,18 +74,10 @@ export class SceneDocument {
         this.changes = changes;
         const seen = scene === undefined ? undefined : (JSON.parse(scene) as SceneFile);
         this.current = {
-            whole: current.whole,
+            ...current,
             scene: seen ?? (isBack ? current.whole : current.scene),
             kinds: kinds ?? current.kinds,
         };
-    }
-
-    /** Another plate takes the place of this one, which undo brings back. */
-    replace(scene: SceneFile): void {
-        this.before = this.current;
-        this.changes = 0;
-        this.show(freshState(scene), true);
-        this.end();
     }
 
     begin(): void {
@@ -86,9 +87,9 @@ export class SceneDocument {
     change(edit: Edit): void {
         const isStep = this.before === undefined;
         if (isStep) this.begin();
-        const { scene, whole, kinds } = this.current;
+        const { scene, whole } = this.current;
         const next = { ...edit, whole: withEdit(whole, this.changes, scene, edit.scene) };
-        this.show({ kinds, ...next }, false);
+        this.show({ ...this.current, ...next }, false);
         if (isStep) this.end();
     }
 
@@ -121,9 +122,9 @@ export class SceneDocument {
         const state = from.pop();
         if (!state) return;
         to.push(this.current);
-        const { width, height } = this.scene.grid;
-        const { grid } = state.scene;
-        this.show(state, grid.width !== width || grid.height !== height);
+        const isOther = state.plate !== this.current.plate;
+        if (isOther) this.changes = 0; // its run starts again
+        this.show(isOther ? { ...state, scene: state.whole } : state, isOther);
     }
 
     private show(state: State, isNewScene: boolean): void {
@@ -134,9 +135,10 @@ export class SceneDocument {
     private notify(isNewScene: boolean): void {
         for (const listener of this.listeners) listener(this.current, isNewScene);
     }
-}
 
-function freshState(scene: SceneFile): State {
-    const { width, height } = scene.grid;
-    return { scene, whole: scene, kinds: new Uint8Array(width * height) };
+    private freshState(scene: SceneFile, name: string): State {
+        const { width, height } = scene.grid;
+        const kinds = new Uint8Array(width * height);
+        return { scene, whole: scene, kinds, name, plate: ++this.lastPlate };
+    }
 }

@@ -1,10 +1,11 @@
 // Files and links: what comes in and what can be taken along.
-import type { Contour, SceneFile } from "voxam";
+import type { Outline, SceneFile } from "voxam";
 import type { SceneDocument } from "./document.js";
 import { byId, html } from "./dom.js";
 import type { Library } from "./library.js";
 import { toFragment } from "./link.js";
 import { toDxf, toSvg } from "./outline.js";
+import type { DrawnCells } from "./protocol.js";
 
 const MAX_FILE = 8_000_000;
 
@@ -18,6 +19,7 @@ export class Files {
     constructor(
         private readonly scene: SceneDocument,
         private readonly sceneToShare: () => SceneFile,
+        private readonly drawing: () => DrawnCells | undefined,
         private readonly voxam: Library,
         private readonly openText: (text: string, name: string) => void,
         private readonly paintPicture: () => HTMLCanvasElement,
@@ -79,15 +81,20 @@ export class Files {
         }
         button.addEventListener("click", () => show(menu.hidden));
         menu.addEventListener("keydown", (event) => {
-            const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
             const items = [...menu.children] as HTMLElement[];
-            if (step) {
-                const at = items.indexOf(document.activeElement as HTMLElement);
-                items[(at + step + items.length) % items.length]?.focus();
+            const at = items.indexOf(document.activeElement as HTMLElement);
+            const next = {
+                ArrowDown: (at + 1) % items.length,
+                ArrowUp: (at + items.length - 1) % items.length,
+                Home: 0,
+                End: items.length - 1,
+            }[event.key];
+            if (next !== undefined) {
+                items[next]?.focus();
                 event.preventDefault();
-            } else if (event.key === "Escape") {
+            } else if (event.key === "Escape" || event.key === "Tab") {
                 show(false);
-                button.focus();
+                button.focus(); // from where Tab goes on
             }
         });
         document.addEventListener("pointerdown", (event) => {
@@ -102,7 +109,7 @@ export class Files {
         const copy = byId<HTMLButtonElement>("share-copy");
         byId("share-button").addEventListener("click", () => {
             void toFragment(JSON.stringify(this.sceneToShare())).then((fragment) => {
-                history.replaceState(null, "", fragment);
+                history.replaceState(null, "", fragment); // until another scene is opened
                 field.value = location.href;
                 copy.textContent = "Copy";
                 dialog.showModal();
@@ -111,8 +118,9 @@ export class Files {
         });
         copy.addEventListener("click", () => {
             field.select();
-            navigator.clipboard
-                .writeText(field.value)
+            // Without HTTPS a browser has no clipboard.
+            const clipboard = navigator.clipboard as Clipboard | undefined;
+            (clipboard?.writeText(field.value) ?? Promise.reject(new Error("no clipboard")))
                 .then(() => (copy.textContent = "Copied"))
                 .catch(() => (copy.textContent = "Press Ctrl+C to copy"));
         });
@@ -131,10 +139,11 @@ export class Files {
     private async saveOutline(
         ending: string,
         type: string,
-        encode: (contours: Contour[], grid: SceneFile["grid"]) => string,
+        encode: (outline: Outline) => string,
     ): Promise<void> {
-        const contours = await this.voxam.ask<Contour[]>({ kind: "outline" });
-        const content = encode(contours, this.scene.scene.grid);
+        const drawing = this.drawing();
+        const question = { kind: "outline" as const, ...(drawing ? { drawing } : {}) };
+        const content = encode(await this.voxam.ask<Outline>(question));
         download(`${this.stem}.${ending}`, new Blob([content], { type }));
     }
 }

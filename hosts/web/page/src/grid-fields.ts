@@ -3,6 +3,7 @@ import type { SceneDocument } from "./document.js";
 import { byId, html } from "./dom.js";
 import type { Library } from "./library.js";
 import type { SceneFile } from "voxam";
+import { refusalInWords } from "./words.js";
 
 const MOST_ELEMENTS = 40_000; // an iteration of more takes longer than a hand waits
 const MOST_DETAIL = 4;
@@ -23,7 +24,9 @@ export class GridFields {
         }
         byId("grid-form").addEventListener("submit", (event) => {
             event.preventDefault();
-            this.apply().catch((error: unknown) => complain((error as Error).message));
+            this.apply().catch((error: unknown) =>
+                complain(refusalInWords((error as Error).message)),
+            );
         });
     }
 
@@ -54,6 +57,6 @@ export class GridFields {
         const text = JSON.stringify({ ...whole, subdivision: detail, meshFactor: detail });
         const question = { text, name: this.scene.name, width, height };
         const answer = await this.voxam.ask<string>({ kind: "resize", ...question });
-        this.scene.replace(JSON.parse(answer) as SceneFile);
+        this.scene.open(JSON.parse(answer) as SceneFile, this.scene.name);
     }
 }

@@ -1,7 +1,7 @@
 // A scene in the fragment of an address: compressed, and in the letters that addresses may have.
 
 const PREFIX = "#s=";
-/** Above this a scene is no good one, and a link no good link. */
+/** Characters. A longer text is not a scene: damaged links can expand without limit. */
 const MAX_TEXT = 4_000_000;
 
 async function through(

@@ -1,32 +1,38 @@
 import type { SceneFile } from "voxam";
 import { SceneDocument } from "./document.js";
 import { addIcons, byId, html, icon, isDark } from "./dom.js";
-import { Drawing, drawnOf, type Drawn } from "./drawing.js";
-import { moveLoad, removeLoad, turnLoad, type Point } from "./edits.js";
+import { Drawing, drawnOf, rivalScene } from "./drawing.js";
+import { moveLoad, turnLoad, type Point } from "./edits.js";
 import { Files } from "./files.js";
 import { makeGallery } from "./gallery.js";
 import { GridFields } from "./grid-fields.js";
 import { Library } from "./library.js";
 import { fromFragment } from "./link.js";
 import { LoadFields } from "./load-fields.js";
-import { Numbers, adviceOn } from "./numbers.js";
+import { Numbers } from "./numbers.js";
+import { paintPicture } from "./picture.js";
 import { Plate } from "./plate.js";
 import { Pointers, type Gesture } from "./pointer.js";
 import type { Frame } from "./protocol.js";
-import { Signs } from "./signs.js";
+import { reachesOf } from "./shapes.js";
+import { describeLoad, Signs } from "./signs.js";
 import startScene from "./start.json" with { type: "json" };
+import { extentOf, mirrorOf } from "./symmetry.js";
+import { keepWork, keptWork, type Work } from "./tab.js";
 import { ToolOptions } from "./tool-options.js";
 import { Hand, TOOLS, type ToolName } from "./tools.js";
 import { View } from "./view.js";
 import { Views } from "./views.js";
+import { adviceOn, sentenceOf } from "./words.js";
 
 const start = startScene as unknown as SceneFile;
+const LINK_NAME = "shared-scene.json";
 
 /** What binds the parts of the page to one another. */
 class Page {
     private readonly stage = byId("stage");
     private readonly panel = byId("panel");
-    private readonly view = new View();
+    private readonly view = new View((view) => reachesOf(this.scene.scene, view));
     private readonly voxam = new Library();
     private readonly scene = new SceneDocument(start);
     private readonly plate = new Plate(byId<HTMLCanvasElement>("plate"), this.view);
@@ -37,9 +43,13 @@ class Page {
         (index) => {
             this.signs.selected = index;
             this.loadFields.show();
+            this.redraw();
         },
     );
-    private readonly hand = new Hand(this.scene, this.view, this.signs);
+    private readonly hand = new Hand(this.scene, this.view, this.signs, (text) =>
+        this.complain(text),
+    );
+    private pointers: Pointers | undefined;
     private readonly loadFields = new LoadFields(this.scene, this.signs);
     private readonly numbers = new Numbers((text) => this.announce(text));
     private readonly drawing = new Drawing(
@@ -62,8 +72,11 @@ class Page {
     );
     private revision = 0;
     private sent: SceneFile | undefined;
-    /** A design that came with the scene, until the library has read the scene. */
-    private given: Drawn | undefined;
+    private plateRevision = 0; // of the first message about the plate that is shown
+    /** Whether to draw as soon as the library has read the scene, which came with a drawing. */
+    private willDraw = false;
+    /** Whether the optimiser's design to draw against is of another scene than the one shown. */
+    private hasOtherRival = false;
     private isPlaying = true;
     private frame: Frame | undefined;
     private isDrawScheduled = false;
@@ -81,6 +94,7 @@ class Page {
         new Files(
             this.scene,
             () => this.sceneToShare,
+            () => this.drawing.shown,
             this.voxam,
             (text, name) => this.openText(text, name),
             () => this.paintPicture(),
@@ -88,31 +102,83 @@ class Page {
         );
         makeGallery((text, name) => this.openText(text, name));
         addEventListener("hashchange", () => void this.openLink());
-        void this.openLink().then((isOpened) => isOpened || this.openScene(start, "bracket.json"));
+        addEventListener("pagehide", () => this.keepWork());
+        document.addEventListener("visibilitychange", () => this.keepWork());
+        void this.openFirst();
     }
 
     // ---- scenes --------------------------------------------------------------------------------
 
+    /** What the tab was left with, or what the address says, or else the start scene. */
+    private async openFirst(): Promise<void> {
+        const work = keptWork();
+        if (work?.fragment === location.hash && (await this.openWork(work))) return;
+        if (location.hash === "" || !(await this.openLink())) {
+            const { problem } = this;
+            this.openScene(start, "bracket.json");
+            this.complain(problem);
+        }
+    }
+
+    private async openWork({ scene, name, drawing, draws }: Work): Promise<boolean> {
+        try {
+            const densities = drawing ? { densities: drawing } : {};
+            const text = JSON.stringify({ ...scene, ...densities });
+            const { hash } = location;
+            this.openScene(await this.readScene(text, name), name, draws);
+            history.replaceState(null, "", location.pathname + location.search + hash);
+            this.invites = false;
+            return true;
+        } catch {
+            return false;
+        }
+    }
+
+    private keepWork(): void {
+        if (this.sent === undefined) return;
+        const { whole, name, plate } = this.scene.state;
+        const drawing = this.drawing.densitiesOf(plate, whole.grid);
+        keepWork({
+            fragment: location.hash,
+            name,
+            scene: whole,
+            ...(drawing ? { drawing } : {}),
+            draws: this.drawing.isOn,
+        });
+    }
+
+    /** Returns whether there is a good scene in the link. */
     private async openLink(): Promise<boolean> {
         try {
             const text = await fromFragment(location.hash);
-            if (text !== undefined) this.openText(text, "shared-scene.json");
-            return text !== undefined;
-        } catch {
-            this.complain("The link is damaged: it contains no scene.");
+            if (text === undefined) return false;
+            const { hash } = location;
+            if (!this.openScene(await this.readScene(text, LINK_NAME), LINK_NAME)) return false;
+            history.replaceState(null, "", hash);
+            return true;
+        } catch (error) {
+            // A text that the library refuses has a reason. What else fails is not a scene at all.
+            const { message } = error as Error;
+            const reason = message.startsWith(LINK_NAME) ? ` (${message})` : "";
+            this.complain(`The link is damaged: it contains no scene${reason}.`);
             return false;
         }
     }
 
     /** The library reads it: only then it is a scene. */
+    private async readScene(text: string, name: string): Promise<SceneFile> {
+        const formatted = await this.voxam.ask<string>({ kind: "format", text, name });
+        return JSON.parse(formatted) as SceneFile;
+    }
+
     private openText(text: string, name: string): void {
-        this.voxam
-            .ask<string>({ kind: "format", text, name })
-            .then((formatted) => this.openScene(JSON.parse(formatted) as SceneFile, name))
+        this.readScene(text, name)
+            .then((scene) => this.openScene(scene, name))
             .catch((error: unknown) => this.complain((error as Error).message));
     }
 
-    private openScene(scene: SceneFile, name: string): void {
+    /** Returns whether there is something to optimise. */
+    private openScene(scene: SceneFile, name: string, draws = true): boolean {
         const { densities: _densities, ...problem } = scene;
         const given = drawnOf(scene);
         if (problem.volumeFraction === undefined) {
@@ -120,25 +186,31 @@ class Page {
                 this.complain(
                     `${name}: this scene has no volumeFraction, so there is nothing to optimise`,
                 );
-                return;
+                return false;
             }
             const filled = given.cells.reduce((sum, cell) => sum + cell, 0) / given.cells.length;
             problem.volumeFraction = Math.max(0.01, Number(filled.toFixed(4)));
         }
+        // The link in the address is no longer what is shown.
+        if (location.hash) history.replaceState(null, "", location.pathname + location.search);
         this.invites = this.sent === undefined;
         this.setMode(false);
         this.signs.selected = 0;
         byId<HTMLInputElement>("move-blob").checked = false;
         this.voxam.send({ kind: "moveBlob", on: false });
-        this.given = given;
+        this.willDraw = given !== undefined && draws;
         this.scene.open(problem, name);
+        if (given) this.drawing.give(this.scene.state.plate, given);
+        return true;
     }
 
     private followScene(isNew: boolean): void {
         const { scene, whole, kinds } = this.scene.state;
         if (isNew) {
-            this.view.setGrid(scene.grid);
+            this.view.setExtent(extentOf(scene));
+            this.plate.mirror = mirrorOf(scene);
             this.plate.setPicture(undefined);
+            this.plateRevision = this.revision + 1;
             this.views.clear();
             this.views.follow();
             this.numbers.reset();
@@ -153,8 +225,7 @@ class Page {
     private sendScene(restart: boolean): void {
         this.sent = this.scene.state.whole;
         this.send(this.sent, restart);
-        byId("problem").hidden = true;
-        this.numbers.setState(this.isPlaying ? "forming" : "paused");
+        this.complain("");
     }
 
     private send(scene: SceneFile, restart: boolean): void {
@@ -187,37 +258,37 @@ class Page {
             this.scene.follow(timeline, kinds);
             this.plate.setKinds(this.scene.scene.grid, kinds);
             const fault = findings.find((finding) => finding.isError);
-            if (fault) this.stop(fault.text);
-            const { given } = this;
-            this.given = undefined;
-            if (given) this.setMode(true, given);
+            if (fault) this.complain(sentenceOf(fault));
+            const { willDraw } = this;
+            this.willDraw = false;
+            if (willDraw) this.setMode(true);
             this.showScene();
             this.redraw();
         });
         voxam.on("frame", ({ frame }) => this.takeFrame(frame));
-        voxam.on("settled", ({ revision, compliance }) => {
-            if (revision !== this.revision) return;
-            if (compliance === undefined) this.numbers.setState("settled");
-            else this.numbers.showDrawn(compliance);
+        voxam.on("state", ({ revision, state }) => {
+            if (revision === this.revision) this.numbers.setState(state);
+        });
+        voxam.on("drawn", ({ revision, score }) => {
+            if (revision === this.revision) this.numbers.showDrawn(score);
         });
         voxam.on("stopped", ({ revision, text, resumesAt }) => {
             if (revision !== 0 && revision !== this.revision) return;
             const then = resumesAt
                 ? ` The run resumes with the change at iteration ${resumesAt}.`
                 : "";
-            this.stop(adviceOn(text) + then);
+            if (revision === 0) this.numbers.setState("stopped");
+            if (!this.drawing.isOn) this.complain(adviceOn(text) + then);
         });
         voxam.on("refused", ({ revision, text }) => {
-            if (revision === this.revision) this.stop(text);
+            if (revision === this.revision) this.complain(text);
         });
     }
 
     private takeFrame(frame: Frame): void {
         this.voxam.send({ kind: "shown" });
-        const { grid } = this.scene.scene;
-        const { columns, picture, revision } = frame;
-        // Of a plate that is no more?
-        if (picture.length * grid.width !== columns * columns * grid.height) return;
+        const { revision } = frame;
+        if (revision < this.plateRevision) return; // of a plate that is no more
         const isFirst = this.revision === 1 && this.frame === undefined;
         this.frame = frame;
         this.plate.setPicture(bitmapOf(frame));
@@ -231,23 +302,20 @@ class Page {
     }
 
     private followRun({ kinds, timeline }: Frame): void {
-        if (this.numbers.current === "stopped" && this.isPlaying) this.numbers.setState("forming");
         this.scene.follow(timeline, kinds);
         if (kinds) this.plate.setKinds(this.scene.scene.grid, kinds);
         if (timeline.scene !== undefined) this.showScene();
     }
 
-    private stop(text: string): void {
-        const problem = byId("problem");
-        problem.textContent = text;
-        problem.hidden = false;
-        this.numbers.setState("stopped");
+    private get problem(): string {
+        return byId("problem").textContent;
     }
 
+    /** Shows what is wrong, or takes it away. */
     private complain(text: string): void {
         const problem = byId("problem");
         problem.textContent = text;
-        problem.hidden = false;
+        problem.hidden = text === "";
     }
 
     // ---- showing -------------------------------------------------------------------------------
@@ -276,17 +344,9 @@ class Page {
     }
 
     private paintPicture(): HTMLCanvasElement {
-        const { grid } = this.scene.scene;
-        const picture = document.createElement("canvas");
-        const view = new View();
-        const plate = new Plate(picture, view);
-        view.setGrid(grid);
-        view.setStage(1200, Math.round((1200 * grid.height) / grid.width));
-        if (this.frame) plate.setPicture(bitmapOf(this.frame));
-        plate.look = this.plate.look;
-        plate.setKinds(grid, this.scene.state.kinds);
-        plate.draw();
-        return picture;
+        const { scene, kinds } = this.scene.state;
+        const bitmap = this.frame && bitmapOf(this.frame);
+        return paintPicture({ scene, kinds, bitmap, look: this.plate.look });
     }
 
     private announce(text: string): void {
@@ -345,7 +405,7 @@ class Page {
         }
     }
 
-    private setMode(draws: boolean, given?: Drawn): void {
+    private setMode(draws: boolean): void {
         byId("mode-optimise").setAttribute("aria-pressed", String(!draws));
         byId("mode-draw").setAttribute("aria-pressed", String(draws));
         byId("optimise-panel").hidden = draws;
@@ -357,34 +417,40 @@ class Page {
         document.body.classList.toggle("draws", draws);
         this.panel.scrollTop = 0;
         if (draws === this.drawing.isOn) return;
-        if (draws) this.startDrawing(given);
+        if (draws) this.startDrawing();
         else this.stopDrawing();
         this.showScene();
         this.redraw();
     }
 
-    private startDrawing(given: Drawn | undefined): void {
+    private startDrawing(): void {
         this.invites = false;
-        const { scene, kinds } = this.scene.state;
-        // The rival is optimised for what is drawn for: the timeline waits.
-        const { timeline, ...problem } = scene;
-        if (timeline) this.send(problem, false);
+        const { scene, kinds, plate } = this.scene.state;
+        const rival = rivalScene(scene);
+        this.hasOtherRival = rival !== scene;
+        if (this.hasOtherRival) this.send(rival, false);
+        this.complain("");
         this.views.clear();
         this.setDrawTool(false);
-        this.drawing.start(problem, kinds, given);
+        this.drawing.start(scene, kinds, plate);
     }
 
     private stopDrawing(): void {
         this.drawing.stop();
         this.sendScene(false);
+        if (this.hasOtherRival) {
+            this.numbers.reset();
+            this.plateRevision = this.revision;
+        }
         this.views.follow();
     }
 
     /** What a link or a file says: in drawing mode the drawing as well. */
     private get sceneToShare(): SceneFile {
         if (!this.drawing.isOn) return this.scene.state.whole;
-        const { timeline: _timeline, ...problem } = this.scene.scene;
-        return { ...problem, densities: this.drawing.densities };
+        const { scene, plate } = this.scene.state;
+        const { timeline: _timeline, ...problem } = scene;
+        return { ...problem, densities: this.drawing.densitiesOf(plate, scene.grid) };
     }
 
     private setPlaying(plays: boolean): void {
@@ -394,8 +460,6 @@ class Page {
         button.dataset["icon"] = plays ? "pause" : "play";
         button.setAttribute("aria-label", plays ? "Pause" : "Go on");
         addIcons(button.parentElement ?? document);
-        if (!plays) this.numbers.setState("paused");
-        else if (this.numbers.current === "paused") this.numbers.setState("forming");
     }
 
     private bindControls(): void {
@@ -422,7 +486,6 @@ class Page {
         byId("move-blob").addEventListener("change", (event) => {
             const { checked } = event.target as HTMLInputElement;
             this.voxam.send({ kind: "moveBlob", on: checked });
-            this.numbers.setState("forming");
         });
         for (const dialog of document.querySelectorAll("dialog")) {
             dialog.querySelector(".close")?.addEventListener("click", () => dialog.close());
@@ -454,15 +517,19 @@ class Page {
     private bindKeys(): void {
         document.addEventListener("keydown", (event) => {
             const target = event.target as HTMLElement;
-            if (target.closest("input, dialog, [role=menu]")) return;
+            if (target.closest("dialog, [role=menu], input[type=number], input[readonly]")) return;
             const command = event.ctrlKey || event.metaKey;
             const key = event.key.toLowerCase();
+            // In a list letters and digits choose an entry.
+            if (!command && target.closest("select")) return;
             if (command && key === "z" && !event.shiftKey) this.undo();
             else if (command && (key === "y" || (key === "z" && event.shiftKey))) this.redo();
             else if (command || event.altKey) return;
-            else if (key === " " && !target.closest("button, a, [role=button]")) {
+            else if (key === " ") {
+                if (target.closest("button, a, input, summary, [role=button]")) return;
                 this.setPlaying(!this.isPlaying);
-            } else if (key === "f") byId("fit").click();
+            } else if (key === "escape") this.pointers?.cancel();
+            else if (key === "f") byId("fit").click();
             else {
                 const tool = TOOLS.find((candidate) => candidate.key === key);
                 if (!tool || this.drawing.isOn) return;
@@ -520,6 +587,12 @@ class Page {
 
     private moveByKey(index: number, event: KeyboardEvent): void {
         if (this.drawing.isOn) return;
+        const isErasing = this.hand.tool === "erase" && ["Enter", " "].includes(event.key);
+        if (isErasing || ["Delete", "Backspace"].includes(event.key)) {
+            event.preventDefault();
+            this.removeByKey(index);
+            return;
+        }
         const { scene } = this.scene;
         const step = event.shiftKey ? 5 : 1;
         const steps: Record<string, Point> = {
@@ -534,12 +607,19 @@ class Page {
         let next: SceneFile | undefined;
         if (by) next = moveLoad(scene, index, by);
         else if (turn) next = turnLoad(scene, index, Math.atan2(fy, fx) + (turn * Math.PI) / 12);
-        else if (["Delete", "Backspace"].includes(event.key) && scene.loads.length > 1) {
-            next = removeLoad(scene, index);
-        } else return;
+        else return;
         event.preventDefault();
         this.invites = false;
         if (next !== scene) this.scene.change({ scene: next });
+        const load = next.loads[index];
+        if (load) this.announce(describeLoad(load, index));
+    }
+
+    private removeByKey(index: number): void {
+        if (!this.hand.eraseLoad(index)) return;
+        this.announce(`Load ${index + 1} removed.`);
+        this.signs.draw(this.scene.scene);
+        this.signs.focus(Math.min(index, this.scene.scene.loads.length - 1));
     }
 
     // ---- the stage -----------------------------------------------------------------------------
@@ -548,7 +628,7 @@ class Page {
         const hand: Gesture = {
             press: (at, pointer) => {
                 this.invites = false;
-                byId("problem").hidden = true;
+                this.complain("");
                 return this.hand.press(at, pointer);
             },
             move: (at) => this.hand.move(at),
@@ -570,7 +650,7 @@ class Page {
             hover: (at) => this.showCursor(at, this.drawing.brushSize),
         };
         const gesture = () => (this.drawing.isOn ? pencil : hand);
-        new Pointers(this.stage, this.view, gesture, () => this.redraw());
+        this.pointers = new Pointers(this.stage, this.view, gesture, () => this.redraw());
         this.stage.addEventListener("pointerleave", () => {
             this.plate.cursor = undefined;
             this.redraw();

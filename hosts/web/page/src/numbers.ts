@@ -1,11 +1,9 @@
 // The numbers of a run, in words where they matter, and their course.
 import { byId, svg } from "./dom.js";
-import type { Frame } from "./protocol.js";
-
-export type RunState = "loading" | "forming" | "settled" | "paused" | "stopped";
+import type { DesignScore, Frame, RunState } from "./protocol.js";
+import { sentenceOf } from "./words.js";
 
 const STATES: Record<RunState, string> = {
-    loading: "Loading",
     forming: "Forming",
     settled: "Settled",
     paused: "Paused",
@@ -23,7 +21,7 @@ const digits = (value: number): string =>
 
 export class Numbers {
     private readonly course: number[] = [];
-    private state: RunState = "loading";
+    private state: RunState | undefined;
     private latest: Frame | undefined;
 
     constructor(private readonly announce: (text: string) => void) {}
@@ -33,15 +31,26 @@ export class Numbers {
         this.course.push(frame.compliance);
         if (this.course.length > MOST_POINTS) this.course.shift();
         byId("compliance").textContent = digits(frame.compliance);
-        byId("compliance-note").textContent = "smaller is stiffer";
+        this.clearDrawn();
         byId("filled").textContent = `${(100 * frame.volume).toFixed(1)} %`;
         byId("iteration").textContent = String(frame.iteration);
         this.drawCourse();
     }
 
     /** What the design is worth in black and white, as the program reports it at its end. */
-    showDrawn(compliance: number): void {
-        byId("compliance-note").textContent = `${digits(compliance)} in black and white`;
+    showDrawn({ supported, compliance, warnings }: DesignScore): void {
+        if (supported) {
+            byId("compliance-note").textContent = `${digits(compliance)} in black and white`;
+        }
+        const text = warnings.map(sentenceOf).join(" ");
+        byId("warnings").textContent = text;
+        byId("warnings").hidden = text === "";
+        if (text) this.announce(text);
+    }
+
+    private clearDrawn(): void {
+        byId("compliance-note").textContent = "smaller is stiffer";
+        byId("warnings").hidden = true;
     }
 
     setState(state: RunState): void {
@@ -59,19 +68,19 @@ export class Numbers {
         }
     }
 
-    get current(): RunState {
-        return this.state;
-    }
-
     reset(): void {
         this.course.length = 0;
         this.latest = undefined;
+        this.clearDrawn();
+        for (const id of ["compliance", "filled", "iteration"]) byId(id).textContent = "–";
+        this.drawCourse();
     }
 
     /** On a logarithmic scale, since the first designs are softer by a factor. */
     private drawCourse(): void {
         const root = byId<SVGSVGElement>("course");
         root.setAttribute("viewBox", `0 0 ${WIDTH} ${HEIGHT}`);
+        root.setAttribute("preserveAspectRatio", "none");
         const logs = this.course.filter((value) => value > 0).map(Math.log);
         const low = Math.min(...logs);
         const high = Math.max(low + 0.05, ...logs);
@@ -82,28 +91,5 @@ export class Numbers {
         });
         const line = root.firstElementChild ?? root.appendChild(svg("path"));
         line.setAttribute("d", points.length > 1 ? `M${points.join("L")}` : "");
-    }
-}
-
-/** What to do about a text of the library: the advice that all hosts give. */
-export function adviceOn(text: string): string {
-    switch (text) {
-        case "Change load / support":
-            return (
-                "The equations cannot be solved: the plate is not held, or memory ran out. " +
-                "Hold it in x, in y and against turning, or use a smaller grid."
-            );
-        case "Change load/support":
-            return (
-                "The loads push the plate away. Hold it in x, in y and against turning, " +
-                "or use smaller forces. If the design is torn, start afresh."
-            );
-        case "Load cannot be on top of support":
-            return (
-                "The loads do no work. Put a force on a node that is not held, " +
-                "in a load case that is in use."
-            );
-        default:
-            return text;
     }
 }

@@ -1,11 +1,5 @@
-// Outlines of the material as files. Lengths are edges of elements, which programs read as
-// millimetres.
-import type { Contour } from "voxam";
-
-interface Grid {
-    width: number;
-    height: number;
-}
+// Outlines of the material as files. Lengths are millimetres.
+import type { Contour, Outline } from "voxam";
 
 const short = (value: number): string => String(Number(value.toFixed(4)));
 
@@ -14,7 +8,7 @@ function* cornersOf({ corners }: Contour): Generator<[number, number]> {
     for (let i = 0; i + 1 < corners.length; i += 2) yield [corners[i] ?? 0, corners[i + 1] ?? 0];
 }
 
-export function toSvg(contours: Contour[], { width, height }: Grid): string {
+export function toSvg({ width, height, contours }: Outline): string {
     const path = contours
         .map((contour) => {
             const corners = [...cornersOf(contour)].map(([x, y]) => `${short(x)} ${short(y)}`);
@@ -28,7 +22,7 @@ export function toSvg(contours: Contour[], { width, height }: Grid): string {
 }
 
 /** Closed polylines of R12, which every drawing program reads; y points up. */
-export function toDxf(contours: Contour[], { height }: Grid): string {
+export function toDxf({ height, contours }: Outline): string {
     const lines: (string | number)[] = [0, "SECTION", 2, "ENTITIES"];
     for (const contour of contours) {
         const layer = contour.hole ? "holes" : "outline";

@@ -1,12 +1,22 @@
 // The plate on its canvas: material, and what the elements are.
-import { ELEMENT } from "voxam";
-import { plateColours, rgb, workColour, inkTable, type PlateColours } from "./colours.js";
+import { ELEMENT, type SceneFile } from "voxam";
+import {
+    plateColours,
+    printColours,
+    rgb,
+    workColour,
+    inkTable,
+    type PlateColours,
+} from "./colours.js";
 import type { Point } from "./edits.js";
 import type { DesignScore } from "./protocol.js";
+import type { Mirror } from "./symmetry.js";
 import type { View } from "./view.js";
 
 const MAX_PIXELS = 500_000;
 const HATCH = 7;
+const DIMMED = 0.62;
+const BEND_SHARE = 0.07; // of the plate's longer side, which the largest displacement is drawn as
 
 export interface Bitmap {
     cells: Uint8Array;
@@ -100,7 +110,7 @@ export class Plate {
     private readonly buffer = document.createElement("canvas");
     private marks: Mark[] = [];
     private grid = { width: 1, height: 1 };
-    private table = inkTable(plateColours());
+    private table: Uint32Array;
     private bitmap: Bitmap | undefined;
     private isStale = true;
 
@@ -108,14 +118,23 @@ export class Plate {
     cursor: { at: Point; size: number } | undefined;
     /** When there is one, it is drawn instead of the optimiser's design. */
     look: Look | undefined;
+    /** Where the other half of a symmetric plate is. It cannot be edited, so that it is dimmed. */
+    mirror: Mirror | undefined;
 
+    /** `isPrint`: for a picture in a file, always the same whatever the screen is like. */
     constructor(
         private readonly canvas: HTMLCanvasElement,
         private readonly view: View,
+        private readonly isPrint = false,
     ) {
+        this.table = inkTable(this.colours);
         const context = canvas.getContext("2d");
         if (!context) throw new Error("This browser has no canvas");
         this.context = context;
+    }
+
+    private get colours(): PlateColours {
+        return this.isPrint ? printColours : plateColours();
     }
 
     setKinds(grid: { width: number; height: number }, kinds: Uint8Array): void {
@@ -142,24 +161,39 @@ export class Plate {
 
     /** After a change between light and dark. */
     changeColours(): void {
-        this.table = inkTable(plateColours());
+        this.table = inkTable(this.colours);
         this.isStale = true;
     }
 
     draw(): void {
-        const { context, canvas, view, grid } = this;
-        const ratio = devicePixelRatio;
+        const { context, canvas, view, colours, mirror } = this;
+        const ratio = this.isPrint ? 1 : devicePixelRatio;
         const width = Math.round(view.width * ratio);
         const height = Math.round(view.height * ratio);
         if (canvas.width !== width || canvas.height !== height) {
             canvas.width = width;
             canvas.height = height;
         }
-        const colours = plateColours();
         context.setTransform(ratio, 0, 0, ratio, 0, 0);
-        context.clearRect(0, 0, view.width, view.height);
+        context.fillStyle = rgb(colours.paper);
+        if (this.isPrint) context.fillRect(0, 0, view.width, view.height);
+        else context.clearRect(0, 0, view.width, view.height);
         context.translate(view.left, view.top);
         context.scale(view.scale, view.scale);
+        if (mirror) {
+            context.save();
+            context.transform(...mirror);
+            this.drawHalf(colours);
+            if (!this.isPrint) this.dim(colours);
+            context.restore();
+        }
+        this.drawHalf(colours);
+        this.drawCursor(colours);
+    }
+
+    /** What the scene describes: all of a plate without symmetry. */
+    private drawHalf(colours: PlateColours): void {
+        const { context, view, grid } = this;
         context.fillStyle = rgb(colours.paper);
         context.fillRect(0, 0, grid.width, grid.height);
         if (this.look) this.drawDesign(this.look, colours);
@@ -168,7 +202,16 @@ export class Plate {
         context.lineWidth = 1 / view.scale;
         context.strokeStyle = colours.edge;
         context.strokeRect(0, 0, grid.width, grid.height);
-        this.drawCursor(colours);
+    }
+
+    /** Veils what was drawn, and as far around it as it may be bent. */
+    private dim({ paper }: PlateColours): void {
+        const { context, grid } = this;
+        const around = 2 * BEND_SHARE * Math.max(grid.width, grid.height);
+        context.globalAlpha = DIMMED;
+        context.fillStyle = rgb(paper);
+        context.fillRect(-around, -around, grid.width + 2 * around, grid.height + 2 * around);
+        context.globalAlpha = 1;
     }
 
     private drawMaterial(): void {
@@ -284,6 +327,25 @@ export class Plate {
     }
 }
 
+/** How many times larger than they are displacements are drawn: as far as is easy to see. */
+export function magnificationOf(
+    { displacements = new Float64Array() }: DesignScore,
+    grid: { width: number; height: number },
+): number {
+    let furthest = 0;
+    for (const value of displacements) {
+        if (Math.abs(value) > furthest) furthest = Math.abs(value);
+    }
+    return furthest > 0 ? (BEND_SHARE * Math.max(grid.width, grid.height)) / furthest : 0;
+}
+
+/** "drawn 12 times larger", or nothing where nothing is bent. */
+export function magnificationText(look: Look | undefined, grid: SceneFile["grid"]): string {
+    if (!look?.score || look.bend === 0) return "";
+    const factor = magnificationOf(look.score, grid);
+    return factor > 0 ? `drawn × ${Number(factor.toPrecision(2))}` : "";
+}
+
 /** Where the corners of cells are when the design is bent; undefined when it is not. */
 function placesOf(
     { score, refinement, bend }: Look,
@@ -291,11 +353,8 @@ function placesOf(
 ): ((x: number, y: number) => [number, number]) | undefined {
     const moved = score?.displacements;
     if (!moved || bend === 0) return undefined;
-    let furthest = 0;
-    for (const value of moved) if (Math.abs(value) > furthest) furthest = Math.abs(value);
-    if (furthest === 0) return undefined;
     const rows = grid.height * refinement + 1;
-    const factor = (0.07 * bend * Math.max(grid.width, grid.height)) / furthest;
+    const factor = bend * magnificationOf(score, grid);
     const shift = (index: number) => {
         const value = (moved[index] ?? 0) * factor;
         return Number.isFinite(value) ? value : 0;

@@ -32,6 +32,13 @@ export class Pointers {
         stage.addEventListener("wheel", (event) => this.turnWheel(event), { passive: false });
     }
 
+    /** Takes back what is being drawn or dragged. */
+    cancel(): void {
+        const isDrawing = this.active !== undefined && !this.pans;
+        this.active = undefined;
+        if (isDrawing) this.gesture().cancel();
+    }
+
     private press(event: PointerEvent): void {
         if ((event.target as Element).closest("button, a, input") || event.button > 1) return;
         const at = this.placeOf(event);

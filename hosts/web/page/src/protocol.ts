@@ -10,14 +10,23 @@ export type Request =
     | { kind: "shown" }
     | { kind: "view"; refinement: number }
     | { kind: "reference"; refinement: number }
-    | { kind: "score"; number: number; cells: Uint8Array; refinement: number }
+    | ({ kind: "score"; number: number } & DrawnCells)
     | (Question & { number: number });
 
 /** To the library, with an answer. A scene in a question does not become the one that runs. */
 export type Question =
-    | { kind: "outline" }
+    | { kind: "outline"; drawing?: DrawnCells }
     | { kind: "format"; text: string; name: string }
     | { kind: "resize"; text: string; name: string; width: number; height: number };
+
+/** A drawing: 1 solid, 0 void, row by row. */
+export interface DrawnCells {
+    cells: Uint8Array;
+    /** Cells per edge of an element. */
+    refinement: number;
+}
+
+export type RunState = "forming" | "settled" | "paused" | "stopped";
 
 /** From the library. */
 export type Report =
@@ -26,8 +35,11 @@ export type Report =
     | { kind: "frame"; frame: Frame }
     | { kind: "view"; score: DesignScore }
     | { kind: "stopped"; revision: number; text: string; resumesAt?: number }
-    | { kind: "settled"; revision: number; compliance: number | undefined }
-    | { kind: "reference"; score: DesignScore }
+    | { kind: "state"; revision: number; state: RunState }
+    /** What a settled design is in black and white. */
+    | { kind: "drawn"; revision: number; score: DesignScore }
+    /** The optimiser's design to compare with, or the reason why there is none. */
+    | { kind: "reference"; score: DesignScore | undefined; reason: string }
     | { kind: "score"; number: number; score: DesignScore }
     | { kind: "answer"; number: number; value: unknown; error?: string };
 

@@ -1,18 +1,11 @@
 // Loads and supports over the plate. Loads are reached by Tab and moved by keys.
 import type { SceneFile, SceneLoad } from "voxam";
 import { svg } from "./dom.js";
-import { first, last, magnitude, placeOf, type Point } from "./edits.js";
+import { first, last } from "./edits.js";
+import { arrowsOf, supportsPath, type Arrow } from "./shapes.js";
 import type { View } from "./view.js";
 
-const LONGEST = 74;
-const SHORTEST = 34;
-const SPACING = 13; // pixels between the marks of a support
-
-export interface Arrow {
-    index: number;
-    tip: Point;
-    tail: Point;
-}
+const MOST_LABELS = 20; // numbers of more arrows cover one another
 
 /** "1.5 down and to the right". */
 export function describeForce({ fx = 0, fy = 0 }: SceneLoad): string {
@@ -29,6 +22,9 @@ const describePlace = ({ x, y }: SceneLoad): string =>
     [["x", x] as const, ["y", y] as const]
         .map(([axis, span]) => `${axis} ${typeof span === "number" ? span : span.join(" to ")}`)
         .join(", ");
+
+export const describeLoad = (load: SceneLoad, index: number): string =>
+    `Load ${index + 1} at ${describePlace(load)}: ${describeForce(load)}`;
 
 export class Signs {
     arrows: Arrow[] = [];
@@ -52,8 +48,7 @@ export class Signs {
         this.root.setAttribute("viewBox", `0 0 ${view.width} ${view.height}`);
         this.scene = scene;
         this.drawSupports(scene);
-        const largest = Math.max(1e-12, ...scene.loads.map(magnitude));
-        this.arrows = scene.loads.map((load, index) => this.arrowOf(load, index, largest));
+        this.arrows = arrowsOf(scene, view);
         while (this.loads.length > scene.loads.length) this.loads.pop()?.remove();
         scene.loads.forEach((load, index) => this.drawLoad(load, index));
     }
@@ -62,45 +57,25 @@ export class Signs {
         this.loads[index]?.focus({ preventScroll: true });
     }
 
-    private arrowOf(load: SceneLoad, index: number, largest: number): Arrow {
-        const { fx = 0, fy = 0 } = load;
-        const size = magnitude(load);
-        const tip = this.view.toScreen(placeOf(load));
-        const small = this.view.width < 600 ? 0.78 : 1;
-        const length = small * (SHORTEST + (LONGEST - SHORTEST) * Math.sqrt(size / largest));
-        const [dx, dy] = size > 0 ? [fx / size, fy / size] : [0, 1];
-        return { index, tip, tail: { x: tip.x - dx * length, y: tip.y - dy * length } };
-    }
-
     private drawLoad(load: SceneLoad, index: number): void {
         const arrow = this.arrows[index];
         if (!arrow) return;
         const group = (this.loads[index] ??= this.makeLoad(index));
-        const { tip, tail } = arrow;
-        const length = Math.hypot(tip.x - tail.x, tip.y - tail.y);
-        const [ux, uy] = [(tip.x - tail.x) / length, (tip.y - tail.y) / length];
-        const neck = { x: tip.x - 15 * ux, y: tip.y - 15 * uy };
-        const head =
-            `M${tip.x} ${tip.y}L${neck.x - 7 * uy} ${neck.y + 7 * ux}` +
-            `L${neck.x + 7 * uy} ${neck.y - 7 * ux}Z`;
+        const { tail, label: place, shaft, head } = arrow;
         const parts = group.children;
         parts[0]?.setAttribute("d", this.spanOf(load));
-        for (const i of [1, 2]) {
-            parts[i]?.setAttribute("d", `M${tail.x} ${tail.y}L${neck.x} ${neck.y}`);
-        }
+        for (const i of [1, 2]) parts[i]?.setAttribute("d", shaft);
         for (const i of [3, 4]) parts[i]?.setAttribute("d", head);
         parts[5]?.setAttribute("cx", String(tail.x));
         parts[5]?.setAttribute("cy", String(tail.y));
         const label = parts[6];
-        label?.setAttribute("x", String(tail.x - ux * 17));
-        label?.setAttribute("y", String(tail.y - uy * 17 + 4));
-        const isMany = (this.scene?.loads.length ?? 0) > 1;
-        if (label) label.textContent = isMany ? String(index + 1) : "";
+        label?.setAttribute("x", String(place.x));
+        label?.setAttribute("y", String(place.y));
+        const count = this.scene?.loads.length ?? 0;
+        const isNumbered = count > 1 && (count <= MOST_LABELS || index === this.selected);
+        if (label) label.textContent = isNumbered ? String(index + 1) : "";
         group.setAttribute("class", `load case-${(load.loadCase ?? 0) % 6}`);
-        group.setAttribute(
-            "aria-label",
-            `Load ${index + 1} at ${describePlace(load)}: ${describeForce(load)}`,
-        );
+        group.setAttribute("aria-label", describeLoad(load, index));
     }
 
     /** A line along the nodes of a load that has more than one. */
@@ -130,53 +105,11 @@ export class Signs {
     }
 
     private drawSupports(scene: SceneFile): void {
-        const shapes: string[] = [];
-        for (const { x, y, fix } of scene.supports) {
-            const step = Math.max(1, Math.ceil(SPACING / this.view.scale));
-            for (const py of spread(first(y), last(y), step)) {
-                for (const px of spread(first(x), last(x), step)) {
-                    const isUpright = first(y) < last(y);
-                    const at = this.view.toScreen({ x: px, y: py });
-                    shapes.push(markOf(at, fix, px, py, isUpright, scene.grid));
-                }
-            }
-        }
         let path = this.supports.firstElementChild;
         if (!path) {
             path = svg("path", { class: "support" });
             this.supports.append(path);
         }
-        path.setAttribute("d", shapes.join(""));
+        path.setAttribute("d", supportsPath(scene, this.view));
     }
-}
-
-function spread(from: number, to: number, step: number): number[] {
-    const count = Math.max(1, Math.round((to - from) / step));
-    if (from === to) return [from];
-    return Array.from({ length: count + 1 }, (_, i) =>
-        Math.round(from + ((to - from) * i) / count),
-    );
-}
-
-/** A triangle whose tip is at the node, standing outside of the plate where the node is at its edge. */
-function markOf(
-    at: Point,
-    fix: string,
-    x: number,
-    y: number,
-    isUpright: boolean,
-    { width, height }: SceneFile["grid"],
-): string {
-    const isAtSide = (x === 0 || x === width) && (isUpright || (y > 0 && y < height));
-    const isSide = fix === "x" || (fix === "xy" && isAtSide);
-    let [ux, uy] = isSide ? [x === width ? 1 : -1, 0] : [0, y === 0 && fix !== "x" ? -1 : 1];
-    if (fix === "y") [ux, uy] = [0, y === 0 ? -1 : 1];
-    const base = { x: at.x + 9 * ux, y: at.y + 9 * uy };
-    const [sx, sy] = [5.5 * uy, 5.5 * ux];
-    const triangle =
-        `M${at.x} ${at.y}L${base.x + sx} ${base.y + sy}` + `L${base.x - sx} ${base.y - sy}Z`;
-    if (fix === "xy") return triangle;
-    // A roller stands on a line, along which it may move.
-    const foot = { x: at.x + 12.5 * ux, y: at.y + 12.5 * uy };
-    return `${triangle}M${foot.x + sx} ${foot.y + sy}L${foot.x - sx} ${foot.y - sy}`;
 }

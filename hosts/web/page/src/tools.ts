@@ -108,6 +108,7 @@ export class Hand {
         private readonly scene: SceneDocument,
         private readonly view: View,
         private readonly signs: Signs,
+        private readonly complain: (text: string) => void,
     ) {}
 
     get brushSize(): number {
@@ -142,6 +143,10 @@ export class Hand {
             return true;
         }
         if (this.tool === "move") return false;
+        if (this.tool === "erase" && found) {
+            this.eraseLoad(found.index);
+            return true;
+        }
         this.scene.begin();
         this.stroke = { scene: this.scene.scene, places: [] };
         if (this.tool === "load") {
@@ -149,11 +154,18 @@ export class Hand {
             this.take({ index: this.scene.scene.loads.length - 1, turns: false }, at);
             return true;
         }
-        if (this.tool === "erase" && found) {
-            this.scene.change({ scene: removeLoad(this.scene.scene, found.index) });
-            return true;
-        }
         this.move(at);
+        return true;
+    }
+
+    /** Returns whether it did: a scene needs a load. */
+    eraseLoad(index: number): boolean {
+        const { scene } = this.scene;
+        if (scene.loads.length < 2) {
+            this.complain("This is the only load, and a plate needs one. Add another one first.");
+            return false;
+        }
+        this.scene.change({ scene: removeLoad(scene, index) });
         return true;
     }
 
@@ -162,6 +174,7 @@ export class Hand {
             this.drag(this.grip, at);
             return;
         }
+        if (!this.stroke) return;
         const place = this.view.toPlate(at);
         const from = this.lastPlace ?? place;
         const steps = Math.max(1, Math.ceil(Math.hypot(place.x - from.x, place.y - from.y)));

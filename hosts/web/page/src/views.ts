@@ -2,7 +2,7 @@
 import { byId } from "./dom.js";
 import { detailOf } from "./drawing.js";
 import type { Library } from "./library.js";
-import type { Plate } from "./plate.js";
+import { magnificationText, type Plate } from "./plate.js";
 import type { DesignScore } from "./protocol.js";
 
 interface Grid {
@@ -66,6 +66,7 @@ export class Views {
                   bend: this.deformed.checked ? 1 : 0,
               }
             : undefined;
+        byId("view-factor").textContent = magnificationText(this.plate.look, this.grid());
         this.redraw();
     }
 }

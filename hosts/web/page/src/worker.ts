@@ -1,6 +1,7 @@
 // The thread of the library. It computes while the page shows, and never more than two frames ahead.
 import { TrapError, Voxam, type SceneFile, type SceneScore, type Scenes } from "voxam";
-import type { DesignScore, Question, Report, Request } from "./protocol.js";
+import type { DesignScore, Question, Report, Request, RunState } from "./protocol.js";
+import { sentenceOf } from "./words.js";
 
 const FRAMES_AHEAD = 2;
 const CALM_CHANGE = 0.004;
@@ -8,6 +9,8 @@ const CALM_ITERATIONS = 8;
 const LEAST_ITERATIONS = 25;
 /** Scores take longer than a frame: they wait until the hand rests. */
 const SCORE_DELAY = 400;
+/** Of findings that a size brings about. */
+const GRID_KEYS = ["grid", "subdivision", "meshFactor"];
 
 type Opening = Extract<Request, { kind: "open" }>;
 type Drawing = Extract<Request, { kind: "score" }>;
@@ -27,6 +30,9 @@ class LibraryThread {
     private edited = 0; // the iteration after which the scene was edited
     private calm = 0;
     private resting = true;
+    private reason = ""; // why the run stopped, until an edit
+    private mustRestart = false; // the scene that the module runs is not the one that is open
+    private reported = "";
     private viewDetail = 0; // above 0: each design is scored too
     private referenceDetail = 0; // above 0: the optimiser's design is wanted as a rival
     private scoreTimer = 0;
@@ -55,8 +61,8 @@ class LibraryThread {
                 this.playing = request.on;
                 break;
             case "moveBlob":
+                if (this.movesBlob !== request.on && this.reason === "") this.wake();
                 this.movesBlob = request.on;
-                this.wake();
                 break;
             case "shown":
                 this.framesAhead = Math.max(0, this.framesAhead - 1);
@@ -80,8 +86,14 @@ class LibraryThread {
         this.schedule();
     }
 
-    /** One piece of work; messages come in between. */
     private turn(): void {
+        const hasWorked = this.work();
+        this.reportState();
+        if (hasWorked) this.schedule();
+    }
+
+    /** One piece of work; messages come in between. Returns whether there may be more. */
+    private work(): boolean {
         if (this.opening) {
             this.openScene(this.opening);
         } else if (this.drawing) {
@@ -92,9 +104,30 @@ class LibraryThread {
         } else if (this.playing && !this.resting && this.framesAhead < FRAMES_AHEAD) {
             this.step();
         } else {
-            return;
+            return false;
         }
-        this.schedule();
+        return true;
+    }
+
+    private get state(): RunState {
+        if (this.reason !== "") return "stopped";
+        if (!this.playing) return "paused";
+        return this.resting ? "settled" : "forming";
+    }
+
+    private reportState(): void {
+        const { revision, state } = this;
+        const report = `${revision} ${state}`;
+        if (revision === 0 || report === this.reported) return;
+        this.reported = report;
+        post({ kind: "state", revision, state });
+    }
+
+    /** No edit, no further iteration. */
+    private stop(reason: string): void {
+        this.resting = true;
+        this.reason = reason;
+        clearTimeout(this.scoreTimer);
     }
 
     private schedule(): void {
@@ -106,35 +139,37 @@ class LibraryThread {
     private wake(): void {
         this.edited = this.iteration;
         this.calm = 0;
+        this.reason = "";
         this.resting = this.scene?.volumeFraction === undefined;
         clearTimeout(this.scoreTimer);
     }
 
     private openScene({ text, name, revision, restart }: Opening): void {
         this.opening = undefined;
+        this.revision = revision;
+        this.mustRestart ||= restart;
         try {
             const opened = this.scenes.open(text, name);
             const { findings } = opened;
             this.scene = JSON.parse(opened.text) as SceneFile;
-            this.revision = revision;
             const fault = findings.find((finding) => finding.isError);
             if (fault) {
-                this.resting = true;
                 const timeline = { changes: 0 };
                 post({ kind: "opened", revision, findings, kinds: opened.kinds, timeline });
-                post({ kind: "stopped", revision, text: fault.text });
+                this.stop(sentenceOf(fault));
                 return;
             }
-            const timeline = restart ? this.scenes.start() : this.scenes.follow();
+            const timeline = this.mustRestart ? this.scenes.start() : this.scenes.follow();
             post({ kind: "opened", revision, findings, kinds: this.scenes.kinds(), timeline });
-            if (restart) {
+            if (this.mustRestart) {
                 this.framesAhead = 0;
                 this.iteration = 0;
+                this.mustRestart = false;
             }
             this.wake();
         } catch (error) {
-            this.resting = true;
-            post({ kind: "refused", revision, text: this.failure(error) });
+            this.stop(this.failure(error));
+            post({ kind: "refused", revision, text: this.reason });
         }
     }
 
@@ -144,7 +179,7 @@ class LibraryThread {
             const result = this.scenes.iterate(this.movesBlob);
             if (result.message !== "") {
                 const { message: text, resumesAt } = result;
-                this.resting = resumesAt === undefined;
+                if (resumesAt === undefined) this.stop(text);
                 post({ kind: "stopped", revision, text, ...(resumesAt ? { resumesAt } : {}) });
                 return;
             }
@@ -162,8 +197,8 @@ class LibraryThread {
             this.calm = change < CALM_CHANGE ? this.calm + 1 : 0;
             if (this.isSettled()) this.rest();
         } catch (error) {
-            this.resting = true;
-            post({ kind: "stopped", revision, text: this.failure(error) });
+            this.stop(this.failure(error));
+            post({ kind: "stopped", revision, text: this.reason });
         }
     }
 
@@ -172,6 +207,7 @@ class LibraryThread {
         if (!(error instanceof TrapError)) return messageOf(error);
         this.voxam.restart();
         this.scenes = this.voxam.scenes();
+        this.mustRestart = true;
         return "The library failed and was started again. Change the scene to go on.";
     }
 
@@ -195,11 +231,9 @@ class LibraryThread {
     private rest(): void {
         this.resting = true;
         const { revision } = this;
-        post({ kind: "settled", revision, compliance: undefined });
         this.scoreTimer = self.setTimeout(() => {
             if (!this.resting || revision !== this.revision || this.referenceDetail > 0) return;
-            const score = this.scenes.scoreRun();
-            if (score.supported) post({ kind: "settled", revision, compliance: score.compliance });
+            post({ kind: "drawn", revision, score: told(this.scenes.scoreRun()) });
         }, SCORE_DELAY);
     }
 
@@ -208,9 +242,11 @@ class LibraryThread {
         this.referenceDetail = 0;
         clearTimeout(this.scoreTimer);
         try {
-            post({ kind: "reference", score: told(this.scenes.scoreRun(detail)) });
+            if (this.reason !== "") throw new Error(this.reason);
+            const score = told(this.scenes.scoreRun(detail));
+            post({ kind: "reference", score, reason: score.problem });
         } catch (error) {
-            post({ kind: "stopped", revision: this.revision, text: this.failure(error) });
+            post({ kind: "reference", score: undefined, reason: this.failure(error) });
         }
     }
 
@@ -237,24 +273,33 @@ class LibraryThread {
     }
 
     private answerTo(question: Question): unknown {
-        if (question.kind === "outline") return this.scenes.outline();
+        if (question.kind === "outline") {
+            const { drawing } = question;
+            if (!drawing) return this.scenes.outline();
+            return this.scenes.outlineOfDrawing(drawing.cells, drawing.refinement);
+        }
         const current = this.scene; // which stays open
         try {
             const { text } = this.scenes.open(question.text, question.name);
             if (question.kind === "format") return text;
-            return this.scenes.resized(question.width, question.height);
+            return this.resized(question);
         } finally {
             if (current) this.scenes.open(JSON.stringify(current), question.name);
         }
     }
+
+    /** The scene on another grid, if it can run there. */
+    private resized({ width, height, name }: Extract<Question, { kind: "resize" }>): string {
+        const { text, findings } = this.scenes.open(this.scenes.resized(width, height), name);
+        const fault = findings.find(({ isError, key }) => isError && GRID_KEYS.includes(key));
+        if (fault) throw new Error(`${name}: ${fault.key}: ${fault.text}`);
+        return text;
+    }
 }
 
-/** The first problem as a sentence: of a scene's file a player knows nothing. */
 function told(score: SceneScore): DesignScore {
-    const { key = "", text = "" } = score.problems[0] ?? {};
-    const index = /^loads\[(\d+)\]$/.exec(key)?.[1];
-    const subject = index === undefined ? "" : `Load ${Number(index) + 1} `;
-    return { ...score, problem: subject + text };
+    const [problem] = score.problems;
+    return { ...score, problem: problem ? sentenceOf(problem) : "" };
 }
 
 function messageOf(error: unknown): string {
