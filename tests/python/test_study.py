@@ -252,7 +252,8 @@ def test_processes_that_die_lose_no_run_but_their_own(tmp_path):
 
 def test_a_killed_command_goes_on_where_it_was(tmp_path):
     volumes = {"from": 0.45, "to": 0.6, "count": 40}
-    file = write(tmp_path / "a.json", scene={**SCENE, "iterations": 40},
+    # Long enough that the signals come in time where this process has to wait for a core.
+    file = write(tmp_path / "a.json", scene={**SCENE, "iterations": 400},
                  combine={"volumeFraction": volumes})
     runs = tmp_path / "a.results" / "runs"
     for number in signal.SIGKILL, signal.SIGTERM:
