@@ -9,12 +9,12 @@
 /// A design that the user has kept, with the scene that it belongs to.
 struct Variant {
     QString name;
-    std::shared_ptr<const Scene> whole;  ///< as it is saved
-    std::size_t changesMade = 0;         ///< of its timeline
-    std::shared_ptr<const Scene> seen;   ///< with these changes, and the blob where it was
-    Field material;                      ///< as it was seen
-    bool isDrawn = false;                ///< by hand, or imported
-    std::optional<ScoreResult> score;    ///< as drawn; none while it is awaited
+    std::shared_ptr<const voxam::Scene> whole;  ///< as it is saved
+    std::size_t changesMade = 0;                ///< of its timeline
+    std::shared_ptr<const voxam::Scene> seen;   ///< with these changes, and the blob where it was
+    voxam::Field material;                      ///< as it was seen
+    bool isDrawn = false;                       ///< by hand, or imported
+    std::optional<ScoreResult> score;           ///< as drawn; none while it is awaited
 
     /// Empty if there is no score, or if the design does not hold.
     std::optional<double> compliance() const;

@@ -8,6 +8,8 @@
 #include "theme.h"
 #include "thumbnail.h"
 
+using namespace voxam;
+
 namespace {
 
 /// A variant as large as there is room.

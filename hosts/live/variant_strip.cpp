@@ -12,6 +12,8 @@
 #include "thumbnail.h"
 #include "variant_comparison.h"
 
+using namespace voxam;
+
 namespace {
 
 constexpr QSize PICTURE_SIZE(118, 74);
