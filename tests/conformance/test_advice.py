@@ -17,7 +17,7 @@ def text_of(name):
 @pytest.mark.parametrize("text, advice", _optimiser._ADVICE.items())
 def test_advice(text, advice):
     for host in ("hosts/csharp/Voxam.cs", "hosts/live/problems.cpp",
-                 "hosts/web/page/src/numbers.ts"):
+                 "hosts/web/page/src/words.ts"):
         after = text_of(host).split(f'"{text}"', 1)[1]
         assert advice in after[:len(advice) + 60], host
     row = text_of("docs/hosting.md").split(f'| "{text}" |', 1)[1].split(" |", 2)[1]
