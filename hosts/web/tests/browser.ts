@@ -6,7 +6,7 @@ import { extname, join } from "node:path";
 import axe from "axe-core";
 import { chromium, type Browser, type BrowserContextOptions, type Page } from "playwright-core";
 
-const dist = new URL("../dist/", import.meta.url).pathname;
+export const dist = new URL("../dist/", import.meta.url).pathname;
 const TYPES: Record<string, string> = {
     ".html": "text/html",
     ".js": "text/javascript",
@@ -32,12 +32,19 @@ export const launch = (): Promise<Browser> =>
         args: ARGUMENTS,
     });
 
-export async function serve(): Promise<{ server: Server; address: string }> {
+/** Serves a folder. Browsers may keep its files for some seconds without asking again. */
+export async function serve(
+    folder = dist,
+    freshness = 0,
+): Promise<{ server: Server; address: string }> {
     const server = createServer((request, response) => {
         const path = new URL(request.url ?? "/", "http://localhost").pathname;
         try {
-            const content = readFileSync(join(dist, path === "/" ? "index.html" : path));
-            response.writeHead(200, { "Content-Type": TYPES[extname(path)] ?? "text/html" });
+            const content = readFileSync(join(folder, path === "/" ? "index.html" : path));
+            response.writeHead(200, {
+                "Content-Type": TYPES[extname(path)] ?? "text/html",
+                ...(freshness > 0 ? { "Cache-Control": `max-age=${freshness}` } : {}),
+            });
             response.end(content);
         } catch {
             response.writeHead(404).end();
@@ -114,6 +121,23 @@ export class Visit {
         await this.page.mouse.up();
     }
 
+    /** Waits until the text of an element matches. */
+    async says(id: string, pattern: RegExp): Promise<string> {
+        const matches = ([id, source]: readonly [string, string]) =>
+            new RegExp(source).test(document.getElementById(id)?.textContent ?? "");
+        await this.page.waitForFunction(matches, [id, pattern.source] as const);
+        return this.text(id);
+    }
+
+    async open(name: string, content: string): Promise<void> {
+        const buffer = Buffer.from(content);
+        await this.page.setInputFiles("#open-file", {
+            name,
+            mimeType: "application/json",
+            buffer,
+        });
+    }
+
     /** The share of a rectangle of the plate that is dark, in light colours. */
     async filled(left: number, top: number, right: number, bottom: number): Promise<number> {
         const from = await this.at(left, top);
@@ -134,6 +158,18 @@ export class Visit {
             },
             [from, to] as const,
         );
+    }
+
+    /** Of the canvas at a place of the plate, 0 to 1. */
+    async opacity(x: number, y: number): Promise<number> {
+        const at = await this.at(x, y);
+        return this.page.evaluate(({ x, y }) => {
+            const canvas = document.querySelector("canvas");
+            const box = canvas?.getBoundingClientRect() ?? new DOMRect();
+            const [left, top] = [(x - box.x) * devicePixelRatio, (y - box.y) * devicePixelRatio];
+            const pixel = canvas?.getContext("2d")?.getImageData(left, top, 1, 1).data;
+            return (pixel?.[3] ?? NaN) / 255;
+        }, at);
     }
 
     async download(entry: string): Promise<string> {

@@ -136,9 +136,7 @@ test("an edit after a change of the timeline goes into that change", async () =>
     };
     writeFileSync(file, JSON.stringify(scene));
     await visit.page.setInputFiles("#open-file", file);
-    await visit.page.waitForFunction(
-        () => document.getElementById("iteration")?.textContent === "12",
-    );
+    await visit.says("iteration", /^12$/);
     await visit.reaches("settled");
     await visit.page
         .locator("#problem", { hasText: "resumes with the change at iteration 9" })
@@ -204,13 +202,9 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     await visit.page.keyboard.press("4");
     await visit.drag([30, 20], [30, 20]);
     await visit.page.click("#mode-draw");
-    await visit.page.waitForFunction(() =>
-        /\d/.test(document.getElementById("rival")?.textContent ?? ""),
-    );
+    await visit.says("rival", /\d/);
     await visit.drag([0, 3], [60, 20]);
-    await visit.page.waitForFunction(() =>
-        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
-    );
+    await visit.says("percent", /\d/);
     assert.ok(parseFloat(await visit.text("percent")) < 5, "a single bar bends");
     await visit.drag([0, 37], [60, 20]);
     await visit.page.waitForFunction(
@@ -238,13 +232,9 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
     await visit.page.locator("#share[open]").waitFor();
     const { hash } = new URL(await visit.page.locator("#share-link").inputValue());
     const guest = await Visit.start(browser, address, { ...desktop, fragment: hash });
-    await guest.page.waitForFunction(() =>
-        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
-    );
+    await guest.says("percent", /\d/);
     const theirs = parseFloat(await guest.text("percent"));
-    await visit.page.waitForFunction(() =>
-        /\d/.test(document.getElementById("percent")?.textContent ?? ""),
-    );
+    await visit.says("percent", /\d/);
     assert.equal(parseFloat(await visit.text("percent")), theirs, "a link brings the drawing");
     assert.deepEqual([...(await visit.end()), ...(await guest.end())], []);
 });

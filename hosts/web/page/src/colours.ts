@@ -39,7 +39,7 @@ const DARK: PlateColours = {
     floating: "#f87171",
 };
 
-/** Of pictures in files, which are light, with those of the signs: the same as in style.css. */
+/** Files contain the light colours. Those of the signs are the same as in style.css. */
 export const printColours = LIGHT;
 export const printSigns = {
     support: "#33576b",

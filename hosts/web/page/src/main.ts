@@ -75,6 +75,8 @@ class Page {
     private plateRevision = 0; // of the first message about the plate that is shown
     /** Whether to draw as soon as the library has read the scene, which came with a drawing. */
     private willDraw = false;
+    /** Whether the address has a link whose scene is not shown yet. */
+    private isReadingLink = false;
     /** Whether the optimiser's design to draw against is of another scene than the one shown. */
     private hasOtherRival = false;
     private isPlaying = true;
@@ -139,7 +141,7 @@ class Page {
         const { whole, name, plate } = this.scene.state;
         const drawing = this.drawing.densitiesOf(plate, whole.grid);
         keepWork({
-            fragment: location.hash,
+            fragment: this.isReadingLink ? "" : location.hash,
             name,
             scene: whole,
             ...(drawing ? { drawing } : {}),
@@ -149,6 +151,7 @@ class Page {
 
     /** Returns whether there is a good scene in the link. */
     private async openLink(): Promise<boolean> {
+        this.isReadingLink = true;
         try {
             const text = await fromFragment(location.hash);
             if (text === undefined) return false;
@@ -162,6 +165,8 @@ class Page {
             const reason = message.startsWith(LINK_NAME) ? ` (${message})` : "";
             this.complain(`The link is damaged: it contains no scene${reason}.`);
             return false;
+        } finally {
+            this.isReadingLink = false;
         }
     }
 

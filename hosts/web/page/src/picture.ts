@@ -1,5 +1,5 @@
 // A picture of the plate as a file: all of it, with its loads and supports, on paper.
-import type { SceneFile } from "voxam";
+import type { SceneFile, SceneSupport, Span } from "voxam";
 import { printSigns } from "./colours.js";
 import { first, last } from "./edits.js";
 import { Plate, type Bitmap, type Look } from "./plate.js";
@@ -36,14 +36,23 @@ export function paintPicture({ scene, kinds, bitmap, look }: Content): HTMLCanva
     return picture;
 }
 
+const liesOnPlane = (scene: SceneFile, { x, y }: { x: Span; y: Span }): boolean =>
+    [first, last].every((end) => isOnPlane(scene, end(x), end(y)));
+
+/** A whole plate is not held across its plane of symmetry. */
+function standsForPlane(scene: SceneFile, support: SceneSupport): boolean {
+    const across = scene.symmetry === "left" || scene.symmetry === "right" ? "x" : "y";
+    return support.fix === across && liesOnPlane(scene, support);
+}
+
 function paintSigns(context: CanvasRenderingContext2D, scene: SceneFile, view: View): void {
     const arrows = arrowsOf(scene, view);
     const mirror = mirrorOf(scene);
     if (mirror) {
         // On the plane the sign of the other half is the same one.
         const others = arrows.filter(({ index }) => {
-            const { x, y } = scene.loads[index] ?? { x: 0, y: 0 };
-            return ![first, last].every((end) => isOnPlane(scene, end(x), end(y)));
+            const load = scene.loads[index];
+            return load && !liesOnPlane(scene, load);
         });
         const supports = supportsPath(scene, view, (x, y) => !isOnPlane(scene, x, y));
         context.setTransform(view.scale, 0, 0, view.scale, view.left, view.top);
@@ -53,7 +62,8 @@ function paintSigns(context: CanvasRenderingContext2D, scene: SceneFile, view: V
         paint(context, scene, others, supports);
     }
     context.setTransform(1, 0, 0, 1, 0, 0);
-    paint(context, scene, arrows, supportsPath(scene, view));
+    const supports = scene.supports.filter((support) => !standsForPlane(scene, support));
+    paint(context, scene, arrows, supportsPath({ ...scene, supports }, view));
     if (scene.loads.length < 2) return;
     context.font = "600 15px system-ui, sans-serif";
     context.textAlign = "center";

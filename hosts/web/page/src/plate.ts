@@ -184,7 +184,7 @@ export class Plate {
             context.save();
             context.transform(...mirror);
             this.drawHalf(colours);
-            if (!this.isPrint) this.dim(colours);
+            if (!this.isPrint) this.dim();
             context.restore();
         }
         this.drawHalf(colours);
@@ -204,14 +204,13 @@ export class Plate {
         context.strokeRect(0, 0, grid.width, grid.height);
     }
 
-    /** Veils what was drawn, and as far around it as it may be bent. */
-    private dim({ paper }: PlateColours): void {
+    /** Makes what was drawn transparent, and what is bent beyond the plate. */
+    private dim(): void {
         const { context, grid } = this;
         const around = 2 * BEND_SHARE * Math.max(grid.width, grid.height);
+        context.globalCompositeOperation = "destination-out";
         context.globalAlpha = DIMMED;
-        context.fillStyle = rgb(paper);
         context.fillRect(-around, -around, grid.width + 2 * around, grid.height + 2 * around);
-        context.globalAlpha = 1;
     }
 
     private drawMaterial(): void {
@@ -327,7 +326,7 @@ export class Plate {
     }
 }
 
-/** How many times larger than they are displacements are drawn: as far as is easy to see. */
+/** How many times as large as they are displacements are drawn, so that they are easy to see. */
 export function magnificationOf(
     { displacements = new Float64Array() }: DesignScore,
     grid: { width: number; height: number },
@@ -339,11 +338,11 @@ export function magnificationOf(
     return furthest > 0 ? (BEND_SHARE * Math.max(grid.width, grid.height)) / furthest : 0;
 }
 
-/** "drawn 12 times larger", or nothing where nothing is bent. */
+/** "× 12", or nothing where nothing is bent. */
 export function magnificationText(look: Look | undefined, grid: SceneFile["grid"]): string {
     if (!look?.score || look.bend === 0) return "";
     const factor = magnificationOf(look.score, grid);
-    return factor > 0 ? `drawn × ${Number(factor.toPrecision(2))}` : "";
+    return factor > 0 ? `× ${Number(factor.toPrecision(2))}` : "";
 }
 
 /** Where the corners of cells are when the design is bent; undefined when it is not. */
