@@ -6,9 +6,9 @@
 #include "action_text.h"
 #include "best_scores.h"
 #include "checks/assessment.h"
+#include "field_picture.h"
 #include "format/refinement.h"
 #include "number_text.h"
-#include "plate_image.h"
 #include "problems.h"
 #include "room_text.h"
 
@@ -17,17 +17,6 @@ using namespace voxam;
 namespace {
 
 constexpr int DIGITS = 5;  // of a compliance
-
-/// What carries: the design without what hangs on nothing.
-Field carrying(const ScoreResult& result) {
-    return without(result.design, result.assessment.floating);
-}
-
-void append(Field& stack, const Field& field) {
-    stack.width = field.width;
-    stack.height += field.height;
-    stack.values.insert(stack.values.end(), field.values.begin(), field.values.end());
-}
 
 }  // namespace
 
@@ -58,6 +47,12 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
+    connect(&run, &LiveRun::viewed, this, &DrawingMode::takeView);
+    connect(&run, &LiveRun::viewChanged, this, [this] {
+        if (!active) return;
+        completeViews();
+        show();
+    });
     connect(&run, &LiveRun::settingsSent, this, &DrawingMode::followRun);
     connect(&run, &LiveRun::stateChanged, this, [this, wasPaused = false]() mutable {
         const bool isPaused = run.state() == RunState::PAUSED;
@@ -118,34 +113,24 @@ void DrawingMode::takeScore(const ScoreResult& result) {
     // One of a grid that is no more.
     if (!active || !isOfThisGrid(result)) return;
     drawingScore = result;
+    // The view has changed while it was computed.
+    run.completeView(result);
     show();
 }
 
 void DrawingMode::takeRival(const ScoreResult& result) {
     if (!active || !isOfThisGrid(result) || result.revision != run.revision()) return;
     isRivalSettled = result.isSettled;
-    if (!isBeaten(result)) designScore = result;
+    if (!isBeaten(result)) {
+        designScore = result;
+        run.completeView(result);
+    }
     designScore->isSettled = result.isSettled;
     show();
 }
 
 Match DrawingMode::match() const {
     return judge(drawingScore, designScore, isRivalSettled, bench.document.scene().volumeFraction);
-}
-
-std::optional<EnergyScale> DrawingMode::scale() const {
-    // One for both, or the colours could not be compared.
-    Field energies;
-    Field densities;
-    for (const auto* score : {&drawingScore, &designScore}) {
-        if (!*score || !(*score)->isSupported()) continue;
-        const Field& own = (*score)->assessment.score.energies;
-        if (energies.width != 0 && energies.width != own.width) continue;
-        append(energies, own);
-        append(densities, carrying(**score));
-    }
-    if (energies.values.empty()) return std::nullopt;
-    return EnergyScale(energies, densities);
 }
 
 bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
@@ -239,28 +224,46 @@ void DrawingMode::showHeaders() {
 void DrawingMode::show() {
     if (!active) return;
     showHeaders();
-    const auto common = scale();
-    stage.legend.show(common);
+    const Scene& scene = bench.document.scene();
+    const ScoreResult* own = viewed(drawingScore);
+    const ScoreResult* other = viewed(designScore);
+    const CommonView common = commonView({own, other});
+    Legend legend = legendOf(common, scene);
+    if (!common.field && run.view().view != View::MATERIAL)
+        legend = {Legend::Kind::TEXT, tr("Shown once a design holds")};
+    stage.fields.legend().show(legend);
     // The colours of the stroke before stay until the score of this one comes.
-    showDesign(stage.drawing, *drawing, drawingScore, common);
+    showDesign(stage.drawing, scene, *drawing, own, common);
     if (designScore) {
-        showDesign(stage.rival, designScore->design, designScore, common);
+        showDesign(stage.rival, scene, designScore->design, other, common);
     } else {
         stage.rival.setMaterial({}, false);
+        stage.rival.setDeformed(std::nullopt);
         stage.rival.setFloating({});
     }
 }
 
-void DrawingMode::showDesign(PlateView& view, const Field& design,
-                             const std::optional<ScoreResult>& score,
-                             const std::optional<EnergyScale>& common) const {
-    const bool hasScore =
-        score && score->design.width == design.width && score->design.height == design.height;
-    std::optional<ShownEnergies> shown;
-    if (hasScore && score->isSupported() && common)
-        shown.emplace(ShownEnergies{score->assessment.score.energies, *common});
-    view.setMaterial(drawingImage(design, shown, view.colours()), false);
-    view.setFloating(hasScore
-                         ? outlineOf(score->assessment.floating, design, bench.document.scene())
-                         : QPainterPath());
+const ScoreResult* DrawingMode::viewed(const std::optional<ScoreResult>& score) const {
+    return score && run.hasView(*score) ? &*score : nullptr;
+}
+
+void DrawingMode::completeViews() {
+    for (const auto* score : {&drawingScore, &designScore})
+        if (*score) run.completeView(**score);
+}
+
+void DrawingMode::takeView(const ViewResult& result) {
+    if (!active) return;
+    for (auto* score : {&drawingScore, &designScore})
+        if (*score && (*score)->number == result.scoreNumber) (*score)->view = result.view;
+    show();
+}
+
+QString DrawingMode::reading(const Field* design, const std::optional<ScoreResult>& score,
+                             QPointF plate) const {
+    const ScoreResult* shown = viewed(score);
+    if (design == nullptr || !isOfThisGrid(*design)) return {};
+    return shown != nullptr && shown->view.field && isOfThisGrid(*shown)
+               ? fieldReading(*shown, bench.document.scene(), plate)
+               : densityReading(*design, bench.document.scene(), plate);
 }

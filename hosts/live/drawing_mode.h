@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "energy_legend.h"
+#include "field_bar.h"
 #include "live_run.h"
 #include "match.h"
 #include "plate_view.h"
@@ -23,7 +23,7 @@ public:
         ScoreHeader& drawingHeader;
         PlateView& rival;
         ScoreHeader& rivalHeader;
-        EnergyLegend& legend;
+        FieldBar& fields;
     };
 
     DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& shown);
@@ -38,6 +38,11 @@ public:
     /// The drawing with the kept areas; null before the mode was active.
     const std::shared_ptr<const Field>& design() const { return drawing; }
     Match match() const;
+    /// The values at a place of either plate.
+    QString readDrawing(QPointF plate) const { return reading(drawing.get(), drawingScore, plate); }
+    QString readRival(QPointF plate) const {
+        return reading(designScore ? &designScore->design : nullptr, designScore, plate);
+    }
     const std::optional<ScoreResult>& score() const { return drawingScore; }
     const std::optional<ScoreResult>& rivalScore() const { return designScore; }
 
@@ -48,9 +53,12 @@ private:
     void forgetRival();
     void takeScore(const ScoreResult& result);
     void takeRival(const ScoreResult& result);
-    void showDesign(PlateView& view, const Field& design, const std::optional<ScoreResult>& score,
-                    const std::optional<EnergyScale>& common) const;
-    std::optional<EnergyScale> scale() const;
+    void takeView(const ViewResult& result);
+    void completeViews();
+    /// The score, if its view is the one to be shown.
+    const ScoreResult* viewed(const std::optional<ScoreResult>& score) const;
+    QString reading(const Field* design, const std::optional<ScoreResult>& score,
+                    QPointF plate) const;
     bool isOfThisGrid(const ScoreResult& result) const;
     bool isOfThisGrid(const Field& design) const;
     /// Whether an earlier design of the same run is the better rival.

@@ -5,12 +5,12 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QProgressDialog>
 #include <QRegularExpression>
 #include <QSettings>
 #include <algorithm>
 
 #include "action_text.h"
+#include "background.h"
 #include "checks/assessment.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
@@ -88,42 +88,54 @@ void ExportActions::addScore(Exhibit& shown) const {
 void ExportActions::writePicture(const fs::path& file) const {
     Exhibit shown = exhibit();
     if (shown.numbers) addScore(shown);
-    writeFile(file, encodePicture(file, shown.scene, contentOf(shown), scaleOf(shown)));
+    writeInBackground(tr("Drawing the picture"), file, [=](BackgroundProgress&) {
+        return encodePicture(file, shown.scene, contentOf(shown), scaleOf(shown));
+    });
 }
 
 void ExportActions::writeDesign(const fs::path& file) const {
-    writeFile(file, encodeDesign(file, exhibit().material));
+    writeInBackground(tr("Writing the design"), file,
+                      [file, shown = exhibit()](BackgroundProgress&) {
+                          return encodeDesign(file, shown.material);
+                      });
 }
 
 void ExportActions::writeOutline(const fs::path& file, double elementSize, double thickness) const {
-    const Exhibit shown = exhibit();
-    const int refinement = shown.material.width / shown.scene.width;
-    // The level keeps the volume of a design with greys.
-    const double level =
-        drawnDesign(shown.material, shown.scene, drawnRefinement(shown.scene, refinement)).level;
-    const Outline traced = traceOutline(shown.material, refinement, elementSize, level);
-    writeFile(file, encodeOutline(file, traced, thickness));
+    writeInBackground(tr("Tracing the outline"), file, [=, shown = exhibit()](BackgroundProgress&) {
+        const int refinement = shown.material.width / shown.scene.width;
+        // The level keeps the volume of a design with greys.
+        const double level =
+            drawnDesign(shown.material, shown.scene, drawnRefinement(shown.scene, refinement))
+                .level;
+        const Outline traced = traceOutline(shown.material, refinement, elementSize, level);
+        return encodeOutline(file, traced, thickness);
+    });
 }
 
 void ExportActions::writeAnimation(const fs::path& file) const {
     if (recorder.pictures().empty()) throw InputError("There is no design yet: let it form");
-    Animation frames;
-    // The worker goes on meanwhile, and so does the window.
-    QProgressDialog progress(tr("Drawing the animation"), tr("Cancel"), 0,
-                             static_cast<int>(recorder.pictures().size()), &parent);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-    const auto pictures = recorder.pictures();
-    for (const Recorder::Picture& each : pictures) {
-        progress.setValue(progress.value() + 1);
-        if (progress.wasCanceled()) throw InputError("The animation was not written: cancelled");
-        Scene scene = *each.scene;
-        scene.blob = each.blob;
-        const Exhibit shown{scene, each.material(), std::nullopt,
-                            QString::fromStdString(runSubtitle(each.numbers))};
-        frames.add(drawPicture(shown.scene, contentOf(shown), animationScale(shown.scene)));
-    }
-    writeFile(file, frames.encodeGif());
+    writeInBackground(
+        tr("Drawing the animation"), file,
+        [pictures = recorder.pictures()](BackgroundProgress& progress) {
+            Animation frames;
+            progress.steps = static_cast<int>(pictures.size()) + 1;
+            for (const Recorder::Picture& each : pictures) {
+                if (progress.isCancelled) return std::vector<std::uint8_t>();
+                Scene scene = *each.scene;
+                scene.blob = each.blob;
+                const Exhibit shown{scene, each.material(), std::nullopt,
+                                    QString::fromStdString(runSubtitle(each.numbers))};
+                frames.add(drawPicture(shown.scene, contentOf(shown), animationScale(shown.scene)));
+                ++progress.done;
+            }
+            return frames.encodeGif();
+        });
+}
+
+void ExportActions::writeInBackground(
+    const QString& what, const fs::path& file,
+    std::function<std::vector<std::uint8_t>(BackgroundProgress&)> encode) const {
+    writeFile(file, computeInBackground(parent, what, std::move(encode)));
 }
 
 fs::path ExportActions::ask(const QString& title, const QString& filter, const QString& ending) {

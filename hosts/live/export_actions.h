@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "background.h"
 #include "checks/floating_parts.h"
 #include "format/field.h"
 #include "format/scene.h"
@@ -57,6 +58,9 @@ private:
     std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending);
     void attempt(const std::filesystem::path& file, const std::function<void()>& write);
     Exhibit exhibit() const;
+    void writeInBackground(
+        const QString& what, const std::filesystem::path& file,
+        std::function<std::vector<std::uint8_t>(BackgroundProgress&)> encode) const;
     /// Asks before exporting a design that would not hold to a format for manufacturing.
     bool mayLeave() const;
     void addScore(Exhibit& shown) const;

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "action_text.h"
+#include "background.h"
 #include "checks/checks.h"
 #include "export/design_file.h"
 #include "export/scene_file.h"
@@ -41,6 +42,23 @@ double volumeFor(const Scene& scene) {
     constexpr double tenths = 1000;
     return std::clamp(std::ceil(tenths * mean(*scene.densities) - 1e-6) / tenths,
                       Scene::MIN_VOLUME_FRACTION, 1.0);
+}
+
+struct ReadScene {
+    Scene scene;
+    std::optional<Field> design;  ///< beside the scene
+};
+
+/// Reads a scene that can be optimised here.
+ReadScene readWhole(const std::filesystem::path& file) {
+    ReadScene read{readScene(file), std::nullopt};
+    Scene& scene = read.scene;
+    if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
+    // It would take the program down, with whatever is open.
+    for (const Finding& finding : findTooLarge(scene))
+        throw InputError(file.string() + ": " + lineOf(finding));
+    if (!scene.densities) read.design = designBeside(file, scene);
+    return read;
 }
 
 /// Something to begin with: it can be optimised, and everything in it can be moved and erased.
@@ -91,16 +109,13 @@ bool FileActions::open(const std::filesystem::path& file) { return mayDiscard() 
 
 bool FileActions::load(const std::filesystem::path& file) {
     try {
-        Scene scene = readScene(file);
-        if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
-        // It would take the program down, with whatever is open.
-        for (const Finding& finding : findTooLarge(scene))
-            throw InputError(file.string() + ": " + lineOf(finding));
-        const auto beside = scene.densities ? std::nullopt : designBeside(file, scene);
-        document.open(std::move(scene), file);
+        ReadScene read =
+            computeInBackground(parent, tr("Reading the scene"),
+                                [file](BackgroundProgress&) { return readWhole(file); });
+        document.open(std::move(read.scene), file);
         stampFile();
         remember(file);
-        emit loaded(beside);
+        emit loaded(read.design);
         return true;
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The scene cannot be opened"),

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "checks/assessment.h"
 #include "checks/finding.h"
 #include "format/area.h"
 #include "format/field.h"
+#include "format/scene.h"
 #include "run/iteration_record.h"
+#include "run/views.h"
 
 /// The numbers of an iteration.
 struct IterationNumbers : voxam::IterationRecord {
@@ -33,6 +37,13 @@ struct LibraryText {
     std::optional<int> resumesAt = std::nullopt;
 };
 
+/// What the analysis of a scored design shows in a view. It may be large, so copies share it.
+struct DesignView {
+    std::shared_ptr<const std::vector<voxam::PlateState>>
+        states;                                       ///< null unless the view needs them
+    std::shared_ptr<const voxam::ViewedField> field;  ///< null for the material
+};
+
 /// The score of a design in black and white.
 struct ScoreResult {
     std::uint64_t revision = 0;
@@ -40,8 +51,18 @@ struct ScoreResult {
     voxam::Assessment assessment;
     voxam::Findings warnings;  ///< about the optimiser's design
     bool isSettled = false;    ///< of the optimiser's design: no better one will come
+    DesignView view = {};
+    std::shared_ptr<const voxam::Scene> scene = nullptr;  ///< as it was when the design was scored
+    std::uint64_t number = 0;                             ///< another one for each score
 
     bool isSupported() const { return assessment.problems.empty(); }
+};
+
+/// A view of a score that had been computed for another view, or the reason why there is none.
+struct ViewResult {
+    std::uint64_t scoreNumber = 0;
+    DesignView view;
+    std::string problem = {};
 };
 
 /// Material of a design, in percent of all elements.

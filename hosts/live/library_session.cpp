@@ -31,27 +31,50 @@ IterationOutcome LibrarySession::iterate(Frame& frame) {
     return {{}, numbers, std::nullopt};
 }
 
-ScoreResult LibrarySession::score(const Scene& scene, const Field& design) {
-    return {0, design, assess(design, withLoadsInUse(scene)), {}};
-}
-
-ScoreResult LibrarySession::scoreSaved(const Scene& scene, const Field& design) {
-    ScoreResult result = score(scene, design);
-    // What it was worth with greys is not known any more.
-    result.warnings = checkResult(
-        {result.assessment.score.compliance, mean(design), design, result.assessment}, scene);
+ScoreResult LibrarySession::score(const std::shared_ptr<const Scene>& scene, const Field& design,
+                                  const ViewChoice& choice) {
+    ScoreResult result{0, design, assess(design, withLoadsInUse(*scene), needsStates(choice)), {}};
+    result.scene = scene;
+    if (needsStates(choice) && result.isSupported())
+        result.view.states = std::make_shared<const std::vector<PlateState>>(
+            std::exchange(result.assessment.states, {}));
+    result.view = view(result, choice);
     return result;
 }
 
-ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement) const {
-    const Scene& scene = run->scene();
+DesignView LibrarySession::view(const ScoreResult& scored, const ViewChoice& choice) {
+    const Scene& scene = *scored.scene;
+    auto states = scored.view.states;
+    if (!scored.isSupported() || choice.view == View::MATERIAL) return {states, {}};
+    if (!needsStates(choice)) {
+        ViewedField energies{choice, shownCases(choice, scene), scored.assessment.score.energies};
+        return {states, std::make_shared<const ViewedField>(std::move(energies))};
+    }
+    if (!states)
+        states = std::make_shared<const std::vector<PlateState>>(
+            assess(scored.design, withLoadsInUse(scene), true).states);
+    return {states, std::make_shared<const ViewedField>(viewOf(choice, *states, scene))};
+}
+
+ScoreResult LibrarySession::scoreSaved(const std::shared_ptr<const Scene>& scene,
+                                       const Field& design, const ViewChoice& choice) {
+    ScoreResult result = score(scene, design, choice);
+    // What it was worth with greys is not known any more.
+    result.warnings = checkResult(
+        {result.assessment.score.compliance, mean(design), design, result.assessment}, *scene);
+    return result;
+}
+
+ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement,
+                                        const ViewChoice& choice) const {
+    const auto scene = std::make_shared<const Scene>(run->scene());
     const DrawnDesign drawn =
         refinement > 0
-            ? drawnDesign(frame.material, scene, refinement, scene.volumeFraction)
-            : drawnDesign(frame.material, scene, drawnRefinement(scene, frame.refinement));
-    ScoreResult result = score(scene, drawn.design);
+            ? drawnDesign(frame.material, *scene, refinement, scene->volumeFraction)
+            : drawnDesign(frame.material, *scene, drawnRefinement(*scene, frame.refinement));
+    ScoreResult result = score(scene, drawn.design, choice);
     const RunResult of{frame.numbers.compliance, frame.numbers.volume, result.design,
                        result.assessment, drawn.level};
-    result.warnings = checkResult(of, scene);
+    result.warnings = checkResult(of, *scene);
     return result;
 }

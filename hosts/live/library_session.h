@@ -31,15 +31,22 @@ public:
     IterationOutcome iterate(Frame& frame);
 
     /// Scores a design on the scene's grid or on a whole multiple of it.
-    static ScoreResult score(const voxam::Scene& scene, const voxam::Field& design);
+    static ScoreResult score(const std::shared_ptr<const voxam::Scene>& scene,
+                             const voxam::Field& design, const voxam::ViewChoice& choice = {});
 
     /// Scores a saved design of the optimiser in black and white, with warnings.
-    static ScoreResult scoreSaved(const voxam::Scene& scene, const voxam::Field& design);
+    static ScoreResult scoreSaved(const std::shared_ptr<const voxam::Scene>& scene,
+                                  const voxam::Field& design, const voxam::ViewChoice& choice);
+
+    /// Computes what another view shows of a scored design. Analyses the design again if the score
+    /// lacks the states that the view needs. Throws like optimise().
+    static DesignView view(const ScoreResult& scored, const voxam::ViewChoice& choice);
 
     /// Scores the picture of an iteration in black and white, as the command-line program draws it.
     /// If `refinement` is above 0, draws it with this refinement of the grid and at most as much
     /// material as the scene's volume.
-    ScoreResult scoreDesign(const Frame& frame, int refinement) const;
+    ScoreResult scoreDesign(const Frame& frame, int refinement,
+                            const voxam::ViewChoice& choice) const;
 
 private:
     std::shared_ptr<const voxam::Scene> whole;

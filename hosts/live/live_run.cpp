@@ -143,6 +143,21 @@ std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Sc
     return result;
 }
 
+void LiveRun::setView(const ViewChoice& next) {
+    choice = next;
+    worker.setView(choice);
+    emit viewChanged();
+}
+
+bool LiveRun::hasView(const ScoreResult& score) const {
+    if (!score.isSupported()) return true;
+    return score.view.field ? score.view.field->choice == choice : choice.view == View::MATERIAL;
+}
+
+void LiveRun::completeView(const ScoreResult& score) {
+    if (!hasView(score)) worker.view(score);
+}
+
 void LiveRun::followScene() {
     // Each update unsettles the optimiser for a few iterations, so a stroke of a drawing that
     // leaves its volume as it was must not be one.
@@ -228,5 +243,7 @@ void LiveRun::fetch() {
 void LiveRun::fetchScores() {
     if (const auto score = worker.fetchScore()) emit drawingScored(*score);
     const auto score = worker.fetchDesignScore();
+    const auto views = worker.fetchViews();
     if (score && score->revision >= firstRevision) emit designScored(*score);
+    for (const ViewResult& view : views) emit viewed(view);
 }

@@ -46,6 +46,14 @@ public:
     /// started afresh or the user cancelled meanwhile. Not while drawing.
     std::optional<ScoreResult> scoreAsDrawn(const Field& material, const Scene& scene);
 
+    /// What scores show from now on.
+    void setView(const ViewChoice& choice);
+    const ViewChoice& view() const { return choice; }
+    /// Asks for the view of a score that was computed for another one; viewed() brings it.
+    void completeView(const ScoreResult& score);
+    /// A design that does not hold has no other view than its material.
+    bool hasView(const ScoreResult& score) const;
+
     void setRate(double iterationsPerSecond) { worker.setRate(iterationsPerSecond); }
 
     /// The newest picture.
@@ -72,6 +80,8 @@ signals:
     /// The score of the optimiser's design: at any time while a design is drawn,
     /// otherwise once it has settled.
     void designScored(const ScoreResult& result);
+    void viewChanged();
+    void viewed(const ViewResult& result);
     void workerHasNews();
 
 private:
@@ -94,6 +104,7 @@ private:
     Frame front;
     Frame spare;
     LibraryText lastRefusal;
+    ViewChoice choice;
     bool playing = false;
     bool drawing = false;
     bool isKeptShown = false;

@@ -84,6 +84,9 @@ void MainWindow::makeStatusBar() {
     handText = new QLabel;
     handText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(handText, 1);
+    value = new QLabel;
+    value->setAccessibleName(tr("Value under the pointer"));
+    statusBar()->addPermanentWidget(value);
 }
 
 void MainWindow::makeParts() {
@@ -116,7 +119,7 @@ void MainWindow::makeParts() {
     drawing = std::make_unique<DrawingMode>(
         bench, run,
         DrawingMode::Stage{stage->plate(), stage->plateHeader(), stage->rival(),
-                           stage->rivalHeader(), stage->legend()});
+                           stage->rivalHeader(), stage->fields()});
 }
 
 void MainWindow::makeEditActions() {
@@ -233,6 +236,9 @@ void MainWindow::makeMenus() {
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     views->fillMenu(*view);
+    view->addActions(stage->fields().viewActions());
+    view->addAction(stage->fields().animateAction());
+    view->addSeparator();
     for (QDockWidget* dock : docks) view->addAction(dock->toggleViewAction());
     view->addAction(variantDock->toggleViewAction());
     help = menuBar()->addMenu(tr("&Help"));
@@ -321,6 +327,7 @@ void MainWindow::connectDocument() {
         const Scene& scene = bench.document.scene();
         stage->setPlateSize(scene.width, scene.height);
         stage->plate().setScene(bench.document.snapshot());
+        stage->fields().setLoadCases(scene.loadCasesInUse);
         statusBar()->clearMessage();
         stage->caption().show(QString::fromStdString(scene.title),
                               QString::fromStdString(scene.description));
@@ -355,10 +362,27 @@ void MainWindow::connectDocument() {
     });
     connect(&plate, &PlateView::handMoved, this,
             [this](const QString& text) { handText->setText(text); });
+    plate.setReading([this](QPointF place) {
+        return drawing->isActive() ? drawing->readDrawing(place) : readPlate(place);
+    });
+    stage->rival().setReading([this](QPointF place) { return drawing->readRival(place); });
+    for (PlateView* view : {&plate, &stage->rival()})
+        connect(view, &PlateView::valueRead, value, &QLabel::setText);
 }
 
 void MainWindow::connectRun() {
-    connect(&run, &LiveRun::frameChanged, this, &MainWindow::showMaterial);
+    connect(&run, &LiveRun::frameChanged, this, &MainWindow::showFrame);
+    connect(&stage->fields(), &FieldBar::choiceChanged, this,
+            [this] { run.setView(stage->fields().choice()); });
+    connect(&run, &LiveRun::viewChanged, this, [this] {
+        if (settledScore) run.completeView(*settledScore);
+        showPlate();
+    });
+    connect(&run, &LiveRun::viewed, this, [this](const ViewResult& result) {
+        if (settledScore && settledScore->number == result.scoreNumber)
+            settledScore->view = result.view;
+        showPlate();
+    });
     connect(&run, &LiveRun::stateChanged, this, &MainWindow::showState);
     connect(&run, &LiveRun::settingsSent, this, [this] { showScore(std::nullopt); });
     connect(&run, &LiveRun::designScored, this, [this](const ScoreResult& result) {
@@ -412,7 +436,7 @@ void MainWindow::setDrawing(bool draws) {
     if (draws)
         drawing->show();
     else
-        showMaterial();
+        showPlate();
 }
 
 // Beside a drawing there is no room for panels: two plates are to be as large as can be.
@@ -426,18 +450,52 @@ void MainWindow::showDocks(bool shows) {
     }
 }
 
-void MainWindow::showMaterial() {
+void MainWindow::showFrame() {
     const Frame& frame = run.frame();
     numbers->countFrame();
-    if (frame.material.values.empty()) return;
-    const Area blob = bench.blob();
-    if (frame.numbers.iteration > 0) recorder.offer(frame, bench.document.snapshot(), blob);
+    if (frame.numbers.iteration > 0 && !frame.material.values.empty())
+        recorder.offer(frame, bench.document.snapshot(), bench.blob());
+    showPlate();
+}
+
+void MainWindow::showPlate() {
+    const Frame& frame = run.frame();
     const Scene& scene = bench.document.scene();
     const bool isOfThisGrid = frame.material.width == scene.width * frame.refinement &&
                               frame.material.height == scene.height * frame.refinement;
-    if (drawing->isActive() || !isOfThisGrid) return;
-    showFloating();
-    stage->plate().setMaterial(materialImage(frame, blob.cells, stage->plate().colours()), true);
+    if (drawing->isActive() || frame.material.values.empty() || !isOfThisGrid) return;
+    PlateView& plate = stage->plate();
+    const ScoreResult* score = scoreOfPlate();
+    const CommonView common =
+        commonView({score != nullptr && run.hasView(*score) ? score : nullptr});
+    stage->fields().legend().show(legendOfPlate(common));
+    if (common.field != nullptr) return showDesign(plate, scene, score->design, score, common);
+    plate.setDeformed(std::nullopt);
+    plate.setShownCases(std::nullopt);
+    plate.setFloating(score != nullptr ? outlineOf(score->assessment.floating, score->design, scene)
+                                       : QPainterPath());
+    plate.setMaterial(materialImage(frame, bench.blob().cells, plate.colours()), true);
+}
+
+Legend MainWindow::legendOfPlate(const CommonView& common) const {
+    if (common.field != nullptr || run.view().view == View::MATERIAL)
+        return legendOf(common, bench.document.scene());
+    const ScoreResult* score = scoreOfPlate();
+    if (score != nullptr && !score->isSupported())
+        return {Legend::Kind::TEXT, tr("Not available: the design does not hold as drawn")};
+    return {Legend::Kind::TEXT,
+            run.frame().isSettled ? tr("Computing...") : tr("Shown once the design has settled")};
+}
+
+QString MainWindow::readPlate(QPointF place) const {
+    const Field& material = run.frame().material;
+    const Scene& scene = bench.document.scene();
+    if (material.values.empty() || material.width != scene.width * run.frame().refinement)
+        return {};
+    const ScoreResult* score = scoreOfPlate();
+    return score != nullptr && score->view.field && run.hasView(*score)
+               ? fieldReading(*score, scene, place)
+               : densityReading(material, scene, place);
 }
 
 void MainWindow::showState() {
@@ -450,19 +508,13 @@ void MainWindow::showScore(std::optional<ScoreResult> result) {
     settledScore = std::move(result);
     stage->resultLine().showScore(settledScore);
     showProblems();
-    if (!drawing->isActive()) showFloating();
+    if (settledScore) run.completeView(*settledScore);
+    showPlate();
 }
 
-void MainWindow::showFloating() {
-    QPainterPath outline;
-    if (settledScore && isSettledShown())
-        outline = outlineOf(settledScore->assessment.floating, settledScore->design,
-                            bench.document.scene());
-    stage->plate().setFloating(outline);
-}
-
-bool MainWindow::isSettledShown() const {
-    return run.state() == RunState::SETTLED || run.state() == RunState::AS_KEPT;
+const ScoreResult* MainWindow::scoreOfPlate() const {
+    const bool isShown = run.frame().isSettled || run.state() == RunState::AS_KEPT;
+    return settledScore && isShown ? &*settledScore : nullptr;
 }
 
 void MainWindow::showTitle() {
@@ -483,7 +535,7 @@ void MainWindow::showProblems() {
 
 void MainWindow::showTheme() {
     stage->setColours(isDarkNow() ? PlateColours::dark() : PlateColours::light());
-    drawing->isActive() ? drawing->show() : showMaterial();
+    drawing->isActive() ? drawing->show() : showPlate();
 }
 
 void MainWindow::openGallery() {
@@ -509,7 +561,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     }
     const Frame& frame = run.frame();
     if (frame.numbers.iteration == 0 && run.state() != RunState::AS_KEPT) return std::nullopt;
-    shown.isScored = settledScore && isSettledShown();
+    shown.isScored = scoreOfPlate() != nullptr;
     if (shown.isScored) shown.problem = flawOf(*settledScore);
     shown.material = frame.material;
     shown.scene.blob = bench.blob();

@@ -10,6 +10,7 @@
 #include "drawing_mode.h"
 #include "export_actions.h"
 #include "field_manners.h"
+#include "field_picture.h"
 #include "file_actions.h"
 #include "first_hint.h"
 #include "live_run.h"
@@ -80,14 +81,16 @@ private:
     void connectRun();
     void restoreLayout();
 
-    void showMaterial();
+    void showFrame();
+    void showPlate();
+    Legend legendOfPlate(const CommonView& common) const;
+    QString readPlate(QPointF place) const;
     void showState();
     void showScore(std::optional<ScoreResult> result);
-    void showFloating();
     void showDocks(bool shows);
     std::optional<Field> designToSave() const;
-    /// Whether the score belongs to the design on the plate.
-    bool isSettledShown() const;
+    /// The score of the design on the plate; null while that forms.
+    const ScoreResult* scoreOfPlate() const;
     void showTitle();
     void showProblems();
     void showTheme();
@@ -102,6 +105,7 @@ private:
     PlateStage* stage = nullptr;
     FirstHint* hint = nullptr;
     DrawingClock* clock = nullptr;
+    QLabel* value = nullptr;  // under the hand
     NumbersPanel* numbers = nullptr;
     PlotPanel* plot = nullptr;
     VariantStrip* variantStrip = nullptr;

@@ -28,6 +28,16 @@ std::size_t shade(float density) {
     return static_cast<std::size_t>(std::clamp(density, 0.0f, 1.0f) * (SHADES - 1) + 0.5f);
 }
 
+/// Tints elements in an image with `refinement` pixels per edge of an element.
+void tint(QImage& image, const Cells& elements, int refinement, const QColor& colour) {
+    for (const Cell& cell : elements)
+        for (int y = refinement * cell.y; y < refinement * (cell.y + 1); ++y) {
+            auto* pixel = reinterpret_cast<QRgb*>(image.scanLine(y)) + refinement * cell.x;
+            for (int x = 0; x < refinement; ++x, ++pixel)
+                *pixel = mixed(QColor(*pixel), colour, picture_colours::BLOB_SHARE).rgb();
+        }
+}
+
 }  // namespace
 
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours) {
@@ -49,8 +59,8 @@ QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& 
     return image;
 }
 
-QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
-                    const PlateColours& colours) {
+QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown, int refinement,
+                    const Cells& blob, const PlateColours& colours) {
     const double average = shown ? shown->scale.average() : 0;
     const double most = SHADES - 1;
     Ramp energies;
@@ -71,5 +81,6 @@ QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& sh
             *pixel = density >= 1 ? solid : mixed(colours.voids, solid, density).rgb();
         }
     }
+    tint(image, blob, refinement, colours.blob);
     return image;
 }

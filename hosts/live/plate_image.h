@@ -15,12 +15,13 @@ using namespace voxam;
 /// The optimiser's picture; elements of `blob` are tinted.
 QImage materialImage(const Frame& frame, const Cells& blob, const PlateColours& colours);
 
-/// Energies of elements, and the scale on which they are shown.
+/// Energies or stresses of elements, and the scale on which they are shown.
 struct ShownEnergies {
     const Field& energies;
     const EnergyScale& scale;
 };
 
-/// A drawn design. With energies, it has the colours of the energies in the program's pictures.
-QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown,
-                    const PlateColours& colours);
+/// A drawn design with `refinement` cells per edge of an element. With energies, it has the colours
+/// of the energies in the program's pictures. The elements of `blob` are tinted.
+QImage drawingImage(const Field& drawing, const std::optional<ShownEnergies>& shown, int refinement,
+                    const Cells& blob, const PlateColours& colours);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "drawing/area_outline.h"
+#include "drawing/deformed_cells.h"
 #include "format/refinement.h"
 
 using namespace voxam;
@@ -73,6 +74,7 @@ void PlatePainter::draw(const Scene& scene, const PlateLook& look) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     drawMaterial(scene, look);
+    if (look.deformed) drawDeformed(scene, look);
     drawPassive(look.outlines);
     drawFloating(look.floating);
     for (const Support& support : scene.supports)
@@ -95,6 +97,28 @@ void PlatePainter::drawMaterial(const Scene& scene, const PlateLook& look) {
     painter.setPen(QPen(colours.edge, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(plate);
+}
+
+void PlatePainter::drawDeformed(const Scene& scene, const PlateLook& look) {
+    const Deformation& deformation = *look.deformed->field->deformation;
+    const double share =
+        look.deformationShare * look.deformed->magnification / deformation.magnification;
+    painter.save();
+    // Neighbours that are smoothed each on its own would let the ground shine through between them.
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(Qt::NoPen);
+    for (const auto& [density, quads] :
+         deformedCells(look.deformed->design, deformation, scene, ofQt(transform.origin),
+                       transform.scale, share)) {
+        painter.setBrush(mixed(colours.voids, colours.solid, density));
+        for (const Quad& quad : quads) {
+            std::array<QPointF, 4> corners;
+            std::transform(quad.begin(), quad.end(), corners.begin(),
+                           [](Point corner) { return toQt(corner); });
+            painter.drawConvexPolygon(corners.data(), static_cast<int>(corners.size()));
+        }
+    }
+    painter.restore();
 }
 
 void PlatePainter::drawGrid(const Scene& scene) {

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "plate_arrow.h"
 #include "plate_colours.h"
 #include "plate_transform.h"
+#include "run/views.h"
 
 using namespace voxam;
 
@@ -35,10 +37,19 @@ QPainterPath outlinePath(Cells cells, int width, int height);
 QPainterPath outlineOf(const std::vector<FloatingPart>& parts, const Field& design,
                        const Scene& scene);
 
+/// A design on the deformed plate of a view.
+struct DeformedPlate {
+    Field design;
+    std::shared_ptr<const ViewedField> field;
+    double magnification = 1;
+};
+
 /// What a plate shows in addition to its scene.
 struct PlateLook {
     QImage material;  ///< null for an empty plate
     bool isSmooth = true;
+    std::optional<DeformedPlate> deformed;  ///< over the material
+    double deformationShare = 1;            ///< of its magnification
     PlateOutlines outlines;
     ForceScale forces;
     std::optional<std::size_t> selectedLoad;
@@ -60,6 +71,7 @@ public:
 
 private:
     void drawMaterial(const Scene& scene, const PlateLook& look);
+    void drawDeformed(const Scene& scene, const PlateLook& look);
     void drawGrid(const Scene& scene);
     void drawPassive(const PlateOutlines& outlines);
     void drawFloating(const QPainterPath& outline);

@@ -47,8 +47,12 @@ PlateStage::PlateStage(QWidget* parent)
     layout->setSpacing(0);
     layout->addWidget(sceneCaption);
     layout->addWidget(splitter, 1);
-    colourLegend = new EnergyLegend;
-    layout->addWidget(colourLegend);
+    fieldBar = new FieldBar;
+    layout->addWidget(fieldBar);
+    connect(fieldBar, &FieldBar::animated, this, [this](double share) {
+        plateView->setDeformationShare(share);
+        rivalView->setDeformationShare(share);
+    });
     layout->addWidget(result);
     layout->addWidget(problem);
     setDrawing(false);
@@ -58,7 +62,7 @@ void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
     result->setVisible(!draws);
     rivalSide->setVisible(draws);
-    colourLegend->setVisible(draws);
+    fieldBar->setDrawing(draws);
     // Beside another plate there is little room.
     plateView->setRulers(!draws);
     rivalView->setRulers(!draws);
@@ -92,4 +96,5 @@ void PlateStage::arrange() {
 void PlateStage::setColours(const PlateColours& colours) {
     plateView->setColours(colours);
     rivalView->setColours(colours);
+    fieldBar->legend().setColours(colours);
 }

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 #include "banner.h"
-#include "energy_legend.h"
+#include "field_bar.h"
 #include "plate_view.h"
 #include "result_line.h"
 #include "scene_caption.h"
@@ -26,7 +26,7 @@ public:
     Banner& banner() { return *problem; }
     ResultLine& resultLine() { return *result; }
 
-    EnergyLegend& legend() { return *colourLegend; }
+    FieldBar& fields() { return *fieldBar; }
 
     void setDrawing(bool draws);
     /// Elements in x and y: the two plates of a drawing lie so that they are as large as can be.
@@ -48,6 +48,6 @@ private:
     ResultLine* result;
     QWidget* rivalSide;
     QSplitter* splitter;
-    EnergyLegend* colourLegend;
+    FieldBar* fieldBar;
     QSizeF plateSize{1, 1};
 };

@@ -19,6 +19,7 @@ constexpr double KEY_PAN = 60;          // pixels
 constexpr double HAND_STEPS = 5;        // with Shift
 constexpr double MARGIN_OF_HAND = 2;    // pixels
 constexpr double MARGIN_OF_PLATE = 40;  // pixels
+constexpr qint64 READABLE = 250;        // ms
 
 }  // namespace
 
@@ -37,11 +38,10 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
     const bool hasOtherSize = scene->width != next->width || scene->height != next->height;
     scene = std::move(next);
     look.outlines = PlateOutlines(*scene);
-    look.loadCasesInUse.assign(static_cast<std::size_t>(std::max(0, scene->loadCases)), false);
-    for (const int used : scene->loadCasesInUse)
-        look.loadCasesInUse[static_cast<std::size_t>(used)] = true;
+    markCases();
     if (hasOtherSize) {
         look.material = {};
+        look.deformed.reset();
         look.floating = {};
         fit();
     }
@@ -51,7 +51,45 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
 void PlateView::setMaterial(const QImage& image, bool isSmooth) {
     look.material = image;
     look.isSmooth = isSmooth;
+    readValueAgain();
     update();
+}
+
+void PlateView::setDeformed(std::optional<DeformedPlate> next) {
+    look.deformed = std::move(next);
+    update();
+}
+
+void PlateView::setDeformationShare(double share) {
+    look.deformationShare = share;
+    if (look.deformed) update();
+}
+
+void PlateView::setShownCases(std::optional<std::vector<int>> cases) {
+    if (cases == shownCases) return;
+    shownCases = std::move(cases);
+    markCases();
+    update();
+}
+
+void PlateView::markCases() {
+    look.loadCasesInUse.assign(static_cast<std::size_t>(std::max(0, scene->loadCases)), false);
+    for (const int used : scene->loadCasesInUse) {
+        const bool isShown = !shownCases || std::find(shownCases->begin(), shownCases->end(),
+                                                      used) != shownCases->end();
+        look.loadCasesInUse[static_cast<std::size_t>(used)] = isShown;
+    }
+}
+
+void PlateView::readValue() {
+    if (!reading) return;
+    sinceReading.start();
+    emit valueRead(hand ? reading(hand->plate) : QString());
+}
+
+// Digits that change with every picture cannot be read.
+void PlateView::readValueAgain() {
+    if (hand && sinceReading.hasExpired(READABLE)) readValue();
 }
 
 void PlateView::setFloating(const QPainterPath& outline) {
@@ -195,8 +233,9 @@ void PlateView::moveHand(const Hand& next) {
         if (gesture == Gesture::TOOL) tool->drag(next);
         setCursor(gesture == Gesture::PAN ? Qt::SizeAllCursor : tool->cursor(next));
         emit handMoved(tool->describe(next));
+        update();
     }
-    update();
+    readValue();
 }
 
 void PlateView::mousePressEvent(QMouseEvent* event) {
@@ -310,6 +349,7 @@ void PlateView::leaveEvent(QEvent*) {
     if (gesture == Gesture::TOOL) return;
     hand.reset();
     emit handMoved({});
+    readValue();
     update();
 }
 
@@ -351,7 +391,8 @@ bool PlateView::moveHandByKey(const QKeyEvent& event) {
     bringIntoView(plate);
     moveHand({where.toWidget(plate), plate, event.modifiers()});
     // Screen readers tell the change.
-    setAccessibleDescription(tool != nullptr ? tool->describe(*hand) : QString());
+    const QString value = reading ? "  " + reading(plate) : QString();
+    setAccessibleDescription(tool != nullptr ? tool->describe(*hand) + value : value);
     return true;
 }
 

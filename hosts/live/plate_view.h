@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -19,6 +21,14 @@ public:
     /// Shows a scene until the next call.
     void setScene(std::shared_ptr<const Scene> next);
     void setMaterial(const QImage& image, bool isSmooth);
+    /// Draws a deformed plate over the material.
+    void setDeformed(std::optional<DeformedPlate> next);
+    /// How much of the deformation is drawn, from 0 to 1.
+    void setDeformationShare(double share);
+    /// Load cases whose arrows are not faint; without them all that are in use.
+    void setShownCases(std::optional<std::vector<int>> cases);
+    /// Gives the text on the value at a place of the plate, for the status bar.
+    void setReading(std::function<QString(QPointF plate)> next) { reading = std::move(next); }
     /// The outline of floating parts, in plate coordinates.
     void setFloating(const QPainterPath& outline);
     /// Whether nodes are numbered along the plate.
@@ -44,6 +54,8 @@ public:
 signals:
     /// The text about the place under the hand; empty if the hand left.
     void handMoved(const QString& description);
+    /// The value under the hand, or an empty text.
+    void valueRead(const QString& value);
     /// The tool has ended or cancelled its gesture.
     void gestureEnded();
     /// The last picture is on the screen.
@@ -90,6 +102,9 @@ private:
     void releaseAt(QPointF widget, Qt::KeyboardModifiers modifiers);
     void touch(const QTouchEvent& event);
     void pinch(const QList<QEventPoint>& fingers);
+    void markCases();
+    void readValue();
+    void readValueAgain();
 
     std::shared_ptr<const Scene> scene;
     PlateLook look;
@@ -106,4 +121,7 @@ private:
     std::optional<Hand> hand;
     QPointF panStart;
     std::optional<Pinch> lastPinch;  // from the second finger until all have gone
+    std::optional<std::vector<int>> shownCases;
+    std::function<QString(QPointF plate)> reading;
+    QElapsedTimer sinceReading;
 };

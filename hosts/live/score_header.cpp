@@ -1,5 +1,6 @@
 #include "score_header.h"
 
+#include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -9,8 +10,8 @@
 
 namespace {
 
-constexpr int BAR_HEIGHT = 18;  // pixels
-constexpr int BAR_WIDTH = 360;
+constexpr int BAR_HEIGHT = 10;  // pixels
+constexpr int BAR_WIDTH = 200;
 constexpr double HEADLINE_SIZE = 1.6;  // of the usual font
 constexpr int STEPS = 1000;
 
@@ -21,7 +22,8 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
       title(name),
       headlineLabel(new QLabel("–")),
       detailLabel(new QLabel),
-      material(new QProgressBar) {
+      material(new QProgressBar),
+      materialLabel(new QLabel) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(14, 8, 14, 4);
     layout->setSpacing(1);
@@ -40,10 +42,16 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     detailLabel->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     material->setRange(0, STEPS);
     material->setMaximumSize(BAR_WIDTH, BAR_HEIGHT);
+    // Words on two colours are hard to read, so they stand beside.
+    material->setTextVisible(false);
+    auto* budget = new QHBoxLayout;
+    budget->setSpacing(8);
+    budget->addWidget(material, 1);
+    budget->addWidget(materialLabel, 1);
     material->setAccessibleName(title + ": " + tr("material used of the budget"));
     layout->addWidget(heading);
     layout->addWidget(headlineLabel);
-    layout->addWidget(material);
+    layout->addLayout(budget);
     layout->addWidget(detailLabel);
 }
 
@@ -58,7 +66,7 @@ void ScoreHeader::show(const QString& headline, const QString& details) {
 void ScoreHeader::showMaterial(double used, double budget) {
     const double share = budget > 0 ? used / budget : 0;
     material->setValue(static_cast<int>(std::lround(STEPS * std::min(1.0, share))));
-    material->setFormat(tr("Material %1 of %2").arg(percentText(used), percentText(budget)));
+    materialLabel->setText(tr("Material %1 of %2").arg(percentText(used), percentText(budget)));
     // Its words say the same as its colour.
     QPalette colours;
     if (used > budget) colours.setColor(QPalette::Highlight, QColor(200, 60, 50));

@@ -24,4 +24,5 @@ private:
     QLabel* headlineLabel;
     QLabel* detailLabel;
     QProgressBar* material;
+    QLabel* materialLabel;
 };

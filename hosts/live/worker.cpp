@@ -62,6 +62,20 @@ void Worker::score(ScoreRequest request) {
     wake.notify_one();
 }
 
+void Worker::setView(const ViewChoice& choice) {
+    const std::lock_guard lock(mutex);
+    inbox.choice = choice;
+    inbox.views.clear();
+}
+
+void Worker::view(ScoreResult scored) {
+    {
+        const std::lock_guard lock(mutex);
+        inbox.views.push_back(std::move(scored));
+    }
+    wake.notify_one();
+}
+
 void Worker::play() {
     {
         const std::lock_guard lock(mutex);
@@ -123,6 +137,12 @@ std::optional<ScoreResult> Worker::fetchDesignScore() {
     return std::exchange(outbox.designScore, std::nullopt);
 }
 
+std::vector<ViewResult> Worker::fetchViews() {
+    const std::lock_guard lock(mutex);
+    outbox.notified = false;
+    return std::exchange(outbox.views, {});
+}
+
 // Everything below runs on the worker's thread. The lock is held between the calls of the library,
 // and given up during them.
 
@@ -134,6 +154,8 @@ void Worker::run() {
             takeSettings(lock);
         else if (inbox.score)
             scoreDrawing(lock);
+        else if (!inbox.views.empty())
+            viewScore(lock);
         else if (isIterationDue())
             iterate(lock);
     }
@@ -142,7 +164,7 @@ void Worker::run() {
 bool Worker::waitForWork(Lock& lock) {
     for (;;) {
         if (inbox.stops) return false;
-        if (inbox.settings || inbox.score || inbox.wakes) return true;
+        if (inbox.settings || inbox.score || inbox.wakes || !inbox.views.empty()) return true;
         if (!isIterationDue()) {
             wake.wait(lock);
             continue;
@@ -189,15 +211,34 @@ void Worker::optimiseCurrent() {
 void Worker::scoreDrawing(Lock& lock) {
     const ScoreRequest request = std::move(*inbox.score);
     inbox.score.reset();
+    const ViewChoice choice = inbox.choice;
     lock.unlock();
     ScoreResult result = scored([&] {
-        return request.isOfOptimiser ? LibrarySession::scoreSaved(*request.scene, *request.drawing)
-                                     : LibrarySession::score(*request.scene, *request.drawing);
+        const auto score =
+            request.isOfOptimiser ? &LibrarySession::scoreSaved : &LibrarySession::score;
+        return score(request.scene, *request.drawing, choice);
     });
+    result.number = ++scores;
     result.revision = request.revision;
     result.isSettled = request.isOfOptimiser;
     lock.lock();
     (request.isOfOptimiser ? outbox.designScore : outbox.score) = std::move(result);
+    announce(lock);
+}
+
+void Worker::viewScore(Lock& lock) {
+    const ScoreResult scored = std::move(inbox.views.front());
+    inbox.views.pop_front();
+    const ViewChoice choice = inbox.choice;
+    lock.unlock();
+    ViewResult result{scored.number, {}};
+    try {
+        result.view = LibrarySession::view(scored, choice);
+    } catch (const std::exception& error) {
+        result.problem = error.what();
+    }
+    lock.lock();
+    outbox.views.push_back(std::move(result));
     announce(lock);
 }
 
@@ -229,9 +270,11 @@ bool Worker::isScoreDue() const {
 }
 
 void Worker::scoreDesign(Lock& lock, const Frame& frame) {
+    const ViewChoice choice = inbox.choice;
     lock.unlock();
     ScoreResult result =
-        scored([&] { return solvers.scoreDesign(frame, current.scoredRefinement); });
+        scored([&] { return solvers.scoreDesign(frame, current.scoredRefinement, choice); });
+    result.number = ++scores;
     result.revision = current.revision;
     result.isSettled = frame.isSettled;
     lock.lock();

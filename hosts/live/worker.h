@@ -3,6 +3,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -60,6 +61,10 @@ public:
 
     void send(LiveSettings settings);
     void score(ScoreRequest request);
+    /// What scores show from now on, besides their numbers. Drops the requests for other views.
+    void setView(const voxam::ViewChoice& choice);
+    /// Asks for what the view in force shows of a design that was scored for another view.
+    void view(ScoreResult scored);
 
     /// Also continues a settled design.
     void play();
@@ -83,12 +88,15 @@ public:
     std::optional<ScoreResult> fetchScore();
     /// The newest score of the optimiser's design since the last call, if there is one.
     std::optional<ScoreResult> fetchDesignScore();
+    std::vector<ViewResult> fetchViews();
 
 private:
     /// Messages from the window; under the lock.
     struct Inbox {
         std::optional<LiveSettings> settings;
         std::optional<ScoreRequest> score;
+        voxam::ViewChoice choice;
+        std::deque<ScoreResult> views;
         bool playing = false;
         bool wakes = false;
         int steps = 0;
@@ -103,6 +111,7 @@ private:
         LibraryText text;
         std::optional<ScoreResult> score;
         std::optional<ScoreResult> designScore;
+        std::vector<ViewResult> views;
         bool notified = false;
     };
     using Lock = std::unique_lock<std::mutex>;
@@ -113,6 +122,7 @@ private:
     void takeSettings(Lock& lock);
     void optimiseCurrent();
     void scoreDrawing(Lock& lock);
+    void viewScore(Lock& lock);
     void iterate(Lock& lock);
     bool isScoreDue() const;
     void scoreDesign(Lock& lock, const Frame& frame);
@@ -132,6 +142,7 @@ private:
     std::string text;              // why it waits for the next settings
     std::optional<int> resumesAt;  // or it resumes with this iteration of the timeline
     int iterationsSinceSettings = 0;
+    std::uint64_t scores = 0;  // their number so far
     Settling settling;
     std::chrono::steady_clock::time_point lastStart;
 

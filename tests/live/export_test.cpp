@@ -1,8 +1,11 @@
 #include <QImageReader>
+#include <QProgressDialog>
+#include <QThread>
 #include <QXmlStreamReader>
 #include <QtTest>
 #include <sstream>
 
+#include "background.h"
 #include "dialog_answers.h"
 #include "drawing/picture.h"
 #include "format/input_error.h"
@@ -116,6 +119,30 @@ private slots:
         }
         QVERIFY2(frames >= 2, qPrintable(QString::number(frames)));
         QVERIFY(first != last);
+    }
+
+    void workInTheBackgroundLeavesTheWindowAliveAndCanBeCancelled() {
+        QWidget window;
+        int beats = 0;
+        QTimer heart;
+        connect(&heart, &QTimer::timeout, this, [&] {
+            if (++beats < 5) return;
+            for (QWidget* widget : QApplication::topLevelWidgets())
+                if (auto* dialog = qobject_cast<QProgressDialog*>(widget)) emit dialog->canceled();
+        });
+        heart.start(10);
+        std::atomic<bool> hasEnded = false;
+        const auto untilCancelled = [&](BackgroundProgress& progress) {
+            while (!progress.isCancelled) QThread::msleep(1);
+            return hasEnded = true;
+        };
+        QVERIFY_THROWS_EXCEPTION(InputError,
+                                 computeInBackground(window, "Waiting", untilCancelled));
+        QTRY_VERIFY(hasEnded);
+        QVERIFY(beats >= 5);
+        const auto failing = [](BackgroundProgress&) -> int { throw std::domain_error("no"); };
+        QVERIFY_THROWS_EXCEPTION(std::domain_error,
+                                 computeInBackground(window, "Failing", failing));
     }
 
     void aFileThatCannotBeWrittenIsNamed() {

@@ -117,8 +117,18 @@ private:
         });
     }
 
+    static void changeView(LiveFixture& live, std::mt19937& random) {
+        static const std::vector<const char*> views = {"Ctrl+1", "Ctrl+2", "Ctrl+3", "Ctrl+4"};
+        live.takeTool(views[random() % views.size()]);
+        auto& cases = live.named<QComboBox>("Load case");
+        cases.setCurrentIndex(
+            static_cast<int>(random() % static_cast<unsigned>(std::max(1, cases.count()))));
+        QAction* animate = live.window.plateStage().fields().animateAction();
+        if (animate->isEnabled()) animate->trigger();
+    }
+
     static void changeAnything(LiveFixture& live, std::mt19937& random) {
-        switch (random() % 11) {
+        switch (random() % 12) {
             case 0:
                 return live.window.setDrawing(random() % 2 == 0);
             case 1:
@@ -151,6 +161,8 @@ private:
             }
             case 9:
                 return addAnyChange(live, random);
+            case 10:
+                return changeView(live, random);
             default: {
                 const int last = live.scene().loadCases - 1;
                 const bool adds = random() % 2 == 0;

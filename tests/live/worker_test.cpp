@@ -214,7 +214,8 @@ private slots:
     void aScoreCountsTheLoadCasesInUse() {
         const auto complianceOf = [](const Scene& scene) {
             const Field solid(scene.width, scene.height, 1);
-            return LibrarySession::score(scene, solid).assessment.score.compliance;
+            return LibrarySession::score(std::make_shared<const Scene>(scene), solid)
+                .assessment.score.compliance;
         };
         Scene scene = *cantilever(20, 10);
         const double one = complianceOf(scene);

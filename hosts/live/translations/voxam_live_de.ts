@@ -80,7 +80,7 @@
         <translation>Mit einer &amp;leeren Scheibe beginnen</translation>
     </message>
     <message>
-        <source>Start with the &amp;optimiser's design</source>
+        <source>Start with the &amp;optimiser&apos;s design</source>
         <translation>Mit dem Entwurf des &amp;Optimierers beginnen</translation>
     </message>
     <message>
@@ -88,7 +88,7 @@
         <translation>Die ganze Zeichnung ausradieren</translation>
     </message>
     <message>
-        <source>Take over the optimiser's design, and make it better</source>
+        <source>Take over the optimiser&apos;s design, and make it better</source>
         <translation>Den Entwurf des Optimierers übernehmen und verbessern</translation>
     </message>
     <message>
@@ -96,7 +96,7 @@
         <translation>Mit einer leeren Scheibe beginnen</translation>
     </message>
     <message>
-        <source>Start with the optimiser's design</source>
+        <source>Start with the optimiser&apos;s design</source>
         <translation>Mit dem Entwurf des Optimierers beginnen</translation>
     </message>
     <message>
@@ -124,19 +124,19 @@
         <translation>Der Optimierer rechnet noch</translation>
     </message>
     <message>
-        <source>The optimiser's design does not hold</source>
+        <source>The optimiser&apos;s design does not hold</source>
         <translation>Der Entwurf des Optimierers hält nicht</translation>
     </message>
     <message>
-        <source>As stiff as the optimiser's: 100 %</source>
+        <source>As stiff as the optimiser&apos;s: 100 %</source>
         <translation>So steif wie der des Optimierers: 100 %</translation>
     </message>
     <message>
-        <source>Stiffer than the optimiser's: %1 %</source>
+        <source>Stiffer than the optimiser&apos;s: %1 %</source>
         <translation>Steifer als der des Optimierers: %1 %</translation>
     </message>
     <message>
-        <source>%1 % as stiff as the optimiser's</source>
+        <source>%1 % as stiff as the optimiser&apos;s</source>
         <translation>%1 % der Steifigkeit des Optimierers</translation>
     </message>
     <message>
@@ -183,16 +183,9 @@
         <source>Does not hold yet</source>
         <translation>Hält noch nicht</translation>
     </message>
-</context>
-<context>
-    <name>EnergyLegend</name>
     <message>
-        <source>Colours: energy of an element, from light (little) to dark (much)</source>
-        <translation>Farben: Formänderungsenergie eines Elements, von hell (wenig) bis dunkel (viel)</translation>
-    </message>
-    <message>
-        <source>Energy of an element as a multiple of the average, in both designs</source>
-        <translation>Formänderungsenergie eines Elements als Vielfaches des Mittelwerts, in beiden Entwürfen</translation>
+        <source>Shown once a design holds</source>
+        <translation>Erscheint, sobald ein Entwurf hält</translation>
     </message>
 </context>
 <context>
@@ -232,10 +225,6 @@
     <message>
         <source>Drawing the animation</source>
         <translation>Die Animation wird gezeichnet</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Written: %1</source>
@@ -316,6 +305,97 @@
     <message>
         <source>The animation</source>
         <translation>Die Animation</translation>
+    </message>
+    <message>
+        <source>Drawing the picture</source>
+        <translation>Bild wird gezeichnet</translation>
+    </message>
+    <message>
+        <source>Writing the design</source>
+        <translation>Entwurf wird geschrieben</translation>
+    </message>
+    <message>
+        <source>Tracing the outline</source>
+        <translation>Umriss wird bestimmt</translation>
+    </message>
+</context>
+<context>
+    <name>FieldBar</name>
+    <message>
+        <source>A&amp;nimate the deformation</source>
+        <translation>Ver&amp;formung abspielen</translation>
+    </message>
+    <message>
+        <source>Animate</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Let the plate move between rest and its deformed shape</source>
+        <translation>Die Scheibe zwischen Ruhe und verformter Gestalt bewegen</translation>
+    </message>
+    <message>
+        <source>Load case</source>
+        <translation>Lastfall</translation>
+    </message>
+    <message>
+        <source>Load case that is shown</source>
+        <translation>Gezeigter Lastfall</translation>
+    </message>
+    <message>
+        <source>Show the &amp;material</source>
+        <translation>&amp;Material zeigen</translation>
+    </message>
+    <message>
+        <source>Material</source>
+        <translation>Material</translation>
+    </message>
+    <message>
+        <source>The densities of the design</source>
+        <translation>Die Dichten des Entwurfs</translation>
+    </message>
+    <message>
+        <source>Show the &amp;energy</source>
+        <translation>&amp;Energie zeigen</translation>
+    </message>
+    <message>
+        <source>Energy</source>
+        <translation>Energie</translation>
+    </message>
+    <message>
+        <source>Which elements carry much: their share in the compliance</source>
+        <translation>Welche Elemente viel tragen: ihr Anteil an der Nachgiebigkeit</translation>
+    </message>
+    <message>
+        <source>Show the &amp;stress</source>
+        <translation>&amp;Spannung zeigen</translation>
+    </message>
+    <message>
+        <source>Stress</source>
+        <translation>Spannung</translation>
+    </message>
+    <message>
+        <source>The von Mises stress of the elements</source>
+        <translation>Die Vergleichsspannung (von Mises) der Elemente</translation>
+    </message>
+    <message>
+        <source>Show the &amp;deformed plate</source>
+        <translation>&amp;Verformte Scheibe zeigen</translation>
+    </message>
+    <message>
+        <source>Deformed</source>
+        <translation>Verformt</translation>
+    </message>
+    <message>
+        <source>How the loads bend the design, enlarged</source>
+        <translation>Wie die Lasten den Entwurf verformen, vergrößert</translation>
+    </message>
+    <message>
+        <source>All load cases</source>
+        <translation>Alle Lastfälle</translation>
+    </message>
+    <message>
+        <source>Load case %1</source>
+        <translation>Lastfall %1</translation>
     </message>
 </context>
 <context>
@@ -427,6 +507,10 @@
     <message>
         <source>No files yet</source>
         <translation>Noch keine Dateien</translation>
+    </message>
+    <message>
+        <source>Reading the scene</source>
+        <translation>Szene wird gelesen</translation>
     </message>
 </context>
 <context>
@@ -587,7 +671,7 @@
         <translation>Zeichnen mit ebenso viel Material, wie der Optimierer bekommt.</translation>
     </message>
     <message>
-        <source>Further scenes in the program's directory.</source>
+        <source>Further scenes in the program&apos;s directory.</source>
         <translation>Weitere Szenen im Verzeichnis des Programms.</translation>
     </message>
 </context>
@@ -759,7 +843,7 @@
         <translation>&amp;Zeichnen und bewerten lassen</translation>
     </message>
     <message>
-        <source>Draw a structure, and compare it with the optimiser's</source>
+        <source>Draw a structure, and compare it with the optimiser&apos;s</source>
         <translation>Ein Tragwerk zeichnen und mit dem des Optimierers vergleichen</translation>
     </message>
     <message>
@@ -859,12 +943,28 @@
         <translation>Werkzeuge</translation>
     </message>
     <message>
-        <source>Iteration %1: the scene's timeline changes %2</source>
+        <source>Iteration %1: the scene&apos;s timeline changes %2</source>
         <translation>Iteration %1: Der Zeitplan der Szene ändert %2</translation>
     </message>
     <message>
         <source> The tools for loads and supports come back with the end of the drawing (Ctrl+D).</source>
         <translation> Die Werkzeuge für Lasten und Lager sind nach dem Zeichnen wieder da (Strg+D).</translation>
+    </message>
+    <message>
+        <source>Value under the pointer</source>
+        <translation>Wert unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>Not available: the design does not hold as drawn</source>
+        <translation>Nicht verfügbar: Der Entwurf hält gezeichnet nicht</translation>
+    </message>
+    <message>
+        <source>Computing...</source>
+        <translation>Wird berechnet …</translation>
+    </message>
+    <message>
+        <source>Shown once the design has settled</source>
+        <translation>Erscheint, sobald der Entwurf zur Ruhe gekommen ist</translation>
     </message>
 </context>
 <context>
@@ -953,7 +1053,7 @@
         <translation>Ihr Entwurf</translation>
     </message>
     <message>
-        <source>The optimiser's design, as drawn</source>
+        <source>The optimiser&apos;s design, as drawn</source>
         <translation>Der Entwurf des Optimierers in Schwarzweiß</translation>
     </message>
     <message>
@@ -961,11 +1061,11 @@
         <translation>Scheibe</translation>
     </message>
     <message>
-        <source>The optimiser's design</source>
+        <source>The optimiser&apos;s design</source>
         <translation>Der Entwurf des Optimierers</translation>
     </message>
     <message>
-        <source>100 % means that your design is as stiff as the optimiser's: the loads move it as little. Both may use the same amount of material.</source>
+        <source>100 % means that your design is as stiff as the optimiser&apos;s: the loads move it as little. Both may use the same amount of material.</source>
         <translation>100 % heißt, dass Ihr Entwurf so steif ist wie der des Optimierers: Die Lasten bewegen ihn ebenso wenig. Beide dürfen gleich viel Material verwenden.</translation>
     </message>
     <message>
@@ -1269,6 +1369,66 @@
     <message>
         <source>Element x %1, y %2</source>
         <translation>Element x %1, y %2</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1: cancelled</source>
+        <translation>%1: abgebrochen</translation>
+    </message>
+    <message>
+        <source>, load case %1</source>
+        <translation>, Lastfall %1</translation>
+    </message>
+    <message>
+        <source>, largest of %1 load cases</source>
+        <translation>, größte von %1 Lastfällen</translation>
+    </message>
+    <message>
+        <source>, sum of %1 load cases</source>
+        <translation>, Summe von %1 Lastfällen</translation>
+    </message>
+    <message>
+        <source>Energy %1 × the average (%2)</source>
+        <translation>Formänderungsenergie %1 × Mittelwert (%2)</translation>
+    </message>
+    <message>
+        <source> (load case %1)</source>
+        <translation> (Lastfall %1)</translation>
+    </message>
+    <message>
+        <source>Stress, von Mises %1, x %2, y %3, shear %4 force/mm²</source>
+        <translation>Spannung, von Mises %1, x %2, y %3, Schub %4 Kraft/mm²</translation>
+    </message>
+    <message>
+        <source>No material</source>
+        <translation>Kein Material</translation>
+    </message>
+    <message>
+        <source>Displacement %1: x %2, y %3 (force / E t)</source>
+        <translation>Verschiebung %1: x %2, y %3 (Kraft / E t)</translation>
+    </message>
+    <message>
+        <source>Density</source>
+        <translation>Dichte</translation>
+    </message>
+    <message>
+        <source>Energy of an element as a multiple of the average</source>
+        <translation>Formänderungsenergie eines Elements als Vielfaches des Mittelwerts</translation>
+    </message>
+    <message>
+        <source>Von Mises stress in force/mm² at a thickness of 1 mm</source>
+        <translation>Vergleichsspannung (von Mises) in Kraft/mm² bei 1 mm Dicke</translation>
+    </message>
+    <message>
+        <source>Deformed plate, displacements times %1</source>
+        <translation>Verformte Scheibe, Verschiebungen mal %1</translation>
+    </message>
+    <message>
+        <source>Density %1</source>
+        <translation>Dichte %1</translation>
     </message>
 </context>
 <context>
@@ -1851,7 +2011,7 @@
         <translation>Selbst ein Tragwerk zeichnen</translation>
     </message>
     <message>
-        <source>Press this button. Then draw bars from the left edge to the arrow, and see how stiff they are next to the optimiser's.</source>
+        <source>Press this button. Then draw bars from the left edge to the arrow, and see how stiff they are next to the optimiser&apos;s.</source>
         <translation>Drücken Sie diesen Knopf. Zeichnen Sie dann Stäbe vom linken Rand zum Pfeil und vergleichen Sie ihre Steifigkeit mit der des Optimierers.</translation>
     </message>
     <message>
@@ -1886,7 +2046,7 @@
         <translation>Auswählen und ziehen</translation>
     </message>
     <message>
-        <source>Drag a load's foot along the nodes, or its other end to turn and scale it. Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it</source>
+        <source>Drag a load&apos;s foot along the nodes, or its other end to turn and scale it. Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it</source>
         <translation>Den Fußpunkt einer Last entlang der Knoten ziehen oder am anderen Ende drehen und skalieren. Tasten: N wählt die nächste Last, Pfeiltasten verschieben sie, Alt mit Pfeiltasten dreht und skaliert</translation>
     </message>
     <message>

@@ -35,10 +35,11 @@ EnergyScale::EnergyScale(const Field& energies, const Field& densities) {
             if (densities.values[i] >= least && all[i] > 0) working.push_back(all[i]);
     }
     if (working.empty()) return;
-    std::sort(working.begin(), working.end());
     const auto quantile = [&](double share) {
-        return working[static_cast<std::size_t>(share * static_cast<double>(working.size()))] /
-               mean;
+        const auto place = working.begin() +
+                           static_cast<std::ptrdiff_t>(share * static_cast<double>(working.size()));
+        std::nth_element(working.begin(), place, working.end());
+        return *place / mean;
     };
     to = quantile(HIGHEST_SHARE);
     from = std::clamp(quantile(LOWEST_SHARE), to / MAX_SPAN, to / MIN_SPAN);

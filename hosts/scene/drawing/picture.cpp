@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <map>
 #include <utility>
 
 #include "drawing/area_outline.h"
 #include "drawing/canvas.h"
+#include "drawing/deformed_cells.h"
 #include "drawing/energy_scale.h"
 #include "drawing/load_arrows.h"
 #include "drawing/picture_colours.h"
@@ -96,30 +96,10 @@ private:
         if (content.deformation) drawDeformed(*content.deformation);
     }
 
-    /// Blocks of cells where a cell is smaller than a pixel.
     void drawDeformed(const Deformation& deformation) {
-        const Field& material = content.material;
-        const double cell = scale * scene.width / material.width;
-        const int block = std::max(1, int(1 / cell));
-        const auto corner = [&](int x, int y) {
-            const double factor = deformation.magnification * material.width / scene.width;
-            x = std::min(x, material.width);
-            y = std::min(y, material.height);
-            return plate + cell * Point{x + factor * deformation.right.at(x, y),
-                                        y + factor * deformation.down.at(x, y)};
-        };
-        std::map<int, std::vector<std::array<Point, 4>>> byShade;
-        constexpr int shades = 16;
-        for (int x = 0; x < material.width; x += block)
-            for (int y = 0; y < material.height; y += block) {
-                const auto shade = static_cast<int>(std::lround(shades * material.at(x, y)));
-                if (shade > 0)
-                    byShade[shade].push_back({corner(x, y), corner(x + block, y),
-                                              corner(x + block, y + block), corner(x, y + block)});
-            }
-        for (const auto& [shade, quads] : byShade)
-            canvas.quads(quads,
-                         mix(colours::VOID_PLATE, colours::SOLID_GREY, 1.0 * shade / shades));
+        for (const auto& [density, quads] :
+             deformedCells(content.material, deformation, scene, plate, scale))
+            canvas.quads(quads, mix(colours::VOID_PLATE, colours::SOLID_GREY, density));
     }
 
     Point position(double x, double y) const { return plate + scale * Point{x, y}; }

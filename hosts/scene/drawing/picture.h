@@ -9,16 +9,13 @@
 #include "drawing/rgb_image.h"
 #include "format/field.h"
 #include "format/scene.h"
+#include "run/views.h"
 
 namespace voxam::inline drawing {
 
-/// How far the nodes of a plate have moved, in elements, at the resolution of a design; 0 without
-/// material.
-struct Deformation {
-    Field right;
-    Field down;
-    double magnification = 1;  ///< of the drawing
-};
+/// What the values of PictureContent::energies are if they are stresses.
+inline constexpr const char* STRESS_MEASURE =
+    "Von Mises stress: force / mm\u00b2 at a thickness of 1 mm";
 
 /// What a picture shows in addition to the loads, the supports, the passive elements and the blob
 /// of its scene.

@@ -1,0 +1,156 @@
+#include "field_bar.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QSignalBlocker>
+#include <cmath>
+
+#include "action_text.h"
+
+namespace {
+
+constexpr int FRAME = 40;          // ms
+constexpr double PERIOD = 2400.0;  // ms, from rest to rest
+constexpr int ALL = -1;            // load cases
+
+}  // namespace
+
+FieldBar::FieldBar(QWidget* parent)
+    : QWidget(parent),
+      views(this),
+      animate(new QAction(tr("A&nimate the deformation"), this)),
+      animateButton(new QToolButton),
+      cases(new QComboBox),
+      scale(new FieldLegend) {
+    makeViews();
+    animate->setCheckable(true);
+    animate->setIconText(tr("Animate"));
+    explain(*animate, tr("Let the plate move between rest and its deformed shape"));
+    connect(animate, &QAction::toggled, this, &FieldBar::setAnimated);
+    animateButton->setDefaultAction(animate);
+    clock.setInterval(FRAME);
+    connect(&clock, &QTimer::timeout, this, &FieldBar::advance);
+    cases->setAccessibleName(tr("Load case"));
+    cases->setToolTip(tr("Load case that is shown"));
+    connect(cases, &QComboBox::currentIndexChanged, this, [this] {
+        const int loadCase = cases->currentData().toInt();
+        choose({choice().view, loadCase == ALL ? std::nullopt : std::optional(loadCase)});
+    });
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(0);
+    for (QAction* action : views.actions()) {
+        auto* button = new QToolButton;
+        button->setDefaultAction(action);
+        button->setFocusPolicy(Qt::TabFocus);
+        // In a dark window the style hardly shows which one is checked.
+        button->setStyleSheet(
+            "QToolButton { padding: 3px 8px; border: 1px solid palette(mid); }"
+            "QToolButton:checked { background: palette(highlight);"
+            " color: palette(highlighted-text); }"
+            "QToolButton:focus { border-color: palette(highlight); }");
+        buttons->addWidget(button);
+    }
+    auto* details = new QHBoxLayout;
+    details->addWidget(cases);
+    details->addWidget(animateButton);
+    details->addStretch();
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins(12, 4, 8, 0);
+    layout->setVerticalSpacing(2);
+    layout->addLayout(buttons, 0, 0);
+    layout->addLayout(details, 1, 0);
+    layout->addWidget(scale, 0, 1, 2, 1, Qt::AlignVCenter);
+    layout->setColumnStretch(1, 1);
+    // A button that comes or goes must not move the plate.
+    for (const int row : {0, 1})
+        layout->setRowMinimumHeight(
+            row, std::max(cases->sizeHint().height(), animateButton->sizeHint().height()));
+    refresh();
+}
+
+void FieldBar::makeViews() {
+    struct Entry {
+        QString name;
+        QString word;
+        QString explanation;
+    };
+    const std::array<Entry, 4> entries = {{
+        {tr("Show the &material"), tr("Material"), tr("The densities of the design")},
+        {tr("Show the &energy"), tr("Energy"),
+         tr("Which elements carry much: their share in the compliance")},
+        {tr("Show the &stress"), tr("Stress"), tr("The von Mises stress of the elements")},
+        {tr("Show the &deformed plate"), tr("Deformed"),
+         tr("How the loads bend the design, enlarged")},
+    }};
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        QAction* action = views.addAction(entries[i].name);
+        action->setCheckable(true);
+        action->setIconText(entries[i].word);
+        action->setShortcut(QKeySequence("Ctrl+" + QString::number(i + 1)));
+        explain(*action, entries[i].explanation);
+        connect(action, &QAction::triggered, this, [this, i] {
+            choose({static_cast<View>(i), choice().loadCase});
+        });
+    }
+}
+
+void FieldBar::choose(const ViewChoice& next) {
+    if (next == choice()) return;
+    choices[isDrawing ? 1 : 0] = next;
+    refresh();
+    emit choiceChanged();
+}
+
+void FieldBar::setDrawing(bool draws) {
+    if (std::exchange(isDrawing, draws) == draws) return;
+    refresh();
+    emit choiceChanged();
+}
+
+void FieldBar::setLoadCases(const std::vector<int>& inUse) {
+    if (inUse == loadCases) return;
+    loadCases = inUse;
+    const ViewChoice before = choice();
+    for (ViewChoice& each : choices)
+        if (each.loadCase && std::find(inUse.begin(), inUse.end(), *each.loadCase) == inUse.end())
+            each.loadCase.reset();
+    refresh();
+    if (choice() != before) emit choiceChanged();
+}
+
+void FieldBar::refresh() {
+    const View view = choice().view;
+    views.actions()[static_cast<int>(view)]->setChecked(true);
+    const bool isDeformed = view == View::DEFORMED;
+    animate->setEnabled(isDeformed);
+    animateButton->setVisible(isDeformed);
+    if (!isDeformed) animate->setChecked(false);
+    const QSignalBlocker blocker(cases);
+    cases->clear();
+    // A deformed plate is that of one load case.
+    if (!isDeformed) cases->addItem(tr("All load cases"), ALL);
+    for (const int each : loadCases) cases->addItem(tr("Load case %1").arg(each), each);
+    cases->setCurrentIndex(std::max(0, cases->findData(choice().loadCase.value_or(ALL))));
+    cases->setVisible(loadCases.size() > 1 && view != View::MATERIAL);
+}
+
+void FieldBar::setAnimated(bool isToBe) {
+    if (isToBe) {
+        sinceStart.start();
+        clock.start();
+    } else {
+        clock.stop();
+        emit animated(1);
+    }
+}
+
+void FieldBar::advance() {
+    const double turn = 2 * std::acos(-1.0) * static_cast<double>(sinceStart.elapsed()) / PERIOD;
+    emit animated(0.5 * (1 - std::cos(turn)));
+}
+
+void FieldBar::hideEvent(QHideEvent* event) {
+    animate->setChecked(false);
+    QWidget::hideEvent(event);
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QAction>
+#include <QActionGroup>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QToolButton>
+#include <QWidget>
+#include <array>
+
+#include "field_legend.h"
+#include "run/views.h"
+
+using namespace voxam;
+
+/// The line below the plate that selects what the plate shows of a design, with the legend. The
+/// optimiser's design and drawings each keep their own choice.
+class FieldBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FieldBar(QWidget* parent = nullptr);
+
+    const ViewChoice& choice() const { return choices[isDrawing ? 1 : 0]; }
+    void setDrawing(bool draws);
+    /// The load cases to choose from.
+    void setLoadCases(const std::vector<int>& inUse);
+    FieldLegend& legend() { return *scale; }
+
+    /// For the menu: what is shown, and the animation.
+    QList<QAction*> viewActions() const { return views.actions(); }
+    QAction* animateAction() const { return animate; }
+
+signals:
+    void choiceChanged();
+    /// How much of the deformation to draw, from 0 to 1.
+    void animated(double share);
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void makeViews();
+    void choose(const ViewChoice& next);
+    void refresh();
+    void setAnimated(bool isToBe);
+    void advance();
+
+    std::array<ViewChoice, 2> choices{ViewChoice{View::MATERIAL, {}}, ViewChoice{View::ENERGY, {}}};
+    bool isDrawing = false;
+    std::vector<int> loadCases;
+    QActionGroup views;
+    QAction* animate;
+    QToolButton* animateButton;
+    QComboBox* cases;
+    FieldLegend* scale;
+    QTimer clock;  // runs only while the user plays the animation
+    QElapsedTimer sinceStart;
+};
