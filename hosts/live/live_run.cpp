@@ -118,21 +118,27 @@ void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
     worker.score({bench.document.snapshot(), std::move(design), settings.revision, false});
 }
 
+void LiveRun::scoreVariant(std::shared_ptr<const Scene> scene, std::shared_ptr<const Field> design,
+                           std::uint64_t revisionOfScene) {
+    worker.score({std::move(scene), std::move(design), revisionOfScene, false});
+}
+
 std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
     const int refinement = drawnRefinement(scene, refinementOf(material, scene));
     const auto revision = settings.revision;
+    const auto design =
+        std::make_shared<const Field>(drawnDesign(material, scene, refinement).design);
     std::optional<ScoreResult> result;
     QEventLoop untilScored;
     connect(this, &LiveRun::startedAfresh, &untilScored, &QEventLoop::quit);
     connect(this, &LiveRun::drawingScored, &untilScored, [&](const ScoreResult& scored) {
-        // A drawing that was left with its score under way has another revision.
-        if (scored.revision != revision) return;
+        // A drawing that was left with its score under way has another revision. A variant has
+        // another design.
+        if (scored.revision != revision || scored.design != *design) return;
         result = scored;
         untilScored.quit();
     });
-    worker.score({std::make_shared<const Scene>(scene),
-                  std::make_shared<const Field>(drawnDesign(material, scene, refinement).design),
-                  revision, false});
+    worker.score({std::make_shared<const Scene>(scene), design, revision, false});
     constexpr int patience = 500;  // ms before the dialog comes
     QProgressDialog progress(tr("Scoring the design"), tr("Cancel"), 0, 0,
                              QApplication::activeWindow());

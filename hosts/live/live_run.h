@@ -40,6 +40,10 @@ public:
     void setDrawing(bool draws);
     bool isDrawing() const { return drawing; }
     void scoreDrawing(std::shared_ptr<const Field> design);
+    /// Scores a design that was kept with earlier settings. drawingScored() reports the score,
+    /// unless another request replaces this one.
+    void scoreVariant(std::shared_ptr<const Scene> scene, std::shared_ptr<const Field> design,
+                      std::uint64_t revisionOfScene);
 
     /// Scores a picture of the optimiser as the command-line program does at the end of a run.
     /// Returns when the worker has ended its iteration and the score; without a result if the run

@@ -23,7 +23,7 @@ std::optional<double> Variant::compliance() const {
     return score->assessment.score.compliance;
 }
 
-double Variant::share() const { return mean(score ? score->design : material); }
+double Variant::share() const { return mean(*drawn); }
 
 bool haveSameTask(const Variant& one, const Variant& other) {
     const Scene& first = *one.seen;

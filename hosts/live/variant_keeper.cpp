@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "action_text.h"
+#include "checks/assessment.h"
+#include "format/refinement.h"
 #include "icons.h"
 
 using namespace voxam;
@@ -19,7 +21,12 @@ VariantKeeper::VariantKeeper(Workbench& workbench, LiveRun& liveRun, VariantStri
     explain(*keepAction, tr("Keep the present design, to compare it or to return to it"));
     connect(keepAction, &QAction::triggered, this, [this] { keep(); });
     connect(&strip, &VariantStrip::restoreRequested, this, &VariantKeeper::restore);
-    connect(&run, &LiveRun::drawingScored, &strip, &VariantStrip::offerScore);
+    connect(&run, &LiveRun::drawingScored, this, [this](const ScoreResult& result) {
+        strip.offerScore(result);
+        isAwaiting = false;
+        requestScore();
+    });
+    connect(&run, &LiveRun::settingsSent, this, &VariantKeeper::requestScore);
     connect(&bench.document, &Document::opened, &strip, &VariantStrip::clear);
 }
 
@@ -35,14 +42,27 @@ void VariantKeeper::keep(const QString& name) {
     variant.changesMade = bench.document.changesMade();
     variant.isDrawn = shown->isDrawn;
     variant.score = std::move(shown->score);
-    // The score of a drawing comes after each stroke.
-    if (!variant.score && !variant.isDrawn) {
-        variant.score = run.scoreAsDrawn(shown->material, shown->scene);
-        if (!variant.score) return;
-    }
+    variant.revision = run.revision();
     variant.material = std::move(shown->material);
     variant.seen = std::make_shared<const Scene>(std::move(shown->scene));
+    const int refinement =
+        drawnRefinement(*variant.seen, refinementOf(variant.material, *variant.seen));
+    variant.drawn = std::make_shared<const Field>(
+        variant.isDrawn ? variant.material
+                        : drawnDesign(variant.material, *variant.seen, refinement).design);
     strip.add(std::move(variant));
+    requestScore();
+}
+
+void VariantKeeper::requestScore() {
+    // While drawing, the score of the last stroke comes first.
+    if (isAwaiting || run.isDrawing()) return;
+    for (const Variant& variant : strip.variants()) {
+        if (variant.score) continue;
+        isAwaiting = true;
+        run.scoreVariant(variant.seen, variant.drawn, variant.revision);
+        return;
+    }
 }
 
 void VariantKeeper::restore(const Variant& variant) {

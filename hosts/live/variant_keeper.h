@@ -35,10 +35,14 @@ signals:
 
 private:
     void restore(const Variant& variant);
+    /// Asks for the score of a variant that has none. The worker has room for one request, which
+    /// an export or a stroke may replace.
+    void requestScore();
 
     Workbench& bench;
     LiveRun& run;
     VariantStrip& strip;
     Look current;
     std::function<void(bool draws)> setDrawing;
+    bool isAwaiting = false;
 };

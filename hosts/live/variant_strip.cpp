@@ -83,7 +83,8 @@ void VariantStrip::add(Variant variant) {
 
 void VariantStrip::offerScore(const ScoreResult& result) {
     for (std::size_t i = 0; i < kept.size(); ++i) {
-        if (kept[i].score || kept[i].material != result.design) continue;
+        const bool isOther = kept[i].revision != result.revision || *kept[i].drawn != result.design;
+        if (kept[i].score || isOther) continue;
         kept[i].score = result;
         show(static_cast<int>(i));
     }

@@ -42,6 +42,26 @@ private slots:
         QVERIFY(variants.empty());
     }
 
+    void aDesignIsKeptWhileItForms() {
+        LiveFixture live("optimise-cantilever.json");
+        for (int kept = 1; kept <= 3; ++kept) {
+            QVERIFY(live.runFor(3));
+            live.drag(live.at(80, 26 - kept), live.at(80, 25 - kept));
+            QVERIFY(live.takeTool("Ctrl+K"));
+            const auto& variants = live.window.variants().variants();
+            QCOMPARE(variants.size(), static_cast<std::size_t>(kept));
+            QVERIFY(variants.back().share() > 0.3);
+            QCOMPARE(variants.back().seen->loads, live.scene().loads);
+        }
+        // The scores come without a wait, each with its own loads.
+        for (const Variant& variant : live.window.variants().variants()) {
+            QTRY_VERIFY_WITH_TIMEOUT(variant.score, 60000);
+            const Assessment expected = assess(*variant.drawn, *variant.seen);
+            QCOMPARE(variant.score->isSupported(), expected.problems.empty());
+            if (variant.compliance()) QCOMPARE(*variant.compliance(), expected.score.compliance);
+        }
+    }
+
     void twoVariantsAreComparedSideBySide() {
         LiveFixture live(LiveFixture::smallScene());
         Variant half = drawn(live.scene(), 0.5, 40);
@@ -102,6 +122,7 @@ private:
         std::fill_n(variant.material.values.begin(), count, 1.0f);
         variant.score.emplace();
         variant.score->design = variant.material;
+        variant.drawn = std::make_shared<const Field>(variant.material);
         variant.score->assessment.score.compliance = compliance;
         return variant;
     }
