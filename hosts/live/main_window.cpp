@@ -26,6 +26,7 @@
 #include "problems.h"
 #include "scene_places.h"
 #include "settings_panel.h"
+#include "shipped_text.h"
 #include "shortcut_dialog.h"
 
 using namespace voxam;
@@ -36,8 +37,7 @@ namespace {
 QString flawOf(const ScoreResult& result) {
     const Assessment& found = result.assessment;
     if (!result.isSupported()) return sentenceOf(found.problems.front());
-    return found.floating.empty() ? QString()
-                                  : sentenceOf(found.floating);
+    return found.floating.empty() ? QString() : sentenceOf(found.floating);
 }
 
 constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
@@ -329,8 +329,7 @@ void MainWindow::connectDocument() {
         stage->plate().setScene(bench.document.snapshot());
         stage->fields().setLoadCases(scene.loadCasesInUse);
         statusBar()->clearMessage();
-        stage->caption().show(QString::fromStdString(scene.title),
-                              QString::fromStdString(scene.description));
+        stage->caption().show(shippedText(scene.title), shippedText(scene.description));
         showProblems();
     });
     connect(&document, &Document::opened, this, [this] {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "number_text.h"
 #include "plate_colours.h"
 
 namespace {
@@ -35,6 +36,13 @@ QColor complianceColour(bool isDark) {
     return isDark ? QColor(110, 175, 255) : QColor(13, 89, 191);
 }
 QColor volumeColour(bool isDark) { return isDark ? QColor(245, 165, 60) : QColor(190, 95, 0); }
+
+/// Short, and without an exponent where there is room for the digits.
+QString tickText(double value) {
+    const bool isPlain = value == 0 || (value >= 1e-3 && value < 1e6);
+    return isPlain ? QLocale().toString(value, 'f', QLocale::FloatingPointShortest)
+                   : QLocale().toString(value, 'g', 5);
+}
 
 }  // namespace
 
@@ -89,7 +97,7 @@ std::vector<std::size_t> PlotPanel::marks() const {
 void PlotPanel::describe() {
     if (samples.empty()) return;
     setAccessibleDescription(tr("Compliance %1, volume %2 percent; %3 edits in view")
-                                 .arg(samples.back().compliance, 0, 'g', 4)
+                                 .arg(numberText(samples.back().compliance, 4))
                                  .arg(100 * samples.back().volume, 0, 'f', 1)
                                  .arg(marks().size()));
 }
@@ -160,7 +168,7 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
         if (samples.empty()) continue;
         painter.setPen(complianceColour(axes.isDark));
         painter.drawText(QRectF(0, y - 8, LEFT - 5, 16), Qt::AlignRight | Qt::AlignVCenter,
-                         QLocale().toString(value, 'g', 5));
+                         tickText(value));
     }
     painter.setPen(complianceColour(axes.isDark));
     painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft, tr("Compliance"));

@@ -30,7 +30,7 @@ public:
     void end();
 
     bool isRunning() const { return current < steps.size(); }
-    std::size_t step() const { return current; }
+    std::size_t currentStep() const { return current; }
 
 public slots:
     /// Ends the step `finished`, because the user did what it asks for. Ignored during other steps.
@@ -39,7 +39,7 @@ public slots:
 private:
     class Marker;
 
-    void goTo(std::size_t next);
+    void goTo(std::size_t step);
     void show(const QString& title, const QString& text, const QString& onward);
     void follow();
 

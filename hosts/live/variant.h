@@ -4,7 +4,10 @@
 #include <memory>
 #include <optional>
 
+#include "format/scene.h"
 #include "frame.h"
+
+using namespace voxam;
 
 /// A design that the user has kept, with the scene that it belongs to.
 struct Variant {

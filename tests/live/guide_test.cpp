@@ -5,10 +5,13 @@
 #include <QTranslator>
 #include <QtTest>
 
+#include "export/scene_file.h"
 #include "format/scene_writer.h"
+#include "gallery_scenes.h"
 #include "live_fixture.h"
 #include "problems.h"
 #include "room_text.h"
+#include "shipped_text.h"
 #include "translation.h"
 
 /// What the window tells somebody who sees it for the first time.
@@ -54,19 +57,19 @@ private slots:
         QVERIFY(tour.isRunning());
         QCOMPARE(live.scene().title, std::string("Cantilever"));
         live.drag(live.at(80, 25), live.at(80, 20));
-        QTRY_COMPARE(tour.step(), std::size_t{1});
+        QTRY_COMPARE(tour.currentStep(), std::size_t{1});
         QTest::keyClick(&live.named<QSlider>("Volume of material in percent"), Qt::Key_PageUp);
-        QTRY_COMPARE(tour.step(), std::size_t{2});
+        QTRY_COMPARE(tour.currentStep(), std::size_t{2});
         // Something else than the step asks for.
         QTest::keyClick(&live.named<QSlider>("Volume of material in percent"), Qt::Key_PageUp);
         QVERIFY(live.takeTool("O"));
         QTest::qWait(1000);
-        QCOMPARE(tour.step(), std::size_t{2});
+        QCOMPARE(tour.currentStep(), std::size_t{2});
         live.drag(live.at(40, 25), live.at(45, 25));
-        QTRY_COMPARE(tour.step(), std::size_t{3});
+        QTRY_COMPARE(tour.currentStep(), std::size_t{3});
         live.window.setDrawing(true);
         live.drag(live.at(10, 25), live.at(45, 25));
-        QTRY_COMPARE(tour.step(), std::size_t{4});
+        QTRY_COMPARE(tour.currentStep(), std::size_t{4});
         QTest::mouseClick(&button(live, "Finish"), Qt::LeftButton);
         QVERIFY(!tour.isRunning());
         // The offer comes once.
@@ -95,6 +98,14 @@ private slots:
             const Problems problems = problemsOf(scene, {});
             QVERIFY(!problems.text.isEmpty());
             QVERIFY2(!problems.text.contains(english), qPrintable(problems.text));
+        }
+        for (const GalleryScene& shipped : galleryScenes(VOXAM_SCENES)) {
+            const Scene scene = readScene(shipped.file);
+            QVERIFY2(shippedText(scene.description).toStdString() != scene.description,
+                     scene.description.c_str());
+            if (scene.title != shipped.file.stem())
+                QVERIFY2(shippedText(scene.title).toStdString() != scene.title,
+                         scene.title.c_str());
         }
         qDeleteAll(qApp->findChildren<QTranslator*>());
         QLocale::setDefault(before);

@@ -53,7 +53,9 @@ private slots:
             QVERIFY(variants.back().share() > 0.3);
             QCOMPARE(variants.back().seen->loads, live.scene().loads);
         }
-        // The scores come without a wait, each with its own loads.
+        // The scores come without a wait, each with its own loads. The analysis here must not run
+        // next to the worker's.
+        QVERIFY(live.settle());
         for (const Variant& variant : live.window.variants().variants()) {
             QTRY_VERIFY_WITH_TIMEOUT(variant.score, 60000);
             const Assessment expected = assess(*variant.drawn, *variant.seen);

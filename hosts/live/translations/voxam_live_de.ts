@@ -1796,6 +1796,105 @@
     </message>
 </context>
 <context>
+    <name>Scenes</name>
+    <message>
+        <source>Viaduct</source>
+        <translation>Viadukt</translation>
+    </message>
+    <message>
+        <source>An arch below a road, painted as a grey picture: black is solid, white is void.</source>
+        <translation>Ein Bogen unter einer Straße, als Graustufenbild gemalt: Schwarz ist Material, Weiß ist leer.</translation>
+    </message>
+    <message>
+        <source>Bridge with two load cases</source>
+        <translation>Brücke mit zwei Lastfällen</translation>
+    </message>
+    <message>
+        <source>A deck that stays solid is loaded on one half at a time; the design grows above it.</source>
+        <translation>Eine feste Fahrbahn wird auf je einer Hälfte belastet; der Entwurf wächst darüber.</translation>
+    </message>
+    <message>
+        <source>Bridge</source>
+        <translation>Brücke</translation>
+    </message>
+    <message>
+        <source>A tied arch whose deck is loaded on one half at a time, a load case each.</source>
+        <translation>Ein Stabbogen, dessen Fahrbahn auf je einer Hälfte belastet wird – je ein Lastfall.</translation>
+    </message>
+    <message>
+        <source>Cantilever</source>
+        <translation>Kragscheibe</translation>
+    </message>
+    <message>
+        <source>A wall bracket of curved bars that carries a weight at the middle of its free end.</source>
+        <translation>Eine Wandkonsole aus gebogenen Stäben, die in der Mitte des freien Endes eine Last trägt.</translation>
+    </message>
+    <message>
+        <source>Beam on two supports</source>
+        <translation>Träger auf zwei Stützen</translation>
+    </message>
+    <message>
+        <source>The right half of a beam that carries a load at its middle; the left edge is the plane of symmetry.</source>
+        <translation>Die rechte Hälfte eines Trägers mit einer Last in der Mitte; der linke Rand ist die Symmetrieebene.</translation>
+    </message>
+    <message>
+        <source>Plate with a hole</source>
+        <translation>Scheibe mit Loch</translation>
+    </message>
+    <message>
+        <source>A sheet pulled to the right: the rim of the hole above and below works hardest.</source>
+        <translation>Eine nach rechts gezogene Scheibe: Oben und unten ist der Lochrand am stärksten beansprucht.</translation>
+    </message>
+    <message>
+        <source>L-bracket</source>
+        <translation>L-Konsole</translation>
+    </message>
+    <message>
+        <source>A bracket below a ceiling that has to leave the upper right corner free.</source>
+        <translation>Eine Konsole unter einer Decke, die die Ecke oben rechts frei lassen muss.</translation>
+    </message>
+    <message>
+        <source>The smallest scene that shows every required key.</source>
+        <translation>Die kleinste Szene, die jeden nötigen Schlüssel zeigt.</translation>
+    </message>
+    <message>
+        <source>Moving load</source>
+        <translation>Wandernde Last</translation>
+    </message>
+    <message>
+        <source>A load moves across a beam in five steps, and the design follows it.</source>
+        <translation>Eine Last überquert einen Träger in fünf Schritten, und der Entwurf folgt ihr.</translation>
+    </message>
+    <message>
+        <source>The stiffest wall bracket for a weight at its tip, made of two fifths of the plate.</source>
+        <translation>Die steifste Wandkonsole für eine Last an ihrer Spitze, aus zwei Fünfteln der Scheibe.</translation>
+    </message>
+    <message>
+        <source>Pipe through a bracket</source>
+        <translation>Rohr durch eine Konsole</translation>
+    </message>
+    <message>
+        <source>A pipe starts where the upper chord wants to be; with --blob it moves and bends into a hole.</source>
+        <translation>Ein Rohr beginnt, wo der Obergurt sein will; mit „Aussparung wandert“ zieht es in eine Öffnung.</translation>
+    </message>
+    <message>
+        <source>Beam on rollers</source>
+        <translation>Träger auf Rollen</translation>
+    </message>
+    <message>
+        <source>Both ends may roll: nothing stops the beam from sliding sideways, so it cannot be scored.</source>
+        <translation>Beide Enden können rollen: Nichts hält den Träger seitlich, darum lässt er sich nicht bewerten.</translation>
+    </message>
+    <message>
+        <source>Wheel</source>
+        <translation>Rad</translation>
+    </message>
+    <message>
+        <source>A solid rim and a solid hub; the ground pushes and drags at the rim from six sides, a load case each.</source>
+        <translation>Eine feste Felge und eine feste Nabe; der Boden drückt und zieht von sechs Seiten an der Felge, je ein Lastfall.</translation>
+    </message>
+</context>
+<context>
     <name>ScoreHeader</name>
     <message>
         <source>material used of the budget</source>
