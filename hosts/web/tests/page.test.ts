@@ -1,6 +1,6 @@
 // The page in Chromium, by real input.
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
+import { execFileSync, spawnSync } from "node:child_process";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -11,6 +11,7 @@ import type { SceneFile } from "voxam";
 import { launch, serve, Visit } from "./browser.js";
 
 const root = new URL("../../../", import.meta.url).pathname;
+const program = join(root, "build/release/hosts/cli/voxam");
 const folder = mkdtempSync(join(tmpdir(), "voxam-page-"));
 let browser: Browser;
 let server: Server;
@@ -172,7 +173,6 @@ test("links and files are scenes, which the program runs to the same outline", a
     const outline = numbers(await visit.download("svg"));
     const native = join(folder, "native.svg");
     writeFileSync(file, await visit.download("save"));
-    const program = join(root, "build/release/hosts/cli/voxam");
     execFileSync(program, ["optimise", file, "--quiet", "--outline", native]);
     const expected = numbers(readFileSync(native, "utf8"));
     assert.equal(outline.length, expected.length);
@@ -293,6 +293,14 @@ test("touch drags, pinches and scrolls on a phone", async () => {
     await visit.page.tap("#fit");
     await visit.page.waitForTimeout(100);
     assert.equal(Number(await scale()), before);
+    await visit.page.tap("#mode-draw");
+    await visit.says("rival", /\d/);
+    await visit.drag([0, 20], [60, 10]);
+    const percent = await visit.says("percent", /\d/);
+    await send("touchStart", [middle]);
+    await send("touchStart", spread(30));
+    await send("touchEnd", []);
+    assert.equal(await visit.says("percent", /\d/), percent, "a pinch is no stroke");
     const overflow = await visit.page.evaluate(
         () => document.documentElement.scrollWidth - innerWidth,
     );
@@ -326,6 +334,157 @@ test("nothing serious stands in the way of anybody, in light and in dark", async
         assert.deepEqual(await visit.barriers(), []);
         await visit.page.goto(`${address}why.html`);
         assert.deepEqual(await visit.barriers(), []);
+        assert.deepEqual(await visit.end(), []);
+    }
+});
+
+const held = [{ x: 0, y: [0, 20] as [number, number], fix: "xy" as const }];
+const small: SceneFile = {
+    grid: { width: 30, height: 20 },
+    volumeFraction: 0.4,
+    iterations: 20,
+    loads: [{ x: 30, y: 10, fy: 1 }],
+    supports: held,
+};
+
+test("the state is that of the run, whatever is pressed", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const { page } = visit;
+    const pauses = async (state: string) => {
+        await page.click("#pause");
+        await visit.reaches(state === "stopped" ? "stopped" : "paused");
+        await page.click("#pause");
+        await visit.reaches(state);
+    };
+    const hole = [{ x: 15, y: 10, radius: 3 }];
+    await visit.open("small.json", JSON.stringify({ ...small, blob: hole }));
+    await visit.says("iteration", /^20$/);
+    await visit.reaches("settled");
+    await pauses("settled");
+    await page.click("#pause");
+    await page.getByLabel("Let the hole find its place").check();
+    await page.waitForTimeout(200);
+    await visit.reaches("paused");
+    await page.click("#pause");
+    await visit.forms(25);
+    // A scene that cannot run shows nothing of the one before it.
+    await visit.open("faulty.json", JSON.stringify({ ...small, loads: [{ x: 0, y: 5, fy: 1 }] }));
+    await visit.reaches("stopped");
+    await visit.says("problem", /^Every force acts where/);
+    await pauses("stopped");
+    await page.waitForTimeout(300);
+    for (const id of ["compliance", "iteration", "filled"]) assert.equal(await visit.text(id), "–");
+    assert.equal(await visit.filled(2, 1, 28, 19), 0);
+    await page.click("#undo");
+    await visit.reaches("forming");
+    await visit.forms(5);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("keys do what they say wherever the focus is, and are heard", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const { page } = visit;
+    await visit.forms(2);
+    const tool = () => page.locator("#tools [aria-pressed=true]:visible").textContent();
+    await page.locator("#volume").focus();
+    await page.keyboard.press("ArrowRight");
+    assert.equal(await visit.text("volume-text"), "41 %");
+    await page.keyboard.press("Control+z");
+    assert.equal(await visit.text("volume-text"), "40 %");
+    await page.locator("#view-energies").focus();
+    await page.keyboard.press("4");
+    assert.equal(await tool(), "Void");
+    await page.getByText("Grid", { exact: true }).focus();
+    await page.keyboard.press("Space");
+    assert.ok(await page.locator("#grid-detail").isVisible());
+    await page.locator("#grid-detail").focus();
+    for (const key of ["3", "Space", "Escape"]) await page.keyboard.press(key);
+    assert.equal(await tool(), "Void");
+    assert.equal(await page.locator("#pause").getAttribute("aria-label"), "Pause");
+    // A load: heard when it moves, erased by Enter, and never the last one.
+    await page.keyboard.press("Escape");
+    await page.locator("#plate").focus();
+    for (const key of ["2", "ArrowLeft", "Enter"]) await page.keyboard.press(key);
+    await page.locator("[data-load='1']").focus();
+    await page.keyboard.press("ArrowLeft");
+    await visit.says("announcement", /^Load 2 at x 28, y 20: 1 down$/);
+    for (const key of ["7", "Enter"]) await page.keyboard.press(key);
+    await visit.says("announcement", /^Load 2 removed/);
+    assert.ok(await page.locator("[data-load='0']").evaluate((e) => e === document.activeElement));
+    await page.keyboard.press("Delete");
+    await visit.says("problem", /only load/);
+    assert.equal((await savedScene(visit)).loads.length, 1);
+    // Escape takes a drag back.
+    await page.keyboard.press("1");
+    const [from, to] = [await visit.at(60, 18), await visit.at(60, 8)];
+    await page.mouse.move(from.x, from.y);
+    await page.mouse.down();
+    await page.mouse.move(to.x, to.y, { steps: 4 });
+    await page.keyboard.press("Escape");
+    await page.mouse.up();
+    assert.equal((await savedScene(visit)).loads[0]?.y, 20);
+    await page.click("#file-button");
+    await page.keyboard.press("End");
+    assert.ok(await page.locator("#file-dxf").evaluate((e) => e === document.activeElement));
+    await page.keyboard.press("Tab");
+    assert.ok(!(await page.locator("#file-menu").isVisible()));
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("the page warns as the program does, in its own words", async () => {
+    const visit = await Visit.start(browser, address, desktop);
+    const { page } = visit;
+    const coarse = join(folder, "coarse.json");
+    const bridge = readFileSync(join(root, "scenes/bridge.json"), "utf8");
+    const { densities: _densities, ...scene } = JSON.parse(bridge) as SceneFile;
+    const text = JSON.stringify({ ...scene, volumeFraction: 0.25, iterations: 100 });
+    writeFileSync(coarse, text);
+    const report = spawnSync(program, ["optimise", coarse], { encoding: "utf8" });
+    const told = report.stderr.match(/at x \d+, y \d+|[\d.]+ % instead of [\d.]+ %/g) ?? [];
+    assert.equal(told.length, 3, report.stderr);
+    await visit.open("coarse.json", text);
+    const warning = await visit.says("warnings", /instead of/);
+    for (const part of told) assert.ok(warning.includes(part), warning);
+    assert.match(warning, /^Load 1: as drawn, acts where there is no material/);
+    assert.doesNotMatch(warning, /passive|"|volumeFraction/);
+    // The rival has finer cells, in which its thin struts hold together in black and white.
+    await visit.open("bridge.json", bridge);
+    const percent = parseFloat(await visit.says("percent", /\d/));
+    assert.ok(percent > 60 && percent < 140, `${percent} %`);
+    await page.click("#mode-optimise");
+    await page.getByText("Grid", { exact: true }).click();
+    for (const [id, value] of [
+        ["width", "200"],
+        ["height", "150"],
+    ])
+        await page.fill(`#grid-${id}`, value ?? "");
+    await page.selectOption("#grid-detail", "4");
+    await page.getByText("Use this grid").click();
+    const refusal = await visit.says("problem", /Detail/);
+    assert.doesNotMatch(refusal, /meshFactor|\.json/);
+    assert.deepEqual((await savedScene(visit)).grid, scene.grid, "the plate stays");
+    await visit.open(
+        "free.json",
+        JSON.stringify({ ...small, supports: [{ x: 0, y: 5, fix: "y" }] }),
+    );
+    await visit.reaches("stopped");
+    await page.click("#mode-draw");
+    await visit.says("rival", /none/);
+    await visit.says("draw-lead", /nothing to compare with/);
+    assert.deepEqual(await visit.end(), []);
+});
+
+test("arrows and their numbers stay on the stage", async () => {
+    for (const options of [desktop, phone, { ...phone, viewport: { width: 844, height: 390 } }]) {
+        const visit = await Visit.start(browser, address, options);
+        await visit.open("wheel.json", readFileSync(join(root, "scenes/wheel.json"), "utf8"));
+        await visit.forms(2);
+        const stage = (await visit.page.locator("#stage").boundingBox()) ?? assert.fail();
+        for (const part of await visit.page.locator(".load text, .load .tail").all()) {
+            const { x, y, width, height } = (await part.boundingBox()) ?? assert.fail();
+            assert.ok(x >= stage.x && x + width <= stage.x + stage.width, `${x}`);
+            assert.ok(y >= stage.y && y + height <= stage.y + stage.height, `${y}`);
+        }
         assert.deepEqual(await visit.end(), []);
     }
 });
