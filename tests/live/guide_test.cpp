@@ -90,7 +90,8 @@ private slots:
         }
         QCOMPARE(roomText("as drawn, no support holds 2 parts of it, 3.5 elements of the grid; "
                           "the first at x 3, y 4"),
-                 QString("in Schwarzweiß: kein Lager hält 2 Teile davon, 3,5 Elemente des Netzes; "
+                 QString("in Schwarzweiß: kein Lager hält 2 Teile davon, 3,5 Elemente des "
+                         "Netzes; "
                          "der erste bei x 3, y 4"));
         // What the checks find has no English words left.
         const QRegularExpression english("\\b(the|of|is|are|no|than)\\b");
