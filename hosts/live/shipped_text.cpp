@@ -41,8 +41,8 @@ namespace {
         "The stiffest wall bracket for a weight at its tip, made of two fifths of the plate."),
     QT_TRANSLATE_NOOP("Scenes", "Pipe through a bracket"),
     QT_TRANSLATE_NOOP("Scenes",
-                      "A pipe starts where the upper chord wants to be; with --blob it moves and "
-                      "bends into a hole."),
+                      "A pipe starts where the upper chord wants to be. If the blob may move, it "
+                      "moves and bends into a hole."),
     QT_TRANSLATE_NOOP("Scenes", "Beam on rollers"),
     QT_TRANSLATE_NOOP("Scenes",
                       "Both ends may roll: nothing stops the beam from sliding sideways, so it "

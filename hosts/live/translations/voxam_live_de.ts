@@ -1874,7 +1874,7 @@
         <translation>Rohr durch eine Konsole</translation>
     </message>
     <message>
-        <source>A pipe starts where the upper chord wants to be; with --blob it moves and bends into a hole.</source>
+        <source>A pipe starts where the upper chord wants to be. If the blob may move, it moves and bends into a hole.</source>
         <translation>Ein Rohr beginnt, wo der Obergurt sein will; mit „Aussparung wandert“ zieht es in eine Öffnung.</translation>
     </message>
     <message>
