@@ -233,7 +233,11 @@ class LibraryThread {
         const { revision } = this;
         this.scoreTimer = self.setTimeout(() => {
             if (!this.resting || revision !== this.revision || this.referenceDetail > 0) return;
-            post({ kind: "drawn", revision, score: told(this.scenes.scoreRun()) });
+            try {
+                post({ kind: "drawn", revision, score: told(this.scenes.scoreRun()) });
+            } catch (error) {
+                post({ kind: "refused", revision, text: this.failure(error) });
+            }
         }, SCORE_DELAY);
     }
 
@@ -259,7 +263,7 @@ class LibraryThread {
                 score: told(this.scenes.scoreDrawing(cells, refinement)),
             });
         } catch (error) {
-            post({ kind: "stopped", revision: this.revision, text: this.failure(error) });
+            post({ kind: "refused", revision: this.revision, text: this.failure(error) });
         }
     }
 
