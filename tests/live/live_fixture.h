@@ -2,7 +2,6 @@
 
 #include <QMenuBar>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
@@ -162,7 +161,9 @@ inline void isolateSettings() {
     static QTemporaryDir directory;
     QCoreApplication::setOrganizationName("Voxam");
     QCoreApplication::setApplicationName("voxam-live-test");
-    QStandardPaths::setTestModeEnabled(true);
+    // Of this process alone: tests run at the same time, and would find each other's unsaved edits.
+    for (const char* const name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+        qputenv(name, directory.path().toUtf8());
     QSettings::setDefaultFormat(QSettings::IniFormat);
     // Dialogs of Qt have some as well, in the native format.
     for (const auto format : {QSettings::IniFormat, QSettings::NativeFormat})
