@@ -10,6 +10,7 @@
 #include "design_exports.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
+#include "drawing/whole_content.h"
 #include "export/animation.h"
 #include "export/file_ending.h"
 #include "export/output_file.h"
@@ -76,7 +77,8 @@ void prepareOutputs(const OptimiseOptions& options, const Scene& scene) {
 }
 
 PictureContent contentOf(const OptimisationRun& run, const std::string& subtitle) {
-    return mirrored({run.material(), std::nullopt, run.scene().title, subtitle}, run.scene());
+    return wholeOf(PictureContent{run.material(), std::nullopt, run.scene().title, subtitle},
+                   run.scene().symmetry);
 }
 
 std::vector<std::uint8_t> encoded(const OptimisationRun& run, const PictureContent& content,
@@ -99,7 +101,7 @@ PictureContent contentOf(const OptimisationRun& run, const RunResult& result) {
                            run.scene().title, "", result.assessment.floating};
     content.subtitle = resultSubtitle(run, result) +
                        showView(run.options().view, result.assessment, scene, content);
-    return mirrored(content, run.scene());
+    return wholeOf(content, run.scene().symmetry);
 }
 
 /// What was drawn during the run.

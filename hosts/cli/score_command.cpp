@@ -13,6 +13,7 @@
 #include "design_reader.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
+#include "drawing/whole_content.h"
 #include "export/output_file.h"
 #include "export/picture_file.h"
 #include "export/scene_file.h"
@@ -121,7 +122,7 @@ void writeFiles(const ScoreOptions& options, const Scene& scene, const Verdict& 
         scoreSubtitle(*scene.densities, scene, found, drawn ? &drawn->assessment : nullptr) +
         showView(options.view, found, scene, content);
     const Scene whole = wholeOf(scene);
-    content = mirrored(content, scene);
+    content = wholeOf(content, scene.symmetry);
     const PictureLayout size = pictureLayout(whole, scale);
     for (const std::filesystem::path& file : options.exports.pictures)
         writer.attempt([&] {

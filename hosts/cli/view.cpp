@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "format/input_error.h"
-#include "format/symmetry.h"
 #include "format/text.h"
 #include "run/views.h"
 
@@ -31,27 +30,6 @@ std::string caseText(const std::vector<int>& cases, const Assessment& found, con
 }
 
 }  // namespace
-
-PictureContent mirrored(const PictureContent& content, const Scene& scene) {
-    const Symmetry symmetry = scene.symmetry;
-    if (symmetry == Symmetry::NONE) return content;
-    PictureContent whole = content;
-    whole.material = wholeOf(content.material, symmetry);
-    if (content.energies) whole.energies = wholeOf(*content.energies, symmetry);
-    if (content.deformation) {
-        const float right = isUpright(symmetry) ? -1.0f : 1.0f;
-        whole.deformation->right = wholeOfNodes(content.deformation->right, symmetry, right);
-        whole.deformation->down = wholeOfNodes(content.deformation->down, symmetry, -right);
-    }
-    whole.floating.clear();
-    for (const FloatingPart& part : content.floating) {
-        Field marked(content.material.width, content.material.height);
-        for (const Cell& cell : part.cells) marked.at(cell.x, cell.y) = 1;
-        const auto parts = floatingParts(wholeOf(marked, symmetry), part.refinement);
-        whole.floating.insert(whole.floating.end(), parts.begin(), parts.end());
-    }
-    return whole;
-}
 
 bool needsStates(const ViewOptions& options) { return needsStates(choiceOf(options)); }
 

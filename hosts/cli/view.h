@@ -14,9 +14,6 @@ using namespace voxam;
 std::string showView(const ViewOptions& options, const Assessment& found, const Scene& scene,
                      PictureContent& content);
 
-/// The content for the whole of a symmetric plate.
-PictureContent mirrored(const PictureContent& content, const Scene& scene);
-
 /// Throws InputError if the options name a load case that the scene does not use.
 void checkView(const ViewOptions& options, const Scene& scene);
 

@@ -11,6 +11,7 @@
 #include "format/input_error.h"
 #include "format/json_value.h"
 #include "format/refinement.h"
+#include "format/symmetry.h"
 #include "format/text.h"
 
 namespace voxam::inline files {
@@ -111,6 +112,19 @@ Field readDesignCsv(const std::filesystem::path& file, int width, int height) {
 Field readDesign(const std::filesystem::path& file, int width, int height) {
     return fileEnding(file) == ".csv" ? readDesignCsv(file, width, height)
                                       : readDesignPng(file, width, height);
+}
+
+Field readDesign(const std::filesystem::path& file, const Scene& scene) {
+    if (scene.symmetry == Symmetry::NONE) return readDesign(file, scene.width, scene.height);
+    const Scene whole = wholeOf(scene);
+    try {
+        const Field design = readDesign(file, whole.width, whole.height);
+        Field half = halfOf(design, scene.symmetry);
+        if (wholeOf(half, scene.symmetry) == design) return half;
+    } catch (const InputError&) {
+        return readDesign(file, scene.width, scene.height);
+    }
+    throw InputError(nameOf(file) + ": its halves differ, but the scene is symmetric");
 }
 
 std::vector<std::uint8_t> encodeDesignPng(const Field& design) {

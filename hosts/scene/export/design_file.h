@@ -25,6 +25,10 @@ Field readDesignCsv(const std::filesystem::path& file, int width, int height);
 /// Reads a file in the format of its ending, one of DESIGN_ENDINGS.
 Field readDesign(const std::filesystem::path& file, int width, int height);
 
+/// Reads a design for a scene. If the scene is symmetric, the file may contain the half or the whole
+/// plate. Throws InputError if the halves differ.
+Field readDesign(const std::filesystem::path& file, const Scene& scene);
+
 /// One grey pixel for each cell, in 256 shades. Rounding never moves a density across 0.5. Throws
 /// std::runtime_error if the encoder fails.
 std::vector<std::uint8_t> encodeDesignPng(const Field& design);
