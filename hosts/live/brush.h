@@ -14,6 +14,9 @@ struct Brush {
     bool isRound = true;
 };
 
+/// What a tool for elements paints between press and release: a stroke, one rectangle or one disc.
+enum class Shape { STROKE, RECTANGLE, DISC };
+
 /// Whether a stroke is also drawn mirrored at the plate's middle.
 struct Mirror {
     bool isLeftRight = false;

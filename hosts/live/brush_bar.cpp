@@ -3,6 +3,7 @@
 #include <QActionGroup>
 #include <QLabel>
 #include <QSpinBox>
+#include <array>
 
 #include "action_text.h"
 #include "icons.h"
@@ -12,7 +13,9 @@ BrushBar::BrushBar(Workbench& bench)
       smaller(new QAction(tr("S&maller brush"), this)),
       larger(new QAction(tr("&Larger brush"), this)),
       round(new QAction(icon(Glyph::ROUND_BRUSH), tr("&Round brush"), this)),
-      square(new QAction(icon(Glyph::SQUARE_BRUSH), tr("S&quare brush"), this)) {
+      square(new QAction(icon(Glyph::SQUARE_BRUSH), tr("S&quare brush"), this)),
+      rectangle(new QAction(icon(Glyph::RECTANGLE), tr("Re&ctangle"), this)),
+      disc(new QAction(icon(Glyph::DISC), tr("&Disc"), this)) {
     setObjectName("brush");
     smaller->setShortcut(QKeySequence(Qt::Key_BracketLeft));
     larger->setShortcut(QKeySequence(Qt::Key_BracketRight));
@@ -20,8 +23,12 @@ BrushBar::BrushBar(Workbench& bench)
     explain(*larger, {});
     explain(*round, tr("Paint with a disc"));
     explain(*square, tr("Paint with a square"));
+    rectangle->setShortcut(QKeySequence("R"));
+    disc->setShortcut(QKeySequence("C"));
+    explain(*rectangle, tr("Paint elements by a rectangle, from corner to corner"));
+    explain(*disc, tr("Paint elements by a disc, from its centre to its border"));
     auto* shapes = new QActionGroup(this);
-    for (QAction* shape : {round, square}) {
+    for (QAction* shape : {round, square, rectangle, disc}) {
         shape->setCheckable(true);
         shapes->addAction(shape);
         addAction(shape);
@@ -39,14 +46,19 @@ BrushBar::BrushBar(Workbench& bench)
     connect(smaller, &QAction::triggered, this, [=] { resize(-1); });
     connect(larger, &QAction::triggered, this, [=] { resize(1); });
     connect(shapes, &QActionGroup::triggered, this, [this, &bench](QAction* shape) {
+        if (shape == rectangle) return bench.setShape(Shape::RECTANGLE);
+        if (shape == disc) return bench.setShape(Shape::DISC);
         bench.setBrush({bench.brush().size, shape == round});
+        bench.setShape(Shape::STROKE);
     });
     connect(size, &QSpinBox::valueChanged, this, [&bench](int value) {
         bench.setBrush({value, bench.brush().isRound});
     });
     const auto show = [this, size, &bench] {
         size->setValue(bench.brush().size);
-        (bench.brush().isRound ? round : square)->setChecked(true);
+        QAction* const brush = bench.brush().isRound ? round : square;
+        const std::array<QAction*, 3> byShape = {brush, rectangle, disc};
+        byShape[static_cast<std::size_t>(bench.shape())]->setChecked(true);
     };
     connect(&bench, &Workbench::brushChanged, this, show);
     show();

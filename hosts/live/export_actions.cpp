@@ -1,8 +1,10 @@
 #include "export_actions.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
+#include <QImage>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -14,6 +16,7 @@
 #include "checks/assessment.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
+#include "drawing/whole_content.h"
 #include "export/animation.h"
 #include "export/design_file.h"
 #include "export/file_ending.h"
@@ -21,6 +24,7 @@
 #include "export/output_file.h"
 #include "export/picture_file.h"
 #include "format/input_error.h"
+#include "format/symmetry.h"
 #include "format/text.h"
 #include "problems.h"
 
@@ -35,12 +39,15 @@ constexpr double USUAL_THICKNESS = 0.1;  // of the plate's shorter side
 constexpr double MAX_LENGTH = 1e6;       // of an element and of a thickness, in millimetres
 
 int scaleOf(const ExportActions::Exhibit& exhibit) {
-    return refinedPictureScale(exhibit.scene, exhibit.material.width / exhibit.scene.width);
+    return refinedPictureScale(wholeOf(exhibit.scene),
+                               exhibit.material.width / exhibit.scene.width);
 }
 
+/// Of the whole plate, where the scene describes one half.
 PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
-    return {exhibit.material, exhibit.energies, exhibit.scene.title, exhibit.subtitle.toStdString(),
-            exhibit.floating};
+    return wholeOf(PictureContent{exhibit.material, exhibit.energies, exhibit.scene.title,
+                                  exhibit.subtitle.toStdString(), exhibit.floating},
+                   exhibit.scene.symmetry);
 }
 
 }  // namespace
@@ -59,7 +66,11 @@ ExportActions::ExportActions(QWidget& window, std::function<std::optional<Exhibi
                   tr("The edge of the material as a drawing, or the plate as a solid"),
                   &ExportActions::exportOutline)),
       animation(add(tr("&Animation (GIF)..."), tr("The last minutes of the run"),
-                    &ExportActions::exportAnimation)) {
+                    &ExportActions::exportAnimation)),
+      copy(add(tr("Copy p&icture"), tr("Put a picture of the plate on the clipboard"),
+               &ExportActions::copyPicture)) {
+    copy->setShortcut(QKeySequence("Ctrl+Shift+C"));
+    explain(*copy, copy->statusTip());
     picture->setShortcut(QKeySequence("Ctrl+E"));
     explain(*picture, picture->statusTip());
 }
@@ -85,18 +96,22 @@ void ExportActions::addScore(Exhibit& shown) const {
     shown.floating = result->assessment.floating;
 }
 
-void ExportActions::writePicture(const fs::path& file) const {
+std::vector<std::uint8_t> ExportActions::pictureBytes(const fs::path& file) const {
     Exhibit shown = exhibit();
     if (shown.numbers) addScore(shown);
-    writeInBackground(tr("Drawing the picture"), file, [=](BackgroundProgress&) {
-        return encodePicture(file, shown.scene, contentOf(shown), scaleOf(shown));
+    return computeInBackground(parent, tr("Drawing the picture"), [=](BackgroundProgress&) {
+        return encodePicture(file, wholeOf(shown.scene), contentOf(shown), scaleOf(shown));
     });
+}
+
+void ExportActions::writePicture(const fs::path& file) const {
+    writeFile(file, pictureBytes(file));
 }
 
 void ExportActions::writeDesign(const fs::path& file) const {
     writeInBackground(tr("Writing the design"), file,
                       [file, shown = exhibit()](BackgroundProgress&) {
-                          return encodeDesign(file, shown.material);
+                          return encodeDesign(file, wholeOf(shown.material, shown.scene.symmetry));
                       });
 }
 
@@ -107,7 +122,8 @@ void ExportActions::writeOutline(const fs::path& file, double elementSize, doubl
         const double level =
             drawnDesign(shown.material, shown.scene, drawnRefinement(shown.scene, refinement))
                 .level;
-        const Outline traced = traceOutline(shown.material, refinement, elementSize, level);
+        const Outline traced = traceOutline(wholeOf(shown.material, shown.scene.symmetry),
+                                            refinement, elementSize, level);
         return encodeOutline(file, traced, thickness);
     });
 }
@@ -125,7 +141,8 @@ void ExportActions::writeAnimation(const fs::path& file) const {
                 scene.blob = each.blob;
                 const Exhibit shown{scene, each.material(), std::nullopt,
                                     QString::fromStdString(runSubtitle(each.numbers))};
-                frames.add(drawPicture(shown.scene, contentOf(shown), animationScale(shown.scene)));
+                const Scene whole = wholeOf(shown.scene);
+                frames.add(drawPicture(whole, contentOf(shown), animationScale(whole)));
                 ++progress.done;
             }
             return frames.encodeGif();
@@ -176,6 +193,19 @@ void ExportActions::exportPicture() {
     });
 }
 
+void ExportActions::copyPicture() {
+    try {
+        // The bytes of a file, which QImage reads.
+        const auto bytes = pictureBytes("picture.png");
+        QApplication::clipboard()->setImage(
+            QImage::fromData(bytes.data(), static_cast<int>(bytes.size())));
+        emit exported(tr("The picture is on the clipboard"));
+    } catch (const std::exception& error) {
+        QMessageBox::warning(&parent, tr("The picture was not copied"),
+                             QString::fromStdString(error.what()));
+    }
+}
+
 bool ExportActions::mayLeave() const {
     auto shown = current();
     // Without a design, the export itself says so.
@@ -217,7 +247,8 @@ void ExportActions::exportOutline() {
         shown ? shown->scene.elementSize : 1, 0.001, MAX_LENGTH, 3, &isGiven);
     if (!isGiven) return;
     emit elementSizeGiven(size);
-    const int side = shown ? std::min(shown->scene.width, shown->scene.height) : 1;
+    const Scene whole = shown ? wholeOf(shown->scene) : Scene();
+    const int side = std::max(1, std::min(whole.width, whole.height));
     double thickness = USUAL_THICKNESS * side * size;
     if (fileEnding(file) == ".stl")
         thickness = QInputDialog::getDouble(&parent, tr("Thickness"),

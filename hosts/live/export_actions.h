@@ -40,9 +40,12 @@ public:
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
                   Score scoreAsDrawn, const Recorder& frames);
 
+    /// Puts the picture on the clipboard.
+    QAction* copyAction() const { return copy; }
     QList<QAction*> actions() const { return {picture, design, outline, animation}; }
 
     // Without dialogs. If they fail, they throw InputError or std::runtime_error and write no file.
+    std::vector<std::uint8_t> pictureBytes(const std::filesystem::path& file) const;
     void writePicture(const std::filesystem::path& file) const;
     void writeDesign(const std::filesystem::path& file) const;
     void writeOutline(const std::filesystem::path& file, double elementSize,
@@ -52,6 +55,7 @@ public:
 private:
     QAction* add(const QString& name, const QString& explanation, void (ExportActions::*slot)());
     void exportPicture();
+    void copyPicture();
     void exportDesign();
     void exportOutline();
     void exportAnimation();
@@ -73,6 +77,7 @@ private:
     QAction* design;
     QAction* outline;
     QAction* animation;
+    QAction* copy;
 
 signals:
     void exported(const QString& message);

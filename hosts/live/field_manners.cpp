@@ -2,7 +2,9 @@
 
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QKeyEvent>
 
 namespace {
@@ -14,6 +16,13 @@ bool isForTheWindow(const QKeyEvent& key) {
         return false;
     const QChar letter = key.text().front();
     return letter.isLetter() || letter == ' ' || letter == '?' || letter == '[' || letter == ']';
+}
+
+/// A point that the locale would take for a separator of thousands, or refuse.
+bool isForeignPoint(const QWidget& field, const QEvent& event) {
+    return event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).text() == "." &&
+           qobject_cast<const QDoubleSpinBox*>(&field) != nullptr &&
+           field.locale().decimalPoint() != ".";
 }
 
 }  // namespace
@@ -32,6 +41,12 @@ void FieldManners::teach(QWidget& panel) {
 
 bool FieldManners::eventFilter(QObject* field, QEvent* event) {
     const auto& widget = static_cast<QWidget&>(*field);
+    if (isForeignPoint(widget, *event)) {
+        QKeyEvent point(QEvent::KeyPress, Qt::Key_Comma, Qt::NoModifier,
+                        widget.locale().decimalPoint());
+        QApplication::sendEvent(field, &point);
+        return true;
+    }
     const bool isWheelElsewhere = event->type() == QEvent::Wheel && !widget.hasFocus();
     const bool isKeyOfWindow = event->type() == QEvent::ShortcutOverride &&
                                qobject_cast<QAbstractSpinBox*>(field) != nullptr &&

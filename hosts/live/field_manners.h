@@ -4,7 +4,8 @@
 #include <QWidget>
 
 /// Changes the number fields of a panel so that they do not disturb the window: the wheel scrolls
-/// the panel unless the field has the focus. Undo, redo and the keys of tools reach the window.
+/// the panel unless the field has the focus. Undo, redo and the keys of tools reach the window. A
+/// typed point is the decimal point in every locale.
 class FieldManners : public QObject {
     Q_OBJECT
 

@@ -180,7 +180,7 @@ void FileActions::importDesign() {
     if (name.isEmpty()) return;
     try {
         Scene next = document.scene();
-        next.densities = readDesign(pathOf(name), next.width, next.height);
+        next.densities = readDesign(pathOf(name), next);
         document.edit(tr("Import design"), std::move(next));
         emit imported(pathText(pathOf(name).filename()));
     } catch (const std::exception& error) {

@@ -12,14 +12,14 @@
 namespace {
 
 /// The files of icons/, in the order of Glyph.
-constexpr const char* NAMES[] = {"open",        "save",        "undo",         "redo",
-                                 "play",        "pause",       "step",         "restart",
-                                 "select",      "add-load",    "pin",          "roller-x",
-                                 "roller-y",    "keep-void",   "keep-solid",   "keep-second-solid",
-                                 "blob",        "eraser",      "pencil",       "line",
-                                 "rubber",      "round-brush", "square-brush", "fit",
-                                 "zoom-in",     "zoom-out",    "gallery",      "draw-mode",
-                                 "keep-variant"};
+constexpr const char* NAMES[] = {"open",     "save",        "undo",         "redo",
+                                 "play",     "pause",       "step",         "restart",
+                                 "select",   "add-load",    "pin",          "roller-x",
+                                 "roller-y", "keep-void",   "keep-solid",   "keep-second-solid",
+                                 "blob",     "eraser",      "pencil",       "line",
+                                 "rubber",   "round-brush", "square-brush", "rectangle",
+                                 "disc",     "fit",         "zoom-in",      "zoom-out",
+                                 "gallery",  "draw-mode",   "keep-variant"};
 
 /// In the files, black is the ink and blue the colour of a load.
 QByteArray drawingOf(Glyph glyph, const QColor& ink) {

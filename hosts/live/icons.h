@@ -27,6 +27,8 @@ enum class Glyph {
     RUBBER,
     ROUND_BRUSH,
     SQUARE_BRUSH,
+    RECTANGLE,
+    DISC,
     FIT,
     ZOOM_IN,
     ZOOM_OUT,

@@ -2,13 +2,26 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
 
+#include "drawing/load_arrows.h"
 #include "number_text.h"
 
 namespace {
 
-constexpr int LIST_HEIGHT = 92;  // pixels
+// Rows of a list; the panel is to fit into a low window.
+constexpr int LEAST_ROWS = 2;
+constexpr int MOST_ROWS = 5;
+constexpr int ROW_SPACING = 3;  // pixels
+
+void fitHeight(QListWidget& list) {
+    const int rows = std::clamp(list.count(), LEAST_ROWS, MOST_ROWS);
+    list.setFixedHeight(rows * (list.fontMetrics().height() + 3) + 2 * list.frameWidth());
+}
 
 QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
     const auto range = [](const Range& nodes) {
@@ -46,7 +59,6 @@ QWidget* LoadPanel::makeCases() {
     cases->setToolTip(
         tr("Tick the load cases to optimise for. New loads belong to the one that is "
            "selected."));
-    cases->setFixedHeight(LIST_HEIGHT);
     connect(cases, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.setLoadCase(row);
     });
@@ -96,7 +108,6 @@ QWidget* LoadPanel::makeLoads() {
     auto* layout = new QVBoxLayout(group);
     loads = new QListWidget;
     loads->setAccessibleName(tr("Loads"));
-    loads->setFixedHeight(LIST_HEIGHT);
     connect(loads, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
     });
@@ -115,14 +126,31 @@ QWidget* LoadPanel::makeLoads() {
     fy = makeForce(tr("Force in y, downwards"));
     loadCase = new QComboBox;
     loadCase->setAccessibleName(tr("Load case of the load"));
-    form->addRow(tr("Node x"), x);
-    form->addRow(tr("Node y"), y);
+    form->setVerticalSpacing(ROW_SPACING);
+    auto* node = new QHBoxLayout;
+    node->addWidget(x, 1);
+    node->addWidget(new QLabel(tr("y")));
+    node->addWidget(y, 1);
+    form->addRow(tr("Node x"), node);
     form->addRow(tr("Force right"), fx);
     form->addRow(tr("Force down"), fy);
-    form->addRow(tr("Load case"), loadCase);
+    magnitude = makeForce(tr("Magnitude of the force"));
+    magnitude->setMinimum(0);
+    angle = makeForce(tr("Angle of the force, from the right, counterclockwise"));
+    angle->setRange(-180, 180);
+    angle->setDecimals(2);
+    angle->setSingleStep(5);
+    angle->setWrapping(true);
+    angle->setSuffix(tr("°"));
+    angle->setToolTip(tr("0° points right, 90° up"));
+    form->addRow(tr("Magnitude"), magnitude);
+    form->addRow(tr("Angle"), angle);
     auto* remove = new QPushButton(tr("Delete load"));
-    form->addRow(remove);
-    connect(remove, &QPushButton::clicked, &bench, &Workbench::deleteSelectedLoad);
+    auto* last = new QHBoxLayout;
+    last->addWidget(loadCase, 1);
+    last->addWidget(remove);
+    form->addRow(tr("Load case"), last);
+    connect(remove, &QPushButton::clicked, &bench, &Workbench::deleteSelected);
     layout->addWidget(fields);
 
     const auto move = [this] {
@@ -138,6 +166,15 @@ QWidget* LoadPanel::makeLoads() {
     connect(fy, &QDoubleSpinBox::valueChanged, this, [this](double value) {
         changeSelected(tr("Change force"), [=](Scene&, Load& load) { load.fy = value; });
     });
+    connect(magnitude, &QDoubleSpinBox::valueChanged, this, [this](double value) {
+        changeSelected(tr("Change force"), [=, this](Scene&, Load& load) {
+            setForce(load, value, forceOf(load) > 0 ? std::atan2(load.fy, load.fx) : radians());
+        });
+    });
+    connect(angle, &QDoubleSpinBox::valueChanged, this, [this] {
+        changeSelected(tr("Turn load"),
+                       [this](Scene&, Load& load) { setForce(load, forceOf(load), radians()); });
+    });
     connect(loadCase, &QComboBox::currentIndexChanged, this, [this](int value) {
         if (value >= 0)
             changeSelected(tr("Change load case"),
@@ -151,6 +188,9 @@ void LoadPanel::changeSelected(const QString& what,
     if (isShowing || !bench.selectedLoad()) return;
     bench.edit(what, [&](Scene& scene) { change(scene, scene.loads[*bench.selectedLoad()]); });
 }
+
+// The field counts from the right and counterclockwise, where y points down.
+double LoadPanel::radians() const { return -angle->value() * std::numbers::pi / 180; }
 
 void LoadPanel::showScene() {
     isShowing = true;
@@ -170,6 +210,7 @@ void LoadPanel::showCases(const Scene& scene) {
         cases->item(row)->setText((isUsed ? tr("Case %1") : tr("Case %1, not in use")).arg(row));
         cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
     }
+    fitHeight(*cases);
     cases->setCurrentRow(bench.loadCase());
     deleteCase->setEnabled(scene.loadCases > 1);
 }
@@ -183,6 +224,7 @@ void LoadPanel::showLoads(const Scene& scene) {
         const QString name = nameOfLoad(scene.loads[index], index, scene.loadCases > 1);
         if (loads->item(row)->text() != name) loads->item(row)->setText(name);
     }
+    fitHeight(*loads);
 }
 
 void LoadPanel::showSelection() {
@@ -200,18 +242,23 @@ void LoadPanel::showSelection() {
         y->setValue(load.y.from);
         fx->setValue(load.fx);
         fy->setValue(load.fy);
+        magnitude->setValue(forceOf(load));
+        // A load without a force keeps the angle that was shown last.
+        if (forceOf(load) > 0)
+            angle->setValue(std::atan2(0 - load.fy, load.fx) * 180 / std::numbers::pi);
         while (loadCase->count() > scene.loadCases) loadCase->removeItem(loadCase->count() - 1);
         while (loadCase->count() < scene.loadCases)
             loadCase->addItem(QString::number(loadCase->count()));
         loadCase->setCurrentIndex(load.loadCase);
     } else {
         for (QSpinBox* box : {x, y}) box->setValue(box->minimum());
-        for (QDoubleSpinBox* box : {fx, fy}) box->setValue(box->minimum());
+        for (QDoubleSpinBox* box : {fx, fy, magnitude, angle}) box->setValue(box->minimum());
         loadCase->setCurrentIndex(-1);
     }
     // Shown in the place of the least number: fields of no load are empty.
     const QString nothing = isSelected ? QString() : QString(" ");
-    for (QAbstractSpinBox* box : std::initializer_list<QAbstractSpinBox*>{x, y, fx, fy})
+    for (QAbstractSpinBox* box :
+         std::initializer_list<QAbstractSpinBox*>{x, y, fx, fy, magnitude, angle})
         box->setSpecialValueText(nothing);
     isShowing = false;
 }

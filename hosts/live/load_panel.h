@@ -23,6 +23,7 @@ private:
     QWidget* makeCases();
     QWidget* makeLoads();
     QDoubleSpinBox* makeForce(const QString& name);
+    double radians() const;
     void showScene();
     void showCases(const Scene& scene);
     void showLoads(const Scene& scene);
@@ -38,6 +39,8 @@ private:
     QSpinBox* y;
     QDoubleSpinBox* fx;
     QDoubleSpinBox* fy;
+    QDoubleSpinBox* magnitude;
+    QDoubleSpinBox* angle;
     QComboBox* loadCase;
     bool isShowing = false;  // widgets are being set: do not edit the scene
 };

@@ -1,6 +1,7 @@
 #include "load_tools.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -19,7 +20,6 @@ constexpr double FORCE_STEP = 0.05;  // of the force that a hand began with
 constexpr double TURN_STEP = 5;      // degrees
 constexpr double SCALE_STEP = 1.1;
 constexpr qint64 SUCCESSION = 1000;  // ms between keys of one step
-constexpr int FORCE_DIGITS = 7;      // decimals of a force's components, relative to the force
 
 double length(QPointF vector) { return std::hypot(vector.x(), vector.y()); }
 
@@ -29,19 +29,6 @@ double distanceToLine(QPointF point, QPointF from, QPointF to) {
     if (squared == 0) return length(point - from);
     const double share = std::clamp(QPointF::dotProduct(point - from, along) / squared, 0.0, 1.0);
     return length(point - (from + share * along));
-}
-
-void setForce(Load& load, double force, double radians) {
-    force = std::min(force, Scene::MAX_FORCE);
-    // Relative to the force: small forces keep their magnitude as large ones do.
-    const double step =
-        force > 0 ? std::pow(10.0, std::floor(std::log10(force)) - FORCE_DIGITS) : 1.0;
-    const auto rounded = [=](double component) {
-        const double value = std::round(component / step) * step;
-        return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
-    };
-    load.fx = rounded(force * std::cos(radians));
-    load.fy = rounded(force * std::sin(radians));
 }
 
 /// The force of an arrow whose free end has been taken so far from its node. A hand that turns it
@@ -82,10 +69,6 @@ double forceOfNeighbour(const Scene& scene, const Node& node, double otherwise) 
     return nearest == nullptr ? otherwise : forceOf(*nearest);
 }
 
-QString describeNode(const Node& node) {
-    return QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
-}
-
 QString describeLoad(const Load& load, std::size_t index) {
     return QObject::tr("Load %1 at x %2, y %3: force %4, %5")
         .arg(index + 1)
@@ -109,14 +92,16 @@ std::optional<SelectTool::Hold> SelectTool::findOn(const std::vector<LoadArrow>&
     if (length(hand.widget - toQt(handle.freeEnd())) < GRIP) {
         // One without a force gets an ordinary one.
         const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
-        return Hold{handle.load, Part::FREE_END, handle.tailAtNode, offset, {force, handle.length}};
+        return Hold{handle.load, Part::FREE_END,         handle.tailAtNode,
+                    offset,      {force, handle.length}, false};
     }
     const bool isOnFoot = length(hand.widget - toQt(handle.foot())) < GRIP;
     const bool isOnShaft = std::any_of(arrows.begin(), arrows.end(), [&](const LoadArrow& arrow) {
         return distanceToLine(hand.widget, toQt(arrow.tail), toQt(arrow.tip())) < SHAFT_GRIP;
     });
     if (!isOnFoot && !isOnShaft) return std::nullopt;
-    return Hold{handle.load, Part::FOOT, handle.tailAtNode, offset, {}};
+    return Hold{handle.load, Part::FOOT, handle.tailAtNode,
+                offset,      {},         hand.modifiers.testFlag(Qt::AltModifier)};
 }
 
 std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
@@ -132,20 +117,23 @@ std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
 
 bool SelectTool::press(const Hand& hand) {
     held = find(hand);
-    site.bench.select(held ? std::optional(held->load) : std::nullopt);
+    const auto piece = pieceAt(hand);
+    site.bench.select(piece);
     beginGesture();
-    return held.has_value();
+    if (piece && !held) pieces.take(*piece, hand);
+    return piece.has_value();
+}
+
+std::optional<PieceId> SelectTool::pieceAt(const Hand& hand) const {
+    if (const auto load = find(hand)) return PieceId::load(load->load);
+    return pieces.find(hand);
 }
 
 void SelectTool::drag(const Hand& hand) {
+    if (pieces.isHolding()) return pieces.drag(hand, gesture);
     if (!held || held->load >= site.scene().loads.size()) return;
     const std::size_t index = held->load;
-    if (held->part == Part::FOOT) {
-        const Node node = nearestNode(hand.plate + held->offset, site.scene());
-        site.bench.edit(
-            QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, index, node); }, gesture);
-        return;
-    }
+    if (held->part == Part::FOOT) return dragFoot(hand);
     const QPointF fromNode = hand.widget - toQt(handleOf(arrows().at(index)).foot());
     const QPointF pull = held->isTailAtNode ? fromNode : -fromNode;
     if (length(pull) < 1) return;
@@ -159,7 +147,27 @@ void SelectTool::drag(const Hand& hand) {
         gesture);
 }
 
+void SelectTool::dragFoot(const Hand& hand) {
+    const Node node = nearestNode(hand.plate + held->offset, site.scene());
+    const Load& load = site.scene().loads[held->load];
+    if (held->copies) {
+        if (node == Node{load.x.from, load.y.from}) return;
+        held->copies = false;
+        if (!site.bench.putIn(QObject::tr("Copy load"), load, gesture)) return;
+        held->load = site.scene().loads.size() - 1;
+    }
+    site.bench.edit(
+        QObject::tr("Move load"), [&](Scene& scene) { moveLoad(scene, held->load, node); },
+        gesture);
+}
+
+void SelectTool::cancel() {
+    pieces.release();
+    Tool::cancel();
+}
+
 void SelectTool::release(const Hand&) {
+    pieces.release();
     if (held) held->grip.reach.reset();
     site.bench.setTurnedLoad(heldLoad());
     held.reset();
@@ -177,7 +185,9 @@ bool SelectTool::key(const QKeyEvent& event) {
         default:
             break;
     }
-    if (!site.bench.selectedLoad()) return false;
+    if (!site.bench.selection()) return false;
+    const bool isLoad = site.bench.selectedLoad().has_value();
+    if (turns && !isLoad) return false;
     const int step = event.modifiers().testFlag(Qt::ShiftModifier) ? 5 : 1;
     switch (event.key()) {
         case Qt::Key_Left:
@@ -198,43 +208,39 @@ bool SelectTool::key(const QKeyEvent& event) {
 }
 
 void SelectTool::selectNext(int step) {
-    const auto count = static_cast<int>(site.scene().loads.size());
+    const auto all = piecesOf(site.scene());
+    const auto count = static_cast<int>(all.size());
     if (count == 0) return;
-    const int before = site.bench.selectedLoad() ? static_cast<int>(*site.bench.selectedLoad())
-                                                 : (step > 0 ? -1 : 0);
-    site.bench.select(static_cast<std::size_t>((before + step + count) % count));
+    const auto& selected = site.bench.selection();
+    const auto found = selected ? std::find(all.begin(), all.end(), *selected) : all.end();
+    const auto before =
+        found != all.end() ? static_cast<int>(found - all.begin()) : (step > 0 ? -1 : 0);
+    site.bench.select(all[static_cast<std::size_t>((before + step + count) % count)]);
 }
 
 void SelectTool::nudge(int dx, int dy) {
-    const std::size_t index = *site.bench.selectedLoad();
-    const Load& load = site.scene().loads[index];
-    const Node node = {load.x.from + dx, load.y.from + dy};
-    const QString what = QObject::tr("Move load");
-    site.bench.edit(
-        what, [&](Scene& scene) { moveLoad(scene, index, node); }, gestureOfKeys(what));
-}
-
-int SelectTool::gestureOfKeys(const QString& what) {
-    const std::pair key(what, *site.bench.selectedLoad());
-    const bool goesOn = sinceKey.isValid() && sinceKey.elapsed() < SUCCESSION && key == lastByKey;
-    sinceKey.start();
-    lastByKey = key;
-    if (!goesOn) keyGesture = site.bench.document.newGesture();
-    return keyGesture;
+    const std::array<QString, 3> names = {QObject::tr("Move load"), QObject::tr("Move support"),
+                                          QObject::tr("Move area")};
+    changeByKey(names[static_cast<std::size_t>(site.bench.selection()->type)],
+                [&](Piece& piece) { piece = moved(piece, dx, dy, site.scene()); });
 }
 
 void SelectTool::turn(double degrees, double factor) {
-    const std::size_t index = *site.bench.selectedLoad();
-    const QString what = QObject::tr("Turn load");
-    site.bench.edit(
-        what,
-        [&](Scene& scene) {
-            Load& load = scene.loads[index];
-            const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
-            const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
-            setForce(load, factor * force, radians);
-        },
-        gestureOfKeys(what));
+    changeByKey(QObject::tr("Turn load"), [&](Piece& piece) {
+        Load& load = std::get<Load>(piece);
+        const double radians = std::atan2(load.fy, load.fx) + degrees * std::numbers::pi / 180;
+        const double force = forceOf(load) > 0 ? forceOf(load) : site.bench.forces().unit();
+        setForce(load, factor * force, radians);
+    });
+}
+
+void SelectTool::changeByKey(const QString& what, const std::function<void(Piece&)>& change) {
+    const bool goesOn = sinceKey.isValid() && sinceKey.elapsed() < SUCCESSION &&
+                        lastByKey == std::pair(what, site.bench.selection());
+    if (!goesOn) keyGesture = site.bench.document.newGesture();
+    site.bench.changeSelected(what, change, keyGesture);
+    sinceKey.start();
+    lastByKey = {what, site.bench.selection()};
 }
 
 void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
@@ -243,8 +249,13 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
         paintNodes(painter, site, {{load.x.from, load.y.from}}, colours.hand);
         return;
     }
+    if (pieces.isHolding()) return;
     const auto hold = find(hand);
-    if (!hold) return paintCells(painter, site, {cellAt(hand.plate)}, colours.edge);
+    if (!hold) {
+        const auto piece = pieces.find(hand);
+        if (!piece) return paintCells(painter, site, {cellAt(hand.plate)}, colours.edge);
+        return paintFrame(painter, site.transform, *frameOf(site.scene(), *piece), colours.edge);
+    }
     const LoadArrow taken = handleOf(arrows().at(hold->load));
     painter.setPen(QPen(colours.hand, 2));
     painter.setBrush(Qt::NoBrush);
@@ -256,12 +267,15 @@ QString SelectTool::describe(const Hand& hand) const {
     const auto& loads = site.scene().loads;
     if (held && held->load < loads.size()) return describeLoad(loads[held->load], held->load);
     if (const auto hold = find(hand)) return describeLoad(loads[hold->load], hold->load);
+    if (pieces.isHolding() && site.bench.selection())
+        return describePiece(site.scene(), *site.bench.selection());
+    if (const auto piece = pieces.find(hand)) return describePiece(site.scene(), *piece);
     return Tool::describe(hand);
 }
 
 Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
-    if (held) return Qt::ClosedHandCursor;
-    return find(hand) ? Qt::OpenHandCursor : Qt::ArrowCursor;
+    if (held || pieces.isHolding()) return Qt::ClosedHandCursor;
+    return pieceAt(hand) ? Qt::OpenHandCursor : Qt::ArrowCursor;
 }
 
 std::optional<HeldLoad> SelectTool::heldLoad() const {
@@ -324,7 +338,7 @@ void LoadTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours
 QString LoadTool::describe(const Hand& hand) const {
     if (node && !site.scene().loads.empty())
         return describeLoad(site.scene().loads.back(), site.scene().loads.size() - 1);
-    return describeNode(nearestNode(hand.plate, site.scene()));
+    return describeNode(site.scene(), nearestNode(hand.plate, site.scene()));
 }
 
 std::optional<HeldLoad> LoadTool::heldLoad() const {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "piece_hand.h"
 #include "tool.h"
 
 /// How a hand took hold of an arrow by its free end.
@@ -13,15 +14,19 @@ struct Grip {
     std::optional<double> reach = {};  ///< from the node to the hand now, in pixels
 };
 
-/// Selects loads, drags their feet along the nodes and turns and scales their arrows.
+/// Selects loads, supports and kept areas and moves them, turns and scales the arrows of loads. With
+/// Alt it moves a copy.
 class SelectTool : public Tool {
 public:
-    using Tool::Tool;
+    explicit SelectTool(const ToolSite& toolSite) : Tool(toolSite), pieces(toolSite) {}
 
     bool press(const Hand& hand) override;
     void drag(const Hand& hand) override;
     void release(const Hand& hand) override;
+    void cancel() override;
     bool carries() const override { return true; }
+    /// What a press would take hold of.
+    std::optional<PieceId> pieceAt(const Hand& hand) const;
     bool key(const QKeyEvent& event) override;
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;
     QString describe(const Hand& hand) const override;
@@ -36,20 +41,23 @@ private:
         bool isTailAtNode;
         QPointF offset;  // from the hand to the corner of the load's nodes, in elements
         Grip grip;       // of the free end
+        bool copies = false;
     };
 
     std::optional<Hold> find(const Hand& hand) const;
     std::optional<Hold> findOn(const std::vector<LoadArrow>& arrows, const Hand& hand) const;
     ArrowsByLoad arrows() const;
+    void dragFoot(const Hand& hand);
     void selectNext(int step);
     void nudge(int dx, int dy);
     void turn(double degrees, double factor);
     /// Strokes of keys in quick succession are one step of the history.
-    int gestureOfKeys(const QString& what);
+    void changeByKey(const QString& what, const std::function<void(Piece&)>& change);
 
-    std::optional<Hold> held;
+    std::optional<Hold> held;  // of a load
+    PieceHand pieces;          // holds all others
     QElapsedTimer sinceKey;
-    std::pair<QString, std::size_t> lastByKey;  // the action, and the index of its load
+    std::pair<QString, std::optional<PieceId>> lastByKey;  // the action, and its piece then
     int keyGesture = Document::NO_GESTURE;
 };
 

@@ -1,5 +1,6 @@
 #include "main_window.h"
 
+#include <QAbstractSpinBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QLabel>
@@ -17,6 +18,7 @@
 #include <utility>
 
 #include "action_text.h"
+#include "area_panel.h"
 #include "brush_bar.h"
 #include "drawing/subtitles.h"
 #include "gallery.h"
@@ -24,6 +26,8 @@
 #include "load_panel.h"
 #include "plate_image.h"
 #include "problems.h"
+#include "reflection.h"
+#include "scene_panel.h"
 #include "scene_places.h"
 #include "settings_panel.h"
 #include "shipped_text.h"
@@ -48,7 +52,7 @@ constexpr QSize DEFAULT_SIZE(1280, 820);
 constexpr QSize FRAME_SIZE(16, 48);  // about what a desktop puts around a window
 constexpr const char* GEOMETRY_KEY = "window/geometry";
 constexpr const char* LAYOUT_KEY = "window/layout";
-constexpr int LAYOUT_VERSION = 3;
+constexpr int LAYOUT_VERSION = 4;
 constexpr const char* BRUSH_SIZE_KEY = "brush/size";
 constexpr const char* BRUSH_IS_ROUND_KEY = "brush/isRound";
 
@@ -99,6 +103,7 @@ void MainWindow::makeParts() {
         statusBar()->showMessage(tr("Time is up. %1").arg(stage->plateHeader().text()));
     });
     tools = std::make_unique<ToolBox>(bench, stage->plate());
+    pieces = std::make_unique<PieceActions>(bench, stage->plate());
     files = std::make_unique<FileActions>(bench.document, *this);
     views = std::make_unique<ViewActions>(*this);
     views->addView(stage->plate());
@@ -132,15 +137,14 @@ void MainWindow::makeEditActions() {
     redo->setIcon(icon(Glyph::REDO));
     undo->setShortcut(QKeySequence::Undo);
     redo->setShortcuts({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")});
-    deleteLoad = new QAction(tr("&Delete load"), this);
-    deleteLoad->setShortcut(QKeySequence::Delete);
-    explain(*deleteLoad, tr("Delete the selected load"));
-    connect(deleteLoad, &QAction::triggered, &bench, &Workbench::deleteSelectedLoad);
     drawMode = new QAction(icon(Glyph::DRAW_MODE), tr("&Draw and be scored"), this);
     drawMode->setShortcut(QKeySequence("Ctrl+D"));
     drawMode->setCheckable(true);
     explain(*drawMode, tr("Draw a structure, and compare it with the optimiser's"));
     connect(drawMode, &QAction::toggled, this, &MainWindow::setDrawing);
+    resetLayout = new QAction(tr("&Reset layout"), this);
+    explain(*resetLayout, tr("Show all panels and tool bars in their usual places and sizes"));
+    connect(resetLayout, &QAction::triggered, this, &MainWindow::showUsualLayout);
     gallery = new QAction(icon(Glyph::GALLERY), tr("&Gallery..."), this);
     gallery->setShortcut(QKeySequence("Ctrl+G"));
     explain(*gallery, tr("The scenes that come with the program"));
@@ -168,8 +172,12 @@ void MainWindow::makeDocks() {
     connect(settingsPanel, &SettingsPanel::gridApplied, &stage->plate(),
             [this] { stage->plate().setFocus(); });
     QDockWidget* settings = addDock(settingsPanel, tr("Settings"), "settings");
-    QDockWidget* loads = addDock(new LoadPanel(bench), tr("Loads"), "loads");
-    tabifyDockWidget(settings, loads);
+    QDockWidget* scenePanel = addDock(new ScenePanel(bench), tr("Scene"), "scene");
+    tabifyDockWidget(settings, scenePanel);
+    loadDock = addDock(new LoadPanel(bench), tr("Loads"), "loads");
+    tabifyDockWidget(scenePanel, loadDock);
+    areaDock = addDock(new AreaPanel(bench), tr("Areas"), "areas");
+    tabifyDockWidget(loadDock, areaDock);
     settings->raise();
     numbers = new NumbersPanel;
     plot = new PlotPanel;
@@ -211,7 +219,9 @@ void MainWindow::makeMenus() {
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
     edit->addActions({undo, redo});
     edit->addSeparator();
-    edit->addAction(deleteLoad);
+    edit->addActions(pieces->actions());
+    edit->addSeparator();
+    edit->addAction(exports->copyAction());
 
     QMenu* toolMenu = menuBar()->addMenu(tr("&Tools"));
     for (QAction* action : tools->plateActions()) toolMenu->addAction(action);
@@ -241,6 +251,7 @@ void MainWindow::makeMenus() {
     view->addSeparator();
     for (QDockWidget* dock : docks) view->addAction(dock->toggleViewAction());
     view->addAction(variantDock->toggleViewAction());
+    view->addAction(resetLayout);
     help = menuBar()->addMenu(tr("&Help"));
     makeHelp(*help);
 }
@@ -312,6 +323,7 @@ void MainWindow::showToolHint() {
 }
 
 void MainWindow::restoreLayout() {
+    usualLayout = saveState(LAYOUT_VERSION);
     const QSettings settings;
     resize(DEFAULT_SIZE.boundedTo(screen()->availableSize() - FRAME_SIZE));
     restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray());
@@ -325,7 +337,8 @@ void MainWindow::connectDocument() {
     PlateView& plate = stage->plate();
     connect(&document, &Document::sceneChanged, this, [this] {
         const Scene& scene = bench.document.scene();
-        stage->setPlateSize(scene.width, scene.height);
+        stage->setPlateSize(wholePlateOf(scene).size);
+        stage->timeline().setScene(bench.document.whole());
         stage->plate().setScene(bench.document.snapshot());
         stage->fields().setLoadCases(scene.loadCasesInUse);
         statusBar()->clearMessage();
@@ -346,11 +359,10 @@ void MainWindow::connectDocument() {
         variantKeeper->keep(name);
     });
     files->setDesignSource([this] { return designToSave(); });
-    connect(&bench, &Workbench::selectionChanged, this, [this] {
-        stage->plate().setSelectedLoad(bench.selectedLoad());
-        deleteLoad->setEnabled(bench.selectedLoad().has_value());
-    });
-    deleteLoad->setEnabled(false);
+    connect(&bench, &Workbench::selectionChanged, this,
+            [this] { stage->plate().setSelection(bench.selection()); });
+    connect(&plate, &PlateView::menuAsked, this, &MainWindow::openMenu);
+    connect(pieces.get(), &PieceActions::numbersAsked, this, &MainWindow::showNumbersOfSelection);
     for (const auto signal : {&Workbench::refused, &Workbench::told})
         connect(&bench, signal, this,
                 [this](const QString& text) { statusBar()->showMessage(text, MESSAGE_TIME); });
@@ -427,6 +439,7 @@ void MainWindow::setDrawing(bool draws) {
     hint->setDrawing(draws);
     clock->setDrawing(draws);
     drawing->setActive(draws);
+    pieces->setEnabled(!draws);
     showDocks(!draws);
     // Now, or a hand that is quick would still meet the plate at its old place.
     layout()->activate();
@@ -452,6 +465,7 @@ void MainWindow::showDocks(bool shows) {
 void MainWindow::showFrame() {
     const Frame& frame = run.frame();
     numbers->countFrame();
+    stage->timeline().setIteration(frame.numbers.iteration);
     if (frame.numbers.iteration > 0 && !frame.material.values.empty())
         recorder.offer(frame, bench.document.snapshot(), bench.blob());
     showPlate();
@@ -542,6 +556,18 @@ void MainWindow::openGallery() {
     if (dialog.exec() == QDialog::Accepted) files->open(dialog.chosen());
 }
 
+void MainWindow::openMenu(const Hand& hand, QPoint at) {
+    pieces->makeMenu(hand, {exports->copyAction(), views->wholePlate()})->popup(at);
+}
+
+void MainWindow::showNumbersOfSelection() {
+    QDockWidget* dock = bench.selectedLoad() ? loadDock : areaDock;
+    dock->show();
+    dock->raise();
+    for (QAbstractSpinBox* box : dock->findChildren<QAbstractSpinBox*>())
+        if (box->isVisible()) return box->setFocus();
+}
+
 std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
     shown.name = bench.document.displayName().section('.', 0, 0);
@@ -601,10 +627,20 @@ void MainWindow::showEvent(QShowEvent* event) {
         const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
         const bool isRestored = restoreState(state, LAYOUT_VERSION);
         variantDock->setVisible(!variantStrip->variants().empty());
-        if (isRestored) return;
-        // What is worked with gets the most.
-        resizeDocks({docks[0], docks[2]}, {420, 230}, Qt::Vertical);
+        if (!isRestored) shareOutHeights();
     });
+}
+
+// What is worked with gets the most.
+void MainWindow::shareOutHeights() {
+    resizeDocks({docks.front(), docks.back()}, {420, 230}, Qt::Vertical);
+}
+
+void MainWindow::showUsualLayout() {
+    setDrawing(false);
+    restoreState(usualLayout, LAYOUT_VERSION);
+    variantDock->setVisible(!variantStrip->variants().empty());
+    shareOutHeights();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

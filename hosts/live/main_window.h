@@ -15,6 +15,7 @@
 #include "first_hint.h"
 #include "live_run.h"
 #include "numbers_panel.h"
+#include "piece_actions.h"
 #include "plate_stage.h"
 #include "plot_panel.h"
 #include "recorder.h"
@@ -80,6 +81,8 @@ private:
     void connectDocument();
     void connectRun();
     void restoreLayout();
+    void shareOutHeights();
+    void showUsualLayout();
 
     void showFrame();
     void showPlate();
@@ -95,6 +98,8 @@ private:
     void showProblems();
     void showTheme();
     void openGallery();
+    void openMenu(const Hand& hand, QPoint at);
+    void showNumbersOfSelection();
     std::optional<ExportActions::Exhibit> exhibit() const;
     std::optional<VariantKeeper::View> viewToKeep() const;
 
@@ -112,6 +117,7 @@ private:
     QDockWidget* variantDock = nullptr;
     BrushBar* brushBar = nullptr;
     std::unique_ptr<ToolBox> tools;
+    std::unique_ptr<PieceActions> pieces;
     std::unique_ptr<FileActions> files;
     std::unique_ptr<ViewActions> views;
     std::unique_ptr<RunActions> runActions;
@@ -125,9 +131,12 @@ private:
     bool hasLayout = false;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
-    QAction* deleteLoad = nullptr;
     QAction* drawMode = nullptr;
     QAction* gallery = nullptr;
+    QAction* resetLayout = nullptr;
+    QByteArray usualLayout;
+    QDockWidget* loadDock = nullptr;
+    QDockWidget* areaDock = nullptr;
     QMenu* help = nullptr;
     QLabel* handText = nullptr;
     QList<QDockWidget*> docks;

@@ -29,4 +29,6 @@ QString numberText(double value, int digits) {
            QString::fromUtf8(" × 10") + superscript(power);
 }
 
+QString placeText(double value) { return QLocale().toString(value, 'g', 6); }
+
 QString percentText(double share) { return QLocale().toString(100 * share, 'f', 1) + " %"; }

@@ -6,5 +6,8 @@
 /// exponent. Do not use it for files.
 QString numberText(double value, int digits = 4);
 
+/// A coordinate or length on the plate: "40" or "12.5", in the separators of the locale.
+QString placeText(double value);
+
 /// A share from 0 to 1 in percent, with one decimal: "39.7 %".
 QString percentText(double share);

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <functional>
 #include <optional>
 #include <utility>
+
+#include "number_text.h"
 
 namespace {
 
@@ -23,9 +26,12 @@ Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
 }
 
 /// The same on both sides of a mirror, for a design that is drawn.
+Cells drawnOnBothSides(const ToolSite& site, const Cells& cells) {
+    return mirrored(cells, site.bench.mirror(), site.scene().width, site.scene().height);
+}
+
 Cells drawnStroke(const ToolSite& site, QPointF from, QPointF to) {
-    return mirrored(strokeOf(site, from, to), site.bench.mirror(), site.scene().width,
-                    site.scene().height);
+    return drawnOnBothSides(site, strokeOf(site, from, to));
 }
 
 bool isHit(const Load& load, const std::vector<Node>& nodes) {
@@ -79,6 +85,86 @@ private:
     std::optional<QPointF> last;
 };
 
+/// A brush that can also leave one rectangle or disc, which is drawn from press to release.
+class AreaTool : public BrushTool {
+public:
+    using PaintArea = std::function<void(const Area& area, int gesture)>;
+
+    AreaTool(const ToolSite& toolSite, const HintColour& hint, const PaintArea& painting)
+        : BrushTool(toolSite, hint,
+                    [=](QPointF from, QPointF to, int stroke) {
+                        painting({strokeOf(toolSite, from, to), {}}, stroke);
+                    }),
+          hintOfShape(hint),
+          paintArea(painting) {}
+
+    bool press(const Hand& hand) override {
+        if (site.bench.shape() == Shape::STROKE) return BrushTool::press(hand);
+        beginGesture();
+        start = end = hand.plate;
+        return true;
+    }
+    void drag(const Hand& hand) override {
+        if (!start) return BrushTool::drag(hand);
+        end = hand.plate;
+    }
+    void release(const Hand& hand) override {
+        if (!start) return BrushTool::release(hand);
+        end = hand.plate;
+        const Area area = shapeArea();
+        start.reset();
+        if (!area.empty()) paintArea(area, gesture);
+    }
+    void cancel() override {
+        start.reset();
+        BrushTool::cancel();
+    }
+    void paintHint(QPainter& painter, const Hand& hand,
+                   const PlateColours& colours) const override {
+        if (start) return paintCells(painter, site, shapeArea().cells, hintOfShape(colours));
+        if (site.bench.shape() == Shape::STROKE)
+            return BrushTool::paintHint(painter, hand, colours);
+        paintCells(painter, site, {cellAt(hand.plate)}, hintOfShape(colours));
+    }
+    QString describe(const Hand& hand) const override {
+        if (!start) return BrushTool::describe(hand);
+        if (site.bench.shape() == Shape::DISC) {
+            const Ring disc = shapeRing();
+            return QObject::tr("Disc at %1, %2, radius %3")
+                .arg(placeText(disc.x), placeText(disc.y), placeText(disc.outer));
+        }
+        const Extent extent = shapeExtent();
+        return QObject::tr("Rectangle of %1 × %2 elements at x %3, y %4")
+            .arg(extent.x.count())
+            .arg(extent.y.count())
+            .arg(extent.x.from)
+            .arg(extent.y.from);
+    }
+
+private:
+    Extent shapeExtent() const {
+        const Cell one = cellAt(*start);
+        const Cell other = cellAt(end);
+        return {{std::min(one.x, other.x), std::max(one.x, other.x)},
+                {std::min(one.y, other.y), std::max(one.y, other.y)}};
+    }
+    /// From its centre to its border, in steps of half an element.
+    Ring shapeRing() const {
+        const auto rounded = [](double value) { return 0.5 * std::round(2 * value); };
+        const QPointF way = end - *start;
+        return {rounded(start->x()), rounded(start->y()), 0, rounded(std::hypot(way.x(), way.y()))};
+    }
+    Area shapeArea() const {
+        return site.bench.shape() == Shape::DISC ? ringArea(shapeRing(), site.scene())
+                                                 : rectangleArea(shapeExtent(), site.scene());
+    }
+
+    HintColour hintOfShape;
+    PaintArea paintArea;
+    std::optional<QPointF> start;  // of a rectangle or disc that is being drawn
+    QPointF end;
+};
+
 QColor colourOfHand(const PlateColours& colours) { return colours.hand; }
 QColor colourOfLoss(const PlateColours& colours) { return colours.fault; }
 
@@ -91,8 +177,7 @@ public:
         paintNodes(painter, site, {nearestNode(hand.plate, site.scene())}, colours.hand);
     }
     QString describe(const Hand& hand) const override {
-        const Node node = nearestNode(hand.plate, site.scene());
-        return QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
+        return describeNode(site.scene(), nearestNode(hand.plate, site.scene()));
     }
 };
 
@@ -138,7 +223,7 @@ void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
     const bool hitsLoad = std::any_of(loads.begin(), loads.end(),
                                       [&](const Load& load) { return isHit(load, nodes); });
     const auto eraseOthers = [&](Scene& scene) {
-        paintPassive(scene, cells, std::nullopt);
+        paintPassive(scene, {cells, {}}, std::nullopt);
         if (haveCommon(cells, blob.cells)) paintBlob(scene, blob, cells, false);
         eraseSupports(scene, nodes);
     };
@@ -167,24 +252,25 @@ std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind) {
                                           QObject::tr("Keep second solid")};
     const auto index = static_cast<std::size_t>(kind);
     const auto colour = [=](const PlateColours& colours) { return colours.passive[index]; };
-    const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeOf(site, from, to);
+    const auto paint = [=](const Area& area, int gesture) {
         site.bench.edit(
-            names[index], [&](Scene& scene) { paintPassive(scene, cells, kind); }, gesture);
+            names[index], [&](Scene& scene) { paintPassive(scene, area, kind); }, gesture);
+        if (site.bench.shape() == Shape::STROKE) return;
+        // Its numbers are in sight now.
+        site.bench.select(areaAt(site.scene(), area.cells.front()));
     };
-    return std::make_unique<BrushTool>(site, colour, paint);
+    return std::make_unique<AreaTool>(site, colour, paint);
 }
 
 std::unique_ptr<Tool> blobTool(const ToolSite& site) {
     const auto colour = [](const PlateColours& colours) { return colours.blob; };
-    const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = strokeOf(site, from, to);
+    const auto paint = [=](const Area& area, int gesture) {
         const Area blob = site.bench.blob();
         site.bench.edit(
-            QObject::tr("Paint blob"), [&](Scene& scene) { paintBlob(scene, blob, cells, true); },
-            gesture);
+            QObject::tr("Paint blob"),
+            [&](Scene& scene) { paintBlob(scene, blob, area.cells, true); }, gesture);
     };
-    return std::make_unique<BrushTool>(site, colour, paint);
+    return std::make_unique<AreaTool>(site, colour, paint);
 }
 
 std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
@@ -194,13 +280,13 @@ std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
 }
 
 std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws) {
-    const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const Cells cells = drawnStroke(site, from, to);
+    const auto paint = [=](const Area& area, int gesture) {
+        const Cells cells = drawnOnBothSides(site, area.cells);
         site.bench.edit(
             draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
             [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);
     };
-    return std::make_unique<BrushTool>(site, draws ? colourOfHand : colourOfLoss, paint);
+    return std::make_unique<AreaTool>(site, draws ? colourOfHand : colourOfLoss, paint);
 }
 
 std::unique_ptr<Tool> lineTool(const ToolSite& site) { return std::make_unique<LineTool>(site); }

@@ -8,6 +8,7 @@
 #include "drawing/area_outline.h"
 #include "drawing/deformed_cells.h"
 #include "format/refinement.h"
+#include "reflection.h"
 
 using namespace voxam;
 
@@ -235,7 +236,8 @@ void PlatePainter::drawForce(const LoadArrow& arrow, double force) {
 }
 
 void PlatePainter::drawRulers(const Scene& scene, const QRect& sight) {
-    const QRectF plate = transform.plateRect(scene.width, scene.height);
+    // Beyond the reflection of a symmetric plate, too.
+    const QRectF plate = wholeRect(scene, transform);
     const Point corner = {
         std::max<double>(plate.left() - SIGN_MARGIN, RULER_WIDTH),
         std::min<double>(plate.bottom() + SIGN_MARGIN, sight.bottom() - RULER_HEIGHT)};

@@ -14,6 +14,7 @@ PlateStage::PlateStage(QWidget* parent)
       sceneCaption(new SceneCaption),
       problem(new Banner),
       result(new ResultLine),
+      strip(new TimelineStrip),
       rivalSide(new QWidget) {
     plateView->setAccessibleName(tr("Plate"));
     rivalView->setAccessibleName(tr("The optimiser's design"));
@@ -53,6 +54,7 @@ PlateStage::PlateStage(QWidget* parent)
         plateView->setDeformationShare(share);
         rivalView->setDeformationShare(share);
     });
+    layout->addWidget(strip);
     layout->addWidget(result);
     layout->addWidget(problem);
     setDrawing(false);
@@ -61,6 +63,7 @@ PlateStage::PlateStage(QWidget* parent)
 void PlateStage::setDrawing(bool draws) {
     header->setVisible(draws);
     result->setVisible(!draws);
+    strip->setDrawing(draws);
     rivalSide->setVisible(draws);
     fieldBar->setDrawing(draws);
     // Beside another plate there is little room.
@@ -71,9 +74,9 @@ void PlateStage::setDrawing(bool draws) {
     arrange();
 }
 
-void PlateStage::setPlateSize(int columns, int rows) {
-    if (plateSize == QSizeF(columns, rows)) return;
-    plateSize = QSizeF(columns, rows);
+void PlateStage::setPlateSize(const QSizeF& size) {
+    if (plateSize == size) return;
+    plateSize = size;
     arrange();
 }
 

@@ -9,6 +9,7 @@
 #include "result_line.h"
 #include "scene_caption.h"
 #include "score_header.h"
+#include "timeline_strip.h"
 
 /// The middle of the window: the plate and, while a design is drawn, the rival next to it. The
 /// caption is above them, the result line and the banner are below.
@@ -27,10 +28,12 @@ public:
     ResultLine& resultLine() { return *result; }
 
     FieldBar& fields() { return *fieldBar; }
+    TimelineStrip& timeline() { return *strip; }
 
     void setDrawing(bool draws);
-    /// Elements in x and y: the two plates of a drawing lie so that they are as large as can be.
-    void setPlateSize(int columns, int rows);
+    /// Elements in x and y of the whole plate: the two plates of a drawing lie so that they are as
+    /// large as can be.
+    void setPlateSize(const QSizeF& size);
     void setColours(const PlateColours& colours);
 
 protected:
@@ -46,6 +49,7 @@ private:
     SceneCaption* sceneCaption;
     Banner* problem;
     ResultLine* result;
+    TimelineStrip* strip;
     QWidget* rivalSide;
     QSplitter* splitter;
     FieldBar* fieldBar;

@@ -9,6 +9,9 @@
 #include <cmath>
 #include <utility>
 
+#include "piece_hand.h"
+#include "reflection.h"
+
 namespace {
 
 constexpr double LEAST_SCALE = 0.2;  // pixels per element
@@ -20,11 +23,16 @@ constexpr double HAND_STEPS = 5;        // with Shift
 constexpr double MARGIN_OF_HAND = 2;    // pixels
 constexpr double MARGIN_OF_PLATE = 40;  // pixels
 constexpr qint64 READABLE = 250;        // ms
+constexpr double REFLECTION_OPACITY = 0.45;
+constexpr double PLANE_OVERHANG = 16;  // pixels of the plane of symmetry beyond the plate
 
 }  // namespace
 
 PlateView::PlateView(QWidget* parent)
-    : QWidget(parent), scene(std::make_shared<const Scene>()), palette(&PlateColours::light()) {
+    : QWidget(parent),
+      scene(std::make_shared<const Scene>()),
+      drawn(scene),
+      palette(&PlateColours::light()) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_AcceptTouchEvents);
@@ -35,8 +43,11 @@ PlateView::PlateView(QWidget* parent)
 PlateView::~PlateView() = default;
 
 void PlateView::setScene(std::shared_ptr<const Scene> next) {
-    const bool hasOtherSize = scene->width != next->width || scene->height != next->height;
+    const bool hasOtherSize = scene->width != next->width || scene->height != next->height ||
+                              scene->symmetry != next->symmetry;
     scene = std::move(next);
+    drawn = shownHalf(scene);
+    reflected = reflectedHalf(*scene);
     look.outlines = PlateOutlines(*scene);
     markCases();
     if (hasOtherSize) {
@@ -45,6 +56,7 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
         look.floating = {};
         fit();
     }
+    followSelection();
     update();
 }
 
@@ -108,9 +120,24 @@ void PlateView::setFaults(std::vector<QPointF> places) {
     update();
 }
 
-void PlateView::setSelectedLoad(std::optional<std::size_t> load) {
-    look.selectedLoad = load;
+void PlateView::setSelection(const std::optional<PieceId>& piece) {
+    selection = piece;
+    followSelection();
     update();
+}
+
+void PlateView::followSelection() {
+    const bool isThere = selection && exists(*scene, *selection);
+    look.selectedLoad.reset();
+    selectionFrame.reset();
+    if (!isThere) return;
+    if (selection->type == PieceId::Type::LOAD) look.selectedLoad = selection->index;
+    selectionFrame = frameOf(*scene, *selection);
+}
+
+std::optional<QPointF> PlateView::handPlace() const {
+    if (!hand) return std::nullopt;
+    return hand->plate;
 }
 
 void PlateView::setForces(const ForceScale& forces) {
@@ -194,9 +221,11 @@ void PlateView::fit() {
     const QRectF room =
         QRectF(rect()).adjusted(SIGN_MARGIN + (hasRulers ? RULER_WIDTH : 0), SIGN_MARGIN,
                                 -SIGN_MARGIN, -SIGN_MARGIN - (hasRulers ? RULER_HEIGHT : 0));
-    const double scale = std::min(room.width() / scene->width, room.height() / scene->height);
+    const auto [offset, size] = wholePlateOf(*scene);
+    const double scale = std::min(room.width() / size.width(), room.height() / size.height());
     where.scale = std::clamp(scale, LEAST_SCALE, MOST_SCALE);
-    where.origin = room.center() - 0.5 * where.scale * QPointF(scene->width, scene->height);
+    where.origin =
+        room.center() + where.scale * (offset - 0.5 * QPointF(size.width(), size.height()));
     update();
 }
 
@@ -205,9 +234,12 @@ void PlateView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), palette->surroundings);
     if (scene->width > 0) {
         look.held = tool != nullptr ? tool->heldLoad() : std::nullopt;
+        if (reflected) drawReflection(painter);
         PlatePainter plate(painter, where, *palette);
-        plate.draw(*scene, look);
+        plate.draw(*drawn, look);
+        if (reflected) drawPlane(painter);
         if (hasRulers) plate.drawRulers(*scene, rect());
+        if (selectionFrame) paintFrame(painter, where, *selectionFrame, palette->hand);
     }
     if (tool != nullptr && hand && gesture != Gesture::PAN) {
         painter.setRenderHint(QPainter::Antialiasing);
@@ -219,6 +251,27 @@ void PlateView::paintEvent(QPaintEvent*) {
         painter.drawRect(rect().adjusted(1, 1, -2, -2));
     }
     emit painted();
+}
+
+void PlateView::drawReflection(QPainter& painter) {
+    PlateLook other = look;
+    other.selectedLoad.reset();
+    other.held.reset();
+    other.faults.clear();
+    painter.save();
+    painter.setTransform(reflection(*scene, where));
+    painter.setOpacity(REFLECTION_OPACITY);
+    PlatePainter(painter, where, *palette).draw(*reflected, other);
+    painter.restore();
+}
+
+void PlateView::drawPlane(QPainter& painter) const {
+    painter.save();
+    painter.setPen(QPen(palette->edge, 1.5, Qt::DashDotLine));
+    const QLineF plane = planeOf(*scene, where);
+    const QPointF beyond = PLANE_OVERHANG / plane.length() * (plane.p2() - plane.p1());
+    painter.drawLine(plane.p1() - beyond, plane.p2() + beyond);
+    painter.restore();
 }
 
 void PlateView::resizeEvent(QResizeEvent*) { isFitted ? fit() : keepInSight(); }
@@ -239,6 +292,8 @@ void PlateView::moveHand(const Hand& next) {
 }
 
 void PlateView::mousePressEvent(QMouseEvent* event) {
+    // The menu comes by an event of its own.
+    if (event->button() == Qt::RightButton && hasMenu) return;
     pressAt(event->position(), event->modifiers(), event->button());
 }
 
@@ -338,6 +393,15 @@ void PlateView::pinch(const QList<QEventPoint>& fingers) {
         panBy(now.centre - lastPinch->centre);
     }
     lastPinch = now;
+}
+
+void PlateView::contextMenuEvent(QContextMenuEvent* event) {
+    if (!hasMenu || tool == nullptr || isErasing || gesture != Gesture::NONE) return;
+    // By the key, it is about what the arrow keys point at.
+    if (event->reason() == QContextMenuEvent::Mouse || !hand)
+        moveHand(handAt(event->pos(), event->modifiers()));
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    emit menuAsked(*hand, isByMouse ? event->globalPos() : mapToGlobal(hand->widget.toPoint()));
 }
 
 void PlateView::wheelEvent(QWheelEvent* event) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "piece.h"
 #include "plate_painter.h"
 #include "tool.h"
 
@@ -18,7 +19,8 @@ public:
     explicit PlateView(QWidget* parent = nullptr);
     ~PlateView() override;
 
-    /// Shows a scene until the next call.
+    /// Shows a scene until the next call. The other half of a symmetric plate appears as a
+    /// reflection.
     void setScene(std::shared_ptr<const Scene> next);
     void setMaterial(const QImage& image, bool isSmooth);
     /// Draws a deformed plate over the material.
@@ -34,7 +36,7 @@ public:
     /// Whether nodes are numbered along the plate.
     void setRulers(bool isToBe);
     void setFaults(std::vector<QPointF> places);
-    void setSelectedLoad(std::optional<std::size_t> load);
+    void setSelection(const std::optional<PieceId>& piece);
     void setForces(const ForceScale& forces);
     void setColours(const PlateColours& colourSet);
     const PlateColours& colours() const { return *palette; }
@@ -42,8 +44,10 @@ public:
     /// The tool must outlive the view or its next setTool(). A gesture of the mouse is
     /// cancelled; a gesture of keys ends.
     void setTool(Tool* next);
-    /// The tool of the right button; null: the button moves the plate.
+    /// The tool of the right button and of a pen's eraser; null: they move the plate.
     void setEraser(Tool* next);
+    /// Makes the right button ask for a menu instead.
+    void setMenu(bool isToBe) { hasMenu = isToBe; }
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
 
@@ -51,7 +55,13 @@ public:
     void zoom(double factor);
     void fit();
 
+    /// The place under the hand, in plate coordinates.
+    std::optional<QPointF> handPlace() const;
+
 signals:
+    /// The right button or the menu key asks for the menu of the place under the hand. `at` is a
+    /// place on the screen. Not emitted while the right button erases.
+    void menuAsked(const Hand& hand, QPoint at);
     /// The text about the place under the hand; empty if the hand left.
     void handMoved(const QString& description);
     /// The value under the hand, or an empty text.
@@ -67,6 +77,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void tabletEvent(QTabletEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -106,14 +117,24 @@ private:
     void readValue();
     void readValueAgain();
 
+    void followSelection();
+
+    void drawReflection(QPainter& painter);
+    void drawPlane(QPainter& painter) const;
+
     std::shared_ptr<const Scene> scene;
+    std::shared_ptr<const Scene> drawn;      // of the scene
+    std::shared_ptr<const Scene> reflected;  // of the scene's other half; null without one
+    std::optional<PieceId> selection;
+    std::optional<QRectF> selectionFrame;
     PlateLook look;
     const PlateColours* palette;
     PlateTransform where;
     bool isFitted = true;
     bool hasRulers = true;
 
-    Tool* tool = nullptr;    // in the hand
+    Tool* tool = nullptr;  // in the hand
+    bool hasMenu = false;
     Tool* eraser = nullptr;  // or the other one, while the right button is held
     bool isErasing = false;
     Gesture gesture = Gesture::NONE;

@@ -96,10 +96,10 @@ std::vector<std::size_t> PlotPanel::marks() const {
 
 void PlotPanel::describe() {
     if (samples.empty()) return;
-    setAccessibleDescription(tr("Compliance %1, volume %2 percent; %3 edits in view")
-                                 .arg(numberText(samples.back().compliance, 4))
-                                 .arg(100 * samples.back().volume, 0, 'f', 1)
-                                 .arg(marks().size()));
+    setAccessibleDescription(
+        tr("Compliance %1, volume %2; %3 edits in view")
+            .arg(numberText(samples.back().compliance), percentText(samples.back().volume))
+            .arg(marks().size()));
 }
 
 PlotPanel::Axes PlotPanel::axes() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -16,6 +17,7 @@ namespace {
 // Directions in which a node is held.
 constexpr std::uint8_t HELD_X = 1;
 constexpr std::uint8_t HELD_Y = 2;
+constexpr int FORCE_DIGITS = 7;  // decimals of a force's components, relative to the force
 
 std::uint8_t heldDirections(bool fixX, bool fixY) {
     return static_cast<std::uint8_t>((fixX ? HELD_X : 0) | (fixY ? HELD_Y : 0));
@@ -97,10 +99,13 @@ void takeAway(Area& area, const Cells& cells, const Scene& scene) {
     });
 }
 
-void add(Area& area, const Cells& cells, const Scene& scene) {
+void add(Area& area, const Area& more, const Scene& scene) {
     Mask mask = maskOf(area, scene);
-    mark(mask, cells, 1);
+    mark(mask, more.cells, 1);
     area.cells = cellsWith(mask);
+    for (const Ring& ring : more.rings)
+        if (std::find(area.rings.begin(), area.rings.end(), ring) == area.rings.end())
+            area.rings.push_back(ring);
 }
 
 bool actsOn(const Load& load, const Node& node) {
@@ -170,21 +175,34 @@ void eraseLoads(Scene& scene, const std::vector<Node>& nodes) {
     scene.loads = std::move(loads);
 }
 
-void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> kind) {
+void setForce(Load& load, double force, double radians) {
+    force = std::min(force, Scene::MAX_FORCE);
+    // Relative to the force: small forces keep their magnitude as large ones do.
+    const double step =
+        force > 0 ? std::pow(10.0, std::floor(std::log10(force)) - FORCE_DIGITS) : 1.0;
+    const auto rounded = [=](double component) {
+        const double value = std::round(component / step) * step;
+        return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
+    };
+    load.fx = rounded(force * std::cos(radians));
+    load.fy = rounded(force * std::sin(radians));
+}
+
+void paintPassive(Scene& scene, const Area& area, std::optional<PassiveKind> kind) {
     PassiveAreas passive = scene.passive;
     const std::array<Area*, 3> areas = {&passive.voids, &passive.solids, &passive.secondSolids};
     for (std::size_t i = 0; i < areas.size(); ++i) {
         if (kind && i == static_cast<std::size_t>(*kind))
-            add(*areas[i], cells, scene);
+            add(*areas[i], area, scene);
         else
-            takeAway(*areas[i], cells, scene);
+            takeAway(*areas[i], area.cells, scene);
     }
     scene.passive = std::move(passive);
 }
 
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
     Area result = blob;
-    adds ? add(result, cells, scene) : takeAway(result, cells, scene);
+    adds ? add(result, {cells, {}}, scene) : takeAway(result, cells, scene);
     scene.blob = std::move(result);
 }
 

@@ -33,8 +33,13 @@ void eraseLoad(Scene& scene, std::size_t index);
 /// Removes the loads that act on one of these nodes, but never the last one of the scene.
 void eraseLoads(Scene& scene, const std::vector<Node>& nodes);
 
-/// Makes elements passive of this kind, or free if `kind` is empty.
-void paintPassive(Scene& scene, const Cells& cells, std::optional<PassiveKind> kind);
+/// Sets the force of a load. `radians` is the angle from the right, clockwise on the screen. Both
+/// components are rounded to 8 digits of the force.
+void setForce(Load& load, double force, double radians);
+
+/// Makes elements passive of this kind, or free if `kind` is empty. The area must contain the
+/// elements of its rings.
+void paintPassive(Scene& scene, const Area& area, std::optional<PassiveKind> kind);
 /// Adds elements to `blob` or removes them. The result replaces `scene.blob`.
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);
 

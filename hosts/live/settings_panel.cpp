@@ -29,12 +29,6 @@ QSpinBox* makeCount(int most, const QString& name) {
     return box;
 }
 
-/// A long text from its first word on.
-void showStart(QLineEdit& field, const QString& text) {
-    field.setText(text);
-    field.setCursorPosition(0);
-}
-
 /// Why the grid of `plate` is not possible for a scene; empty if it is.
 QString faultOf(const Scene& plate, const Scene& scene) {
     try {
@@ -73,7 +67,6 @@ SettingsPanel::SettingsPanel(Workbench& workbench, LiveRun& liveRun)
                     "least useful."));
     layout->addWidget(problem);
     layout->addWidget(makeGrid());
-    layout->addWidget(makeTexts());
     layout->addStretch();
     connect(&bench.document, &Document::sceneChanged, this, &SettingsPanel::showScene);
 }
@@ -126,30 +119,6 @@ QWidget* SettingsPanel::makeBlob() {
     return movesBlob;
 }
 
-QWidget* SettingsPanel::makeTexts() {
-    auto* group = new QGroupBox(tr("Scene"));
-    auto* form = new QFormLayout(group);
-    title = new QLineEdit;
-    title->setAccessibleName(tr("Title of the scene"));
-    description = new QLineEdit;
-    description->setAccessibleName(tr("Description of the scene"));
-    form->addRow(tr("Title"), title);
-    form->addRow(tr("Description"), description);
-    explainRow(*form, *title, tr("It is drawn above exported pictures."));
-    explainRow(*form, *description, tr("What the scene is about. It is shown above the plate."));
-    connect(title, &QLineEdit::editingFinished, this, [this] {
-        if (!title->isModified()) return;
-        const std::string text = title->text().simplified().toStdString();
-        bench.editWhole(tr("Change title"), [&](Scene& scene) { scene.title = text; });
-    });
-    connect(description, &QLineEdit::editingFinished, this, [this] {
-        if (!description->isModified()) return;
-        const std::string text = description->text().toStdString();
-        bench.editWhole(tr("Change description"), [&](Scene& scene) { scene.description = text; });
-    });
-    return group;
-}
-
 QWidget* SettingsPanel::makeGrid() {
     auto* group = new QGroupBox(tr("Grid"));
     gridFields = group;
@@ -164,8 +133,17 @@ QWidget* SettingsPanel::makeGrid() {
     // Above its fields, so that it is in sight where the panel is low.
     form->addRow(gridButton);
     form->addRow(gridAdvice);
-    form->addRow(tr("&Width"), width);
-    form->addRow(tr("Hei&ght"), height);
+    // In one row: the panel is to fit into a low window.
+    auto* sides = new QHBoxLayout;
+    auto* heightLabel = new QLabel(tr("Hei&ght"));
+    heightLabel->setBuddy(height);
+    auto* widthLabel = new QLabel(tr("&Width"));
+    widthLabel->setBuddy(width);
+    sides->addWidget(widthLabel);
+    sides->addWidget(width, 1);
+    sides->addWidget(heightLabel);
+    sides->addWidget(height, 1);
+    form->addRow(sides);
     form->addRow(tr("&Detail of the design"), subdivision);
     form->addRow(tr("Detail of the p&icture"), meshFactor);
     explainRow(*form, *width,
@@ -196,11 +174,6 @@ void SettingsPanel::showScene() {
     penalty->setValue(scene.penalty);
     // Numbers that were typed and not applied yet outlast other edits.
     if (!hasSamePlate(scene, shown)) showGrid();
-    // Setting a text moves the cursor in it.
-    const QString name = QString::fromStdString(scene.title);
-    if (title->text() != name) showStart(*title, name);
-    const QString words = QString::fromStdString(scene.description);
-    if (description->text() != words) showStart(*description, words);
     movesBlob->setEnabled(!scene.blob.empty());
     isShowing = false;
     judgeGrid();

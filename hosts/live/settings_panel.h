@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -12,8 +11,7 @@
 #include "live_run.h"
 #include "workbench.h"
 
-/// Volume and penalty, which take effect at once, the grid, which starts afresh, and the scene's
-/// texts.
+/// Volume and penalty, which take effect at once, and the grid, which starts afresh.
 class SettingsPanel : public QWidget {
     Q_OBJECT
 
@@ -32,7 +30,6 @@ private:
     QWidget* makeVolume();
     QWidget* makePenalty();
     QWidget* makeGrid();
-    QWidget* makeTexts();
     QWidget* makeBlob();
     void showScene();
     void setVolume(double percent);
@@ -55,8 +52,6 @@ private:
     QLabel* gridAdvice;
     QPushButton* gridButton;
     QCheckBox* movesBlob;
-    QLineEdit* title;
-    QLineEdit* description;
     Scene shown;             // the scene whose plate the grid's fields show
     bool isShowing = false;  // widgets are being set: do not edit the scene
     int sliderGesture = Document::NO_GESTURE;

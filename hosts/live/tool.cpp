@@ -1,5 +1,6 @@
 #include "tool.h"
 
+#include "number_text.h"
 #include "plate_painter.h"
 
 void Tool::cancel() {
@@ -12,6 +13,14 @@ QString Tool::describe(const Hand& hand) const {
     const Scene& scene = site.scene();
     if (cell.x < 0 || cell.y < 0 || cell.x >= scene.width || cell.y >= scene.height) return {};
     return QObject::tr("Element x %1, y %2").arg(cell.x).arg(cell.y);
+}
+
+QString describeNode(const Scene& scene, const Node& node) {
+    const QString place = QObject::tr("Node x %1, y %2").arg(node.x).arg(node.y);
+    if (scene.elementSize == 1) return place;
+    return place +
+           QObject::tr(" (%1, %2 mm)")
+               .arg(placeText(scene.elementSize * node.x), placeText(scene.elementSize * node.y));
 }
 
 void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, const QColor& colour) {

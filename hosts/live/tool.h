@@ -59,6 +59,10 @@ protected:
     int gesture = Document::NO_GESTURE;
 };
 
+/// A node for the status bar, with its place in millimetres where the scene has a size of an
+/// element.
+QString describeNode(const Scene& scene, const Node& node);
+
 /// Outlines elements under the hand.
 void paintCells(QPainter& painter, const ToolSite& site, const Cells& cells, const QColor& colour);
 /// Marks nodes under the hand.

@@ -61,7 +61,7 @@ void ToolBox::addPlateTools(const ToolSite& site) {
     add(blobTool(site), Glyph::BLOB, tr("Blob"), "B",
         tr("A hole that keeps its size and, when it moves, finds its place"), ofPlate);
     add(eraseTool(site), Glyph::ERASER, tr("Erase"), "E",
-        tr("Take away loads, supports, kept elements and blob; so does the right button"), ofPlate);
+        tr("Take away loads, supports, kept elements and blob"), ofPlate);
     eraserOfPlate = tools.back().get();
 }
 
@@ -105,4 +105,5 @@ void ToolBox::setDrawing(bool draws) {
     for (QAction* action : mirrors) action->setEnabled(draws);
     (draws ? lastOfDrawing : lastOfPlate)->trigger();
     view.setEraser(draws ? eraserOfDrawing : eraserOfPlate);
+    view.setMenu(!draws);
 }

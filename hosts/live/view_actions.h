@@ -18,6 +18,7 @@ public:
     /// Zooming applies to these views together.
     void addView(PlateView& view) { views.append(&view); }
     void fillMenu(QMenu& menu) const;
+    QAction* wholePlate() const { return fit; }
     QList<QAction*> toolBarActions() const { return {zoomOut, fit, zoomIn}; }
 
 signals:

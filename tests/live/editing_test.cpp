@@ -64,11 +64,11 @@ private slots:
         QCOMPARE(live.scene().loads.size(), std::size_t{2});
         QCOMPARE(live.scene().loads[1].x, (Range{40, 40}));
         QCOMPARE(live.scene().loads[1].fy, -30.0);  // as large as its neighbour
-        live.bench().deleteSelectedLoad();
+        live.bench().deleteSelected();
         QCOMPARE(live.scene().loads.size(), std::size_t{1});
         // A plate without any load would be no scene.
         live.bench().select(0);
-        live.bench().deleteSelectedLoad();
+        live.bench().deleteSelected();
         QCOMPARE(live.scene().loads.size(), std::size_t{1});
     }
 

@@ -20,13 +20,18 @@ class ExportTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void aRunLeavesAsFromTheProgram_data() {
+        QTest::addColumn<QString>("scene");
+        QTest::newRow("whole") << "bridge-two-cases.json";
+        QTest::newRow("half, of which the whole leaves") << "half-beam.json";
+    }
+
     void aRunLeavesAsFromTheProgram() {
-        LiveFixture live("bridge-two-cases.json");
+        QFETCH(QString, scene);
+        LiveFixture live(scene.toStdString());
         stepTo(live, 12);
-        QStringList arguments = {"optimise",     VOXAM_SCENES "/bridge-two-cases.json",
-                                 "--iterations", "12",
-                                 "--picture",    file("their-picture.png"),
-                                 "--thickness",  "5"};
+        QStringList arguments = {"optimise",  VOXAM_SCENES "/" + scene,  "--iterations", "12",
+                                 "--picture", file("their-picture.png"), "--thickness",  "5"};
         for (const char* name : {"theirs.csv", "theirs.png"}) arguments += {"--design", file(name)};
         for (const char* name : {"theirs.svg", "theirs.dxf", "theirs.stl"})
             arguments += {"--outline", file(name)};

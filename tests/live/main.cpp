@@ -7,6 +7,7 @@
 
 #include "live_fixture.h"
 
+QObject* makeDesignerTest();
 QObject* makeDrawingTest();
 QObject* makeEditingTest();
 QObject* makeExportTest();
@@ -21,7 +22,7 @@ QObject* makeViewTest();
 /// Runs the test whose name comes first, with the arguments of Qt Test after it.
 int main(int argc, char* argv[]) {
     const std::map<std::string, QObject* (*)()> tests = {
-        {"drawing", makeDrawingTest}, {"editing", makeEditingTest}, {"export", makeExportTest},
+        {"designer", makeDesignerTest}, {"drawing", makeDrawingTest}, {"editing", makeEditingTest}, {"export", makeExportTest},
         {"file", makeFileTest},       {"guide", makeGuideTest},     {"panel", makePanelTest},
         {"random", makeRandomTest},   {"rest", makeRestTest},       {"variant", makeVariantTest},
         {"view", makeViewTest}};

@@ -1,3 +1,4 @@
+#include <QContextMenuEvent>
 #include <QSpinBox>
 #include <QtTest>
 #include <random>
@@ -31,6 +32,7 @@ private slots:
             scene.loadCasesInUse = {0};
             scene.passive = {};
             scene.blob = {};
+            scene.symmetry = Symmetry::NONE;
         });
         live.run().setPlaying(true);
         QVERIFY(live.runFor(3));
@@ -46,16 +48,21 @@ private:
         QVERIFY(read.timeline == saved.timeline);
     }
 
+    static Qt::KeyboardModifier anyModifier(std::mt19937& random) {
+        static const std::vector<Qt::KeyboardModifier> modifiers = {
+            Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::AltModifier};
+        return modifiers[random() % modifiers.size()];
+    }
+
     static QPoint anywhere(LiveFixture& live, std::mt19937& random) {
         return {static_cast<int>(random() % 1200) - 50,
                 static_cast<int>(random() % static_cast<unsigned>(live.view().height() + 60)) - 30};
     }
 
     static void act(LiveFixture& live, std::mt19937& random) {
-        switch (random() % 12) {
+        switch (random() % 14) {
             case 0:
-                return live.press(anywhere(live, random),
-                                  random() % 4 == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+                return live.press(anywhere(live, random), anyModifier(random));
             case 1:
                 return live.release(anywhere(live, random));
             case 2:
@@ -75,14 +82,44 @@ private:
                            ? QTest::mousePress(&live.view(), Qt::RightButton, {}, place)
                            : QTest::mouseRelease(&live.view(), Qt::RightButton, {}, place);
             }
+            case 7:
+                return handleAnyPiece(live, random);
+            case 8: {
+                const QPoint place = anywhere(live, random);
+                QContextMenuEvent asking(QContextMenuEvent::Mouse, place,
+                                         live.view().mapToGlobal(place));
+                QApplication::sendEvent(&live.view(), &asking);
+                return triggerAnyOf(QApplication::activePopupWidget(), random);
+            }
             default:
                 return live.moveTo(anywhere(live, random));
         }
     }
 
+    static void triggerAnyOf(QWidget* menu, std::mt19937& random) {
+        if (menu == nullptr) return;
+        QList<QAction*> entries = menu->actions();
+        entries.removeIf([](const QAction* entry) {
+            // Pictures take their time, and are of no interest here.
+            return entry->isSeparator() || !entry->isEnabled() || entry->text().contains("icture");
+        });
+        if (!entries.empty()) entries[static_cast<int>(random() % entries.size())]->trigger();
+        menu->close();
+    }
+
+    static void handleAnyPiece(LiveFixture& live, std::mt19937& random) {
+        static const std::vector<const char*> keys = {
+            "Ctrl+C", "Ctrl+X",       "Ctrl+V",     "Ctrl+V",
+            "Ctrl+M", "Ctrl+Shift+M", "Ctrl+Alt+M", "Ctrl+Alt+Shift+M"};
+        const auto ids = piecesOf(live.scene());
+        if (!ids.empty()) live.bench().select(ids[random() % ids.size()]);
+        live.takeTool(keys[random() % keys.size()]);
+    }
+
     static void takeAnyTool(LiveFixture& live, std::mt19937& random) {
-        static const std::vector<const char*> keys = {"V", "L", "S", "X", "Y", "O", "K",      "J",
-                                                      "B", "E", "D", "I", "U", "M", "Shift+M"};
+        static const std::vector<const char*> keys = {"V", "L", "S",       "X", "Y", "O",
+                                                      "K", "J", "B",       "E", "D", "I",
+                                                      "U", "M", "Shift+M", "R", "C"};
         live.takeTool(keys[random() % keys.size()]);
     }
 
@@ -142,7 +179,7 @@ private:
             case 5:
                 return live.run().setMovesBlob(random() % 2 == 0);
             case 6:
-                return live.bench().deleteSelectedLoad();
+                return live.bench().deleteSelected();
             case 7: {
                 const int width = 4 + static_cast<int>(random() % 30);
                 const int height = 4 + static_cast<int>(random() % 20);
@@ -163,6 +200,11 @@ private:
                 return addAnyChange(live, random);
             case 10:
                 return changeView(live, random);
+            case 11: {
+                auto& plane = live.named<QComboBox>("Plane of symmetry");
+                emit plane.activated(static_cast<int>(random() % 5));
+                return;
+            }
             default: {
                 const int last = live.scene().loadCases - 1;
                 const bool adds = random() % 2 == 0;

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <variant>
+#include <vector>
+
+#include "format/scene.h"
+#include "scene_edits.h"
+
+using namespace voxam;
+
+// A piece is a load, a support or a connected kept area. The window moves, copies, mirrors and
+// deletes pieces.
+
+/// Connected elements that are kept void or solid.
+struct KeptArea {
+    PassiveKind kind = PassiveKind::VOID;
+    Area area;
+
+    bool operator==(const KeptArea&) const = default;
+};
+
+/// The content of a piece, without its place in a scene.
+using Piece = std::variant<Load, Support, KeptArea>;
+
+/// The identity of a piece in a scene.
+struct PieceId {
+    enum class Type { LOAD, SUPPORT, AREA };
+
+    Type type = Type::LOAD;
+    std::size_t index = 0;                 ///< of a load or a support, in the scene's list
+    PassiveKind kind = PassiveKind::VOID;  ///< of an area
+    Cell cell;                             ///< the first element of an area
+
+    static PieceId load(std::size_t index) { return {Type::LOAD, index, {}, {}}; }
+    static PieceId support(std::size_t index) { return {Type::SUPPORT, index, {}, {}}; }
+    static PieceId area(PassiveKind kind, const Cell& cell) { return {Type::AREA, 0, kind, cell}; }
+
+    bool operator==(const PieceId&) const = default;
+};
+
+/// The bounding box of a piece, in nodes or elements.
+struct Extent {
+    Range x;
+    Range y;
+};
+
+bool exists(const Scene& scene, const PieceId& id);
+
+/// All pieces: loads, then supports, then areas.
+std::vector<PieceId> piecesOf(const Scene& scene);
+
+/// The kept area that an element belongs to.
+std::optional<PieceId> areaAt(const Scene& scene, const Cell& cell);
+
+/// The piece must exist.
+Piece pieceOf(const Scene& scene, const PieceId& id);
+
+/// Removes a piece. Throws InputError for the only load.
+void takeOut(Scene& scene, const PieceId& id);
+
+/// Adds a piece. If the load case of a load does not exist, the load gets the last load case.
+PieceId putIn(Scene& scene, const Piece& piece);
+
+/// Replaces a piece by another one of the same type.
+PieceId replace(Scene& scene, const PieceId& id, const Piece& piece);
+
+Extent extentOf(const Piece& piece);
+
+/// Moves a piece by a number of elements, but not beyond the plate. Throws InputError if the piece
+/// is larger than the plate.
+Piece moved(const Piece& piece, int right, int down, const Scene& scene);
+
+/// Mirrors a piece at the middle of the plate, including its force.
+Piece mirrored(const Piece& piece, bool isLeftRight, const Scene& scene);
+
+/// The ring whose elements are the whole area; empty if the area has another form.
+std::optional<Ring> ringOf(const Area& area, const Scene& scene);
+bool isRectangle(const Area& area);
+
+/// The elements of a rectangle or of a ring, without those outside the plate.
+Area rectangleArea(const Extent& extent, const Scene& scene);
+Area ringArea(const Ring& ring, const Scene& scene);
