@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int LIST_HEIGHT = 120;   // pixels
+constexpr int LIST_HEIGHT = 76;    // pixels
 constexpr double NEW_SHARE = 0.2;  // of the plate's shorter side, for a new area
 constexpr double MOST_RADIUS = 2;  // of the plate's longest side, for a radius
 

@@ -14,7 +14,7 @@
 namespace {
 
 // Rows of a list; the panel is to fit into a low window.
-constexpr int LEAST_ROWS = 2;
+constexpr int LEAST_ROWS = 3;
 constexpr int MOST_ROWS = 5;
 constexpr int ROW_SPACING = 3;  // pixels
 
@@ -108,6 +108,8 @@ QWidget* LoadPanel::makeLoads() {
     auto* layout = new QVBoxLayout(group);
     loads = new QListWidget;
     loads->setAccessibleName(tr("Loads"));
+    loads->setWordWrap(true);
+    loads->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(loads, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
     });

@@ -95,6 +95,8 @@ constexpr const char* PHRASES[] = {
     QT_TRANSLATE_NOOP("Rooms", "%1 elements, the limit is %2"),
     QT_TRANSLATE_NOOP("Rooms", "%1 nodes in all, the limit is %2"),
     QT_TRANSLATE_NOOP("Rooms", "the title is longer than %1 characters"),
+    QT_TRANSLATE_NOOP("Rooms", "This is larger than the plate: use a finer grid first"),
+    QT_TRANSLATE_NOOP("Rooms", "This area has no elements on the plate"),
 };
 
 struct Phrase {

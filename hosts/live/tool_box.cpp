@@ -41,8 +41,9 @@ void ToolBox::addMirrors(Workbench& bench) {
 
 void ToolBox::addPlateTools(const ToolSite& site) {
     add(std::make_unique<SelectTool>(site), Glyph::SELECT, tr("Select and drag"), "V",
-        tr("Drag a load's foot along the nodes, or its other end to turn and scale it. "
-           "Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it"),
+        tr("Drag loads, supports and kept areas, with Alt copies of them. The other end of an "
+           "arrow turns and scales the load. "
+           "Keys: N selects the next one, arrows move it, Alt with arrows turns and scales a load"),
         ofPlate);
     add(std::make_unique<LoadTool>(site), Glyph::ADD_LOAD, tr("Add load"), "L",
         tr("Press at a node, and drag to where the load pulls"), ofPlate);

@@ -165,7 +165,7 @@ private:
     }
 
     static void changeAnything(LiveFixture& live, std::mt19937& random) {
-        switch (random() % 12) {
+        switch (random() % 13) {
             case 0:
                 return live.window.setDrawing(random() % 2 == 0);
             case 1:

@@ -2,6 +2,137 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AreaPanel</name>
+    <message>
+        <source>Supports and areas</source>
+        <translation>Lager und Bereiche</translation>
+    </message>
+    <message>
+        <source>Add an area that is kept void, to be given numbers below</source>
+        <translation>Einen Bereich hinzufügen, der frei bleibt; seine Maße stehen unten</translation>
+    </message>
+    <message>
+        <source>Add rectangle</source>
+        <translation>Neues Rechteck</translation>
+    </message>
+    <message>
+        <source>Add disc</source>
+        <translation>Neuer Kreis</translation>
+    </message>
+    <message>
+        <source>void</source>
+        <translation>frei</translation>
+    </message>
+    <message>
+        <source>solid</source>
+        <translation>gefüllt</translation>
+    </message>
+    <message>
+        <source>second solid</source>
+        <translation>zweite Füllung</translation>
+    </message>
+    <message>
+        <source>What is kept</source>
+        <translation>Was bleibt</translation>
+    </message>
+    <message>
+        <source>x and y</source>
+        <translation>x und y</translation>
+    </message>
+    <message>
+        <source>x</source>
+        <translation>x</translation>
+    </message>
+    <message>
+        <source>y</source>
+        <translation>y</translation>
+    </message>
+    <message>
+        <source>Directions that are held</source>
+        <translation>Gehaltene Richtungen</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Bleibt</translation>
+    </message>
+    <message>
+        <source>Hold in</source>
+        <translation>Hält in</translation>
+    </message>
+    <message>
+        <source>From x</source>
+        <translation>Von x</translation>
+    </message>
+    <message>
+        <source>First column</source>
+        <translation>Erste Spalte</translation>
+    </message>
+    <message>
+        <source>From y</source>
+        <translation>Von y</translation>
+    </message>
+    <message>
+        <source>First row</source>
+        <translation>Erste Zeile</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Number of columns</source>
+        <translation>Zahl der Spalten</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Number of rows</source>
+        <translation>Zahl der Zeilen</translation>
+    </message>
+    <message>
+        <source>Centre x</source>
+        <translation>Mitte x</translation>
+    </message>
+    <message>
+        <source>Centre in x</source>
+        <translation>Mitte in x</translation>
+    </message>
+    <message>
+        <source>Centre y</source>
+        <translation>Mitte y</translation>
+    </message>
+    <message>
+        <source>Centre in y</source>
+        <translation>Mitte in y</translation>
+    </message>
+    <message>
+        <source>Radius</source>
+        <translation>Radius</translation>
+    </message>
+    <message>
+        <source>Hole&apos;s radius</source>
+        <translation>Lochradius</translation>
+    </message>
+    <message>
+        <source>Radius of the hole in the disc</source>
+        <translation>Radius des Lochs im Kreis</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the support or area</source>
+        <translation>Das Lager oder den Bereich löschen</translation>
+    </message>
+    <message>
+        <source>Change numbers</source>
+        <translation>Maße ändern</translation>
+    </message>
+</context>
+<context>
     <name>Banner</name>
     <message>
         <source>Problem</source>
@@ -49,6 +180,22 @@
     <message>
         <source>Size of the brush in elements ([ and ])</source>
         <translation>Größe des Pinsels in Elementen ([ und ])</translation>
+    </message>
+    <message>
+        <source>Re&amp;ctangle</source>
+        <translation>Re&amp;chteck</translation>
+    </message>
+    <message>
+        <source>&amp;Disc</source>
+        <translation>&amp;Kreis</translation>
+    </message>
+    <message>
+        <source>Paint elements by a rectangle, from corner to corner</source>
+        <translation>Elemente mit einem Rechteck malen, von Ecke zu Ecke</translation>
+    </message>
+    <message>
+        <source>Paint elements by a disc, from its centre to its border</source>
+        <translation>Elemente mit einem Kreis malen, von der Mitte zum Rand</translation>
     </message>
 </context>
 <context>
@@ -317,6 +464,22 @@
     <message>
         <source>Tracing the outline</source>
         <translation>Umriss wird bestimmt</translation>
+    </message>
+    <message>
+        <source>Copy p&amp;icture</source>
+        <translation>B&amp;ild kopieren</translation>
+    </message>
+    <message>
+        <source>Put a picture of the plate on the clipboard</source>
+        <translation>Ein Bild der Scheibe in die Zwischenablage legen</translation>
+    </message>
+    <message>
+        <source>The picture is on the clipboard</source>
+        <translation>Das Bild ist in der Zwischenablage</translation>
+    </message>
+    <message>
+        <source>The picture was not copied</source>
+        <translation>Das Bild wurde nicht kopiert</translation>
     </message>
 </context>
 <context>
@@ -764,10 +927,6 @@
         <translation>Knoten x</translation>
     </message>
     <message>
-        <source>Node y</source>
-        <translation>Knoten y</translation>
-    </message>
-    <message>
         <source>Force right</source>
         <translation>Kraft nach rechts</translation>
     </message>
@@ -803,6 +962,38 @@
         <source>Case %1, not in use</source>
         <translation>Lastfall %1, nicht berücksichtigt</translation>
     </message>
+    <message>
+        <source>y</source>
+        <translation>y</translation>
+    </message>
+    <message>
+        <source>Magnitude of the force</source>
+        <translation>Betrag der Kraft</translation>
+    </message>
+    <message>
+        <source>Angle of the force, from the right, counterclockwise</source>
+        <translation>Winkel der Kraft, von rechts gegen den Uhrzeigersinn</translation>
+    </message>
+    <message>
+        <source>°</source>
+        <translation>°</translation>
+    </message>
+    <message>
+        <source>0° points right, 90° up</source>
+        <translation>0° zeigt nach rechts, 90° nach oben</translation>
+    </message>
+    <message>
+        <source>Magnitude</source>
+        <translation>Betrag</translation>
+    </message>
+    <message>
+        <source>Angle</source>
+        <translation>Winkel</translation>
+    </message>
+    <message>
+        <source>Turn load</source>
+        <translation>Last drehen</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -829,14 +1020,6 @@
     <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
-    </message>
-    <message>
-        <source>&amp;Delete load</source>
-        <translation>Last &amp;löschen</translation>
-    </message>
-    <message>
-        <source>Delete the selected load</source>
-        <translation>Die ausgewählte Last löschen</translation>
     </message>
     <message>
         <source>&amp;Draw and be scored</source>
@@ -966,6 +1149,22 @@
         <source>Shown once the design has settled</source>
         <translation>Erscheint, sobald der Entwurf zur Ruhe gekommen ist</translation>
     </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>Anordnung &amp;zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Show all panels and tool bars in their usual places and sizes</source>
+        <translation>Alle Felder und Leisten am üblichen Platz und in üblicher Größe zeigen</translation>
+    </message>
+    <message>
+        <source>Scene</source>
+        <translation>Szene</translation>
+    </message>
+    <message>
+        <source>Areas</source>
+        <translation>Bereiche</translation>
+    </message>
 </context>
 <context>
     <name>NumbersPanel</name>
@@ -1047,6 +1246,145 @@
     </message>
 </context>
 <context>
+    <name>PieceActions</name>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Take away what is selected, to paste it</source>
+        <translation>Das Ausgewählte entfernen, um es einzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy what is selected</source>
+        <translation>Das Ausgewählte kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>Put what was copied under the hand; Alt with a drag copies as well</source>
+        <translation>Das Kopierte unter dem Zeiger einfügen; Ziehen mit Alt kopiert ebenfalls</translation>
+    </message>
+    <message>
+        <source>D&amp;elete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the selected load, support or area</source>
+        <translation>Die ausgewählte Last, das Lager oder den Bereich löschen</translation>
+    </message>
+    <message>
+        <source>Of what is selected, at the middle of the plate</source>
+        <translation>Für das Ausgewählte, an der Mitte der Scheibe</translation>
+    </message>
+    <message>
+        <source>Mirrored copy, &amp;left and right</source>
+        <translation>Gespiegelte Kopie, li&amp;nks und rechts</translation>
+    </message>
+    <message>
+        <source>Mirrored copy, top and &amp;bottom</source>
+        <translation>Gespiegelte Kopie, o&amp;ben und unten</translation>
+    </message>
+    <message>
+        <source>Mirror left and &amp;right</source>
+        <translation>Links und &amp;rechts spiegeln</translation>
+    </message>
+    <message>
+        <source>&amp;Mirror top and bottom</source>
+        <translation>Oben und &amp;unten spiegeln</translation>
+    </message>
+    <message>
+        <source>&amp;Numbers...</source>
+        <translation>&amp;Zahlen...</translation>
+    </message>
+    <message>
+        <source>Turn load</source>
+        <translation>Last drehen</translation>
+    </message>
+    <message>
+        <source>Pull &amp;up</source>
+        <translation>Nach &amp;oben ziehen</translation>
+    </message>
+    <message>
+        <source>Pull &amp;down</source>
+        <translation>Nach un&amp;ten ziehen</translation>
+    </message>
+    <message>
+        <source>Pull to the le&amp;ft</source>
+        <translation>Nach l&amp;inks ziehen</translation>
+    </message>
+    <message>
+        <source>Pull to the ri&amp;ght</source>
+        <translation>Nach re&amp;chts ziehen</translation>
+    </message>
+    <message>
+        <source>Re&amp;verse</source>
+        <translation>Um&amp;kehren</translation>
+    </message>
+    <message>
+        <source>Load c&amp;ase</source>
+        <translation>La&amp;stfall</translation>
+    </message>
+    <message>
+        <source>Case %1</source>
+        <translation>Lastfall %1</translation>
+    </message>
+    <message>
+        <source>Change load case</source>
+        <translation>Lastfall ändern</translation>
+    </message>
+    <message>
+        <source>Change support</source>
+        <translation>Lager ändern</translation>
+    </message>
+    <message>
+        <source>Held in &amp;both directions</source>
+        <translation>In &amp;beiden Richtungen gehalten</translation>
+    </message>
+    <message>
+        <source>Held in &amp;x</source>
+        <translation>In &amp;x gehalten</translation>
+    </message>
+    <message>
+        <source>Held in &amp;y</source>
+        <translation>In &amp;y gehalten</translation>
+    </message>
+    <message>
+        <source>Keep &amp;void</source>
+        <translation>Frei &amp;halten</translation>
+    </message>
+    <message>
+        <source>Keep &amp;solid</source>
+        <translation>&amp;Gefüllt halten</translation>
+    </message>
+    <message>
+        <source>Keep sec&amp;ond solid</source>
+        <translation>Mit &amp;zweiter Füllung halten</translation>
+    </message>
+    <message>
+        <source>Add &amp;load here</source>
+        <translation>Hier &amp;Last hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add load</source>
+        <translation>Last hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add &amp;support here</source>
+        <translation>Hier La&amp;ger hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add support</source>
+        <translation>Lager hinzufügen</translation>
+    </message>
+</context>
+<context>
     <name>PlateStage</name>
     <message>
         <source>Your design</source>
@@ -1084,10 +1422,6 @@
         <translation>Nachgiebigkeit (linke Skala) und Volumen (rechte Skala) über den Iterationen; gepunktete Linien sind Bearbeitungen, Dreiecke sind Spitzen oberhalb der Skala</translation>
     </message>
     <message>
-        <source>Compliance %1, volume %2 percent; %3 edits in view</source>
-        <translation>Nachgiebigkeit %1, Volumen %2 Prozent; %3 Bearbeitungen zu sehen</translation>
-    </message>
-    <message>
         <source>%1 %</source>
         <translation>%1 %</translation>
     </message>
@@ -1102,6 +1436,10 @@
     <message>
         <source>Iterations</source>
         <translation>Iterationen</translation>
+    </message>
+    <message>
+        <source>Compliance %1, volume %2; %3 edits in view</source>
+        <translation>Nachgiebigkeit %1, Volumen %2; %3 Änderungen zu sehen</translation>
     </message>
 </context>
 <context>
@@ -1429,6 +1767,82 @@
     <message>
         <source>Density %1</source>
         <translation>Dichte %1</translation>
+    </message>
+    <message>
+        <source>Copy load</source>
+        <translation>Last kopieren</translation>
+    </message>
+    <message>
+        <source>Move support</source>
+        <translation>Lager verschieben</translation>
+    </message>
+    <message>
+        <source>Move area</source>
+        <translation>Bereich verschieben</translation>
+    </message>
+    <message>
+        <source>Disc at %1, %2, radius %3</source>
+        <translation>Kreis bei %1, %2, Radius %3</translation>
+    </message>
+    <message>
+        <source>Rectangle of %1 × %2 elements at x %3, y %4</source>
+        <translation>Rechteck aus %1 × %2 Elementen bei x %3, y %4</translation>
+    </message>
+    <message>
+        <source>x and y</source>
+        <translation>x und y</translation>
+    </message>
+    <message>
+        <source>x</source>
+        <translation>x</translation>
+    </message>
+    <message>
+        <source>y</source>
+        <translation>y</translation>
+    </message>
+    <message>
+        <source>Support at nodes %1, %2, held in %3</source>
+        <translation>Lager an den Knoten %1, %2, gehalten in %3</translation>
+    </message>
+    <message>
+        <source>Void</source>
+        <translation>Frei</translation>
+    </message>
+    <message>
+        <source>Solid</source>
+        <translation>Gefüllt</translation>
+    </message>
+    <message>
+        <source>Second solid</source>
+        <translation>Zweite Füllung</translation>
+    </message>
+    <message>
+        <source>%1: disc at %2, %3, radius %4</source>
+        <translation>%1: Kreis bei %2, %3, Radius %4</translation>
+    </message>
+    <message>
+        <source>, with a hole of radius %1</source>
+        <translation>, mit einem Loch vom Radius %1</translation>
+    </message>
+    <message>
+        <source>%1: elements %2, %3</source>
+        <translation>%1: Elemente %2, %3</translation>
+    </message>
+    <message>
+        <source>%1: free form within %2, %3</source>
+        <translation>%1: freie Form in %2, %3</translation>
+    </message>
+    <message>
+        <source>Copy support</source>
+        <translation>Lager kopieren</translation>
+    </message>
+    <message>
+        <source>Iteration %1: %2</source>
+        <translation>Iteration %1: %2</translation>
+    </message>
+    <message>
+        <source> (%1, %2 mm)</source>
+        <translation> (%1, %2 mm)</translation>
     </message>
 </context>
 <context>
@@ -1759,6 +2173,14 @@
         <source>the title is longer than %1 characters</source>
         <translation>der Titel ist länger als %1 Zeichen</translation>
     </message>
+    <message>
+        <source>This is larger than the plate: use a finer grid first</source>
+        <translation>Das ist größer als die Scheibe: zuerst ein feineres Netz wählen</translation>
+    </message>
+    <message>
+        <source>This area has no elements on the plate</source>
+        <translation>Dieser Bereich hat keine Elemente auf der Scheibe</translation>
+    </message>
 </context>
 <context>
     <name>RunActions</name>
@@ -1793,6 +2215,113 @@
     <message>
         <source>Let the design form</source>
         <translation>Den Entwurf sich formen lassen</translation>
+    </message>
+</context>
+<context>
+    <name>ScenePanel</name>
+    <message>
+        <source>Texts</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
+        <source>Title of the scene</source>
+        <translation>Titel der Szene</translation>
+    </message>
+    <message>
+        <source>Description of the scene</source>
+        <translation>Beschreibung der Szene</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>It is drawn above exported pictures.</source>
+        <translation>Er steht über exportierten Bildern.</translation>
+    </message>
+    <message>
+        <source>What the scene is about. It is shown above the plate.</source>
+        <translation>Worum es in der Szene geht. Die Beschreibung steht über der Scheibe.</translation>
+    </message>
+    <message>
+        <source>Change title</source>
+        <translation>Titel ändern</translation>
+    </message>
+    <message>
+        <source>Change description</source>
+        <translation>Beschreibung ändern</translation>
+    </message>
+    <message>
+        <source>Plate</source>
+        <translation>Scheibe</translation>
+    </message>
+    <message>
+        <source> mm</source>
+        <translation> mm</translation>
+    </message>
+    <message>
+        <source>Edge of an element in millimetres</source>
+        <translation>Kante eines Elements in Millimetern</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>at the left edge</source>
+        <translation>am linken Rand</translation>
+    </message>
+    <message>
+        <source>at the right edge</source>
+        <translation>am rechten Rand</translation>
+    </message>
+    <message>
+        <source>at the top edge</source>
+        <translation>am oberen Rand</translation>
+    </message>
+    <message>
+        <source>at the bottom edge</source>
+        <translation>am unteren Rand</translation>
+    </message>
+    <message>
+        <source>Plane of symmetry</source>
+        <translation>Symmetrieebene</translation>
+    </message>
+    <message>
+        <source>Element</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>Whole plate</source>
+        <translation>Ganze Scheibe</translation>
+    </message>
+    <message>
+        <source>Symmetry</source>
+        <translation>Symmetrie</translation>
+    </message>
+    <message>
+        <source>Edge of an element in millimetres, for outlines and solids. It changes no compliance. Forces are in a unit of your choice, such as newtons.</source>
+        <translation>Kante eines Elements in Millimetern, für Umrisse und Körper. Sie ändert keine Nachgiebigkeit. Kräfte haben eine Einheit nach Wahl, etwa Newton.</translation>
+    </message>
+    <message>
+        <source>Edit and compute one half of a plate that is symmetric to one of its edges. The nodes of that edge are held. Pictures and exports show the whole plate.</source>
+        <translation>Eine Hälfte einer Scheibe bearbeiten und berechnen, die zu einem ihrer Ränder symmetrisch ist. Die Knoten dieses Randes werden gehalten. Bilder und Exporte zeigen die ganze Scheibe.</translation>
+    </message>
+    <message>
+        <source>Change element size</source>
+        <translation>Elementgröße ändern</translation>
+    </message>
+    <message>
+        <source>Change symmetry</source>
+        <translation>Symmetrie ändern</translation>
+    </message>
+    <message>
+        <source>%1 × %2 mm</source>
+        <translation>%1 × %2 mm</translation>
     </message>
 </context>
 <context>
@@ -1948,42 +2477,6 @@
         <translation>Aussparung wa&amp;ndert</translation>
     </message>
     <message>
-        <source>Scene</source>
-        <translation>Szene</translation>
-    </message>
-    <message>
-        <source>Title of the scene</source>
-        <translation>Titel der Szene</translation>
-    </message>
-    <message>
-        <source>Description of the scene</source>
-        <translation>Beschreibung der Szene</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Titel</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Beschreibung</translation>
-    </message>
-    <message>
-        <source>It is drawn above exported pictures.</source>
-        <translation>Er steht über exportierten Bildern.</translation>
-    </message>
-    <message>
-        <source>What the scene is about. It is shown above the plate.</source>
-        <translation>Worum es in der Szene geht. Die Beschreibung steht über der Scheibe.</translation>
-    </message>
-    <message>
-        <source>Change title</source>
-        <translation>Titel ändern</translation>
-    </message>
-    <message>
-        <source>Change description</source>
-        <translation>Beschreibung ändern</translation>
-    </message>
-    <message>
         <source>Grid</source>
         <translation>Netz</translation>
     </message>
@@ -2123,6 +2616,21 @@
     </message>
 </context>
 <context>
+    <name>TimelineStrip</name>
+    <message>
+        <source>Timeline</source>
+        <translation>Zeitplan</translation>
+    </message>
+    <message>
+        <source>Iteration %1, %2 of %3 changes made</source>
+        <translation>Iteration %1, %2 von %3 Änderungen ausgeführt</translation>
+    </message>
+    <message>
+        <source>The scene&apos;s timeline: each mark is a change</source>
+        <translation>Der Zeitplan der Szene: jede Marke ist eine Änderung</translation>
+    </message>
+</context>
+<context>
     <name>ToolBox</name>
     <message>
         <source>Mirror left and right</source>
@@ -2145,8 +2653,8 @@
         <translation>Auswählen und ziehen</translation>
     </message>
     <message>
-        <source>Drag a load&apos;s foot along the nodes, or its other end to turn and scale it. Keys: N selects the next load, arrows move it, Alt with arrows turns and scales it</source>
-        <translation>Den Fußpunkt einer Last entlang der Knoten ziehen oder am anderen Ende drehen und skalieren. Tasten: N wählt die nächste Last, Pfeiltasten verschieben sie, Alt mit Pfeiltasten dreht und skaliert</translation>
+        <source>Drag loads, supports and kept areas, with Alt copies of them. The other end of an arrow turns and scales the load. Keys: N selects the next one, arrows move it, Alt with arrows turns and scales a load</source>
+        <translation>Lasten, Lager und vorgegebene Bereiche ziehen, mit Alt eine Kopie. Das andere Ende eines Pfeils dreht und skaliert die Last. Tasten: N wählt das Nächste, Pfeiltasten verschieben es, Alt mit Pfeiltasten dreht und skaliert eine Last</translation>
     </message>
     <message>
         <source>Add load</source>
@@ -2217,10 +2725,6 @@
         <translation>Löschen</translation>
     </message>
     <message>
-        <source>Take away loads, supports, kept elements and blob; so does the right button</source>
-        <translation>Lasten, Lager, vorgegebene Elemente und die Aussparung wegnehmen; auch mit der rechten Maustaste</translation>
-    </message>
-    <message>
         <source>Draw</source>
         <translation>Zeichnen</translation>
     </message>
@@ -2243,6 +2747,10 @@
     <message>
         <source>Take material away with the brush; so does the right button</source>
         <translation>Material mit dem Pinsel wegnehmen; auch mit der rechten Maustaste</translation>
+    </message>
+    <message>
+        <source>Take away loads, supports, kept elements and blob</source>
+        <translation>Lasten, Lager, vorgegebene Elemente und die Aussparung entfernen</translation>
     </message>
 </context>
 <context>
@@ -2432,6 +2940,26 @@
     <message>
         <source>Delete load</source>
         <translation>Last löschen</translation>
+    </message>
+    <message>
+        <source>Delete support</source>
+        <translation>Lager löschen</translation>
+    </message>
+    <message>
+        <source>Delete area</source>
+        <translation>Bereich löschen</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Copy mirrored</source>
+        <translation>Gespiegelt kopieren</translation>
+    </message>
+    <message>
+        <source>Mirror</source>
+        <translation>Spiegeln</translation>
     </message>
 </context>
 </TS>
