@@ -80,6 +80,8 @@ MainWindow::MainWindow() : run(bench), recovery(bench.document) {
 MainWindow::~MainWindow() {
     // A history that goes reports that nothing is modified any more, to whom is no matter now.
     disconnect(&bench.document, nullptr, this, nullptr);
+    // They read values of parts that go before the plates.
+    for (PlateView* view : {&stage->plate(), &stage->rival()}) view->setReading({});
 }
 
 // From the start, or the plate would shrink at the first message. The text of the hand has a label
