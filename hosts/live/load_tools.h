@@ -14,8 +14,8 @@ struct Grip {
     std::optional<double> reach = {};  ///< from the node to the hand now, in pixels
 };
 
-/// Selects loads, supports and kept areas and moves them, turns and scales the arrows of loads. With
-/// Alt it moves a copy.
+/// Selects loads, supports and kept areas and moves them, and turns and scales the arrows of loads.
+/// With Alt it moves a copy.
 class SelectTool : public Tool {
 public:
     explicit SelectTool(const ToolSite& toolSite) : Tool(toolSite), pieces(toolSite) {}

@@ -25,8 +25,8 @@ Field readDesignCsv(const std::filesystem::path& file, int width, int height);
 /// Reads a file in the format of its ending, one of DESIGN_ENDINGS.
 Field readDesign(const std::filesystem::path& file, int width, int height);
 
-/// Reads a design for a scene. If the scene is symmetric, the file may contain the half or the whole
-/// plate. Throws InputError if the halves differ.
+/// Reads a design for a scene. If the scene is symmetric, the file may contain the half or the
+/// whole plate. Throws InputError if the halves differ.
 Field readDesign(const std::filesystem::path& file, const Scene& scene);
 
 /// One grey pixel for each cell, in 256 shades. Rounding never moves a density across 0.5. Throws
