@@ -6,6 +6,7 @@
 #include <string>
 
 // Of OpenBLAS: the name of the kernels that it uses.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" char* gotoblas_corename();
 
 namespace {

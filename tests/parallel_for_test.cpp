@@ -50,6 +50,7 @@ TEST(ParallelForTest, RunsEveryTaskOnceWhenTheSystemRefusesThreads) {
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 // Takes the place of the C library's function for oneTBB and the standard library.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                               void* (*run)(void*), void* argument) noexcept {
     static const auto create =

@@ -32,7 +32,7 @@ private:
     void showList();
     void showSelection();
     void showPiece(const Piece& piece);
-    void showFields(Form form);
+    void showFields(Form next);
     void apply();
 
     Workbench& bench;

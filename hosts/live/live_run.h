@@ -51,7 +51,7 @@ public:
     std::optional<ScoreResult> scoreAsDrawn(const Field& material, const Scene& scene);
 
     /// What scores show from now on.
-    void setView(const ViewChoice& choice);
+    void setView(const ViewChoice& next);
     const ViewChoice& view() const { return choice; }
     /// Asks for the view of a score that was computed for another one; viewed() brings it.
     void completeView(const ScoreResult& score);

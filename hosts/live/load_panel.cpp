@@ -114,6 +114,12 @@ QWidget* LoadPanel::makeLoads() {
         if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
     });
     layout->addWidget(loads);
+    layout->addWidget(makeFields());
+    connectFields();
+    return group;
+}
+
+QWidget* LoadPanel::makeFields() {
     fields = new QWidget;
     auto* form = new QFormLayout(fields);
     form->setContentsMargins(0, 0, 0, 0);
@@ -153,8 +159,10 @@ QWidget* LoadPanel::makeLoads() {
     last->addWidget(remove);
     form->addRow(tr("Load case"), last);
     connect(remove, &QPushButton::clicked, &bench, &Workbench::deleteSelected);
-    layout->addWidget(fields);
+    return fields;
+}
 
+void LoadPanel::connectFields() {
     const auto move = [this] {
         changeSelected(tr("Move load"), [this](Scene& scene, Load&) {
             moveLoad(scene, *bench.selectedLoad(), {x->value(), y->value()});
@@ -182,7 +190,6 @@ QWidget* LoadPanel::makeLoads() {
             changeSelected(tr("Change load case"),
                            [=](Scene&, Load& load) { load.loadCase = value; });
     });
-    return group;
 }
 
 void LoadPanel::changeSelected(const QString& what,

@@ -22,6 +22,8 @@ public:
 private:
     QWidget* makeCases();
     QWidget* makeLoads();
+    QWidget* makeFields();
+    void connectFields();
     QDoubleSpinBox* makeForce(const QString& name);
     double radians() const;
     void showScene();

@@ -19,7 +19,7 @@ private:
     void makeTexts();
     void makeSizes();
     void showScene();
-    void setSymmetry(Symmetry symmetry);
+    void setSymmetry(Symmetry next);
 
     Workbench& bench;
     QLineEdit* title;
