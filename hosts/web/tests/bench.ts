@@ -50,17 +50,17 @@ function nativeTime(scene: object): number {
 }
 
 /** Milliseconds of the page's own thread by kind of work, since the counters were switched on. */
-async function pageTimes(session: CDPSession): Promise<Record<string, number>> {
-    const { metrics } = await session.send("Performance.getMetrics");
+async function pageTimes(protocol: CDPSession): Promise<Record<string, number>> {
+    const { metrics } = await protocol.send("Performance.getMetrics");
     return Object.fromEntries(metrics.map(({ name, value }) => [name, 1000 * value]));
 }
 
 /** Rates while the structure forms. */
 async function ratesOf(visit: Visit) {
-    const session = await visit.page.context().newCDPSession(visit.page);
-    await session.send("Performance.enable");
+    const protocol = await visit.page.context().newCDPSession(visit.page);
+    await protocol.send("Performance.enable");
     const first = await visit.iteration();
-    const before = await pageTimes(session);
+    const before = await pageTimes(protocol);
     const start = performance.now();
     const library: number[] = [];
     while (performance.now() - start < 1000 * SECONDS) {
@@ -68,7 +68,7 @@ async function ratesOf(visit: Visit) {
         library.push(Number(await visit.page.locator("#stage").getAttribute("data-time")));
     }
     const seconds = (performance.now() - start) / 1000;
-    const after = await pageTimes(session);
+    const after = await pageTimes(protocol);
     const frames = (await visit.iteration()) - first;
     const each = (name: string) => ((after[name] ?? 0) - (before[name] ?? 0)) / frames;
     return {

@@ -1,44 +1,15 @@
 // What goes into the page and out of it: links, files, outlines, and what the browser keeps.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import {
-    cpSync,
-    mkdtempSync,
-    readdirSync,
-    readFileSync,
-    renameSync,
-    rmSync,
-    writeFileSync,
-} from "node:fs";
-import type { Server } from "node:http";
-import { tmpdir } from "node:os";
+import { cpSync, readdirSync, readFileSync, renameSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
+import { test } from "node:test";
 import { deflateRawSync } from "node:zlib";
-import type { Browser } from "playwright-core";
 import type { SceneFile } from "voxam";
-import { dist, launch, serve, Visit } from "./browser.js";
+import { dist, serve, Visit } from "./browser.js";
+import { address, browser, desktop, folder, program, root, savedScene } from "./site.js";
 
-const root = new URL("../../../", import.meta.url).pathname;
-const program = join(root, "build/release/hosts/cli/voxam");
-const folder = mkdtempSync(join(tmpdir(), "voxam-files-"));
-let browser: Browser;
-let server: Server;
-let address: string;
-
-before(async () => {
-    browser = await launch();
-    ({ server, address } = await serve());
-});
-after(async () => {
-    await browser.close();
-    server.close();
-    rmSync(folder, { recursive: true });
-});
-
-const desktop = { viewport: { width: 1280, height: 800 }, colorScheme: "light" as const };
 const sceneText = (name: string) => readFileSync(join(root, "scenes", name), "utf8");
-const savedScene = async (visit: Visit) => JSON.parse(await visit.download("save")) as SceneFile;
 
 const pathOf = (svg: string): number[] =>
     (/ d="([^"]*)"/.exec(svg)?.[1]?.match(/[\d.]+/g) ?? []).map(Number);

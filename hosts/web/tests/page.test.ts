@@ -1,33 +1,13 @@
 // The page in Chromium, by real input.
 import assert from "node:assert/strict";
 import { execFileSync, spawnSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { readFileSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import type { Browser } from "playwright-core";
-import type { Server } from "node:http";
+import { test } from "node:test";
 import type { SceneFile } from "voxam";
-import { launch, serve, Visit } from "./browser.js";
+import { Visit } from "./browser.js";
+import { address, browser, desktop, folder, program, root, savedScene } from "./site.js";
 
-const root = new URL("../../../", import.meta.url).pathname;
-const program = join(root, "build/release/hosts/cli/voxam");
-const folder = mkdtempSync(join(tmpdir(), "voxam-page-"));
-let browser: Browser;
-let server: Server;
-let address: string;
-
-before(async () => {
-    browser = await launch();
-    ({ server, address } = await serve());
-});
-after(async () => {
-    await browser.close();
-    server.close();
-    rmSync(folder, { recursive: true });
-});
-
-const desktop = { viewport: { width: 1280, height: 800 }, colorScheme: "light" as const };
 const phone = {
     viewport: { width: 390, height: 844 },
     deviceScaleFactor: 2,
@@ -35,7 +15,6 @@ const phone = {
     isMobile: true,
     colorScheme: "light" as const,
 };
-const savedScene = async (visit: Visit) => JSON.parse(await visit.download("save")) as SceneFile;
 
 test("a structure forms at once, follows the hand, settles and rests", async () => {
     const visit = await Visit.start(browser, address, desktop);
@@ -242,14 +221,14 @@ test("a drawing is scored within its budget, and keep-outs bind the player", asy
 test("a pen drags a load and draws", async () => {
     const visit = await Visit.start(browser, address, desktop);
     await visit.forms(2);
-    const session = await visit.page.context().newCDPSession(visit.page);
+    const protocol = await visit.page.context().newCDPSession(visit.page);
     const draw = async (...places: [number, number][]) => {
         for (const [i, place] of [...places, places.at(-1) ?? [0, 0]].entries()) {
             const at = await visit.at(...place);
             const isLast = i === places.length;
             const type = i === 0 ? "mousePressed" : isLast ? "mouseReleased" : "mouseMoved";
             const pen = { pointerType: "pen", button: "left", buttons: isLast ? 0 : 1 } as const;
-            await session.send("Input.dispatchMouseEvent", { type, ...at, ...pen, force: 0.6 });
+            await protocol.send("Input.dispatchMouseEvent", { type, ...at, ...pen, force: 0.6 });
         }
     };
     await draw([60, 18], [60, 12], [60, 8]);
