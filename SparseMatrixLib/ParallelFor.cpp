@@ -36,7 +36,7 @@ void runTasks(std::size_t count, void* context, void (*task)(void*, std::size_t)
     try {
         for (auto& helper : helpers) helper = std::jthread(work);
     } catch (const std::system_error&) {
-        // Where the system allows no more threads, those that run do all the work.
+        // If the system refuses more threads, the running ones do all the work.
     }
     work();
 }

@@ -33,7 +33,7 @@ endforeach()
 
 voxam_collect_licences("${bundle_dir}/licences" ${origins})
 
-# For the target `uninstall`, which reads what CMake installed.
+# For the target `uninstall`, which reads the names of the installed files.
 file(GLOB_RECURSE bundled "${bundle_dir}/*")
 foreach(file IN LISTS bundled)
     string(REPLACE "$ENV{DESTDIR}" "" file "${file}")

@@ -14,7 +14,7 @@ struct CommonOptions {
     bool isJson = false;                   ///< one JSON object on standard output, nothing else
 };
 
-/// What a picture shows of the results of an analysis.
+/// The result of an analysis that a picture shows.
 struct ViewOptions {
     std::string view;             ///< material, energy, stress or deformed
     std::optional<int> loadCase;  ///< only this one

@@ -219,6 +219,6 @@ void AreaPanel::apply() {
         if (shown == Form::FREE)
             piece = moved(piece, x->value() - before.x.from, y->value() - before.y.from, scene);
     });
-    // What was refused must not stay in the fields.
+    // A refused value must not stay in the fields.
     showSelection();
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 UNNOTICED = 40;  // ms for which a window may stand still
+constexpr qint64 UNNOTICED = 40;  // ms for which a window may freeze
 constexpr int POLL = 30;          // ms
 constexpr int PATIENCE = 500;     // ms before the dialog comes
 

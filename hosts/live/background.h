@@ -28,7 +28,7 @@ struct BackgroundProgress {
 bool runInBackground(QWidget& parent, const QString& what,
                      std::function<void(BackgroundProgress&)> work);
 
-/// Returns what `work` returns, and throws what it throws. Throws InputError after Cancel.
+/// Returns the result of `work`, and passes on its exceptions. Throws InputError after Cancel.
 template <typename Work>
 auto computeInBackground(QWidget& parent, const QString& what, Work work) {
     using Result = std::invoke_result_t<Work&, BackgroundProgress&>;

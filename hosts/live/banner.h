@@ -15,7 +15,7 @@ public:
     void say(const QString& text, const QString& advice);
     /// The text to show while there is no problem.
     void setHint(const QString& text);
-    /// The problem; empty if there is none.
+    /// The problem; empty without a problem.
     QString text() const { return problem; }
 
 private:

@@ -14,7 +14,7 @@ struct Brush {
     bool isRound = true;
 };
 
-/// What a tool for elements paints between press and release: a stroke, one rectangle or one disc.
+/// The paint between press and release of a tool for elements: a stroke, a rectangle or a disc.
 enum class Shape { STROKE, RECTANGLE, DISC };
 
 /// Whether a stroke is also drawn mirrored at the plate's middle.

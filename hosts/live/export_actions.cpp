@@ -208,7 +208,7 @@ void ExportActions::copyPicture() {
 
 bool ExportActions::mayLeave() const {
     auto shown = current();
-    // Without a design, the export itself says so.
+    // Without a design, the export itself reports the error.
     if (!shown) return true;
     if (!shown->isScored) {
         const auto result = score(shown->material, shown->scene);

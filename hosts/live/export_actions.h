@@ -14,7 +14,7 @@
 
 using namespace voxam;
 
-/// Writes what the plate shows to files, in the formats of the command-line program.
+/// Writes the content of the plate to files, in the formats of the command-line program.
 class ExportActions : public QObject {
     Q_OBJECT
 
@@ -35,8 +35,8 @@ public:
     using Score =
         std::function<std::optional<ScoreResult>(const Field& material, const Scene& scene)>;
 
-    /// Dialogs belong to `window`. `exhibit` returns what the plate shows, and `scoreAsDrawn` the
-    /// score of a picture of the optimiser in black and white.
+    /// Dialogs belong to `window`. `exhibit` returns the content of the plate, and `scoreAsDrawn`
+    /// the score of a picture of the optimiser in black and white.
     ExportActions(QWidget& window, std::function<std::optional<Exhibit>()> exhibit,
                   Score scoreAsDrawn, const Recorder& frames);
 

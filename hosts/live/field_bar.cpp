@@ -128,7 +128,7 @@ void FieldBar::refresh() {
     if (!isDeformed) animate->setChecked(false);
     const QSignalBlocker blocker(cases);
     cases->clear();
-    // A deformed plate is that of one load case.
+    // A deformed plate belongs to one load case.
     if (!isDeformed) cases->addItem(tr("All load cases"), ALL);
     for (const int each : loadCases) cases->addItem(tr("Load case %1").arg(each), each);
     cases->setCurrentIndex(std::max(0, cases->findData(choice().loadCase.value_or(ALL))));

@@ -14,7 +14,7 @@
 
 using namespace voxam;
 
-/// The line below the plate that selects what the plate shows of a design, with the legend. The
+/// The line below the plate that selects the view of a design, with the legend. The
 /// optimiser's design and drawings each keep their own choice.
 class FieldBar : public QWidget {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
     void setLoadCases(const std::vector<int>& inUse);
     FieldLegend& legend() { return *scale; }
 
-    /// For the menu: what is shown, and the animation.
+    /// For the menu: the views, and the animation.
     QList<QAction*> viewActions() const { return views.actions(); }
     QAction* animateAction() const { return animate; }
 

@@ -8,7 +8,7 @@
 
 using namespace voxam;
 
-/// The colours on a plate, and what they mean.
+/// The colours on a plate, and their meaning.
 struct Legend {
     enum class Kind { DENSITY, MULTIPLES, VALUES, TEXT };
 

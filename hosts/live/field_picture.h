@@ -10,9 +10,9 @@
 
 using namespace voxam;
 
-// What a view shows of scored designs: its colours, its legend, and the values under the hand.
+// A view of scored designs: its colours, its legend, and the values under the hand.
 
-/// What the designs side by side have in common, so that they can be compared.
+/// The common scales of designs side by side, so that they can be compared.
 struct CommonView {
     const ViewedField* field = nullptr;  ///< of one of them; null if they show their densities only
     std::optional<EnergyScale> scale;    ///< of all values, if there are any
@@ -29,7 +29,7 @@ void showDesign(PlateView& plate, const Scene& scene, const Field& design, const
 
 Legend legendOf(const CommonView& common, const Scene& scene);
 
-/// The density of a design at a place of the plate, in elements; empty beside the plate.
+/// The density of a design at a place of the plate, in elements; empty outside the plate.
 QString densityReading(const Field& design, const Scene& scene, QPointF plate);
 
 /// The value at a place that a score with a field shows there.

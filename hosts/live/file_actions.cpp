@@ -46,7 +46,7 @@ double volumeFor(const Scene& scene) {
 
 struct ReadScene {
     Scene scene;
-    std::optional<Field> design;  ///< beside the scene
+    std::optional<Field> design;  ///< next to the scene
 };
 
 /// Reads a scene that can be optimised here.

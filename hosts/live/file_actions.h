@@ -40,7 +40,7 @@ public:
     /// edits are open.
     bool recover(Recovery& own);
 
-    /// The design to save next to the scene file: the design on the plate, or none.
+    /// The design to save next to the scene file: the design on the plate, or nothing.
     void setDesignSource(std::function<std::optional<Field>()> source) {
         design = std::move(source);
     }

@@ -37,7 +37,7 @@ struct LibraryText {
     std::optional<int> resumesAt = std::nullopt;
 };
 
-/// What the analysis of a scored design shows in a view. It may be large, so copies share it.
+/// A view of the analysis of a scored design. It may be large, so copies share it.
 struct DesignView {
     std::shared_ptr<const std::vector<voxam::PlateState>>
         states;                                       ///< null unless the view needs them
@@ -58,7 +58,7 @@ struct ScoreResult {
     bool isSupported() const { return assessment.problems.empty(); }
 };
 
-/// A view of a score that had been computed for another view, or the reason why there is none.
+/// A view of a score that had been computed for another view, or the reason why it is missing.
 struct ViewResult {
     std::uint64_t scoreNumber = 0;
     DesignView view;

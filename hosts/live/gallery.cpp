@@ -147,7 +147,7 @@ void Gallery::addScene(QListWidget& list, const GalleryScene& scene) {
         try {
             picture = pictureOf(file, ratio, colours);
         } catch (const std::exception&) {
-            // A broken file says what is wrong when it is opened.
+            // Opening a broken file reports its fault.
             return;
         }
         QMetaObject::invokeMethod(

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <vector>
 
-/// What the scenes that come with the program are good for.
+/// The purposes of the scenes that come with the program.
 enum class GalleryLevel { PLAY, UNDERSTAND, DESIGN, DRAW, MORE };
 
 QString nameOf(GalleryLevel level);

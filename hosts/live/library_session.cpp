@@ -59,7 +59,7 @@ DesignView LibrarySession::view(const ScoreResult& scored, const ViewChoice& cho
 ScoreResult LibrarySession::scoreSaved(const std::shared_ptr<const Scene>& scene,
                                        const Field& design, const ViewChoice& choice) {
     ScoreResult result = score(scene, design, choice);
-    // What it was worth with greys is not known any more.
+    // The compliance with greys is not known any more.
     result.warnings = checkResult(
         {result.assessment.score.compliance, mean(design), design, result.assessment}, *scene);
     return result;

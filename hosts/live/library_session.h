@@ -38,7 +38,7 @@ public:
     static ScoreResult scoreSaved(const std::shared_ptr<const voxam::Scene>& scene,
                                   const voxam::Field& design, const voxam::ViewChoice& choice);
 
-    /// Computes what another view shows of a scored design. Analyses the design again if the score
+    /// Computes another view of a scored design. Analyses the design again if the score
     /// lacks the states that the view needs. Throws like optimise().
     static DesignView view(const ScoreResult& scored, const voxam::ViewChoice& choice);
 

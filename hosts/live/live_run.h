@@ -50,7 +50,7 @@ public:
     /// started afresh or the user cancelled meanwhile. Not while drawing.
     std::optional<ScoreResult> scoreAsDrawn(const Field& material, const Scene& scene);
 
-    /// What scores show from now on.
+    /// The view of future scores.
     void setView(const ViewChoice& next);
     const ViewChoice& view() const { return choice; }
     /// Asks for the view of a score that was computed for another one; viewed() brings it.

@@ -25,7 +25,7 @@ public:
     void release(const Hand& hand) override;
     void cancel() override;
     bool carries() const override { return true; }
-    /// What a press would take hold of.
+    /// The piece that a press would grab.
     std::optional<PieceId> pieceAt(const Hand& hand) const;
     bool key(const QKeyEvent& event) override;
     void paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const override;

@@ -453,7 +453,7 @@ void MainWindow::setDrawing(bool draws) {
         showPlate();
 }
 
-// Beside a drawing there is no room for panels: two plates are to be as large as can be.
+// While drawing, the panels are hidden: the two plates should be as large as possible.
 void MainWindow::showDocks(bool shows) {
     if (shows == areDocksShown) return;
     areDocksShown = shows;
@@ -633,7 +633,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     });
 }
 
-// What is worked with gets the most.
+// The plate gets most of the room.
 void MainWindow::shareOutHeights() {
     resizeDocks({docks.front(), docks.back()}, {420, 230}, Qt::Vertical);
 }

@@ -39,7 +39,7 @@ public:
 
     /// Opens a scene and lets it form. If that fails, reports why and returns false.
     bool open(const std::filesystem::path& file);
-    /// Opens the last scene, or one that comes with the program.
+    /// Opens the last scene, or a scene that comes with the program.
     void openAny();
 
     void setDrawing(bool draws);

@@ -29,7 +29,7 @@ public:
 private:
     struct Hold {
         Piece piece;           // as it was
-        PassiveAreas beneath;  // what an area is laid on
+        PassiveAreas beneath;  // the areas below the moved one
         QPointF start;         // of the hand
         bool copies;
     };

@@ -44,7 +44,7 @@ struct DeformedPlate {
     double magnification = 1;
 };
 
-/// What a plate shows in addition to its scene.
+/// Details of a plate in addition to its scene.
 struct PlateLook {
     QImage material;  ///< null for an empty plate
     bool isSmooth = true;

@@ -354,7 +354,7 @@ void PlateView::tabletEvent(QTabletEvent* event) {
     event->accept();
 }
 
-// One finger does what the left button does; two zoom and move the plate.
+// One finger acts as the left button; two fingers zoom and move the plate.
 void PlateView::touch(const QTouchEvent& event) {
     const QList<QEventPoint>& fingers = event.points();
     const QPointF place = fingers.isEmpty() ? QPointF() : fingers.front().position();
@@ -397,7 +397,7 @@ void PlateView::pinch(const QList<QEventPoint>& fingers) {
 
 void PlateView::contextMenuEvent(QContextMenuEvent* event) {
     if (!hasMenu || tool == nullptr || isErasing || gesture != Gesture::NONE) return;
-    // By the key, it is about what the arrow keys point at.
+    // The menu key opens the menu at the cursor of the arrow keys.
     if (event->reason() == QContextMenuEvent::Mouse || !hand)
         moveHand(handAt(event->pos(), event->modifiers()));
     const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;

@@ -55,7 +55,7 @@ QString adviceOn(const QString& text) {
 
 /// The text of a finding without the keys of a scene file.
 QString inWords(QString text) {
-    // What to write into the file is nothing for a window.
+    // The window does not show text for the scene file.
     if (const auto json = text.indexOf(": \""); json >= 0) text.truncate(json);
     static const std::array<std::pair<const char*, const char*>, 13> words = {
         {{"lies inside the elements that passive.void keeps void", "lies inside what is kept void"},
@@ -76,7 +76,7 @@ QString inWords(QString text) {
 
 QString asSentence(const QString& words) { return words.left(1).toUpper() + words.mid(1) + "."; }
 
-/// What is wrong with a settled design, where the settings are in order.
+/// The warnings about a settled design, if the settings are valid.
 void addWarnings(const ScoreResult& result, const Scene& scene, Problems& problems) {
     if (result.warnings.empty()) return;
     problems.text = sentenceOf(result.warnings.front());
@@ -105,7 +105,7 @@ QString sentenceOf(const Finding& finding) {
     if (key.startsWith("loads[")) return QObject::tr("Load %1: %2").arg(number).arg(text);
     if (key.startsWith("supports[")) return QObject::tr("Support %1: %2").arg(number).arg(text);
     const QString sentence = asSentence(words);
-    // A number alone does not say of what.
+    // A number alone does not name its setting.
     if (key == "subdivision") return QObject::tr("Detail of the design: %1").arg(sentence);
     if (key == "meshFactor") return QObject::tr("Detail of the picture: %1").arg(sentence);
     if (key == "grid") return QObject::tr("Grid: %1").arg(sentence);

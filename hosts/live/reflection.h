@@ -32,7 +32,7 @@ QLineF planeOf(const Scene& scene, const PlateTransform& transform);
 /// Whether a support only holds the plane of symmetry. The window draws a line instead.
 bool standsForPlane(const Support& support, const Scene& scene);
 
-/// The half as the window draws it: without the supports that stand for the plane. Returns `scene`
+/// The half as the window draws it: without the supports on the plane of symmetry. Returns `scene`
 /// itself if it has no symmetry.
 std::shared_ptr<const Scene> shownHalf(const std::shared_ptr<const Scene>& scene);
 

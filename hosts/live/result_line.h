@@ -16,7 +16,7 @@ public:
 
     /// `seconds` is how long the present iteration has taken.
     void showState(RunState state, const IterationNumbers& numbers, int seconds);
-    /// The score of the settled design; none while it forms.
+    /// The score of the settled design; empty while it forms.
     void showScore(std::optional<ScoreResult> result);
 
     QString text() const { return word->text() + ": " + line->text(); }

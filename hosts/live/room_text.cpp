@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* CONTEXT = "Rooms";
 
-// The longer ones come before those that they contain. The numbers stand for any text.
+// Longer phrases come before shorter ones that they contain. %1 to %9 match any text.
 constexpr const char* PHRASES[] = {
     QT_TRANSLATE_NOOP("Rooms", "from iteration %1 on, %2"),
     QT_TRANSLATE_NOOP("Rooms", "as drawn it is %1, %2 times the %3 while optimising"),
@@ -130,7 +130,7 @@ QString partText(const QString& part) {
 }  // namespace
 
 QString roomText(const QString& text) {
-    // Sentences of two halves: what is wrong, and what to do.
+    // Sentences of two halves: the fault and its remedy.
     if (const auto half = text.indexOf("; "); half >= 0)
         return roomText(text.left(half)) + "; " + roomText(text.mid(half + 2));
     for (const Phrase& phrase : phrases()) {

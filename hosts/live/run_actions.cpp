@@ -29,7 +29,7 @@ RunActions::RunActions(LiveRun& liveRun)
 
 void RunActions::showState() {
     const bool plays = isAtWork(run);
-    // Icons are drawn anew, and states are announced often.
+    // Drawing an icon again takes time, and states are announced often.
     if (!play->text().isEmpty() && plays == isShownAtWork) return;
     isShownAtWork = plays;
     play->setIcon(icon(plays ? Glyph::PAUSE : Glyph::PLAY));

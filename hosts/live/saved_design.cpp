@@ -34,7 +34,7 @@ std::optional<Field> designBeside(const fs::path& sceneFile, const Scene& scene)
     try {
         return readDesignPng(file, scene.width, scene.height);
     } catch (const InputError&) {
-        // Of another grid. The scene forms anew.
+        // The design has another grid, so the optimiser starts afresh.
         return std::nullopt;
     }
 }

@@ -23,7 +23,7 @@ void showStart(QLineEdit& field, const QString& text) {
     field.setCursorPosition(0);
 }
 
-/// The support that stands for the plane of a scene with a symmetry.
+/// The support on the plane of symmetry of a scene.
 Support planeSupport(const Scene& scene) {
     const QLineF plane = planeOf(scene, PlateTransform());
     const auto range = [](double from, double to) {

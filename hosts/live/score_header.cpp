@@ -42,7 +42,7 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     detailLabel->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     material->setRange(0, STEPS);
     material->setMaximumSize(BAR_WIDTH, BAR_HEIGHT);
-    // Words on two colours are hard to read, so they stand beside.
+    // Words on two colours are hard to read, so they are next to the bar.
     material->setTextVisible(false);
     auto* budget = new QHBoxLayout;
     budget->setSpacing(8);

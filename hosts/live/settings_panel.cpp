@@ -247,8 +247,8 @@ void SettingsPanel::judgeGrid() {
     gridButton->setPalette(colours);
 }
 
-// From what an iteration takes now. Solving takes most of it, and grows a little faster than the
-// number of elements.
+// From the present time of an iteration. Solving takes most of it, and grows a little faster than
+// the number of elements.
 QString SettingsPanel::speedOf(const Scene& plate) const {
     constexpr double growth = 1.2;
     constexpr double worthAWord = 1;  // seconds

@@ -9,7 +9,7 @@ namespace {
 // The library moves volume and stiffness of the void step by step in its first 20 iterations, so
 // the span is longer than that.
 constexpr std::size_t SPAN = 30;  // iterations
-// Of the compliance within the span: a tenth of what a verdict on two designs tells apart.
+// Of the compliance within the span: a tenth of the smallest difference in a verdict.
 constexpr double STILL = 0.001;
 // A design that wavers for ever may rest as well.
 constexpr int MOST_ITERATIONS = 500;

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The texts in the files of scenes/, for the tool that collects what is to be translated.
+/// The texts in the files of scenes/, for the tool that collects the texts to translate.
 [[maybe_unused]] constexpr const char* TEXTS[] = {
     QT_TRANSLATE_NOOP("Scenes", "Viaduct"),
     QT_TRANSLATE_NOOP(

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr const char* OFFERED_KEY = "hints/tourWasOffered";
-constexpr int LOOKING_TIME = 800;  // ms to see what an edit did
+constexpr int LOOKING_TIME = 800;  // ms to see the effect of an edit
 
 }  // namespace
 

@@ -15,7 +15,7 @@ class StartHere : public QObject {
     Q_OBJECT
 
 public:
-    /// What the tour points at.
+    /// The widgets that the tour points at.
     struct Parts {
         QMainWindow& window;
         Workbench& bench;

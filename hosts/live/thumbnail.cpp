@@ -15,7 +15,7 @@ namespace {
 
 constexpr double MARGIN = 22;  // pixels around a plate, for its signs
 
-/// The material as a picture whose pixels are those of the thumbnail.
+/// The material as a picture of the thumbnail's size in pixels.
 QImage materialPicture(const Field& material, int refinement, double level, const QSize& size,
                        const PlateColours& colours) {
     QImage picture(size, QImage::Format_RGB32);

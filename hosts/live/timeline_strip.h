@@ -21,7 +21,7 @@ public:
     /// Hides the strip while the user draws: a drawing ignores the timeline.
     void setDrawing(bool draws);
 
-    /// Describes the change at a place of the strip; empty if there is none.
+    /// Describes the change at a place of the strip; empty without a change.
     QString textAt(QPointF place) const;
     /// The place of the mark of a change.
     QPointF markOf(std::size_t change) const;

@@ -14,7 +14,7 @@ struct Hand {
     Qt::KeyboardModifiers modifiers;
 };
 
-/// What a tool works on.
+/// The objects that a tool works on.
 struct ToolSite {
     Workbench& bench;
     const PlateTransform& transform;
@@ -43,7 +43,7 @@ public:
     /// Returns whether the tool used the key.
     virtual bool key(const QKeyEvent&) { return false; }
 
-    /// Shows the place under the hand, and what a press would do.
+    /// Shows the place under the hand, and the effect of a press.
     virtual void paintHint(QPainter& painter, const Hand& hand,
                            const PlateColours& colours) const = 0;
     /// For the status bar and for screen readers.

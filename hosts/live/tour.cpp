@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int CARD_WIDTH = 300;  // pixels
-constexpr int GAP = 12;          // between the card and what it points at
+constexpr int GAP = 12;          // between the card and its target
 constexpr int MARGIN = 8;        // to the border of the window
 constexpr int UNDER_OFFER = 90;  // below an offer, which covers as little as can be
 constexpr int INTERVAL = 100;    // ms between two looks at where things are
@@ -51,7 +51,7 @@ QRect placeOf(const QSize& card, const QRect& target, const QRect& room) {
 
 }  // namespace
 
-/// A frame around what a step points at. It lets everything through.
+/// A frame around the target of a step. It lets all events through.
 class Tour::Marker : public QWidget {
 public:
     explicit Marker(QWidget* parent) : QWidget(parent) {

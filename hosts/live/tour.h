@@ -17,7 +17,7 @@ public:
     struct Step {
         QString title;
         QString text;
-        std::function<QRect()> place;           ///< what to point at, in the window; may be null
+        std::function<QRect()> place;           ///< the target, in the window; may be null
         std::function<void()> prepare = [] {};  ///< brings it into sight
     };
 
@@ -33,7 +33,7 @@ public:
     std::size_t currentStep() const { return current; }
 
 public slots:
-    /// Ends the step `finished`, because the user did what it asks for. Ignored during other steps.
+    /// Ends the step `finished`, because the user has done its task. Ignored during other steps.
     void done(std::size_t finished);
 
 private:

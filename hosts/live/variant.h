@@ -16,10 +16,10 @@ struct Variant {
     std::size_t changesMade = 0;                ///< of its timeline
     std::shared_ptr<const voxam::Scene> seen;   ///< with these changes, and the blob where it was
     voxam::Field material;                      ///< as it was seen
-    std::shared_ptr<const voxam::Field> drawn;  ///< what is scored, in black and white
+    std::shared_ptr<const voxam::Field> drawn;  ///< the scored design, in black and white
     std::uint64_t revision = 0;                 ///< of the settings that it was kept with
     bool isDrawn = false;                       ///< by hand, or imported
-    std::optional<ScoreResult> score;           ///< none while it is awaited
+    std::optional<ScoreResult> score;           ///< empty while it is computed
 
     /// Empty if there is no score, or if the design does not hold.
     std::optional<double> compliance() const;

@@ -4,7 +4,7 @@
 
 #include "variant.h"
 
-/// Two variants side by side, with their numbers and what they differ in.
+/// Two variants side by side, with their numbers and their differences.
 class VariantComparison : public QDialog {
     Q_OBJECT
 

@@ -7,12 +7,12 @@
 #include "live_run.h"
 #include "variant_strip.h"
 
-/// Keeps what the plate shows as a variant, and shows a variant on the plate again.
+/// Keeps the design on the plate as a variant, and shows a variant on the plate again.
 class VariantKeeper : public QObject {
     Q_OBJECT
 
 public:
-    /// What the plate shows.
+    /// The content of the plate.
     struct View {
         Scene scene;
         Field material;
@@ -35,7 +35,7 @@ signals:
 
 private:
     void restore(const Variant& variant);
-    /// Asks for the score of a variant that has none. The worker has room for one request, which
+    /// Requests the score of a variant without a score. The worker has room for one request, which
     /// an export or a stroke may replace.
     void requestScore();
 

@@ -20,7 +20,7 @@ public:
     /// Gives their score to the variants that wait for it.
     void offerScore(const ScoreResult& result);
     void clear();
-    /// Draws the pictures anew, in the present colours.
+    /// Draws the pictures again, in the present colours.
     void refresh();
 
     const std::deque<Variant>& variants() const { return kept; }

@@ -9,8 +9,8 @@
 #include "piece.h"
 #include "plate_arrow.h"
 
-/// What the tools and the panels share: the document, the selection, the brush, and the present
-/// place of the blob.
+/// The common state of the tools and the panels: the document, the selection, the brush, and the
+/// present place of the blob.
 class Workbench : public QObject {
     Q_OBJECT
 

@@ -16,7 +16,7 @@
 #include "library_session.h"
 #include "settling.h"
 
-/// What the worker computes. It is plain data, and cheap to copy.
+/// The worker's task. It is plain data, and cheap to copy.
 struct LiveSettings {
     std::shared_ptr<const voxam::Scene> scene;
     bool movesBlob = false;
@@ -61,9 +61,9 @@ public:
 
     void send(LiveSettings settings);
     void score(ScoreRequest request);
-    /// What scores show from now on, besides their numbers. Drops the requests for other views.
+    /// The view of future scores, besides their numbers. Drops the requests for other views.
     void setView(const voxam::ViewChoice& choice);
-    /// Asks for what the view in force shows of a design that was scored for another view.
+    /// Requests the present view of a design that was scored for another view.
     void view(ScoreResult scored);
 
     /// Also continues a settled design.
@@ -72,7 +72,7 @@ public:
     /// Runs one iteration while paused.
     void step();
 
-    /// Limits the rate to what the screen can show. 0 means no limit.
+    /// Limits the rate to the screen's. 0 means no limit.
     void setRate(double iterationsPerSecond);
 
     /// Swaps the newest picture into `frame`, whose buffers the worker then uses again. Returns

@@ -159,7 +159,7 @@ private slots:
         QTest::touchEvent(&live.view(), screen.get()).release(1, other + apart);
         QCOMPARE(material(), before);
         QVERIFY(std::abs(live.view().transform().scale / scale - 2) < 0.05);
-        // What was between the fingers still is.
+        // The point between the fingers has not moved.
         const QPointF moved = live.view().transform().toPlate(0.5 * QPointF(one + other) - low);
         QVERIFY(QLineF(moved, middle).length() < 1.5);
     }

@@ -14,7 +14,7 @@
 #include "shipped_text.h"
 #include "translation.h"
 
-/// What the window tells somebody who sees it for the first time.
+/// The help of the window for a first user.
 class GuideTest : public QObject {
     Q_OBJECT
 
@@ -93,7 +93,7 @@ private slots:
                  QString("in Schwarzweiß: kein Lager hält 2 Teile davon, 3,5 Elemente des "
                          "Netzes; "
                          "der erste bei x 3, y 4"));
-        // What the checks find has no English words left.
+        // No English words are left in the findings of the checks.
         const QRegularExpression english("\\b(the|of|is|are|no|than)\\b");
         for (const Scene& scene : faultyScenes()) {
             const Problems problems = problemsOf(scene, {});

@@ -15,7 +15,7 @@
 
 namespace fs = std::filesystem;
 
-/// What the window does and says once a design has settled, and what of it outlasts the window.
+/// The window after a design has settled, and the files that outlast the window.
 class RestTest : public QObject {
     Q_OBJECT
 

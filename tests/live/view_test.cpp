@@ -10,7 +10,7 @@
 
 namespace fs = std::filesystem;
 
-/// What the plate shows of an analysis.
+/// The views of an analysis on the plate.
 class ViewTest : public QObject {
     Q_OBJECT
 

@@ -13,7 +13,7 @@
 
 namespace voxam::inline drawing {
 
-/// What the values of PictureContent::energies are if they are stresses.
+/// Describes the values of PictureContent::energies if they are stresses.
 inline constexpr const char* STRESS_MEASURE =
     "Von Mises stress: force / mm\u00b2 at a thickness of 1 mm";
 

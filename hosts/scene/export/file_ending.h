@@ -6,7 +6,7 @@
 
 namespace voxam::inline files {
 
-/// The ending of a file's name in small letters, such as ".png"; empty if it has none.
+/// The ending of a file's name in small letters, such as ".png"; empty without an ending.
 std::string fileEnding(const std::filesystem::path& file);
 
 /// Throws InputError, naming the option and the endings, unless the file has one of the endings.

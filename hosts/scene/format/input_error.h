@@ -7,7 +7,7 @@
 
 namespace voxam::inline format {
 
-/// A fault in what the user provides: a scene, an image, an output path, an option. Its text is
+/// A fault in the user's input: a scene, an image, an output path, an option. Its text is
 /// one sentence that names the file, the key and the allowed values; the program prints it and
 /// exits with status 2.
 class InputError : public std::runtime_error {

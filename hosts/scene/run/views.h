@@ -9,7 +9,7 @@
 
 namespace voxam::inline run {
 
-/// What is shown of an analysed design.
+/// The kind of a view of an analysed design.
 enum class View { MATERIAL, ENERGY, STRESS, DEFORMED };
 
 struct ViewChoice {
@@ -29,7 +29,7 @@ struct Deformation {
     double magnification = 1;  ///< with which it is drawn
 };
 
-/// What a view shows of a design, besides the design itself.
+/// The content of a view, besides the design itself.
 struct ViewedField {
     ViewChoice choice;
     std::vector<int> loadCases;  ///< in the view

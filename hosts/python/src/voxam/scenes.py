@@ -100,7 +100,7 @@ def run(
 ) -> Generator[Tuple[int, Iteration], None, None]:
     """Optimises a scene, with the changes of its timeline: yields the number of each iteration,
     from 1, and its result. If an iteration fails, resumes with the next change of the timeline, or
-    raises ProblemError if there is none. Raises ValueError if there is no blob to move."""
+    raises ProblemError if no iteration is left. Raises ValueError if there is no blob to move."""
     if move_blob and not scene.has_blob:
         raise ValueError("blob: no elements, needed for a blob that moves")
     last = scene.iterations if iterations is None else iterations
@@ -180,8 +180,8 @@ def read_scene(file: Union[str, "pathlib.Path"]) -> Scene:
 
 
 def read_scored(file: Union[str, "pathlib.Path"]) -> ScoredScene:
-    """Reads a scene with the densities of a design, as ``voxam score`` does. Raises SceneError, also
-    for a design that is finer than the grid, or OSError when a file cannot be read."""
+    """Reads a scene with the densities of a design, as ``voxam score`` does. Raises SceneError,
+    also for a design that is finer than the grid, or OSError when a file cannot be read."""
     path = pathlib.Path(file)
     return _Reader(_Value(read_document(path), str(path), "")).scored(path.stem, path.parent)
 
