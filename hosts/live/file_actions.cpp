@@ -16,7 +16,9 @@
 #include "icons.h"
 #include "recovery.h"
 #include "saved_design.h"
+#include "saved_variants.h"
 #include "scene_places.h"
+#include "variant_strip.h"
 
 using namespace voxam;
 
@@ -46,18 +48,25 @@ double volumeFor(const Scene& scene) {
 
 struct ReadScene {
     Scene scene;
-    std::optional<Field> design;  ///< next to the scene
+    std::optional<Field> design;   ///< next to the scene
+    std::deque<Variant> variants;  ///< next to the scene
+    std::string variantsFault;     ///< why they cannot be read; empty if they can
 };
 
 /// Reads a scene that can be optimised here.
 ReadScene readWhole(const std::filesystem::path& file) {
-    ReadScene read{readScene(file), std::nullopt};
+    ReadScene read{readScene(file), std::nullopt, {}, {}};
     Scene& scene = read.scene;
     if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
     // It would take the program down, with whatever is open.
     for (const Finding& finding : findTooLarge(scene))
         throw InputError(file.string() + ": " + lineOf(finding));
     if (!scene.densities) read.design = designBeside(file, scene);
+    try {
+        read.variants = variantsBeside(file);
+    } catch (const InputError& error) {
+        read.variantsFault = error.what();
+    }
     return read;
 }
 
@@ -115,7 +124,10 @@ bool FileActions::load(const std::filesystem::path& file) {
         document.open(std::move(read.scene), file);
         stampFile();
         remember(file);
-        emit loaded(read.design);
+        emit loaded(read.design, read.variants);
+        if (!read.variantsFault.empty())
+            QMessageBox::warning(&parent, tr("The variants cannot be read"),
+                                 QString::fromStdString(read.variantsFault));
         return true;
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The scene cannot be opened"),
@@ -125,13 +137,23 @@ bool FileActions::load(const std::filesystem::path& file) {
 }
 
 bool FileActions::mayDiscard() {
-    if (!document.isModified()) return true;
+    if (!isModified()) return true;
     const auto answer = QMessageBox::question(
         &parent, tr("Save changes?"),
         tr("%1 has changes that are not saved.").arg(document.displayName()),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) return save();
     return answer == QMessageBox::Discard;
+}
+
+void FileActions::setVariants(VariantStrip& strip) {
+    variants = &strip;
+    connect(&strip, &VariantStrip::modificationChanged, this, &FileActions::modificationChanged);
+    connect(&document, &Document::fileChanged, this, &FileActions::modificationChanged);
+}
+
+bool FileActions::isModified() const {
+    return document.isModified() || (variants != nullptr && variants->isModified());
 }
 
 std::filesystem::path FileActions::lastFile() const {
@@ -146,7 +168,7 @@ void FileActions::makeNew() {
     if (!mayDiscard()) return;
     document.open(plainScene(), {});
     stampFile();
-    emit loaded(std::nullopt);
+    emit loaded(std::nullopt, {});
 }
 
 bool FileActions::recover(Recovery& own) {
@@ -170,7 +192,7 @@ bool FileActions::recover(Recovery& own) {
     own.keep();  // before the old file goes, so that a crash loses nothing
     Recovery::forget(*found);
     stampFile();
-    emit loaded(std::nullopt);
+    emit loaded(std::nullopt, {});
     return true;
 }
 
@@ -258,9 +280,15 @@ bool FileActions::saveAs() {
 bool FileActions::write(const std::filesystem::path& target) {
     if (!mayReplace(target) || !mayDropComments(target)) return false;
     try {
+        const bool isMoved = target != document.file();
         document.save(target);
         stampFile();
         if (const auto seen = design()) writeDesignBeside(target, *seen);
+        // A file that could not be read stays as it is.
+        if (variants != nullptr && (isMoved || variants->isModified())) {
+            writeVariantsBeside(target, variants->variants());
+            variants->setModified(false);
+        }
         remember(target);
         return true;
     } catch (const std::exception& error) {

@@ -4,13 +4,16 @@
 #include <QMenu>
 #include <QObject>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <optional>
 
 #include "document.h"
+#include "variant.h"
 
 class Recovery;
+class VariantStrip;
 
 /// Opens and saves the document, remembers files, and asks before changes are lost.
 class FileActions : public QObject {
@@ -45,12 +48,19 @@ public:
         design = std::move(source);
     }
 
+    /// The variants to save next to the scene file.
+    void setVariants(VariantStrip& strip);
+    /// Whether edits or variants are not saved.
+    bool isModified() const;
+
     /// The last scene that was opened or saved, if it still exists.
     std::filesystem::path lastFile() const;
 
 signals:
-    /// A scene was opened, with the design that was saved with it.
-    void loaded(const std::optional<Field>& design);
+    /// A scene was opened, with the design and the variants that were saved with it.
+    void loaded(const std::optional<Field>& design, const std::deque<Variant>& variants);
+    /// isModified() may have changed.
+    void modificationChanged();
     /// A design replaced the drawing. `name` is the name of its file.
     void imported(const QString& name);
 
@@ -80,5 +90,6 @@ private:
     Document& document;
     QWidget& parent;
     std::function<std::optional<Field>()> design = [] { return std::nullopt; };
+    VariantStrip* variants = nullptr;
     std::optional<FileStamp> stamp;
 };

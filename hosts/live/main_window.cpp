@@ -352,10 +352,13 @@ void MainWindow::connectDocument() {
         stage->plate().fit();
         setDrawing(bench.document.scene().densities.has_value());
     });
-    connect(&document, &Document::fileChanged, this, &MainWindow::showTitle);
-    connect(files.get(), &FileActions::loaded, this, [this](const std::optional<Field>& design) {
-        design ? run.showKept(*design) : run.setPlaying(true);
-    });
+    files->setVariants(*variantStrip);
+    connect(files.get(), &FileActions::modificationChanged, this, &MainWindow::showTitle);
+    connect(files.get(), &FileActions::loaded, this,
+            [this](const std::optional<Field>& design, const std::deque<Variant>& variants) {
+                design ? run.showKept(*design) : run.setPlaying(true);
+                variantKeeper->open(variants);
+            });
     connect(files.get(), &FileActions::imported, this, [this](const QString& name) {
         setDrawing(true);
         variantKeeper->keep(name);
@@ -534,7 +537,7 @@ const ScoreResult* MainWindow::scoreOfPlate() const {
 
 void MainWindow::showTitle() {
     setWindowTitle(bench.document.displayName() + "[*]");
-    setWindowModified(bench.document.isModified());
+    setWindowModified(files->isModified());
 }
 
 void MainWindow::showProblems() {

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <cmath>
 
+#include "checks/assessment.h"
+#include "format/refinement.h"
 #include "number_text.h"
 
 using namespace voxam;
@@ -24,6 +26,12 @@ std::optional<double> Variant::compliance() const {
 }
 
 double Variant::share() const { return mean(*drawn); }
+
+void Variant::findDrawn() {
+    const int refinement = drawnRefinement(*seen, refinementOf(material, *seen));
+    drawn = std::make_shared<const Field>(
+        isDrawn ? material : drawnDesign(material, *seen, refinement).design);
+}
 
 bool haveSameTask(const Variant& one, const Variant& other) {
     const Scene& first = *one.seen;

@@ -25,6 +25,8 @@ struct Variant {
     std::optional<double> compliance() const;
     /// Share of the plate, as drawn.
     double share() const;
+    /// Sets `drawn` from `seen`, `material` and `isDrawn`.
+    void findDrawn();
 };
 
 /// Whether the compliances of two variants answer the same question: the same plate, loads,

@@ -3,8 +3,6 @@
 #include <utility>
 
 #include "action_text.h"
-#include "checks/assessment.h"
-#include "format/refinement.h"
 #include "icons.h"
 
 using namespace voxam;
@@ -30,6 +28,11 @@ VariantKeeper::VariantKeeper(Workbench& workbench, LiveRun& liveRun, VariantStri
     connect(&bench.document, &Document::opened, &strip, &VariantStrip::clear);
 }
 
+void VariantKeeper::open(std::deque<Variant> variants) {
+    strip.open(std::move(variants));
+    requestScore();
+}
+
 void VariantKeeper::keep(const QString& name) {
     auto shown = current();
     if (!shown) {
@@ -45,11 +48,7 @@ void VariantKeeper::keep(const QString& name) {
     variant.revision = run.revision();
     variant.material = std::move(shown->material);
     variant.seen = std::make_shared<const Scene>(std::move(shown->scene));
-    const int refinement =
-        drawnRefinement(*variant.seen, refinementOf(variant.material, *variant.seen));
-    variant.drawn = std::make_shared<const Field>(
-        variant.isDrawn ? variant.material
-                        : drawnDesign(variant.material, *variant.seen, refinement).design);
+    variant.findDrawn();
     strip.add(std::move(variant));
     requestScore();
 }

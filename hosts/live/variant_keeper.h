@@ -27,6 +27,9 @@ public:
 
     QAction* const keepAction;
 
+    /// Shows the variants that were saved with the document, and has them scored.
+    void open(std::deque<Variant> variants);
+
     /// An empty name is replaced by a number.
     void keep(const QString& name = {});
 

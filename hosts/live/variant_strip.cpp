@@ -72,7 +72,23 @@ void VariantStrip::addAction(QAction& action, const QString& explanation,
 }
 
 void VariantStrip::add(Variant variant) {
-    if (variant.name.isEmpty()) variant.name = tr("Variant %1").arg(++lastNumber);
+    append(std::move(variant));
+    setModified(true);
+}
+
+void VariantStrip::open(std::deque<Variant> variants) {
+    clear();
+    for (Variant& variant : variants) append(std::move(variant));
+}
+
+void VariantStrip::setModified(bool isModified) {
+    modified = isModified;
+    emit modificationChanged();
+}
+
+void VariantStrip::append(Variant variant) {
+    ++lastNumber;
+    if (variant.name.isEmpty()) variant.name = tr("Variant %1").arg(lastNumber);
     kept.push_back(std::move(variant));
     auto* item = new QListWidgetItem(items);
     item->setSizeHint(ITEM_SIZE);
@@ -95,6 +111,7 @@ void VariantStrip::clear() {
     items->clear();
     lastNumber = 0;
     emit filled(false);
+    setModified(false);
 }
 
 void VariantStrip::refresh() {
@@ -158,6 +175,7 @@ void VariantStrip::renameSelected() {
     if (name.isEmpty()) return;
     variant.name = name;
     show(rows.front());
+    setModified(true);
 }
 
 void VariantStrip::removeSelected() {
@@ -168,4 +186,5 @@ void VariantStrip::removeSelected() {
         delete items->takeItem(row);
     }
     emit filled(!kept.empty());
+    setModified(true);
 }

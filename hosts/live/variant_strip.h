@@ -8,7 +8,7 @@
 #include "variant.h"
 
 /// The variants of the document in a strip, with pictures and numbers: compared, restored and
-/// removed from here. They stay as long as the document is open.
+/// removed from here. They are saved with the document.
 class VariantStrip : public QWidget {
     Q_OBJECT
 
@@ -20,6 +20,11 @@ public:
     /// Gives their score to the variants that wait for it.
     void offerScore(const ScoreResult& result);
     void clear();
+    /// Shows variants that were saved.
+    void open(std::deque<Variant> variants);
+    /// Whether the variants were changed since they were opened or saved.
+    bool isModified() const { return modified; }
+    void setModified(bool isModified);
     /// Draws the pictures again, in the present colours.
     void refresh();
 
@@ -32,11 +37,13 @@ signals:
     void restoreRequested(const Variant& variant);
     /// Whether there are any.
     void filled(bool hasVariants);
+    void modificationChanged();
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void append(Variant variant);
     void addAction(QAction& action, const QString& explanation, void (VariantStrip::*slot)());
     void show(int row);
     void showSelection();
@@ -48,6 +55,7 @@ private:
 
     std::deque<Variant> kept;  // in the order of the list
     int lastNumber = 0;
+    bool modified = false;
     QListWidget* items;
     QAction* restore;
     QAction* compare;

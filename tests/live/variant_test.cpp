@@ -5,7 +5,9 @@
 #include "dialog_answers.h"
 #include "export/design_file.h"
 #include "export/output_file.h"
+#include "format/scene_writer.h"
 #include "live_fixture.h"
+#include "saved_variants.h"
 #include "variant_comparison.h"
 
 /// Designs that are kept, compared and shown again.
@@ -54,6 +56,43 @@ private slots:
             QCOMPARE(variant.score->isSupported(), expected.problems.empty());
             if (variant.compliance()) QCOMPARE(*variant.compliance(), expected.score.compliance);
         }
+    }
+
+    void variantsAreSavedWithTheDocument() {
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.variants().add(drawn(live.scene(), 0.5, 40));
+        QVERIFY(live.window.isWindowModified());
+        const QString file = directory.filePath("kept.json");
+        {
+            const FileAnswer answer(file);
+            QVERIFY(live.takeTool("Ctrl+Shift+S"));
+        }
+        QVERIFY(!live.window.isWindowModified());
+        const auto& variants = live.window.variants().variants();
+        const Variant saved = variants.front();
+        QVERIFY(live.window.open(VOXAM_SCENES "/minimal.json"));
+        QVERIFY(variants.empty());
+        QVERIFY(live.window.open(file.toStdString()));
+        QCOMPARE(variants.size(), std::size_t{1});
+        QCOMPARE(variants[0].name, saved.name);
+        QCOMPARE(sceneText(*variants[0].whole), sceneText(*saved.whole));
+        QVERIFY(variants[0].material == saved.material);
+        QTRY_VERIFY_WITH_TIMEOUT(variants[0].score, 60000);
+        // What cannot be read is told, and not lost by a save.
+        const auto kept = variantsFileOf(file.toStdString());
+        QVERIFY(live.window.open(VOXAM_SCENES "/minimal.json"));
+        writeFile(kept, {'{', '}', '}'});
+        const MessageAnswer warning(QMessageBox::Ok);
+        QVERIFY(live.window.open(file.toStdString()));
+        QVERIFY2(warning.text.contains("kept.variants"), qPrintable(warning.text));
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QCOMPARE(std::filesystem::file_size(kept), std::uintmax_t{3});
+        // Without variants there is no file.
+        live.window.variants().add(saved);
+        live.window.variants().list().selectAll();
+        named(live, "Remove variants").trigger();
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY(!std::filesystem::exists(kept));
     }
 
     void twoVariantsAreComparedSideBySide() {

@@ -612,6 +612,10 @@
         <translation>Die Szene lässt sich nicht öffnen</translation>
     </message>
     <message>
+        <source>The variants cannot be read</source>
+        <translation>Die Varianten lassen sich nicht lesen</translation>
+    </message>
+    <message>
         <source>Save changes?</source>
         <translation>Änderungen speichern?</translation>
     </message>

@@ -1,0 +1,131 @@
+#include "saved_variants.h"
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <limits>
+
+#include "export/output_file.h"
+#include "export/scene_file.h"
+#include "format/input_error.h"
+#include "format/json_value.h"
+#include "format/refinement.h"
+#include "format/scene_writer.h"
+#include "format/text.h"
+
+using namespace voxam;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* VARIANTS_KEY = "variants";
+constexpr const char* NAME_KEY = "name";
+constexpr const char* SCENE_KEY = "scene";
+constexpr const char* SEEN_KEY = "seen";
+constexpr const char* CHANGES_KEY = "changesMade";
+constexpr const char* DRAWN_KEY = "isDrawn";
+constexpr const char* DENSITIES_KEY = "densities";
+
+QJsonObject objectOf(const Scene& scene) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(sceneText(scene))).object();
+}
+
+std::shared_ptr<const Scene> sceneOf(const QJsonValue& value, const fs::path& file) {
+    const std::string text = QJsonDocument(value.toObject()).toJson().toStdString();
+    return std::make_shared<const Scene>(parseScene(text, file));
+}
+
+void setUp(QDataStream& stream) {
+    stream.setByteOrder(QDataStream::LittleEndian);
+    stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
+}
+
+/// The values in single precision, compressed, in base64.
+QString packed(const Field& field) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    setUp(stream);
+    for (const float value : field.values) stream << value;
+    return QString::fromLatin1(qCompress(bytes).toBase64());
+}
+
+/// Densities of a scene from packed(). Throws InputError unless they fit.
+Field unpacked(const QString& text, const Scene& scene, const fs::path& file) {
+    const QByteArray bytes = qUncompress(QByteArray::fromBase64(text.toLatin1()));
+    const auto count = static_cast<std::size_t>(bytes.size()) / sizeof(float);
+    const auto elements = static_cast<std::size_t>(scene.width) * scene.height;
+    int refinement = 1;
+    while (refinement < Scene::MAX_DESIGN_REFINEMENT && elements * refinement * refinement < count)
+        ++refinement;
+    Field field(scene.width * refinement, scene.height * refinement);
+    if (field.values.size() != count)
+        throw InputError(nameOf(file) + ": a variant's densities do not fit its plate");
+    QDataStream stream(bytes);
+    setUp(stream);
+    for (float& value : field.values) {
+        stream >> value;
+        if (!(value >= 0 && value <= 1))
+            throw InputError(nameOf(file) + ": a variant's densities are not from 0 to 1");
+    }
+    return field;
+}
+
+QJsonObject objectOf(const Variant& variant) {
+    return {{NAME_KEY, variant.name},
+            {SCENE_KEY, objectOf(*variant.whole)},
+            {SEEN_KEY, objectOf(*variant.seen)},
+            {CHANGES_KEY, static_cast<qint64>(variant.changesMade)},
+            {DRAWN_KEY, variant.isDrawn},
+            {DENSITIES_KEY, packed(variant.material)}};
+}
+
+Variant variantOf(const QJsonObject& object, const fs::path& file) {
+    Variant variant;
+    variant.name = object[NAME_KEY].toString();
+    variant.whole = sceneOf(object[SCENE_KEY], file);
+    variant.seen = sceneOf(object[SEEN_KEY], file);
+    variant.changesMade = static_cast<std::size_t>(std::max(0, object[CHANGES_KEY].toInt()));
+    variant.isDrawn = object[DRAWN_KEY].toBool();
+    variant.material = unpacked(object[DENSITIES_KEY].toString(), *variant.seen, file);
+    variant.findDrawn();
+    return variant;
+}
+
+}  // namespace
+
+fs::path variantsFileOf(const fs::path& sceneFile) {
+    return sceneFile.parent_path() / (sceneFile.stem().string() + ".variants");
+}
+
+void writeVariantsBeside(const fs::path& sceneFile, const std::deque<Variant>& variants) {
+    const fs::path file = variantsFileOf(sceneFile);
+    if (variants.empty()) {
+        std::error_code error;
+        fs::remove(file, error);
+        return;
+    }
+    QJsonArray list;
+    for (const Variant& variant : variants) list.append(objectOf(variant));
+    const QByteArray text = QJsonDocument(QJsonObject{{VARIANTS_KEY, list}}).toJson();
+    writeFile(file, {text.begin(), text.end()});
+}
+
+std::deque<Variant> variantsBeside(const fs::path& sceneFile) {
+    const fs::path file = variantsFileOf(sceneFile);
+    std::error_code error;
+    if (!fs::exists(file, error)) return {};
+    const std::string text = readText(file, "variants");
+    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
+    if (!document.isObject()) throw InputError(nameOf(file) + ": this is not a file with variants");
+    std::deque<Variant> variants;
+    // Each needs a number of its own, by which its score finds it. Those of a run count up.
+    std::uint64_t number = std::numeric_limits<std::uint64_t>::max();
+    for (const QJsonValue value : document.object()[VARIANTS_KEY].toArray()) {
+        variants.push_back(variantOf(value.toObject(), file));
+        variants.back().revision = number--;
+    }
+    return variants;
+}

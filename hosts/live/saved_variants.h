@@ -1,0 +1,20 @@
+#pragma once
+
+#include <deque>
+#include <filesystem>
+
+#include "variant.h"
+
+// Variants are stored next to the scene file, in NAME.variants. Each has the scene that it
+// was kept with, and its densities to the last bit. Scores are computed again.
+
+std::filesystem::path variantsFileOf(const std::filesystem::path& sceneFile);
+
+/// Writes the variants next to their scene file, or removes the file if there are no variants.
+/// Throws InputError.
+void writeVariantsBeside(const std::filesystem::path& sceneFile,
+                         const std::deque<Variant>& variants);
+
+/// The variants next to a scene file, without their scores. Empty if there is no such file. Throws
+/// InputError if it cannot be read.
+std::deque<Variant> variantsBeside(const std::filesystem::path& sceneFile);
