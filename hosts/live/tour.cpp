@@ -13,16 +13,15 @@ namespace {
 constexpr int CARD_WIDTH = 300;  // pixels
 constexpr int GAP = 12;          // between the card and its target
 constexpr int MARGIN = 8;        // to the border of the window
-constexpr int UNDER_OFFER = 90;  // below an offer, which covers as little as can be
+constexpr int UNDER_OFFER = 30;  // the status bar, below an offer
 constexpr int INTERVAL = 100;    // ms between two looks at where things are
 
 /// Next to `target`, within `room`: at its right, left, below or above it, or else in
-/// its lower part. Without a target, in the lower part of `room`.
+/// its lower part. Without a target, at the lower right, away from the plate and its numbers.
 QRect placeOf(const QSize& card, const QRect& target, const QRect& room) {
     QRect place(QPoint(), card);
     if (!target.isValid()) {
-        place.moveCenter(room.center());
-        place.moveBottom(room.bottom() - UNDER_OFFER);
+        place.moveBottomRight(room.bottomRight() - QPoint(0, UNDER_OFFER));
         return place;
     }
     const QPoint middle = target.center();
