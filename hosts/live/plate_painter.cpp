@@ -122,17 +122,30 @@ void PlatePainter::drawDeformed(const Scene& scene, const PlateLook& look) {
     painter.restore();
 }
 
+// Each direction is a strip of one pixel, stretched over the plate. Lines of this number would take
+// more time than the rest of the picture.
 void PlatePainter::drawGrid(const Scene& scene) {
     if (transform.scale < LEAST_GRID_SCALE) return;
     QColor faint = colours.edge;
     faint.setAlpha(36);
-    painter.setPen(QPen(faint, 1));
-    QList<QLineF> lines;
+    const double ratio = painter.device()->devicePixelRatioF();
+    // On whole pixels of the screen, or a line could fall between two of them.
+    const auto onScreen = [&](QPointF place) { return (ratio * place).toPoint(); };
+    const QPoint corner = onScreen(transform.toWidget(0, 0));
+    const QPoint opposite = onScreen(transform.toWidget(scene.width, scene.height)) - corner;
+    const QRect pixels(corner, QSize(opposite.x(), opposite.y()));
+    const QRectF target(QPointF(pixels.topLeft()) / ratio, QSizeF(pixels.size()) / ratio);
+    QImage columns(pixels.width(), 1, QImage::Format_ARGB32_Premultiplied);
+    QImage rows(1, pixels.height(), QImage::Format_ARGB32_Premultiplied);
+    for (QImage* strip : {&columns, &rows}) strip->fill(Qt::transparent);
     for (int x = 1; x < scene.width; ++x)
-        lines.append({transform.toWidget(x, 0), transform.toWidget(x, scene.height)});
+        columns.setPixelColor(onScreen(transform.toWidget(x, 0)).x() - corner.x(), 0, faint);
     for (int y = 1; y < scene.height; ++y)
-        lines.append({transform.toWidget(0, y), transform.toWidget(scene.width, y)});
-    painter.drawLines(lines);
+        rows.setPixelColor(0, onScreen(transform.toWidget(0, y)).y() - corner.y(), faint);
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    for (const QImage& strip : {columns, rows}) painter.drawImage(target, strip);
+    painter.restore();
 }
 
 void PlatePainter::drawPassive(const PlateOutlines& outlines) {
