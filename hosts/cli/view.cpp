@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <map>
-#include <utility>
 
+#include "drawing/field_content.h"
 #include "format/input_error.h"
 #include "format/text.h"
 #include "run/views.h"
@@ -18,15 +18,6 @@ ViewChoice choiceOf(const ViewOptions& options) {
                                                       {"stress", View::STRESS},
                                                       {"deformed", View::DEFORMED}};
     return {views.at(options.view), options.loadCase};
-}
-
-std::string caseText(const std::vector<int>& cases, const Assessment& found, const Scene& scene,
-                     const char* ofAll) {
-    if (scene.loadCases == 1) return "";
-    if (cases.size() == 1)
-        return formatted(",  load case %d: compliance %.6g", cases.front(),
-                         found.states[static_cast<std::size_t>(cases.front())].compliance);
-    return std::string(",  ") + ofAll + " of " + counted(cases.size(), "load case");
 }
 
 }  // namespace
@@ -50,17 +41,5 @@ std::string showView(const ViewOptions& options, const Assessment& found, const 
         content.energies = found.score.energies;
         return "";
     }
-    ViewedField seen = viewOf(choiceOf(options), found.states, scene);
-    const auto& cases = seen.loadCases;
-    content.loadCases = cases;
-    content.energies = std::move(seen.values);
-    content.deformation = std::move(seen.deformation);
-    if (options.view == "energy") return caseText(cases, found, scene, "sum");
-    if (options.view == "stress") {
-        content.measure = STRESS_MEASURE;
-        content.isAbsolute = true;
-        return caseText(cases, found, scene, "largest");
-    }
-    return ",  deformation times " + plainNumber(content.deformation->magnification) +
-           caseText(cases, found, scene, "");
+    return showField(viewOf(choiceOf(options), found.states, scene), found.states, scene, content);
 }

@@ -14,6 +14,7 @@
 #include "action_text.h"
 #include "background.h"
 #include "checks/assessment.h"
+#include "drawing/field_content.h"
 #include "drawing/picture.h"
 #include "drawing/subtitles.h"
 #include "drawing/whole_content.h"
@@ -45,9 +46,15 @@ int scaleOf(const ExportActions::Exhibit& exhibit) {
 
 /// Of the whole plate, where the scene describes one half.
 PictureContent contentOf(const ExportActions::Exhibit& exhibit) {
-    return wholeOf(PictureContent{exhibit.material, exhibit.energies, exhibit.scene.title,
-                                  exhibit.subtitle.toStdString(), exhibit.floating},
-                   exhibit.scene.symmetry);
+    PictureContent content{exhibit.material, std::nullopt, exhibit.scene.title,
+                           exhibit.subtitle.toStdString(), exhibit.floating};
+    if (exhibit.viewed) {
+        const DesignView& view = exhibit.viewed->view;
+        content.material = exhibit.viewed->design;
+        const auto states = view.states ? *view.states : std::vector<PlateState>();
+        content.subtitle += showField(*view.field, states, exhibit.scene, content);
+    }
+    return wholeOf(content, exhibit.scene.symmetry);
 }
 
 }  // namespace
@@ -139,7 +146,7 @@ void ExportActions::writeAnimation(const fs::path& file) const {
                 if (progress.isCancelled) return std::vector<std::uint8_t>();
                 Scene scene = *each.scene;
                 scene.blob = each.blob;
-                const Exhibit shown{scene, each.material(), std::nullopt,
+                const Exhibit shown{scene, each.material(),
                                     QString::fromStdString(runSubtitle(each.numbers))};
                 const Scene whole = wholeOf(shown.scene);
                 frames.add(drawPicture(whole, contentOf(shown), animationScale(whole)));

@@ -19,17 +19,24 @@ class ExportActions : public QObject {
     Q_OBJECT
 
 public:
+    /// A design in black and white, and how the plate shows it.
+    struct Viewed {
+        Field design;
+        DesignView view;
+    };
+
     /// What is to be exported.
     struct Exhibit {
         Scene scene;  ///< with the blob at its present place
         Field material;
-        std::optional<Field> energies;
-        QString subtitle;
+        QString subtitle = {};
         std::optional<IterationNumbers> numbers = std::nullopt;  ///< of a picture of the optimiser
         std::vector<FloatingPart> floating = {};
         QString name = {};     ///< for a file, without ending
         QString problem = {};  ///< why the design would not hold; empty if it does
         bool isScored = true;  ///< whether `problem` is known
+        std::optional<Viewed> viewed =
+            std::nullopt;  ///< for pictures; empty if the material is seen
     };
 
     using Score =

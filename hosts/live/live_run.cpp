@@ -251,5 +251,8 @@ void LiveRun::fetchScores() {
     const auto score = worker.fetchDesignScore();
     const auto views = worker.fetchViews();
     if (score && score->revision >= firstRevision) emit designScored(*score);
-    for (const ViewResult& view : views) emit viewed(view);
+    for (const ViewResult& view : views) {
+        emit viewed(view);
+        if (!view.problem.empty()) emit viewFailed(QString::fromStdString(view.problem));
+    }
 }

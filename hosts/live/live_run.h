@@ -86,6 +86,8 @@ signals:
     void designScored(const ScoreResult& result);
     void viewChanged();
     void viewed(const ViewResult& result);
+    /// Why a view could not be computed, such as for lack of memory.
+    void viewFailed(const QString& why);
     void workerHasNews();
 
 private:

@@ -399,6 +399,9 @@ void MainWindow::connectRun() {
             settledScore->view = result.view;
         showPlate();
     });
+    connect(&run, &LiveRun::viewFailed, this, [this](const QString& why) {
+        statusBar()->showMessage(tr("The view could not be computed: %1").arg(why));
+    });
     connect(&run, &LiveRun::stateChanged, this, &MainWindow::showState);
     connect(&run, &LiveRun::settingsSent, this, [this] { showScore(std::nullopt); });
     connect(&run, &LiveRun::designScored, this, [this](const ScoreResult& result) {
@@ -574,7 +577,10 @@ void MainWindow::showNumbersOfSelection() {
 }
 
 std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
-    ExportActions::Exhibit shown{bench.document.scene(), {}, std::nullopt, {}};
+    ExportActions::Exhibit shown{bench.document.scene(), {}};
+    const auto view = [&](const ScoreResult& score) {
+        if (run.hasView(score) && score.view.field) shown.viewed = {score.design, score.view};
+    };
     shown.name = bench.document.displayName().section('.', 0, 0);
     if (drawing->isActive()) {
         if (!shown.scene.densities) return std::nullopt;
@@ -584,7 +590,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
         if (!shown.isScored) return shown;
         shown.problem = flawOf(*score);
         shown.floating = score->assessment.floating;
-        if (score->isSupported()) shown.energies = score->assessment.score.energies;
+        view(*score);
         shown.subtitle =
             QString::fromStdString(scoreSubtitle(shown.material, shown.scene, score->assessment));
         return shown;
@@ -592,7 +598,10 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     const Frame& frame = run.frame();
     if (frame.numbers.iteration == 0 && run.state() != RunState::AS_KEPT) return std::nullopt;
     shown.isScored = scoreOfPlate() != nullptr;
-    if (shown.isScored) shown.problem = flawOf(*settledScore);
+    if (shown.isScored) {
+        shown.problem = flawOf(*settledScore);
+        view(*settledScore);
+    }
     shown.material = frame.material;
     shown.scene.blob = bench.blob();
     if (frame.numbers.iteration == 0) {

@@ -1002,6 +1002,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>The view could not be computed: %1</source>
+        <translation>Die Ansicht ließ sich nicht berechnen: %1</translation>
+    </message>
+    <message>
         <source>Time is up. %1</source>
         <translation>Die Zeit ist um. %1</translation>
     </message>
