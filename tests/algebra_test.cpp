@@ -408,13 +408,19 @@ TEST(DenseFactorisationTest, DeterminantSumsTheDiagonals) {
     EXPECT_EQ(dense(matrix(2, 2, {1, 2, 3, 4})).determinant(), -2.0);
     EXPECT_EQ(dense(matrix(3, 3, {2, 7, 1, 8, 2, 8, 1, 8, 4})).determinant(), -218.0);
     EXPECT_TRUE(std::isnan(DenseMatrix(2, 3, 1.0).determinant()));
-    // Beyond three rows it is not the true one. Down the diagonals of 1 2 / .. / the products are
-    // 1 * 6 * 11 * 16 and so on.
-    std::vector<double> ascending(16);
-    for (std::size_t i = 0; i < 16; ++i) ascending[i] = static_cast<double>(i + 1);
-    const double falling = 1. * 6 * 11 * 16 + 5. * 10 * 15 * 4 + 9. * 14 * 3 * 8 + 13. * 2 * 7 * 12;
-    const double rising = 13. * 10 * 7 * 4 + 9. * 6 * 3 * 16 + 5. * 2 * 15 * 12 + 1. * 14 * 11 * 8;
-    EXPECT_EQ(dense(matrix(4, 4, ascending)).determinant(), falling - rising);
+    // Beyond three rows it is not the true one. Down the diagonals of the squares of 1 2 / .. / the
+    // products are those of 1 * 6 * 11 * 16 and so on.
+    std::vector<double> squares(16);
+    for (std::size_t i = 0; i < 16; ++i) squares[i] = static_cast<double>((i + 1) * (i + 1));
+    const auto product = [](int a, int b, int c, int d) {
+        return std::pow(1.0 * a * b * c * d, 2);
+    };
+    const double falling = product(1, 6, 11, 16) + product(5, 10, 15, 4) + product(9, 14, 3, 8) +
+                           product(13, 2, 7, 12);
+    const double rising = product(13, 10, 7, 4) + product(9, 6, 3, 16) + product(5, 2, 15, 12) +
+                          product(1, 14, 11, 8);
+    ASSERT_NE(falling, rising);
+    EXPECT_EQ(dense(matrix(4, 4, squares)).determinant(), falling - rising);
 }
 
 TEST(AlgebraOutputTest, PrintsASummaryAndTheEntries) {
