@@ -1,4 +1,5 @@
 #include <QContextMenuEvent>
+#include <QPointingDevice>
 #include <QSpinBox>
 #include <QtTest>
 #include <random>
@@ -60,7 +61,7 @@ private:
     }
 
     static void act(LiveFixture& live, std::mt19937& random) {
-        switch (random() % 14) {
+        switch (random() % 15) {
             case 0:
                 return live.press(anywhere(live, random), anyModifier(random));
             case 1:
@@ -91,17 +92,45 @@ private:
                 QApplication::sendEvent(&live.view(), &asking);
                 return triggerAnyOf(QApplication::activePopupWidget(), random);
             }
+            case 9:
+                return random() % 2 == 0 ? touchAnywhere(live, random)
+                                         : handleAnyVariant(live, random);
             default:
                 return live.moveTo(anywhere(live, random));
         }
+    }
+
+    /// Two fingers, of which the second may come later or leave sooner.
+    static void touchAnywhere(LiveFixture& live, std::mt19937& random) {
+        static QPointingDevice* const screen = QTest::createTouchDevice();
+        const auto place = [&] { return anywhere(live, random); };
+        QTest::touchEvent(&live.view(), screen).press(0, place());
+        if (random() % 2 == 0) {
+            QTest::touchEvent(&live.view(), screen).stationary(0).press(1, place());
+            QTest::touchEvent(&live.view(), screen).move(0, place()).move(1, place());
+            QTest::touchEvent(&live.view(), screen).stationary(0).release(1, place());
+        }
+        QTest::touchEvent(&live.view(), screen).move(0, place());
+        QTest::touchEvent(&live.view(), screen).release(0, place());
+    }
+
+    static void handleAnyVariant(LiveFixture& live, std::mt19937& random) {
+        QListWidget& list = live.window.variants().list();
+        if (list.count() < 3 || random() % 4 == 0) live.takeTool("Ctrl+K");
+        if (list.count() == 0) return;
+        list.clearSelection();
+        list.setCurrentRow(static_cast<int>(random() % static_cast<unsigned>(list.count())));
+        if (random() % 8 == 0) return live.window.variants().actions().back()->trigger();
+        QTest::keyClick(&list, Qt::Key_Return);
     }
 
     static void triggerAnyOf(QWidget* menu, std::mt19937& random) {
         if (menu == nullptr) return;
         QList<QAction*> entries = menu->actions();
         entries.removeIf([](const QAction* entry) {
-            // Pictures take their time, and are of no interest here.
-            return entry->isSeparator() || !entry->isEnabled() || entry->text().contains("icture");
+            // Pictures take their time, and are of no interest here. Nobody answers dialogs.
+            return entry->isSeparator() || !entry->isEnabled() ||
+                   entry->text().contains("icture") || entry->text().endsWith("...");
         });
         if (!entries.empty()) entries[static_cast<int>(random() % entries.size())]->trigger();
         menu->close();
