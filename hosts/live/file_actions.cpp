@@ -53,6 +53,15 @@ struct ReadScene {
     std::string variantsFault;     ///< why they cannot be read; empty if they can
 };
 
+/// Reads the variants next to a scene.
+void readVariants(const std::filesystem::path& file, ReadScene& read) {
+    try {
+        read.variants = variantsBeside(file);
+    } catch (const InputError& error) {
+        read.variantsFault = error.what();
+    }
+}
+
 /// Reads a scene that can be optimised here.
 ReadScene readWhole(const std::filesystem::path& file) {
     ReadScene read{readScene(file), std::nullopt, {}, {}};
@@ -62,12 +71,17 @@ ReadScene readWhole(const std::filesystem::path& file) {
     for (const Finding& finding : findTooLarge(scene))
         throw InputError(file.string() + ": " + lineOf(finding));
     if (!scene.densities) read.design = designBeside(file, scene);
-    try {
-        read.variants = variantsBeside(file);
-    } catch (const InputError& error) {
-        read.variantsFault = error.what();
-    }
+    readVariants(file, read);
     return read;
+}
+
+/// Whether a file contains this scene.
+bool isSavedAs(const std::filesystem::path& file, const Scene& scene) {
+    try {
+        return !file.empty() && readWhole(file).scene == scene;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 /// Something to begin with: it can be optimised, and everything in it can be moved and erased.
@@ -125,15 +139,19 @@ bool FileActions::load(const std::filesystem::path& file) {
         stampFile();
         remember(file);
         emit loaded(read.design, read.variants);
-        if (!read.variantsFault.empty())
-            QMessageBox::warning(&parent, tr("The variants cannot be read"),
-                                 QString::fromStdString(read.variantsFault));
+        warnOfVariants(read.variantsFault);
         return true;
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The scene cannot be opened"),
                              QString::fromStdString(error.what()));
         return false;
     }
+}
+
+void FileActions::warnOfVariants(const std::string& fault) {
+    if (!fault.empty())
+        QMessageBox::warning(&parent, tr("The variants cannot be read"),
+                             QString::fromStdString(fault));
 }
 
 bool FileActions::mayDiscard() {
@@ -186,14 +204,28 @@ bool FileActions::recover(Recovery& own) {
         Recovery::forget(*found);
         return false;
     }
-    Scene scene = found->scene;
-    if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
-    document.recover(std::move(scene), found->original);
+    openRecovered(*found);
     own.keep();  // before the old file goes, so that a crash loses nothing
     Recovery::forget(*found);
-    stampFile();
-    emit loaded(std::nullopt, {});
     return true;
+}
+
+void FileActions::openRecovered(const Recovery::Found& found) {
+    ReadScene next{found.scene, found.design, {}, {}};
+    if (next.scene.volumeFraction == 0) next.scene.volumeFraction = volumeFor(next.scene);
+    if (found.variants)
+        next.variants = *found.variants;
+    else if (!found.original.empty())
+        readVariants(found.original, next);
+    // Perhaps there were only variants to save.
+    if (isSavedAs(found.original, next.scene))
+        document.open(std::move(next.scene), found.original);
+    else
+        document.recover(std::move(next.scene), found.original);
+    stampFile();
+    emit loaded(next.design, next.variants);
+    if (found.variants && variants != nullptr) variants->setModified(true);
+    warnOfVariants(next.variantsFault);
 }
 
 void FileActions::importDesign() {

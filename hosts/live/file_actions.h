@@ -10,9 +10,9 @@
 #include <optional>
 
 #include "document.h"
+#include "recovery.h"
 #include "variant.h"
 
-class Recovery;
 class VariantStrip;
 
 /// Opens and saves the document, remembers files, and asks before changes are lost.
@@ -66,6 +66,8 @@ signals:
 
 private:
     void makeNew();
+    void openRecovered(const Recovery::Found& found);
+    void warnOfVariants(const std::string& fault);
     void importDesign();
     /// Asks before another program's changes to the file are lost.
     bool mayReplace(const std::filesystem::path& target);

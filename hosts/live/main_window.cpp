@@ -364,6 +364,8 @@ void MainWindow::connectDocument() {
         variantKeeper->keep(name);
     });
     files->setDesignSource([this] { return designToSave(); });
+    recovery.setVariants(*variantStrip);
+    recovery.setDesignSource([this] { return restingDesign(); });
     connect(&bench, &Workbench::selectionChanged, this,
             [this] { stage->plate().setSelection(bench.selection()); });
     connect(&plate, &PlateView::menuAsked, this, &MainWindow::openMenu);
@@ -407,6 +409,7 @@ void MainWindow::connectRun() {
     connect(&run, &LiveRun::designScored, this, [this](const ScoreResult& result) {
         if (result.isSettled && result.revision == run.revision()) showScore(result);
     });
+    connect(&run, &LiveRun::designScored, &recovery, &Recovery::follow);
     connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
     connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
     // A drag is one step of the history, whose edits follow one another.
@@ -629,8 +632,15 @@ std::optional<VariantKeeper::View> MainWindow::viewToKeep() const {
 
 std::optional<Field> MainWindow::designToSave() const {
     const bool isThere = run.frame().numbers.iteration > 0 || run.state() == RunState::AS_KEPT;
-    if (drawing->isActive() || !isThere) return std::nullopt;
+    // While the library refuses the scene, the plate shows the start of a run or another design.
+    const bool isOfScene = run.state() != RunState::FAILED;
+    if (drawing->isActive() || !isThere || !isOfScene) return std::nullopt;
     return run.frame().material;
+}
+
+std::optional<Field> MainWindow::restingDesign() const {
+    const bool rests = run.state() == RunState::SETTLED || run.state() == RunState::AS_KEPT;
+    return rests ? designToSave() : std::nullopt;
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -92,6 +92,7 @@ private:
     void showScore(std::optional<ScoreResult> result);
     void showDocks(bool shows);
     std::optional<Field> designToSave() const;
+    std::optional<Field> restingDesign() const;
     /// The score of the design on the plate; null while that forms.
     const ScoreResult* scoreOfPlate() const;
     void showTitle();

@@ -17,6 +17,8 @@
 
 #include "export/scene_file.h"
 #include "format/scene_writer.h"
+#include "saved_variants.h"
+#include "variant_strip.h"
 
 using namespace voxam;
 namespace fs = std::filesystem;
@@ -27,6 +29,8 @@ constexpr int DELAY = 5000;  // ms after the last edit
 constexpr const char* PREFIX = "recovery-";
 constexpr const char* SCENE_KEY = "scene";
 constexpr const char* ORIGINAL_KEY = "original";
+constexpr const char* DESIGN_KEY = "design";
+constexpr const char* VARIANTS_KEY = "variants";
 
 // A handler may do little more than write a byte; the loop of events reads it.
 std::array<int, 2> signalPipe = {-1, -1};
@@ -42,6 +46,19 @@ QDir directory() {
 
 bool isRunning(qint64 process) {
     return kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM;
+}
+
+/// Throws InputError if the file was cut off in the middle of writing, or is of another version.
+Recovery::Found readKept(const fs::path& file, const QJsonObject& kept) {
+    const fs::path original = kept[ORIGINAL_KEY].toString().toStdString();
+    Recovery::Found found{file, original,
+                          parseScene(kept[SCENE_KEY].toString().toStdString(), original),
+                          std::nullopt, std::nullopt};
+    if (kept.contains(DESIGN_KEY))
+        found.design = unpacked(kept[DESIGN_KEY].toString(), found.scene, file);
+    if (kept.contains(VARIANTS_KEY))
+        found.variants = variantsFrom(kept[VARIANTS_KEY].toString().toUtf8(), file);
+    return found;
 }
 
 }  // namespace
@@ -61,8 +78,17 @@ fs::path Recovery::file() {
     return directory().filePath(name).toStdString();
 }
 
+void Recovery::setVariants(const VariantStrip& strip) {
+    variants = &strip;
+    connect(&strip, &VariantStrip::modificationChanged, this, &Recovery::follow);
+}
+
+bool Recovery::isModified() const {
+    return document.isModified() || (variants != nullptr && variants->isModified());
+}
+
 void Recovery::follow() {
-    if (document.isModified()) {
+    if (isModified()) {
         if (!delay.isActive()) delay.start();
         return;
     }
@@ -72,9 +98,12 @@ void Recovery::follow() {
 
 void Recovery::keep() {
     delay.stop();
-    if (!document.isModified() || !directory().mkpath(".")) return;
-    const QJsonObject kept = {{ORIGINAL_KEY, QString::fromStdString(document.file().string())},
-                              {SCENE_KEY, QString::fromStdString(sceneText(*document.whole()))}};
+    if (!isModified() || !directory().mkpath(".")) return;
+    QJsonObject kept = {{ORIGINAL_KEY, QString::fromStdString(document.file().string())},
+                        {SCENE_KEY, QString::fromStdString(sceneText(*document.whole()))}};
+    if (const auto seen = design()) kept[DESIGN_KEY] = packed(*seen);
+    if (variants != nullptr && variants->isModified())
+        kept[VARIANTS_KEY] = QString::fromUtf8(textOf(variants->variants()));
     QSaveFile target(QString::fromStdString(file().string()));
     // Where nothing can be written, the document itself is still there.
     if (!target.open(QIODevice::WriteOnly)) return;
@@ -90,13 +119,10 @@ std::optional<Recovery::Found> Recovery::find() {
         if (process <= 0 || isRunning(process)) continue;
         QFile source(info.filePath());
         if (!source.open(QIODevice::ReadOnly)) continue;
-        const QJsonObject kept = QJsonDocument::fromJson(source.readAll()).object();
-        const fs::path original = kept[ORIGINAL_KEY].toString().toStdString();
         try {
-            return Found{info.filePath().toStdString(), original,
-                         parseScene(kept[SCENE_KEY].toString().toStdString(), original)};
+            return readKept(info.filePath().toStdString(),
+                            QJsonDocument::fromJson(source.readAll()).object());
         } catch (const std::exception&) {
-            // Cut off in the middle of writing, or of another version.
             source.remove();
         }
     }

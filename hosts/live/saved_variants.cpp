@@ -43,36 +43,6 @@ void setUp(QDataStream& stream) {
     stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
 }
 
-/// The values in single precision, compressed, in base64.
-QString packed(const Field& field) {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    setUp(stream);
-    for (const float value : field.values) stream << value;
-    return QString::fromLatin1(qCompress(bytes).toBase64());
-}
-
-/// Densities of a scene from packed(). Throws InputError unless they fit.
-Field unpacked(const QString& text, const Scene& scene, const fs::path& file) {
-    const QByteArray bytes = qUncompress(QByteArray::fromBase64(text.toLatin1()));
-    const auto count = static_cast<std::size_t>(bytes.size()) / sizeof(float);
-    const auto elements = static_cast<std::size_t>(scene.width) * scene.height;
-    int refinement = 1;
-    while (refinement < Scene::MAX_DESIGN_REFINEMENT && elements * refinement * refinement < count)
-        ++refinement;
-    Field field(scene.width * refinement, scene.height * refinement);
-    if (field.values.size() != count)
-        throw InputError(nameOf(file) + ": a variant's densities do not fit its plate");
-    QDataStream stream(bytes);
-    setUp(stream);
-    for (float& value : field.values) {
-        stream >> value;
-        if (!(value >= 0 && value <= 1))
-            throw InputError(nameOf(file) + ": a variant's densities are not from 0 to 1");
-    }
-    return field;
-}
-
 QJsonObject objectOf(const Variant& variant) {
     return {{NAME_KEY, variant.name},
             {SCENE_KEY, objectOf(*variant.whole)},
@@ -96,6 +66,35 @@ Variant variantOf(const QJsonObject& object, const fs::path& file) {
 
 }  // namespace
 
+// The values in single precision, compressed, in base64.
+QString packed(const Field& field) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    setUp(stream);
+    for (const float value : field.values) stream << value;
+    return QString::fromLatin1(qCompress(bytes).toBase64());
+}
+
+Field unpacked(const QString& text, const Scene& scene, const fs::path& file) {
+    const QByteArray bytes = qUncompress(QByteArray::fromBase64(text.toLatin1()));
+    const auto count = static_cast<std::size_t>(bytes.size()) / sizeof(float);
+    const auto elements = static_cast<std::size_t>(scene.width) * scene.height;
+    int refinement = 1;
+    while (refinement < Scene::MAX_DESIGN_REFINEMENT && elements * refinement * refinement < count)
+        ++refinement;
+    Field field(scene.width * refinement, scene.height * refinement);
+    if (field.values.size() != count)
+        throw InputError(nameOf(file) + ": the densities of a design do not fit its plate");
+    QDataStream stream(bytes);
+    setUp(stream);
+    for (float& value : field.values) {
+        stream >> value;
+        if (!(value >= 0 && value <= 1))
+            throw InputError(nameOf(file) + ": the densities of a design are not from 0 to 1");
+    }
+    return field;
+}
+
 fs::path variantsFileOf(const fs::path& sceneFile) {
     return sceneFile.parent_path() / (sceneFile.stem().string() + ".variants");
 }
@@ -107,9 +106,7 @@ void writeVariantsBeside(const fs::path& sceneFile, const std::deque<Variant>& v
         fs::remove(file, error);
         return;
     }
-    QJsonArray list;
-    for (const Variant& variant : variants) list.append(objectOf(variant));
-    const QByteArray text = QJsonDocument(QJsonObject{{VARIANTS_KEY, list}}).toJson();
+    const QByteArray text = textOf(variants);
     writeFile(file, {text.begin(), text.end()});
 }
 
@@ -117,8 +114,17 @@ std::deque<Variant> variantsBeside(const fs::path& sceneFile) {
     const fs::path file = variantsFileOf(sceneFile);
     std::error_code error;
     if (!fs::exists(file, error)) return {};
-    const std::string text = readText(file, "variants");
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
+    return variantsFrom(QByteArray::fromStdString(readText(file, "variants")), file);
+}
+
+QByteArray textOf(const std::deque<Variant>& variants) {
+    QJsonArray list;
+    for (const Variant& variant : variants) list.append(objectOf(variant));
+    return QJsonDocument(QJsonObject{{VARIANTS_KEY, list}}).toJson();
+}
+
+std::deque<Variant> variantsFrom(const QByteArray& text, const fs::path& file) {
+    const QJsonDocument document = QJsonDocument::fromJson(text);
     if (!document.isObject()) throw InputError(nameOf(file) + ": this is not a file with variants");
     std::deque<Variant> variants;
     // Each needs a number of its own, by which its score finds it. Those of a run count up.

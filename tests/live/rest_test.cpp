@@ -108,28 +108,54 @@ private slots:
         QVERIFY(live.bench().document.isModified());
     }
 
-    void editsOutliveTheProgram() {
-        const QString ended = "recovery-999999999.json";  // no process has this number
-        const fs::path other = Recovery::file().parent_path() / ended.toStdString();
+    void editsAndVariantsOutliveTheProgram() {
+        const fs::path file = path("safe.json");
+        Field design;
         {
             LiveFixture live(LiveFixture::smallScene());
             Recovery recovery(live.bench().document);
+            recovery.setVariants(live.window.variants());
+            recovery.setDesignSource([&] { return live.run().frame().material; });
             recovery.keep();
             QVERIFY(!fs::exists(Recovery::file()));  // nothing to keep
             live.drag(live.at(24, 6), live.at(24, 3));
+            QVERIFY(live.settle());
+            QVERIFY(live.takeTool("Ctrl+K"));
+            design = live.run().frame().material;
             recovery.keep();
-            QVERIFY(fs::exists(Recovery::file()));
-            fs::copy_file(Recovery::file(), other, fs::copy_options::overwrite_existing);
-            live.bench().document.save(path("safe.json"));
+            leaveBehind();
+            const FileAnswer answer(QString::fromStdString(file.string()));
+            QVERIFY(live.takeTool("Ctrl+S"));
             QVERIFY(!fs::exists(Recovery::file()));
+        }
+        {
+            MainWindow window;
+            MessageAnswer answer(QMessageBox::Yes);
+            window.openAny();
+            QVERIFY2(answer.text.contains("Recover"), qPrintable(answer.text));
+            QCOMPARE(window.workbench().document.scene().loads[0].y, (Range{3, 3}));
+            QVERIFY(window.workbench().document.isModified());
+            QVERIFY(!fs::exists(leftBehind()));
+            QVERIFY(window.liveRun().frame().material == design);
+            QCOMPARE(window.variants().variants().size(), std::size_t{1});
+            QVERIFY(window.variants().variants()[0].material == design);
+        }
+        {
+            // Of a file that has variants already.
+            LiveFixture live("minimal.json");
+            QVERIFY(live.window.open(file));
+            Recovery recovery(live.bench().document);
+            recovery.setVariants(live.window.variants());
+            live.window.variants().add(live.window.variants().variants()[0]);
+            recovery.keep();
+            leaveBehind();
         }
         MainWindow window;
         MessageAnswer answer(QMessageBox::Yes);
         window.openAny();
-        QVERIFY2(answer.text.contains("Recover"), qPrintable(answer.text));
-        QCOMPARE(window.workbench().document.scene().loads[0].y, (Range{3, 3}));
-        QVERIFY(window.workbench().document.isModified());
-        QVERIFY(!fs::exists(other));
+        QVERIFY(!window.workbench().document.isModified());
+        QVERIFY(window.isWindowModified());
+        QCOMPARE(window.variants().variants().size(), std::size_t{2});
     }
 
     void aBrokenPartLeavesOnlyWhenAsked() {
@@ -176,6 +202,14 @@ private slots:
     }
 
 private:
+    // No process has this number.
+    static fs::path leftBehind() {
+        return Recovery::file().parent_path() / "recovery-999999999.json";
+    }
+    static void leaveBehind() {
+        fs::copy_file(Recovery::file(), leftBehind(), fs::copy_options::overwrite_existing);
+    }
+
     fs::path path(const char* name) const {
         return fs::path(directory.path().toStdString()) / name;
     }
