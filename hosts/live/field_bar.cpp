@@ -81,7 +81,8 @@ void FieldBar::makeViews() {
          tr("Which elements carry much: their share in the compliance")},
         {tr("Show the &stress"), tr("Stress"), tr("The von Mises stress of the elements")},
         {tr("Show the &deformed plate"), tr("Deformed"),
-         tr("How the loads bend the design, enlarged")},
+         tr("How the loads deform the design. The displacements are scaled so that you can see "
+            "them; the legend shows the factor.")},
     }};
     for (std::size_t i = 0; i < entries.size(); ++i) {
         QAction* action = views.addAction(entries[i].name);

@@ -45,8 +45,8 @@ QString energyReading(const ScoreResult& score, const Cell& cell) {
     const Field& energies = *score.view.field->values;
     const auto energy = static_cast<double>(energies.at(cell.x, cell.y));
     const double average = mean(energies);
-    return QObject::tr("Energy %1 × the average (%2)")
-        .arg(numberText(average > 0 ? energy / average : 0, DIGITS), numberText(energy, DIGITS));
+    return QObject::tr("Energy of this cell %1, that is %2 × the average of the plate")
+        .arg(numberText(energy, DIGITS), numberText(average > 0 ? energy / average : 0, DIGITS));
 }
 
 QString stressReading(const ScoreResult& score, const Scene& scene, const Cell& cell) {

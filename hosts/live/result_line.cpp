@@ -73,10 +73,12 @@ QString ResultLine::details() const {
         tr("Compliance is force times displacement, summed over the load cases: the "
            "smaller it is, the stiffer is the structure.");
     if (score && last.iteration > 0)
-        text += tr(" As drawn means in black and white, as voxam score would score it. While "
-                   "optimising, with greys, it is %1 after %2 iterations.")
-                    .arg(numberText(last.compliance, DIGITS_AT_REST))
-                    .arg(last.iteration);
+        text +=
+            tr(" As drawn, each cell of the picture is either solid or void, and the picture is "
+               "analysed cell by cell. The optimiser analyses elements, whose densities may lie "
+               "in between: it found %1 at iteration %2.")
+                .arg(numberText(last.compliance, DIGITS_AT_REST))
+                .arg(last.iteration);
     return text;
 }
 

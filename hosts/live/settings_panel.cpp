@@ -154,8 +154,9 @@ QWidget* SettingsPanel::makeGrid() {
                tr("Cells of the design per edge of an element. At 2 each element has four cells "
                   "that may be solid or void."));
     explainRow(*form, *meshFactor,
-               tr("Cells of the picture per edge of a cell of the design. It makes edges smoother "
-                  "and does not change the structure."));
+               tr("Cells of the picture per edge of a cell of the design. More of them make edges "
+                  "smoother and do not change the structure. The compliance as drawn changes a "
+                  "little, because it is computed from the picture."));
     for (QSpinBox* box : {width, height, subdivision, meshFactor}) {
         connect(box, &QSpinBox::valueChanged, this, &SettingsPanel::judgeGrid);
         box->installEventFilter(this);

@@ -549,8 +549,8 @@
         <translation>Verformt</translation>
     </message>
     <message>
-        <source>How the loads bend the design, enlarged</source>
-        <translation>Wie die Lasten den Entwurf verformen, vergrößert</translation>
+        <source>How the loads deform the design. The displacements are scaled so that you can see them; the legend shows the factor.</source>
+        <translation>Wie die Lasten den Entwurf verformen. Die Verschiebungen sind so skaliert, dass man sie sieht; die Legende nennt den Faktor.</translation>
     </message>
     <message>
         <source>All load cases</source>
@@ -1737,8 +1737,8 @@
         <translation>, Summe von %1 Lastfällen</translation>
     </message>
     <message>
-        <source>Energy %1 × the average (%2)</source>
-        <translation>Formänderungsenergie %1 × Mittelwert (%2)</translation>
+        <source>Energy of this cell %1, that is %2 × the average of the plate</source>
+        <translation>Energie dieser Zelle %1, das ist %2 × der Durchschnitt der Scheibe</translation>
     </message>
     <message>
         <source> (load case %1)</source>
@@ -1762,7 +1762,7 @@
     </message>
     <message>
         <source>Energy of an element as a multiple of the average</source>
-        <translation>Formänderungsenergie eines Elements als Vielfaches des Mittelwerts</translation>
+        <translation>Energie eines Elements als Vielfaches des Durchschnitts</translation>
     </message>
     <message>
         <source>Von Mises stress in force/mm² at a thickness of 1 mm</source>
@@ -1883,8 +1883,8 @@
         <translation>Die Nachgiebigkeit ist Kraft mal Verschiebung, summiert über die Lastfälle: Je kleiner sie ist, desto steifer ist das Tragwerk.</translation>
     </message>
     <message>
-        <source> As drawn means in black and white, as voxam score would score it. While optimising, with greys, it is %1 after %2 iterations.</source>
-        <translation> In Schwarzweiß heißt: so, wie voxam score den Entwurf bewertet. Beim Optimieren, mit Grautönen, beträgt sie nach %2 Iterationen %1.</translation>
+        <source> As drawn, each cell of the picture is either solid or void, and the picture is analysed cell by cell. The optimiser analyses elements, whose densities may lie in between: it found %1 at iteration %2.</source>
+        <translation> In Schwarzweiß ist jede Zelle des Bildes entweder gefüllt oder leer, und das Bild wird Zelle für Zelle berechnet. Der Optimierer rechnet mit Elementen, deren Dichten auch dazwischen liegen können: Bei Iteration %2 fand er %1.</translation>
     </message>
     <message>
         <source>Scoring the design...</source>
@@ -1926,12 +1926,12 @@
         <translation>in den Lastfällen %1 wirkt keine Last</translation>
     </message>
     <message>
-        <source>the solid elements are %1 % of the plate, more than the volume %2</source>
-        <translation>die gefüllten Elemente machen %1 % der Scheibe aus, mehr als das Volumen %2</translation>
+        <source>the solid elements are %1 % of the plate, more than the volume %2 %</source>
+        <translation>die gefüllten Elemente machen %1 % der Scheibe aus, mehr als das Volumen von %2 %</translation>
     </message>
     <message>
-        <source>the void elements leave %1 % of the plate, less than the volume %2</source>
-        <translation>die freigehaltenen Elemente lassen %1 % der Scheibe übrig, weniger als das Volumen %2</translation>
+        <source>the void elements leave %1 % of the plate, less than the volume %2 %</source>
+        <translation>die freigehaltenen Elemente lassen %1 % der Scheibe übrig, weniger als das Volumen von %2 %</translation>
     </message>
     <message>
         <source>needs about %1 GB of memory, and %2 GB are free</source>
@@ -1978,8 +1978,8 @@
         <translation>einige ihrer Knoten bekommen vielleicht kein Material</translation>
     </message>
     <message>
-        <source>%1 is above %2 (below a volume of %3): the design may fall into dots that carry nothing</source>
-        <translation>%1 liegt über %2 (bei einem Volumen unter %3): Der Entwurf kann in Punkte zerfallen, die nichts tragen</translation>
+        <source>%1 is above %2 (below a volume of %3 %): the design may fall into dots that carry nothing</source>
+        <translation>%1 liegt über %2 (bei einem Volumen unter %3 %): Der Entwurf kann in Punkte zerfallen, die nichts tragen</translation>
     </message>
     <message>
         <source>%1 is above %2: the design may fall into dots that carry nothing</source>
@@ -2188,6 +2188,14 @@
     <message>
         <source>This area has no elements on the plate</source>
         <translation>Dieser Bereich hat keine Elemente auf der Scheibe</translation>
+    </message>
+    <message>
+        <source>keep the elements at this load solid, and set the detail of the design and the detail of the picture to %1</source>
+        <translation>die Elemente an dieser Last gefüllt halten und die Auflösung des Entwurfs und des Bildes auf %1 setzen</translation>
+    </message>
+    <message>
+        <source>keep the elements at this load solid, and set the detail of the picture to %1</source>
+        <translation>die Elemente an dieser Last gefüllt halten und die Auflösung des Bildes auf %1 setzen</translation>
     </message>
 </context>
 <context>
@@ -2537,8 +2545,8 @@
         <translation>Zellen des Entwurfs je Elementkante. Bei 2 hat jedes Element vier Zellen, die gefüllt oder leer sein können.</translation>
     </message>
     <message>
-        <source>Cells of the picture per edge of a cell of the design. It makes edges smoother and does not change the structure.</source>
-        <translation>Zellen des Bildes je Kante einer Entwurfszelle. Glättet die Ränder und ändert das Tragwerk nicht.</translation>
+        <source>Cells of the picture per edge of a cell of the design. More of them make edges smoother and do not change the structure. The compliance as drawn changes a little, because it is computed from the picture.</source>
+        <translation>Zellen des Bildes je Kante einer Zelle des Entwurfs. Mehr davon glätten die Ränder und ändern das Tragwerk nicht. Die Nachgiebigkeit in Schwarzweiß ändert sich etwas, weil sie aus dem Bild berechnet wird.</translation>
     </message>
     <message>
         <source>Change volume</source>
