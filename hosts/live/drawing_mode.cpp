@@ -198,9 +198,12 @@ void DrawingMode::showRivalHeader() const {
     const QString state = isRivalSettled                    ? tr("Settled")
                           : run.state() == RunState::PAUSED ? tr("Paused")
                                                             : tr("Still working");
-    if (!designScore)
-        return stage.rivalHeader.show(run.refusal().text.empty() ? state : tr("Stopped"),
-                                      QString::fromStdString(run.refusal().text));
+    if (!designScore) {
+        const bool isRefused = !run.refusal().text.empty();
+        return stage.rivalHeader.show(
+            isRefused ? tr("Stopped") : state,
+            isRefused ? problemsOf(bench.document.scene(), run.refusal()).text : QString());
+    }
     QStringList notes;
     for (const Finding& warning : designScore->warnings) notes << sentenceOf(warning);
     stage.rivalHeader.show(

@@ -1,6 +1,7 @@
 #include "problems.h"
 
 #include <QObject>
+#include <QRegularExpression>
 #include <array>
 #include <utility>
 
@@ -10,6 +11,8 @@
 using namespace voxam;
 
 namespace {
+
+constexpr double PERCENT = 100;
 
 template <typename Where>
 QPointF middleOf(const Where& where) {
@@ -36,7 +39,7 @@ QString adviceOn(const Finding& finding) {
     return {};
 }
 
-/// What to do about a text of the library.
+/// Why the library refuses, as the first sentence, and what to do about it.
 QString adviceOn(const QString& text) {
     if (text == "Change load / support")
         return QObject::tr(
@@ -50,14 +53,21 @@ QString adviceOn(const QString& text) {
         return QObject::tr(
             "The loads do no work. Put a force on a node that is not held, in a load case that is "
             "in use.");
-    return QObject::tr("The library could not go on. Use a smaller grid, or start afresh.");
+    return QObject::tr("The library could not go on. Use a smaller grid, or start afresh.") + " (" +
+           text + ")";
 }
 
 /// The text of a finding without the keys of a scene file.
 QString inWords(QString text) {
     // The window does not show text for the scene file.
-    if (const auto json = text.indexOf(": \""); json >= 0) text.truncate(json);
-    static const std::array<std::pair<const char*, const char*>, 13> words = {
+    static const QRegularExpression json(
+        R"re(: ("passive": .*\]\}|add \{.*\} to passive\.solid))re");
+    text.remove(json);
+    static const QRegularExpression volume(R"re((volumeFraction(?: of)? )(\d[\d.e-]*\d|\d))re");
+    if (const auto match = volume.match(text); match.hasMatch())
+        text.replace(match.capturedStart(2), match.capturedLength(2),
+                     QString::number(PERCENT * match.captured(2).toDouble()) + " %");
+    static const std::array<std::pair<const char*, const char*>, 12> words = {
         {{"lies inside the elements that passive.void keeps void", "lies inside what is kept void"},
          {"passive.void separates it", "what is kept void separates it"},
          {"passive.void:", "too many elements are kept void:"},
@@ -122,10 +132,11 @@ Problems problemsOf(const Scene& scene, const LibraryText& refusal,
         // What a check found says more than the library.
         problems.text = sentenceOf(findings.front());
         problems.advice = adviceOn(findings.front());
-        if (!libraryText.isEmpty()) problems.advice += QString(" (%1)").arg(libraryText);
     } else if (!libraryText.isEmpty()) {
-        problems.text = libraryText;
-        problems.advice = adviceOn(libraryText);
+        const QString words = adviceOn(libraryText);
+        const auto reason = words.indexOf(". ") + 1;
+        problems.text = words.left(reason);
+        problems.advice = words.mid(reason + 1);
     } else if (result) {
         addWarnings(*result, scene, problems);
     }

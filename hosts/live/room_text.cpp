@@ -18,14 +18,21 @@ constexpr const char* PHRASES[] = {
     QT_TRANSLATE_NOOP("Rooms", "what is kept void separates it from every support"),
     QT_TRANSLATE_NOOP("Rooms", "none acts in load case %1"),
     QT_TRANSLATE_NOOP("Rooms", "none acts in the load cases %1"),
-    QT_TRANSLATE_NOOP("Rooms", "the solid elements are %1 % of the plate, more than the volume %2"),
     QT_TRANSLATE_NOOP("Rooms",
-                      "the void elements leave %1 % of the plate, less than the volume %2"),
+                      "the solid elements are %1 % of the plate, more than the volume %2 %"),
+    QT_TRANSLATE_NOOP("Rooms",
+                      "the void elements leave %1 % of the plate, less than the volume %2 %"),
     QT_TRANSLATE_NOOP("Rooms", "needs about %1 GB of memory, and %2 GB are free"),
     QT_TRANSLATE_NOOP("Rooms", "lower its width and height"),
     QT_TRANSLATE_NOOP("Rooms", "lower the detail of the picture or the detail of the design"),
     QT_TRANSLATE_NOOP("Rooms", "lower it"),
     QT_TRANSLATE_NOOP("Rooms", "score a coarser design"),
+    QT_TRANSLATE_NOOP("Rooms",
+                      "keep the elements at this load solid, and set the detail of the design and "
+                      "the detail of the picture to %1"),
+    QT_TRANSLATE_NOOP("Rooms",
+                      "keep the elements at this load solid, and set the detail of the picture to "
+                      "%1"),
     QT_TRANSLATE_NOOP("Rooms", "keep the elements at this load solid"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid, more volume or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more iterations"),
@@ -33,7 +40,7 @@ constexpr const char* PHRASES[] = {
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid"),
     QT_TRANSLATE_NOOP("Rooms", "some of its nodes may get no material"),
     QT_TRANSLATE_NOOP("Rooms",
-                      "%1 is above %2 (below a volume of %3): the design may fall into dots that "
+                      "%1 is above %2 (below a volume of %3 %): the design may fall into dots that "
                       "carry nothing"),
     QT_TRANSLATE_NOOP("Rooms", "%1 is above %2: the design may fall into dots that carry nothing"),
     QT_TRANSLATE_NOOP("Rooms",
