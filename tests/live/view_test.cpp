@@ -34,7 +34,7 @@ private slots:
 
         // Both load cases: the sum of energies, the stress of the worse.
         const double energy = elements.at("energy_0") + elements.at("energy_1");
-        QVERIFY(showsAt(live, "Ctrl+2", 7, 4, "(" + digits(energy) + ")"));
+        QVERIFY(showsAt(live, "Ctrl+2", 7, 4, "cell " + digits(energy) + ", that"));
         const QString worse = elements.at("von_mises_0") > elements.at("von_mises_1") ? "0" : "1";
         const auto stress = [&](const QString& loadCase) {
             const auto value = [&](const char* name) {
