@@ -58,7 +58,7 @@ QWidget* LoadPanel::makeCases() {
     cases->setAccessibleName(tr("Load cases; those that are ticked are in use"));
     cases->setToolTip(
         tr("Tick the load cases to optimise for. New loads belong to the one that is "
-           "selected."));
+           "selected. Scene files count load cases from 0, and so does the window."));
     connect(cases, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.setLoadCase(row);
     });

@@ -214,13 +214,15 @@ void PlatePainter::drawArrow(const LoadArrow& arrow, const PlateLook& look) {
 
 void PlatePainter::drawLoadCase(const LoadArrow& arrow, const PlateLook& look) {
     const Point away = arrow.tailAtNode ? arrow.direction : -1 * arrow.direction;
-    QRectF box(0, 0, 40, 16);
-    box.moveCenter(toQt(arrow.freeEnd() + 11 * away));
+    QRectF box(0, 0, 80, 16);
+    // A word is wider than high.
+    const double gap = 11 + 18 * std::abs(away.x);
+    box.moveCenter(toQt(arrow.freeEnd() + gap * away));
     painter.setPen(colourOf(arrow.loadCase, look));
     QFont font = painter.font();
     font.setBold(true);
     painter.setFont(font);
-    painter.drawText(box, Qt::AlignCenter, QString::number(arrow.loadCase));
+    painter.drawText(box, Qt::AlignCenter, QObject::tr("case %1").arg(arrow.loadCase));
 }
 
 void PlatePainter::drawHandles(const LoadArrow& arrow) {

@@ -54,7 +54,8 @@ QString plateRows() {
                QObject::tr("Any angle and force, no snapping")) +
            row(QObject::tr("Shift and a press"),
                QObject::tr("A straight line from where the last stroke ended")) +
-           row(QObject::tr("Right button"), QObject::tr("Erase, or rub out")) +
+           row(QObject::tr("Right button"),
+               QObject::tr("Open the menu of what is there; while drawing, rub out")) +
            row(QObject::tr("Wheel, + and −"), QObject::tr("Zoom")) +
            row(QObject::tr("Middle button, Ctrl+Arrow keys"),
                QObject::tr("Move the plate in the window"));

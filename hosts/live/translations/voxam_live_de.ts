@@ -864,8 +864,8 @@
         <translation>Lastfälle; die angekreuzten werden berücksichtigt</translation>
     </message>
     <message>
-        <source>Tick the load cases to optimise for. New loads belong to the one that is selected.</source>
-        <translation>Die Lastfälle ankreuzen, für die optimiert wird. Neue Lasten gehören zum ausgewählten.</translation>
+        <source>Tick the load cases to optimise for. New loads belong to the one that is selected. Scene files count load cases from 0, and so does the window.</source>
+        <translation>Die Lastfälle ankreuzen, für die optimiert wird. Neue Lasten gehören zum ausgewählten. Wie in den Szenendateien zählen die Lastfälle ab 0.</translation>
     </message>
     <message>
         <source>Use load case</source>
@@ -1229,12 +1229,12 @@
         <translation>Wie weit die Lasten das Tragwerk bewegen: Kraft mal Verschiebung, summiert über die Lastfälle. Je kleiner, desto steifer ist das Tragwerk.</translation>
     </message>
     <message>
-        <source>Material of the design, in percent of the plate.</source>
-        <translation>Material des Entwurfs in Prozent der Scheibe.</translation>
+        <source>Material of the design, in percent of the plate. It may differ a little from the volume you asked for, because the picture is a smoothed copy of the optimiser&apos;s densities.</source>
+        <translation>Material des Entwurfs, in Prozent der Scheibe. Es kann etwas vom gewünschten Volumen abweichen, weil das Bild eine geglättete Kopie der Dichten des Optimierers ist.</translation>
     </message>
     <message>
-        <source>The largest change of a density in the last iteration. Below 0.01 hardly anything moves.</source>
-        <translation>Die größte Änderung einer Dichte in der letzten Iteration. Unter 0,01 bewegt sich kaum noch etwas.</translation>
+        <source>The largest change of a density in the last iteration, from 0 to 1. A design settles when its compliance hardly changes, although single cells may still waver.</source>
+        <translation>Die größte Änderung einer Dichte in der letzten Iteration, von 0 bis 1. Ein Entwurf ist konvergiert, wenn sich seine Nachgiebigkeit kaum noch ändert; einzelne Zellen können dann noch schwanken.</translation>
     </message>
     <message>
         <source>Time for one iteration, averaged over the last iterations.</source>
@@ -1418,6 +1418,10 @@
         <source>As drawn means in black and white, without the greys of the optimiser.</source>
         <translation>In Schwarzweiß heißt: ohne die Grautöne des Optimierers.</translation>
     </message>
+    <message>
+        <source>&lt;qt&gt;The plate and the structure on it. Arrows are loads. Triangles are supports; a small wheel below one lets the plate slide. The tools change all of these.&lt;/qt&gt;</source>
+        <translation>&lt;qt&gt;Die Scheibe mit dem Tragwerk. Pfeile sind Lasten. Dreiecke sind Lager; auf einem kleinen Rad darunter kann die Scheibe gleiten. Die Werkzeuge ändern all das.&lt;/qt&gt;</translation>
+    </message>
 </context>
 <context>
     <name>PlotPanel</name>
@@ -1474,7 +1478,7 @@
     </message>
     <message>
         <source>%1:  node %2, %3;  force %4, %5</source>
-        <translation>%1:  Knoten %2, %3;  Kraft %4, %5</translation>
+        <translation>%1:  Knoten %2, %3;  Kraft (%4; %5)</translation>
     </message>
     <message>
         <source>  (case %1)</source>
@@ -1486,7 +1490,7 @@
     </message>
     <message>
         <source>Load %1 at x %2, y %3: force %4, %5</source>
-        <translation>Last %1 bei x %2, y %3: Kraft %4, %5</translation>
+        <translation>Last %1 bei x %2, y %3: Kraft (%4; %5)</translation>
     </message>
     <message>
         <source>Move load</source>
@@ -1693,8 +1697,8 @@
         <translation>Rechte Maustaste</translation>
     </message>
     <message>
-        <source>Erase, or rub out</source>
-        <translation>Löschen oder radieren</translation>
+        <source>Open the menu of what is there; while drawing, rub out</source>
+        <translation>Menü zu dem öffnen, was dort ist; beim Zeichnen radieren</translation>
     </message>
     <message>
         <source>Wheel, + and −</source>
@@ -1746,7 +1750,7 @@
     </message>
     <message>
         <source>Stress, von Mises %1, x %2, y %3, shear %4 force/mm²</source>
-        <translation>Spannung, von Mises %1, x %2, y %3, Schub %4 Kraft/mm²</translation>
+        <translation>Spannung: von Mises %1; x %2; y %3; Schub %4 Kraft/mm²</translation>
     </message>
     <message>
         <source>No material</source>
@@ -1754,7 +1758,7 @@
     </message>
     <message>
         <source>Displacement %1: x %2, y %3 (force / E t)</source>
-        <translation>Verschiebung %1: x %2, y %3 (Kraft / E t)</translation>
+        <translation>Verschiebung %1: x %2; y %3 (Kraft / E t)</translation>
     </message>
     <message>
         <source>Density</source>
@@ -1790,7 +1794,7 @@
     </message>
     <message>
         <source>Disc at %1, %2, radius %3</source>
-        <translation>Kreis bei %1, %2, Radius %3</translation>
+        <translation>Kreis bei (%1; %2), Radius %3</translation>
     </message>
     <message>
         <source>Rectangle of %1 × %2 elements at x %3, y %4</source>
@@ -1826,7 +1830,7 @@
     </message>
     <message>
         <source>%1: disc at %2, %3, radius %4</source>
-        <translation>%1: Kreis bei %2, %3, Radius %4</translation>
+        <translation>%1: Kreis bei (%2; %3), Radius %4</translation>
     </message>
     <message>
         <source>, with a hole of radius %1</source>
@@ -1850,7 +1854,11 @@
     </message>
     <message>
         <source> (%1, %2 mm)</source>
-        <translation> (%1, %2 mm)</translation>
+        <translation> (%1; %2 mm)</translation>
+    </message>
+    <message>
+        <source>case %1</source>
+        <translation>Lastfall %1</translation>
     </message>
 </context>
 <context>
@@ -1893,6 +1901,14 @@
     <message>
         <source>The optimiser cannot go on</source>
         <translation>Der Optimierer kann nicht weiterrechnen</translation>
+    </message>
+    <message>
+        <source>Forming: the optimiser improves the design. Settled: the compliance changed by no more than 0.1 % in the last 30 iterations, or 500 iterations have passed since the last edit. The optimiser then rests until you change something.</source>
+        <translation>Formt sich: Der Optimierer verbessert den Entwurf. Konvergiert: Die Nachgiebigkeit hat sich in den letzten 30 Iterationen um höchstens 0,1 % geändert, oder seit der letzten Bearbeitung sind 500 Iterationen vergangen. Der Optimierer ruht dann, bis Sie etwas ändern.</translation>
+    </message>
+    <message>
+        <source> Material is the share of the plate that is solid. It may differ a little from the volume you asked for, because the picture is a smoothed copy of the optimiser&apos;s densities.</source>
+        <translation> Material ist der gefüllte Anteil der Scheibe. Er kann etwas vom gewünschten Volumen abweichen, weil das Bild eine geglättete Kopie der Dichten des Optimierers ist.</translation>
     </message>
 </context>
 <context>
@@ -2256,12 +2272,12 @@
         <translation>Beschreibung</translation>
     </message>
     <message>
-        <source>It is drawn above exported pictures.</source>
-        <translation>Er steht über exportierten Bildern.</translation>
+        <source>It is drawn above exported pictures. This is the text of the file, in its own language.</source>
+        <translation>Er steht über exportierten Bildern. Hier steht der Text der Datei in ihrer eigenen Sprache.</translation>
     </message>
     <message>
-        <source>What the scene is about. It is shown above the plate.</source>
-        <translation>Worum es in der Szene geht. Die Beschreibung steht über der Scheibe.</translation>
+        <source>What the scene is about. It is shown above the plate. This is the text of the file, in its own language.</source>
+        <translation>Worum es in der Szene geht. Die Beschreibung steht über der Scheibe. Hier steht der Text der Datei in ihrer eigenen Sprache.</translation>
     </message>
     <message>
         <source>Change title</source>
@@ -2559,6 +2575,10 @@
     <message>
         <source>Change grid</source>
         <translation>Netz ändern</translation>
+    </message>
+    <message>
+        <source>Gives the plate the grid and the details of this group. The design then forms anew, from an even grey.</source>
+        <translation>Gibt der Scheibe das Netz und die Auflösungen dieser Gruppe. Der Entwurf formt sich dann neu, aus einem gleichmäßigen Grau.</translation>
     </message>
 </context>
 <context>
@@ -2976,6 +2996,21 @@
     <message>
         <source>Mirror</source>
         <translation>Spiegeln</translation>
+    </message>
+</context>
+<context>
+    <name>FieldLegend</name>
+    <message>
+        <source>The density of a cell: 0 is void, 1 is solid. Greys lie in between.</source>
+        <translation>Die Dichte einer Zelle: 0 ist leer, 1 ist gefüllt. Grautöne liegen dazwischen.</translation>
+    </message>
+    <message>
+        <source>The energy of a cell is its share of the compliance. The colours show it as a multiple of the average of the whole plate, including what is void.</source>
+        <translation>Die Energie einer Zelle ist ihr Anteil an der Nachgiebigkeit. Die Farben zeigen sie als Vielfaches des Durchschnitts der ganzen Scheibe, auch der leeren Zellen.</translation>
+    </message>
+    <message>
+        <source>The von Mises stress combines tension, compression and shear into one number. For another thickness, divide it by the thickness in mm.</source>
+        <translation>Die Von-Mises-Spannung fasst Zug, Druck und Schub zu einer Zahl zusammen. Bei einer anderen Dicke ist sie durch die Dicke in mm zu teilen.</translation>
     </message>
 </context>
 </TS>
