@@ -14,4 +14,6 @@ inline void explain(QAction& action, const QString& explanation) {
     action.setToolTip(name + (keys.isEmpty() ? "" : " (" + keys + ")") +
                       (explanation.isEmpty() ? "" : "\n" + explanation));
     action.setStatusTip(explanation);
+    action.setWhatsThis("<qt><b>" + name.toHtmlEscaped() + "</b><br>" +
+                        explanation.toHtmlEscaped() + "</qt>");
 }

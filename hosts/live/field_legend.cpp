@@ -24,12 +24,30 @@ void FieldLegend::show(const Legend& shown) {
     current = shown;
     setAccessibleName(current.caption);
     setToolTip(current.caption);
+    setWhatsThis(explanation());
     update();
 }
 
 void FieldLegend::setColours(const PlateColours& colourSet) {
     colours = &colourSet;
     update();
+}
+
+QString FieldLegend::explanation() const {
+    switch (current.kind) {
+        case Legend::Kind::DENSITY:
+            return tr("The density of a cell: 0 is void, 1 is solid. Greys lie in between.");
+        case Legend::Kind::MULTIPLES:
+            return tr(
+                "The energy of a cell is its share of the compliance. The colours show it as "
+                "a multiple of the average of the whole plate, including what is void.");
+        case Legend::Kind::VALUES:
+            return tr(
+                "The von Mises stress combines tension, compression and shear into one "
+                "number. For another thickness, divide it by the thickness in mm.");
+        default:
+            return current.caption.toHtmlEscaped();
+    }
 }
 
 QColor FieldLegend::colourAt(double position) const {

@@ -35,6 +35,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// What the colours mean, for What's This.
+    QString explanation() const;
     QColor colourAt(double position) const;
     std::vector<std::pair<double, QString>> ticks() const;
 

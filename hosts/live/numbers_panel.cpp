@@ -57,10 +57,14 @@ NumbersPanel::NumbersPanel(QWidget* parent) : QWidget(parent) {
     explainRow(*form, *compliance,
                tr("How far the loads move the structure: force times displacement, summed over the "
                   "load cases. The smaller it is, the stiffer is the structure."));
-    explainRow(*form, *volume, tr("Material of the design, in percent of the plate."));
+    explainRow(*form, *volume,
+               tr("Material of the design, in percent of the plate. It may differ a little from "
+                  "the volume you asked for, because the picture is a smoothed copy of the "
+                  "optimiser's densities."));
     explainRow(*form, *change,
-               tr("The largest change of a density in the last iteration. Below 0.01 hardly "
-                  "anything moves."));
+               tr("The largest change of a density in the last iteration, from 0 to 1. A design "
+                  "settles when its compliance hardly changes, although single cells may still "
+                  "waver."));
     explainRow(*form, *milliseconds,
                tr("Time for one iteration, averaged over the last iterations."));
     explainRow(*form, *frames, tr("How often the picture of the design was replaced."));

@@ -19,6 +19,9 @@ PlateStage::PlateStage(QWidget* parent)
     plateView->setAccessibleName(tr("Plate"));
     rivalView->setAccessibleName(tr("The optimiser's design"));
     rivalView->setFocusPolicy(Qt::NoFocus);
+    plateView->setWhatsThis(
+        tr("<qt>The plate and the structure on it. Arrows are loads. Triangles are supports; a "
+           "small wheel below one lets the plate slide. The tools change all of these.</qt>"));
     explainField(
         *header,
         tr("100 % means that your design is as stiff as the optimiser's: the loads move it "

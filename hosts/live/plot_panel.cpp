@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "field_help.h"
 #include "number_text.h"
 #include "plate_colours.h"
 
@@ -65,9 +66,9 @@ struct PlotPanel::Axes {
 
 PlotPanel::PlotPanel(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Plot of compliance and volume over the iterations"));
-    setToolTip(
-        tr("Compliance (left scale) and volume (right scale) over the iterations; dotted "
-           "lines are edits, triangles are peaks above the scale"));
+    explainField(*this,
+                 tr("Compliance (left scale) and volume (right scale) over the iterations; dotted "
+                    "lines are edits, triangles are peaks above the scale"));
 }
 
 void PlotPanel::add(const std::vector<IterationNumbers>& numbers) {

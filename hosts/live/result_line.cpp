@@ -29,6 +29,10 @@ ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), lin
     line->setTextInteractionFlags(Qt::TextSelectableByMouse);
     // A line that does not fit must not widen the window.
     line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    explainField(
+        *word, tr("Forming: the optimiser improves the design. Settled: the compliance changed by "
+                  "no more than 0.1 % in the last 30 iterations, or 500 iterations have passed "
+                  "since the last edit. The optimiser then rests until you change something."));
     layout->addWidget(word);
     layout->addSpacing(10);
     layout->addWidget(line, 1);
@@ -79,7 +83,9 @@ QString ResultLine::details() const {
                "in between: it found %1 at iteration %2.")
                 .arg(numberText(last.compliance, DIGITS_AT_REST))
                 .arg(last.iteration);
-    return text;
+    return text + tr(" Material is the share of the plate that is solid. It may differ a little "
+                     "from the volume you asked for, because the picture is a smoothed copy of the "
+                     "optimiser's densities.");
 }
 
 void ResultLine::refresh() {

@@ -52,8 +52,12 @@ void ScenePanel::makeTexts() {
     description->setAccessibleName(tr("Description of the scene"));
     form->addRow(tr("Title"), title);
     form->addRow(tr("Description"), description);
-    explainRow(*form, *title, tr("It is drawn above exported pictures."));
-    explainRow(*form, *description, tr("What the scene is about. It is shown above the plate."));
+    explainRow(*form, *title,
+               tr("It is drawn above exported pictures. This is the text of the file, in its own "
+                  "language."));
+    explainRow(*form, *description,
+               tr("What the scene is about. It is shown above the plate. This is the text of the "
+                  "file, in its own language."));
     connect(title, &QLineEdit::editingFinished, this, [this] {
         if (!title->isModified()) return;
         const std::string text = title->text().simplified().toStdString();

@@ -21,6 +21,8 @@ using namespace voxam;
 namespace {
 
 constexpr int SLIDER_STEPS_PER_PERCENT = 2;
+// The time of a smaller plate is mostly overhead, which does not grow with the plate.
+constexpr double TELLING_ELEMENTS = 1000;
 
 QSpinBox* makeCount(int most, const QString& name) {
     auto* box = new QSpinBox;
@@ -80,6 +82,7 @@ QWidget* SettingsPanel::makeVolume() {
     volumeSlider->setAccessibleName(tr("Volume of material in percent"));
     volume = new QDoubleSpinBox;
     volume->setRange(100 * Scene::MIN_VOLUME_FRACTION, 100);
+    volume->setCorrectionMode(QAbstractSpinBox::CorrectToNearestValue);
     volume->setDecimals(1);
     volume->setSuffix(" %");
     volume->setKeyboardTracking(false);
@@ -130,6 +133,8 @@ QWidget* SettingsPanel::makeGrid() {
     gridAdvice = new QLabel;
     gridAdvice->setWordWrap(true);
     gridButton = new QPushButton(tr("Apply and start &afresh"));
+    explainField(*gridButton, tr("Gives the plate the grid and the details of this group. The "
+                                 "design then forms anew, from an even grey."));
     // Above its fields, so that it is in sight where the panel is low.
     form->addRow(gridButton);
     form->addRow(gridAdvice);
@@ -261,6 +266,7 @@ QString SettingsPanel::speedOf(const Scene& plate) const {
         return 1.0 * each.width * each.height * each.subdivision * each.subdivision;
     };
     const auto elements = [](const Scene& each) { return 1.0 * each.width * each.height; };
+    if (elements(scene) < TELLING_ELEMENTS) return {};
     const double factor =
         std::max(cells(plate) / cells(scene), std::pow(elements(plate) / elements(scene), growth));
     const double seconds = factor * static_cast<double>(numbers.times.totalTime) / milliseconds;
