@@ -18,6 +18,7 @@
 #include "saved_design.h"
 #include "saved_variants.h"
 #include "scene_places.h"
+#include "shipped_text.h"
 #include "variant_strip.h"
 
 using namespace voxam;
@@ -156,9 +157,12 @@ void FileActions::warnOfVariants(const std::string& fault) {
 
 bool FileActions::mayDiscard() {
     if (!isModified()) return true;
+    // Scenes from the gallery are known by their titles.
+    const QString title = shippedText(document.scene().title);
     const auto answer = QMessageBox::question(
         &parent, tr("Save changes?"),
-        tr("%1 has changes that are not saved.").arg(document.displayName()),
+        tr("%1 has changes that are not saved.")
+            .arg(title.isEmpty() ? document.displayName() : title),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) return save();
     return answer == QMessageBox::Discard;

@@ -50,7 +50,7 @@ std::vector<Tour::Step> StartHere::makeSteps() {
     made.push_back({tr("Change the volume"),
                     tr("The volume is how much of the plate may be material. Move the slider to "
                        "spend less of it, or more."),
-                    [this] { return placeOf(parts.volume); },
+                    [this] { return placeOfRow(parts.volume); },
                     [this] {
                         parts.settings.show();
                         parts.settings.raise();
@@ -63,16 +63,16 @@ std::vector<Tour::Step> StartHere::makeSteps() {
                     [this, plate] {
                         return parts.keepVoid.isChecked() ? plate() : buttonOf(parts.keepVoid);
                     }});
-    made.push_back({tr("Draw a structure yourself"),
-                    tr("Press this button. Then draw bars from the left edge to the arrow, and see "
-                       "how stiff they are next to the optimiser's."),
-                    [this, plate] {
-                        return parts.drawMode.isChecked() ? plate() : buttonOf(parts.drawMode);
-                    }});
+    made.push_back(
+        {tr("Draw a structure yourself"),
+         tr("Press this button. Then draw bars from the left edge to the arrow, and see "
+            "how stiff they are next to the optimiser's."),
+         [this, plate] { return parts.drawMode.isChecked() ? plate() : buttonOf(parts.drawMode); },
+         [] {}, true});
     made.push_back({tr("Choose another plate"),
                     tr("The gallery has scenes to play with, to understand, to design and to draw. "
                        "Press this button to look at them."),
-                    [this] { return buttonOf(parts.gallery); }});
+                    [this] { return buttonOf(parts.gallery); }, [] {}, true});
     return made;
 }
 
@@ -102,6 +102,13 @@ QRect StartHere::placeOf(const QWidget& widget) const {
     if (!widget.isVisible()) return {};
     const QRect seen = widget.visibleRegion().boundingRect();
     return {widget.mapTo(&parts.window, seen.topLeft()), seen.size()};
+}
+
+// With its label, which the card would hide otherwise.
+QRect StartHere::placeOfRow(const QWidget& field) const {
+    QRect row = placeOf(field);
+    if (row.isValid()) row.setLeft(placeOf(*field.parentWidget()).left());
+    return row;
 }
 
 QRect StartHere::buttonOf(QAction& button) const {

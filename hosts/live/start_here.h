@@ -49,6 +49,7 @@ private:
     /// The button of an action in a tool bar, in the window.
     QRect buttonOf(QAction& button) const;
     QRect placeOf(const QWidget& widget) const;
+    QRect placeOfRow(const QWidget& field) const;
 
     Parts parts;
     Tour steps;

@@ -169,7 +169,8 @@ void Tour::follow() {
     card->layout()->activate();
     const QSize size(CARD_WIDTH, card->layout()->totalHeightForWidth(CARD_WIDTH));
     const QRect room = window.rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN);
-    const QRect place = placeOf(size, target, room);
+    const bool isAside = isRunning() && steps[current].isAside;
+    const QRect place = placeOf(size, isAside ? QRect() : target, room);
     if (card->geometry() != place) card->setGeometry(place);
     marker->raise();
     card->raise();

@@ -19,6 +19,7 @@ public:
         QString text;
         std::function<QRect()> place;           ///< the target, in the window; may be null
         std::function<void()> prepare = [] {};  ///< brings it into sight
+        bool isAside = false;                   ///< leaves the plate next to the target free
     };
 
     explicit Tour(QWidget& pointedAt);
