@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QInputDialog>
+#include <QMessageBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -27,7 +28,7 @@ VariantStrip::VariantStrip(QWidget* parent)
       restore(new QAction(tr("&Restore variant"), this)),
       compare(new QAction(tr("&Compare two variants..."), this)),
       rename(new QAction(tr("Re&name variant..."), this)),
-      remove(new QAction(tr("R&emove variants"), this)) {
+      remove(new QAction(tr("R&emove variants..."), this)) {
     items->setFlow(QListView::LeftToRight);
     items->setWrapping(false);
     items->setIconSize(PICTURE_SIZE);
@@ -43,7 +44,7 @@ VariantStrip::VariantStrip(QWidget* parent)
     addAction(*compare, tr("Show two selected variants side by side"),
               &VariantStrip::compareSelected);
     addAction(*rename, {}, &VariantStrip::renameSelected);
-    addAction(*remove, tr("Forget the selected variants"), &VariantStrip::removeSelected);
+    addAction(*remove, tr("Remove the selected variants"), &VariantStrip::removeSelected);
     auto* buttons = new QVBoxLayout;
     buttons->setSpacing(2);
     for (QAction* action : {restore, compare, remove}) {
@@ -180,6 +181,12 @@ void VariantStrip::renameSelected() {
 
 void VariantStrip::removeSelected() {
     QList<int> rows = selectedRows();
+    if (rows.empty()) return;
+    const auto answer = QMessageBox::question(
+        window(), tr("Remove variants?"),
+        tr("Remove %n variant(s)? This cannot be undone.", nullptr, static_cast<int>(rows.size())),
+        QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer != QMessageBox::Yes) return;
     std::reverse(rows.begin(), rows.end());
     for (const int row : rows) {
         kept.erase(kept.begin() + row);

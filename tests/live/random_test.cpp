@@ -4,6 +4,7 @@
 #include <QtTest>
 #include <random>
 
+#include "dialog_answers.h"
 #include "export/scene_file.h"
 #include "format/resize.h"
 #include "format/scene_reader.h"
@@ -120,7 +121,10 @@ private:
         if (list.count() == 0) return;
         list.clearSelection();
         list.setCurrentRow(static_cast<int>(random() % static_cast<unsigned>(list.count())));
-        if (random() % 8 == 0) return live.window.variants().actions().back()->trigger();
+        if (random() % 8 == 0) {
+            const MessageAnswer answer(QMessageBox::Yes);
+            return live.window.variants().actions().back()->trigger();
+        }
         QTest::keyClick(&list, Qt::Key_Return);
     }
 

@@ -90,7 +90,12 @@ private slots:
         // Without variants there is no file.
         live.window.variants().add(saved);
         live.window.variants().list().selectAll();
-        named(live, "Remove variants").trigger();
+        for (const auto button : {QMessageBox::Cancel, QMessageBox::Yes}) {
+            const MessageAnswer answer(button);
+            named(live, "Remove variants").trigger();
+            QVERIFY2(answer.text.contains("Remove 1 variant"), qPrintable(answer.text));
+            QCOMPARE(variants.empty(), button == QMessageBox::Yes);
+        }
         QVERIFY(live.takeTool("Ctrl+S"));
         QVERIFY(!std::filesystem::exists(kept));
     }

@@ -2900,8 +2900,19 @@
         <translation>Variante &amp;umbenennen …</translation>
     </message>
     <message>
-        <source>R&amp;emove variants</source>
-        <translation>Varianten &amp;entfernen</translation>
+        <source>R&amp;emove variants...</source>
+        <translation>Varianten &amp;entfernen …</translation>
+    </message>
+    <message>
+        <source>Remove variants?</source>
+        <translation>Varianten entfernen?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %n variant(s)? This cannot be undone.</source>
+        <translation>
+            <numerusform>%n Variante entfernen? Das lässt sich nicht rückgängig machen.</numerusform>
+            <numerusform>%n Varianten entfernen? Das lässt sich nicht rückgängig machen.</numerusform>
+        </translation>
     </message>
     <message>
         <source>Variants</source>
@@ -2916,8 +2927,8 @@
         <translation>Zwei ausgewählte Varianten nebeneinander zeigen</translation>
     </message>
     <message>
-        <source>Forget the selected variants</source>
-        <translation>Die ausgewählten Varianten verwerfen</translation>
+        <source>Remove the selected variants</source>
+        <translation>Die ausgewählten Varianten entfernen</translation>
     </message>
     <message>
         <source>Variant %1</source>

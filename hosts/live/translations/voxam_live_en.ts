@@ -21,4 +21,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>VariantStrip</name>
+    <message numerus="yes">
+        <source>Remove %n variant(s)? This cannot be undone.</source>
+        <translation>
+            <numerusform>Remove %n variant? This cannot be undone.</numerusform>
+            <numerusform>Remove %n variants? This cannot be undone.</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>
