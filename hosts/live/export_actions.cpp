@@ -162,12 +162,13 @@ void ExportActions::writeInBackground(
     writeFile(file, computeInBackground(parent, what, std::move(encode)));
 }
 
-fs::path ExportActions::ask(const QString& title, const QString& filter, const QString& ending) {
+fs::path ExportActions::ask(const QString& title, const QString& filter, const QString& ending,
+                            const QString& suffix) {
     QSettings settings;
     const QString directory = settings.value(DIRECTORY_KEY, QDir::homePath()).toString();
     QFileDialog dialog(&parent, title, directory, filter);
     const auto shown = current();
-    if (shown && !shown->name.isEmpty()) dialog.selectFile(shown->name + "." + ending);
+    if (shown && !shown->name.isEmpty()) dialog.selectFile(shown->name + suffix + "." + ending);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(ending);
     // A name without an ending gets that of the kind that was chosen.
@@ -235,7 +236,7 @@ bool ExportActions::mayLeave() const {
 void ExportActions::exportDesign() {
     if (!mayLeave()) return;
     const fs::path file =
-        ask(tr("Export the design"), tr("Grey pictures (*.png);;Tables (*.csv)"), "png");
+        ask(tr("Export the design"), tr("Grey pictures (*.png);;Tables (*.csv)"), "png", "-design");
     attempt(file, [&] {
         checkEnding(tr("The design").toStdString(), file, DESIGN_ENDINGS);
         writeDesign(file);

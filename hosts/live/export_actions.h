@@ -66,7 +66,9 @@ private:
     void exportDesign();
     void exportOutline();
     void exportAnimation();
-    std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending);
+    /// Asks for a file. The dialog suggests the name of the exhibit with `suffix` and `ending`.
+    std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending,
+                              const QString& suffix = {});
     void attempt(const std::filesystem::path& file, const std::function<void()>& write);
     Exhibit exhibit() const;
     void writeInBackground(
