@@ -164,8 +164,7 @@ void ExportActions::writeInBackground(
 
 fs::path ExportActions::ask(const QString& title, const QString& filter, const QString& ending,
                             const QString& suffix) {
-    QSettings settings;
-    const QString directory = settings.value(DIRECTORY_KEY, QDir::homePath()).toString();
+    const QString directory = QSettings().value(DIRECTORY_KEY, QDir::homePath()).toString();
     QFileDialog dialog(&parent, title, directory, filter);
     const auto shown = current();
     if (shown && !shown->name.isEmpty()) dialog.selectFile(shown->name + suffix + "." + ending);
@@ -177,16 +176,16 @@ fs::path ExportActions::ask(const QString& title, const QString& filter, const Q
         dialog.setDefaultSuffix(firstEnding.match(chosen).captured(1));
     });
     if (dialog.exec() != QDialog::Accepted) return {};
-    const QString file = dialog.selectedFiles().front();
-    settings.setValue(DIRECTORY_KEY, QFileInfo(file).absolutePath());
-    return file.toStdString();
+    return dialog.selectedFiles().front().toStdString();
 }
 
 void ExportActions::attempt(const fs::path& file, const std::function<void()>& write) {
     if (file.empty()) return;
     try {
         write();
-        emit exported(tr("Written: %1").arg(QString::fromStdString(file.string())));
+        const QString name = QString::fromStdString(file.string());
+        QSettings().setValue(DIRECTORY_KEY, QFileInfo(name).absolutePath());
+        emit exported(tr("Written: %1").arg(name));
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The export failed"),
                              QString::fromStdString(error.what()));

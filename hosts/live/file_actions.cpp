@@ -27,6 +27,7 @@ namespace {
 
 constexpr int MAX_RECENT = 10;
 constexpr const char* RECENT_KEY = "recentFiles";
+constexpr const char* IMPORT_DIRECTORY_KEY = "importDirectory";
 
 QString sceneFilter() { return QObject::tr("Scenes (*.json);;All files (*)"); }
 
@@ -233,13 +234,16 @@ void FileActions::openRecovered(const Recovery::Found& found) {
 }
 
 void FileActions::importDesign() {
-    const QString name = QFileDialog::getOpenFileName(&parent, tr("Import a design"), {},
+    // Otherwise Qt starts where any dialog was last, even if that failed.
+    const QString start = QSettings().value(IMPORT_DIRECTORY_KEY, QDir::homePath()).toString();
+    const QString name = QFileDialog::getOpenFileName(&parent, tr("Import a design"), start,
                                                       tr("Designs (*.png *.csv)"));
     if (name.isEmpty()) return;
     try {
         Scene next = document.scene();
         next.densities = readDesign(pathOf(name), next);
         document.edit(tr("Import design"), std::move(next));
+        QSettings().setValue(IMPORT_DIRECTORY_KEY, QFileInfo(name).absolutePath());
         emit imported(pathText(pathOf(name).filename()));
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The design cannot be imported"),
