@@ -328,10 +328,21 @@ void MainWindow::restoreLayout() {
     usualLayout = saveState(LAYOUT_VERSION);
     const QSettings settings;
     resize(DEFAULT_SIZE.boundedTo(screen()->availableSize() - FRAME_SIZE));
-    restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray());
+    if (restoreGeometry(settings.value(GEOMETRY_KEY).toByteArray())) fitToScreen();
     const Brush usual = bench.brush();
     bench.setBrush({settings.value(BRUSH_SIZE_KEY, usual.size).toInt(),
                     settings.value(BRUSH_IS_ROUND_KEY, usual.isRound).toBool()});
+}
+
+// The window may have been saved on a larger screen.
+void MainWindow::fitToScreen() {
+    if (isMaximized() || isFullScreen()) return;
+    const QRect area = screen()->availableGeometry();
+    if (area.contains(QRect(pos(), size() + FRAME_SIZE))) return;
+    resize(size().boundedTo(area.size() - FRAME_SIZE));
+    const QSize room = area.size() - FRAME_SIZE - size();
+    move(area.x() + std::clamp(x() - area.x(), 0, std::max(0, room.width())),
+         area.y() + std::clamp(y() - area.y(), 0, std::max(0, room.height())));
 }
 
 void MainWindow::connectDocument() {

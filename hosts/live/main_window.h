@@ -81,6 +81,7 @@ private:
     void connectDocument();
     void connectRun();
     void restoreLayout();
+    void fitToScreen();
     void shareOutHeights();
     void showUsualLayout();
 
