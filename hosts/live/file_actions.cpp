@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
 #include <algorithm>
 #include <cmath>
@@ -160,11 +161,16 @@ bool FileActions::mayDiscard() {
     if (!isModified()) return true;
     // Scenes from the gallery are known by their titles.
     const QString title = shippedText(document.scene().title);
-    const auto answer = QMessageBox::question(
-        &parent, tr("Save changes?"),
-        tr("%1 has changes that are not saved.")
-            .arg(title.isEmpty() ? document.displayName() : title),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    QMessageBox question(QMessageBox::Question, tr("Save changes?"),
+                         tr("%1 has changes that are not saved.")
+                             .arg(title.isEmpty() ? document.displayName() : title),
+                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &parent);
+    // Qt's own texts have no letters to press with Alt.
+    question.button(QMessageBox::Save)->setText(tr("&Save"));
+    question.button(QMessageBox::Discard)->setText(tr("&Discard"));
+    question.button(QMessageBox::Cancel)->setText(tr("&Cancel"));
+    question.setDefaultButton(QMessageBox::Save);
+    const int answer = question.exec();
     if (answer == QMessageBox::Save) return save();
     return answer == QMessageBox::Discard;
 }
