@@ -18,7 +18,8 @@ using namespace voxam;
 namespace {
 
 constexpr QSize PICTURE_SIZE(118, 74);
-constexpr QSize ITEM_SIZE(262, 80);
+constexpr QSize ITEM_SIZE(262, 80);  // at least
+constexpr int ITEM_MARGIN = 24;      // around picture and text
 
 }  // namespace
 
@@ -32,7 +33,6 @@ VariantStrip::VariantStrip(QWidget* parent)
     items->setFlow(QListView::LeftToRight);
     items->setWrapping(false);
     items->setIconSize(PICTURE_SIZE);
-    items->setUniformItemSizes(true);
     items->setSelectionMode(QAbstractItemView::ExtendedSelection);
     items->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     items->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -92,7 +92,6 @@ void VariantStrip::append(Variant variant) {
     if (variant.name.isEmpty()) variant.name = tr("Variant %1").arg(lastNumber);
     kept.push_back(std::move(variant));
     auto* item = new QListWidgetItem(items);
-    item->setSizeHint(ITEM_SIZE);
     show(items->count() - 1);
     emit filled(true);
     items->scrollToItem(item);
@@ -122,7 +121,12 @@ void VariantStrip::refresh() {
 void VariantStrip::show(int row) {
     const Variant& variant = kept[static_cast<std::size_t>(row)];
     QListWidgetItem& item = *items->item(row);
-    item.setText(variant.name + "\n" + numbersOf(variant));
+    const QString numbers = numbersOf(variant);
+    item.setText(variant.name + "\n" + numbers);
+    // Names may be cut, but not numbers.
+    const int textWidth = items->fontMetrics().size(0, numbers).width();
+    item.setSizeHint(
+        ITEM_SIZE.expandedTo({PICTURE_SIZE.width() + textWidth + ITEM_MARGIN, ITEM_SIZE.height()}));
     item.setToolTip(tr("Double-click to restore. Select two with Ctrl to compare them."));
     const PlateColours& colours = isDarkNow() ? PlateColours::dark() : PlateColours::light();
     // With signs of half their size.
