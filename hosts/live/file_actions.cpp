@@ -15,6 +15,7 @@
 #include "format/input_error.h"
 #include "format/scene_reader.h"
 #include "icons.h"
+#include "problems.h"
 #include "recovery.h"
 #include "saved_design.h"
 #include "saved_variants.h"
@@ -145,8 +146,7 @@ bool FileActions::load(const std::filesystem::path& file) {
         warnOfVariants(read.variantsFault);
         return true;
     } catch (const std::exception& error) {
-        QMessageBox::warning(&parent, tr("The scene cannot be opened"),
-                             QString::fromStdString(error.what()));
+        QMessageBox::warning(&parent, tr("The scene cannot be opened"), faultOf(error));
         return false;
     }
 }

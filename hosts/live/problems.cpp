@@ -102,6 +102,15 @@ QString sentenceOf(const InputError& refusal) {
     return asSentence(roomText(inWords(QString::fromUtf8(refusal.what()))));
 }
 
+QString faultOf(const std::exception& error) {
+    QString text = QString::fromUtf8(error.what());
+    text.replace(
+        "is a picture, expected a scene; to score a design, give it with --design",
+        QObject::tr(
+            "is a picture, expected a scene; to open a design, use File > Import a design"));
+    return text;
+}
+
 QString sentenceOf(const std::vector<FloatingPart>& parts) {
     return asSentence(roomText(QString::fromStdString(describe(parts))));
 }

@@ -2,6 +2,7 @@
 
 #include <QPointF>
 #include <QString>
+#include <exception>
 #include <vector>
 
 #include "checks/finding.h"
@@ -26,6 +27,9 @@ QString sentenceOf(const Finding& finding);
 QString sentenceOf(const std::vector<FloatingPart>& parts);
 /// The reason why an edit is refused, in the same words.
 QString sentenceOf(const InputError& refusal);
+
+/// Why a file cannot be opened, without the options of the command-line program.
+QString faultOf(const std::exception& error);
 
 /// `refusal` is the library's last text about the scene, `result` the score of the design if it
 /// has settled.

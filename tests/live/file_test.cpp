@@ -88,6 +88,7 @@ private slots:
             {R"({"grid": {"width": 1000, "height": 1000}, "subdivision": 1, "meshFactor": 2,
                  "volumeFraction": 0.4, "lods": [], "loads": [], "supports": []})",
              {"lods", "loads"}},
+            {"\x89PNG", {"is a picture", "Import a design"}},
             {"", {}}};
         const fs::path file = fs::path(directory.path().toStdString()) / "wrong.json";
         for (const auto& [text, words] : wrong) {

@@ -1465,6 +1465,10 @@
 <context>
     <name>QObject</name>
     <message>
+        <source>is a picture, expected a scene; to open a design, use File &gt; Import a design</source>
+        <translation>ist ein Bild statt einer Szene; einen Entwurf öffnen Sie mit Datei &gt; Entwurf importieren</translation>
+    </message>
+    <message>
         <source>gold</source>
         <translation>Gold</translation>
     </message>
