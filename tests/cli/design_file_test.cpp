@@ -82,6 +82,16 @@ TEST_F(DesignFile, namesWhatIsWrongWithACsv) {
     };
     for (const auto& [csv, error] : cases)
         EXPECT_THAT(errorOf(write("d.csv", csv)), testing::HasSubstr(error));
+    Scene half;
+    half.width = 2;
+    half.height = 1;
+    half.symmetry = Symmetry::BOTTOM;
+    try {
+        readDesign(write("d.csv", "0,1,1\n"), half);
+        FAIL() << "a wrong size was read";
+    } catch (const InputError& error) {
+        EXPECT_THAT(error.what(), testing::HasSubstr("2 x 2 times such a number (whole plate)"));
+    }
     EXPECT_THAT(errorOf(directory / "none.csv"),
                 testing::HasSubstr("none.csv: cannot be read: No such file"));
 }

@@ -114,6 +114,23 @@ Field readDesign(const std::filesystem::path& file, int width, int height) {
                                       : readDesignPng(file, width, height);
 }
 
+namespace {
+
+/// Reads the half of a symmetric design that its scene describes. If the size is wrong, the error
+/// names both sizes.
+Field readHalf(const std::filesystem::path& file, const Scene& scene, const Scene& whole) {
+    try {
+        return readDesign(file, scene.width, scene.height);
+    } catch (const InputError& error) {
+        const std::string text = error.what();
+        if (!text.ends_with("(grid)")) throw;  // its size is right
+        throw InputError(text + " or " + std::to_string(whole.width) + " x " +
+                         std::to_string(whole.height) + " times such a number (whole plate)");
+    }
+}
+
+}  // namespace
+
 Field readDesign(const std::filesystem::path& file, const Scene& scene) {
     if (scene.symmetry == Symmetry::NONE) return readDesign(file, scene.width, scene.height);
     const Scene whole = wholeOf(scene);
@@ -122,7 +139,7 @@ Field readDesign(const std::filesystem::path& file, const Scene& scene) {
         Field half = halfOf(design, scene.symmetry);
         if (wholeOf(half, scene.symmetry) == design) return half;
     } catch (const InputError&) {
-        return readDesign(file, scene.width, scene.height);
+        return readHalf(file, scene, whole);
     }
     throw InputError(nameOf(file) + ": its halves differ, but the scene is symmetric");
 }
