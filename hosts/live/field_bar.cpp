@@ -1,5 +1,6 @@
 #include "field_bar.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
@@ -12,6 +13,11 @@ namespace {
 constexpr int FRAME = 40;          // ms
 constexpr double PERIOD = 2400.0;  // ms, from rest to rest
 constexpr int ALL = -1;            // load cases
+constexpr const char* BUTTON_STYLE =
+    "QToolButton { padding: 3px 8px; border: 1px solid palette(mid);"
+    " color: palette(button-text); }"
+    "QToolButton:checked { background: palette(highlight); color: palette(highlighted-text); }"
+    "QToolButton:focus { border-color: palette(highlight); }";
 
 }  // namespace
 
@@ -44,11 +50,8 @@ FieldBar::FieldBar(QWidget* parent)
         button->setDefaultAction(action);
         button->setFocusPolicy(Qt::TabFocus);
         // In a dark window the style hardly shows which one is checked.
-        button->setStyleSheet(
-            "QToolButton { padding: 3px 8px; border: 1px solid palette(mid); }"
-            "QToolButton:checked { background: palette(highlight);"
-            " color: palette(highlighted-text); }"
-            "QToolButton:focus { border-color: palette(highlight); }");
+        button->setStyleSheet(BUTTON_STYLE);
+        viewButtons.append(button);
         buttons->addWidget(button);
     }
     auto* details = new QHBoxLayout;
@@ -67,6 +70,16 @@ FieldBar::FieldBar(QWidget* parent)
         layout->setRowMinimumHeight(
             row, std::max(cases->sizeHint().height(), animateButton->sizeHint().height()));
     refresh();
+}
+
+// A style sheet keeps the colours of the palette that it was set with.
+void FieldBar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange) return;
+    for (QToolButton* button : viewButtons) {
+        button->setStyleSheet({});
+        button->setStyleSheet(BUTTON_STYLE);
+    }
 }
 
 void FieldBar::makeViews() {

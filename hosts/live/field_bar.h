@@ -39,6 +39,7 @@ signals:
 
 protected:
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void makeViews();
@@ -53,6 +54,7 @@ private:
     QActionGroup views;
     QAction* animate;
     QToolButton* animateButton;
+    QList<QToolButton*> viewButtons;
     QComboBox* cases;
     FieldLegend* scale;
     QTimer clock;  // runs only while the user plays the animation
