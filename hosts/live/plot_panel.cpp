@@ -26,7 +26,7 @@ constexpr double PEAK_WIDTH = 8;
 
 /// A round number of at least `least`.
 double roundStep(double least) {
-    if (!(least > 0) || !std::isfinite(least)) return 0.25;
+    if (!(least > 0) || !std::isfinite(least)) return 0.2;
     const double power = std::pow(10, std::floor(std::log10(least)));
     for (const int digit : {1, 2, 5})
         if (digit * power >= least) return digit * power;
@@ -38,11 +38,11 @@ QColor complianceColour(bool isDark) {
 }
 QColor volumeColour(bool isDark) { return isDark ? QColor(245, 165, 60) : QColor(190, 95, 0); }
 
-/// Short, and without an exponent where there is room for the digits.
-QString tickText(double value) {
+/// A multiple of `step`, with its digits only, and without an exponent where there is room.
+QString tickText(double value, double step) {
     const bool isPlain = value == 0 || (value >= 1e-3 && value < 1e6);
-    return isPlain ? QLocale().toString(value, 'f', QLocale::FloatingPointShortest)
-                   : QLocale().toString(value, 'g', 5);
+    const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
+    return isPlain ? QLocale().toString(value, 'f', decimals) : QLocale().toString(value, 'g', 5);
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ struct PlotPanel::Axes {
     QRectF area;
     double fromCompliance = 0;
     double toCompliance = 1;
-    double step = 0.25;  ///< of the compliance, between lines
+    double step = 0.2;  ///< of the compliance, between lines
     bool isDark = false;
 
     double x(std::size_t sample, std::size_t count) const {
@@ -169,7 +169,7 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
         if (samples.empty()) continue;
         painter.setPen(complianceColour(axes.isDark));
         painter.drawText(QRectF(0, y - 8, LEFT - 5, 16), Qt::AlignRight | Qt::AlignVCenter,
-                         tickText(value));
+                         tickText(value, axes.step));
     }
     painter.setPen(complianceColour(axes.isDark));
     painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft, tr("Compliance"));
