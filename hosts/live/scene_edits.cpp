@@ -70,11 +70,15 @@ std::vector<Support> supportsOf(Mask held) {
     return supports;
 }
 
-void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t directions) {
+/// `keeps` are the directions in which a node stays held that is held already.
+void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t directions,
+               std::uint8_t keeps) {
     const Mask before = heldNodes(scene);
     Mask held = before;
     for (const Node& node : nodes)
-        if (held.contains(node.x, node.y)) held.at(node.x, node.y) = directions;
+        if (held.contains(node.x, node.y))
+            held.at(node.x, node.y) =
+                static_cast<std::uint8_t>((held.at(node.x, node.y) & keeps) | directions);
     // Supports that nobody touched keep the form that they have in their file.
     if (!(held == before)) scene.supports = supportsOf(held);
 }
@@ -153,10 +157,11 @@ void moveLoad(Scene& scene, std::size_t index, Node node) {
 }
 
 void paintSupports(Scene& scene, const std::vector<Node>& nodes, bool fixX, bool fixY) {
-    holdNodes(scene, nodes, heldDirections(fixX, fixY));
+    // Who adds a roller to another one wants to have both.
+    holdNodes(scene, nodes, heldDirections(fixX, fixY), HELD_X | HELD_Y);
 }
 
-void eraseSupports(Scene& scene, const std::vector<Node>& nodes) { holdNodes(scene, nodes, 0); }
+void eraseSupports(Scene& scene, const std::vector<Node>& nodes) { holdNodes(scene, nodes, 0, 0); }
 
 void eraseLoad(Scene& scene, std::size_t index) {
     auto loads = scene.loads;
