@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "checks/assessment.h"
+#include "checks/checks.h"
 #include "format/refinement.h"
 
 using namespace voxam;
@@ -241,9 +242,19 @@ void LiveRun::fetch() {
     if (saysOther) {
         followTimeline();
         emit refusalChanged(lastRefusal);
+        startAfreshIfTorn();
     }
     announceState();
     fetchScores();
+}
+
+void LiveRun::startAfreshIfTorn() {
+    const bool isOfScene = !lastRefusal.text.empty() && lastRefusal.revision == settings.revision;
+    const Scene& scene = *bench.document.whole();
+    if (!isOfScene || !playing || settings.revision == mendedRevision) return;
+    if (!scene.timeline.empty() || !checkSettings(scene).empty()) return;
+    startAfresh();
+    mendedRevision = settings.revision;
 }
 
 void LiveRun::fetchScores() {

@@ -103,6 +103,9 @@ private:
     /// Shows the changes of the timeline up to the newest picture, or up to the iteration that was
     /// refused since.
     void followTimeline();
+    /// A design that was torn, such as by a scene without supports, cannot go on when the scene has
+    /// been mended. It starts afresh if nothing is wrong with the scene.
+    void startAfreshIfTorn();
 
     Workbench& bench;
     LiveSettings settings;
@@ -110,6 +113,7 @@ private:
     Frame front;
     Frame spare;
     LibraryText lastRefusal;
+    std::uint64_t mendedRevision = 0;  // of the start by startAfreshIfTorn()
     ViewChoice choice;
     bool playing = false;
     bool drawing = false;

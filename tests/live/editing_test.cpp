@@ -114,6 +114,25 @@ private slots:
         QTRY_VERIFY(banner.text().isEmpty());
     }
 
+    void aSceneThatCouldNotRunGoesOnWhenItIsMended() {
+        Scene onRollers = LiveFixture::smallScene();
+        onRollers.supports = {{{0, 0}, {0, 12}, false, true}};
+        LiveFixture live(onRollers);
+        QTRY_VERIFY_WITH_TIMEOUT(!live.run().refusal().text.empty(), 60000);
+        QVERIFY(live.takeTool("X"));
+        live.drag(live.at(0, 0), live.at(0, 12));
+        // A roller is added to another one.
+        QCOMPARE(live.scene().supports, (std::vector<Support>{{{0, 0}, {0, 12}, true, true}}));
+        QVERIFY(live.runFor(3));
+        QVERIFY(live.run().refusal().text.empty());
+        // Next to no material tears the design, and more of it mends it.
+        live.bench().edit("Less", [](Scene& scene) { scene.volumeFraction = 0.001; });
+        live.runFor(60);
+        live.bench().edit("More", [](Scene& scene) { scene.volumeFraction = 0.5; });
+        QVERIFY(live.settle());
+        QVERIFY(live.run().frame().numbers.compliance < 1e4);
+    }
+
     void aForceOnASupportIsMarked() {
         LiveFixture live("optimise-cantilever.json");
         live.drag(live.at(80, 25), live.at(0, 25));
