@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "drawing/deformed_cells.h"
 #include "piece_hand.h"
 #include "reflection.h"
 
@@ -96,7 +97,18 @@ void PlateView::markCases() {
 void PlateView::readValue() {
     if (!reading) return;
     sinceReading.start();
-    emit valueRead(hand ? reading(hand->plate) : QString());
+    const auto place = hand ? placeRead() : std::nullopt;
+    emit valueRead(place ? reading(*place) : QString());
+}
+
+// Users point at what they see, and a deformed plate is drawn away from its place.
+std::optional<QPointF> PlateView::placeRead() const {
+    if (!look.deformed) return hand->plate;
+    const Deformation& deformation = *look.deformed->field->deformation;
+    const auto atRest = placeAtRest(
+        look.deformed->design, deformation, *scene, {hand->plate.x(), hand->plate.y()},
+        look.deformationShare * look.deformed->magnification / deformation.magnification);
+    return atRest ? std::optional(QPointF(atRest->x, atRest->y)) : std::nullopt;
 }
 
 // Digits that change with every picture cannot be read.

@@ -116,6 +116,7 @@ private:
     void markCases();
     void readValue();
     void readValueAgain();
+    std::optional<QPointF> placeRead() const;
 
     void followSelection();
 

@@ -50,7 +50,15 @@ private slots:
         const QString moved =
             QString("x %1, y %2")
                 .arg(digits(nodes.at("displacement_x_1")), digits(nodes.at("displacement_y_1")));
-        QVERIFY(showsAt(live, "Ctrl+4", 7, 4, moved));
+        // Where the deformed plate is drawn.
+        QVERIFY(live.takeTool("Ctrl+4"));
+        const auto caption = [&] {
+            return live.window.plateStage().fields().legend().legend().caption;
+        };
+        QTRY_VERIFY(caption().contains("times"));
+        const double times = QLocale().toDouble(caption().section("times ", 1).section(' ', 0, 0));
+        QVERIFY(showsAt(live, "", 7 + times * nodes.at("displacement_x_1"),
+                        4 + times * nodes.at("displacement_y_1"), moved));
         // A load case that goes is not shown any longer.
         live.bench().editWhole("Case", [](Scene& edited) { edited.loadCasesInUse = {0}; });
         QVERIFY(!live.window.plateStage().fields().choice().loadCase);
@@ -119,7 +127,7 @@ private:
     }
 
     /// Whether the value at an element comes to contain this.
-    static bool showsAt(LiveFixture& live, const QString& view, int x, int y,
+    static bool showsAt(LiveFixture& live, const QString& view, double x, double y,
                         const QString& expected) {
         if (!view.isEmpty() && !live.takeTool(view)) return false;
         const auto& value = live.named<QLabel>("Value under the pointer");

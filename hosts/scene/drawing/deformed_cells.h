@@ -2,6 +2,7 @@
 
 #include <array>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "drawing/point.h"
@@ -19,5 +20,10 @@ std::map<double, std::vector<Quad>> deformedCells(const Field& material,
                                                   const Deformation& deformation,
                                                   const Scene& scene, Point plate, double scale,
                                                   double share = 1);
+
+/// The place on the plate at rest of what deformedCells() draws at `drawn`, both in elements of the
+/// scene. Empty if no material is drawn there.
+std::optional<Point> placeAtRest(const Field& material, const Deformation& deformation,
+                                 const Scene& scene, Point drawn, double share = 1);
 
 }  // namespace voxam::inline drawing

@@ -9,6 +9,7 @@ struct Point {
 };
 
 inline Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
+inline Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
 inline Point operator*(double factor, Point p) { return {factor * p.x, factor * p.y}; }
 
 }  // namespace voxam::inline drawing
