@@ -71,14 +71,7 @@ void DrawingMode::setActive(bool isToBe) {
     drawingScore.reset();
     forgetRival();
     run.setDrawing(active);
-    if (active) {
-        // A pause is the plate's; the rival is at work while there is something to draw.
-        wasPlaying = run.isPlaying();
-        run.setPlaying(true);
-        followScene();
-    } else {
-        run.setPlaying(wasPlaying);
-    }
+    if (active) followScene();
 }
 
 void DrawingMode::forgetRival() {

@@ -23,7 +23,10 @@ LiveRun::LiveRun(Workbench& workbench)
     // Emitted on the worker's thread, fetched on this one.
     connect(this, &LiveRun::workerHasNews, this, &LiveRun::fetch, Qt::QueuedConnection);
     connect(&bench.document, &Document::sceneChanged, this, &LiveRun::followScene);
-    connect(&bench.document, &Document::opened, this, &LiveRun::startAfresh);
+    connect(&bench.document, &Document::opened, this, [this] {
+        before.reset();
+        startAfresh();
+    });
     sinceNews.start();
     signOfLife.setInterval(SIGN_OF_LIFE);
     connect(&signOfLife, &QTimer::timeout, this, &LiveRun::announceState);
@@ -49,6 +52,7 @@ void LiveRun::step() {
 }
 
 void LiveRun::wake() {
+    if (std::exchange(isRunOver, false)) emit startedAfresh();
     front.isSettled = false;
     isKeptShown = false;
     sinceNews.start();
@@ -80,18 +84,28 @@ void LiveRun::showKept(Field design) {
     front.refinement = refinementOf(design, scene);
     front.material = std::move(design);
     isKeptShown = true;
-    const int refinement = drawnRefinement(scene, front.refinement);
-    auto drawn = drawnDesign(front.material, scene, refinement).design;
-    worker.score({bench.document.snapshot(), std::make_shared<const Field>(std::move(drawn)),
-                  settings.revision, true});
+    scoreAsKept();
     emit frameChanged();
     announceState();
 }
 
-void LiveRun::startAfresh() {
+void LiveRun::scoreAsKept() {
+    const Scene& scene = bench.document.scene();
+    const int refinement = drawnRefinement(scene, front.refinement);
+    auto drawn = drawnDesign(front.material, scene, refinement).design;
+    worker.score({bench.document.snapshot(), std::make_shared<const Field>(std::move(drawn)),
+                  settings.revision, true});
+}
+
+// What was shown before starts with a new number, so that nothing of a run goes on in the next.
+void LiveRun::restart() {
     ++settings.start;
     firstRevision = settings.revision + 1;
     sendSettings();
+}
+
+void LiveRun::startAfresh() {
+    restart();
     bench.document.play(0);
     front = Frame();
     const Scene& scene = bench.document.scene();
@@ -103,16 +117,43 @@ void LiveRun::startAfresh() {
 }
 
 void LiveRun::setMovesBlob(bool moves) {
-    if (settings.movesBlob == moves) return;
-    settings.movesBlob = moves;
-    sendSettings();
+    if (blobMoves == moves) return;
+    blobMoves = moves;
+    if (!drawing) sendSettings();
 }
 
 void LiveRun::setDrawing(bool draws) {
     if (drawing == draws) return;
+    if (draws) before = shownDesign();
     drawing = draws;
-    if (drawing) bench.document.play(0);
-    sendSettings();
+    auto last = draws ? std::nullopt : std::exchange(before, std::nullopt);
+    const bool isSame = last && last->movesBlob == blobMoves &&
+                        hasSameProblem(*last->whole, *bench.document.whole());
+    if (isSame) return showAgain(*std::move(last));
+    startAfresh();
+    setPlaying(true);
+}
+
+std::optional<LiveRun::Before> LiveRun::shownDesign() const {
+    const bool isForming = playing && !front.isSettled;
+    if (!isKeptShown && (isForming || front.numbers.iteration == 0)) return std::nullopt;
+    Before now{front, std::nullopt, bench.document.whole(), bench.document.changesMade(),
+               blobMoves};
+    if (bench.blob() != bench.document.scene().blob) now.blob = bench.blob();
+    return now;
+}
+
+void LiveRun::showAgain(Before last) {
+    restart();
+    setPlaying(false);
+    front = std::move(last.frame);
+    front.numbers.revision = settings.revision;
+    isKeptShown = isRunOver = true;
+    bench.document.play(last.changesMade);
+    bench.setMovedBlob(std::move(last.blob));
+    scoreAsKept();
+    emit frameChanged();
+    announceState();
 }
 
 void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
@@ -171,7 +212,7 @@ void LiveRun::followScene() {
     const bool isSame = settings.scene && hasSameProblem(*sceneToOptimise(), *settings.scene) &&
                         refinementToScore() == settings.scoredRefinement;
     if (isSame) return;
-    if (settings.scene && !hasSamePlate(*settings.scene, *bench.document.whole()))
+    if (settings.scene && (drawing || !hasSamePlate(*settings.scene, *bench.document.whole())))
         startAfresh();
     else
         sendSettings();
@@ -194,6 +235,7 @@ int LiveRun::refinementToScore() const {
 void LiveRun::sendSettings() {
     settings.scene = sceneToOptimise();
     settings.scoredRefinement = refinementToScore();
+    settings.movesBlob = blobMoves && !drawing;
     ++settings.revision;
     // An edit starts the optimiser, also where only a kept design was shown.
     if (std::exchange(isKeptShown, false)) setPlaying(true);

@@ -33,10 +33,12 @@ public:
     /// until the run is played, stepped or edited.
     void showKept(Field design);
 
-    bool movesBlob() const { return settings.movesBlob; }
+    bool movesBlob() const { return blobMoves; }
     void setMovesBlob(bool moves);
 
-    /// While a design is drawn, the optimiser's design is scored as drawn on the drawing's grid.
+    /// While a design is drawn, the optimiser is its rival: each problem is optimised afresh, with
+    /// the blob at its given place, and scored as drawn on the drawing's grid. Afterwards the
+    /// design from before is shown as a kept one, unless the problem has changed.
     void setDrawing(bool draws);
     bool isDrawing() const { return drawing; }
     void scoreDrawing(std::shared_ptr<const Field> design);
@@ -91,6 +93,19 @@ signals:
     void workerHasNews();
 
 private:
+    /// The design that was on the plate when a drawing was begun.
+    struct Before {
+        Frame frame;
+        std::optional<Area> blob;  ///< if it had moved
+        std::shared_ptr<const Scene> whole;
+        std::size_t changesMade = 0;
+        bool movesBlob = false;
+    };
+
+    std::optional<Before> shownDesign() const;
+    void showAgain(Before before);
+    void scoreAsKept();
+    void restart();
     /// Sends the scene, unless nothing in it concerns the optimiser. Another plate starts afresh.
     void followScene();
     void sendSettings();
@@ -109,6 +124,7 @@ private:
 
     Workbench& bench;
     LiveSettings settings;
+    bool blobMoves = false;           // unless a design is drawn
     std::uint64_t firstRevision = 0;  // of this start; earlier results are ignored
     Frame front;
     Frame spare;
@@ -118,6 +134,8 @@ private:
     bool playing = false;
     bool drawing = false;
     bool isKeptShown = false;
+    bool isRunOver = false;  // the next iteration is one of another run than those so far
+    std::optional<Before> before;
     QElapsedTimer sinceNews;
     QTimer signOfLife;
     // The last member: it calls back until its destructor returns.

@@ -421,8 +421,12 @@ void MainWindow::connectRun() {
         if (result.isSettled && result.revision == run.revision()) showScore(result);
     });
     connect(&run, &LiveRun::designScored, &recovery, &Recovery::follow);
-    connect(&run, &LiveRun::iterated, numbers, &NumbersPanel::add);
-    connect(&run, &LiveRun::iterated, plot, &PlotPanel::add);
+    // The rival of a drawing is a run apart.
+    connect(&run, &LiveRun::iterated, this, [this](const std::vector<IterationNumbers>& news) {
+        if (run.isDrawing()) return;
+        numbers->add(news);
+        plot->add(news);
+    });
     // A drag is one step of the history, whose edits follow one another.
     connect(&bench.document.undoStack(), &QUndoStack::indexChanged, plot, [this](int step) {
         if (std::exchange(lastStep, step) != step) plot->mark();
@@ -434,9 +438,12 @@ void MainWindow::connectRun() {
                                      .arg(QString::fromStdString(change.summary())),
                                  MESSAGE_TIME);
     });
-    connect(&run, &LiveRun::startedAfresh, plot, &PlotPanel::clear);
-    connect(&run, &LiveRun::startedAfresh, numbers, &NumbersPanel::clear);
-    connect(&run, &LiveRun::startedAfresh, this, [this] { recorder.clear(); });
+    connect(&run, &LiveRun::startedAfresh, this, [this] {
+        if (run.isDrawing()) return;
+        plot->clear();
+        numbers->clear();
+        recorder.clear();
+    });
     connect(&run, &LiveRun::refusalChanged, this, [this](const LibraryText& refusal) {
         // What stands there is of the last design that could be computed.
         numbers->setEnabled(refusal.text.empty());
@@ -486,9 +493,10 @@ void MainWindow::showDocks(bool shows) {
 
 void MainWindow::showFrame() {
     const Frame& frame = run.frame();
-    numbers->countFrame();
     stage->timeline().setIteration(frame.numbers.iteration);
-    if (frame.numbers.iteration > 0 && !frame.material.values.empty())
+    const bool isOfRun = !run.isDrawing() && run.state() != RunState::AS_KEPT;
+    if (isOfRun) numbers->countFrame();
+    if (isOfRun && frame.numbers.iteration > 0 && !frame.material.values.empty())
         recorder.offer(frame, bench.document.snapshot(), bench.blob());
     showPlate();
 }

@@ -57,7 +57,8 @@ void Worker::send(LiveSettings settings) {
 void Worker::score(ScoreRequest request) {
     {
         const std::lock_guard lock(mutex);
-        inbox.score = std::move(request);
+        auto& place = request.isOfOptimiser ? inbox.savedScore : inbox.score;
+        place = std::move(request);
     }
     wake.notify_one();
 }
@@ -152,7 +153,7 @@ void Worker::run() {
         if (std::exchange(inbox.wakes, false)) settling.restart();
         if (inbox.settings)
             takeSettings(lock);
-        else if (inbox.score)
+        else if (inbox.score || inbox.savedScore)
             scoreDrawing(lock);
         else if (!inbox.views.empty())
             viewScore(lock);
@@ -164,7 +165,8 @@ void Worker::run() {
 bool Worker::waitForWork(Lock& lock) {
     for (;;) {
         if (inbox.stops) return false;
-        if (inbox.settings || inbox.score || inbox.wakes || !inbox.views.empty()) return true;
+        if (inbox.settings || inbox.score || inbox.savedScore) return true;
+        if (inbox.wakes || !inbox.views.empty()) return true;
         if (!isIterationDue()) {
             wake.wait(lock);
             continue;
@@ -209,8 +211,8 @@ void Worker::optimiseCurrent() {
 }
 
 void Worker::scoreDrawing(Lock& lock) {
-    const ScoreRequest request = std::move(*inbox.score);
-    inbox.score.reset();
+    auto& place = inbox.savedScore ? inbox.savedScore : inbox.score;
+    const ScoreRequest request = *std::exchange(place, std::nullopt);
     const ViewChoice choice = inbox.choice;
     lock.unlock();
     ScoreResult result = scored([&] {

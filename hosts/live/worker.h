@@ -95,6 +95,7 @@ private:
     struct Inbox {
         std::optional<LiveSettings> settings;
         std::optional<ScoreRequest> score;
+        std::optional<ScoreRequest> savedScore;  ///< of a design of the optimiser
         voxam::ViewChoice choice;
         std::deque<ScoreResult> views;
         bool playing = false;

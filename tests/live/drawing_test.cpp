@@ -67,6 +67,35 @@ private slots:
         QCOMPARE(offer(0.1, first.revision - 1), 0.9);
     }
 
+    void theRivalDependsOnTheProblemAlone() {
+        LiveFixture live(LiveFixture::smallScene());
+        QVERIFY(live.settle());
+        const Field design = live.run().frame().material;
+        const QString result = live.window.plateStage().resultLine().text().section("Comp", 1);
+        const DrawingMode& mode = live.window.drawingMode();
+        const auto settledRival = [&] {
+            const bool isThere = QTest::qWaitFor(
+                [&] { return mode.rivalScore() && mode.rivalScore()->isSettled; }, 60000);
+            return isThere ? mode.rivalScore()->assessment.score.compliance : 0;
+        };
+        live.window.setDrawing(true);
+        const double compliance = settledRival();
+        const auto setVolume = [&](double volume) {
+            live.bench().edit("Volume", [=](Scene& scene) { scene.volumeFraction = volume; });
+        };
+        setVolume(0.7);
+        QVERIFY(settledRival() < compliance);
+        setVolume(0.5);
+        QCOMPARE(settledRival(), compliance);
+        // What was on the plate is there again, with its score.
+        live.window.setDrawing(false);
+        QVERIFY(live.run().frame().material == design);
+        const ResultLine& line = live.window.plateStage().resultLine();
+        QTRY_COMPARE_WITH_TIMEOUT(line.text().section("Comp", 1), result, 60000);
+        setVolume(0.6);
+        QVERIFY(live.settle());
+    }
+
     void theOptimisersDesignTakenOverIsExactlyAsGood() {
         LiveFixture live("optimise-cantilever.json");
         live.window.setDrawing(true);
