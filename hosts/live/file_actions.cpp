@@ -9,16 +9,19 @@
 
 #include "action_text.h"
 #include "background.h"
+#include "checks/assessment.h"
 #include "checks/checks.h"
 #include "export/design_file.h"
 #include "export/scene_file.h"
 #include "format/input_error.h"
+#include "format/refinement.h"
 #include "format/scene_reader.h"
 #include "icons.h"
 #include "problems.h"
 #include "recovery.h"
 #include "saved_design.h"
 #include "saved_variants.h"
+#include "scene_edits.h"
 #include "scene_places.h"
 #include "shipped_text.h"
 #include "variant_strip.h"
@@ -247,7 +250,11 @@ void FileActions::importDesign() {
     if (name.isEmpty()) return;
     try {
         Scene next = document.scene();
-        next.densities = readDesign(pathOf(name), next);
+        const Field design = readDesign(pathOf(name), next);
+        // Black and white as what the optimiser and the brush draw: greys would not compare.
+        const int refinement = drawnRefinement(next, refinementOf(design, next));
+        next.densities = drawnDesign(design, next, refinement).design;
+        keepAreas(*next.densities, next);
         document.edit(tr("Import design"), std::move(next));
         QSettings().setValue(IMPORT_DIRECTORY_KEY, QFileInfo(name).absolutePath());
         emit imported(pathText(pathOf(name).filename()));

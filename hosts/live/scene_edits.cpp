@@ -212,7 +212,8 @@ void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
 }
 
 void keepAreas(Field& drawing, const Scene& scene) {
-    for (const Cell& cell : scene.passive.voids.cells) fillElement(drawing, scene, cell, 0);
+    for (const Area* voids : {&scene.passive.voids, &scene.blob})
+        for (const Cell& cell : voids->cells) fillElement(drawing, scene, cell, 0);
     for (const Area* solids : {&scene.passive.solids, &scene.passive.secondSolids})
         for (const Cell& cell : solids->cells) fillElement(drawing, scene, cell, 1);
 }

@@ -129,8 +129,12 @@ private slots:
         QVERIFY(live.takeTool("I"));
         live.drag(live.at(1, 1), live.at(live.scene().width - 1, live.scene().height - 1));
         live.drag(live.at(live.scene().width - 1, 1), live.at(1, live.scene().height - 1));
-        live.bench().edit("Keep", [](Scene& scene) { scene.passive.solids.cells = {{0, 0}}; });
+        live.bench().edit("Keep", [](Scene& scene) {
+            scene.passive.solids.cells = {{0, 0}};
+            scene.blob.cells = {{10, 10}, {79, 40}};
+        });
         const Field& design = *live.window.drawingMode().design();
+        for (const Cell& cell : live.scene().blob.cells) QCOMPARE(design.at(cell.x, cell.y), 0.0f);
         for (const Cell& cell : live.scene().passive.voids.cells)
             QCOMPARE(design.at(cell.x, cell.y), 0.0f);
         QCOMPARE(design.at(0, 0), 1.0f);
