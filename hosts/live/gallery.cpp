@@ -27,12 +27,15 @@ constexpr QSize PICTURE_SIZE(200, 124);
 constexpr int PADDING = 10;  // pixels
 constexpr int PATH_ROLE = Qt::UserRole;
 constexpr int PURPOSE_ROLE = Qt::UserRole + 1;
+constexpr int DRAW_ROLE = Qt::UserRole + 2;
 constexpr const char* LEVEL_KEY = "gallery/level";
 
 /// A scene with its design: at the end of a run with the design that is kept for its picture, or
-/// else with the design in the scene.
-QImage pictureOf(const fs::path& file, double pixelRatio, const PlateColours& colours) {
+/// else with the design in the scene. A scene to draw has an empty plate.
+QImage pictureOf(const GalleryScene& shown, double pixelRatio, const PlateColours& colours) {
+    const fs::path& file = shown.file;
     Scene scene = readScene(file);
+    if (shown.isToDraw()) return thumbnailOf(scene, Field(), PICTURE_SIZE, pixelRatio, colours);
     const fs::path kept = galleryDesignOf(file);
     std::error_code error;
     if (!fs::is_regular_file(kept, error))
@@ -140,12 +143,13 @@ void Gallery::addScene(QListWidget& list, const GalleryScene& scene) {
     item->setData(PURPOSE_ROLE, scene.purpose);
     item->setData(Qt::AccessibleDescriptionRole, scene.purpose);
     item->setData(PATH_ROLE, QString::fromStdString(scene.file.string()));
+    item->setData(DRAW_ROLE, scene.isToDraw());
     const PlateColours& colours = isDarkNow() ? PlateColours::dark() : PlateColours::light();
     const int row = list.row(item);
-    painters.start([this, &list, row, &colours, file = scene.file, ratio = devicePixelRatioF()] {
+    painters.start([this, &list, row, &colours, scene, ratio = devicePixelRatioF()] {
         QImage picture;
         try {
-            picture = pictureOf(file, ratio, colours);
+            picture = pictureOf(scene, ratio, colours);
         } catch (const std::exception&) {
             // Opening a broken file reports its fault.
             return;
@@ -157,9 +161,18 @@ void Gallery::addScene(QListWidget& list, const GalleryScene& scene) {
     });
 }
 
-fs::path Gallery::chosen() const {
+const QListWidgetItem* Gallery::chosenItem() const {
     const QWidget* page = levels->currentWidget();
     const auto* list = page == nullptr ? nullptr : page->findChild<QListWidget*>();
-    const QListWidgetItem* item = list == nullptr ? nullptr : list->currentItem();
+    return list == nullptr ? nullptr : list->currentItem();
+}
+
+bool Gallery::isChosenToDraw() const {
+    const QListWidgetItem* item = chosenItem();
+    return item != nullptr && item->data(DRAW_ROLE).toBool();
+}
+
+fs::path Gallery::chosen() const {
+    const QListWidgetItem* item = chosenItem();
     return item == nullptr ? fs::path() : fs::path(item->data(PATH_ROLE).toString().toStdString());
 }

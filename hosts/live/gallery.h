@@ -19,8 +19,11 @@ public:
 
     /// The scene that was chosen when the dialog was accepted.
     std::filesystem::path chosen() const;
+    /// Whether it is to be drawn, from an empty plate.
+    bool isChosenToDraw() const;
 
 private:
+    const QListWidgetItem* chosenItem() const;
     void fill();
     QListWidget* addLevel(GalleryLevel level);
     void addScene(QListWidget& list, const GalleryScene& scene);

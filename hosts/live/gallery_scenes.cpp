@@ -15,9 +15,9 @@ struct Known {
 };
 
 constexpr Known KNOWN[] = {
-    {"optimise-cantilever", GalleryLevel::PLAY, QT_TRANSLATE_NOOP("Gallery", "Wall bracket"),
+    {"optimise-cantilever", GalleryLevel::PLAY, QT_TRANSLATE_NOOP("Gallery", "Cantilever"),
      QT_TRANSLATE_NOOP("Gallery", "Drag the weight along the free end, and the bracket follows.")},
-    {"moving-load", GalleryLevel::PLAY, QT_TRANSLATE_NOOP("Gallery", "Load that moves"),
+    {"moving-load", GalleryLevel::PLAY, QT_TRANSLATE_NOOP("Gallery", "Moving load"),
      QT_TRANSLATE_NOOP("Gallery",
                        "A load crosses a beam in five steps. See how much of the design changes.")},
     {"pipe", GalleryLevel::PLAY, QT_TRANSLATE_NOOP("Gallery", "Pipe through a bracket"),
@@ -44,16 +44,28 @@ constexpr Known KNOWN[] = {
     {"wheel", GalleryLevel::DESIGN, QT_TRANSLATE_NOOP("Gallery", "Wheel"),
      QT_TRANSLATE_NOOP(
          "Gallery", "Spokes form between a hub and a rim that the ground pushes in six places.")},
-    {"minimal", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Smallest plate"),
-     QT_TRANSLATE_NOOP("Gallery", "Twelve by six elements: try what a single element changes.")},
-    {"cantilever", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Bracket of curved bars"),
-     QT_TRANSLATE_NOOP("Gallery", "Somebody drew this bracket. Can you make it stiffer?")},
-    {"bridge", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Tied arch"),
-     QT_TRANSLATE_NOOP("Gallery",
-                       "A bridge that was drawn for traffic on one half at a time. Improve it.")},
-    {"arch", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Viaduct"),
-     QT_TRANSLATE_NOOP("Gallery", "An arch below a road was painted as a picture. Paint on.")},
+    {"optimise-cantilever", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Cantilever"),
+     QT_TRANSLATE_NOOP("Gallery", "Hold a weight at the free end with two fifths of the plate.")},
+    {"half-beam", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Beam on two supports"),
+     QT_TRANSLATE_NOOP("Gallery", "Draw one half of a symmetric beam. The other half mirrors it.")},
+    {"l-bracket", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "L-bracket"),
+     QT_TRANSLATE_NOOP("Gallery", "Lead the force around the corner that stays free.")},
+    {"bridge-two-cases", GalleryLevel::DRAW,
+     QT_TRANSLATE_NOOP("Gallery", "Bridge with two load cases"),
+     QT_TRANSLATE_NOOP("Gallery", "Draw what carries the deck when either half is loaded.")},
+    {"wheel", GalleryLevel::DRAW, QT_TRANSLATE_NOOP("Gallery", "Wheel"),
+     QT_TRANSLATE_NOOP("Gallery", "Join hub and rim. The ground pushes in six places in turn.")},
 };
+
+/// Drawn scenes for the command-line program: no contest with the optimiser, because theirs are
+/// coarse grids on which its design is poor as drawn.
+constexpr const char* LEFT_OUT[] = {"minimal", "cantilever", "bridge", "arch"};
+
+bool isLeftOut(const fs::path& file) {
+    return file.stem() == "scene.schema" ||
+           std::any_of(std::begin(LEFT_OUT), std::end(LEFT_OUT),
+                       [&](const char* stem) { return file.stem() == stem; });
+}
 
 }  // namespace
 
@@ -109,7 +121,7 @@ std::vector<GalleryScene> galleryScenes(const fs::path& directory) {
         const bool isKnown =
             std::any_of(std::begin(KNOWN), std::end(KNOWN),
                         [&](const Known& each) { return file.stem() == each.stem; });
-        if (file.extension() == ".json" && file.stem() != "scene.schema" && !isKnown)
+        if (file.extension() == ".json" && !isLeftOut(file) && !isKnown)
             scenes.push_back(
                 {file, GalleryLevel::MORE, QString::fromStdString(file.stem().string()), {}});
     }

@@ -16,10 +16,13 @@ struct GalleryScene {
     GalleryLevel level;
     QString title;
     QString purpose;  ///< one sentence; empty for a scene that the gallery does not know
+
+    /// Whether it opens with an empty plate to draw on.
+    bool isToDraw() const { return level == GalleryLevel::DRAW; }
 };
 
-/// The scenes in a directory, by level and in the order in which to try them. Scenes that the
-/// gallery does not know have the level MORE.
+/// The scenes in a directory, by level and in the order in which to try them; some have two levels.
+/// Scenes that the gallery does not know have the level MORE.
 std::vector<GalleryScene> galleryScenes(const std::filesystem::path& directory);
 
 /// The design that is kept for the picture of a scene.

@@ -20,6 +20,7 @@
 #include "action_text.h"
 #include "area_panel.h"
 #include "brush_bar.h"
+#include "checks/plate_checks.h"
 #include "drawing/subtitles.h"
 #include "gallery.h"
 #include "icons.h"
@@ -361,7 +362,9 @@ void MainWindow::connectDocument() {
     connect(&document, &Document::opened, this, [this] {
         stage->plate().cancelGesture();
         stage->plate().fit();
-        setDrawing(bench.document.scene().densities.has_value());
+        // The tools for missing supports are outside the drawing mode.
+        const Scene& scene = bench.document.scene();
+        setDrawing(scene.densities.has_value() && findFreePlate(scene).empty());
     });
     files->setVariants(*variantStrip);
     connect(files.get(), &FileActions::modificationChanged, this, &MainWindow::showTitle);
@@ -583,7 +586,8 @@ void MainWindow::showTheme() {
 
 void MainWindow::openGallery() {
     Gallery dialog(this);
-    if (dialog.exec() == QDialog::Accepted) files->open(dialog.chosen());
+    if (dialog.exec() != QDialog::Accepted || !files->open(dialog.chosen())) return;
+    if (dialog.isChosenToDraw()) setDrawing(true);
 }
 
 void MainWindow::openMenu(const Hand& hand, QPoint at) {

@@ -173,10 +173,6 @@ private slots:
 
     void theGalleryHasAPictureOfEachSceneAndOpensIt() {
         LiveFixture live("minimal.json");
-        std::size_t count = 0;
-        for (const auto& entry : fs::directory_iterator(VOXAM_SCENES))
-            if (entry.path().extension() == ".json" && entry.path().stem() != "scene.schema")
-                ++count;
         QStringList titles;
         const DialogAnswer choosing([&](QWidget& dialog) {
             titles.clear();
@@ -187,16 +183,24 @@ private slots:
                     if (picture.isNull()) return false;
                     compare(isPlain(picture), false);
                     titles << list->item(row)->text();
-                    if (titles.back() == "Wheel") choose(dialog, *list, row);
+                    const bool isToDraw = list->accessibleName().endsWith("Draw");
+                    if (isToDraw && titles.back() == "Wheel") choose(dialog, *list, row);
                 }
             static_cast<Gallery&>(dialog).accept();
             return true;
         });
         QVERIFY(live.takeTool("Ctrl+G"));
         QCOMPARE(live.scene().title, std::string("Wheel"));
-        QCOMPARE(std::set<QString>(titles.begin(), titles.end()).size(), count);
-        for (const GalleryScene& scene : galleryScenes(VOXAM_SCENES))
+        QVERIFY(live.window.drawingMode().isActive());
+        const auto scenes = galleryScenes(VOXAM_SCENES);
+        QCOMPARE(static_cast<std::size_t>(titles.size()), scenes.size());
+        for (const GalleryScene& scene : scenes) {
             QVERIFY2(scene.level != GalleryLevel::MORE, scene.file.c_str());
+            QCOMPARE(scene.title.toStdString(), readScene(scene.file).title);
+        }
+        // Its missing support can be added at once.
+        QVERIFY(live.window.open(VOXAM_SCENES "/unsupported.json"));
+        QVERIFY(!live.window.drawingMode().isActive());
     }
 
     void theLastFilesAreRememberedAndOpened() {
