@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QSettings>
 
+#include "format/refinement.h"
 #include "format/scene_writer.h"
 
 using namespace voxam;
@@ -12,21 +13,22 @@ namespace {
 
 constexpr double BRONZE_FROM = 85;
 constexpr double SILVER_FROM = 95;
-constexpr double GOLD_FROM = 99.95;  // is shown as 100
+constexpr double GOLD_FROM = 100;
 
 QString keyOf(Scene scene) {
+    const int refinement = scene.densities ? refinementOf(*scene.densities, scene) : 1;
     // Members that do not change the task are reset, so that they do not make a new one.
     scene.title = "problem";
     scene.description.clear();
     scene.densities.reset();
     scene.timeline.clear();
     scene.files.clear();
-    scene.subdivision = scene.meshFactor = 1;
     scene.iterations = Scene().iterations;
     scene.elementSize = 1;
     const auto hash = QCryptographicHash::hash(QByteArray::fromStdString(sceneText(scene)),
                                                QCryptographicHash::Sha1);
-    return "best/" + QString::fromLatin1(hash.toHex());
+    // Percentages of earlier versions followed other rules.
+    return QString("best2/%1/%2").arg(QString::fromLatin1(hash.toHex())).arg(refinement);
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 using namespace voxam;
 
 /// How stiff the best drawing for a scene was, in percent of the optimiser's design. They are
-/// stored for later runs of the program, for each problem: plate, loads, supports, kept areas and
-/// volume.
+/// stored for later runs of the program, for each problem: plate, detail, loads, supports, kept
+/// areas, volume and penalty, and the cells of the drawing.
 class BestScores {
 public:
     enum class Medal { NONE, BRONZE, SILVER, GOLD };

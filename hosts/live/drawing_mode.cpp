@@ -1,5 +1,6 @@
 #include "drawing_mode.h"
 
+#include <QLocale>
 #include <cmath>
 #include <utility>
 
@@ -16,7 +17,10 @@ using namespace voxam;
 
 namespace {
 
-constexpr int DIGITS = 5;  // of a compliance
+constexpr int DIGITS = 5;              // of a compliance
+constexpr double LEAST_SHARE = 0.001;  // less would read as 0.0 %
+
+QString tenthsText(double percent) { return QLocale().toString(percent, 'f', 1); }
 
 }  // namespace
 
@@ -45,6 +49,8 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     });
     for (QAction* action : actions()) action->setEnabled(false);
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
+    connect(&bench.document, &Document::opened, this,
+            [this] { brought = bench.document.scene().densities; });
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
     connect(&run, &LiveRun::viewed, this, &DrawingMode::takeView);
@@ -153,7 +159,10 @@ QString DrawingMode::headline(const Match& match) const {
             return tr("Does not hold");
         case Match::State::OVER_BUDGET:
             return tr("Over the budget");
+        case Match::State::GREY:
+            return tr("Greys are not compared");
         case Match::State::RIVAL_AT_WORK:
+            if (!run.refusal().text.empty()) return tr("The optimiser has stopped");
             return run.state() == RunState::PAUSED ? tr("The optimiser is paused")
                                                    : tr("The optimiser is still working");
         case Match::State::RIVAL_FAILED:
@@ -161,29 +170,62 @@ QString DrawingMode::headline(const Match& match) const {
         case Match::State::DECIDED:
             break;
     }
-    if (std::lround(match.percent) == 100) return tr("As stiff as the optimiser's: 100 %");
+    if (match.percent == 100) return tr("As stiff as the optimiser's: 100 %");
     return match.percent > 100
-               ? tr("Stiffer than the optimiser's: %1 %").arg(numberText(match.percent, 3))
-               : tr("%1 % as stiff as the optimiser's").arg(numberText(match.percent, 3));
+               ? tr("Stiffer than the optimiser's: %1 %").arg(tenthsText(match.percent))
+               : tr("%1 % as stiff as the optimiser's").arg(tenthsText(match.percent));
+}
+
+bool DrawingMode::isScoreCurrent() const {
+    return drawingScore && drawingScore->scene && drawingScore->design == *drawing &&
+           hasSameProblem(*drawingScore->scene, bench.document.scene());
+}
+
+QString DrawingMode::whyNotCounted(const Match& match) const {
+    if (match.state != Match::State::DECIDED) return {};
+    if (match.isRivalDoubtful) return tr("Does not count: the optimiser's design has a warning");
+    if (match.isAlike) return tr("Does not count: nearly the optimiser's design, and no stiffer");
+    if (brought && bench.document.scene().densities == brought)
+        return tr("Does not count: the drawing that came with the scene");
+    return {};
+}
+
+QString DrawingMode::bestSoFar() const {
+    const double best = BestScores::best(bench.document.scene());
+    if (best <= 0) return {};
+    const QString medal = BestScores::nameOf(BestScores::medalFor(best));
+    return medal.isEmpty() ? tr("Best so far %1 %").arg(tenthsText(best))
+                           : tr("Best so far %1 % (%2)").arg(tenthsText(best), medal);
+}
+
+QString DrawingMode::excess(const Field& design) const {
+    const std::size_t over = cellsOver(design, bench.document.scene().volumeFraction);
+    const double share = static_cast<double>(over) / static_cast<double>(design.values.size());
+    if (share >= LEAST_SHARE) return tr("Rub out %1 of the plate").arg(percentText(share));
+    const double all = std::round(sum(design));
+    return (refinementOf(design, bench.document.scene()) == 1 ? tr("Rub out %1 of the %2 elements")
+                                                              : tr("Rub out %1 of the %2 cells"))
+        .arg(over)
+        .arg(QLocale().toString(all, 'f', 0));
 }
 
 QString DrawingMode::detailsOfDrawing(const Match& match) const {
     if (!drawingScore) return {};
+    const QString best = bestSoFar();
     if (match.state == Match::State::EMPTY)
-        return tr("As stiff as you can: you may use as much material as the optimiser.");
+        return tr("As stiff as you can: you may use as much material as the optimiser.") +
+               (best.isEmpty() ? QString() : "  " + best);
     const Assessment& found = drawingScore->assessment;
     if (!drawingScore->isSupported()) return sentenceOf(found.problems.front());
     QStringList notes = {tr("Compliance %1").arg(numberText(found.score.compliance, DIGITS))};
-    const double over = carriedShare(*drawingScore) - bench.document.scene().volumeFraction;
-    if (match.state == Match::State::OVER_BUDGET)
-        notes << tr("Rub out %1 of the plate").arg(percentText(over));
-    if (const double best = BestScores::best(bench.document.scene()); best > 0) {
-        const QString medal = BestScores::nameOf(BestScores::medalFor(best));
-        notes << (medal.isEmpty() ? tr("Best so far %1 %").arg(numberText(best, 3))
-                                  : tr("Best so far %1 % (%2)").arg(numberText(best, 3), medal));
-    }
+    if (match.state == Match::State::OVER_BUDGET) notes << excess(drawingScore->design);
+    if (match.state == Match::State::GREY)
+        notes << tr("Draw in black and white to be compared with the optimiser");
+    if (const QString reason = whyNotCounted(match); !reason.isEmpty()) notes << reason;
+    if (!best.isEmpty()) notes << best;
     if (!found.floating.empty())
-        notes << tr("Left out: %1").arg(roomText(QString::fromStdString(describe(found.floating))));
+        notes << tr("Loose, but counts as material: %1")
+                     .arg(roomText(QString::fromStdString(describe(found.floating))));
     return notes.join("  ·  ");
 }
 
@@ -202,19 +244,22 @@ void DrawingMode::showRivalHeader() const {
     stage.rivalHeader.show(
         designScore->isSupported()
             ? tr("Compliance %1").arg(numberText(designScore->assessment.score.compliance, DIGITS))
-            : tr("Does not hold yet"),
+        : isRivalSettled ? tr("Does not hold")
+                         : tr("Does not hold yet"),
         state + (notes.isEmpty() ? QString() : "  ·  " + notes.join("  ")));
 }
 
 void DrawingMode::showHeaders() {
     const Match now = match();
-    if (now.state == Match::State::DECIDED) BestScores::offer(bench.document.scene(), now.percent);
+    if (now.state == Match::State::DECIDED && isScoreCurrent() && whyNotCounted(now).isEmpty())
+        BestScores::offer(bench.document.scene(), now.percent);
     const double budget = bench.document.scene().volumeFraction;
     stage.drawingHeader.show(headline(now), detailsOfDrawing(now));
-    stage.drawingHeader.showMaterial(drawingScore ? carriedShare(*drawingScore) : mean(*drawing),
-                                     budget);
+    stage.drawingHeader.showMaterial(mean(*drawing), budget, cellsOver(*drawing, budget) > 0);
     showRivalHeader();
-    stage.rivalHeader.showMaterial(designScore ? carriedShare(*designScore) : 0, budget);
+    // Drawn within the budget; what has to stay solid may exceed it.
+    stage.rivalHeader.showMaterial(designScore ? mean(designScore->design) : 0, budget,
+                                   designScore && cellsOver(designScore->design, budget) > 0);
 }
 
 void DrawingMode::show() {

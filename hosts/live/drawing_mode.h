@@ -65,6 +65,12 @@ private:
     bool isBeaten(const ScoreResult& result) const;
     QString headline(const Match& match) const;
     QString detailsOfDrawing(const Match& match) const;
+    /// Why the percentage does not count as best; empty if it does.
+    QString whyNotCounted(const Match& match) const;
+    /// Whether the score belongs to the drawing and the problem as they are now.
+    bool isScoreCurrent() const;
+    QString bestSoFar() const;
+    QString excess(const Field& design) const;
     void showRivalHeader() const;
     void showHeaders();
 
@@ -74,8 +80,8 @@ private:
     QAction* startEmpty;
     QAction* startFromDesign;
     bool active = false;
-    bool wasPlaying = false;
     std::shared_ptr<const Field> drawing;  // as it is in the scene
+    std::optional<Field> brought;          // the drawing that came with the scene
     std::optional<ScoreResult> drawingScore;
     std::optional<ScoreResult> designScore;  // the best one of its run
     bool isRivalSettled = false;

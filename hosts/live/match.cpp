@@ -1,14 +1,34 @@
 #include "match.h"
 
+#include <algorithm>
+#include <cmath>
+
+using namespace voxam;
+
 namespace {
 
-// Half a cell: a budget is met by whole ones.
-constexpr double SLACK_IN_CELLS = 0.5;
+constexpr double ROUNDING_OF_BUDGET = 1e-6;  // of a cell: a share may be a rounded one
+constexpr double LEAST_DIFFERENCE = 0.02;    // of the cells, for a design of one's own
+
+bool hasGreys(const Field& design) {
+    return std::any_of(design.values.begin(), design.values.end(),
+                       [](float density) { return density > 0 && density < 1; });
+}
+
+bool areAlike(const Field& one, const Field& other) {
+    if (one.width != other.width || one.height != other.height) return false;
+    double different = 0;
+    for (std::size_t i = 0; i < one.values.size(); ++i)
+        if (one.values[i] != other.values[i]) ++different;
+    return different < LEAST_DIFFERENCE * static_cast<double>(one.values.size());
+}
 
 }  // namespace
 
-double carriedShare(const ScoreResult& result) {
-    return mean(without(result.design, result.assessment.floating));
+std::size_t cellsOver(const Field& design, double budget) {
+    const auto cells = static_cast<double>(design.values.size());
+    const double allowed = std::floor(budget * cells + ROUNDING_OF_BUDGET);
+    return static_cast<std::size_t>(std::max(0L, std::lround(sum(design) - allowed)));
 }
 
 Match judge(const std::optional<ScoreResult>& drawing, const std::optional<ScoreResult>& rival,
@@ -16,11 +36,13 @@ Match judge(const std::optional<ScoreResult>& drawing, const std::optional<Score
     if (!drawing) return {Match::State::NO_SCORE};
     if (mean(drawing->design) == 0) return {Match::State::EMPTY};
     if (!drawing->isSupported()) return {Match::State::UNSUPPORTED};
-    const auto cells = static_cast<double>(drawing->design.values.size());
-    if (carriedShare(*drawing) > budget + SLACK_IN_CELLS / cells)
-        return {Match::State::OVER_BUDGET};
+    if (cellsOver(drawing->design, budget) > 0) return {Match::State::OVER_BUDGET};
+    if (hasGreys(drawing->design)) return {Match::State::GREY};
     if (!rival || !isRivalSettled) return {Match::State::RIVAL_AT_WORK};
     if (!rival->isSupported()) return {Match::State::RIVAL_FAILED};
-    return {Match::State::DECIDED,
-            100 * rival->assessment.score.compliance / drawing->assessment.score.compliance};
+    const double ratio = rival->assessment.score.compliance / drawing->assessment.score.compliance;
+    constexpr double tenths = 1000;  // of a percent
+    const double percent = std::round(tenths * ratio) / (tenths / 100);
+    return {Match::State::DECIDED, percent, !rival->warnings.empty(),
+            percent <= 100 && areAlike(drawing->design, rival->design)};
 }

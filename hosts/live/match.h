@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 
 #include "frame.h"
@@ -11,19 +12,24 @@ struct Match {
         EMPTY,        ///< nothing is drawn yet
         UNSUPPORTED,  ///< the supports do not hold the drawing
         OVER_BUDGET,  ///< no verdict: it has more material than is allowed
+        GREY,         ///< no verdict: densities between void and solid
         RIVAL_AT_WORK,
         RIVAL_FAILED,  ///< the supports do not hold the optimiser's design as drawn
         DECIDED
     };
 
     State state = State::NO_SCORE;
-    double percent = 0;  ///< stiffness of the drawing in percent of the optimiser's; when decided
+    double percent = 0;  ///< stiffness of the drawing in percent of the optimiser's, rounded to one
+                         ///< decimal; when decided
+    bool isRivalDoubtful = false;  ///< the optimiser's design has warnings
+    bool isAlike = false;          ///< nearly the optimiser's design, and no stiffer
 };
 
-/// Material that counts, as a share of the plate: without floating parts.
-double carriedShare(const ScoreResult& result);
+/// Cells of a design beyond its budget, a share of the plate. The optimiser's design is drawn with
+/// as many whole cells as the budget allows, and so is the player's.
+std::size_t cellsOver(const voxam::Field& design, double budget);
 
-/// `budget` is the share of the plate that both may fill. There is no verdict before the
-/// optimiser's design has settled.
+/// `budget` is the share of the plate that both may fill, also with parts that nothing holds. There
+/// is no verdict before the optimiser's design has settled.
 Match judge(const std::optional<ScoreResult>& drawing, const std::optional<ScoreResult>& rival,
             bool isRivalSettled, double budget);

@@ -14,6 +14,7 @@ constexpr int BAR_HEIGHT = 10;  // pixels
 constexpr int BAR_WIDTH = 200;
 constexpr double HEADLINE_SIZE = 1.6;  // of the usual font
 constexpr int STEPS = 1000;
+constexpr int DETAIL_LINES = 2;
 
 }  // namespace
 
@@ -38,7 +39,7 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     // Words that do not fit must not widen the window.
     headlineLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     detailLabel->setWordWrap(true);
-    detailLabel->setFixedHeight(2 * detailLabel->fontMetrics().lineSpacing());
+    detailLabel->setFixedHeight(DETAIL_LINES * detailLabel->fontMetrics().lineSpacing());
     detailLabel->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     material->setRange(0, STEPS);
     material->setMaximumSize(BAR_WIDTH, BAR_HEIGHT);
@@ -57,18 +58,42 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
 
 void ScoreHeader::show(const QString& headline, const QString& details) {
     headlineLabel->setText(headline);
-    headlineLabel->setToolTip(headline);
     headlineLabel->setAccessibleName(title + ": " + headline);
-    detailLabel->setText(details);
-    detailLabel->setToolTip(details);
+    allDetails = details;
+    fitDetails();
 }
 
-void ScoreHeader::showMaterial(double used, double budget) {
+void ScoreHeader::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // The layout sets the labels before this event comes.
+    fitDetails();
+}
+
+void ScoreHeader::fitDetails() {
+    const QFontMetrics metrics = detailLabel->fontMetrics();
+    const auto fits = [&](const QString& text) {
+        const QRect room(0, 0, detailLabel->width(), 0);
+        return metrics.boundingRect(room, Qt::TextWordWrap, text).height() <=
+               DETAIL_LINES * metrics.lineSpacing();
+    };
+    QString shown = allDetails;
+    for (auto end = shown.size(); end > 0 && !fits(shown);) {
+        end = allDetails.lastIndexOf(' ', end - 1);
+        shown = allDetails.left(std::max<decltype(end)>(0, end)) + QString::fromUtf8(" …");
+    }
+    detailLabel->setText(shown);
+    // Without a text of its own it has the tooltip of the header.
+    detailLabel->setToolTip(shown == allDetails ? QString() : allDetails);
+    const int needed = headlineLabel->fontMetrics().horizontalAdvance(text());
+    headlineLabel->setToolTip(needed > headlineLabel->width() ? text() : QString());
+}
+
+void ScoreHeader::showMaterial(double used, double budget, bool isOver) {
     const double share = budget > 0 ? used / budget : 0;
     material->setValue(static_cast<int>(std::lround(STEPS * std::min(1.0, share))));
     materialLabel->setText(tr("Material %1 of %2").arg(percentText(used), percentText(budget)));
     // Its words say the same as its colour.
     QPalette colours;
-    if (used > budget) colours.setColor(QPalette::Highlight, QColor(200, 60, 50));
+    if (isOver) colours.setColor(QPalette::Highlight, QColor(200, 60, 50));
     material->setPalette(colours);
 }

@@ -14,13 +14,20 @@ public:
     /// A few large words, and a line below them.
     void show(const QString& headline, const QString& details);
     /// How much of the budget is used; both are shares of the plate.
-    void showMaterial(double used, double budget);
+    void showMaterial(double used, double budget, bool isOver);
 
     QString text() const { return headlineLabel->text(); }
-    QString details() const { return detailLabel->text(); }
+    QString details() const { return allDetails; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    /// As many words of the details as two lines have room for; the tooltip has all.
+    void fitDetails();
+
     QString title;
+    QString allDetails;
     QLabel* headlineLabel;
     QLabel* detailLabel;
     QProgressBar* material;

@@ -110,7 +110,9 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(mode.match().state, Match::State::DECIDED, 60000);
         QCOMPARE(mode.match().percent, 100.0);
         QVERIFY(live.window.plateStage().plateHeader().text().contains("100 %"));
-        QVERIFY(BestScores::best(live.scene()) >= 100);
+        // A copy does not count, and nothing that is no stiffer.
+        QVERIFY(live.window.plateStage().plateHeader().details().contains("Does not count"));
+        QCOMPARE(BestScores::best(live.scene()), 0.0);
         // A cell beyond the budget ends the comparison.
         QVERIFY(live.takeTool("D"));
         live.bench().setBrush({4, false});
@@ -254,6 +256,24 @@ private slots:
         const Match decided = judge(mine, theirs, true, 0.4);
         QCOMPARE(decided.state, Match::State::DECIDED);
         QCOMPARE(decided.percent, 80.0);
+        QVERIFY(decided.isAlike);
+        QVERIFY(!judge(scored(39.98, 1), theirs, true, 0.4).isAlike);
+        // Two cells elsewhere make it another design.
+        auto another = mine;
+        std::swap(another.design.at(0, 0), another.design.at(9, 9));
+        QVERIFY(!judge(another, theirs, true, 0.4).isAlike);
+        QCOMPARE(judge(scored(40.01, 1), theirs, true, 0.4).percent, 100.0);
+        // Greys have no verdict. A rounded sum is not over the budget; a cell too many is, also a
+        // loose one.
+        QCOMPARE(judge(scored(50, 0.5f), theirs, true, 0.4).state, Match::State::GREY);
+        QCOMPARE(cellsOver(Field(80, 50, 0.4f), 0.4), std::size_t{0});
+        another.design.at(5, 9) = 1;
+        another.assessment.floating = {{}};
+        QCOMPARE(cellsOver(another.design, 0.4), std::size_t{1});
+        QCOMPARE(judge(another, theirs, true, 0.4).state, Match::State::OVER_BUDGET);
+        auto doubtful = theirs;
+        doubtful.warnings = {{Finding::WARNING, "design", "is in pieces", std::nullopt}};
+        QVERIFY(judge(mine, doubtful, true, 0.4).isRivalDoubtful);
     }
 
 private:

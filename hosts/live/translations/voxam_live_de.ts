@@ -307,10 +307,6 @@
         <translation>Bisher bester Wert %1 % (%2)</translation>
     </message>
     <message>
-        <source>Left out: %1</source>
-        <translation>Nicht mitgerechnet: %1</translation>
-    </message>
-    <message>
         <source>Settled</source>
         <translation>Konvergiert</translation>
     </message>
@@ -333,6 +329,42 @@
     <message>
         <source>Shown once a design holds</source>
         <translation>Erscheint, sobald ein Entwurf hält</translation>
+    </message>
+    <message>
+        <source>The optimiser has stopped</source>
+        <translation>Der Optimierer ist stehen geblieben</translation>
+    </message>
+    <message>
+        <source>Greys are not compared</source>
+        <translation>Graustufen werden nicht verglichen</translation>
+    </message>
+    <message>
+        <source>Draw in black and white to be compared with the optimiser</source>
+        <translation>In Schwarzweiß zeichnen, um mit dem Optimierer verglichen zu werden</translation>
+    </message>
+    <message>
+        <source>Does not count: the optimiser&apos;s design has a warning</source>
+        <translation>Zählt nicht: Zum Entwurf des Optimierers gibt es eine Warnung</translation>
+    </message>
+    <message>
+        <source>Does not count: nearly the optimiser&apos;s design, and no stiffer</source>
+        <translation>Zählt nicht: fast der Entwurf des Optimierers, und nicht steifer</translation>
+    </message>
+    <message>
+        <source>Does not count: the drawing that came with the scene</source>
+        <translation>Zählt nicht: die Zeichnung, die zur Szene gehört</translation>
+    </message>
+    <message>
+        <source>Rub out %1 of the %2 elements</source>
+        <translation>%1 der %2 Elemente ausradieren</translation>
+    </message>
+    <message>
+        <source>Rub out %1 of the %2 cells</source>
+        <translation>%1 der %2 Zellen ausradieren</translation>
+    </message>
+    <message>
+        <source>Loose, but counts as material: %1</source>
+        <translation>Lose, zählt aber als Material: %1</translation>
     </message>
 </context>
 <context>
@@ -706,16 +738,8 @@
         <translation>Szenen: %1</translation>
     </message>
     <message>
-        <source>Wall bracket</source>
-        <translation>Wandkonsole</translation>
-    </message>
-    <message>
         <source>Drag the weight along the free end, and the bracket follows.</source>
         <translation>Die Last am freien Ende verschieben – die Konsole folgt.</translation>
-    </message>
-    <message>
-        <source>Load that moves</source>
-        <translation>Wandernde Last</translation>
     </message>
     <message>
         <source>A load crosses a beam in five steps. See how much of the design changes.</source>
@@ -778,38 +802,6 @@
         <translation>Zwischen Nabe und Felge, auf die der Boden an sechs Stellen drückt, bilden sich Speichen.</translation>
     </message>
     <message>
-        <source>Smallest plate</source>
-        <translation>Kleinste Scheibe</translation>
-    </message>
-    <message>
-        <source>Twelve by six elements: try what a single element changes.</source>
-        <translation>Zwölf mal sechs Elemente: Was bewirkt ein einziges?</translation>
-    </message>
-    <message>
-        <source>Bracket of curved bars</source>
-        <translation>Konsole aus gebogenen Stäben</translation>
-    </message>
-    <message>
-        <source>Somebody drew this bracket. Can you make it stiffer?</source>
-        <translation>Diese Konsole ist von Hand gezeichnet. Geht es steifer?</translation>
-    </message>
-    <message>
-        <source>Tied arch</source>
-        <translation>Stabbogen</translation>
-    </message>
-    <message>
-        <source>A bridge that was drawn for traffic on one half at a time. Improve it.</source>
-        <translation>Eine gezeichnete Brücke für Verkehr auf je einer Hälfte. Verbessern Sie sie.</translation>
-    </message>
-    <message>
-        <source>Viaduct</source>
-        <translation>Viadukt</translation>
-    </message>
-    <message>
-        <source>An arch below a road was painted as a picture. Paint on.</source>
-        <translation>Ein Bogen unter einer Straße, als Bild gemalt. Malen Sie weiter.</translation>
-    </message>
-    <message>
         <source>Play</source>
         <translation>Spielen</translation>
     </message>
@@ -848,6 +840,34 @@
     <message>
         <source>Further scenes in the program&apos;s directory.</source>
         <translation>Weitere Szenen im Verzeichnis des Programms.</translation>
+    </message>
+    <message>
+        <source>Cantilever</source>
+        <translation>Kragscheibe</translation>
+    </message>
+    <message>
+        <source>Moving load</source>
+        <translation>Wandernde Last</translation>
+    </message>
+    <message>
+        <source>Hold a weight at the free end with two fifths of the plate.</source>
+        <translation>Eine Last am freien Ende mit zwei Fünfteln der Scheibe halten.</translation>
+    </message>
+    <message>
+        <source>Draw one half of a symmetric beam. The other half mirrors it.</source>
+        <translation>Eine Hälfte eines symmetrischen Trägers zeichnen. Die andere spiegelt sie.</translation>
+    </message>
+    <message>
+        <source>Lead the force around the corner that stays free.</source>
+        <translation>Die Kraft um die Ecke führen, die frei bleibt.</translation>
+    </message>
+    <message>
+        <source>Draw what carries the deck when either half is loaded.</source>
+        <translation>Zeichnen, was die Fahrbahn trägt, wenn je eine Hälfte belastet ist.</translation>
+    </message>
+    <message>
+        <source>Join hub and rim. The ground pushes in six places in turn.</source>
+        <translation>Nabe und Felge verbinden. Der Boden drückt der Reihe nach an sechs Stellen.</translation>
     </message>
 </context>
 <context>
@@ -1423,8 +1443,8 @@
         <translation>100 % heißt, dass Ihr Entwurf so steif ist wie der des Optimierers: Die Lasten bewegen ihn ebenso wenig. Beide dürfen gleich viel Material verwenden.</translation>
     </message>
     <message>
-        <source>As drawn means in black and white, without the greys of the optimiser.</source>
-        <translation>In Schwarzweiß heißt: ohne die Grautöne des Optimierers.</translation>
+        <source>As drawn means in black and white, without the greys of the optimiser. It has cells as large as those of your drawing. Outside this mode it has finer cells, so its compliance and material differ a little.</source>
+        <translation>In Schwarzweiß heißt: ohne die Grautöne des Optimierers. Der Entwurf hat hier so große Zellen wie Ihre Zeichnung. Außerhalb dieses Modus hat er feinere Zellen, deshalb weichen Nachgiebigkeit und Material ein wenig ab.</translation>
     </message>
     <message>
         <source>&lt;qt&gt;The plate and the structure on it. Arrows are loads. Triangles are supports; a small wheel below one lets the plate slide. The tools change all of these.&lt;/qt&gt;</source>
