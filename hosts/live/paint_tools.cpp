@@ -4,10 +4,12 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <utility>
 
 #include "number_text.h"
+#include "reflection.h"
 
 namespace {
 
@@ -21,8 +23,18 @@ bool haveCommon(const Cells& some, const Cells& others) {
     });
 }
 
+/// In a scene with a symmetry, a stroke may also lie on the half that mirrors the edited one.
 Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
-    return strokeCells(site.bench.brush(), from, to, site.scene().width, site.scene().height);
+    const Scene& scene = site.scene();
+    const Brush& brush = site.bench.brush();
+    const Cells cells = strokeCells(brush, from, to, scene.width, scene.height);
+    if (scene.symmetry == Symmetry::NONE) return cells;
+    const Cells others = strokeCells(brush, reflectedPlace(scene, from), reflectedPlace(scene, to),
+                                     scene.width, scene.height);
+    Cells all;
+    std::set_union(cells.begin(), cells.end(), others.begin(), others.end(),
+                   std::back_inserter(all));
+    return all;
 }
 
 /// The same on both sides of a mirror, for a design that is drawn.
@@ -68,10 +80,8 @@ public:
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
         const bool isLine = last && hand.modifiers.testFlag(Qt::ShiftModifier);
-        paintCells(
-            painter, site,
-            isLine ? strokeOf(site, *last, hand.plate) : footprint(site.bench.brush(), hand.plate),
-            hintColour(colours));
+        paintCells(painter, site, strokeOf(site, isLine ? *last : hand.plate, hand.plate),
+                   hintColour(colours));
     }
 
 private:
@@ -111,6 +121,7 @@ public:
     void release(const Hand& hand) override {
         if (!start) return BrushTool::release(hand);
         end = hand.plate;
+        foldShape();
         const Area area = shapeArea();
         start.reset();
         if (!area.empty()) paintArea(area, gesture);
@@ -142,6 +153,12 @@ public:
     }
 
 private:
+    /// A shape on the mirrored half counts as its reflection.
+    void foldShape() {
+        if (site.scene().symmetry == Symmetry::NONE || !shapeArea().empty()) return;
+        start = reflectedPlace(site.scene(), *start);
+        end = reflectedPlace(site.scene(), end);
+    }
     Extent shapeExtent() const {
         const Cell one = cellAt(*start);
         const Cell other = cellAt(end);
@@ -202,10 +219,9 @@ public:
     void cancel() override { start.reset(); }
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
-        paintCells(
-            painter, site,
-            start ? drawnStroke(site, *start, end) : footprint(site.bench.brush(), hand.plate),
-            colours.hand);
+        paintCells(painter, site,
+                   start ? drawnStroke(site, *start, end) : strokeOf(site, hand.plate, hand.plate),
+                   colours.hand);
     }
 
 private:

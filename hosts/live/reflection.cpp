@@ -53,6 +53,10 @@ QTransform reflection(const Scene& scene, const PlateTransform& transform) {
                    : QTransform(1, 0, 0, -1, 0, 2 * plane.y());
 }
 
+QPointF reflectedPlace(const Scene& scene, QPointF plate) {
+    return reflection(scene, {{0, 0}, 1}).map(plate);
+}
+
 QLineF planeOf(const Scene& scene, const PlateTransform& transform) {
     const int at = planeAt(scene);
     if (isUpright(scene.symmetry))
