@@ -27,7 +27,9 @@ PlateStage::PlateStage(QWidget* parent)
         tr("100 % means that your design is as stiff as the optimiser's: the loads move it "
            "as little. Both may use the same amount of material."));
     explainField(*otherHeader,
-                 tr("As drawn means in black and white, without the greys of the optimiser."));
+                 tr("As drawn means in black and white, without the greys of the optimiser. It "
+                    "has cells as large as those of your drawing. Outside this mode it has "
+                    "finer cells, so its compliance and material differ a little."));
 
     auto* plateSide = new QWidget;
     auto* side = new QVBoxLayout(plateSide);
@@ -46,6 +48,7 @@ PlateStage::PlateStage(QWidget* parent)
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(plateSide);
     splitter->addWidget(rivalSide);
+    splitter->installEventFilter(this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -83,7 +86,11 @@ void PlateStage::setPlateSize(const QSizeF& size) {
     arrange();
 }
 
-void PlateStage::resizeEvent(QResizeEvent*) { arrange(); }
+// What is above and below the plates may come and go.
+bool PlateStage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == splitter && event->type() == QEvent::Resize) arrange();
+    return QWidget::eventFilter(watched, event);
+}
 
 void PlateStage::arrange() {
     const auto scaleWithin = [this](double across, double down) {
@@ -91,7 +98,7 @@ void PlateStage::arrange() {
             (across - 2 * SIGN_MARGIN) / plateSize.width(),
             (down - 2 * SIGN_MARGIN - header->sizeHint().height()) / plateSize.height());
     };
-    const QSizeF room = size();
+    const QSizeF room = splitter->size();
     const bool isBeside = scaleWithin(0.5 * room.width(), room.height()) >=
                           scaleWithin(room.width(), 0.5 * room.height());
     splitter->setOrientation(isBeside ? Qt::Horizontal : Qt::Vertical);

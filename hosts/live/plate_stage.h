@@ -37,7 +37,7 @@ public:
     void setColours(const PlateColours& colours);
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void arrange();
