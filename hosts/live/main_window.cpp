@@ -103,7 +103,10 @@ void MainWindow::makeParts() {
     clock = new DrawingClock(bench);
     statusBar()->addPermanentWidget(clock);
     connect(clock, &DrawingClock::timeIsUp, this, [this] {
-        statusBar()->showMessage(tr("Time is up. %1").arg(stage->plateHeader().text()));
+        const QString result = tr("Time is up. %1").arg(stage->plateHeader().text());
+        statusBar()->showMessage(result);
+        // What is drawn later does not change the result in time.
+        clock->setText(result);
     });
     tools = std::make_unique<ToolBox>(bench, stage->plate());
     pieces = std::make_unique<PieceActions>(bench, stage->plate());
