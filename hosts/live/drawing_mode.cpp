@@ -304,7 +304,8 @@ QString DrawingMode::reading(const Field* design, const std::optional<ScoreResul
                              QPointF plate) const {
     const ScoreResult* shown = viewed(score);
     if (design == nullptr || !isOfThisGrid(*design)) return {};
-    return shown != nullptr && shown->view.field && isOfThisGrid(*shown)
+    // A stroke that has no score yet is material, too.
+    return shown != nullptr && shown->view.field && shown->design == *design
                ? fieldReading(*shown, bench.document.scene(), plate)
                : densityReading(*design, bench.document.scene(), plate);
 }
