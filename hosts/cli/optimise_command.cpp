@@ -112,7 +112,7 @@ struct Drawings {
 
 /// Draws what is drawn after each iteration.
 void drawIteration(const OptimisationRun& run, const OptimiseOptions& options, Drawings& drawings) {
-    const std::string subtitle = runSubtitle(run.records().back());
+    const std::string subtitle = runSubtitle(run.records().back(), run.scene().symmetry);
     if (!options.frames.empty()) {
         const fs::path file = frameFile(options, run.records().back().iteration);
         writeFile(file, encoded(run, contentOf(run, subtitle), file));

@@ -49,7 +49,7 @@ void printSummary(const OptimisationRun& run, const RunResult& result, const Fin
 }
 
 std::string resultSubtitle(const OptimisationRun& run, const RunResult& result) {
-    std::string text = runSubtitle(run.records().back(), &result.assessment);
+    std::string text = runSubtitle(run.records().back(), run.scene().symmetry, &result.assessment);
     if (!run.failure().empty()) text += ",  then: " + run.failure();
     return text;
 }

@@ -99,7 +99,8 @@ ExportActions::Exhibit ExportActions::exhibit() const {
 void ExportActions::addScore(Exhibit& shown) const {
     const auto result = score(shown.material, shown.scene);
     if (!result) throw InputError("The picture was not written, because its design was not scored");
-    shown.subtitle = QString::fromStdString(runSubtitle(*shown.numbers, &result->assessment));
+    shown.subtitle = QString::fromStdString(
+        runSubtitle(*shown.numbers, shown.scene.symmetry, &result->assessment));
     shown.floating = result->assessment.floating;
 }
 
@@ -146,8 +147,9 @@ void ExportActions::writeAnimation(const fs::path& file) const {
                 if (progress.isCancelled) return std::vector<std::uint8_t>();
                 Scene scene = *each.scene;
                 scene.blob = each.blob;
-                const Exhibit shown{scene, each.material(),
-                                    QString::fromStdString(runSubtitle(each.numbers))};
+                const Exhibit shown{
+                    scene, each.material(),
+                    QString::fromStdString(runSubtitle(each.numbers, scene.symmetry))};
                 const Scene whole = wholeOf(shown.scene);
                 frames.add(drawPicture(whole, contentOf(shown), animationScale(whole)));
                 ++progress.done;

@@ -358,6 +358,9 @@ void MainWindow::connectDocument() {
         stage->timeline().setScene(bench.document.whole());
         stage->plate().setScene(bench.document.snapshot());
         stage->fields().setLoadCases(scene.loadCasesInUse);
+        const bool isHalf = scene.symmetry != Symmetry::NONE;
+        stage->resultLine().setHalf(isHalf);
+        numbers->setHalf(isHalf);
         statusBar()->clearMessage();
         stage->caption().show(shippedText(scene.title), shippedText(scene.description));
         showProblems();
@@ -643,7 +646,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     if (frame.numbers.revision == run.revision())
         shown.numbers = frame.numbers;
     else
-        shown.subtitle = QString::fromStdString(runSubtitle(frame.numbers));
+        shown.subtitle = QString::fromStdString(runSubtitle(frame.numbers, shown.scene.symmetry));
     return shown;
 }
 

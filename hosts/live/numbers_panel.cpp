@@ -68,6 +68,7 @@ NumbersPanel::NumbersPanel(QWidget* parent) : QWidget(parent) {
     explainRow(*form, *milliseconds,
                tr("Time for one iteration, averaged over the last iterations."));
     explainRow(*form, *frames, tr("How often the picture of the design was replaced."));
+    complianceName = qobject_cast<QLabel*>(form->labelForField(compliance));
     layout->addLayout(form);
 
     auto* times = new QGroupBox(tr("Where the time goes"));
@@ -93,6 +94,11 @@ void NumbersPanel::add(const std::vector<IterationNumbers>& numbers) {
     recent.insert(recent.end(), numbers.begin(), numbers.end());
     while (recent.size() > AVERAGED) recent.pop_front();
     if (!timer.isActive()) timer.start();
+}
+
+void NumbersPanel::setHalf(bool isHalf) {
+    complianceName->setText(isHalf ? tr("Compliance of the half") : tr("Compliance"));
+    compliance->setObjectName(complianceName->text());
 }
 
 void NumbersPanel::clear() {

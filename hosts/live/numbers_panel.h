@@ -20,6 +20,8 @@ public:
 
     void add(const std::vector<IterationNumbers>& numbers);
     void clear();
+    /// Whether the compliance is that of one half of a symmetric plate.
+    void setHalf(bool isHalf);
     /// A picture has reached the screen.
     void countFrame();
 
@@ -36,6 +38,7 @@ private:
 
     QLabel* iteration;
     QLabel* compliance;
+    QLabel* complianceName;
     QLabel* volume;
     QLabel* change;
     QLabel* milliseconds;

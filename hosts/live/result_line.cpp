@@ -55,9 +55,15 @@ void ResultLine::showScore(std::optional<ScoreResult> result) {
     refresh();
 }
 
+void ResultLine::setHalf(bool isHalf) {
+    half = isHalf;
+    refresh();
+}
+
 QString ResultLine::worth() const {
     if (!score->isSupported()) return tr("The design does not hold as drawn");
-    return tr("Compliance as drawn %1  ·  Material %2")
+    return (half ? tr("Compliance of the half as drawn %1  ·  Material %2")
+                 : tr("Compliance as drawn %1  ·  Material %2"))
         .arg(numberText(score->assessment.score.compliance, DIGITS_AT_REST),
              percentText(materialOf(score->design) / 100));
 }
@@ -65,7 +71,8 @@ QString ResultLine::worth() const {
 QString ResultLine::progress() const {
     QString text = tr("Iteration %1").arg(last.iteration);
     if (last.iteration > 0)
-        text += tr("  ·  Compliance so far %1  ·  Material %2")
+        text += (half ? tr("  ·  Compliance of the half so far %1  ·  Material %2")
+                      : tr("  ·  Compliance so far %1  ·  Material %2"))
                     .arg(numberText(last.compliance, DIGITS), percentText(last.volume));
     if (shown == RunState::COMPUTING)
         text = tr("%n second(s) on iteration %1", nullptr, waited).arg(last.iteration + 1);
@@ -76,6 +83,10 @@ QString ResultLine::details() const {
     QString text =
         tr("Compliance is force times displacement, summed over the load cases: the "
            "smaller it is, the stiffer is the structure.");
+    if (half)
+        text +=
+            tr(" One half of the plate is computed: the whole carries twice the loads and has "
+               "twice the compliance.");
     if (score && last.iteration > 0)
         text +=
             tr(" As drawn, each cell of the picture is either solid or void, and the picture is "

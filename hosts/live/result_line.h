@@ -16,6 +16,8 @@ public:
 
     /// `seconds` is how long the present iteration has taken.
     void showState(RunState state, const IterationNumbers& numbers, int seconds);
+    /// Whether the compliances are those of one half of a symmetric plate.
+    void setHalf(bool isHalf);
     /// The score of the settled design; empty while it forms.
     void showScore(std::optional<ScoreResult> result);
 
@@ -32,5 +34,6 @@ private:
     RunState shown = RunState::FORMING;
     IterationNumbers last;
     int waited = 0;
+    bool half = false;
     std::optional<ScoreResult> score;
 };

@@ -43,8 +43,10 @@ bool haveSameTask(const Variant& one, const Variant& other) {
 
 QString numbersOf(const Variant& variant) {
     const auto compliance = variant.compliance();
-    const QString worth = compliance
-                              ? Words::tr("Compliance %1").arg(numberText(*compliance, DIGITS))
+    const bool isHalf = variant.seen->symmetry != Symmetry::NONE;
+    const QString name =
+        isHalf ? Words::tr("Compliance of the half %1") : Words::tr("Compliance %1");
+    const QString worth = compliance      ? name.arg(numberText(*compliance, DIGITS))
                           : variant.score ? Words::tr("Does not hold")
                                           : Words::tr("Not scored yet");
     return worth + "\n" + Words::tr("Material %1").arg(percentText(variant.share()));

@@ -1280,6 +1280,10 @@
         <source>%1 ms</source>
         <translation>%1 ms</translation>
     </message>
+    <message>
+        <source>Compliance of the half</source>
+        <translation>Nachgiebigkeit der Hälfte</translation>
+    </message>
 </context>
 <context>
     <name>PieceActions</name>
@@ -1942,6 +1946,18 @@
         <source> Material is the share of the plate that is solid. It may differ a little from the volume you asked for, because the picture is a smoothed copy of the optimiser&apos;s densities.</source>
         <translation> Material ist der gefüllte Anteil der Scheibe. Er kann etwas vom gewünschten Volumen abweichen, weil das Bild eine geglättete Kopie der Dichten des Optimierers ist.</translation>
     </message>
+    <message>
+        <source>Compliance of the half as drawn %1  ·  Material %2</source>
+        <translation>Nachgiebigkeit der Hälfte in Schwarzweiß %1  ·  Material %2</translation>
+    </message>
+    <message>
+        <source>  ·  Compliance of the half so far %1  ·  Material %2</source>
+        <translation>  ·  Nachgiebigkeit der Hälfte bisher %1  ·  Material %2</translation>
+    </message>
+    <message>
+        <source> One half of the plate is computed: the whole carries twice the loads and has twice the compliance.</source>
+        <translation> Berechnet wird eine Hälfte der Scheibe: Die ganze trägt die doppelten Lasten und hat die doppelte Nachgiebigkeit.</translation>
+    </message>
 </context>
 <context>
     <name>Rooms</name>
@@ -2244,6 +2260,10 @@
     <message>
         <source>keep the elements at this load solid, and set the detail of the picture to %1</source>
         <translation>die Elemente an dieser Last gefüllt halten und die Auflösung des Bildes auf %1 setzen</translation>
+    </message>
+    <message>
+        <source>elements that are kept solid do not touch the structure: move them to it, or do not keep them solid</source>
+        <translation>gefüllt gehaltene Elemente berühren das Tragwerk nicht: an das Tragwerk schieben oder nicht gefüllt halten</translation>
     </message>
 </context>
 <context>
@@ -2889,6 +2909,10 @@
     <message>
         <source>%1 has more material, by %2 of the plate.</source>
         <translation>%1 hat mehr Material, um %2 der Scheibe.</translation>
+    </message>
+    <message>
+        <source>Compliance of the half %1</source>
+        <translation>Nachgiebigkeit der Hälfte %1</translation>
     </message>
 </context>
 <context>

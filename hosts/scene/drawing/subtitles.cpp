@@ -5,6 +5,15 @@
 
 namespace voxam::inline drawing {
 
+namespace {
+
+/// The picture shows the whole plate, whose compliance is twice that of the half.
+const char* complianceName(Symmetry symmetry) {
+    return symmetry == Symmetry::NONE ? "compliance" : "compliance of the half";
+}
+
+}  // namespace
+
 std::string complianceText(const Assessment& found) {
     return found.problems.empty() ? formatted("%.6g", found.score.compliance) : "not supported";
 }
@@ -15,8 +24,9 @@ std::string materialText(const Field& design, const Scene& scene) {
            ")";
 }
 
-std::string runSubtitle(const IterationRecord& shown, const Assessment* drawn) {
-    return formatted("iteration %d,  compliance %.6g", shown.iteration, shown.compliance) +
+std::string runSubtitle(const IterationRecord& shown, Symmetry symmetry, const Assessment* drawn) {
+    return formatted("iteration %d,  %s %.6g", shown.iteration, complianceName(symmetry),
+                     shown.compliance) +
            (drawn != nullptr ? ", as drawn " + complianceText(*drawn) : "") +
            formatted(",  volume %.1f %%", 100 * shown.volume);
 }
@@ -24,7 +34,7 @@ std::string runSubtitle(const IterationRecord& shown, const Assessment* drawn) {
 std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
                           const Assessment* drawn) {
     const bool isSupported = found.problems.empty();
-    std::string text = isSupported ? "compliance " + complianceText(found)
+    std::string text = isSupported ? complianceName(scene.symmetry) + (" " + complianceText(found))
                                    : "not supported: " + lineOf(found.problems.front());
     if (drawn != nullptr && isSupported) text += ", as drawn " + complianceText(*drawn);
     text += ",  material used " + materialText(design, scene);
