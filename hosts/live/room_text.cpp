@@ -38,6 +38,9 @@ constexpr const char* PHRASES[] = {
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more volume"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid"),
+    QT_TRANSLATE_NOOP("Rooms",
+                      "elements that are kept solid do not touch the structure: move them to it, "
+                      "or do not keep them solid"),
     QT_TRANSLATE_NOOP("Rooms", "some of its nodes may get no material"),
     QT_TRANSLATE_NOOP("Rooms",
                       "%1 is above %2 (below a volume of %3 %): the design may fall into dots that "

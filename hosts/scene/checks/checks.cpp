@@ -261,6 +261,18 @@ bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& des
     return cells > DOTS * mean(design) * static_cast<double>(design.values.size());
 }
 
+/// Whether all of these parts contain elements that the scene keeps solid.
+bool areKeptSolid(const std::vector<FloatingPart>& floating, const Scene& scene) {
+    std::set<Cell> kept;
+    for (const Area* area : {&scene.passive.solids, &scene.passive.secondSolids})
+        kept.insert(area->cells.begin(), area->cells.end());
+    return std::all_of(floating.begin(), floating.end(), [&](const FloatingPart& part) {
+        return std::any_of(part.cells.begin(), part.cells.end(), [&](const Cell& cell) {
+            return kept.count({cell.x / part.refinement, cell.y / part.refinement}) > 0;
+        });
+    });
+}
+
 /// How much worse the design is as drawn than while optimising; 0 where it is not worse. A finer
 /// grid bends more around a single force, by as much in a solid plate as in any design: that is no
 /// fault of the design.
@@ -344,8 +356,12 @@ Findings checkResult(const RunResult& result, const Scene& scene) {
         findings.push_back(
             warning(problem.key, "as drawn, " + problem.text + adviceFor(problem, scene)));
     if (hasMoreThanDots(drawn.floating, result.drawn))
-        findings.push_back(warning("design", "as drawn, " + describe(drawn.floating) +
-                                                 "; take a finer grid or more volume"));
+        findings.push_back(warning(
+            "design", "as drawn, " + describe(drawn.floating) +
+                          (areKeptSolid(drawn.floating, scene)
+                               ? "; elements that are kept solid do not touch the structure: "
+                                 "move them to it, or do not keep them solid"
+                               : "; take a finer grid or more volume")));
     if (const double ratio = worseAsDrawn(result, scene); ratio > WORSE_AS_DRAWN)
         findings.push_back(
             warning("compliance",
