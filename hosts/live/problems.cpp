@@ -57,6 +57,16 @@ QString adviceOn(const QString& text) {
            text + ")";
 }
 
+/// The same for a plate whose settings are sound. After its first iteration, it is the design that
+/// no longer holds.
+QString adviceOn(const LibraryText& refusal) {
+    if (refusal.text == "Change load/support" && refusal.iteration > 1)
+        return QObject::tr(
+            "The design has torn: its material does not join the loads to the supports. Use more "
+            "volume or a finer grid, or start afresh.");
+    return adviceOn(QString::fromStdString(refusal.text));
+}
+
 /// The text of a finding without the keys of a scene file.
 QString inWords(QString text) {
     // The window does not show text for the scene file.
@@ -134,15 +144,14 @@ QString sentenceOf(const Finding& finding) {
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,
                     const std::optional<ScoreResult>& result) {
     Problems problems;
-    const QString libraryText = QString::fromStdString(refusal.text);
     const Findings findings = checkSettings(scene);
     for (const Finding& finding : findings) mark(finding, scene, problems.places);
     if (!findings.empty()) {
         // What a check found says more than the library.
         problems.text = sentenceOf(findings.front());
         problems.advice = adviceOn(findings.front());
-    } else if (!libraryText.isEmpty()) {
-        const QString words = adviceOn(libraryText);
+    } else if (!refusal.text.empty()) {
+        const QString words = adviceOn(refusal);
         const auto reason = words.indexOf(". ") + 1;
         problems.text = words.left(reason);
         problems.advice = words.mid(reason + 1);

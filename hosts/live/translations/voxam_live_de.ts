@@ -1896,6 +1896,10 @@
         <source>case %1</source>
         <translation>Lastfall %1</translation>
     </message>
+    <message>
+        <source>The design has torn: its material does not join the loads to the supports. Use more volume or a finer grid, or start afresh.</source>
+        <translation>Der Entwurf ist zerrissen: Sein Material verbindet die Lasten nicht mit den Lagern. Wählen Sie mehr Volumen oder ein feineres Netz, oder beginnen Sie neu.</translation>
+    </message>
 </context>
 <context>
     <name>ResultLine</name>
