@@ -284,8 +284,9 @@ void LiveRun::fetch() {
     if (saysOther) {
         followTimeline();
         emit refusalChanged(lastRefusal);
-        startAfreshIfTorn();
     }
+    // Also if the text is the old one: it may be that of a later edit.
+    startAfreshIfTorn();
     announceState();
     fetchScores();
 }
