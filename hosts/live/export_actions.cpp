@@ -27,6 +27,7 @@
 #include "format/input_error.h"
 #include "format/symmetry.h"
 #include "format/text.h"
+#include "number_text.h"
 #include "problems.h"
 
 using namespace voxam;
@@ -37,7 +38,19 @@ namespace {
 
 constexpr const char* DIRECTORY_KEY = "exportDirectory";
 constexpr double USUAL_THICKNESS = 0.1;  // of the plate's shorter side
-constexpr double MAX_LENGTH = 1e6;       // of an element and of a thickness, in millimetres
+
+/// Asks for a length in millimetres. An answer that was not changed is exactly the proposal, also
+/// where the field shows fewer digits.
+std::optional<double> askLength(QWidget& parent, const QString& title, const QString& label,
+                                double proposal) {
+    bool isGiven = false;
+    const double given =
+        QInputDialog::getDouble(&parent, title, label, proposal, Scene::MIN_ELEMENT_SIZE,
+                                Scene::MAX_ELEMENT_SIZE, LENGTH_DECIMALS, &isGiven);
+    if (!isGiven) return std::nullopt;
+    const bool isChanged = given != QString::number(proposal, 'f', LENGTH_DECIMALS).toDouble();
+    return isChanged ? given : proposal;
+}
 
 int scaleOf(const ExportActions::Exhibit& exhibit) {
     return refinedPictureScale(wholeOf(exhibit.scene),
@@ -250,23 +263,21 @@ void ExportActions::exportOutline() {
         ask(tr("Export the outline"), tr("Outlines (*.svg *.dxf);;Solids (*.stl)"), "svg");
     if (file.empty()) return;
     const auto shown = current();
-    bool isGiven = true;
-    const double size = QInputDialog::getDouble(
-        &parent, tr("Size of an element"), tr("Edge of an element in millimetres:"),
-        shown ? shown->scene.elementSize : 1, 0.001, MAX_LENGTH, 3, &isGiven);
-    if (!isGiven) return;
-    emit elementSizeGiven(size);
+    const double present = shown ? shown->scene.elementSize : 1;
+    const auto size = askLength(parent, tr("Size of an element"),
+                                tr("Edge of an element in millimetres:"), present);
+    if (!size) return;
+    if (*size != present) emit elementSizeGiven(*size);
     const Scene whole = shown ? wholeOf(shown->scene) : Scene();
     const int side = std::max(1, std::min(whole.width, whole.height));
-    double thickness = USUAL_THICKNESS * side * size;
+    std::optional<double> thickness = USUAL_THICKNESS * side * *size;
     if (fileEnding(file) == ".stl")
-        thickness = QInputDialog::getDouble(&parent, tr("Thickness"),
-                                            tr("Thickness of the plate in millimetres:"), thickness,
-                                            0.001, MAX_LENGTH, 3, &isGiven);
-    if (!isGiven) return;
+        thickness = askLength(parent, tr("Thickness"), tr("Thickness of the plate in millimetres:"),
+                              *thickness);
+    if (!thickness) return;
     attempt(file, [&] {
         checkEnding(tr("The outline").toStdString(), file, OUTLINE_ENDINGS);
-        writeOutline(file, size, thickness);
+        writeOutline(file, *size, *thickness);
     });
 }
 

@@ -2,6 +2,9 @@
 
 #include <QString>
 
+/// Decimals of the fields for lengths in millimetres: enough for the smallest element.
+constexpr int LENGTH_DECIMALS = 6;
+
 /// A number for the window: in the user's locale, with this many significant digits and without an
 /// exponent. Do not use it for files.
 QString numberText(double value, int digits = 4);

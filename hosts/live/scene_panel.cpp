@@ -75,7 +75,7 @@ void ScenePanel::makeSizes() {
     auto* group = new QGroupBox(tr("Plate"));
     auto* form = new QFormLayout(group);
     elementSize = new QDoubleSpinBox;
-    elementSize->setDecimals(6);
+    elementSize->setDecimals(LENGTH_DECIMALS);
     elementSize->setRange(Scene::MIN_ELEMENT_SIZE, Scene::MAX_ELEMENT_SIZE);
     elementSize->setStepType(QAbstractSpinBox::AdaptiveDecimalStepType);
     // Few sizes have all the digits that are possible.
