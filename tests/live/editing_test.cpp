@@ -2,7 +2,9 @@
 #include <QtTest>
 #include <cmath>
 
+#include "export/scene_file.h"
 #include "format/resize.h"
+#include "format/scene_writer.h"
 #include "live_fixture.h"
 
 /// Hands on the plate, and what the design makes of it.
@@ -271,16 +273,33 @@ private slots:
 
     void aFinerGridKeepsEverythingInItsPlace() {
         LiveFixture live("wheel.json");
+        const PassiveAreas before = live.scene().passive;
         live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 160, 160); });
         QCOMPARE(live.scene().loads[0].x, (Range{80, 80}));
         QCOMPARE(live.scene().supports[0].x, (Range{74, 86}));
-        const auto share = [&](const Area& area) {
-            return static_cast<double>(area.cells.size()) / live.scene().width /
-                   live.scene().height;
-        };
-        const double voids = share(live.scene().passive.voids);
+        QCOMPARE(live.scene().passive.secondSolids.rings, (std::vector<Ring>{{80, 80, 0, 18}}));
+        QCOMPARE(live.scene().elementSize, 0.5);
+        // A scene whose areas overlap, or whose rings have no elements, could not be opened.
+        const Scene read = parseScene(sceneText(live.scene()), "finer.json");
+        QVERIFY(read.passive == live.scene().passive);
         live.bench().document.undoStack().undo();
-        QCOMPARE(share(live.scene().passive.voids), voids);
+        QVERIFY(live.scene().passive == before);
+        // Around a hole that was cut into a solid, nothing is free on the finer grid either.
+        live.bench().edit("Hole", [](Scene& scene) {
+            scene.passive = {};
+            paintPassive(scene, rectangleArea({{10, 40}, {10, 40}}, scene), PassiveKind::SOLID);
+            paintPassive(scene, ringArea({25, 25, 0, 6.5}, scene), PassiveKind::VOID);
+            resizeGrid(scene, 240, 240);
+        });
+        const PassiveAreas& finer = live.scene().passive;
+        QVERIFY(finer.voids == ringArea({75, 75, 0, 19.5}, live.scene()));
+        QCOMPARE(finer.voids.cells.size() + finer.solids.cells.size(), std::size_t{93} * 93);
+        live.bench().document.undoStack().undo();
+        // The plate takes another shape, and discs would have to become ellipses.
+        live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 160, 80); });
+        QVERIFY(live.scene().passive.secondSolids.rings.empty());
+        QCOMPARE(live.scene().elementSize, 1.0);
+        live.bench().document.undoStack().undo();
         QVERIFY(live.runFor(1));
         QCOMPARE(live.run().frame().material.width, 320);
     }

@@ -1,8 +1,12 @@
 #include "format/resize.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "format/area_reader.h"
+#include "format/grid.h"
+#include "format/input_error.h"
 #include "format/limits.h"
 
 namespace voxam::inline format {
@@ -16,11 +20,36 @@ Range resized(const Range& range, int before, int after) {
     return {place(range.from), place(range.to)};
 }
 
+bool hasSameShape(int width, int height, int newWidth, int newHeight) {
+    return 1LL * newWidth * height == 1LL * newHeight * width;
+}
+
+/// A point of the plate, in elements.
+struct Place {
+    double x = 0;
+    double y = 0;
+};
+
+/// Where rings were rounded to elements, finer elements need what lies beside the ring: a point
+/// that is in an element of the ring but not in the ring moves to an element beside it.
+Place besideRing(const Place& point, const Ring& ring) {
+    const double distance = std::hypot(point.x - ring.x, point.y - ring.y);
+    if (distance >= ring.inner && distance < ring.outer) return point;
+    // One element is more than half the diagonal, by which the rounding can be wrong.
+    const double step = distance < ring.inner ? -std::min(1.0, distance) : 1.0;
+    const double share = distance > 0 ? step / distance : 0;
+    return {point.x + share * (point.x - ring.x), point.y + share * (point.y - ring.y)};
+}
+
 /// Changes what a scene and a change of its timeline have in common.
 class Resizing {
 public:
     Resizing(const Scene& scene, int newWidth, int newHeight)
-        : oldWidth(scene.width), oldHeight(scene.height), width(newWidth), height(newHeight) {}
+        : oldWidth(scene.width),
+          oldHeight(scene.height),
+          width(newWidth),
+          height(newHeight),
+          keepsShape(hasSameShape(oldWidth, oldHeight, width, height)) {}
 
     template <typename Component>
     void operator()(std::vector<Component>& components) const {
@@ -31,18 +60,10 @@ public:
     }
 
     void operator()(PassiveAreas& passive) const {
-        for (Area* area : {&passive.voids, &passive.solids, &passive.secondSolids}) (*this)(*area);
+        resize({&passive.voids, &passive.solids, &passive.secondSolids});
     }
 
-    void operator()(Area& area) const {
-        Field marks(oldWidth, oldHeight);
-        for (const Cell& cell : area.cells) marks.at(cell.x, cell.y) = 1;
-        (*this)(marks);
-        area = {};
-        for (int x = 0; x < width; ++x)
-            for (int y = 0; y < height; ++y)
-                if (marks.at(x, y) == 1) area.cells.push_back({x, y});
-    }
+    void operator()(Area& area) const { resize({&area}); }
 
     void operator()(Settings& settings) const {
         (*this)(settings.loads);
@@ -63,10 +84,68 @@ public:
     }
 
 private:
+    /// In the new elements, if the plate keeps its shape.
+    double lengthOf(double before) const { return before * width / oldWidth; }
+
+    /// Of areas that do not overlap, and shall not afterwards.
+    void resize(const std::vector<Area*>& areas) const {
+        Mask result = sampled(areas);
+        Mask taken(width, height);  // by rings
+        for (std::size_t i = 0; i < areas.size(); ++i) {
+            const auto kind = static_cast<std::uint8_t>(i + 1);
+            std::vector<Ring> rings;
+            if (keepsShape) rings.swap(areas[i]->rings);
+            areas[i]->rings.clear();
+            for (const Ring& ring : rings) {
+                const Ring scaled = {lengthOf(ring.x), lengthOf(ring.y), lengthOf(ring.inner),
+                                     lengthOf(ring.outer)};
+                const Cells cells = cellsOf(scaled, width, height);
+                const auto isFree = [&](const Cell& cell) {
+                    const int owner = taken.at(cell.x, cell.y);
+                    return owner == 0 || owner == kind;
+                };
+                // Rings that shared no element before can do so on a finer grid.
+                if (!cells.empty() && scaled.outer <= MAX_RADIUS &&
+                    std::all_of(cells.begin(), cells.end(), isFree))
+                    areas[i]->rings.push_back(scaled);
+                for (const Cell& cell : cells)
+                    if (isFree(cell)) taken.at(cell.x, cell.y) = result.at(cell.x, cell.y) = kind;
+            }
+        }
+        for (std::size_t i = 0; i < areas.size(); ++i)
+            areas[i]->cells = cellsWith(result, static_cast<std::uint8_t>(i + 1));
+    }
+
+    /// Each new element with the number of the area at its centre, or 0.
+    Mask sampled(const std::vector<Area*>& areas) const {
+        Mask kinds(oldWidth, oldHeight);
+        Grid<const Ring*> rings(oldWidth, oldHeight);
+        for (std::size_t i = 0; i < areas.size(); ++i) {
+            mark(kinds, areas[i]->cells, static_cast<std::uint8_t>(i + 1));
+            if (!keepsShape) continue;
+            for (const Ring& ring : areas[i]->rings)
+                for (const Cell& cell : cellsOf(ring, oldWidth, oldHeight))
+                    rings.at(cell.x, cell.y) = &ring;
+        }
+        Mask result(width, height);
+        for (int x = 0; x < width; ++x) {
+            for (int y = 0; y < height; ++y) {
+                Place centre = {(x + 0.5) * oldWidth / width, (y + 0.5) * oldHeight / height};
+                if (const Ring* ring =
+                        rings.at(static_cast<int>(centre.x), static_cast<int>(centre.y)))
+                    centre = besideRing(centre, *ring);
+                result.at(x, y) = kinds.get(static_cast<int>(std::floor(centre.x)),
+                                            static_cast<int>(std::floor(centre.y)));
+            }
+        }
+        return result;
+    }
+
     int oldWidth;
     int oldHeight;
     int width;
     int height;
+    bool keepsShape;  // of the plate, and so of rings
 };
 
 }  // namespace
@@ -77,6 +156,11 @@ void resizeGrid(Scene& scene, int width, int height) {
     resize(static_cast<Settings&>(result));
     if (result.densities) resize(*result.densities);
     for (Change& change : result.timeline) resize(change.settings);
+    if (hasSameShape(scene.width, scene.height, width, height))
+        result.elementSize = scene.elementSize * scene.width / width;
+    if (result.elementSize < Scene::MIN_ELEMENT_SIZE ||
+        result.elementSize > Scene::MAX_ELEMENT_SIZE)
+        throw InputError("The elements would be too small or too large, see elementSize");
     result.width = width;
     result.height = height;
     checkLimits(result);

@@ -167,7 +167,10 @@ export class Scenes {
         return { text: reply.scene, findings: reply.findings, kinds: this.kinds() };
     }
 
-    /** The text of the scene that is open, on another grid. Everything keeps its place on the plate. */
+    /**
+     * The text of the scene that is open, on another grid. Everything keeps its place on the plate.
+     * If both sides change by the same factor, the plate keeps its size in millimetres.
+     */
     resized(width: number, height: number): string {
         requireWhole("width", width, 1, MAX_SIDE);
         requireWhole("height", height, 1, MAX_SIDE);
