@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
+#include <QSpinBox>
 
 namespace {
 
@@ -25,6 +26,21 @@ bool isForeignPoint(const QWidget& field, const QEvent& event) {
            field.locale().decimalPoint() != ".";
 }
 
+/// Shows the value again instead of what is being typed. Returns false if the field shows it.
+template <typename Box>
+bool discardsTyped(QWidget& field) {
+    auto* const box = qobject_cast<Box*>(&field);
+    if (box == nullptr) return false;
+    const QString typed = box->text();
+    box->setValue(box->value());
+    return box->text() != typed;
+}
+
+bool isEscape(const QEvent& event) {
+    return event.type() == QEvent::KeyPress &&
+           static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
+}
+
 }  // namespace
 
 void FieldManners::teach(QWidget& panel) {
@@ -40,13 +56,16 @@ void FieldManners::teach(QWidget& panel) {
 }
 
 bool FieldManners::eventFilter(QObject* field, QEvent* event) {
-    const auto& widget = static_cast<QWidget&>(*field);
+    auto& widget = static_cast<QWidget&>(*field);
     if (isForeignPoint(widget, *event)) {
         QKeyEvent point(QEvent::KeyPress, Qt::Key_Comma, Qt::NoModifier,
                         widget.locale().decimalPoint());
         QApplication::sendEvent(field, &point);
         return true;
     }
+    if (isEscape(*event) &&
+        (discardsTyped<QSpinBox>(widget) || discardsTyped<QDoubleSpinBox>(widget)))
+        return true;
     const bool isWheelElsewhere = event->type() == QEvent::Wheel && !widget.hasFocus();
     const bool isKeyOfWindow = event->type() == QEvent::ShortcutOverride &&
                                qobject_cast<QAbstractSpinBox*>(field) != nullptr &&

@@ -307,6 +307,12 @@ private slots:
         QCOMPARE(live.scene().volumeFraction, 0.5);
         QTest::keyClick(&volume, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(live.scene().volumeFraction, 0.55);
+        QTest::keyClicks(&volume, "7");
+        QTest::keyClick(&volume, Qt::Key_Escape);
+        live.view().setFocus();
+        QCOMPARE(live.scene().volumeFraction, 0.55);
+        QCOMPARE(volume.value(), 55.0);
+        volume.setFocus();
         const bool played = live.run().isPlaying();
         QVERIFY(live.run().state() != RunState::SETTLED);
         QTest::keyClick(&volume, Qt::Key_Space);
