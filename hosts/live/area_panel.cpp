@@ -7,11 +7,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "growing_list.h"
 #include "piece_hand.h"
 
 namespace {
 
-constexpr int LIST_HEIGHT = 76;    // pixels
 constexpr double NEW_SHARE = 0.2;  // of the plate's shorter side, for a new area
 constexpr double MOST_RADIUS = 2;  // of the plate's longest side, for a radius
 
@@ -28,13 +28,11 @@ int entryOf(const Support& support) {
 
 }  // namespace
 
-AreaPanel::AreaPanel(Workbench& workbench) : bench(workbench), list(new QListWidget) {
+AreaPanel::AreaPanel(Workbench& workbench) : bench(workbench), list(new GrowingList) {
     auto* layout = new QVBoxLayout(this);
     auto* group = new QGroupBox(tr("Supports and areas"));
     auto* column = new QVBoxLayout(group);
     list->setAccessibleName(tr("Supports and areas"));
-    list->setFixedHeight(LIST_HEIGHT);
-    list->setWordWrap(true);
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.select(ids[static_cast<std::size_t>(row)]);
     });

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QSpinBox>
 
 namespace {
@@ -49,6 +50,8 @@ void FieldManners::teach(QWidget& panel) {
             qobject_cast<QAbstractSlider*>(field) == nullptr &&
             qobject_cast<QComboBox*>(field) == nullptr)
             continue;
+        // It belongs to a list, which scrolls by the wheel without the focus.
+        if (qobject_cast<QScrollBar*>(field) != nullptr) continue;
         // Otherwise the wheel itself would choose it.
         field->setFocusPolicy(Qt::StrongFocus);
         field->installEventFilter(this);

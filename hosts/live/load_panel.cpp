@@ -9,19 +9,12 @@
 #include <numbers>
 
 #include "drawing/load_arrows.h"
+#include "growing_list.h"
 #include "number_text.h"
 
 namespace {
 
-// Rows of a list; the panel is to fit into a low window.
-constexpr int LEAST_ROWS = 3;
-constexpr int MOST_ROWS = 5;
 constexpr int ROW_SPACING = 3;  // pixels
-
-void fitHeight(QListWidget& list) {
-    const int rows = std::clamp(list.count(), LEAST_ROWS, MOST_ROWS);
-    list.setFixedHeight(rows * (list.fontMetrics().height() + 3) + 2 * list.frameWidth());
-}
 
 QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
     const auto range = [](const Range& nodes) {
@@ -54,7 +47,7 @@ LoadPanel::LoadPanel(Workbench& workbench) : bench(workbench) {
 QWidget* LoadPanel::makeCases() {
     auto* group = new QGroupBox(tr("Load cases"));
     auto* layout = new QVBoxLayout(group);
-    cases = new QListWidget;
+    cases = new GrowingList;
     cases->setAccessibleName(tr("Load cases; those that are ticked are in use"));
     cases->setToolTip(
         tr("Tick the load cases to optimise for. New loads belong to the one that is "
@@ -106,10 +99,8 @@ QDoubleSpinBox* LoadPanel::makeForce(const QString& name) {
 QWidget* LoadPanel::makeLoads() {
     auto* group = new QGroupBox(tr("Loads"));
     auto* layout = new QVBoxLayout(group);
-    loads = new QListWidget;
+    loads = new GrowingList;
     loads->setAccessibleName(tr("Loads"));
-    loads->setWordWrap(true);
-    loads->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(loads, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
     });
@@ -219,7 +210,6 @@ void LoadPanel::showCases(const Scene& scene) {
         cases->item(row)->setText((isUsed ? tr("Case %1") : tr("Case %1, not in use")).arg(row));
         cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
     }
-    fitHeight(*cases);
     cases->setCurrentRow(bench.loadCase());
     deleteCase->setEnabled(scene.loadCases > 1);
 }
@@ -233,7 +223,6 @@ void LoadPanel::showLoads(const Scene& scene) {
         const QString name = nameOfLoad(scene.loads[index], index, scene.loadCases > 1);
         if (loads->item(row)->text() != name) loads->item(row)->setText(name);
     }
-    fitHeight(*loads);
 }
 
 void LoadPanel::showSelection() {
