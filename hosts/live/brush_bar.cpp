@@ -2,14 +2,15 @@
 
 #include <QActionGroup>
 #include <QLabel>
-#include <QSpinBox>
 #include <array>
 
 #include "action_text.h"
 #include "icons.h"
 
-BrushBar::BrushBar(Workbench& bench)
+BrushBar::BrushBar(Workbench& workbench)
     : QToolBar(tr("Brush")),
+      bench(workbench),
+      size(new QSpinBox),
       smaller(new QAction(tr("S&maller brush"), this)),
       larger(new QAction(tr("&Larger brush"), this)),
       round(new QAction(icon(Glyph::ROUND_BRUSH), tr("&Round brush"), this)),
@@ -33,33 +34,39 @@ BrushBar::BrushBar(Workbench& bench)
         shapes->addAction(shape);
         addAction(shape);
     }
-    auto* size = new QSpinBox;
     size->setRange(1, Brush::MAX_SIZE);
     size->setSuffix(tr(" wide"));
     size->setAccessibleName(tr("Size of the brush in elements"));
     size->setToolTip(tr("Size of the brush in elements ([ and ])"));
     addWidget(size);
 
-    const auto resize = [&bench](int by) {
+    const auto resize = [this](int by) {
         bench.setBrush({bench.brush().size + by, bench.brush().isRound});
     };
     connect(smaller, &QAction::triggered, this, [=] { resize(-1); });
     connect(larger, &QAction::triggered, this, [=] { resize(1); });
-    connect(shapes, &QActionGroup::triggered, this, [this, &bench](QAction* shape) {
+    connect(shapes, &QActionGroup::triggered, this, [this](QAction* shape) {
         if (shape == rectangle) return bench.setShape(Shape::RECTANGLE);
         if (shape == disc) return bench.setShape(Shape::DISC);
         bench.setBrush({bench.brush().size, shape == round});
         bench.setShape(Shape::STROKE);
     });
-    connect(size, &QSpinBox::valueChanged, this, [&bench](int value) {
+    connect(size, &QSpinBox::valueChanged, this, [this](int value) {
         bench.setBrush({value, bench.brush().isRound});
     });
-    const auto show = [this, size, &bench] {
-        size->setValue(bench.brush().size);
-        QAction* const brush = bench.brush().isRound ? round : square;
-        const std::array<QAction*, 3> byShape = {brush, rectangle, disc};
-        byShape[static_cast<std::size_t>(bench.shape())]->setChecked(true);
-    };
-    connect(&bench, &Workbench::brushChanged, this, show);
-    show();
+    connect(&bench, &Workbench::brushChanged, this, &BrushBar::showBrush);
+    showBrush();
+}
+
+void BrushBar::setPaintsShapes(bool isToBe) {
+    paintsShapes = isToBe;
+    showBrush();
+}
+
+void BrushBar::showBrush() {
+    size->setValue(bench.brush().size);
+    for (QAction* shape : {rectangle, disc}) shape->setEnabled(paintsShapes);
+    QAction* const brush = bench.brush().isRound ? round : square;
+    const std::array<QAction*, 3> byShape = {brush, rectangle, disc};
+    byShape[paintsShapes ? static_cast<std::size_t>(bench.shape()) : 0]->setChecked(true);
 }

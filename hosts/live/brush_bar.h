@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSpinBox>
 #include <QToolBar>
 
 #include "workbench.h"
@@ -11,16 +12,25 @@ class BrushBar : public QToolBar {
 public:
     explicit BrushBar(Workbench& workbench);
 
+    /// Rectangle and disc can be chosen only for a tool that paints by them. Other tools show the
+    /// brush instead, and the choice comes back with the next such tool.
+    void setPaintsShapes(bool isToBe);
+
     /// For a menu.
     QList<QAction*> menuActions() const {
         return {smaller, larger, round, square, rectangle, disc};
     }
 
 private:
+    void showBrush();
+
+    Workbench& bench;
+    QSpinBox* size;
     QAction* smaller;
     QAction* larger;
     QAction* round;
     QAction* square;
     QAction* rectangle;
     QAction* disc;
+    bool paintsShapes = false;
 };

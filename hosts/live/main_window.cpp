@@ -237,6 +237,8 @@ void MainWindow::makeMenus() {
     toolMenu->addSeparator();
     brushBar = new BrushBar(bench);
     toolMenu->addActions(brushBar->menuActions());
+    connect(tools.get(), &ToolBox::taken, brushBar,
+            [this](const Tool& tool) { brushBar->setPaintsShapes(tool.paintsShapes()); });
 
     QMenu* runMenu = menuBar()->addMenu(tr("&Run"));
     runMenu->addActions(runActions->actions());

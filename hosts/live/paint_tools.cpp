@@ -108,6 +108,7 @@ public:
           hintOfShape(hint),
           paintArea(painting) {}
 
+    bool paintsShapes() const override { return true; }
     bool press(const Hand& hand) override {
         if (site.bench.shape() == Shape::STROKE) return BrushTool::press(hand);
         beginGesture();

@@ -38,6 +38,8 @@ public:
     /// Whether the gesture moves an object. The view then keeps the hand inside, so that the user
     /// can grab the object again.
     virtual bool carries() const { return false; }
+    /// Whether it can paint by a rectangle or disc.
+    virtual bool paintsShapes() const { return false; }
     /// Ends the gesture and undoes it.
     virtual void cancel();
     /// Returns whether the tool used the key.

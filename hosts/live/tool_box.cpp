@@ -84,13 +84,14 @@ void ToolBox::add(std::unique_ptr<Tool> tool, Glyph glyph, const QString& name, 
     explain(*action, explanation);
     group.addAction(action);
     mode.push_back(action);
-    Tool* const taken = tool.get();
+    Tool* const inHand = tool.get();
     tools.push_back(std::move(tool));
     QAction*& last = &mode == &ofPlate ? lastOfPlate : lastOfDrawing;
-    connect(action, &QAction::triggered, this, [this, action, taken, &last] {
+    connect(action, &QAction::triggered, this, [this, action, inHand, &last] {
         last = action;
-        view.setTool(taken);
+        view.setTool(inHand);
         view.setFocus();
+        emit taken(*inHand);
     });
 }
 

@@ -27,6 +27,9 @@ public:
     /// Shows the tools of one mode and takes up the one that was used there last.
     void setDrawing(bool draws);
 
+signals:
+    void taken(const Tool& tool);
+
 private:
     void add(std::unique_ptr<Tool> tool, Glyph glyph, const QString& name, const QString& key,
              const QString& explanation, std::vector<QAction*>& mode);
