@@ -183,10 +183,13 @@ void eraseLoads(Scene& scene, const std::vector<Node>& nodes) {
 void setForce(Load& load, double force, double radians) {
     force = std::min(force, Scene::MAX_FORCE);
     // Relative to the force: small forces keep their magnitude as large ones do.
-    const double step =
-        force > 0 ? std::pow(10.0, std::floor(std::log10(force)) - FORCE_DIGITS) : 1.0;
+    const int power = force > 0 ? static_cast<int>(std::floor(std::log10(force))) : 0;
+    const int decimals = FORCE_DIGITS - power;
+    const double scale = std::pow(10.0, std::abs(decimals));
     const auto rounded = [=](double component) {
-        const double value = std::round(component / step) * step;
+        // Only a division by a whole power of ten gives the number that files show with few digits.
+        const double value = decimals < 0 ? std::round(component / scale) * scale
+                                          : std::round(component * scale) / scale;
         return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);
     };
     load.fx = rounded(force * std::cos(radians));

@@ -91,6 +91,10 @@ private slots:
         LiveFixture live(LiveFixture::smallScene());
         QVERIFY(live.takeTool("K"));
         QVERIFY(live.takeTool("C"));
+        // A support is no disc; the next tool that paints discs does so again.
+        QVERIFY(live.takeTool("S"));
+        QVERIFY(!live.takeTool("C"));
+        QVERIFY(live.takeTool("K"));
         live.drag(live.at(12, 6), live.at(15, 6));
         const Ring disc = {12, 6, 0, 3};
         QCOMPARE(live.scene().passive.solids.rings, std::vector<Ring>{disc});
@@ -123,6 +127,8 @@ private slots:
         angle.setValue(30);
         QVERIFY(std::abs(live.scene().loads[0].fx - 10 * std::sqrt(0.75)) < 1e-6);
         QVERIFY(std::abs(live.scene().loads[0].fy + 5) < 1e-6);
+        live.named<QDoubleSpinBox>("Magnitude of the force").setValue(500);
+        QVERIFY(sceneText(live.scene()).find("\"fx\": 433.0127,") != std::string::npos);
         live.named<QDoubleSpinBox>("Force in y, downwards").setValue(0);
         QCOMPARE(angle.value(), 0.0);
     }
