@@ -269,8 +269,11 @@ QString SelectTool::describe(const Hand& hand) const {
     if (const auto hold = find(hand)) return describeLoad(loads[hold->load], hold->load);
     if (pieces.isHolding() && site.bench.selection())
         return describePiece(site.scene(), *site.bench.selection());
-    if (const auto piece = pieces.find(hand)) return describePiece(site.scene(), *piece);
-    return Tool::describe(hand);
+    const QString place = Tool::describe(hand);
+    const auto piece = pieces.find(hand);
+    if (!piece) return place;
+    const QString name = describePiece(site.scene(), *piece);
+    return place.isEmpty() ? name : place + "  ·  " + name;
 }
 
 Qt::CursorShape SelectTool::cursor(const Hand& hand) const {
