@@ -78,10 +78,7 @@ private slots:
         LiveFixture live("minimal.json");
         QVERIFY(live.window.open(file));
         QCOMPARE(live.run().state(), RunState::AS_KEPT);
-        const Field& shown = live.run().frame().material;
-        QCOMPARE(shown.width, seen.width);
-        for (std::size_t i = 0; i < seen.values.size(); ++i)
-            QVERIFY(std::abs(shown.values[i] - seen.values[i]) < 0.003);
+        QVERIFY(live.run().frame().material == seen);  // although the greys are rounded
         QTRY_VERIFY_WITH_TIMEOUT(live.window.plateStage().resultLine().text().contains("as drawn"),
                                  60000);
         live.window.exporter().writeDesign(path("again.csv"));
