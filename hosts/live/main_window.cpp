@@ -493,13 +493,15 @@ void MainWindow::setDrawing(bool draws) {
 
 // While drawing, the panels are hidden: the two plates should be as large as possible.
 void MainWindow::showDocks(bool shows) {
-    if (shows == areDocksShown) return;
-    areDocksShown = shows;
-    if (!shows) hiddenDocks.clear();
-    for (QDockWidget* dock : docks) {
-        if (!shows && !dock->isHidden()) hiddenDocks.append(dock);
-        if (!shows || hiddenDocks.contains(dock)) dock->setVisible(shows);
+    if (std::exchange(areDocksShown, shows) == shows) return;
+    if (!shows) {
+        layoutWithDocks = saveState(LAYOUT_VERSION);
+        for (QDockWidget* dock : docks) dock->hide();
+        return;
     }
+    // Docks that are merely shown again share out their heights anew.
+    restoreState(layoutWithDocks, LAYOUT_VERSION);
+    variantDock->setVisible(!variantStrip->variants().empty());
 }
 
 void MainWindow::showFrame() {

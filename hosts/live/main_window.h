@@ -142,6 +142,6 @@ private:
     QMenu* help = nullptr;
     QLabel* handText = nullptr;
     QList<QDockWidget*> docks;
-    QList<QDockWidget*> hiddenDocks;  // by showDocks(), not by the user
+    QByteArray layoutWithDocks;
     bool areDocksShown = true;
 };

@@ -56,8 +56,8 @@ public:
 
     /// Lets the design follow the settings in force for so many iterations, or until it rests.
     bool runFor(int iterations) {
-        const auto revision = run().revision();
-        const auto isThere = [&] { return run().frame().numbers.revision == revision; };
+        // A torn design may start afresh meanwhile.
+        const auto isThere = [&] { return run().frame().numbers.revision == run().revision(); };
         if (!QTest::qWaitFor(isThere, PATIENCE)) return false;
         const int last = run().frame().numbers.iteration + iterations;
         const auto isDone = [&] {
