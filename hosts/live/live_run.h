@@ -103,7 +103,7 @@ private:
     };
 
     std::optional<Before> shownDesign() const;
-    void showAgain(Before before);
+    void showAgain(Before last);
     void scoreAsKept();
     void restart();
     /// Sends the scene, unless nothing in it concerns the optimiser. Another plate starts afresh.
