@@ -36,6 +36,7 @@ FieldBar::FieldBar(QWidget* parent)
     animateButton->setDefaultAction(animate);
     clock.setInterval(FRAME);
     connect(&clock, &QTimer::timeout, this, &FieldBar::advance);
+    cases->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     cases->setAccessibleName(tr("Load case"));
     cases->setToolTip(tr("Load case that is shown"));
     connect(cases, &QComboBox::currentIndexChanged, this, [this] {
