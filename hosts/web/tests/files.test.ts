@@ -31,10 +31,11 @@ function assertClose(values: number[], expected: number[]): void {
 test("the whole of a symmetric plate is shown, and outlined at its size", async () => {
     const visit = await Visit.start(browser, address, desktop);
     const grid = { width: 30, height: 20 };
-    const common = { grid, elementSize: 5, subdivision: 2, meshFactor: 2, iterations: 12 };
+    const common = { grid, elementSize: 5, subdivision: 2, meshFactor: 2 };
     const cases: (Partial<SceneFile> & { box: string; other: [number, number] })[] = [
         {
             symmetry: "left",
+            iterations: 12,
             loads: [{ x: 0, y: 0, fy: 1 }],
             supports: [
                 { x: 0, y: [0, 20], fix: "x" },
@@ -45,6 +46,8 @@ test("the whole of a symmetric plate is shown, and outlined at its size", async 
         },
         {
             symmetry: "bottom",
+            // Another number, so that the end of the run before is not taken for that of this one.
+            iterations: 13,
             loads: [{ x: 30, y: 20, fx: 1 }],
             supports: [
                 { x: [0, 30], y: 20, fix: "y" },
@@ -62,7 +65,7 @@ test("the whole of a symmetric plate is shown, and outlined at its size", async 
         writeFileSync(file, JSON.stringify(scene));
         execFileSync(program, ["optimise", file, "--quiet", "--outline", svg, "--outline", dxf]);
         await visit.open("half.json", JSON.stringify(scene));
-        await visit.says("iteration", /^12$/);
+        await visit.says("iteration", new RegExp(`^${half.iterations}$`));
         await visit.reaches("settled");
         const [own, native] = [await visit.download("svg"), readFileSync(svg, "utf8")];
         for (const text of [own, native]) assert.ok(text.includes(`viewBox="${box}"`), text);
