@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// Describes in one line the fault in the arguments of a command line, what the user may have
+/// One line that says what is wrong with the arguments of a command line, what the user may have
 /// meant, and where to find help. `error` is the exception of parsing them with `app`.
 std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app,
                                const std::vector<std::string>& arguments);

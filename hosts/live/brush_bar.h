@@ -12,8 +12,8 @@ class BrushBar : public QToolBar {
 public:
     explicit BrushBar(Workbench& workbench);
 
-    /// Rectangle and disc can be chosen only for a tool that paints by them. Other tools show the
-    /// brush instead, and the choice comes back with the next such tool.
+    /// Enables rectangle and disc for tools that paint shapes. For other tools the bar shows the
+    /// brush; the choice of shape returns with the next tool that paints shapes.
     void setPaintsShapes(bool isToBe);
 
     /// For a menu.

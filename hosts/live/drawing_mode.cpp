@@ -257,7 +257,7 @@ void DrawingMode::showHeaders() {
     stage.drawingHeader.show(headline(now), detailsOfDrawing(now));
     stage.drawingHeader.showMaterial(mean(*drawing), budget, cellsOver(*drawing, budget) > 0);
     showRivalHeader();
-    // Drawn within the budget; what has to stay solid may exceed it.
+    // Only elements that are kept solid can exceed the budget here.
     stage.rivalHeader.showMaterial(designScore ? mean(designScore->design) : 0, budget,
                                    designScore && cellsOver(designScore->design, budget) > 0);
 }
@@ -304,7 +304,7 @@ QString DrawingMode::reading(const Field* design, const std::optional<ScoreResul
                              QPointF plate) const {
     const ScoreResult* shown = viewed(score);
     if (design == nullptr || !isOfThisGrid(*design)) return {};
-    // A stroke that has no score yet is material, too.
+    // A stroke without a score has a density, but no value of the view.
     return shown != nullptr && shown->view.field && shown->design == *design
                ? fieldReading(*shown, bench.document.scene(), plate)
                : densityReading(*design, bench.document.scene(), plate);

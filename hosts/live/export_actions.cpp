@@ -39,8 +39,8 @@ namespace {
 constexpr const char* DIRECTORY_KEY = "exportDirectory";
 constexpr double USUAL_THICKNESS = 0.1;  // of the plate's shorter side
 
-/// Asks for a length in millimetres. An answer that was not changed is exactly the proposal, also
-/// where the field shows fewer digits.
+/// Asks for a length in millimetres. If the user does not change the proposal, returns it exactly,
+/// although the field may show fewer digits.
 std::optional<double> askLength(QWidget& parent, const QString& title, const QString& label,
                                 double proposal) {
     bool isGiven = false;

@@ -73,7 +73,7 @@ FieldBar::FieldBar(QWidget* parent)
     refresh();
 }
 
-// A style sheet keeps the colours of the palette that it was set with.
+// A style sheet resolves the colours of the palette only when it is set.
 void FieldBar::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::PaletteChange) return;

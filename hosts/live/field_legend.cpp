@@ -40,7 +40,7 @@ QString FieldLegend::explanation() const {
         case Legend::Kind::MULTIPLES:
             return tr(
                 "The energy of a cell is its share of the compliance. The colours show it as "
-                "a multiple of the average of the whole plate, including what is void.");
+                "a multiple of the average over the whole plate, including its void cells.");
         case Legend::Kind::VALUES:
             return tr(
                 "The von Mises stress combines tension, compression and shear into one "

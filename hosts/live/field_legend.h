@@ -35,7 +35,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// What the colours mean, for What's This.
+    /// Explains the colours when the user asks "What's this?".
     QString explanation() const;
     QColor colourAt(double position) const;
     std::vector<std::pair<double, QString>> ticks() const;

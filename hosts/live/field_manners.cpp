@@ -27,7 +27,7 @@ bool isForeignPoint(const QWidget& field, const QEvent& event) {
            field.locale().decimalPoint() != ".";
 }
 
-/// Shows the value again instead of what is being typed. Returns false if the field shows it.
+/// Replaces unfinished input by the current value. Returns false if there is no such input.
 template <typename Box>
 bool discardsTyped(QWidget& field) {
     auto* const box = qobject_cast<Box*>(&field);
@@ -50,7 +50,7 @@ void FieldManners::teach(QWidget& panel) {
             qobject_cast<QAbstractSlider*>(field) == nullptr &&
             qobject_cast<QComboBox*>(field) == nullptr)
             continue;
-        // It belongs to a list, which scrolls by the wheel without the focus.
+        // The wheel scrolls a list even if the list does not have the focus.
         if (qobject_cast<QScrollBar*>(field) != nullptr) continue;
         // Otherwise the wheel itself would choose it.
         field->setFocusPolicy(Qt::StrongFocus);

@@ -162,7 +162,7 @@ void FileActions::warnOfVariants(const std::string& fault) {
 
 bool FileActions::mayDiscard() {
     if (!isModified()) return true;
-    // Scenes from the gallery are known by their titles.
+    // Users know scenes from the gallery by their titles.
     const QString title = shippedText(document.scene().title);
     QMessageBox question(QMessageBox::Question, tr("Save changes?"),
                          tr("%1 has changes that are not saved.")
@@ -184,9 +184,7 @@ void FileActions::setVariants(VariantStrip& strip) {
     connect(&document, &Document::fileChanged, this, &FileActions::modificationChanged);
 }
 
-bool FileActions::isModified() const {
-    return document.isModified() || (variants != nullptr && variants->isModified());
-}
+bool FileActions::isModified() const { return hasUnsaved(document, variants); }
 
 std::filesystem::path FileActions::lastFile() const {
     const QStringList recent = QSettings().value(RECENT_KEY).toStringList();
@@ -231,7 +229,7 @@ void FileActions::openRecovered(const Recovery::Found& found) {
         next.variants = *found.variants;
     else if (!found.original.empty())
         readVariants(found.original, next);
-    // Perhaps there were only variants to save.
+    // If only variants were unsaved, the scene itself is not modified.
     if (isSavedAs(found.original, next.scene))
         document.open(std::move(next.scene), found.original);
     else
@@ -243,7 +241,7 @@ void FileActions::openRecovered(const Recovery::Found& found) {
 }
 
 void FileActions::importDesign() {
-    // Otherwise Qt starts where any dialog was last, even if that failed.
+    // Without a folder, Qt starts in the folder of the last dialog, even if that dialog failed.
     const QString start = QSettings().value(IMPORT_DIRECTORY_KEY, QDir::homePath()).toString();
     const QString name = QFileDialog::getOpenFileName(&parent, tr("Import a design"), start,
                                                       tr("Designs (*.png *.csv)"));
@@ -251,7 +249,7 @@ void FileActions::importDesign() {
     try {
         Scene next = document.scene();
         const Field design = readDesign(pathOf(name), next);
-        // Black and white as what the optimiser and the brush draw: greys would not compare.
+        // The score compares designs in black and white only.
         const int refinement = drawnRefinement(next, refinementOf(design, next));
         next.densities = drawnDesign(design, next, refinement).design;
         keepAreas(*next.densities, next);
@@ -337,7 +335,7 @@ bool FileActions::write(const std::filesystem::path& target) {
         document.save(target);
         stampFile();
         if (const auto seen = design()) writeDesignBeside(target, *seen);
-        // A file that could not be read stays as it is.
+        // Do not overwrite a file of variants that could not be read.
         if (variants != nullptr && (isMoved || variants->isModified())) {
             writeVariantsBeside(target, variants->variants());
             variants->setModified(false);

@@ -57,8 +57,8 @@ constexpr Known KNOWN[] = {
      QT_TRANSLATE_NOOP("Gallery", "Join hub and rim. The ground pushes in six places in turn.")},
 };
 
-/// Drawn scenes for the command-line program: no contest with the optimiser, because theirs are
-/// coarse grids on which its design is poor as drawn.
+/// Drawn scenes for the command-line program. Their grids are so coarse that the optimiser's design
+/// is poor as drawn, so they make no contest.
 constexpr const char* LEFT_OUT[] = {"minimal", "cantilever", "bridge", "arch"};
 
 bool isLeftOut(const fs::path& file) {

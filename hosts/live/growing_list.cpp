@@ -17,7 +17,7 @@ GrowingList::GrowingList() {
 }
 
 QSize GrowingList::sizeHint() const {
-    // Of the rows as they are, some of which take more than one line.
+    // Rows may take more than one line.
     return {QListWidget::sizeHint().width(),
             std::max(minimumSizeHint().height(), heightOf(contentsSize().height()))};
 }

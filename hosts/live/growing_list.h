@@ -2,8 +2,8 @@
 
 #include <QListWidget>
 
-/// A list of a panel that grows with its rows while the panel has room for them. Where the panel
-/// is low, it keeps a few rows in sight and scrolls.
+/// A list that grows with its rows while its panel has room. In a low panel it shows a few rows and
+/// scrolls.
 class GrowingList : public QListWidget {
 public:
     GrowingList();

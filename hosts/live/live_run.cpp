@@ -97,7 +97,7 @@ void LiveRun::scoreAsKept() {
                   settings.revision, true});
 }
 
-// What was shown before starts with a new number, so that nothing of a run goes on in the next.
+// A new revision lets fetch() ignore late results of the previous run.
 void LiveRun::restart() {
     ++settings.start;
     firstRevision = settings.revision + 1;
@@ -285,7 +285,7 @@ void LiveRun::fetch() {
         followTimeline();
         emit refusalChanged(lastRefusal);
     }
-    // Also if the text is the old one: it may be that of a later edit.
+    // A later edit may be refused with an equal text, so check after every result.
     startAfreshIfTorn();
     announceState();
     fetchScores();
@@ -294,10 +294,10 @@ void LiveRun::fetch() {
 void LiveRun::startAfreshIfTorn() {
     const bool isOfScene = !lastRefusal.text.empty() && lastRefusal.revision == settings.revision;
     const Scene& scene = *bench.document.whole();
-    if (!isOfScene || !playing || settings.revision == mendedRevision) return;
+    if (!isOfScene || !playing || settings.revision == freshRevision) return;
     if (!scene.timeline.empty() || !checkSettings(scene).empty()) return;
     startAfresh();
-    mendedRevision = settings.revision;
+    freshRevision = settings.revision;
 }
 
 void LiveRun::fetchScores() {

@@ -118,23 +118,23 @@ private:
     /// Shows the changes of the timeline up to the newest picture, or up to the iteration that was
     /// refused since.
     void followTimeline();
-    /// A design that was torn, such as by a scene without supports, cannot go on when the scene has
-    /// been mended. It starts afresh if nothing is wrong with the scene.
+    /// A scene without supports, for example, tears the design. The torn design cannot continue
+    /// after the user fixes the scene, so the run starts afresh once the scene has no errors.
     void startAfreshIfTorn();
 
     Workbench& bench;
     LiveSettings settings;
-    bool blobMoves = false;           // unless a design is drawn
+    bool blobMoves = false;           // has no effect while a design is drawn
     std::uint64_t firstRevision = 0;  // of this start; earlier results are ignored
     Frame front;
     Frame spare;
     LibraryText lastRefusal;
-    std::uint64_t mendedRevision = 0;  // of the start by startAfreshIfTorn()
+    std::uint64_t freshRevision = 0;  // of the start by startAfreshIfTorn()
     ViewChoice choice;
     bool playing = false;
     bool drawing = false;
     bool isKeptShown = false;
-    bool isRunOver = false;  // the next iteration is one of another run than those so far
+    bool isRunOver = false;  // the next iteration begins another run
     std::optional<Before> before;
     QElapsedTimer sinceNews;
     QTimer signOfLife;

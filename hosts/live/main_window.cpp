@@ -105,7 +105,7 @@ void MainWindow::makeParts() {
     connect(clock, &DrawingClock::timeIsUp, this, [this] {
         const QString result = tr("Time is up. %1").arg(stage->plateHeader().text());
         statusBar()->showMessage(result);
-        // What is drawn later does not change the result in time.
+        // Later strokes do not change the result of the timed drawing.
         clock->setText(result);
     });
     tools = std::make_unique<ToolBox>(bench, stage->plate());
@@ -370,7 +370,7 @@ void MainWindow::connectDocument() {
     connect(&document, &Document::opened, this, [this] {
         stage->plate().cancelGesture();
         stage->plate().fit();
-        // The tools for missing supports are outside the drawing mode.
+        // The drawing mode has no tools to add missing supports.
         const Scene& scene = bench.document.scene();
         setDrawing(scene.densities.has_value() && findFreePlate(scene).empty());
     });
@@ -432,7 +432,7 @@ void MainWindow::connectRun() {
         if (result.isSettled && result.revision == run.revision()) showScore(result);
     });
     connect(&run, &LiveRun::designScored, &recovery, &Recovery::follow);
-    // The rival of a drawing is a run apart.
+    // The panels show the user's run, not the rival of a drawing.
     connect(&run, &LiveRun::iterated, this, [this](const std::vector<IterationNumbers>& news) {
         if (run.isDrawing()) return;
         numbers->add(news);
@@ -499,7 +499,7 @@ void MainWindow::showDocks(bool shows) {
         for (QDockWidget* dock : docks) dock->hide();
         return;
     }
-    // Docks that are merely shown again share out their heights anew.
+    // show() alone would distribute the heights of the docks again.
     restoreState(layoutWithDocks, LAYOUT_VERSION);
     variantDock->setVisible(!variantStrip->variants().empty());
 }

@@ -7,8 +7,8 @@ using namespace voxam;
 
 namespace {
 
-constexpr double ROUNDING_OF_BUDGET = 1e-6;  // of a cell: a share may be a rounded one
-constexpr double LEAST_DIFFERENCE = 0.02;    // of the cells, for a design of one's own
+constexpr double ROUNDING_OF_BUDGET = 1e-6;  // of a cell, because shares are rounded
+constexpr double LEAST_DIFFERENCE = 0.02;    // of the cells; below, a drawing is a copy
 
 bool hasGreys(const Field& design) {
     return std::any_of(design.values.begin(), design.values.end(),

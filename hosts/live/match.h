@@ -25,11 +25,11 @@ struct Match {
     bool isAlike = false;          ///< nearly the optimiser's design, and no stiffer
 };
 
-/// Cells of a design beyond its budget, a share of the plate. The optimiser's design is drawn with
-/// as many whole cells as the budget allows, and so is the player's.
+/// The number of cells by which a design exceeds `budget`, a share of the plate. The budget allows
+/// whole cells only, for the optimiser's design as well.
 std::size_t cellsOver(const voxam::Field& design, double budget);
 
-/// `budget` is the share of the plate that both may fill, also with parts that nothing holds. There
-/// is no verdict before the optimiser's design has settled.
+/// `budget` is the share of the plate that both designs may fill, including their loose parts.
+/// There is no verdict before the optimiser's design has settled.
 Match judge(const std::optional<ScoreResult>& drawing, const std::optional<ScoreResult>& rival,
             bool isRivalSettled, double budget);

@@ -23,7 +23,7 @@ bool haveCommon(const Cells& some, const Cells& others) {
     });
 }
 
-/// In a scene with a symmetry, a stroke may also lie on the half that mirrors the edited one.
+/// In a symmetric scene, a stroke may also cross the reflected half.
 Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
     const Scene& scene = site.scene();
     const Brush& brush = site.bench.brush();

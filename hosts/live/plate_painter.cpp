@@ -122,14 +122,14 @@ void PlatePainter::drawDeformed(const Scene& scene, const PlateLook& look) {
     painter.restore();
 }
 
-// Each direction is a strip of one pixel, stretched over the plate. Lines of this number would take
-// more time than the rest of the picture.
+// Draws the lines of each direction by stretching a strip of one pixel over the plate. Drawing so
+// many lines one by one would take more time than the rest of the picture.
 void PlatePainter::drawGrid(const Scene& scene) {
     if (transform.scale < LEAST_GRID_SCALE) return;
     QColor faint = colours.edge;
     faint.setAlpha(36);
     const double ratio = painter.device()->devicePixelRatioF();
-    // On whole pixels of the screen, or a line could fall between two of them.
+    // Aligned to the pixels of the screen, or the stretched strip could skip a line.
     const auto onScreen = [&](QPointF place) { return (ratio * place).toPoint(); };
     const QPoint corner = onScreen(transform.toWidget(0, 0));
     const QPoint opposite = onScreen(transform.toWidget(scene.width, scene.height)) - corner;
@@ -215,7 +215,7 @@ void PlatePainter::drawArrow(const LoadArrow& arrow, const PlateLook& look) {
 void PlatePainter::drawLoadCase(const LoadArrow& arrow, const PlateLook& look) {
     const Point away = arrow.tailAtNode ? arrow.direction : -1 * arrow.direction;
     QRectF box(0, 0, 80, 16);
-    // A word is wider than high.
+    // Words are wider than they are high.
     const double gap = 11 + 18 * std::abs(away.x);
     box.moveCenter(toQt(arrow.freeEnd() + gap * away));
     painter.setPen(colourOf(arrow.loadCase, look));

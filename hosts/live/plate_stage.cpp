@@ -86,7 +86,7 @@ void PlateStage::setPlateSize(const QSizeF& size) {
     arrange();
 }
 
-// What is above and below the plates may come and go.
+// The widgets above and below the plates may appear and disappear.
 bool PlateStage::eventFilter(QObject* watched, QEvent* event) {
     if (watched == splitter && event->type() == QEvent::Resize) arrange();
     return QWidget::eventFilter(watched, event);

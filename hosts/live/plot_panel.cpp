@@ -38,7 +38,7 @@ QColor complianceColour(bool isDark) {
 }
 QColor volumeColour(bool isDark) { return isDark ? QColor(245, 165, 60) : QColor(190, 95, 0); }
 
-/// A multiple of `step`, with its digits only, and without an exponent where there is room.
+/// A multiple of `step` with as many decimals as `step` has. Large numbers get an exponent.
 QString tickText(double value, double step) {
     const bool isPlain = value == 0 || (value >= 1e-3 && value < 1e6);
     const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));

@@ -57,8 +57,8 @@ QString adviceOn(const QString& text) {
            text + ")";
 }
 
-/// The same for a plate whose settings are sound. After its first iteration, it is the design that
-/// no longer holds.
+/// The same for a scene without errors. After the first iteration, a refusal means that the design
+/// has torn.
 QString adviceOn(const LibraryText& refusal) {
     if (refusal.text == "Change load/support" && refusal.iteration > 1)
         return QObject::tr(

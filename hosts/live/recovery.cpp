@@ -17,6 +17,7 @@
 
 #include "export/scene_file.h"
 #include "format/scene_writer.h"
+#include "packed_field.h"
 #include "saved_variants.h"
 #include "variant_strip.h"
 
@@ -83,12 +84,8 @@ void Recovery::setVariants(const VariantStrip& strip) {
     connect(&strip, &VariantStrip::modificationChanged, this, &Recovery::follow);
 }
 
-bool Recovery::isModified() const {
-    return document.isModified() || (variants != nullptr && variants->isModified());
-}
-
 void Recovery::follow() {
-    if (isModified()) {
+    if (hasUnsaved(document, variants)) {
         if (!delay.isActive()) delay.start();
         return;
     }
@@ -98,7 +95,7 @@ void Recovery::follow() {
 
 void Recovery::keep() {
     delay.stop();
-    if (!isModified() || !directory().mkpath(".")) return;
+    if (!hasUnsaved(document, variants) || !directory().mkpath(".")) return;
     QJsonObject kept = {{ORIGINAL_KEY, QString::fromStdString(document.file().string())},
                         {SCENE_KEY, QString::fromStdString(sceneText(*document.whole()))}};
     if (const auto seen = design()) kept[DESIGN_KEY] = packed(*seen);

@@ -24,7 +24,7 @@ public:
 
     /// The variants to keep together with the edits.
     void setVariants(const VariantStrip& strip);
-    /// The design to keep together with the edits: a design that rests, or nothing.
+    /// The design to keep together with the edits; nothing unless the run has settled.
     void setDesignSource(std::function<std::optional<Field>()> source) {
         design = std::move(source);
     }
@@ -42,9 +42,9 @@ public:
     /// Removes the file, after the user has opened or declined the edits.
     static void forget(const Found& found);
 
-    /// Writes unsaved edits and variants soon. Call this when the design has come to rest.
+    /// Schedules keep(). Call this when the run has settled.
     void follow();
-    /// Writes them now.
+    /// Writes unsaved edits and variants now.
     void keep();
     /// This process's file.
     static std::filesystem::path file();
@@ -53,8 +53,6 @@ public:
     void endOnSignals();
 
 private:
-    bool isModified() const;
-
     Document& document;
     const VariantStrip* variants = nullptr;
     std::function<std::optional<Field>()> design = [] { return std::nullopt; };

@@ -26,7 +26,7 @@ QRectF wholeRect(const Scene& scene, const PlateTransform& transform);
 /// From the half to its reflection, in a widget.
 QTransform reflection(const Scene& scene, const PlateTransform& transform);
 
-/// The place in the half that mirrors a place of the plate.
+/// The mirror image of a place, in elements of the half.
 QPointF reflectedPlace(const Scene& scene, QPointF plate);
 
 /// The plane in a widget.

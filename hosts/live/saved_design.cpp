@@ -9,7 +9,7 @@
 #include "export/design_file.h"
 #include "export/output_file.h"
 #include "format/input_error.h"
-#include "saved_variants.h"
+#include "packed_field.h"
 
 using namespace voxam;
 namespace fs = std::filesystem;
@@ -19,7 +19,7 @@ namespace {
 // Copies of both files may have got their times in either order.
 constexpr std::chrono::seconds SLACK(10);
 
-// The text of the picture that contains the densities to the last bit.
+// The key of the text with the exact densities.
 constexpr const char* DENSITIES_KEY = "Densities";
 // PNG readers refuse texts of more than 8 million bytes.
 constexpr qsizetype MAX_TEXT = 4000000;

@@ -9,8 +9,8 @@ using namespace voxam;
 
 // A document is a scene and its design at the time of saving. The optimiser cannot start from a
 // design, so a new run of the saved scene may take another topology. The design is stored as a
-// picture next to the scene file, NAME.design.png. A text within the picture contains the densities
-// to the last bit, because the greys are rounded.
+// picture next to the scene file, NAME.design.png. A text within the picture contains the exact
+// densities, because the greys are rounded.
 
 std::filesystem::path designFileOf(const std::filesystem::path& sceneFile);
 

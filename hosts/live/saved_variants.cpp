@@ -1,7 +1,5 @@
 #include "saved_variants.h"
 
-#include <QDataStream>
-#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,9 +10,9 @@
 #include "export/scene_file.h"
 #include "format/input_error.h"
 #include "format/json_value.h"
-#include "format/refinement.h"
 #include "format/scene_writer.h"
 #include "format/text.h"
+#include "packed_field.h"
 
 using namespace voxam;
 namespace fs = std::filesystem;
@@ -36,11 +34,6 @@ QJsonObject objectOf(const Scene& scene) {
 std::shared_ptr<const Scene> sceneOf(const QJsonValue& value, const fs::path& file) {
     const std::string text = QJsonDocument(value.toObject()).toJson().toStdString();
     return std::make_shared<const Scene>(parseScene(text, file));
-}
-
-void setUp(QDataStream& stream) {
-    stream.setByteOrder(QDataStream::LittleEndian);
-    stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
 }
 
 QJsonObject objectOf(const Variant& variant) {
@@ -65,35 +58,6 @@ Variant variantOf(const QJsonObject& object, const fs::path& file) {
 }
 
 }  // namespace
-
-// The values in single precision, compressed, in base64.
-QString packed(const Field& field) {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    setUp(stream);
-    for (const float value : field.values) stream << value;
-    return QString::fromLatin1(qCompress(bytes).toBase64());
-}
-
-Field unpacked(const QString& text, const Scene& scene, const fs::path& file) {
-    const QByteArray bytes = qUncompress(QByteArray::fromBase64(text.toLatin1()));
-    const auto count = static_cast<std::size_t>(bytes.size()) / sizeof(float);
-    const auto elements = static_cast<std::size_t>(scene.width) * scene.height;
-    int refinement = 1;
-    while (refinement < Scene::MAX_DESIGN_REFINEMENT && elements * refinement * refinement < count)
-        ++refinement;
-    Field field(scene.width * refinement, scene.height * refinement);
-    if (field.values.size() != count)
-        throw InputError(nameOf(file) + ": the densities of a design do not fit its plate");
-    QDataStream stream(bytes);
-    setUp(stream);
-    for (float& value : field.values) {
-        stream >> value;
-        if (!(value >= 0 && value <= 1))
-            throw InputError(nameOf(file) + ": the densities of a design are not from 0 to 1");
-    }
-    return field;
-}
 
 fs::path variantsFileOf(const fs::path& sceneFile) {
     return sceneFile.parent_path() / (sceneFile.stem().string() + ".variants");
@@ -127,7 +91,7 @@ std::deque<Variant> variantsFrom(const QByteArray& text, const fs::path& file) {
     const QJsonDocument document = QJsonDocument::fromJson(text);
     if (!document.isObject()) throw InputError(nameOf(file) + ": this is not a file with variants");
     std::deque<Variant> variants;
-    // Each needs a number of its own, by which its score finds it. Those of a run count up.
+    // Scores find their variants by these numbers. Revisions of a run count up from 0.
     std::uint64_t number = std::numeric_limits<std::uint64_t>::max();
     for (const QJsonValue value : document.object()[VARIANTS_KEY].toArray()) {
         variants.push_back(variantOf(value.toObject(), file));

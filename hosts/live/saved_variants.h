@@ -6,10 +6,9 @@
 #include "variant.h"
 
 class QByteArray;
-class QString;
 
-// Variants are stored next to the scene file, in NAME.variants. Each has the scene that it
-// was kept with, and its densities to the last bit. Scores are computed again.
+// Variants are stored next to the scene file, in NAME.variants: the scene of each variant and its
+// exact densities. Scores are computed again.
 
 std::filesystem::path variantsFileOf(const std::filesystem::path& sceneFile);
 
@@ -26,8 +25,3 @@ std::deque<Variant> variantsBeside(const std::filesystem::path& sceneFile);
 QByteArray textOf(const std::deque<Variant>& variants);
 /// Variants from textOf(), without their scores. Throws InputError, which names `file`.
 std::deque<Variant> variantsFrom(const QByteArray& text, const std::filesystem::path& file);
-
-/// Densities to the last bit, as a text.
-QString packed(const Field& field);
-/// Densities of a scene from packed(). Throws InputError, which names `file`, unless they fit.
-Field unpacked(const QString& text, const Scene& scene, const std::filesystem::path& file);

@@ -70,7 +70,7 @@ std::vector<Support> supportsOf(Mask held) {
     return supports;
 }
 
-/// `keeps` are the directions in which a node stays held that is held already.
+/// Nodes that are already held stay held in the directions `keeps`.
 void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t directions,
                std::uint8_t keeps) {
     const Mask before = heldNodes(scene);
@@ -157,7 +157,7 @@ void moveLoad(Scene& scene, std::size_t index, Node node) {
 }
 
 void paintSupports(Scene& scene, const std::vector<Node>& nodes, bool fixX, bool fixY) {
-    // Who adds a roller to another one wants to have both.
+    // A roller adds its direction to those in which the node is already held.
     holdNodes(scene, nodes, heldDirections(fixX, fixY), HELD_X | HELD_Y);
 }
 
@@ -187,7 +187,7 @@ void setForce(Load& load, double force, double radians) {
     const int decimals = FORCE_DIGITS - power;
     const double scale = std::pow(10.0, std::abs(decimals));
     const auto rounded = [=](double component) {
-        // Only a division by a whole power of ten gives the number that files show with few digits.
+        // Dividing by a whole power of ten gives the double that files write with few digits.
         const double value = decimals < 0 ? std::round(component / scale) * scale
                                           : std::round(component * scale) / scale;
         return value == 0 ? 0.0 : std::clamp(value, -Scene::MAX_FORCE, Scene::MAX_FORCE);

@@ -44,7 +44,7 @@ void paintPassive(Scene& scene, const Area& area, std::optional<PassiveKind> kin
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);
 
 /// Sets the elements of a drawing that the scene keeps void or solid, and the blob to void. A
-/// drawing must respect them like the optimiser.
+/// drawing must respect them, as the optimiser does.
 void keepAreas(Field& drawing, const Scene& scene);
 
 /// Makes elements solid (1) or void (0) in the drawing, except where the scene keeps them

@@ -82,7 +82,7 @@ void ScoreHeader::fitDetails() {
         shown = allDetails.left(std::max<decltype(end)>(0, end)) + QString::fromUtf8(" …");
     }
     detailLabel->setText(shown);
-    // Without a text of its own it has the tooltip of the header.
+    // Without its own tooltip, the label shows the tooltip of the header.
     detailLabel->setToolTip(shown == allDetails ? QString() : allDetails);
     const int needed = headlineLabel->fontMetrics().horizontalAdvance(text());
     headlineLabel->setToolTip(needed > headlineLabel->width() ? text() : QString());

@@ -23,7 +23,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    /// As many words of the details as two lines have room for; the tooltip has all.
+    /// Shows as many words of the details as fit in two lines. The tooltip shows all of them.
     void fitDetails();
 
     QString title;

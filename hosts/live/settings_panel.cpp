@@ -21,7 +21,7 @@ using namespace voxam;
 namespace {
 
 constexpr int SLIDER_STEPS_PER_PERCENT = 2;
-// The time of a smaller plate is mostly overhead, which does not grow with the plate.
+// On smaller plates most of the time is overhead, which does not grow with the plate.
 constexpr double TELLING_ELEMENTS = 1000;
 
 QSpinBox* makeCount(int most, const QString& name) {

@@ -104,7 +104,7 @@ QRect StartHere::placeOf(const QWidget& widget) const {
     return {widget.mapTo(&parts.window, seen.topLeft()), seen.size()};
 }
 
-// With its label, which the card would hide otherwise.
+// Includes the label of the field, or the card would cover it.
 QRect StartHere::placeOfRow(const QWidget& field) const {
     QRect row = placeOf(field);
     if (row.isValid()) row.setLeft(placeOf(*field.parentWidget()).left());

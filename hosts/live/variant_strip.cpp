@@ -123,7 +123,7 @@ void VariantStrip::show(int row) {
     QListWidgetItem& item = *items->item(row);
     const QString numbers = numbersOf(variant);
     item.setText(variant.name + "\n" + numbers);
-    // Names may be cut, but not numbers.
+    // The strip may shorten names, but not numbers.
     const int textWidth = items->fontMetrics().size(0, numbers).width();
     item.setSizeHint(
         ITEM_SIZE.expandedTo({PICTURE_SIZE.width() + textWidth + ITEM_MARGIN, ITEM_SIZE.height()}));

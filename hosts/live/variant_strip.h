@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <deque>
 
+#include "document.h"
 #include "variant.h"
 
 /// The variants of the document in a strip, with pictures and numbers: compared, restored and
@@ -62,3 +63,8 @@ private:
     QAction* rename;
     QAction* remove;
 };
+
+/// Whether the document has unsaved edits or unsaved variants. `variants` may be null.
+inline bool hasUnsaved(const Document& document, const VariantStrip* variants) {
+    return document.isModified() || (variants != nullptr && variants->isModified());
+}

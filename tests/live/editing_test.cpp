@@ -123,11 +123,11 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!live.run().refusal().text.empty(), 60000);
         QVERIFY(live.takeTool("X"));
         live.drag(live.at(0, 0), live.at(0, 12));
-        // A roller is added to another one.
+        // The second roller adds its direction.
         QCOMPARE(live.scene().supports, (std::vector<Support>{{{0, 0}, {0, 12}, true, true}}));
         QVERIFY(live.runFor(3));
         QVERIFY(live.run().refusal().text.empty());
-        // Next to no material tears the design, and more of it mends it.
+        // A design with too little material tears, and starts afresh with more.
         live.bench().edit("Less", [](Scene& scene) { scene.volumeFraction = 0.001; });
         live.runFor(60);
         live.bench().edit("More", [](Scene& scene) { scene.volumeFraction = 0.5; });

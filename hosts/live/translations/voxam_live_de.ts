@@ -3076,7 +3076,7 @@
         <translation>Die Dichte einer Zelle: 0 ist leer, 1 ist gefüllt. Grautöne liegen dazwischen.</translation>
     </message>
     <message>
-        <source>The energy of a cell is its share of the compliance. The colours show it as a multiple of the average of the whole plate, including what is void.</source>
+        <source>The energy of a cell is its share of the compliance. The colours show it as a multiple of the average over the whole plate, including its void cells.</source>
         <translation>Die Energie einer Zelle ist ihr Anteil an der Nachgiebigkeit. Die Farben zeigen sie als Vielfaches des Durchschnitts der ganzen Scheibe, auch der leeren Zellen.</translation>
     </message>
     <message>

@@ -123,7 +123,7 @@ Field readHalf(const std::filesystem::path& file, const Scene& scene, const Scen
         return readDesign(file, scene.width, scene.height);
     } catch (const InputError& error) {
         const std::string text = error.what();
-        if (!text.ends_with("(grid)")) throw;  // its size is right
+        if (!text.ends_with("(grid)")) throw;  // the fault is not the size
         throw InputError(text + " or " + std::to_string(whole.width) + " x " +
                          std::to_string(whole.height) + " times such a number (whole plate)");
     }

@@ -30,12 +30,12 @@ struct Place {
     double y = 0;
 };
 
-/// Where rings were rounded to elements, finer elements need what lies beside the ring: a point
-/// that is in an element of the ring but not in the ring moves to an element beside it.
+/// Elements at the edge of a ring lie only partly within it. A point within such an element, but
+/// outside the ring, takes the area of an element beside the ring.
 Place besideRing(const Place& point, const Ring& ring) {
     const double distance = std::hypot(point.x - ring.x, point.y - ring.y);
     if (distance >= ring.inner && distance < ring.outer) return point;
-    // One element is more than half the diagonal, by which the rounding can be wrong.
+    // The rounding to elements is wrong by at most half a diagonal, which is less than 1.
     const double step = distance < ring.inner ? -std::min(1.0, distance) : 1.0;
     const double share = distance > 0 ? step / distance : 0;
     return {point.x + share * (point.x - ring.x), point.y + share * (point.y - ring.y)};
@@ -87,7 +87,7 @@ private:
     /// In the new elements, if the plate keeps its shape.
     double lengthOf(double before) const { return before * width / oldWidth; }
 
-    /// Of areas that do not overlap, and shall not afterwards.
+    /// Resizes areas that do not overlap, and keeps them from overlapping.
     void resize(const std::vector<Area*>& areas) const {
         Mask result = sampled(areas);
         Mask taken(width, height);  // by rings
@@ -104,7 +104,7 @@ private:
                     const int owner = taken.at(cell.x, cell.y);
                     return owner == 0 || owner == kind;
                 };
-                // Rings that shared no element before can do so on a finer grid.
+                // On a finer grid, rings may share elements that they did not share before.
                 if (!cells.empty() && scaled.outer <= MAX_RADIUS &&
                     std::all_of(cells.begin(), cells.end(), isFree))
                     areas[i]->rings.push_back(scaled);

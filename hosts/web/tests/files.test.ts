@@ -46,7 +46,7 @@ test("the whole of a symmetric plate is shown, and outlined at its size", async 
         },
         {
             symmetry: "bottom",
-            // Another number, so that the end of the run before is not taken for that of this one.
+            // A different number tells this run from the previous one.
             iterations: 13,
             loads: [{ x: 30, y: 20, fx: 1 }],
             supports: [
