@@ -12,21 +12,23 @@ namespace voxam::inline format {
 
 // The standard library of Emscripten has no std::to_chars() for floating point. This
 // version adds digits until the text reads back as the same number.
-inline std::string exactText(double value, char form, int least) {
-    const std::string format = std::string("%.*") + form;
+inline std::string exactText(double value, bool exponent, int least) {
     std::array<char, 400> text;
     int digits = least;
     do {
-        std::snprintf(text.data(), text.size(), format.c_str(), digits++, value);
+        if (exponent)
+            std::snprintf(text.data(), text.size(), "%.*g", digits++, value);
+        else
+            std::snprintf(text.data(), text.size(), "%.*f", digits++, value);
     } while (std::strtod(text.data(), nullptr) != value && digits < 340);
     return text.data();
 }
 
 /// The shortest text that reads back as the same number.
-inline std::string exactText(double value) { return exactText(value, 'g', 1); }
+inline std::string exactText(double value) { return exactText(value, true, 1); }
 
 /// The same number without an exponent.
-inline std::string exactDecimalText(double value) { return exactText(value, 'f', 0); }
+inline std::string exactDecimalText(double value) { return exactText(value, false, 0); }
 
 #else
 
