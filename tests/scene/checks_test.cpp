@@ -101,7 +101,7 @@ TEST(ChecksBefore, tellHowThePlateIsFree) {
 
 TEST(ChecksBefore, tellOfLoadsAndSupportsInsidePassiveVoid) {
     Scene scene = clampedPlate(12, 6);
-    scene.volumeFraction = 0.2;
+    scene.volumeFraction = 0.3;
     scene.passive.voids = rectangle(10, 11, 0, 5);
     scene.supports.push_back({{11, 12}, {0, 0}, true, true});
     EXPECT_THAT(
@@ -127,6 +127,14 @@ TEST(ChecksBefore, tellOfVolumesThatCannotBe) {
     scene.passive.voids = rectangle(2, 10, 0, 0);
     scene.volumeFraction = 0.9;
     EXPECT_THAT(before(scene), ElementsAre(HasSubstr("leave 87.5 % of the plate, less than")));
+    // Twelve elements from the load to the supports, with material for 24 and for 21.6 of them.
+    scene = clampedPlate(12, 12);
+    scene.volumeFraction = 1.0 / 6;
+    EXPECT_THAT(before(scene), IsEmpty());
+    scene.volumeFraction = 0.15;
+    EXPECT_THAT(before(scene), ElementsAre(HasSubstr("enough for a bar 1.8 elements wide")));
+    scene.supports.push_back({{6, 6}, {0, 0}, false, true});  // nearer
+    EXPECT_THAT(before(scene), IsEmpty());
 }
 
 TEST(ChecksBefore, warnOfSubdivisionsThatAreTooFine) {

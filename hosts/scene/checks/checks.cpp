@@ -158,6 +158,7 @@ Findings checkNow(const Scene& scene, bool keepsStates) {
     for (const Finding& idle : findIdleLoads(scene))
         if (isWarning(idle)) findings.push_back(idle);
     append(findings, findTooFine(scene));
+    if (findings.empty()) append(findings, findThinVolume(scene));
     append(findings, findTooLarge(memoryNeed(scene, keepsStates)));
     return findings;
 }

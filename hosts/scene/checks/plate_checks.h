@@ -17,4 +17,8 @@ Findings findOpenPlane(const Scene& scene, const Field& material);
 /// single load case.
 Findings findIdleLoads(const Scene& scene);
 
+/// A warning if the volume fraction is too small for a structure that reaches from the loads in use
+/// to the supports.
+Findings findThinVolume(const Scene& scene);
+
 }  // namespace voxam::inline checks
