@@ -17,7 +17,6 @@ using namespace voxam;
 
 namespace {
 
-constexpr int DIGITS = 5;              // of a compliance
 constexpr double LEAST_SHARE = 0.001;  // less would read as 0.0 %
 
 QString tenthsText(double percent) { return QLocale().toString(percent, 'f', 1); }
@@ -209,6 +208,11 @@ QString DrawingMode::excess(const Field& design) const {
         .arg(QLocale().toString(all, 'f', 0));
 }
 
+QString DrawingMode::complianceOf(const Assessment& found) const {
+    return complianceText(found.score.compliance,
+                          bench.document.scene().symmetry != Symmetry::NONE);
+}
+
 QString DrawingMode::detailsOfDrawing(const Match& match) const {
     if (!drawingScore) return {};
     const QString best = bestSoFar();
@@ -217,7 +221,7 @@ QString DrawingMode::detailsOfDrawing(const Match& match) const {
                (best.isEmpty() ? QString() : "  " + best);
     const Assessment& found = drawingScore->assessment;
     if (!drawingScore->isSupported()) return sentenceOf(found.problems.front());
-    QStringList notes = {tr("Compliance %1").arg(numberText(found.score.compliance, DIGITS))};
+    QStringList notes = {complianceOf(found)};
     if (match.state == Match::State::OVER_BUDGET) notes << excess(drawingScore->design);
     if (match.state == Match::State::GREY)
         notes << tr("Draw in black and white to be compared with the optimiser");
@@ -241,12 +245,10 @@ void DrawingMode::showRivalHeader() const {
     }
     QStringList notes;
     for (const Finding& warning : designScore->warnings) notes << sentenceOf(warning);
-    stage.rivalHeader.show(
-        designScore->isSupported()
-            ? tr("Compliance %1").arg(numberText(designScore->assessment.score.compliance, DIGITS))
-        : isRivalSettled ? tr("Does not hold")
-                         : tr("Does not hold yet"),
-        state + (notes.isEmpty() ? QString() : "  ·  " + notes.join("  ")));
+    stage.rivalHeader.show(designScore->isSupported() ? complianceOf(designScore->assessment)
+                           : isRivalSettled           ? tr("Does not hold")
+                                                      : tr("Does not hold yet"),
+                           state + (notes.isEmpty() ? QString() : "  ·  " + notes.join("  ")));
 }
 
 void DrawingMode::showHeaders() {

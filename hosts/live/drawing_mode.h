@@ -64,6 +64,7 @@ private:
     /// Whether an earlier design of the same run is the better rival.
     bool isBeaten(const ScoreResult& result) const;
     QString headline(const Match& match) const;
+    QString complianceOf(const voxam::Assessment& found) const;
     QString detailsOfDrawing(const Match& match) const;
     /// Why the percentage does not count as best; empty if it does.
     QString whyNotCounted(const Match& match) const;

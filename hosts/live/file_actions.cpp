@@ -207,8 +207,8 @@ bool FileActions::recover(Recovery& own) {
     const QString name =
         found->original.empty() ? tr("A new scene") : pathText(found->original.filename());
     const auto answer = QMessageBox::question(
-        &parent, tr("Recover edits?"),
-        tr("%1 has edits from another run of Voxam Live, which ended before they were saved. "
+        &parent, tr("Recover changes?"),
+        tr("%1 has changes from another run of Voxam Live, which ended before they were saved. "
            "Recover them?")
             .arg(name),
         QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);

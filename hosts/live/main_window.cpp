@@ -363,6 +363,7 @@ void MainWindow::connectDocument() {
         const bool isHalf = scene.symmetry != Symmetry::NONE;
         stage->resultLine().setHalf(isHalf);
         numbers->setHalf(isHalf);
+        plot->setHalf(isHalf);
         statusBar()->clearMessage();
         stage->caption().show(shippedText(scene.title), shippedText(scene.description));
         showProblems();

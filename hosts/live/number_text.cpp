@@ -1,5 +1,6 @@
 #include "number_text.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
@@ -9,6 +10,11 @@ namespace {
 // Beyond, zeros would have to be counted.
 constexpr double LEAST = 1e-4;
 constexpr double MOST = 1e9;
+constexpr int COMPLIANCE_DIGITS = 5;
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Numbers)
+};
 
 QString superscript(int number) {
     static const QString digits = QString::fromUtf8("⁰¹²³⁴⁵⁶⁷⁸⁹");
@@ -27,6 +33,12 @@ QString numberText(double value, int digits) {
         return locale.toString(value, 'f', std::max(0, digits - 1 - power));
     return locale.toString(value / std::pow(10.0, power), 'f', digits - 1) +
            QString::fromUtf8(" × 10") + superscript(power);
+}
+
+QString complianceText(double compliance, bool ofHalf) {
+    const QString words =
+        ofHalf ? Words::tr("Compliance of the half %1") : Words::tr("Compliance %1");
+    return words.arg(numberText(compliance, COMPLIANCE_DIGITS));
 }
 
 QString placeText(double value) { return QLocale().toString(value, 'g', 6); }

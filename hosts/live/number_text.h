@@ -12,5 +12,8 @@ QString numberText(double value, int digits = 4);
 /// A coordinate or length on the plate: "40" or "12.5", in the separators of the locale.
 QString placeText(double value);
 
+/// "Compliance 12.3", or "Compliance of the half 12.3" of a scene that is one half of the plate.
+QString complianceText(double compliance, bool ofHalf);
+
 /// A share from 0 to 1 in percent, with one decimal: "39.7 %".
 QString percentText(double share);

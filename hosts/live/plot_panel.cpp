@@ -88,6 +88,11 @@ void PlotPanel::clear() {
     update();
 }
 
+void PlotPanel::setHalf(bool isHalf) {
+    isOfHalf = isHalf;
+    update();
+}
+
 std::vector<std::size_t> PlotPanel::marks() const {
     std::vector<std::size_t> iterations;
     for (std::size_t i = 0; i < samples.size(); ++i)
@@ -172,7 +177,8 @@ void PlotPanel::drawFrame(QPainter& painter, const Axes& axes) const {
                          tickText(value, axes.step));
     }
     painter.setPen(complianceColour(axes.isDark));
-    painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft, tr("Compliance"));
+    painter.drawText(QRectF(4, 2, 0.5 * width(), 16), Qt::AlignLeft,
+                     isOfHalf ? tr("Compliance of the half") : tr("Compliance"));
     painter.setPen(volumeColour(axes.isDark));
     painter.drawText(QRectF(0.5 * width(), 2, 0.5 * width() - 4, 16), Qt::AlignRight,
                      tr("Volume (dashed)"));

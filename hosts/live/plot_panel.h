@@ -17,6 +17,8 @@ public:
     /// The next iteration is the first one after an edit.
     void mark();
     void clear();
+    /// Names the compliance that of one half of the plate.
+    void setHalf(bool isHalf);
 
     /// Iterations in view, counted from the start, that are the first ones after an edit.
     std::vector<std::size_t> marks() const;
@@ -46,4 +48,5 @@ private:
     std::deque<Sample> samples;
     std::size_t gone = 0;  // iterations before the first sample
     bool isMarkDue = false;
+    bool isOfHalf = false;
 };

@@ -11,7 +11,6 @@ using namespace voxam;
 
 namespace {
 
-constexpr int DIGITS = 4;
 constexpr double SAME = 0.0005;  // a share; less is not shown
 
 struct Words {
@@ -44,9 +43,7 @@ bool haveSameTask(const Variant& one, const Variant& other) {
 QString numbersOf(const Variant& variant) {
     const auto compliance = variant.compliance();
     const bool isHalf = variant.seen->symmetry != Symmetry::NONE;
-    const QString name =
-        isHalf ? Words::tr("Compliance of the half %1") : Words::tr("Compliance %1");
-    const QString worth = compliance      ? name.arg(numberText(*compliance, DIGITS))
+    const QString worth = compliance      ? complianceText(*compliance, isHalf)
                           : variant.score ? Words::tr("Does not hold")
                                           : Words::tr("Not scored yet");
     return worth + "\n" + Words::tr("Material %1").arg(percentText(variant.share()));

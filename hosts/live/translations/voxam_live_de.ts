@@ -291,10 +291,6 @@
         <translation>So steif wie möglich – mit ebenso viel Material wie der Optimierer.</translation>
     </message>
     <message>
-        <source>Compliance %1</source>
-        <translation>Nachgiebigkeit %1</translation>
-    </message>
-    <message>
         <source>Rub out %1 of the plate</source>
         <translation>%1 der Scheibe ausradieren</translation>
     </message>
@@ -668,11 +664,11 @@
         <translation>Eine neue Szene</translation>
     </message>
     <message>
-        <source>Recover edits?</source>
+        <source>Recover changes?</source>
         <translation>Änderungen wiederherstellen?</translation>
     </message>
     <message>
-        <source>%1 has edits from another run of Voxam Live, which ended before they were saved. Recover them?</source>
+        <source>%1 has changes from another run of Voxam Live, which ended before they were saved. Recover them?</source>
         <translation>%1 enthält Änderungen aus einem früheren Lauf von Voxam Live, der vor dem Speichern endete. Sollen sie wiederhergestellt werden?</translation>
     </message>
     <message>
@@ -1456,6 +1452,17 @@
     </message>
 </context>
 <context>
+    <name>Numbers</name>
+    <message>
+        <source>Compliance of the half %1</source>
+        <translation>Nachgiebigkeit der Hälfte %1</translation>
+    </message>
+    <message>
+        <source>Compliance %1</source>
+        <translation>Nachgiebigkeit %1</translation>
+    </message>
+</context>
+<context>
     <name>PlotPanel</name>
     <message>
         <source>Plot of compliance and volume over the iterations</source>
@@ -1484,6 +1491,10 @@
     <message>
         <source>Compliance %1, volume %2; %3 edits in view</source>
         <translation>Nachgiebigkeit %1, Volumen %2; %3 Änderungen zu sehen</translation>
+    </message>
+    <message>
+        <source>Compliance of the half</source>
+        <translation>Nachgiebigkeit der Hälfte</translation>
     </message>
 </context>
 <context>
@@ -2875,10 +2886,6 @@
 <context>
     <name>Variant</name>
     <message>
-        <source>Compliance %1</source>
-        <translation>Nachgiebigkeit %1</translation>
-    </message>
-    <message>
         <source>Does not hold</source>
         <translation>Hält nicht</translation>
     </message>
@@ -2913,10 +2920,6 @@
     <message>
         <source>%1 has more material, by %2 of the plate.</source>
         <translation>%1 hat mehr Material, um %2 der Scheibe.</translation>
-    </message>
-    <message>
-        <source>Compliance of the half %1</source>
-        <translation>Nachgiebigkeit der Hälfte %1</translation>
     </message>
 </context>
 <context>
