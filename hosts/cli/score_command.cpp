@@ -48,8 +48,8 @@ void printScene(const Scene& scene) {
         printRow("design",
                  formatted("%d x %d cells", scene.densities->width, scene.densities->height));
     const std::size_t inUse = scene.loadCasesInUse.size();
-    const bool areAllInUse = inUse == static_cast<std::size_t>(scene.loadCases);
-    printRow("load cases", std::to_string(scene.loadCases) +
+    const bool areAllInUse = inUse == static_cast<std::size_t>(scene.loadCaseCount());
+    printRow("load cases", std::to_string(scene.loadCaseCount()) +
                                (areAllInUse ? "" : formatted(", of which %zu in use", inUse)));
     printRow("material used", materialText(*scene.densities, scene));
 }

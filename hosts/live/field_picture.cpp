@@ -33,7 +33,7 @@ PlateColours ghostly(PlateColours colours) {
 }
 
 QString casesText(const ViewedField& field, const Scene& scene) {
-    if (scene.loadCases < 2 || field.loadCases.empty()) return {};
+    if (scene.loadCaseCount() < 2 || field.loadCases.empty()) return {};
     if (field.loadCases.size() == 1)
         return QObject::tr(", load case %1").arg(field.loadCases.front());
     return field.choice.view == View::STRESS

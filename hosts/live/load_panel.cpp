@@ -68,7 +68,7 @@ QWidget* LoadPanel::makeCases() {
     deleteCase->setToolTip(tr("Delete the selected load case with its loads"));
     connect(add, &QPushButton::clicked, this, [this] {
         if (bench.editWhole(tr("Add load case"), addLoadCase))
-            bench.setLoadCase(bench.document.scene().loadCases - 1);
+            bench.setLoadCase(bench.document.scene().loadCaseCount() - 1);
     });
     connect(deleteCase, &QPushButton::clicked, this, [this] {
         const int row = cases->currentRow();
@@ -202,8 +202,8 @@ void LoadPanel::showScene() {
 }
 
 void LoadPanel::showCases(const Scene& scene) {
-    while (cases->count() > scene.loadCases) delete cases->takeItem(cases->count() - 1);
-    while (cases->count() < scene.loadCases) cases->addItem(QString());
+    while (cases->count() > scene.loadCaseCount()) delete cases->takeItem(cases->count() - 1);
+    while (cases->count() < scene.loadCaseCount()) cases->addItem(QString());
     for (int row = 0; row < cases->count(); ++row) {
         const auto& used = scene.loadCasesInUse;
         const bool isUsed = std::find(used.begin(), used.end(), row) != used.end();
@@ -211,7 +211,7 @@ void LoadPanel::showCases(const Scene& scene) {
         cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
     }
     cases->setCurrentRow(bench.loadCase());
-    deleteCase->setEnabled(scene.loadCases > 1);
+    deleteCase->setEnabled(scene.loadCaseCount() > 1);
 }
 
 void LoadPanel::showLoads(const Scene& scene) {
@@ -220,7 +220,7 @@ void LoadPanel::showLoads(const Scene& scene) {
     while (loads->count() < count) loads->addItem(QString());
     for (int row = 0; row < count; ++row) {
         const auto index = static_cast<std::size_t>(row);
-        const QString name = nameOfLoad(scene.loads[index], index, scene.loadCases > 1);
+        const QString name = nameOfLoad(scene.loads[index], index, scene.loadCaseCount() > 1);
         if (loads->item(row)->text() != name) loads->item(row)->setText(name);
     }
 }
@@ -244,8 +244,9 @@ void LoadPanel::showSelection() {
         // A load without a force keeps the angle that was shown last.
         if (forceOf(load) > 0)
             angle->setValue(std::atan2(0 - load.fy, load.fx) * 180 / std::numbers::pi);
-        while (loadCase->count() > scene.loadCases) loadCase->removeItem(loadCase->count() - 1);
-        while (loadCase->count() < scene.loadCases)
+        while (loadCase->count() > scene.loadCaseCount())
+            loadCase->removeItem(loadCase->count() - 1);
+        while (loadCase->count() < scene.loadCaseCount())
             loadCase->addItem(QString::number(loadCase->count()));
         loadCase->setCurrentIndex(load.loadCase);
     } else {

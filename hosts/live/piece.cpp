@@ -150,7 +150,7 @@ void takeOut(Scene& scene, const PieceId& id) {
 PieceId putIn(Scene& scene, const Piece& piece) {
     if (const auto* load = std::get_if<Load>(&piece)) {
         scene.loads.push_back(*load);
-        scene.loads.back().loadCase = std::min(load->loadCase, scene.loadCases - 1);
+        scene.loads.back().loadCase = std::min(load->loadCase, scene.loadCaseCount() - 1);
         return PieceId::load(scene.loads.size() - 1);
     }
     if (const auto* support = std::get_if<Support>(&piece)) {

@@ -105,7 +105,7 @@ void PieceActions::fillForLoad(QMenu& menu, const Load& load) {
     addForce(tr("Pull to the le&ft"), -force, 0);
     addForce(tr("Pull to the ri&ght"), force, 0);
     addForce(tr("Re&verse"), load.fx == 0 ? 0 : -load.fx, load.fy == 0 ? 0 : -load.fy);
-    const int cases = bench.document.scene().loadCases;
+    const int cases = bench.document.scene().loadCaseCount();
     if (cases < 2) return;
     QMenu* choice = menu.addMenu(tr("Load c&ase"));
     for (int each = 0; each < cases; ++each) {

@@ -193,7 +193,7 @@ void PlatePainter::drawLoads(const Scene& scene, const PlateLook& look) {
     for (const LoadArrow& arrow : arrows)
         if (look.selectedLoad == arrow.load) drawArrow(arrow, look);
     for (const auto& [load, own] : byLoad(arrows, scene, transform)) {
-        if (scene.loadCases > 1) drawLoadCase(handleOf(own), look);
+        if (scene.loadCaseCount() > 1) drawLoadCase(handleOf(own), look);
         if (look.selectedLoad != load) continue;
         drawHandles(handleOf(own));
         drawForce(handleOf(own), forceOf(scene.loads[load]));

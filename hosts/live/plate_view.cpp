@@ -86,7 +86,8 @@ void PlateView::setShownCases(std::optional<std::vector<int>> cases) {
 }
 
 void PlateView::markCases() {
-    look.loadCasesInUse.assign(static_cast<std::size_t>(std::max(0, scene->loadCases)), false);
+    look.loadCasesInUse.assign(static_cast<std::size_t>(std::max(0, scene->loadCaseCount())),
+                               false);
     for (const int used : scene->loadCasesInUse) {
         const bool isShown = !shownCases || std::find(shownCases->begin(), shownCases->end(),
                                                       used) != shownCases->end();

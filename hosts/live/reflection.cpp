@@ -83,6 +83,6 @@ std::shared_ptr<const Scene> reflectedHalf(const Scene& scene) {
     std::erase_if(other->supports, [&](const Support& each) { return liesOnPlane(each, scene); });
     std::erase_if(other->loads, [&](const Load& each) { return liesOnPlane(each, scene); });
     // Numbers would be mirrored, too.
-    other->loadCases = 1;
+    other->loadCases.resize(1);
     return other;
 }

@@ -230,16 +230,17 @@ void paintDrawing(Scene& scene, const Cells& cells, float density) {
 }
 
 void addLoadCase(Scene& scene) {
-    if (scene.loadCases >= Scene::MAX_LOAD_CASES)
-        throw InputError("There are " + std::to_string(scene.loadCases) +
+    if (scene.loadCaseCount() >= Scene::MAX_LOAD_CASES)
+        throw InputError("There are " + std::to_string(scene.loadCaseCount()) +
                          " load cases, more are not allowed");
-    scene.loadCasesInUse.push_back(scene.loadCases++);
+    scene.loadCasesInUse.push_back(scene.loadCaseCount());
+    scene.loadCases.emplace_back();
 }
 
 void removeLoadCase(Scene& scene, int loadCase) {
-    if (scene.loadCases == 1) throw InputError("The only load case cannot be deleted");
+    if (scene.loadCaseCount() == 1) throw InputError("The only load case cannot be deleted");
     Scene result = scene;
-    --result.loadCases;
+    result.loadCases.erase(result.loadCases.begin() + loadCase);
     withoutLoadCase(result, loadCase);
     for (Change& change : result.timeline) {
         // What a change leaves as it is has no loads of its own.

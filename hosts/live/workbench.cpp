@@ -25,7 +25,7 @@ void Workbench::setBrush(const Brush& brush) {
 }
 
 void Workbench::setLoadCase(int loadCase) {
-    currentLoadCase = std::clamp(loadCase, 0, std::max(0, document.scene().loadCases - 1));
+    currentLoadCase = std::clamp(loadCase, 0, std::max(0, document.scene().loadCaseCount() - 1));
     emit loadCaseChanged();
 }
 
@@ -166,5 +166,5 @@ void Workbench::followScene() {
     followForces();
     if (!before || before->blob != followed->blob) movedBlob.reset();
     if (selected && !exists(document.scene(), *selected)) select(std::nullopt);
-    if (currentLoadCase >= document.scene().loadCases) setLoadCase(currentLoadCase);
+    if (currentLoadCase >= document.scene().loadCaseCount()) setLoadCase(currentLoadCase);
 }

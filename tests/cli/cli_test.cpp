@@ -167,7 +167,8 @@ TEST_F(Cli, runsTheShippedScenes) {
 TEST_F(Cli, writesScenesThatReadBackAsTheSame) {
     // A bit of everything, with elements of a disc that lie in a rectangle as well.
     write("all.json", R"({"title": "All \"kinds\" of keys", "description": "\u00e4",
-        "grid": {"width": 4, "height": 3}, "loadCases": 3, "loadCasesInUse": [2, 0],
+        "grid": {"width": 4, "height": 3}, "loadCasesInUse": [2, 0],
+        "loadCases": [{"name": "\u00c4ol \"1\"", "weight": 0.3}, {}, {"weight": 1000}],
         "loads": [{"x": [0, 4], "y": 1, "fx": -0.1}, {"x": 4, "y": 3, "fy": 1e-7, "loadCase": 2},
                   {"x": 1, "y": 1, "fx": 0}],
         "supports": [{"x": 0, "y": [0, 3], "fix": "x"}, {"x": 0, "y": 0, "fix": "xy"}],

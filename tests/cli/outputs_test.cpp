@@ -79,6 +79,10 @@ TEST_F(Outputs, takeScenesFromStandardInputAndChangeThem) {
                   {"score bar.json --load-case 3", "--load-case: 3 is not in use; in use: 0"},
                   {"score bar.json --element-size 2", "--element-size: needs --outline"},
                   {"check bar.json --set loadCases=0", "loadCases: 0 is outside 1..64"},
+                  {"check bar.json --set loadCases=2 --set loadCases[1].weight=3",
+                   "loadCases has no entries or keys: it is a single value"},
+                  {"check bar.json --set 'loadCases=[{}]' --set loadCases[0].weight=0",
+                   "loadCases[0].weight: 0 is outside 0.001..1000"},
                   {"new mbb bar.json", "bar.json: exists already"}});
 }
 

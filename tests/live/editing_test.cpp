@@ -204,7 +204,7 @@ private slots:
 
     void arrowsOfSeveralCasesAtOneNodeAreTakenOneByOne() {
         Scene scene = LiveFixture::smallScene();
-        scene.loadCases = 3;
+        scene.loadCases.resize(3);
         scene.loadCasesInUse = {0, 1, 2};
         for (int loadCase : {1, 2}) {
             scene.loads.push_back(scene.loads[0]);

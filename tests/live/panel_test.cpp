@@ -183,7 +183,7 @@ private slots:
         LiveFixture live(LiveFixture::smallScene());
         auto& cases = live.named<QListWidget>("Load cases; those that are ticked are in use");
         button(live, "Add &case").click();
-        QCOMPARE(live.scene().loadCases, 2);
+        QCOMPARE(live.scene().loadCaseCount(), 2);
         QCOMPARE(live.bench().loadCase(), 1);
         QVERIFY(live.takeTool("L"));
         live.drag(live.at(24, 0), live.at(24, 0) + QPoint(60, 0));
@@ -197,7 +197,7 @@ private slots:
         QVERIFY(live.runFor(2));
         cases.setCurrentRow(0);
         button(live, "Delete case").click();
-        QCOMPARE(live.scene().loadCases, 1);
+        QCOMPARE(live.scene().loadCaseCount(), 1);
         QCOMPARE(live.scene().loads.size(), std::size_t{1});
         QCOMPARE(live.scene().loads[0].fx > 0, true);
         QVERIFY(!button(live, "Delete case").isEnabled());

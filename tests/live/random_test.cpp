@@ -239,7 +239,7 @@ private:
                 return;
             }
             default: {
-                const int last = live.scene().loadCases - 1;
+                const int last = live.scene().loadCaseCount() - 1;
                 const bool adds = random() % 2 == 0;
                 live.bench().editWhole("Case", [=](Scene& scene) {
                     adds ? addLoadCase(scene) : removeLoadCase(scene, last);

@@ -109,7 +109,7 @@ private slots:
 private:
     static Scene twoCases() {
         Scene scene = LiveFixture::smallScene();
-        scene.loadCases = 2;
+        scene.loadCases.resize(2);
         scene.loadCasesInUse = {0, 1};
         scene.loads.push_back({{24, 24}, {0, 0}, 2, 0, 1});
         return scene;

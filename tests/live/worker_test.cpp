@@ -219,7 +219,7 @@ private slots:
         };
         Scene scene = *cantilever(20, 10);
         const double one = complianceOf(scene);
-        scene.loadCases = 2;
+        scene.loadCases.resize(2);
         scene.loads.push_back(scene.loads.front());
         scene.loads.back().loadCase = 1;
         scene.loadCasesInUse = {1};

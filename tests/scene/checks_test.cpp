@@ -42,7 +42,7 @@ TEST(ChecksBefore, tellOfForcesThatDoNoWork) {
     EXPECT_THAT(before(scene), ElementsAre("error: loads: there is no force at all"));
     EXPECT_THAT(linesOf(checkBeforeScore(scene)), ElementsAre(HasSubstr("no force at all")));
 
-    scene.loadCases = 2;
+    scene.loadCases.resize(2);
     scene.loads = {{{12, 12}, {3, 3}, 0, 1, 1}};
     EXPECT_THAT(before(scene), ElementsAre("error: loadCasesInUse: none of them has a force"));
     EXPECT_THAT(linesOf(checkBeforeScore(scene)),

@@ -19,7 +19,7 @@ Scene plate() {
     Scene scene = clampedPlate(40, 20);
     scene.loads.clear();
     scene.supports.clear();
-    scene.loadCases = 9;
+    scene.loadCases.resize(9);
     return scene;
 }
 
@@ -203,7 +203,7 @@ TEST(Picture, leavesRoomForRulersAndFitsAnAnimation) {
 
 TEST(Picture, hasTheArrowsOfItsLoadCases) {
     Scene scene = clampedPlate(12, 6);
-    scene.loadCases = 2;
+    scene.loadCases.resize(2);
     scene.loadCasesInUse = {0, 1};
     scene.loads.push_back({{12, 12}, {0, 0}, 1, 0, 1});
     PictureContent content{Field(12, 6, 1), std::nullopt, "", ""};

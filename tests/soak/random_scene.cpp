@@ -19,7 +19,7 @@ public:
     Json scene() {
         Json scene = {{"grid", {{"width", width}, {"height", height}}}};
         if (dice.oneIn(2)) loadCases = dice.between(1, 4);
-        if (loadCases > 1) scene["loadCases"] = loadCases;
+        if (loadCases > 1) scene["loadCases"] = dice.oneIn(2) ? Json(loadCases) : namedCases();
         if (dice.oneIn(3))
             scene["title"] = dice.pick({"Bracket", "\u00dcberbau \"A\"", "", "a\tb"});
         if (dice.oneIn(5)) scene["description"] = "Several\nlines.";
@@ -37,6 +37,17 @@ private:
         const int subdivision = dice.between(1, 3);
         return {{"subdivision", subdivision},
                 {"meshFactor", dice.oneIn(4) ? dice.between(1, 3) : subdivision}};
+    }
+
+    Json namedCases() {
+        Json list = Json::array();
+        for (int i = 0; i < loadCases; ++i) {
+            Json item = Json::object();
+            if (dice.oneIn(2)) item["name"] = dice.pick({"wind", "Eigengewicht \u00fc", " \"2\" "});
+            if (dice.oneIn(2)) item["weight"] = dice.pick({0.001, 0.3, 4.0, 1000.0});
+            list.push_back(item);
+        }
+        return list;
     }
 
     Json range(int last) {

@@ -54,7 +54,9 @@ void requireCells(const Area& area, const Scene& scene) {
 }
 
 void requireLimits(const Settings& settings, const Scene& scene) {
-    const auto exists = [&](int loadCase) { return isWithin(loadCase, 0, scene.loadCases - 1); };
+    const auto exists = [&](int loadCase) {
+        return isWithin(loadCase, 0, scene.loadCaseCount() - 1);
+    };
     for (const Load& load : settings.loads) {
         require(isOnPlate(load.x, scene.width) && isOnPlate(load.y, scene.height),
                 "loads are on the plate");

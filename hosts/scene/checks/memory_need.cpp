@@ -45,9 +45,9 @@ MemoryNeed memoryNeed(const Scene& scene, bool keepsStates) {
     const double pictureCells = designCells * scene.meshFactor * scene.meshFactor;
     const double design = designCells * BYTES_OF_DESIGN_CELL;
     const double picture = pictureCells * BYTES_OF_PICTURE_CELL;
-    const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCases);
+    const double equations = bytesOfEquations(nodesOf(scene, 1), scene.loadCaseCount());
     const double score =
-        bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCases, keepsStates);
+        bytesOfScore(nodesOf(scene, drawnRefinement(scene)), scene.loadCaseCount(), keepsStates);
     MemoryNeed need{BYTES_OF_PROGRAM + design + picture + equations + score, "grid",
                     "lower its width and height"};
     if (picture > std::max(design, equations) && scene.meshFactor > 1) {
@@ -62,7 +62,7 @@ MemoryNeed memoryNeed(const Scene& scene, bool keepsStates) {
 
 MemoryNeed memoryNeedOfScore(const Field& design, const Scene& scene, bool keepsStates) {
     const double nodes = (design.width + 1.0) * (design.height + 1.0);
-    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCases, keepsStates), "design",
+    return {BYTES_OF_PROGRAM + bytesOfScore(nodes, scene.loadCaseCount(), keepsStates), "design",
             "score a coarser design"};
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 std::string caseText(const ViewedField& seen, const std::vector<PlateState>& states,
                      const Scene& scene, const char* ofAll) {
-    if (scene.loadCases == 1 || states.empty()) return "";
+    if (scene.loadCaseCount() == 1 || states.empty()) return "";
     const auto& cases = seen.loadCases;
     if (cases.size() == 1)
         return formatted(",  load case %d: compliance %.6g", cases.front(),

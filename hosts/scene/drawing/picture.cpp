@@ -137,7 +137,7 @@ private:
     }
 
     void drawLoads() {
-        const bool numbered = scene.loadCases > LOAD_CASE_COLOURS;
+        const bool numbered = scene.loadCaseCount() > LOAD_CASE_COLOURS;
         Scene shown = withLoadsInUse(scene);
         const ForceScale forces(shown);
         if (content.loadCases) shown.loadCasesInUse = *content.loadCases;
@@ -219,18 +219,18 @@ private:
 
     /// Two rows when one is too short.
     void drawLoadKey(Point corner) {
-        const int cases = std::min(scene.loadCases, LOAD_CASE_COLOURS);
-        const std::string caption = scene.loadCases > 1 ? "load case" : "load";
+        const int cases = std::min(scene.loadCaseCount(), LOAD_CASE_COLOURS);
+        const std::string caption = scene.loadCaseCount() > 1 ? "load case" : "load";
         Point at = corner;
         for (int loadCase = 0; loadCase < cases; ++loadCase) {
             if (loadCase == CASES_IN_ROW) at = corner + Point{0, KEY_ROW};
             canvas.polygon(arrowShape({at, {1, 0}, 22}), loadCaseColour(loadCase));
-            const std::string number = scene.loadCases > 1 ? std::to_string(loadCase) : "";
+            const std::string number = scene.loadCaseCount() > 1 ? std::to_string(loadCase) : "";
             const std::string label = loadCase == 0 ? caption + " " + number : number;
             canvas.text(label, at + Point{27, 4}, 12, colours::INK);
             at.x += 27 + canvas.textWidth(label, 12) + 5;
         }
-        if (scene.loadCases > cases)
+        if (scene.loadCaseCount() > cases)
             canvas.text("... numbered", at + Point{0, 4}, 12, colours::INK);
     }
 
@@ -286,7 +286,7 @@ private:
 };
 
 int legendHeight(const Scene& scene) {
-    return LEGEND + (scene.loadCases > CASES_IN_ROW ? KEY_ROW : 0);
+    return LEGEND + (scene.loadCaseCount() > CASES_IN_ROW ? KEY_ROW : 0);
 }
 
 double fittingScale(const Scene& scene, double sideways, double upright) {

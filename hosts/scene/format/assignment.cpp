@@ -52,6 +52,7 @@ std::string whyMissing(const Json& document, Json::json_pointer target, const st
     const auto depth = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
     const Json& around = document.at(parent);
     const std::string owner = firstParts(place, depth) + " has no ";
+    if (!around.is_structured()) return owner + "entries or keys: it is a single value";
     if (!around.is_array()) return owner + "key " + target.back();
     const std::size_t size = around.size();
     if (size == 0) return owner + "entries";

@@ -38,6 +38,13 @@ std::string faultOfTitle(const std::string& title) {
     return "is longer than " + std::to_string(Scene::MAX_TITLE) + " characters";
 }
 
+std::string faultOfLoadCaseName(const std::string& name) {
+    if (name.find_first_not_of(' ') == std::string::npos) return "is blank";
+    if (onOneLine(name) != name) return "contains a line break or another control character";
+    if (characterCount(name) <= Scene::MAX_LOAD_CASE_NAME) return "";
+    return "is longer than " + std::to_string(Scene::MAX_LOAD_CASE_NAME) + " characters";
+}
+
 std::string faultOfNodes(const std::vector<Load>& loads) { return faultOfItems(loads); }
 
 std::string faultOfNodes(const std::vector<Support>& supports) { return faultOfItems(supports); }
@@ -53,6 +60,9 @@ void checkLimits(const Scene& scene) {
         if (!fault.empty()) throw InputError(where + fault);
     };
     check("the title ", faultOfTitle(scene.title));
+    for (const LoadCase& loadCase : scene.loadCases)
+        if (!loadCase.name.empty())
+            check("the name of a load case ", faultOfLoadCaseName(loadCase.name));
     check("", faultOfSettings(scene));
     for (const Change& change : scene.timeline)
         check("from iteration " + std::to_string(change.iteration) + " on, ",

@@ -16,6 +16,8 @@ namespace voxam::inline format {
 constexpr std::size_t MAX_CELLS = 32767;
 
 std::string faultOfTitle(const std::string& title);
+/// Of a load case that has a name.
+std::string faultOfLoadCaseName(const std::string& name);
 /// The library takes a record for each node.
 std::string faultOfNodes(const std::vector<Load>& loads);
 std::string faultOfNodes(const std::vector<Support>& supports);

@@ -26,17 +26,33 @@ std::string Change::summary() const {
 
 bool hasSameProblem(const Scene& one, const Scene& other) {
     const auto sizes = [](const Scene& scene) {
-        return std::tuple(scene.width, scene.height, scene.subdivision, scene.meshFactor,
-                          scene.loadCases);
+        return std::tuple(scene.width, scene.height, scene.subdivision, scene.meshFactor);
     };
-    return sizes(one) == sizes(other) && one.timeline == other.timeline &&
+    return sizes(one) == sizes(other) && weightsOf(one) == weightsOf(other) &&
+           one.timeline == other.timeline &&
            static_cast<const Settings&>(one) == static_cast<const Settings&>(other);
 }
 
 std::vector<int> allLoadCases(const Scene& scene) {
-    std::vector<int> cases(static_cast<std::size_t>(scene.loadCases));
+    std::vector<int> cases(scene.loadCases.size());
     std::iota(cases.begin(), cases.end(), 0);
     return cases;
+}
+
+std::vector<double> weightsOf(const Scene& scene) {
+    std::vector<double> weights;
+    for (const LoadCase& loadCase : scene.loadCases) weights.push_back(loadCase.weight);
+    return weights;
+}
+
+std::string loadCaseLabel(const Scene& scene, int loadCase) {
+    const std::string& name = scene.loadCases[static_cast<std::size_t>(loadCase)].name;
+    return name.empty() ? "load case " + std::to_string(loadCase) : name;
+}
+
+std::string numberedLoadCase(const Scene& scene, int loadCase) {
+    const std::string& name = scene.loadCases[static_cast<std::size_t>(loadCase)].name;
+    return std::to_string(loadCase) + (name.empty() ? "" : " (" + name + ")");
 }
 
 }  // namespace voxam::inline format

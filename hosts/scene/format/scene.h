@@ -11,6 +11,14 @@
 
 namespace voxam::inline format {
 
+/// A load case: forces that act at the same time. The loads name it by its number, from 0.
+struct LoadCase {
+    std::string name;   ///< empty if the scene does not name it; names need not differ
+    double weight = 1;  ///< of its compliance in every sum over load cases
+
+    bool operator==(const LoadCase&) const = default;
+};
+
 /// A force on the nodes of a rectangle. fx and fy are the total; the nodes share it equally.
 /// Positive fx points right, positive fy points down.
 struct Load {
@@ -84,6 +92,9 @@ extern const std::vector<std::string> SYMMETRY_NAMES;
 struct Scene : Settings {
     static constexpr int MAX_SIDE = 1000;  ///< elements in x and in y
     static constexpr int MAX_LOAD_CASES = 64;
+    static constexpr std::size_t MAX_LOAD_CASE_NAME = 40;  ///< characters
+    static constexpr double MIN_WEIGHT = 0.001;            ///< of a load case
+    static constexpr double MAX_WEIGHT = 1000;
     static constexpr std::size_t MAX_TITLE = 200;
     static constexpr double MAX_NODES = 4e6;  ///< of all loads together, and of all supports
     static constexpr double MAX_FORCE = 1e6;  ///< magnitude of fx and of fy
@@ -106,7 +117,7 @@ struct Scene : Settings {
     int height = 0;  ///< elements in y
     Symmetry symmetry = Symmetry::NONE;
     double elementSize = 1;  ///< edge of an element, in millimetres, for files with lengths
-    int loadCases = 1;
+    std::vector<LoadCase> loadCases = std::vector<LoadCase>(1);
     /// Of a score: 0 (void) to 1 (solid) for each element, or for a whole number of cells per edge
     /// of an element.
     std::optional<Field> densities;
@@ -119,14 +130,28 @@ struct Scene : Settings {
     /// Cells of the picture per edge of an element.
     int refinement() const { return subdivision * meshFactor; }
 
+    int loadCaseCount() const { return static_cast<int>(loadCases.size()); }
+    double weight(int loadCase) const {
+        return loadCases[static_cast<std::size_t>(loadCase)].weight;
+    }
+
     bool operator==(const Scene&) const = default;
 };
 
-/// Whether both scenes give the library the same problem. Titles, densities and files do not
-/// matter.
+/// Whether both scenes give the library the same problem. Titles, names of load cases, densities
+/// and files do not matter.
 bool hasSameProblem(const Scene& one, const Scene& other);
 
 /// Every load case: 0, 1 and so on.
 std::vector<int> allLoadCases(const Scene& scene);
+
+/// The weight of each load case.
+std::vector<double> weightsOf(const Scene& scene);
+
+/// How lists and pictures call a load case: its name, or "load case 2" without one.
+std::string loadCaseLabel(const Scene& scene, int loadCase);
+
+/// How messages call a load case after the words "load case": "2 (wind)", or "2" without a name.
+std::string numberedLoadCase(const Scene& scene, int loadCase);
 
 }  // namespace voxam::inline format

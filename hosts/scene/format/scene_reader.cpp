@@ -157,6 +157,34 @@ Symmetry readSymmetry(const JsonValue& value) {
     return static_cast<Symmetry>(std::find(names, SYMMETRY_NAMES.end(), name) - names);
 }
 
+LoadCase readLoadCase(const JsonValue& value) {
+    value.allowOnly({"name", "weight"});
+    LoadCase loadCase;
+    if (const auto name = value.find("name")) {
+        loadCase.name = name->text();
+        name->failIf(faultOfLoadCaseName(loadCase.name));
+    }
+    if (const auto weight = value.find("weight"))
+        loadCase.weight = weight->number(Scene::MIN_WEIGHT, Scene::MAX_WEIGHT);
+    return loadCase;
+}
+
+/// A number of load cases, or a list of them.
+std::vector<LoadCase> readLoadCases(const JsonValue& value) {
+    if (value.raw().is_number())
+        return std::vector<LoadCase>(
+            static_cast<std::size_t>(value.integer(1, Scene::MAX_LOAD_CASES)));
+    std::vector<LoadCase> loadCases;
+    for (const auto& loadCase :
+         value.elements("a whole number or a list of load cases in brackets []"))
+        loadCases.push_back(readLoadCase(loadCase));
+    if (loadCases.empty()) value.fail("needs at least one load case");
+    if (loadCases.size() > static_cast<std::size_t>(Scene::MAX_LOAD_CASES))
+        value.fail(std::to_string(loadCases.size()) + " load cases, the limit is " +
+                   std::to_string(Scene::MAX_LOAD_CASES));
+    return loadCases;
+}
+
 /// The plate without what acts on it.
 Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     root.allowOnly(withSettingKeys({"$schema", "title", "description", "grid", "symmetry",
@@ -176,8 +204,7 @@ Scene readPlate(const JsonValue& root, const std::filesystem::path& file) {
     if (const auto symmetry = root.find("symmetry")) scene.symmetry = readSymmetry(*symmetry);
     if (const auto size = root.find("elementSize"))
         scene.elementSize = size->number(Scene::MIN_ELEMENT_SIZE, Scene::MAX_ELEMENT_SIZE);
-    if (const auto loadCases = root.find("loadCases"))
-        scene.loadCases = loadCases->integer(1, Scene::MAX_LOAD_CASES);
+    if (const auto loadCases = root.find("loadCases")) scene.loadCases = readLoadCases(*loadCases);
     scene.loadCasesInUse = allLoadCases(scene);
     return scene;
 }

@@ -90,6 +90,19 @@ Json writeChange(const Change& change, const Scene& scene) {
     return value;
 }
 
+/// The number of load cases if no load case has more than its number.
+Json writeLoadCases(const std::vector<LoadCase>& loadCases) {
+    if (loadCases == std::vector<LoadCase>(loadCases.size())) return loadCases.size();
+    Json list = Json::array();
+    for (const LoadCase& loadCase : loadCases) {
+        Json item = Json::object();
+        if (!loadCase.name.empty()) item["name"] = loadCase.name;
+        if (loadCase.weight != 1) item["weight"] = writeNumber(loadCase.weight);
+        list.push_back(item);
+    }
+    return list;
+}
+
 void writePlate(const Scene& scene, Json& root) {
     // A title that is the file's name is none: under another name it would be wrong.
     const bool isOfFile = !scene.files.empty() && scene.title == nameOf(scene.files.front().stem());
@@ -106,7 +119,7 @@ void writePlate(const Scene& scene, Json& root) {
     add("subdivision", scene.subdivision, defaults.subdivision);
     add("meshFactor", scene.meshFactor, defaults.meshFactor);
     add("iterations", scene.iterations, defaults.iterations);
-    add("loadCases", scene.loadCases, defaults.loadCases);
+    if (scene.loadCases != defaults.loadCases) root["loadCases"] = writeLoadCases(scene.loadCases);
 }
 
 void writeSettings(const Scene& scene, Json& root) {

@@ -6,6 +6,7 @@
 #include "format/area_reader.h"
 #include "format/area_writer.h"
 #include "format/limits.h"
+#include "format/text.h"
 
 namespace voxam::inline format {
 
@@ -23,8 +24,8 @@ double readForce(const JsonValue& load, const char* key) {
 }
 
 int readLoadCase(const JsonValue& value, const Scene& scene) {
-    return value.integer(0, scene.loadCases - 1,
-                         " (the scene's loadCases is " + std::to_string(scene.loadCases) + ")");
+    return value.integer(0, scene.loadCaseCount() - 1,
+                         " (the scene has " + counted(scene.loadCases.size(), "load case") + ")");
 }
 
 Load readLoad(const JsonValue& value, const Scene& scene) {

@@ -19,7 +19,7 @@ public:
         const auto supports = supportRecords(plate);
         _InitVoxamAnalysis(plate.width, plate.height, static_cast<int>(loads.size() / 5),
                            loads.data(), static_cast<int>(supports.size() / 5), supports.data(),
-                           plate.loadCases);
+                           plate.loadCaseCount());
     }
     LibraryAnalysis(const LibraryAnalysis&) = delete;
     LibraryAnalysis& operator=(const LibraryAnalysis&) = delete;
@@ -68,7 +68,7 @@ Stress PlateState::stress(int x, int y) const {
 }
 
 Analysis analyse(const Field& densities, const Scene& plate, bool withFields) {
-    const auto cases = static_cast<std::size_t>(plate.loadCases);
+    const auto cases = static_cast<std::size_t>(plate.loadCaseCount());
     const std::size_t elements = densities.values.size();
     const std::size_t nodes =
         static_cast<std::size_t>(plate.width + 1) * static_cast<std::size_t>(plate.height + 1);

@@ -31,7 +31,7 @@ void Optimiser::start(const Scene& scene) {
     picture.assign(cells * static_cast<std::size_t>(refinement * refinement), 1);
     blobMask.assign(cells, 0);
     _InitVoxamApp(width, height, scene.subdivision, scene.meshFactor,
-                  static_cast<float>(scene.volumeFraction), scene.loadCases, restartId);
+                  static_cast<float>(scene.volumeFraction), scene.loadCaseCount(), restartId);
     update(scene);
 }
 

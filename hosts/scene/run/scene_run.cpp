@@ -23,7 +23,7 @@ bool differInPenaltyAtMost(const Settings& one, const Settings& other) {
 bool hasSamePlate(const Scene& one, const Scene& other) {
     return one.width == other.width && one.height == other.height &&
            one.subdivision == other.subdivision && one.meshFactor == other.meshFactor &&
-           one.loadCases == other.loadCases;
+           one.loadCaseCount() == other.loadCaseCount();
 }
 
 SceneRun::SceneRun(std::shared_ptr<const Scene> scene, int lastIteration)

@@ -4,8 +4,9 @@
 loadCasesInUse, volumeFraction, penalty, subdivision, meshFactor, iterations, passive, blob,
 timeline and title. It checks symmetry and elementSize, but does not use them: they concern files
 that the program writes. It ignores description and $schema. `read_scored` reads the densities of a
-design to score. As in the program, forces reach the library in the unit of the largest force, and
-compliances are returned in the unit of the scene. The package does not repeat the program's own
+design to score. As in the program, forces reach the library in the unit of the largest force, times
+the square root of the weight of their load case, and compliances are returned in the unit of the
+scene: the sum over the load cases in use of weight times compliance. The package does not repeat the program's own
 checks before and after a run.
 """
 
@@ -13,6 +14,7 @@ from __future__ import annotations
 
 import difflib
 import json
+import math
 import pathlib
 import re
 from dataclasses import dataclass, replace
@@ -39,6 +41,9 @@ _SOFTER = 1e3
 _SOFTER_STEPS = 2
 
 _MAX_TITLE = 200  # characters
+_MAX_LOAD_CASES = 64
+_MAX_LOAD_CASE_NAME = 40  # characters
+_CONTROL = re.compile("[\\x00-\\x1f\\x7f-\\x9f\\u2028\\u2029]")
 _MAX_NODES = 4_000_000  # of all loads, or of all supports
 _MAX_CHANGES = 1000
 _MAX_CELLS = 32767  # in a list of elements
@@ -72,6 +77,15 @@ class ScoredScene:
     loads: List[Load]
     supports: List[Support]
     densities: npt.NDArray[np.float32]  #: [y, x], 0 void and 1 solid
+    load_case_names: Tuple[str, ...]  #: empty for a load case without a name
+    load_case_weights: Tuple[float, ...]  #: of the compliances in `total`
+
+    def total(self, compliances: npt.ArrayLike) -> float:
+        """The compliance of ``voxam score``: the sum over the load cases in use of weight times
+        compliance. `compliances` has one of each load case, in use or not."""
+        used = self.load_cases_in_use
+        return weighted_sum(np.asarray(self.load_case_weights)[used],
+                            np.asarray(compliances)[used])
 
 
 @dataclass(frozen=True)
@@ -85,14 +99,31 @@ class Scene:
     iterations: int
     subdivision: int
     mesh_factor: int
-    largest_force: float  #: in x or y, before the nodes of a load share it; of the timeline as well
+    #: in x or y, times the square root of the weight of its load case, before the nodes of a load
+    #: share it; of the timeline as well
+    largest_force: float
     settings: Dict[str, Any]  #: the penalty, and else the arguments of Optimiser.update
     timeline: Tuple[Change, ...]
+    load_case_names: Tuple[str, ...]  #: empty for a load case without a name
+    load_case_weights: Tuple[float, ...]  #: of the compliances of load cases in their sum
 
     @property
     def has_blob(self) -> bool:
         """Whether it starts with a blob."""
         return bool(np.any(self.settings.get("blob", False)))
+
+
+def weighted_sum(weights: npt.ArrayLike, compliances: npt.ArrayLike) -> float:
+    """The sum of weight times compliance."""
+    return float((np.asarray(weights, np.float64) * np.asarray(compliances, np.float64)).sum())
+
+
+def load_case_weights(document: Dict[str, Any]) -> List[float]:
+    """The weight of each load case of a scene that `scene_of` accepts."""
+    cases = document.get("loadCases", 1)
+    if not isinstance(cases, list):
+        return [1.0] * int(cases)
+    return [float(case.get("weight", 1.0)) for case in cases]
 
 
 def run(
@@ -131,6 +162,8 @@ class _Problem:
         self._optimiser = optimiser
         self._settings = dict(scene.settings)
         self._unit = scene.largest_force or 1.0
+        # The library sums unweighted compliances, which grow with the square of the forces.
+        self._factors = [math.sqrt(weight) for weight in scene.load_case_weights]
         self._moved: Optional[npt.NDArray[np.bool_]] = None  # the blob, since it was given
         self._has_design = False
         optimiser.update(**self._told())
@@ -166,7 +199,8 @@ class _Problem:
     def _told(self) -> Dict[str, Any]:
         """The arguments of an update, with the forces in the unit in force."""
         told = {key: value for key, value in self._settings.items() if key != "penalty"}
-        told["loads"] = [load._replace(fx=load.fx / self._unit, fy=load.fy / self._unit)
+        told["loads"] = [load._replace(fx=load.fx * self._factors[load.load_case] / self._unit,
+                                       fy=load.fy * self._factors[load.load_case] / self._unit)
                          for load in told["loads"]]
         if self._moved is not None:
             told["blob"] = self._moved
@@ -311,7 +345,7 @@ class _Reader:
         size = root.find("elementSize")
         if size:
             size.number(1e-6, 1e6)
-        self._load_cases = self._count(root, "loadCases", 64, 1)
+        self._read_load_cases(root.find("loadCases"))
         self._largest_force = 0.0
 
     def scene(self, name: str) -> Scene:
@@ -341,7 +375,8 @@ class _Reader:
         return Scene(
             title.text() if title else name, self._width, self._height, self._load_cases,
             iterations, settings=settings, timeline=tuple(changes),
-            largest_force=self._largest_force, **self._refinement(root))
+            largest_force=self._largest_force, load_case_names=self._names,
+            load_case_weights=self._weights, **self._refinement(root))
 
     def scored(self, name: str, folder: pathlib.Path) -> ScoredScene:
         root = self._root
@@ -350,7 +385,41 @@ class _Reader:
             title.text() if title else name, self._width, self._height, self._load_cases,
             self._cases(used) if used else list(range(self._load_cases)),
             self._loads(root.at("loads")), self._supports(root.at("supports")),
-            self._densities(root.at("densities"), folder))
+            self._densities(root.at("densities"), folder), self._names, self._weights)
+
+    def _read_load_cases(self, value: Optional[_Value]) -> None:
+        """A number of load cases, or a list of them."""
+        self._load_cases = 1
+        cases: List[_Value] = []
+        if value and isinstance(value.raw, list):
+            cases = value.elements()
+            self._load_cases = len(cases)
+            if not cases:
+                raise value.fail("at least one load case is needed")
+            if len(cases) > _MAX_LOAD_CASES:
+                raise value.fail(f"{len(cases)} load cases, the limit is {_MAX_LOAD_CASES}")
+        elif value:
+            if isinstance(value.raw, bool) or not isinstance(value.raw, (int, float)):
+                raise value.fail("a whole number or an array of load cases is needed")
+            self._load_cases = value.integer(1, _MAX_LOAD_CASES)
+        for case in cases:
+            case.allow_only(("name", "weight"))
+        names, weights = ([case.find(key) for case in cases] or [None] * self._load_cases
+                          for key in ("name", "weight"))
+        self._names = tuple(self._load_case_name(name) if name else "" for name in names)
+        self._weights = tuple(float(weight.number(0.001, 1000)) if weight else 1.0
+                              for weight in weights)
+
+    @staticmethod
+    def _load_case_name(value: _Value) -> str:
+        name = value.text()
+        if not name.strip(" "):
+            raise value.fail("is blank")
+        if _CONTROL.search(name):
+            raise value.fail("contains a line break or another control character")
+        if len(name) > _MAX_LOAD_CASE_NAME:
+            raise value.fail(f"is longer than {_MAX_LOAD_CASE_NAME} characters")
+        return name
 
     def _densities(self, value: _Value, folder: pathlib.Path) -> npt.NDArray[np.float32]:
         if isinstance(value.raw, dict):
@@ -463,10 +532,12 @@ class _Reader:
             nodes = self._nodes(load, len(loads))
             found = [load.find("fx"), load.find("fy")]
             forces = [force.number(-1e6, 1e6) if force else 0.0 for force in found]
-            self._largest_force = max([self._largest_force, *(abs(force) for force in forces)])
-            fx, fy = (force / len(nodes) for force in forces)
             case = load.find("loadCase")
             load_case = case.integer(0, self._load_cases - 1) if case else 0
+            factor = math.sqrt(self._weights[load_case])
+            self._largest_force = max([self._largest_force,
+                                       *(abs(force) * factor for force in forces)])
+            fx, fy = (force / len(nodes) for force in forces)
             loads += [Load(x, y, fx, fy, load_case) for x, y in nodes]
         if not loads:
             raise value.fail("at least one load is needed")

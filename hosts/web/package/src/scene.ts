@@ -27,6 +27,13 @@ export interface SceneArea {
     radius?: number | [number, number];
 }
 
+export interface SceneLoadCase {
+    /** On one line, at most 40 characters. */
+    name?: string;
+    /** Of its compliance in every sum over load cases, 0.001 to 1000; 1 if left out. */
+    weight?: number;
+}
+
 /** A scene file, as docs/scenes.md describes it. */
 export interface SceneFile {
     title?: string;
@@ -45,7 +52,8 @@ export interface SceneFile {
     symmetry?: "left" | "right" | "top" | "bottom";
     /** Edge of an element in millimetres; 1 if left out. */
     elementSize?: number;
-    loadCases?: number;
+    /** Their number, or a list of them. */
+    loadCases?: number | SceneLoadCase[];
     loadCasesInUse?: number[];
     timeline?: SceneChange[];
     densities?: unknown;

@@ -12,6 +12,7 @@ import numpy.typing as npt
 from .._analysis import Analysis, MechanismError
 from .._library import ProblemError
 from .._plate import Load, Support
+from ..scenes import load_case_weights, weighted_sum
 
 _ROUNDING = np.float32(1e-4)
 _MOST_ELEMENTS = 1_000_000  # take some ten seconds and 3 GB to analyse
@@ -23,7 +24,7 @@ Floats = npt.NDArray[np.float64]
 class Drawn:
     """The design in black and white."""
 
-    compliance: Optional[float]  #: over the load cases in use; None if it cannot be analysed
+    compliance: Optional[float]  #: weighted, of the load cases in use; None if not analysed
     volume: float  #: 0 to 1
     level: float  #: cells of at least this density are solid
     loose: int  #: solid cells that nothing holds, which are left out
@@ -44,8 +45,8 @@ def drawn(material: npt.NDArray[np.float32], document: Mapping[str, Any]) -> Dra
         return Drawn(None, volume, level, 0, None,
                      (f"as drawn: {material.size} cells are too many to analyse: lower meshFactor "
                       "or subdivision",))
-    cases = sorted({int(case) for case in scene.get("loadCasesInUse",
-                                                    range(int(scene.get("loadCases", 1))))})
+    weights = load_case_weights(scene)
+    cases = sorted({int(case) for case in scene.get("loadCasesInUse", range(len(weights)))})
     loads, supports = _loads(scene, scale, cases), _supports(scene, scale)
     try:
         with Analysis(width, height, loads, supports, load_cases=len(cases)) as analysis:
@@ -56,7 +57,8 @@ def drawn(material: npt.NDArray[np.float32], document: Mapping[str, Any]) -> Dra
     loose = int(np.count_nonzero(result.loose))
     if loose:
         warnings.append(f"as drawn: {loose} loose elements, which carry nothing")
-    return Drawn(result.compliance, volume, level, loose, np.asarray(result.displacements),
+    compliance = weighted_sum([weights[case] for case in cases], result.compliances)
+    return Drawn(compliance, volume, level, loose, np.asarray(result.displacements),
                  tuple(warnings))
 
 
