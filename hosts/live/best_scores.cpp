@@ -25,6 +25,7 @@ QString keyOf(Scene scene) {
     scene.files.clear();
     scene.iterations = Scene().iterations;
     scene.elementSize = 1;
+    for (LoadCase& each : scene.loadCases) each.name.clear();
     const auto hash = QCryptographicHash::hash(QByteArray::fromStdString(sceneText(scene)),
                                                QCryptographicHash::Sha1);
     // Percentages of earlier versions followed other rules.

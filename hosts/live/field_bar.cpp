@@ -7,12 +7,14 @@
 #include <cmath>
 
 #include "action_text.h"
+#include "load_case_text.h"
 
 namespace {
 
 constexpr int FRAME = 40;          // ms
 constexpr double PERIOD = 2400.0;  // ms, from rest to rest
 constexpr int ALL = -1;            // load cases
+constexpr int MOST_OF_NAME = 220;  // pixels, of a load case
 constexpr const char* BUTTON_STYLE =
     "QToolButton { padding: 3px 8px; border: 1px solid palette(mid);"
     " color: palette(button-text); }"
@@ -37,6 +39,7 @@ FieldBar::FieldBar(QWidget* parent)
     clock.setInterval(FRAME);
     connect(&clock, &QTimer::timeout, this, &FieldBar::advance);
     cases->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    cases->setMaximumWidth(MOST_OF_NAME);
     cases->setAccessibleName(tr("Load case"));
     cases->setToolTip(tr("Load case that is shown"));
     connect(cases, &QComboBox::currentIndexChanged, this, [this] {
@@ -123,9 +126,12 @@ void FieldBar::setDrawing(bool draws) {
     emit choiceChanged();
 }
 
-void FieldBar::setLoadCases(const std::vector<int>& inUse) {
-    if (inUse == loadCases) return;
-    loadCases = inUse;
+void FieldBar::setLoadCases(const Scene& scene) {
+    const auto& inUse = scene.loadCasesInUse;
+    std::vector<std::pair<int, QString>> named;
+    for (const int each : inUse) named.emplace_back(each, numberedCase(scene, each));
+    if (named == loadCases) return;
+    loadCases = std::move(named);
     const ViewChoice before = choice();
     for (ViewChoice& each : choices)
         if (each.loadCase && std::find(inUse.begin(), inUse.end(), *each.loadCase) == inUse.end())
@@ -145,7 +151,8 @@ void FieldBar::refresh() {
     cases->clear();
     // A deformed plate belongs to one load case.
     if (!isDeformed) cases->addItem(tr("All load cases"), ALL);
-    for (const int each : loadCases) cases->addItem(tr("Load case %1").arg(each), each);
+    for (const auto& [number, name] : loadCases)
+        cases->addItem(tr("Load case %1").arg(name), number);
     cases->setCurrentIndex(std::max(0, cases->findData(choice().loadCase.value_or(ALL))));
     cases->setVisible(loadCases.size() > 1 && view != View::MATERIAL);
 }

@@ -8,6 +8,8 @@
 #include <QToolButton>
 #include <QWidget>
 #include <array>
+#include <utility>
+#include <vector>
 
 #include "field_legend.h"
 #include "run/views.h"
@@ -25,7 +27,7 @@ public:
     const ViewChoice& choice() const { return choices[isDrawing ? 1 : 0]; }
     void setDrawing(bool draws);
     /// The load cases to choose from.
-    void setLoadCases(const std::vector<int>& inUse);
+    void setLoadCases(const Scene& scene);
     FieldLegend& legend() { return *scale; }
 
     /// For the menu: the views, and the animation.
@@ -50,7 +52,7 @@ private:
 
     std::array<ViewChoice, 2> choices{ViewChoice{View::MATERIAL, {}}, ViewChoice{View::ENERGY, {}}};
     bool isDrawing = false;
-    std::vector<int> loadCases;
+    std::vector<std::pair<int, QString>> loadCases;  // in use, with their names
     QActionGroup views;
     QAction* animate;
     QToolButton* animateButton;

@@ -7,6 +7,7 @@
 #include "checks/floating_parts.h"
 #include "drawing/picture_colours.h"
 #include "format/refinement.h"
+#include "load_case_text.h"
 #include "number_text.h"
 #include "plate_image.h"
 
@@ -32,13 +33,20 @@ PlateColours ghostly(PlateColours colours) {
     return colours;
 }
 
+bool areWeighted(const Scene& scene, const std::vector<int>& cases) {
+    return std::any_of(cases.begin(), cases.end(),
+                       [&](int each) { return scene.weight(each) != 1; });
+}
+
 QString casesText(const ViewedField& field, const Scene& scene) {
     if (scene.loadCaseCount() < 2 || field.loadCases.empty()) return {};
     if (field.loadCases.size() == 1)
-        return QObject::tr(", load case %1").arg(field.loadCases.front());
-    return field.choice.view == View::STRESS
-               ? QObject::tr(", largest of %1 load cases").arg(field.loadCases.size())
-               : QObject::tr(", sum of %1 load cases").arg(field.loadCases.size());
+        return QObject::tr(", load case %1").arg(numberedCase(scene, field.loadCases.front()));
+    const QString text =
+        field.choice.view == View::STRESS     ? QObject::tr(", largest of %1 load cases")
+        : areWeighted(scene, field.loadCases) ? QObject::tr(", weighted sum of %1 load cases")
+                                              : QObject::tr(", sum of %1 load cases");
+    return text.arg(field.loadCases.size());
 }
 
 QString energyReading(const ScoreResult& score, const Cell& cell) {
@@ -61,8 +69,9 @@ QString stressReading(const ScoreResult& score, const Scene& scene, const Cell& 
     const Stress stress = stressIn(worst);
     const double edge = elementEdge(score.design.width, scene);
     const auto number = [edge](double value) { return numberText(value / edge, DIGITS); };
-    const QString loadCase =
-        cases.size() > 1 ? QObject::tr(" (load case %1)").arg(worst) : QString();
+    const QString loadCase = cases.size() > 1
+                                 ? QObject::tr(" (load case %1)").arg(numberedCase(scene, worst))
+                                 : QString();
     return QObject::tr("Stress, von Mises %1, x %2, y %3, shear %4 force/mm²")
                .arg(number(stress.vonMises()), number(stress.x), number(stress.y),
                     number(stress.shear)) +

@@ -10,13 +10,16 @@
 
 #include "drawing/load_arrows.h"
 #include "growing_list.h"
+#include "load_case_box.h"
+#include "load_case_text.h"
 #include "number_text.h"
 
 namespace {
 
 constexpr int ROW_SPACING = 3;  // pixels
 
-QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
+QString nameOfLoad(const Scene& scene, std::size_t index) {
+    const Load& load = scene.loads[index];
     const auto range = [](const Range& nodes) {
         return nodes.count() == 1 ? QString::number(nodes.from)
                                   : QString("%1–%2").arg(nodes.from).arg(nodes.to);
@@ -25,65 +28,19 @@ QString nameOfLoad(const Load& load, std::size_t index, bool hasCases) {
                               .arg(index + 1)
                               .arg(range(load.x), range(load.y))
                               .arg(numberText(load.fx), numberText(load.fy));
-    return hasCases ? place + QObject::tr("  (case %1)").arg(load.loadCase) : place;
+    if (scene.loadCaseCount() == 1) return place;
+    return place + QObject::tr(";  case %1").arg(numberedCase(scene, load.loadCase));
 }
 
 }  // namespace
 
 LoadPanel::LoadPanel(Workbench& workbench) : bench(workbench) {
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(makeCases());
+    layout->addWidget(new LoadCaseBox(bench));
     layout->addWidget(makeLoads());
     layout->addStretch();
     connect(&bench.document, &Document::sceneChanged, this, &LoadPanel::showScene);
     connect(&bench, &Workbench::selectionChanged, this, &LoadPanel::showSelection);
-    connect(&bench, &Workbench::loadCaseChanged, this, [this] {
-        isShowing = true;
-        cases->setCurrentRow(bench.loadCase());
-        isShowing = false;
-    });
-}
-
-QWidget* LoadPanel::makeCases() {
-    auto* group = new QGroupBox(tr("Load cases"));
-    auto* layout = new QVBoxLayout(group);
-    cases = new GrowingList;
-    cases->setAccessibleName(tr("Load cases; those that are ticked are in use"));
-    cases->setToolTip(
-        tr("Tick the load cases to optimise for. New loads belong to the one that is "
-           "selected. Scene files count load cases from 0, and so does the window."));
-    connect(cases, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (!isShowing && row >= 0) bench.setLoadCase(row);
-    });
-    connect(cases, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
-        if (isShowing) return;
-        const int row = cases->row(item);
-        const bool isUsed = item->checkState() == Qt::Checked;
-        if (!bench.edit(isUsed ? tr("Use load case") : tr("Leave out load case"),
-                        [=](Scene& scene) { useLoadCase(scene, row, isUsed); }))
-            showScene();
-    });
-    auto* add = new QPushButton(tr("Add &case"));
-    deleteCase = new QPushButton(tr("Delete case"));
-    deleteCase->setToolTip(tr("Delete the selected load case with its loads"));
-    connect(add, &QPushButton::clicked, this, [this] {
-        if (bench.editWhole(tr("Add load case"), addLoadCase))
-            bench.setLoadCase(bench.document.scene().loadCaseCount() - 1);
-    });
-    connect(deleteCase, &QPushButton::clicked, this, [this] {
-        const int row = cases->currentRow();
-        const auto before = bench.document.scene().loads.size();
-        if (bench.editWhole(tr("Delete load case"),
-                            [=](Scene& scene) { removeLoadCase(scene, row); }))
-            emit bench.told(tr("Deleted with %n load(s); undo brings them back", nullptr,
-                               static_cast<int>(before - bench.document.scene().loads.size())));
-    });
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(add);
-    buttons->addWidget(deleteCase);
-    layout->addWidget(cases);
-    layout->addLayout(buttons);
-    return group;
 }
 
 QDoubleSpinBox* LoadPanel::makeForce(const QString& name) {
@@ -125,6 +82,8 @@ QWidget* LoadPanel::makeFields() {
     fy = makeForce(tr("Force in y, downwards"));
     loadCase = new QComboBox;
     loadCase->setAccessibleName(tr("Load case of the load"));
+    // A long name must not widen the panel.
+    loadCase->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     form->setVerticalSpacing(ROW_SPACING);
     auto* node = new QHBoxLayout;
     node->addWidget(x, 1);
@@ -195,23 +154,9 @@ double LoadPanel::radians() const { return -angle->value() * std::numbers::pi / 
 void LoadPanel::showScene() {
     isShowing = true;
     const Scene& scene = bench.document.scene();
-    showCases(scene);
     showLoads(scene);
     isShowing = false;
     showSelection();
-}
-
-void LoadPanel::showCases(const Scene& scene) {
-    while (cases->count() > scene.loadCaseCount()) delete cases->takeItem(cases->count() - 1);
-    while (cases->count() < scene.loadCaseCount()) cases->addItem(QString());
-    for (int row = 0; row < cases->count(); ++row) {
-        const auto& used = scene.loadCasesInUse;
-        const bool isUsed = std::find(used.begin(), used.end(), row) != used.end();
-        cases->item(row)->setText((isUsed ? tr("Case %1") : tr("Case %1, not in use")).arg(row));
-        cases->item(row)->setCheckState(isUsed ? Qt::Checked : Qt::Unchecked);
-    }
-    cases->setCurrentRow(bench.loadCase());
-    deleteCase->setEnabled(scene.loadCaseCount() > 1);
 }
 
 void LoadPanel::showLoads(const Scene& scene) {
@@ -220,7 +165,7 @@ void LoadPanel::showLoads(const Scene& scene) {
     while (loads->count() < count) loads->addItem(QString());
     for (int row = 0; row < count; ++row) {
         const auto index = static_cast<std::size_t>(row);
-        const QString name = nameOfLoad(scene.loads[index], index, scene.loadCaseCount() > 1);
+        const QString name = nameOfLoad(scene, index);
         if (loads->item(row)->text() != name) loads->item(row)->setText(name);
     }
 }
@@ -244,10 +189,9 @@ void LoadPanel::showSelection() {
         // A load without a force keeps the angle that was shown last.
         if (forceOf(load) > 0)
             angle->setValue(std::atan2(0 - load.fy, load.fx) * 180 / std::numbers::pi);
-        while (loadCase->count() > scene.loadCaseCount())
-            loadCase->removeItem(loadCase->count() - 1);
-        while (loadCase->count() < scene.loadCaseCount())
-            loadCase->addItem(QString::number(loadCase->count()));
+        loadCase->clear();
+        for (int each = 0; each < scene.loadCaseCount(); ++each)
+            loadCase->addItem(numberedCase(scene, each));
         loadCase->setCurrentIndex(load.loadCase);
     } else {
         for (QSpinBox* box : {x, y}) box->setValue(box->minimum());

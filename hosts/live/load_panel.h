@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
@@ -20,21 +19,17 @@ public:
     explicit LoadPanel(Workbench& workbench);
 
 private:
-    QWidget* makeCases();
     QWidget* makeLoads();
     QWidget* makeFields();
     void connectFields();
     QDoubleSpinBox* makeForce(const QString& name);
     double radians() const;
     void showScene();
-    void showCases(const Scene& scene);
     void showLoads(const Scene& scene);
     void showSelection();
     void changeSelected(const QString& what, const std::function<void(Scene&, Load&)>& change);
 
     Workbench& bench;
-    QListWidget* cases;
-    QPushButton* deleteCase;
     QListWidget* loads;
     QWidget* fields;
     QSpinBox* x;

@@ -359,7 +359,7 @@ void MainWindow::connectDocument() {
         stage->setPlateSize(wholePlateOf(scene).size);
         stage->timeline().setScene(bench.document.whole());
         stage->plate().setScene(bench.document.snapshot());
-        stage->fields().setLoadCases(scene.loadCasesInUse);
+        stage->fields().setLoadCases(scene);
         const bool isHalf = scene.symmetry != Symmetry::NONE;
         stage->resultLine().setHalf(isHalf);
         numbers->setHalf(isHalf);

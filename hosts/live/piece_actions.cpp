@@ -5,6 +5,7 @@
 
 #include "action_text.h"
 #include "drawing/load_arrows.h"
+#include "load_case_text.h"
 
 using namespace voxam;
 
@@ -105,11 +106,12 @@ void PieceActions::fillForLoad(QMenu& menu, const Load& load) {
     addForce(tr("Pull to the le&ft"), -force, 0);
     addForce(tr("Pull to the ri&ght"), force, 0);
     addForce(tr("Re&verse"), load.fx == 0 ? 0 : -load.fx, load.fy == 0 ? 0 : -load.fy);
-    const int cases = bench.document.scene().loadCaseCount();
-    if (cases < 2) return;
+    const Scene& scene = bench.document.scene();
+    if (scene.loadCaseCount() < 2) return;
     QMenu* choice = menu.addMenu(tr("Load c&ase"));
-    for (int each = 0; each < cases; ++each) {
-        QAction* entry = choice->addAction(tr("Case %1").arg(each), this, [=, this] {
+    for (int each = 0; each < scene.loadCaseCount(); ++each) {
+        const QString name = tr("Case %1").arg(numberedCase(scene, each)).replace('&', "&&");
+        QAction* entry = choice->addAction(name, this, [=, this] {
             bench.changeSelected(tr("Change load case"),
                                  [=](Piece& piece) { std::get<Load>(piece).loadCase = each; });
         });

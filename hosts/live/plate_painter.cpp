@@ -24,6 +24,7 @@ constexpr double HANDLE_RADIUS = 5;
 constexpr double FAULT_RADIUS = 13;
 constexpr double FORCE_GAP = 12;  // from an arrow to its number
 constexpr int FORCE_DIGITS = 4;
+constexpr int CASE_NAME_WIDTH = 110;  // pixels, at most
 
 QPolygonF polygonOf(const std::vector<Point>& corners) {
     QPolygonF polygon;
@@ -193,7 +194,7 @@ void PlatePainter::drawLoads(const Scene& scene, const PlateLook& look) {
     for (const LoadArrow& arrow : arrows)
         if (look.selectedLoad == arrow.load) drawArrow(arrow, look);
     for (const auto& [load, own] : byLoad(arrows, scene, transform)) {
-        if (scene.loadCaseCount() > 1) drawLoadCase(handleOf(own), look);
+        if (scene.loadCaseCount() > 1) drawLoadCase(handleOf(own), scene, look);
         if (look.selectedLoad != load) continue;
         drawHandles(handleOf(own));
         drawForce(handleOf(own), forceOf(scene.loads[load]));
@@ -212,17 +213,21 @@ void PlatePainter::drawArrow(const LoadArrow& arrow, const PlateLook& look) {
     painter.drawPolygon(polygonOf(arrowShape(arrow)));
 }
 
-void PlatePainter::drawLoadCase(const LoadArrow& arrow, const PlateLook& look) {
+void PlatePainter::drawLoadCase(const LoadArrow& arrow, const Scene& scene, const PlateLook& look) {
     const Point away = arrow.tailAtNode ? arrow.direction : -1 * arrow.direction;
-    QRectF box(0, 0, 80, 16);
-    // Words are wider than they are high.
-    const double gap = 11 + 18 * std::abs(away.x);
-    box.moveCenter(toQt(arrow.freeEnd() + gap * away));
     painter.setPen(colourOf(arrow.loadCase, look));
     QFont font = painter.font();
     font.setBold(true);
     painter.setFont(font);
-    painter.drawText(box, Qt::AlignCenter, QObject::tr("case %1").arg(arrow.loadCase));
+    const auto& name = scene.loadCases[static_cast<std::size_t>(arrow.loadCase)].name;
+    const QString text = painter.fontMetrics().elidedText(
+        name.empty() ? QObject::tr("case %1").arg(arrow.loadCase) : QString::fromStdString(name),
+        Qt::ElideRight, CASE_NAME_WIDTH);
+    QRectF box(0, 0, painter.fontMetrics().horizontalAdvance(text) + 2, 16);
+    // Words are wider than they are high.
+    const double gap = 11 + 0.5 * std::max(0.0, box.width() - 6) * std::abs(away.x);
+    box.moveCenter(toQt(arrow.freeEnd() + gap * away));
+    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 void PlatePainter::drawHandles(const LoadArrow& arrow) {

@@ -79,7 +79,7 @@ private:
     void drawLoads(const Scene& scene, const PlateLook& look);
     void drawArrow(const LoadArrow& arrow, const PlateLook& look);
     QColor colourOf(int loadCase, const PlateLook& look) const;
-    void drawLoadCase(const LoadArrow& arrow, const PlateLook& look);
+    void drawLoadCase(const LoadArrow& arrow, const Scene& scene, const PlateLook& look);
     void drawHandles(const LoadArrow& arrow);
     void drawForce(const LoadArrow& arrow, double force);
     void drawFault(QPointF place);

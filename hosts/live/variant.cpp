@@ -37,7 +37,8 @@ bool haveSameTask(const Variant& one, const Variant& other) {
     const Scene& second = *other.seen;
     return first.width == second.width && first.height == second.height &&
            first.symmetry == second.symmetry && first.loads == second.loads &&
-           first.supports == second.supports && first.loadCasesInUse == second.loadCasesInUse;
+           first.supports == second.supports && first.loadCasesInUse == second.loadCasesInUse &&
+           weightsOf(first) == weightsOf(second);
 }
 
 QString numbersOf(const Variant& variant) {

@@ -195,7 +195,15 @@ private slots:
         QCOMPARE(live.scene().loadCasesInUse, std::vector<int>{1});
         QCOMPARE(cases.item(1)->checkState(), Qt::Checked);
         QVERIFY(live.runFor(2));
+        auto& name = live.named<QLineEdit>("Name of the load case");
+        QTest::keyClicks(&name, "  wind & snow ");
+        QTest::keyClick(&name, Qt::Key_Return);
+        live.named<QDoubleSpinBox>("Weight of the load case").setValue(2.5);
+        QVERIFY(live.scene().loadCases[1] == (LoadCase{"wind & snow", 2.5}));
+        QCOMPARE(cases.item(1)->text(), QString("Case 1 (wind & snow), weight 2.5"));
+        QVERIFY(live.runFor(2));
         cases.setCurrentRow(0);
+        QVERIFY(name.text().isEmpty());
         button(live, "Delete case").click();
         QCOMPARE(live.scene().loadCaseCount(), 1);
         QCOMPARE(live.scene().loads.size(), std::size_t{1});

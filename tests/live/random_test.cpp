@@ -243,6 +243,7 @@ private:
                 const bool adds = random() % 2 == 0;
                 live.bench().editWhole("Case", [=](Scene& scene) {
                     adds ? addLoadCase(scene) : removeLoadCase(scene, last);
+                    scene.loadCases.front() = {adds ? "wind" : "", adds ? 2.0 : 1.0};
                 });
             }
         }

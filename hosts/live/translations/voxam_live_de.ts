@@ -878,7 +878,7 @@
     </message>
 </context>
 <context>
-    <name>LoadPanel</name>
+    <name>LoadCaseBox</name>
     <message>
         <source>Load cases</source>
         <translation>Lastfälle</translation>
@@ -926,6 +926,41 @@
             <numerusform>Mit %n Lasten gelöscht; Rückgängig bringt sie zurück</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Name of the load case</source>
+        <translation>Name des Lastfalls</translation>
+    </message>
+    <message>
+        <source>Weight of the load case</source>
+        <translation>Gewicht des Lastfalls</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Weight</source>
+        <translation>Gewicht</translation>
+    </message>
+    <message>
+        <source>The name of the selected load case, such as &quot;wind&quot;</source>
+        <translation>Der Name des gewählten Lastfalls, etwa „Wind“</translation>
+    </message>
+    <message>
+        <source>How much the selected load case counts. The optimiser minimises the sum of the compliances, each times its weight.</source>
+        <translation>Wie viel der gewählte Lastfall zählt. Der Optimierer verkleinert die Summe der Nachgiebigkeiten, jede mal ihrem Gewicht.</translation>
+    </message>
+    <message>
+        <source>Name load case</source>
+        <translation>Lastfall benennen</translation>
+    </message>
+    <message>
+        <source>Weigh load case</source>
+        <translation>Lastfall gewichten</translation>
+    </message>
+</context>
+<context>
+    <name>LoadPanel</name>
     <message>
         <source>Loads</source>
         <translation>Lasten</translation>
@@ -981,14 +1016,6 @@
     <message>
         <source>Change load case</source>
         <translation>Lastfall ändern</translation>
-    </message>
-    <message>
-        <source>Case %1</source>
-        <translation>Lastfall %1</translation>
-    </message>
-    <message>
-        <source>Case %1, not in use</source>
-        <translation>Lastfall %1, nicht berücksichtigt</translation>
     </message>
     <message>
         <source>y</source>
@@ -1528,8 +1555,8 @@
         <translation>%1:  Knoten %2, %3;  Kraft (%4; %5)</translation>
     </message>
     <message>
-        <source>  (case %1)</source>
-        <translation>  (Lastfall %1)</translation>
+        <source>;  case %1</source>
+        <translation>;  Lastfall %1</translation>
     </message>
     <message>
         <source>Node x %1, y %2</source>
@@ -1910,6 +1937,22 @@
     <message>
         <source>The design has torn: its material does not join the loads to the supports. Use more volume or a finer grid, or start afresh.</source>
         <translation>Der Entwurf ist zerrissen: Sein Material verbindet die Lasten nicht mit den Lagern. Wählen Sie mehr Volumen oder ein feineres Netz, oder beginnen Sie neu.</translation>
+    </message>
+    <message>
+        <source>Case %1</source>
+        <translation>Lastfall %1</translation>
+    </message>
+    <message>
+        <source>, weight %1</source>
+        <translation>, Gewicht %1</translation>
+    </message>
+    <message>
+        <source>, not in use</source>
+        <translation>, nicht berücksichtigt</translation>
+    </message>
+    <message>
+        <source>, weighted sum of %1 load cases</source>
+        <translation>, gewichtete Summe von %1 Lastfällen</translation>
     </message>
 </context>
 <context>
