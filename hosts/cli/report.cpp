@@ -6,10 +6,14 @@
 using namespace voxam;
 
 Report reportOn(const char* command, const Scene& scene) {
-    return {{"command", command},
-            {"scene", nameOf(scene.files.front())},
-            {"title", scene.title},
-            {"grid", {{"width", scene.width}, {"height", scene.height}}}};
+    Report report = {{"command", command},
+                     {"scene", nameOf(scene.files.front())},
+                     {"title", scene.title},
+                     {"grid", {{"width", scene.width}, {"height", scene.height}}}};
+    if (hasPlainLoadCases(scene)) return report;
+    for (const auto& [name, weight] : scene.loadCases)
+        report["loadCases"].push_back({{"name", name}, {"weight", weight}});
+    return report;
 }
 
 Report reportOn(const Findings& findings) {

@@ -41,6 +41,11 @@ const char* unitOf(const Field& field, const Scene& scene) {
     return refinementOf(field, scene) > 1 ? "cell" : "element";
 }
 
+std::string describeLoadCase(const Scene& scene, int loadCase) {
+    const double weight = scene.weight(loadCase);
+    return loadCaseLabel(scene, loadCase) + (weight == 1 ? "" : ", weight " + plainNumber(weight));
+}
+
 void printScene(const Scene& scene) {
     std::printf("%s\n", scene.title.c_str());
     printRow("grid", formatted("%d x %d elements", scene.width, scene.height));
@@ -48,9 +53,11 @@ void printScene(const Scene& scene) {
         printRow("design",
                  formatted("%d x %d cells", scene.densities->width, scene.densities->height));
     const std::size_t inUse = scene.loadCasesInUse.size();
-    const bool areAllInUse = inUse == static_cast<std::size_t>(scene.loadCaseCount());
+    const bool areAllInUse = inUse == scene.loadCases.size();
     printRow("load cases", std::to_string(scene.loadCaseCount()) +
                                (areAllInUse ? "" : formatted(", of which %zu in use", inUse)));
+    if (!hasPlainLoadCases(scene))
+        for (const int each : scene.loadCasesInUse) printRow("", describeLoadCase(scene, each));
     printRow("material used", materialText(*scene.densities, scene));
 }
 

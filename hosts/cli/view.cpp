@@ -29,7 +29,7 @@ void checkView(const ViewOptions& options, const Scene& scene) {
     const auto& cases = scene.loadCasesInUse;
     if (std::find(cases.begin(), cases.end(), *options.loadCase) != cases.end()) return;
     std::vector<std::string> numbers;
-    for (const int each : cases) numbers.push_back(std::to_string(each));
+    for (const int each : cases) numbers.push_back(numberedLoadCase(scene, each));
     throw InputError("--load-case: " + std::to_string(*options.loadCase) +
                      " is not in use; in use: " + listed(numbers));
 }

@@ -1,6 +1,7 @@
 // The command line program: what it reads, draws and writes, in process, and what a user sees of
 // it, by running it.
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "cli_fixture.h"
 #include "drawing/energy_scale.h"
@@ -135,6 +136,20 @@ TEST_F(Cli, scoresABarAsByHand) {
     EXPECT_NE(scoreOfTwo("[1]").find("compliance         16\n"), std::string::npos);
     EXPECT_NE(scoreOfTwo("[1]").find("load cases         2, of which 1 in use\n"),
               std::string::npos);
+    // Weights count in the sum alone; a view of one load case has its plain compliance.
+    const std::string names = " --set 'loadCases=[{\"name\": \"wind\"}, {\"weight\": 2.5}]'";
+    const Outcome weighted = run("score two.json --set loadCasesInUse=[0,1] --json" + names);
+    const auto report = nlohmann::json::parse(weighted.out);
+    EXPECT_NEAR(report["compliance"], 4 + 2.5 * 16, 1e-9);
+    EXPECT_NEAR(report["compliances"][1], 16, 1e-9);
+    EXPECT_EQ(report["loadCases"][0]["name"], "wind");
+    EXPECT_NE(run("score two.json --set loadCasesInUse=[0,1]" + names)
+                  .out.find("  load cases         2\n                     wind\n"
+                            "                     load case 1, weight 2.5\n"),
+              std::string::npos);
+    expectError(
+        run("score two.json --picture p.png --load-case 0 --set loadCasesInUse=[1]" + names),
+        "--load-case: 0 is not in use; in use: 1");
 }
 
 TEST_F(Cli, runsTheShippedScenes) {

@@ -88,7 +88,8 @@ def test_all_give_the_same(file, move_blob, tmp_path):
     assert in_program(file, tmp_path, options)[1] == refusal
 
 
-@pytest.mark.parametrize("file", [FOLDER / "details.json", SHIPPED / "bridge-two-cases.json"],
+@pytest.mark.parametrize("file", [FOLDER / "details.json", FOLDER / "weights.json",
+                                  SHIPPED / "bridge-two-cases.json"],
                          ids=lambda file: file.stem)
 def test_a_study_and_the_program_draw_the_same(file, tmp_path):
     """In black and white: the rule for its level stands in both."""

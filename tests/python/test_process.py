@@ -231,9 +231,15 @@ def test_designs_go_between_the_package_and_the_program(tmp_path):
         voxam.designs.read_design(file, 2, 2)
 
 
-@pytest.mark.parametrize("name", ["arch", "bridge", "hole", "minimal"])
-def test_scored_scenes_have_the_scores_of_the_program(name):
+@pytest.mark.parametrize("name, load_cases", [
+    ("arch", None), ("bridge", None), ("hole", None), ("minimal", None),
+    ("bridge", [{"weight": 3}, {"name": "right half", "weight": 0.2}])])
+def test_scored_scenes_have_the_scores_of_the_program(name, load_cases, tmp_path):
     file = SCENES / f"{name}.json"
+    if load_cases:
+        document = {**json.loads(file.read_text()), "loadCases": load_cases}
+        file = tmp_path / "weighted.json"
+        file.write_text(json.dumps(document))
     scene = voxam.scenes.read_scored(file)
     with voxam.Analysis(scene.width, scene.height, scene.loads, scene.supports,
                         load_cases=scene.load_cases) as analysis:

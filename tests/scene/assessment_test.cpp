@@ -3,6 +3,8 @@
 
 #include "run/optimiser.h"
 #include "run/records.h"
+#include "run/scene_run.h"
+#include "run/views.h"
 #include "scene_fixture.h"
 
 using namespace voxam;
@@ -117,6 +119,56 @@ TEST(ForceUnit, makesTheDesignIndependentOfTheForce) {
     changing.loads.clear();
     changing.timeline.clear();
     EXPECT_EQ(forceUnit(changing), 1);
+}
+
+/// A plate under two load cases of these weights, whose forces are multiplied by the factors.
+Scene weightedPlate(const std::vector<double>& weights, const std::vector<double>& factors) {
+    Scene scene = clampedPlate(16, 10);
+    scene.loadCases = {{"wind", weights[0]}, {"", weights[1]}};
+    scene.loadCasesInUse = {0, 1};
+    scene.loads = {{{16, 16}, {3, 6}, 0, 0.7 * factors[0], 0},
+                   {{10, 10}, {0, 0}, 1.3 * factors[1], 0.4 * factors[1], 1}};
+    return scene;
+}
+
+TEST(LoadCaseWeights, areSquaresOfFactorsOfForces) {
+    const Scene plain = weightedPlate({1, 1}, {1, 1});
+    const Scene weighted = weightedPlate({4, 0.25}, {1, 1});
+    const Scene scaled = weightedPlate({1, 1}, {2, 0.5});
+    EXPECT_EQ(run(weighted, 1), run(scaled, 1));
+    EXPECT_NE(run(weighted, 1), run(plain, 1));
+    // An edit in the middle of a run reaches the library, too.
+    const auto edited = [&](const Scene& later) {
+        SceneRun running(std::make_shared<const Scene>(plain));
+        for (int i = 0; i < 3; ++i) running.iterate(false);
+        running.edit(std::make_shared<const Scene>(later));
+        const double compliance = running.iterate(false).record.compliance;
+        return std::pair(compliance, running.material());
+    };
+    EXPECT_EQ(edited(weighted), edited(scaled));
+    Scene renamed = weighted;
+    renamed.loadCases[0].name.clear();
+    EXPECT_TRUE(hasSameProblem(weighted, renamed));
+    EXPECT_FALSE(hasSameProblem(weighted, plain));
+}
+
+TEST(LoadCaseWeights, weightSumsAndNothingElse) {
+    const Scene weighted = weightedPlate({3, 0.1}, {1, 1});
+    const Field design = run(weighted, 1).second;
+    const Assessment found = assess(design, weighted, true);
+    const Analysis analysis = analyse(design, weightedPlate({1, 1}, {1, 1}), true);
+    const auto complianceOf = [&](std::size_t i) { return analysis.states[i].compliance; };
+    EXPECT_EQ(found.score.compliance, 3 * complianceOf(0) + 0.1 * complianceOf(1));
+    EXPECT_NEAR(sum(found.score.energies), found.score.compliance, 1e-5 * found.score.compliance);
+    const auto energyIn = [&](std::optional<int> loadCase) {
+        return sum(*viewOf({View::ENERGY, loadCase}, found.states, weighted).values);
+    };
+    EXPECT_NEAR(energyIn({}), found.score.compliance, 1e-5 * found.score.compliance);
+    for (int i = 0; i < 2; ++i) {
+        const double compliance = complianceOf(static_cast<std::size_t>(i));
+        EXPECT_EQ(found.states[static_cast<std::size_t>(i)].compliance, compliance);
+        EXPECT_NEAR(energyIn(i), compliance, 1e-5 * compliance);
+    }
 }
 
 }  // namespace

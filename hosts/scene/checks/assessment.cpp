@@ -36,16 +36,15 @@ Findings whyNotScored(const Field& design, const Assessment& found, Analysis::Ou
     return {};
 }
 
-/// The sum of all load cases.
-Score sumOf(const std::vector<PlateState>& states, int width, int height) {
-    Score score{true, 0, Field(width, height)};
-    for (const PlateState& state : states) score.compliance += state.compliance;
+Score scoreOf(const std::vector<PlateState>& states, const Scene& scene) {
+    const std::vector<int> cases = allLoadCases(scene);
+    const int width = states.front().width;
+    const int height = states.front().height;
+    Score score{true, weightedCompliance(states, scene, cases), Field(width, height)};
     for (int x = 0; x < width; ++x)
-        for (int y = 0; y < height; ++y) {
-            double energy = 0;
-            for (const PlateState& state : states) energy += state.energy(x, y);
-            score.energies.at(x, y) = static_cast<float>(energy);
-        }
+        for (int y = 0; y < height; ++y)
+            score.energies.at(x, y) =
+                static_cast<float>(weightedEnergy(states, scene, cases, x, y));
     return score;
 }
 
@@ -148,7 +147,7 @@ Assessment assess(const Field& design, const Scene& scene, bool withStates) {
     result.floating = floatingParts(analysis.loose, refinement);
     result.problems = whyNotScored(design, result, analysis.outcome, scene);
     if (!result.problems.empty()) return result;
-    result.score = sumOf(analysis.states, design.width, design.height);
+    result.score = scoreOf(analysis.states, scene);
     if (withStates) result.states = std::move(analysis.states);
     return result;
 }

@@ -11,8 +11,8 @@ namespace voxam::inline checks {
 /// How stiff a design is. Valid if the design is supported.
 struct Score {
     bool supported = false;
-    double compliance = 0;  ///< force times displacement, the sum of all load cases
-    Field energies;         ///< share of each element; 0 in floating parts
+    double compliance = 0;  ///< the weighted sum of all load cases, see weightedCompliance()
+    Field energies;         ///< share of each element in it; 0 in floating parts
 };
 
 /// The result of assess().

@@ -99,12 +99,12 @@ Findings findUnloadedCases(const Scene& scene) {
     take(scene);
     for (const Change& change : scene.timeline) take(change.settings);
     if (unloaded.empty()) return {};
-    std::vector<std::string> numbers;
-    for (const int loadCase : unloaded) numbers.push_back(std::to_string(loadCase));
+    std::vector<std::string> cases;
+    for (const int loadCase : unloaded) cases.push_back(numberedLoadCase(scene, loadCase));
     const std::string which =
-        (numbers.size() == 1 ? "load case " : "the load cases ") + listed(numbers);
+        (cases.size() == 1 ? "load case " : "the load cases ") + listed(cases);
     return {warning("loads", "none acts in " + which + "; give a load \"loadCase\": " +
-                                 numbers.front() + ", or lower loadCases")};
+                                 std::to_string(*unloaded.begin()) + ", or lower loadCases")};
 }
 
 /// Of a scene without other faults. What hangs together by a corner counts as joined: whether it

@@ -95,9 +95,9 @@ Findings findIdleLoads(const Scene& scene) {
         const Effect effect = effectOf(loadCase, scene, held);
         strongest = std::max(strongest, effect);
         if (effect == Effect::CANCELLED || effect == Effect::HELD)
-            findings.push_back(
-                idle(Finding::WARNING, "loads",
-                     formatted("every force of load case %d ", loadCase) + whyIdle(effect)));
+            findings.push_back(idle(Finding::WARNING, "loads",
+                                    "every force of load case " +
+                                        numberedLoadCase(scene, loadCase) + " " + whyIdle(effect)));
     }
     if (strongest == Effect::WORKS) return findings;
     if (strongest == Effect::NO_FORCE)

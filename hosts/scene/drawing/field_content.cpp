@@ -13,7 +13,8 @@ std::string caseText(const ViewedField& seen, const std::vector<PlateState>& sta
     if (scene.loadCaseCount() == 1 || states.empty()) return "";
     const auto& cases = seen.loadCases;
     if (cases.size() == 1)
-        return formatted(",  load case %d: compliance %.6g", cases.front(),
+        return ",  " + loadCaseLabel(scene, cases.front()) +
+               formatted(": compliance %.6g",
                          states[static_cast<std::size_t>(cases.front())].compliance);
     return std::string(",  ") + ofAll + " of " + counted(cases.size(), "load case");
 }
@@ -26,7 +27,8 @@ std::string showField(ViewedField seen, const std::vector<PlateState>& states, c
     content.loadCases = seen.loadCases;
     content.energies = std::move(seen.values);
     content.deformation = std::move(seen.deformation);
-    if (seen.choice.view == View::ENERGY) return caseText(seen, states, scene, "sum");
+    if (seen.choice.view == View::ENERGY)
+        return caseText(seen, states, scene, hasWeights(scene) ? "weighted sum" : "sum");
     if (seen.choice.view == View::STRESS) {
         content.measure = STRESS_MEASURE;
         content.isAbsolute = true;

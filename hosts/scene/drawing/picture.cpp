@@ -33,6 +33,21 @@ constexpr int MIN_WIDTH = 560;
 
 constexpr int CASES_IN_ROW = 4;
 
+bool hasNamedCases(const Scene& scene) {
+    return std::any_of(scene.loadCases.begin(), scene.loadCases.end(),
+                       [](const LoadCase& each) { return !each.name.empty(); });
+}
+
+/// Load cases in the key.
+int casesInKey(const Scene& scene) { return std::min(scene.loadCaseCount(), LOAD_CASE_COLOURS); }
+
+/// Names have a row each. Numbers have two rows if one is too short.
+int rowsOfLoadKey(const Scene& scene) {
+    const int count = scene.loadCaseCount();
+    if (hasNamedCases(scene)) return casesInKey(scene) + (count > LOAD_CASE_COLOURS ? 1 : 0);
+    return count > CASES_IN_ROW ? 2 : 1;
+}
+
 class PictureDrawing {
 public:
     PictureDrawing(const Scene& drawnScene, const PictureContent& drawn, double pixelsPerElement,
@@ -217,9 +232,9 @@ private:
         drawAreaKey({corner.x, y + 43 + (layout.height - layout.legendY - LEGEND)});
     }
 
-    /// Two rows when one is too short.
     void drawLoadKey(Point corner) {
-        const int cases = std::min(scene.loadCaseCount(), LOAD_CASE_COLOURS);
+        if (hasNamedCases(scene)) return drawNamedLoadKey(corner);
+        const int cases = casesInKey(scene);
         const std::string caption = scene.loadCaseCount() > 1 ? "load case" : "load";
         Point at = corner;
         for (int loadCase = 0; loadCase < cases; ++loadCase) {
@@ -231,6 +246,17 @@ private:
             at.x += 27 + canvas.textWidth(label, 12) + 5;
         }
         if (scene.loadCaseCount() > cases)
+            canvas.text("... numbered", at + Point{0, 4}, 12, colours::INK);
+    }
+
+    void drawNamedLoadKey(Point at) {
+        for (int loadCase = 0; loadCase < casesInKey(scene); ++loadCase, at.y += KEY_ROW) {
+            canvas.polygon(arrowShape({at, {1, 0}, 22}), loadCaseColour(loadCase));
+            const Point place = at + Point{27, 4};
+            canvas.fittedText(loadCaseLabel(scene, loadCase), place, 12, width - 10 - place.x,
+                              colours::INK);
+        }
+        if (scene.loadCaseCount() > casesInKey(scene))
             canvas.text("... numbered", at + Point{0, 4}, 12, colours::INK);
     }
 
@@ -285,9 +311,7 @@ private:
     std::optional<EnergyScale> energyScale;
 };
 
-int legendHeight(const Scene& scene) {
-    return LEGEND + (scene.loadCaseCount() > CASES_IN_ROW ? KEY_ROW : 0);
-}
+int legendHeight(const Scene& scene) { return LEGEND + KEY_ROW * (rowsOfLoadKey(scene) - 1); }
 
 double fittingScale(const Scene& scene, double sideways, double upright) {
     const double across = (sideways - 2 * SIGN_MARGIN - RULER_WIDTH) / scene.width;

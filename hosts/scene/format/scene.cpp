@@ -45,6 +45,16 @@ std::vector<double> weightsOf(const Scene& scene) {
     return weights;
 }
 
+bool hasWeights(const Scene& scene) {
+    return std::any_of(scene.loadCases.begin(), scene.loadCases.end(),
+                       [](const LoadCase& each) { return each.weight != 1; });
+}
+
+bool hasPlainLoadCases(const Scene& scene) {
+    return std::all_of(scene.loadCases.begin(), scene.loadCases.end(),
+                       [](const LoadCase& each) { return each == LoadCase{}; });
+}
+
 std::string loadCaseLabel(const Scene& scene, int loadCase) {
     const std::string& name = scene.loadCases[static_cast<std::size_t>(loadCase)].name;
     return name.empty() ? "load case " + std::to_string(loadCase) : name;

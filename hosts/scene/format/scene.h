@@ -148,6 +148,12 @@ std::vector<int> allLoadCases(const Scene& scene);
 /// The weight of each load case.
 std::vector<double> weightsOf(const Scene& scene);
 
+/// Whether a load case has another weight than 1.
+bool hasWeights(const Scene& scene);
+
+/// Whether the load cases have neither names nor weights, so that their number describes them.
+bool hasPlainLoadCases(const Scene& scene);
+
 /// How lists and pictures call a load case: its name, or "load case 2" without one.
 std::string loadCaseLabel(const Scene& scene, int loadCase);
 

@@ -90,11 +90,10 @@ Json writeChange(const Change& change, const Scene& scene) {
     return value;
 }
 
-/// The number of load cases if no load case has more than its number.
-Json writeLoadCases(const std::vector<LoadCase>& loadCases) {
-    if (loadCases == std::vector<LoadCase>(loadCases.size())) return loadCases.size();
+Json writeLoadCases(const Scene& scene) {
+    if (hasPlainLoadCases(scene)) return scene.loadCases.size();
     Json list = Json::array();
-    for (const LoadCase& loadCase : loadCases) {
+    for (const LoadCase& loadCase : scene.loadCases) {
         Json item = Json::object();
         if (!loadCase.name.empty()) item["name"] = loadCase.name;
         if (loadCase.weight != 1) item["weight"] = writeNumber(loadCase.weight);
@@ -119,7 +118,7 @@ void writePlate(const Scene& scene, Json& root) {
     add("subdivision", scene.subdivision, defaults.subdivision);
     add("meshFactor", scene.meshFactor, defaults.meshFactor);
     add("iterations", scene.iterations, defaults.iterations);
-    if (scene.loadCases != defaults.loadCases) root["loadCases"] = writeLoadCases(scene.loadCases);
+    if (scene.loadCases != defaults.loadCases) root["loadCases"] = writeLoadCases(scene);
 }
 
 void writeSettings(const Scene& scene, Json& root) {

@@ -56,6 +56,16 @@ void distribute(std::vector<double>& all, std::vector<double> PlateState::*value
     std::vector<double>().swap(all);
 }
 
+/// Every sum over load cases.
+template <typename Value>
+double weightedSum(const std::vector<PlateState>& states, const Scene& scene,
+                   const std::vector<int>& loadCases, Value value) {
+    double sum = 0;
+    for (const int each : loadCases)
+        sum += scene.weight(each) * value(states[static_cast<std::size_t>(each)]);
+    return sum;
+}
+
 }  // namespace
 
 double Stress::vonMises() const {
@@ -65,6 +75,18 @@ double Stress::vonMises() const {
 Stress PlateState::stress(int x, int y) const {
     const double* const first = &stresses[3 * element(x, y)];
     return {first[0], first[1], first[2]};
+}
+
+double weightedCompliance(const std::vector<PlateState>& states, const Scene& scene,
+                          const std::vector<int>& loadCases) {
+    return weightedSum(states, scene, loadCases,
+                       [](const PlateState& state) { return state.compliance; });
+}
+
+double weightedEnergy(const std::vector<PlateState>& states, const Scene& scene,
+                      const std::vector<int>& loadCases, int x, int y) {
+    return weightedSum(states, scene, loadCases,
+                       [=](const PlateState& state) { return state.energy(x, y); });
 }
 
 Analysis analyse(const Field& densities, const Scene& plate, bool withFields) {

@@ -18,7 +18,7 @@ struct Stress {
 
 /// A plate under one load case.
 struct PlateState {
-    double compliance = 0;              ///< force times displacement
+    double compliance = 0;              ///< force times displacement, without the weight
     std::vector<double> energies;       ///< share of each element in the compliance
     std::vector<double> displacements;  ///< x and y (down) of each node; NaN without material
     std::vector<double> stresses;       ///< x, y and shear at the centre of each element
@@ -51,6 +51,15 @@ struct Analysis {
     Field loose;                     ///< 1 for material that the supports leave free to move
     std::vector<PlateState> states;  ///< of each load case, if solved
 };
+
+/// The compliance of a plate under some of its load cases: the sum of weight times compliance.
+/// `states` are those of all load cases of the scene.
+double weightedCompliance(const std::vector<PlateState>& states, const Scene& scene,
+                          const std::vector<int>& loadCases);
+
+/// The share of an element in weightedCompliance().
+double weightedEnergy(const std::vector<PlateState>& states, const Scene& scene,
+                      const std::vector<int>& loadCases, int x, int y);
 
 /// Analyses a design on a plate of its size: the stiffness of an element is its density times
 /// the stiffness of solid material. Displacements and stresses are computed only if `withFields`.

@@ -42,7 +42,7 @@ bool Optimiser::rescale(const Scene& scene) {
 
 void Optimiser::update(const Scene& scene) {
     if (!hasDesign) lastUpdate = scene;
-    const auto loads = loadRecords(scene, unitOfForce);
+    const auto loads = weightedLoadRecords(scene, unitOfForce);
     const auto supports = supportRecords(scene);
     const auto passive = passiveRecords(scene.passive);
     const auto blobCells = cellRecords(scene.blob);

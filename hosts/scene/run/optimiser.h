@@ -15,7 +15,8 @@ class Optimiser {
 public:
     /// Starts with a uniform design. Throws std::runtime_error if there is not enough memory.
     ///
-    /// Forces are passed to the library divided by the largest force of the scene and its timeline.
+    /// Forces are passed to the library with the weights of their load cases, and divided by the
+    /// largest weighted force of the scene and its timeline; see weightedLoadRecords().
     /// If the plate bends too far, the divisor is larger. It stays for the lifetime of this object,
     /// or until rescale().
     explicit Optimiser(const Scene& scene);

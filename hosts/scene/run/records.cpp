@@ -26,26 +26,45 @@ void append(std::vector<short>& records, const Cells& cells) {
     }
 }
 
-}  // namespace
+/// Of the forces of a load, for the optimiser.
+double factorOf(const Load& load, const Scene& scene) {
+    return std::sqrt(scene.weight(load.loadCase));
+}
 
-std::vector<float> loadRecords(const Settings& settings, double forceUnit) {
+/// `forceAtNode` turns a node's share of a force into the one that the library gets.
+template <typename ForceAtNode>
+std::vector<float> recordsOf(const std::vector<Load>& loads, ForceAtNode forceAtNode) {
     std::vector<float> records;
-    for (const Load& load : settings.loads) {
+    for (const Load& load : loads) {
         const double nodes = static_cast<double>(load.x.count()) * load.y.count();
-        forEachNode(load.x, load.y, [&](int x, int y) {
-            // In the order of the Python package, to the same bits.
-            appendRecord(records, x, y, load.fx / nodes / forceUnit, load.fy / nodes / forceUnit,
-                         load.loadCase);
-        });
+        // In the order of the Python package, to the same bits.
+        const double fx = forceAtNode(load.fx / nodes, load);
+        const double fy = forceAtNode(load.fy / nodes, load);
+        forEachNode(load.x, load.y,
+                    [&](int x, int y) { appendRecord(records, x, y, fx, fy, load.loadCase); });
     }
     return records;
+}
+
+}  // namespace
+
+std::vector<float> loadRecords(const Scene& scene) {
+    return recordsOf(scene.loads, [](double force, const Load&) { return force; });
+}
+
+std::vector<float> weightedLoadRecords(const Scene& scene, double forceUnit) {
+    return recordsOf(scene.loads, [&](double force, const Load& load) {
+        return force * factorOf(load, scene) / forceUnit;
+    });
 }
 
 double forceUnit(const Scene& scene) {
     double largest = 0;
     const auto look = [&](const Settings& settings) {
-        for (const Load& load : settings.loads)
-            largest = std::max({largest, std::abs(load.fx), std::abs(load.fy)});
+        for (const Load& load : settings.loads) {
+            const double factor = factorOf(load, scene);
+            largest = std::max({largest, std::abs(load.fx) * factor, std::abs(load.fy) * factor});
+        }
     };
     look(scene);
     for (const Change& change : scene.timeline) look(change.settings);

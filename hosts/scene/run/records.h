@@ -6,12 +6,16 @@
 
 namespace voxam::inline run {
 
-/// The library's records of five floats each, one for each node of a load. Forces are divided by
-/// `forceUnit`.
-std::vector<float> loadRecords(const Settings& settings, double forceUnit = 1);
+/// The library's records of five floats each, one for each node of a load.
+std::vector<float> loadRecords(const Scene& scene);
 
-/// The largest force of a scene and its timeline, the divisor of forces that are passed to the
-/// library: some of its thresholds suit forces of about 1. It is 1 if there is no force.
+/// The same records for the optimiser: forces are multiplied by the square root of the weight of
+/// their load case and divided by `forceUnit`. The optimiser sums the compliances of all load
+/// cases; a compliance grows with the square of the forces, so the sum is the weighted one.
+std::vector<float> weightedLoadRecords(const Scene& scene, double forceUnit);
+
+/// The largest weighted force of a scene and its timeline, the divisor of forces that are passed to
+/// the optimiser: some of its thresholds suit forces of about 1. It is 1 if there is no force.
 double forceUnit(const Scene& scene);
 
 /// The library's records of five floats each, one for each held direction of each node.

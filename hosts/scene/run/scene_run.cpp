@@ -94,7 +94,8 @@ void SceneRun::edit(std::shared_ptr<const Scene> scene) {
     const bool isRescaled = optimiser.rescale(*whole);
     if (before->subdivision != current->subdivision || before->meshFactor != current->meshFactor)
         optimiser.restart(*sceneToSend(), false);
-    else if (!wasSent || isRescaled || !differInPenaltyAtMost(*before, *current))
+    else if (!wasSent || isRescaled || weightsOf(*before) != weightsOf(*current) ||
+             !differInPenaltyAtMost(*before, *current))
         optimiser.update(*sceneToSend());
     isSent = true;
 }

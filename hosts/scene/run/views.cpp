@@ -7,18 +7,36 @@ namespace voxam::inline run {
 
 namespace {
 
-/// The value of each element, from its states in the load cases.
-template <typename Value>
-Field fieldOf(const std::vector<PlateState>& states, const std::vector<int>& cases, Value value) {
+template <typename ValueAt>
+Field fieldOf(const std::vector<PlateState>& states, ValueAt valueAt) {
     Field field(states.front().width, states.front().height);
     for (int x = 0; x < field.width; ++x)
-        for (int y = 0; y < field.height; ++y) {
-            double result = 0;
-            for (const int each : cases)
-                result = value(result, states[static_cast<std::size_t>(each)], x, y);
-            field.at(x, y) = static_cast<float>(result);
-        }
+        for (int y = 0; y < field.height; ++y) field.at(x, y) = static_cast<float>(valueAt(x, y));
     return field;
+}
+
+/// A load case that was chosen is shown without its weight.
+Field energiesOf(const ViewedField& seen, const std::vector<PlateState>& states,
+                 const Scene& scene) {
+    const auto& cases = seen.loadCases;
+    if (seen.choice.loadCase && cases == std::vector{*seen.choice.loadCase}) {
+        const PlateState& state = states[static_cast<std::size_t>(cases.front())];
+        return fieldOf(states, [&](int x, int y) { return state.energy(x, y); });
+    }
+    return fieldOf(states,
+                   [&](int x, int y) { return weightedEnergy(states, scene, cases, x, y); });
+}
+
+Field stressesOf(const ViewedField& seen, const std::vector<PlateState>& states,
+                 const Scene& scene) {
+    const double edge = elementEdge(states.front().width, scene);
+    return fieldOf(states, [&](int x, int y) {
+        double most = 0;
+        for (const int each : seen.loadCases)
+            most = std::max(most,
+                            states[static_cast<std::size_t>(each)].stress(x, y).vonMises() / edge);
+        return most;
+    });
 }
 
 /// The number with its first two digits, the others 0. Divides by whole powers of ten only: a
@@ -64,18 +82,8 @@ std::vector<int> shownCases(const ViewChoice& choice, const Scene& scene) {
 ViewedField viewOf(const ViewChoice& choice, const std::vector<PlateState>& states,
                    const Scene& scene) {
     ViewedField seen{choice, shownCases(choice, scene)};
-    if (choice.view == View::ENERGY)
-        seen.values =
-            fieldOf(states, seen.loadCases, [](double sum, const PlateState& state, int x, int y) {
-                return sum + state.energy(x, y);
-            });
-    if (choice.view == View::STRESS) {
-        const double edge = elementEdge(states.front().width, scene);
-        seen.values = fieldOf(states, seen.loadCases,
-                              [edge](double most, const PlateState& state, int x, int y) {
-                                  return std::max(most, state.stress(x, y).vonMises() / edge);
-                              });
-    }
+    if (choice.view == View::ENERGY) seen.values = energiesOf(seen, states, scene);
+    if (choice.view == View::STRESS) seen.values = stressesOf(seen, states, scene);
     if (choice.view == View::DEFORMED && !seen.loadCases.empty())
         seen.deformation =
             deformationOf(states[static_cast<std::size_t>(seen.loadCases.front())], scene);

@@ -46,8 +46,9 @@ inline bool needsStates(const ViewChoice& choice) {
 /// Numbers of the load cases in a view. A load case that is not in use counts as none.
 std::vector<int> shownCases(const ViewChoice& choice, const Scene& scene);
 
-/// The view of a design from its states in all load cases of the scene. Energies are the sum over
-/// the load cases, stresses the largest.
+/// The view of a design from its states in all load cases of the scene. Energies are the weighted
+/// sum over the load cases, or those of the chosen load case without its weight; stresses are the
+/// largest.
 ViewedField viewOf(const ViewChoice& choice, const std::vector<PlateState>& states,
                    const Scene& scene);
 

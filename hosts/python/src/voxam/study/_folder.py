@@ -33,8 +33,9 @@ COLUMNS = {
     "status": "done or failed",
     "warnings": "warnings about the result; several are separated by semicolons",
     "reason": "why the run failed",
-    "compliance_drawn": "compliance of the design in black and white, over the load cases in use, "
-                        "by the analysis in double precision; smaller is stiffer",
+    "compliance_drawn": "compliance of the design in black and white, the weighted sum over the "
+                        "load cases in use, by the analysis in double precision; smaller is "
+                        "stiffer",
     "compliance_optimising": "compliance that the optimiser worked with in its last iteration: "
                              "with grey cells, which the penalty weakens",
     "volume": "material of the design, 0 to 1",
