@@ -270,11 +270,18 @@ std::unique_ptr<Tool> passiveTool(const ToolSite& site, PassiveKind kind) {
     const auto index = static_cast<std::size_t>(kind);
     const auto colour = [=](const PlateColours& colours) { return colours.passive[index]; };
     const auto paint = [=](const Area& area, int gesture) {
-        site.bench.edit(
-            names[index], [&](Scene& scene) { paintPassive(scene, area, kind); }, gesture);
-        if (site.bench.shape() == Shape::STROKE) return;
-        // Its numbers are in sight now.
-        site.bench.select(areaAt(site.scene(), area.cells.front()));
+        const Area& there = areaOf(site.scene().passive, kind);
+        if (site.bench.shape() == Shape::STROKE) {
+            const Area added = {newCells(there, area.cells), {}};
+            site.bench.edit(
+                names[index], [&](Scene& scene) { paintPassive(scene, added, kind); }, gesture);
+            return;
+        }
+        // Its numbers are in sight then.
+        if (!area.rings.empty() && exists(site.scene(), PieceId::area(kind, area.rings.front())))
+            site.bench.select(PieceId::area(kind, area.rings.front()));
+        else
+            site.bench.putIn(names[index], KeptArea{kind, area}, gesture);
     };
     return std::make_unique<AreaTool>(site, colour, paint);
 }

@@ -1,8 +1,10 @@
 #include "piece.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
+#include <limits>
 #include <type_traits>
+#include <utility>
 
 #include "format/grid.h"
 #include "format/input_error.h"
@@ -11,22 +13,9 @@ using namespace voxam;
 
 namespace {
 
-constexpr std::array<PassiveKind, 3> KINDS = {PassiveKind::VOID, PassiveKind::SOLID,
-                                              PassiveKind::SECOND_SOLID};
-
-const Area& areaOf(const PassiveAreas& passive, PassiveKind kind) {
-    const std::array<const Area*, 3> areas = {&passive.voids, &passive.solids,
-                                              &passive.secondSolids};
-    return *areas[static_cast<std::size_t>(kind)];
-}
-
-bool contains(const Area& area, const Cell& cell) {
-    return std::binary_search(area.cells.begin(), area.cells.end(), cell);
-}
-
-Mask maskOf(const Area& area, const Scene& scene) {
+Mask looseMask(const Scene& scene, PassiveKind kind) {
     Mask mask(scene.width, scene.height);
-    mark(mask, area.cells, 1);
+    mark(mask, looseCells(areaOf(scene.passive, kind), scene.width, scene.height));
     return mask;
 }
 
@@ -47,38 +36,17 @@ Cells takeConnected(Mask& marked, const Cell& first) {
     return cells;
 }
 
-/// With the rings that lie in it as a whole.
-Area connectedArea(const Area& area, const Cell& cell, const Scene& scene) {
-    Mask mask = maskOf(area, scene);
-    Area result = {takeConnected(mask, cell), {}};
-    for (const Ring& ring : area.rings) {
-        const Cells cells = cellsOf(ring, scene.width, scene.height);
-        if (std::includes(result.cells.begin(), result.cells.end(), cells.begin(), cells.end()))
-            result.rings.push_back(ring);
-    }
-    return result;
+/// The loose elements that are connected with one of them.
+Cells connectedCells(const Scene& scene, PassiveKind kind, const Cell& cell) {
+    Mask mask = looseMask(scene, kind);
+    return takeConnected(mask, cell);
 }
 
-/// Of the area that an element belongs to.
-PieceId idOf(const Scene& scene, PassiveKind kind, const Cell& cell) {
-    Mask mask = maskOf(areaOf(scene.passive, kind), scene);
-    return PieceId::area(kind, takeConnected(mask, cell).front());
-}
-
-/// Scenes have rings whose centre lies on the plate.
-bool isCentreOnPlate(const Ring& ring, const Scene& scene) {
-    return ring.x >= 0 && ring.y >= 0 && ring.x <= scene.width && ring.y <= scene.height;
-}
-
-/// Elements on the plate, with all of those of its rings. A ring whose centre has left the plate
-/// remains as a free form.
-Area completed(Area area, const Scene& scene) {
-    Mask mask(scene.width, scene.height);
-    mark(mask, area.cells, 1);
-    for (const Ring& ring : area.rings) mark(mask, cellsOf(ring, scene.width, scene.height), 1);
-    area.cells = cellsWith(mask);
-    std::erase_if(area.rings, [&](const Ring& ring) { return !isCentreOnPlate(ring, scene); });
-    return area;
+/// Of an area that the scene contains.
+PieceId idOf(const Scene& scene, const KeptArea& kept) {
+    if (!kept.area.rings.empty()) return PieceId::area(kept.kind, kept.area.rings.front());
+    return PieceId::area(kept.kind,
+                         connectedCells(scene, kept.kind, kept.area.cells.front()).front());
 }
 
 Range extentAlong(const Cells& cells, int Cell::*coordinate) {
@@ -97,10 +65,72 @@ int possibleStep(const Range& range, int step, int last) {
     return std::clamp(step, -range.from, last - range.to);
 }
 
+/// The step that keeps a centre within 0 to last.
+int possibleStep(double centre, int step, int last) {
+    return std::clamp(step, static_cast<int>(std::ceil(-centre)),
+                      static_cast<int>(std::floor(last - centre)));
+}
+
+/// The step that a piece can make across columns or rows.
+int possibleStep(const Piece& piece, int step, bool isAcrossColumns, const Scene& scene) {
+    const int size = isAcrossColumns ? scene.width : scene.height;
+    const auto* kept = std::get_if<KeptArea>(&piece);
+    if (kept != nullptr && !kept->area.rings.empty()) {
+        const Ring& ring = kept->area.rings.front();
+        return possibleStep(isAcrossColumns ? ring.x : ring.y, step, size);
+    }
+    const Extent extent = extentOf(piece);
+    return possibleStep(isAcrossColumns ? extent.x : extent.y, step,
+                        size - (kept != nullptr ? 1 : 0));
+}
+
+/// Whether a ring takes the place of another one in the list of its kind. A ring that comes back to
+/// where it was then leaves no change.
+bool staysRing(const PieceId& id, const KeptArea& kept) {
+    return id.ring && kept.kind == id.kind && !kept.area.rings.empty();
+}
+
+/// Takes areas of a kind out, and puts in those that stay rings of this kind.
+void exchangeRings(Scene& scene, PassiveKind kind, const std::vector<PieceId>& ids,
+                   const std::vector<Piece>& pieces) {
+    Area& area = areaOf(scene.passive, kind);
+    Mask loose = looseMask(scene, kind);
+    std::vector<std::optional<Ring>> rings(area.rings.begin(), area.rings.end());
+    std::vector<bool> isExchanged(rings.size());
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (ids[i].type != PieceId::Type::AREA || ids[i].kind != kind) continue;
+        if (!ids[i].ring) {
+            takeConnected(loose, ids[i].cell);
+            continue;
+        }
+        std::size_t ring = 0;
+        while (ring < rings.size() && (isExchanged[ring] || rings[ring] != ids[i].ring)) ++ring;
+        if (ring == rings.size()) continue;
+        isExchanged[ring] = true;
+        const auto& kept = std::get<KeptArea>(pieces[i]);
+        rings[ring].reset();
+        if (staysRing(ids[i], kept)) rings[ring] = kept.area.rings.front();
+    }
+    std::erase(rings, std::nullopt);
+    std::vector<Ring> left;
+    for (const auto& ring : rings) left.push_back(*ring);
+    area = joinedArea(cellsWith(loose), std::move(left), scene.width, scene.height);
+}
+
+/// Takes away from the other kinds what an area of the scene covers.
+void claim(Scene& scene, const KeptArea& kept) {
+    for (const PassiveKind kind : PASSIVE_KINDS)
+        if (kind != kept.kind) takeAway(areaOf(scene.passive, kind), kept.area, scene);
+}
+
 }  // namespace
 
 bool exists(const Scene& scene, const PieceId& id) {
-    if (id.type == PieceId::Type::AREA) return contains(areaOf(scene.passive, id.kind), id.cell);
+    if (id.type == PieceId::Type::AREA) {
+        const Area& area = areaOf(scene.passive, id.kind);
+        if (!id.ring) return isLoose(area, id.cell);
+        return std::find(area.rings.begin(), area.rings.end(), id.ring) != area.rings.end();
+    }
     return id.index < (id.type == PieceId::Type::LOAD ? scene.loads.size() : scene.supports.size());
 }
 
@@ -108,10 +138,11 @@ std::vector<PieceId> piecesOf(const Scene& scene) {
     std::vector<PieceId> ids;
     for (std::size_t i = 0; i < scene.loads.size(); ++i) ids.push_back(PieceId::load(i));
     for (std::size_t i = 0; i < scene.supports.size(); ++i) ids.push_back(PieceId::support(i));
-    for (const PassiveKind kind : KINDS) {
+    for (const PassiveKind kind : PASSIVE_KINDS) {
         const Area& area = areaOf(scene.passive, kind);
         if (area.empty()) continue;
-        Mask mask = maskOf(area, scene);
+        for (const Ring& ring : area.rings) ids.push_back(PieceId::area(kind, ring));
+        Mask mask = looseMask(scene, kind);
         for (const Cell& cell : area.cells) {
             if (mask.at(cell.x, cell.y) == 0) continue;
             ids.push_back(PieceId::area(kind, cell));
@@ -122,29 +153,47 @@ std::vector<PieceId> piecesOf(const Scene& scene) {
 }
 
 std::optional<PieceId> areaAt(const Scene& scene, const Cell& cell) {
-    for (const PassiveKind kind : KINDS)
-        if (contains(areaOf(scene.passive, kind), cell)) return idOf(scene, kind, cell);
-    return std::nullopt;
+    std::optional<PieceId> found;
+    std::size_t least = std::numeric_limits<std::size_t>::max();
+    for (const PassiveKind kind : PASSIVE_KINDS) {
+        const Area& area = areaOf(scene.passive, kind);
+        const auto offer = [&](const PieceId& id, std::size_t size) {
+            if (size > least) return;
+            found = id;
+            least = size;
+        };
+        if (isLoose(area, cell)) {
+            const Cells cells = connectedCells(scene, kind, cell);
+            offer(PieceId::area(kind, cells.front()), cells.size());
+        }
+        for (const Ring& ring : area.rings)
+            if (ring.contains(cell))
+                offer(PieceId::area(kind, ring), cellsOf(ring, scene.width, scene.height).size());
+    }
+    return found;
 }
 
 Piece pieceOf(const Scene& scene, const PieceId& id) {
     if (id.type == PieceId::Type::LOAD) return scene.loads.at(id.index);
     if (id.type == PieceId::Type::SUPPORT) return scene.supports.at(id.index);
-    return KeptArea{id.kind, connectedArea(areaOf(scene.passive, id.kind), id.cell, scene)};
+    if (id.ring) return KeptArea{id.kind, ringArea(*id.ring, scene)};
+    return KeptArea{id.kind, {connectedCells(scene, id.kind, id.cell), {}}};
 }
 
 void takeOut(Scene& scene, const PieceId& id) {
-    switch (id.type) {
-        case PieceId::Type::LOAD:
-            return eraseLoad(scene, id.index);
-        case PieceId::Type::SUPPORT:
-            scene.supports.erase(scene.supports.begin() + static_cast<std::ptrdiff_t>(id.index));
-            return;
-        case PieceId::Type::AREA: {
-            const Piece piece = pieceOf(scene, id);
-            return paintPassive(scene, {std::get<KeptArea>(piece).area.cells, {}}, std::nullopt);
-        }
+    if (id.type == PieceId::Type::LOAD) return eraseLoad(scene, id.index);
+    if (id.type == PieceId::Type::SUPPORT) {
+        scene.supports.erase(scene.supports.begin() + static_cast<std::ptrdiff_t>(id.index));
+        return;
     }
+    Area& area = areaOf(scene.passive, id.kind);
+    Mask loose = looseMask(scene, id.kind);
+    std::vector<Ring> rings = area.rings;
+    if (!id.ring)
+        takeConnected(loose, id.cell);
+    else if (const auto ring = std::find(rings.begin(), rings.end(), id.ring); ring != rings.end())
+        rings.erase(ring);
+    area = joinedArea(cellsWith(loose), std::move(rings), scene.width, scene.height);
 }
 
 PieceId putIn(Scene& scene, const Piece& piece) {
@@ -157,25 +206,32 @@ PieceId putIn(Scene& scene, const Piece& piece) {
         scene.supports.push_back(*support);
         return PieceId::support(scene.supports.size() - 1);
     }
-    const auto& [kind, area] = std::get<KeptArea>(piece);
-    if (area.empty()) throw InputError("This area has no elements on the plate");
-    paintPassive(scene, area, kind);
-    return idOf(scene, kind, area.cells.front());
+    const auto& kept = std::get<KeptArea>(piece);
+    if (kept.area.empty()) throw InputError("This area has no elements on the plate");
+    paintPassive(scene, kept.area, kept.kind);
+    return idOf(scene, kept);
 }
 
-PieceId replace(Scene& scene, const PieceId& id, const Piece& piece) {
-    switch (id.type) {
-        case PieceId::Type::LOAD:
-            scene.loads.at(id.index) = std::get<Load>(piece);
-            return id;
-        case PieceId::Type::SUPPORT:
-            scene.supports.at(id.index) = std::get<Support>(piece);
-            return id;
-        case PieceId::Type::AREA:
-            break;
+std::vector<PieceId> replace(Scene& scene, const std::vector<PieceId>& ids,
+                             const std::vector<Piece>& pieces) {
+    for (const PassiveKind kind : PASSIVE_KINDS) exchangeRings(scene, kind, ids, pieces);
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (const auto* load = std::get_if<Load>(&pieces[i])) scene.loads.at(ids[i].index) = *load;
+        if (const auto* support = std::get_if<Support>(&pieces[i]))
+            scene.supports.at(ids[i].index) = *support;
+        const auto* kept = std::get_if<KeptArea>(&pieces[i]);
+        if (kept == nullptr) continue;
+        if (kept->area.empty()) throw InputError("This area has no elements on the plate");
+        if (!staysRing(ids[i], *kept))
+            addArea(areaOf(scene.passive, kept->kind), kept->area, scene);
     }
-    takeOut(scene, id);
-    return putIn(scene, piece);
+    // Only now, when all have left their old places.
+    for (const Piece& piece : pieces)
+        if (const auto* kept = std::get_if<KeptArea>(&piece)) claim(scene, *kept);
+    std::vector<PieceId> replaced = ids;
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        if (const auto* kept = std::get_if<KeptArea>(&pieces[i])) replaced[i] = idOf(scene, *kept);
+    return replaced;
 }
 
 Extent extentOf(const Piece& piece) {
@@ -191,16 +247,13 @@ Extent extentOf(const Piece& piece) {
 }
 
 Piece moved(const Piece& piece, int right, int down, const Scene& scene) {
-    const int isArea = std::holds_alternative<KeptArea>(piece) ? 1 : 0;
-    const Extent extent = extentOf(piece);
-    const int dx = possibleStep(extent.x, right, scene.width - isArea);
-    const int dy = possibleStep(extent.y, down, scene.height - isArea);
+    const int dx = possibleStep(piece, right, true, scene);
+    const int dy = possibleStep(piece, down, false, scene);
     Piece result = piece;
     if (auto* kept = std::get_if<KeptArea>(&result)) {
         for (Cell& cell : kept->area.cells) cell = {cell.x + dx, cell.y + dy};
-        for (Ring& ring : kept->area.rings)
-            ring = {ring.x + dx, ring.y + dy, ring.inner, ring.outer};
-        kept->area = completed(std::move(kept->area), scene);
+        for (const Ring& ring : std::exchange(kept->area.rings, {}))
+            kept->area = ringArea({ring.x + dx, ring.y + dy, ring.inner, ring.outer}, scene);
         return result;
     }
     const auto move = [=](auto& each) {
@@ -220,11 +273,11 @@ Piece mirrored(const Piece& piece, bool isLeftRight, const Scene& scene) {
             int& across = isLeftRight ? cell.x : cell.y;
             across = last - 1 - across;
         }
-        for (Ring& ring : kept->area.rings) {
+        for (Ring ring : std::exchange(kept->area.rings, {})) {
             double& across = isLeftRight ? ring.x : ring.y;
             across = last - across;
+            kept->area = ringArea(ring, scene);
         }
-        kept->area = completed(std::move(kept->area), scene);
         return result;
     }
     const auto mirror = [=](auto& each) {
@@ -262,4 +315,10 @@ Area rectangleArea(const Extent& extent, const Scene& scene) {
     return area;
 }
 
-Area ringArea(const Ring& ring, const Scene& scene) { return completed({{}, {ring}}, scene); }
+Area ringArea(const Ring& ring, const Scene& scene) {
+    Area area = {cellsOf(ring, scene.width, scene.height), {}};
+    // Scenes have rings whose centre lies on the plate. Another one remains as a free form.
+    if (ring.x >= 0 && ring.y >= 0 && ring.x <= scene.width && ring.y <= scene.height)
+        area.rings = {ring};
+    return area;
+}

@@ -10,10 +10,11 @@
 
 using namespace voxam;
 
-// A piece is a load, a support or a connected kept area. The window moves, copies, mirrors and
-// deletes pieces.
+// A piece is a load, a support or a kept area. The window moves, copies, mirrors and deletes
+// pieces.
 
-/// Connected elements that are kept void or solid.
+/// A disc or ring that is kept void or solid, or connected elements of no ring. Pieces of the same
+/// kind may overlap.
 struct KeptArea {
     PassiveKind kind = PassiveKind::VOID;
     Area area;
@@ -31,11 +32,17 @@ struct PieceId {
     Type type = Type::LOAD;
     std::size_t index = 0;                 ///< of a load or a support, in the scene's list
     PassiveKind kind = PassiveKind::VOID;  ///< of an area
-    Cell cell;                             ///< the first element of an area
+    Cell cell;                             ///< the first element of an area that is no ring
+    std::optional<Ring> ring;              ///< of an area that is one
 
-    static PieceId load(std::size_t index) { return {Type::LOAD, index, {}, {}}; }
-    static PieceId support(std::size_t index) { return {Type::SUPPORT, index, {}, {}}; }
-    static PieceId area(PassiveKind kind, const Cell& cell) { return {Type::AREA, 0, kind, cell}; }
+    static PieceId load(std::size_t index) { return {Type::LOAD, index, {}, {}, {}}; }
+    static PieceId support(std::size_t index) { return {Type::SUPPORT, index, {}, {}, {}}; }
+    static PieceId area(PassiveKind kind, const Cell& cell) {
+        return {Type::AREA, 0, kind, cell, {}};
+    }
+    static PieceId area(PassiveKind kind, const Ring& ring) {
+        return {Type::AREA, 0, kind, {}, ring};
+    }
 
     bool operator==(const PieceId&) const = default;
 };
@@ -51,7 +58,7 @@ bool exists(const Scene& scene, const PieceId& id);
 /// All pieces: loads, then supports, then areas.
 std::vector<PieceId> piecesOf(const Scene& scene);
 
-/// The kept area that an element belongs to.
+/// The kept area that an element belongs to; the smallest one if areas overlap there.
 std::optional<PieceId> areaAt(const Scene& scene, const Cell& cell);
 
 /// The piece must exist.
@@ -63,13 +70,15 @@ void takeOut(Scene& scene, const PieceId& id);
 /// Adds a piece. If the load case of a load does not exist, the load gets the last load case.
 PieceId putIn(Scene& scene, const Piece& piece);
 
-/// Replaces a piece by another one of the same type.
-PieceId replace(Scene& scene, const PieceId& id, const Piece& piece);
+/// Replaces pieces by others of the same types, and returns their identities. They do not take
+/// elements from each other unless they overlap.
+std::vector<PieceId> replace(Scene& scene, const std::vector<PieceId>& ids,
+                             const std::vector<Piece>& pieces);
 
 Extent extentOf(const Piece& piece);
 
-/// Moves a piece by a number of elements, but not beyond the plate. Throws InputError if the piece
-/// is larger than the plate.
+/// Moves a piece by a number of elements, but not beyond the plate. The centre of a ring stays on
+/// the plate. Throws InputError if another piece is larger than the plate.
 Piece moved(const Piece& piece, int right, int down, const Scene& scene);
 
 /// Mirrors a piece at the middle of the plate, including its force.

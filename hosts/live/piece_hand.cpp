@@ -99,9 +99,7 @@ std::optional<PieceId> PieceHand::find(const Hand& hand) const {
 
 void PieceHand::take(const PieceId& id, const Hand& hand) {
     const bool copies = hand.modifiers.testFlag(Qt::AltModifier);
-    Scene beneath = site.scene();
-    if (id.type == PieceId::Type::AREA && !copies) takeOut(beneath, id);
-    held = Hold{pieceOf(site.scene(), id), beneath.passive, hand.plate, copies};
+    held = Hold{id, pieceOf(site.scene(), id), site.scene().passive, hand.plate, copies};
 }
 
 void PieceHand::drag(const Hand& hand, int gesture) {
@@ -122,8 +120,13 @@ void PieceHand::drag(const Hand& hand, int gesture) {
     site.bench.editSelecting(
         isArea ? QObject::tr("Move area") : QObject::tr("Move support"),
         [&](Scene& scene) {
-            if (isArea) scene.passive = held->beneath;
-            id = isArea ? putIn(scene, piece) : replace(scene, id, piece);
+            if (isArea) {
+                // What it crosses comes back.
+                scene.passive = held->passive;
+                id = held->id;
+            }
+            if (held->copies && piece == held->piece) return;
+            id = held->copies ? putIn(scene, piece) : replace(scene, {id}, {piece}).front();
         },
         id, gesture);
 }

@@ -28,8 +28,9 @@ public:
 
 private:
     struct Hold {
+        PieceId id;
         Piece piece;           // as it was
-        PassiveAreas beneath;  // the areas below the moved one
+        PassiveAreas passive;  // as they were
         QPointF start;         // of the hand
         bool copies;
     };

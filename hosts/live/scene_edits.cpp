@@ -1,7 +1,6 @@
 #include "scene_edits.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -81,35 +80,6 @@ void holdNodes(Scene& scene, const std::vector<Node>& nodes, std::uint8_t direct
                 static_cast<std::uint8_t>((held.at(node.x, node.y) & keeps) | directions);
     // Supports that nobody touched keep the form that they have in their file.
     if (!(held == before)) scene.supports = supportsOf(held);
-}
-
-Mask maskOf(const Area& area, const Scene& scene) {
-    Mask mask(scene.width, scene.height);
-    mark(mask, area.cells, 1);
-    return mask;
-}
-
-/// A ring stays for its smooth outline as long as none of its elements is taken away.
-void takeAway(Area& area, const Cells& cells, const Scene& scene) {
-    Mask mask = maskOf(area, scene);
-    const Mask before = mask;
-    mark(mask, cells, 0);
-    if (mask == before) return;
-    area.cells = cellsWith(mask);
-    std::erase_if(area.rings, [&](const Ring& ring) {
-        return std::any_of(cells.begin(), cells.end(), [&](const Cell& cell) {
-            return before.get(cell.x, cell.y) != 0 && ring.contains(cell);
-        });
-    });
-}
-
-void add(Area& area, const Area& more, const Scene& scene) {
-    Mask mask = maskOf(area, scene);
-    mark(mask, more.cells, 1);
-    area.cells = cellsWith(mask);
-    for (const Ring& ring : more.rings)
-        if (std::find(area.rings.begin(), area.rings.end(), ring) == area.rings.end())
-            area.rings.push_back(ring);
 }
 
 bool actsOn(const Load& load, const Node& node) {
@@ -197,20 +167,18 @@ void setForce(Load& load, double force, double radians) {
 }
 
 void paintPassive(Scene& scene, const Area& area, std::optional<PassiveKind> kind) {
-    PassiveAreas passive = scene.passive;
-    const std::array<Area*, 3> areas = {&passive.voids, &passive.solids, &passive.secondSolids};
-    for (std::size_t i = 0; i < areas.size(); ++i) {
-        if (kind && i == static_cast<std::size_t>(*kind))
-            add(*areas[i], area, scene);
-        else
-            takeAway(*areas[i], area.cells, scene);
+    for (const PassiveKind each : PASSIVE_KINDS) {
+        Area& changed = areaOf(scene.passive, each);
+        each == kind ? addArea(changed, area, scene) : takeAway(changed, area, scene);
     }
-    scene.passive = std::move(passive);
 }
 
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds) {
     Area result = blob;
-    adds ? add(result, {cells, {}}, scene) : takeAway(result, cells, scene);
+    if (adds)
+        addArea(result, {newCells(blob, cells), {}}, scene);
+    else
+        takeAway(result, {cells, {}}, scene);
     scene.blob = std::move(result);
 }
 

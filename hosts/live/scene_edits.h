@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "area_edits.h"
 #include "format/scene.h"
 
 using namespace voxam;
@@ -20,8 +21,6 @@ struct Node {
     bool operator==(const Node&) const = default;
 };
 
-enum class PassiveKind { VOID, SOLID, SECOND_SOLID };
-
 /// Puts the top left node of a load at `node`, or as close as its extent allows.
 void moveLoad(Scene& scene, std::size_t index, Node node);
 
@@ -37,8 +36,8 @@ void eraseLoads(Scene& scene, const std::vector<Node>& nodes);
 /// components are rounded to 8 digits of the force.
 void setForce(Load& load, double force, double radians);
 
-/// Makes elements passive of this kind, or free if `kind` is empty. The area must contain the
-/// elements of its rings.
+/// Makes elements passive of this kind, or free if `kind` is empty. They are taken away from the
+/// other kinds. The area must contain the elements of its rings.
 void paintPassive(Scene& scene, const Area& area, std::optional<PassiveKind> kind);
 /// Adds elements to `blob` or removes them. The result replaces `scene.blob`.
 void paintBlob(Scene& scene, const Area& blob, const Cells& cells, bool adds);

@@ -100,7 +100,7 @@ void Workbench::changeSelected(const QString& what, const std::function<void(Pie
     const auto exchange = [&](Scene& scene) {
         Piece piece = pieceOf(scene, id);
         change(piece);
-        id = replace(scene, id, piece);
+        id = replace(scene, {id}, {piece}).front();
     };
     editSelecting(what, exchange, id, gesture);
 }

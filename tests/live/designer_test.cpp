@@ -14,9 +14,11 @@ class DesignerTest : public QObject {
 
 private slots:
     void piecesComeBackFromWhereTheyWent() {
-        const Scene scene = sceneWithPieces();
+        Scene scene = sceneWithPieces();
+        // Over the rectangle of the same kind.
+        paintPassive(scene, ringArea({5, 4, 0, 2}, scene), PassiveKind::VOID);
         const auto ids = piecesOf(scene);
-        QCOMPARE(ids.size(), std::size_t{7});
+        QCOMPARE(ids.size(), std::size_t{8});
         for (const PieceId& id : ids) {
             const Piece piece = pieceOf(scene, id);
             for (const bool isLeftRight : {false, true}) {
@@ -115,6 +117,59 @@ private slots:
         live.named<QSpinBox>("Number of columns").setValue(5);
         QCOMPARE(live.scene().passive.voids.cells.size(), std::size_t{20});
         QCOMPARE(live.bench().document.undoStack().count(), 5);
+    }
+
+    void aDiscStaysADiscAmongOthersOfItsKind() {
+        Scene scene = LiveFixture::smallScene();
+        const Ring small = {8, 6, 0, 2};
+        const Ring large = {13, 6, 0, 3};
+        const Area rectangle = rectangleArea({{17, 20}, {4, 7}}, scene);
+        for (const Area& area : {ringArea(small, scene), ringArea(large, scene), rectangle})
+            paintPassive(scene, area, PassiveKind::VOID);
+        LiveFixture live(scene);
+        // Across the others, step by step, and also beyond the edge of the plate.
+        const Area before = scene.passive.voids;
+        for (int x = 8; x < 24; x += 2) {
+            live.drag(live.at(x, 6.5), live.at(x + 2, 6.5));
+            const Ring there = {x + 2.0, 6, 0, 2};
+            QCOMPARE(live.scene().passive.voids.rings, (std::vector<Ring>{there, large}));
+            QVERIFY(live.bench().selection() == PieceId::area(PassiveKind::VOID, there));
+            const Scene read = parseScene(sceneText(live.scene()), "discs.json");
+            QVERIFY(read.passive == live.scene().passive);
+        }
+        live.bench().deleteSelected();
+        QVERIFY(piecesOf(live.scene()).size() == piecesOf(scene).size() - 1);
+        // A rubber leaves the discs that it does not touch.
+        live.bench().edit("Erase", [](Scene& edited) {
+            paintPassive(edited, {{{19, 5}}, {}}, std::nullopt);
+        });
+        QCOMPARE(live.scene().passive.voids.rings, std::vector<Ring>{large});
+        QCOMPARE(looseCells(live.scene().passive.voids, 24, 12).size(), std::size_t{15});
+        while (live.bench().document.undoStack().canUndo())
+            live.bench().document.undoStack().undo();
+        QVERIFY(live.scene().passive.voids == before);
+    }
+
+    void aHoleInADiscLeavesARing() {
+        LiveFixture live(LiveFixture::smallScene());
+        const auto put = [&](PassiveKind kind, const Ring& ring) {
+            live.bench().putIn("Disc", KeptArea{kind, ringArea(ring, live.scene())});
+        };
+        const auto passive = [&]() -> const PassiveAreas& { return live.scene().passive; };
+        put(PassiveKind::SOLID, {12, 6, 0, 5});
+        put(PassiveKind::VOID, {12, 6, 0, 2});
+        QCOMPARE(passive().solids.rings, (std::vector<Ring>{{12, 6, 2, 5}}));
+        put(PassiveKind::SECOND_SOLID, {12, 6, 3, 4});
+        QCOMPARE(passive().solids.rings, (std::vector<Ring>{{12, 6, 2, 3}, {12, 6, 4, 5}}));
+        const PassiveAreas before = passive();
+        // A hole beside the centre takes its elements, and stays a disc.
+        live.bench().select(PieceId::area(PassiveKind::VOID, {12, 6, 0, 2}));
+        live.key(Qt::Key_Right);
+        QCOMPARE(passive().voids.rings, (std::vector<Ring>{{13, 6, 0, 2}}));
+        QCOMPARE(passive().solids.rings, (std::vector<Ring>{{12, 6, 4, 5}}));
+        QVERIFY(parseScene(sceneText(live.scene()), "hole.json").passive == passive());
+        live.bench().document.undoStack().undo();
+        QVERIFY(passive() == before);
     }
 
     void aForceHasAMagnitudeAndAnAngle() {

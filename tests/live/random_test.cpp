@@ -144,9 +144,21 @@ private:
         static const std::vector<const char*> keys = {
             "Ctrl+C", "Ctrl+X",       "Ctrl+V",     "Ctrl+V",
             "Ctrl+M", "Ctrl+Shift+M", "Ctrl+Alt+M", "Ctrl+Alt+Shift+M"};
+        if (random() % 4 == 0) putAnyRing(live, random);
         const auto ids = piecesOf(live.scene());
         if (!ids.empty()) live.bench().select(ids[random() % ids.size()]);
         live.takeTool(keys[random() % keys.size()]);
+    }
+
+    /// With one of few centres, so that rings of all kinds meet.
+    static void putAnyRing(LiveFixture& live, std::mt19937& random) {
+        const auto any = [&](unsigned count) {
+            return 0.5 * static_cast<double>(random() % count);
+        };
+        const double inner = any(6);
+        const Ring ring = {2 + any(3), 2 + any(3), inner, inner + 0.5 + any(8)};
+        live.bench().putIn("Ring", KeptArea{PASSIVE_KINDS[random() % PASSIVE_KINDS.size()],
+                                            ringArea(ring, live.scene())});
     }
 
     static void takeAnyTool(LiveFixture& live, std::mt19937& random) {

@@ -33,6 +33,9 @@ struct Area {
     /// The discs and rings that describe some of the elements, for a smooth outline. Code that
     /// removes an element must also remove the rings that contain it.
     std::vector<Ring> rings;
+    /// The elements of `rings` that belong to the area by themselves, too: they remain if the rings
+    /// go. In the order of `cells`.
+    Cells covered = {};
 
     bool empty() const { return cells.empty(); }
     bool operator==(const Area&) const = default;
@@ -51,5 +54,11 @@ struct PassiveAreas {
 
 /// The elements of a ring on a grid, in the order of an area.
 Cells cellsOf(const Ring& ring, int width, int height);
+
+/// The elements that belong to an area without its rings, in the order of an area.
+Cells looseCells(const Area& area, int width, int height);
+
+/// The area of loose elements and of rings. Elements outside the grid are ignored.
+Area joinedArea(const Cells& loose, std::vector<Ring> rings, int width, int height);
 
 }  // namespace voxam::inline format

@@ -22,7 +22,7 @@ constexpr const char* EXPECTED_CHARACTERS =
 class MarkedGrid {
 public:
     MarkedGrid(int gridWidth, int gridHeight)
-        : width(gridWidth), height(gridHeight), kinds(width, height) {}
+        : width(gridWidth), height(gridHeight), kinds(width, height), loose(width, height) {}
 
     void mark(const JsonValue& shape, int x, int y, int kind) {
         const std::uint8_t before = kinds.at(x, y);
@@ -40,11 +40,16 @@ public:
         }
     }
 
+    /// Marks an element that no ring needs to belong to its area.
+    void markLoose(const JsonValue& shape, int x, int y, int kind) {
+        mark(shape, x, y, kind);
+        loose.at(x, y) = static_cast<std::uint8_t>(kind);
+    }
+
     Area marked(const JsonValue& list, int kind) {
-        Area area;
-        area.cells = cellsWith(kinds, static_cast<std::uint8_t>(kind));
+        const Area area = joinedArea(cellsWith(loose, static_cast<std::uint8_t>(kind)),
+                                     rings[static_cast<std::size_t>(kind)], width, height);
         list.failIf(faultOfArea(area));
-        area.rings = rings[static_cast<std::size_t>(kind)];
         return area;
     }
 
@@ -54,7 +59,7 @@ private:
         const Range columns = shape.at("x").range(width - 1, note);
         const Range rows = shape.at("y").range(height - 1, note);
         for (int x = columns.from; x <= columns.to; ++x)
-            for (int y = rows.from; y <= rows.to; ++y) mark(shape, x, y, kind);
+            for (int y = rows.from; y <= rows.to; ++y) markLoose(shape, x, y, kind);
     }
 
     void markRing(const JsonValue& shape, int kind) {
@@ -80,6 +85,7 @@ private:
     int width;
     int height;
     Mask kinds;
+    Mask loose;  // the kinds of the elements of rectangles and drawings
     std::array<std::vector<Ring>, KIND_NAMES.size()> rings;
 };
 
@@ -94,7 +100,7 @@ void markDrawing(const JsonValue& value, int width, int height, MarkedGrid& grid
                 std::find(KIND_CHARACTERS.begin(), KIND_CHARACTERS.end(), character);
             if (found == KIND_CHARACTERS.end())
                 failAtCharacter(row, x, character, EXPECTED_CHARACTERS);
-            grid.mark(row, x, y, static_cast<int>(found - KIND_CHARACTERS.begin()));
+            grid.markLoose(row, x, y, static_cast<int>(found - KIND_CHARACTERS.begin()));
         }
     }
 }

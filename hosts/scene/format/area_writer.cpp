@@ -57,12 +57,9 @@ Json writeRing(const Ring& ring) {
 
 Json writeArea(const Area& area, int width, int height) {
     Json list = Json::array();
+    for (const Ring& ring : area.rings) list.push_back(writeRing(ring));
     Field left(width, height);
-    for (const Cell& cell : area.cells) left.at(cell.x, cell.y) = 1;
-    for (const Ring& ring : area.rings) {
-        list.push_back(writeRing(ring));
-        for (const Cell& cell : cellsOf(ring, width, height)) left.at(cell.x, cell.y) = 0;
-    }
+    for (const Cell& cell : looseCells(area, width, height)) left.at(cell.x, cell.y) = 1;
     Rectangles(left).append(list);
     return list;
 }

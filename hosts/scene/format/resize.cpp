@@ -112,8 +112,24 @@ private:
                     if (isFree(cell)) taken.at(cell.x, cell.y) = result.at(cell.x, cell.y) = kind;
             }
         }
-        for (std::size_t i = 0; i < areas.size(); ++i)
+        for (std::size_t i = 0; i < areas.size(); ++i) {
             areas[i]->cells = cellsWith(result, static_cast<std::uint8_t>(i + 1));
+            areas[i]->covered = coveredCells(*areas[i]);
+        }
+    }
+
+    /// The elements of the new rings that lie in an old covered element.
+    Cells coveredCells(const Area& area) const {
+        if (area.covered.empty() || area.rings.empty()) return {};
+        Mask before(oldWidth, oldHeight);
+        mark(before, area.covered);
+        Mask isCovered(width, height);
+        for (const Ring& ring : area.rings)
+            for (const Cell& cell : cellsOf(ring, width, height))
+                isCovered.at(cell.x, cell.y) =
+                    before.at((2 * cell.x + 1) * oldWidth / (2 * width),
+                              (2 * cell.y + 1) * oldHeight / (2 * height));
+        return cellsWith(isCovered);
     }
 
     /// Each new element with the number of the area at its centre, or 0.
@@ -126,6 +142,7 @@ private:
             for (const Ring& ring : areas[i]->rings)
                 for (const Cell& cell : cellsOf(ring, oldWidth, oldHeight))
                     rings.at(cell.x, cell.y) = &ring;
+            for (const Cell& cell : areas[i]->covered) rings.at(cell.x, cell.y) = nullptr;
         }
         Mask result(width, height);
         for (int x = 0; x < width; ++x) {
