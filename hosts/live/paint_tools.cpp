@@ -37,6 +37,18 @@ Cells strokeOf(const ToolSite& site, QPointF from, QPointF to) {
     return all;
 }
 
+/// In a symmetric scene, the reflected half stands for its own nodes, too.
+std::vector<Node> nodesOfStroke(const ToolSite& site, const Brush& brush, QPointF from,
+                                QPointF to) {
+    const Scene& scene = site.scene();
+    auto nodes = strokeNodes(brush, from, to, scene.width, scene.height);
+    if (scene.symmetry == Symmetry::NONE) return nodes;
+    const auto others = strokeNodes(brush, reflectedPlace(scene, from), reflectedPlace(scene, to),
+                                    scene.width, scene.height);
+    nodes.insert(nodes.end(), others.begin(), others.end());
+    return nodes;
+}
+
 /// The same on both sides of a mirror, for a design that is drawn.
 Cells drawnOnBothSides(const ToolSite& site, const Cells& cells) {
     return mirrored(cells, site.bench.mirror(), site.scene().width, site.scene().height);
@@ -192,10 +204,20 @@ public:
 
     void paintHint(QPainter& painter, const Hand& hand,
                    const PlateColours& colours) const override {
-        paintNodes(painter, site, {nearestNode(hand.plate, site.scene())}, colours.hand);
+        paintNodes(painter, site, {nodeAt(hand)}, colours.hand);
     }
     QString describe(const Hand& hand) const override {
-        return describeNode(site.scene(), nearestNode(hand.plate, site.scene()));
+        return describeNode(site.scene(), nodeAt(hand));
+    }
+
+private:
+    /// On the mirrored half, the node that is held there.
+    Node nodeAt(const Hand& hand) const {
+        const Scene& scene = site.scene();
+        const bool isMirrored =
+            scene.symmetry != Symmetry::NONE &&
+            strokeNodes(NODE_BRUSH, hand.plate, hand.plate, scene.width, scene.height).empty();
+        return nearestNode(isMirrored ? reflectedPlace(scene, hand.plate) : hand.plate, scene);
     }
 };
 
@@ -233,8 +255,7 @@ private:
 void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
     const QString what = QObject::tr("Erase");
     const Cells cells = strokeOf(site, from, to);
-    const auto nodes =
-        strokeNodes(site.bench.brush(), from, to, site.scene().width, site.scene().height);
+    const auto nodes = nodesOfStroke(site, site.bench.brush(), from, to);
     const Area blob = site.bench.blob();
     const auto& loads = site.scene().loads;
     const bool hitsLoad = std::any_of(loads.begin(), loads.end(),
@@ -255,8 +276,7 @@ void erase(const ToolSite& site, QPointF from, QPointF to, int gesture) {
 
 std::unique_ptr<Tool> supportTool(const ToolSite& site, bool fixX, bool fixY) {
     const auto paint = [=](QPointF from, QPointF to, int gesture) {
-        const auto nodes =
-            strokeNodes(NODE_BRUSH, from, to, site.scene().width, site.scene().height);
+        const auto nodes = nodesOfStroke(site, NODE_BRUSH, from, to);
         site.bench.edit(
             QObject::tr("Paint support"),
             [&](Scene& scene) { paintSupports(scene, nodes, fixX, fixY); }, gesture);

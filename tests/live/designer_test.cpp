@@ -241,6 +241,23 @@ private slots:
         QVERIFY(live.runFor(2));
     }
 
+    void theReflectedHalfIsPaintedAndErasedToo() {
+        Scene scene = LiveFixture::smallScene();
+        scene.symmetry = Symmetry::LEFT;
+        scene.loads.push_back({{10, 10}, {6, 6}, 0, 1, 0});
+        paintPassive(scene, rectangleArea({{9, 11}, {5, 7}}, scene), PassiveKind::SOLID);
+        LiveFixture live(scene);
+        QVERIFY(live.takeTool("Y"));
+        live.drag(live.at(-10, 6), live.at(-10, 7));
+        QVERIFY(live.scene().supports.back() == (Support{{10, 10}, {6, 7}, false, true}));
+        live.bench().setBrush({5, false});
+        QVERIFY(live.takeTool("E"));
+        live.drag(live.at(-10, 6), live.at(-10, 7));
+        QCOMPARE(live.scene().loads.size(), std::size_t{1});
+        QCOMPARE(live.scene().supports.size(), std::size_t{1});
+        QVERIFY(live.scene().passive.empty());
+    }
+
     void theStripMarksTheChangesOfATimeline() {
         LiveFixture live("moving-load.json");
         const TimelineStrip& strip = live.window.plateStage().timeline();
