@@ -47,6 +47,9 @@ AreaPanel::AreaPanel(Workbench& workbench) : bench(workbench), list(new GrowingL
     addButton(tr("Add rectangle"), false);
     addButton(tr("Add disc"), true);
     column->addLayout(buttons);
+    several = new QLabel;
+    several->setWordWrap(true);
+    column->addWidget(several);
     makeFields();
     column->addWidget(fields);
     layout->addWidget(group);
@@ -140,7 +143,10 @@ void AreaPanel::showList() {
 void AreaPanel::showSelection() {
     if (!isVisible()) return;
     isShowing = true;
-    const auto& selected = bench.selection();
+    const auto count = static_cast<int>(bench.selectedPieces().size());
+    several->setText(tr("%n piece(s) selected. Select one to see its numbers.", nullptr, count));
+    several->setVisible(count > 1);
+    const auto selected = bench.selection();
     const auto found = selected ? std::find(ids.begin(), ids.end(), *selected) : ids.end();
     const bool isHere = found != ids.end() && exists(bench.document.scene(), *selected);
     list->setCurrentRow(isHere ? static_cast<int>(found - ids.begin()) : -1);

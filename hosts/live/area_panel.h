@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
+#include <QLabel>
 #include <QListWidget>
 #include <QSpinBox>
 #include <QWidget>
@@ -37,7 +38,8 @@ private:
 
     Workbench& bench;
     QListWidget* list;
-    std::vector<PieceId> ids;  // of the list's rows
+    QLabel* several = nullptr;  // how many pieces are selected
+    std::vector<PieceId> ids;   // of the list's rows
     QFormLayout* form = nullptr;
     QComboBox* kind = nullptr;
     QComboBox* hold = nullptr;

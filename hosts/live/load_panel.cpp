@@ -62,6 +62,9 @@ QWidget* LoadPanel::makeLoads() {
         if (!isShowing && row >= 0) bench.select(static_cast<std::size_t>(row));
     });
     layout->addWidget(loads);
+    several = new QLabel;
+    several->setWordWrap(true);
+    layout->addWidget(several);
     layout->addWidget(makeFields());
     connectFields();
     return group;
@@ -173,6 +176,9 @@ void LoadPanel::showLoads(const Scene& scene) {
 void LoadPanel::showSelection() {
     isShowing = true;
     const Scene& scene = bench.document.scene();
+    const auto count = static_cast<int>(bench.selectedPieces().size());
+    several->setText(tr("%n piece(s) selected. Select one to see its numbers.", nullptr, count));
+    several->setVisible(count > 1);
     const auto selected = bench.selectedLoad();
     const bool isSelected = selected && *selected < scene.loads.size();
     fields->setEnabled(isSelected);

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSpinBox>
@@ -31,6 +32,7 @@ private:
 
     Workbench& bench;
     QListWidget* loads;
+    QLabel* several = nullptr;  // how many pieces are selected
     QWidget* fields;
     QSpinBox* x;
     QSpinBox* y;

@@ -1,11 +1,11 @@
 #include "load_tools.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
 #include "number_text.h"
+#include "reflection.h"
 
 namespace {
 
@@ -118,9 +118,28 @@ std::optional<SelectTool::Hold> SelectTool::find(const Hand& hand) const {
 bool SelectTool::press(const Hand& hand) {
     held = find(hand);
     const auto piece = pieceAt(hand);
+    clicked.reset();
+    frameStart.reset();
+    if (hand.modifiers.testFlag(Qt::ControlModifier)) {
+        held.reset();
+        gesture = Document::NO_GESTURE;
+        if (piece)
+            site.bench.toggle(*piece);
+        else
+            frameStart = frameEnd = hand.plate;
+        return true;
+    }
+    const bool turns = held && held->part == Part::FREE_END;
+    if (piece && !turns && site.bench.isSelected(*piece) && !site.bench.selection()) {
+        held.reset();
+        clicked = piece;
+        beginGesture();
+        pieces.take(site.bench.selectedPieces(), hand);
+        return true;
+    }
     site.bench.select(piece);
     beginGesture();
-    if (piece && !held) pieces.take(*piece, hand);
+    if (piece && !held) pieces.take({*piece}, hand);
     return piece.has_value();
 }
 
@@ -130,7 +149,13 @@ std::optional<PieceId> SelectTool::pieceAt(const Hand& hand) const {
 }
 
 void SelectTool::drag(const Hand& hand) {
-    if (pieces.isHolding()) return pieces.drag(hand, gesture);
+    if (frameStart) frameEnd = hand.plate;
+    if (pieces.isHolding()) {
+        const auto before = site.bench.document.snapshot();
+        pieces.drag(hand, gesture);
+        if (site.bench.document.snapshot() != before) clicked.reset();
+        return;
+    }
     if (!held || held->load >= site.scene().loads.size()) return;
     const std::size_t index = held->load;
     if (held->part == Part::FOOT) return dragFoot(hand);
@@ -163,14 +188,34 @@ void SelectTool::dragFoot(const Hand& hand) {
 
 void SelectTool::cancel() {
     pieces.release();
+    frameStart.reset();
+    clicked.reset();
     Tool::cancel();
 }
 
 void SelectTool::release(const Hand&) {
     pieces.release();
+    if (frameStart) selectWithin(QRectF(*frameStart, frameEnd).normalized());
+    frameStart.reset();
+    // A click on one of several means this one.
+    if (clicked) site.bench.select(std::exchange(clicked, std::nullopt));
     if (held) held->grip.reach.reset();
     site.bench.setTurnedLoad(heldLoad());
     held.reset();
+}
+
+void SelectTool::selectWithin(const QRectF& frame) {
+    auto chosen = site.bench.selectedPieces();
+    for (const PieceId& id : piecesOf(site.scene())) {
+        const Piece piece = pieceOf(site.scene(), id);
+        const auto* support = std::get_if<Support>(&piece);
+        if (support != nullptr && standsForPlane(*support, site.scene())) continue;
+        const QRectF box = boxOf(piece);
+        if (frame.contains(box.topLeft()) && frame.contains(box.bottomRight()) &&
+            !site.bench.isSelected(id))
+            chosen.push_back(id);
+    }
+    site.bench.select(std::move(chosen));
 }
 
 bool SelectTool::key(const QKeyEvent& event) {
@@ -185,7 +230,7 @@ bool SelectTool::key(const QKeyEvent& event) {
         default:
             break;
     }
-    if (!site.bench.selection()) return false;
+    if (site.bench.selectedPieces().empty()) return false;
     const bool isLoad = site.bench.selectedLoad().has_value();
     if (turns && !isLoad) return false;
     const int step = event.modifiers().testFlag(Qt::ShiftModifier) ? 5 : 1;
@@ -211,7 +256,7 @@ void SelectTool::selectNext(int step) {
     const auto all = piecesOf(site.scene());
     const auto count = static_cast<int>(all.size());
     if (count == 0) return;
-    const auto& selected = site.bench.selection();
+    const auto selected = site.bench.selection();
     const auto found = selected ? std::find(all.begin(), all.end(), *selected) : all.end();
     const auto before =
         found != all.end() ? static_cast<int>(found - all.begin()) : (step > 0 ? -1 : 0);
@@ -219,10 +264,7 @@ void SelectTool::selectNext(int step) {
 }
 
 void SelectTool::nudge(int dx, int dy) {
-    const std::array<QString, 3> names = {QObject::tr("Move load"), QObject::tr("Move support"),
-                                          QObject::tr("Move area")};
-    changeByKey(names[static_cast<std::size_t>(site.bench.selection()->type)],
-                [&](Piece& piece) { piece = moved(piece, dx, dy, site.scene()); });
+    doByKey("move", [&] { site.bench.moveSelected(dx, dy, keyGesture); });
 }
 
 void SelectTool::turn(double degrees, double factor) {
@@ -235,12 +277,16 @@ void SelectTool::turn(double degrees, double factor) {
 }
 
 void SelectTool::changeByKey(const QString& what, const std::function<void(Piece&)>& change) {
+    doByKey(what, [&] { site.bench.changeSelected(what, change, keyGesture); });
+}
+
+void SelectTool::doByKey(const QString& what, const std::function<void()>& act) {
     const bool goesOn = sinceKey.isValid() && sinceKey.elapsed() < SUCCESSION &&
-                        lastByKey == std::pair(what, site.bench.selection());
+                        lastByKey == std::pair(what, site.bench.selectedPieces());
     if (!goesOn) keyGesture = site.bench.document.newGesture();
-    site.bench.changeSelected(what, change, keyGesture);
+    act();
     sinceKey.start();
-    lastByKey = {what, site.bench.selection()};
+    lastByKey = {what, site.bench.selectedPieces()};
 }
 
 void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColours& colours) const {
@@ -249,12 +295,21 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
         paintNodes(painter, site, {{load.x.from, load.y.from}}, colours.hand);
         return;
     }
+    if (frameStart) {
+        const QRectF frame = QRectF(*frameStart, frameEnd).normalized();
+        painter.setPen(QPen(colours.hand, 1, Qt::DashLine));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(QRectF(site.transform.toWidget(frame.topLeft()),
+                                site.transform.toWidget(frame.bottomRight())));
+        return;
+    }
     if (pieces.isHolding()) return;
     const auto hold = find(hand);
     if (!hold) {
         const auto piece = pieces.find(hand);
         if (!piece) return paintCells(painter, site, {cellAt(hand.plate)}, colours.edge);
-        return paintFrame(painter, site.transform, *frameOf(site.scene(), *piece), colours.edge);
+        return paintFrame(painter, site.transform, boxOf(pieceOf(site.scene(), *piece)),
+                          colours.edge);
     }
     const LoadArrow taken = handleOf(arrows().at(hold->load));
     painter.setPen(QPen(colours.hand, 2));
@@ -263,7 +318,16 @@ void SelectTool::paintHint(QPainter& painter, const Hand& hand, const PlateColou
                         GRIP - 3);
 }
 
+QString SelectTool::countOfSelection() const {
+    const auto count = static_cast<int>(site.bench.selectedPieces().size());
+    return QObject::tr("%n piece(s) selected", nullptr, count);
+}
+
 QString SelectTool::describe(const Hand& hand) const {
+    if (site.bench.selectedPieces().size() > 1) {
+        const QString place = Tool::describe(hand);
+        return place.isEmpty() ? countOfSelection() : place + "  ·  " + countOfSelection();
+    }
     const auto& loads = site.scene().loads;
     if (held && held->load < loads.size()) return describeLoad(loads[held->load], held->load);
     if (const auto hold = find(hand)) return describeLoad(loads[hold->load], hold->load);

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "piece_hand.h"
 #include "tool.h"
@@ -15,7 +16,7 @@ struct Grip {
 };
 
 /// Selects loads, supports and kept areas and moves them, and turns and scales the arrows of loads.
-/// With Alt it moves a copy.
+/// With Alt it moves a copy. With Ctrl it selects several, one by one or by a frame.
 class SelectTool : public Tool {
 public:
     explicit SelectTool(const ToolSite& toolSite) : Tool(toolSite), pieces(toolSite) {}
@@ -48,16 +49,23 @@ private:
     std::optional<Hold> findOn(const std::vector<LoadArrow>& arrows, const Hand& hand) const;
     ArrowsByLoad arrows() const;
     void dragFoot(const Hand& hand);
+    void selectWithin(const QRectF& frame);
+    QString countOfSelection() const;
     void selectNext(int step);
     void nudge(int dx, int dy);
     void turn(double degrees, double factor);
     /// Strokes of keys in quick succession are one step of the history.
     void changeByKey(const QString& what, const std::function<void(Piece&)>& change);
 
-    std::optional<Hold> held;  // of a load
-    PieceHand pieces;          // holds all others
+    void doByKey(const QString& what, const std::function<void()>& act);
+
+    std::optional<Hold> held;           // of a load
+    PieceHand pieces;                   // holds all others
+    std::optional<PieceId> clicked;     // one of several, until the hand moves
+    std::optional<QPointF> frameStart;  // in plate coordinates
+    QPointF frameEnd;
     QElapsedTimer sinceKey;
-    std::pair<QString, std::optional<PieceId>> lastByKey;  // the action, and its piece then
+    std::pair<QString, std::vector<PieceId>> lastByKey;  // the action, and its pieces then
     int keyGesture = Document::NO_GESTURE;
 };
 

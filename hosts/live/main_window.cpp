@@ -390,7 +390,7 @@ void MainWindow::connectDocument() {
     recovery.setVariants(*variantStrip);
     recovery.setDesignSource([this] { return restingDesign(); });
     connect(&bench, &Workbench::selectionChanged, this,
-            [this] { stage->plate().setSelection(bench.selection()); });
+            [this] { stage->plate().setSelection(bench.selectedPieces()); });
     connect(&plate, &PlateView::menuAsked, this, &MainWindow::openMenu);
     connect(pieces.get(), &PieceActions::numbersAsked, this, &MainWindow::showNumbersOfSelection);
     for (const auto signal : {&Workbench::refused, &Workbench::told})

@@ -123,6 +123,20 @@ void claim(Scene& scene, const KeptArea& kept) {
         if (kind != kept.kind) takeAway(areaOf(scene.passive, kind), kept.area, scene);
 }
 
+/// The identities of pieces in a scene that contains them, each once. Areas may have become one, or
+/// lost their elements to another one.
+std::vector<PieceId> present(const Scene& scene, const std::vector<PieceId>& ids,
+                             const std::vector<Piece>& pieces) {
+    std::vector<PieceId> found;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        const auto* kept = std::get_if<KeptArea>(&pieces[i]);
+        const PieceId id = kept != nullptr ? idOf(scene, *kept) : ids[i];
+        if (exists(scene, id) && std::find(found.begin(), found.end(), id) == found.end())
+            found.push_back(id);
+    }
+    return found;
+}
+
 }  // namespace
 
 bool exists(const Scene& scene, const PieceId& id) {
@@ -196,6 +210,13 @@ void takeOut(Scene& scene, const PieceId& id) {
     area = joinedArea(cellsWith(loose), std::move(rings), scene.width, scene.height);
 }
 
+void takeOut(Scene& scene, std::vector<PieceId> ids) {
+    // From the end of the lists, so that the indices of the others stay.
+    std::sort(ids.begin(), ids.end(),
+              [](const PieceId& one, const PieceId& other) { return one.index > other.index; });
+    for (const PieceId& id : ids) takeOut(scene, id);
+}
+
 PieceId putIn(Scene& scene, const Piece& piece) {
     if (const auto* load = std::get_if<Load>(&piece)) {
         scene.loads.push_back(*load);
@@ -210,6 +231,12 @@ PieceId putIn(Scene& scene, const Piece& piece) {
     if (kept.area.empty()) throw InputError("This area has no elements on the plate");
     paintPassive(scene, kept.area, kept.kind);
     return idOf(scene, kept);
+}
+
+std::vector<PieceId> putIn(Scene& scene, const std::vector<Piece>& pieces) {
+    std::vector<PieceId> ids;
+    for (const Piece& piece : pieces) ids.push_back(putIn(scene, piece));
+    return present(scene, ids, pieces);
 }
 
 std::vector<PieceId> replace(Scene& scene, const std::vector<PieceId>& ids,
@@ -228,10 +255,7 @@ std::vector<PieceId> replace(Scene& scene, const std::vector<PieceId>& ids,
     // Only now, when all have left their old places.
     for (const Piece& piece : pieces)
         if (const auto* kept = std::get_if<KeptArea>(&piece)) claim(scene, *kept);
-    std::vector<PieceId> replaced = ids;
-    for (std::size_t i = 0; i < ids.size(); ++i)
-        if (const auto* kept = std::get_if<KeptArea>(&pieces[i])) replaced[i] = idOf(scene, *kept);
-    return replaced;
+    return present(scene, ids, pieces);
 }
 
 Extent extentOf(const Piece& piece) {
@@ -244,6 +268,13 @@ Extent extentOf(const Piece& piece) {
                 return {each.x, each.y};
         },
         piece);
+}
+
+QRectF boxOf(const Piece& piece) {
+    const Extent extent = extentOf(piece);
+    const int elements = std::holds_alternative<KeptArea>(piece) ? 1 : 0;
+    return {QPointF(extent.x.from, extent.y.from),
+            QPointF(extent.x.to + elements, extent.y.to + elements)};
 }
 
 Piece moved(const Piece& piece, int right, int down, const Scene& scene) {
@@ -263,6 +294,15 @@ Piece moved(const Piece& piece, int right, int down, const Scene& scene) {
     if (auto* load = std::get_if<Load>(&result)) move(*load);
     if (auto* support = std::get_if<Support>(&result)) move(*support);
     return result;
+}
+
+std::vector<Piece> moved(std::vector<Piece> pieces, int right, int down, const Scene& scene) {
+    for (const Piece& piece : pieces) {
+        right = possibleStep(piece, right, true, scene);
+        down = possibleStep(piece, down, false, scene);
+    }
+    for (Piece& piece : pieces) piece = moved(piece, right, down, scene);
+    return pieces;
 }
 
 Piece mirrored(const Piece& piece, bool isLeftRight, const Scene& scene) {

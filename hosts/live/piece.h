@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRectF>
 #include <cstddef>
 #include <optional>
 #include <variant>
@@ -66,9 +67,13 @@ Piece pieceOf(const Scene& scene, const PieceId& id);
 
 /// Removes a piece. Throws InputError for the only load.
 void takeOut(Scene& scene, const PieceId& id);
+/// Removes different pieces. Throws InputError for all loads.
+void takeOut(Scene& scene, std::vector<PieceId> ids);
 
 /// Adds a piece. If the load case of a load does not exist, the load gets the last load case.
 PieceId putIn(Scene& scene, const Piece& piece);
+/// Adds pieces. Areas that become one have one identity.
+std::vector<PieceId> putIn(Scene& scene, const std::vector<Piece>& pieces);
 
 /// Replaces pieces by others of the same types, and returns their identities. They do not take
 /// elements from each other unless they overlap.
@@ -76,10 +81,14 @@ std::vector<PieceId> replace(Scene& scene, const std::vector<PieceId>& ids,
                              const std::vector<Piece>& pieces);
 
 Extent extentOf(const Piece& piece);
+/// The frame of a piece, in plate coordinates.
+QRectF boxOf(const Piece& piece);
 
 /// Moves a piece by a number of elements, but not beyond the plate. The centre of a ring stays on
 /// the plate. Throws InputError if another piece is larger than the plate.
 Piece moved(const Piece& piece, int right, int down, const Scene& scene);
+/// Moves pieces by the same step, unless no step keeps all of them on the plate.
+std::vector<Piece> moved(std::vector<Piece> pieces, int right, int down, const Scene& scene);
 
 /// Mirrors a piece at the middle of the plate, including its force.
 Piece mirrored(const Piece& piece, bool isLeftRight, const Scene& scene);

@@ -59,16 +59,21 @@ void PieceActions::setEnabled(bool isToBe) {
 void PieceActions::follow() {
     for (QAction* action : actions())
         action->setEnabled(isEnabled &&
-                           (action == paste ? bench.hasCopy() : bench.selection().has_value()));
+                           (action == paste ? bench.hasCopy() : !bench.selectedPieces().empty()));
 }
 
 QMenu* PieceActions::makeMenu(const Hand& hand, const QList<QAction*>& ofPlate) {
     auto* menu = new QMenu(&view);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const auto piece = finder.pieceAt(hand);
-    bench.select(piece);
-    if (piece) {
+    const bool isOneOfSeveral = piece && bench.isSelected(*piece) && !bench.selection();
+    if (!isOneOfSeveral) bench.select(piece);
+    if (isOneOfSeveral) {
+        fillForSelection(*menu);
+    } else if (piece) {
         fillForPiece(*menu, *piece);
+        menu->addSeparator();
+        menu->addAction(tr("&Numbers..."), this, &PieceActions::numbersAsked);
     } else {
         fillForPlate(*menu, hand);
         menu->addSeparator();
@@ -83,11 +88,13 @@ void PieceActions::fillForPiece(QMenu& menu, const PieceId& id) {
     if (const auto* support = std::get_if<Support>(&piece)) fillForSupport(menu, *support);
     if (const auto* kept = std::get_if<KeptArea>(&piece)) fillForArea(menu, *kept);
     menu.addSeparator();
+    fillForSelection(menu);
+}
+
+void PieceActions::fillForSelection(QMenu& menu) {
     menu.addActions({cut, copy, remove});
     menu.addSeparator();
     for (QAction* mirror : mirrors) menu.addAction(mirror);
-    menu.addSeparator();
-    menu.addAction(tr("&Numbers..."), this, &PieceActions::numbersAsked);
 }
 
 void PieceActions::fillForLoad(QMenu& menu, const Load& load) {

@@ -21,7 +21,8 @@ public:
     /// Disabled while the user draws a design.
     void setEnabled(bool isToBe);
 
-    /// Selects the piece under the hand and makes its menu. Without a piece, makes the menu of the
+    /// Selects the piece under the hand, unless it is one of several that are selected, and makes
+    /// the menu of the selection. Without a piece, makes the menu of the
     /// plate, which ends in `ofPlate`. The menu deletes itself when it closes.
     QMenu* makeMenu(const Hand& hand, const QList<QAction*>& ofPlate);
 
@@ -34,6 +35,7 @@ private:
                  const std::function<void()>& act);
     void follow();
     void fillForPiece(QMenu& menu, const PieceId& id);
+    void fillForSelection(QMenu& menu);
     void fillForLoad(QMenu& menu, const Load& load);
     void fillForSupport(QMenu& menu, const Support& support);
     void fillForArea(QMenu& menu, const KeptArea& kept);

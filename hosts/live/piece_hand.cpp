@@ -50,14 +50,6 @@ QString describeArea(const KeptArea& kept, const Scene& scene) {
 
 }  // namespace
 
-std::optional<QRectF> frameOf(const Scene& scene, const PieceId& id) {
-    if (id.type == PieceId::Type::LOAD) return std::nullopt;
-    const Extent extent = extentOf(pieceOf(scene, id));
-    const int elements = id.type == PieceId::Type::AREA ? 1 : 0;
-    return QRectF(QPointF(extent.x.from, extent.y.from),
-                  QPointF(extent.x.to + elements, extent.y.to + elements));
-}
-
 void paintFrame(QPainter& painter, const PlateTransform& transform, const QRectF& frame,
                 const QColor& colour) {
     const QRectF box(transform.toWidget(frame.topLeft()), transform.toWidget(frame.bottomRight()));
@@ -97,36 +89,46 @@ std::optional<PieceId> PieceHand::find(const Hand& hand) const {
     return areaAt(site.scene(), cellAt(hand.plate));
 }
 
-void PieceHand::take(const PieceId& id, const Hand& hand) {
-    const bool copies = hand.modifiers.testFlag(Qt::AltModifier);
-    held = Hold{id, pieceOf(site.scene(), id), site.scene().passive, hand.plate, copies};
+void PieceHand::take(const std::vector<PieceId>& ids, const Hand& hand) {
+    const Scene& scene = site.scene();
+    held = Hold{ids,
+                {},
+                scene.passive,
+                scene.loads.size(),
+                scene.supports.size(),
+                hand.plate,
+                hand.modifiers.testFlag(Qt::AltModifier)};
+    for (const PieceId& id : ids) held->pieces.push_back(pieceOf(scene, id));
+}
+
+QString PieceHand::nameOfStep() const {
+    if (held->ids.size() > 1)
+        return held->copies ? QObject::tr("Copy selection") : QObject::tr("Move selection");
+    const bool isArea = held->ids.front().type == PieceId::Type::AREA;
+    if (held->copies) return isArea ? QObject::tr("Copy area") : QObject::tr("Copy support");
+    return isArea ? QObject::tr("Move area") : QObject::tr("Move support");
 }
 
 void PieceHand::drag(const Hand& hand, int gesture) {
-    const auto selected = site.bench.selection();
-    if (!held || !selected) return;
+    // A change of the timeline may have removed them.
+    const auto isThere = [&](const PieceId& id) {
+        return id.type == PieceId::Type::AREA || exists(site.scene(), id);
+    };
+    if (!held || !std::all_of(held->ids.begin(), held->ids.end(), isThere)) return;
     const QPointF way = hand.plate - held->start;
-    const int right = static_cast<int>(std::lround(way.x()));
-    const int down = static_cast<int>(std::lround(way.y()));
-    const Piece piece = moved(held->piece, right, down, site.scene());
-    const bool isArea = selected->type == PieceId::Type::AREA;
-    if (held->copies && !isArea) {
-        if (piece == held->piece) return;
-        held->copies = false;
-        site.bench.putIn(QObject::tr("Copy support"), piece, gesture);
-        return;
-    }
-    PieceId id = *selected;
+    const auto pieces = moved(held->pieces, static_cast<int>(std::lround(way.x())),
+                              static_cast<int>(std::lround(way.y())), site.scene());
+    std::vector<PieceId> ids;
     site.bench.editSelecting(
-        isArea ? QObject::tr("Move area") : QObject::tr("Move support"),
-        [&](Scene& scene) {
-            if (isArea) {
-                // What it crosses comes back.
-                scene.passive = held->passive;
-                id = held->id;
-            }
-            if (held->copies && piece == held->piece) return;
-            id = held->copies ? putIn(scene, piece) : replace(scene, {id}, {piece}).front();
-        },
-        id, gesture);
+        nameOfStep(), [&](Scene& scene) { ids = place(scene, pieces); }, ids, gesture);
+}
+
+std::vector<PieceId> PieceHand::place(Scene& scene, const std::vector<Piece>& pieces) const {
+    const auto isArea = [](const PieceId& id) { return id.type == PieceId::Type::AREA; };
+    // What the pieces cross comes back.
+    if (std::any_of(held->ids.begin(), held->ids.end(), isArea)) scene.passive = held->passive;
+    if (!held->copies) return replace(scene, held->ids, pieces);
+    if (scene.loads.size() > held->loads) scene.loads.resize(held->loads);
+    if (scene.supports.size() > held->supports) scene.supports.resize(held->supports);
+    return pieces == held->pieces ? held->ids : putIn(scene, pieces);
 }

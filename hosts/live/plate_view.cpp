@@ -133,19 +133,23 @@ void PlateView::setFaults(std::vector<QPointF> places) {
     update();
 }
 
-void PlateView::setSelection(const std::optional<PieceId>& piece) {
-    selection = piece;
+void PlateView::setSelection(const std::vector<PieceId>& pieces) {
+    selection = pieces;
     followSelection();
     update();
 }
 
 void PlateView::followSelection() {
-    const bool isThere = selection && exists(*scene, *selection);
     look.selectedLoad.reset();
-    selectionFrame.reset();
-    if (!isThere) return;
-    if (selection->type == PieceId::Type::LOAD) look.selectedLoad = selection->index;
-    selectionFrame = frameOf(*scene, *selection);
+    selectionFrames.clear();
+    for (const PieceId& id : selection) {
+        if (!exists(*scene, id)) continue;
+        // Its arrow shows the selection.
+        if (selection.size() == 1 && id.type == PieceId::Type::LOAD)
+            look.selectedLoad = id.index;
+        else
+            selectionFrames.push_back(boxOf(pieceOf(*scene, id)));
+    }
 }
 
 std::optional<QPointF> PlateView::handPlace() const {
@@ -252,7 +256,8 @@ void PlateView::paintEvent(QPaintEvent*) {
         plate.draw(*drawn, look);
         if (reflected) drawPlane(painter);
         if (hasRulers) plate.drawRulers(*scene, rect());
-        if (selectionFrame) paintFrame(painter, where, *selectionFrame, palette->hand);
+        for (const QRectF& frame : selectionFrames)
+            paintFrame(painter, where, frame, palette->hand);
     }
     if (tool != nullptr && hand && gesture != Gesture::PAN) {
         painter.setRenderHint(QPainter::Antialiasing);
@@ -496,7 +501,10 @@ void PlateView::pressByKey(Qt::KeyboardModifiers modifiers) {
     if (!hand) moveHand(handAt(where.toWidget(scene->width / 2, scene->height / 2), modifiers));
     if (gesture == Gesture::TOOL) {
         endGesture();
-    } else if (tool->press(*hand)) {
+        return moveHand(*hand);
+    }
+    hand->modifiers = modifiers;
+    if (tool->press(*hand)) {
         gesture = Gesture::TOOL;
         isGestureByKey = true;
     }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "piece.h"
 #include "plate_painter.h"
@@ -36,7 +37,7 @@ public:
     /// Whether nodes are numbered along the plate.
     void setRulers(bool isToBe);
     void setFaults(std::vector<QPointF> places);
-    void setSelection(const std::optional<PieceId>& piece);
+    void setSelection(const std::vector<PieceId>& pieces);
     void setForces(const ForceScale& forces);
     void setColours(const PlateColours& colourSet);
     const PlateColours& colours() const { return *palette; }
@@ -126,8 +127,8 @@ private:
     std::shared_ptr<const Scene> scene;
     std::shared_ptr<const Scene> drawn;      // of the scene
     std::shared_ptr<const Scene> reflected;  // of the scene's other half; null without one
-    std::optional<PieceId> selection;
-    std::optional<QRectF> selectionFrame;
+    std::vector<PieceId> selection;
+    std::vector<QRectF> selectionFrames;
     PlateLook look;
     const PlateColours* palette;
     PlateTransform where;

@@ -47,7 +47,9 @@ QString plateRows() {
            row(QObject::tr("Esc"), QObject::tr("Take back what the tool is doing")) +
            row(QObject::tr("N, Shift+N"),
                QObject::tr("Select the next or previous load (with Select and drag)")) +
-           row(QObject::tr("Arrow keys"), QObject::tr("Move the selected load")) +
+           row(QObject::tr("Ctrl and a click or a drag"),
+               QObject::tr("Select several pieces, one by one or by a frame")) +
+           row(QObject::tr("Arrow keys"), QObject::tr("Move what is selected")) +
            row(QObject::tr("Alt+Left, Right"), QObject::tr("Turn the selected load")) +
            row(QObject::tr("Alt+Up, Down"), QObject::tr("Make its force larger or smaller")) +
            row(QObject::tr("Shift while turning"),

@@ -42,7 +42,7 @@ void ToolBox::addMirrors(Workbench& bench) {
 void ToolBox::addPlateTools(const ToolSite& site) {
     add(std::make_unique<SelectTool>(site), Glyph::SELECT, tr("Select and drag"), "V",
         tr("Drag loads, supports and kept areas, with Alt copies of them. The other end of an "
-           "arrow turns and scales the load. "
+           "arrow turns and scales the load. Ctrl selects several, by clicks or by a frame. "
            "Keys: N selects the next one, arrows move it, Alt with arrows turns and scales a load"),
         ofPlate);
     add(std::make_unique<LoadTool>(site), Glyph::ADD_LOAD, tr("Add load"), "L",

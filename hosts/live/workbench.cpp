@@ -34,30 +34,57 @@ void Workbench::setShape(Shape shape) {
     emit brushChanged();
 }
 
-std::optional<std::size_t> Workbench::selectedLoad() const {
-    if (!selected || selected->type != PieceId::Type::LOAD) return std::nullopt;
-    return selected->index;
+bool Workbench::isSelected(const PieceId& piece) const {
+    return std::find(selected.begin(), selected.end(), piece) != selected.end();
 }
 
-void Workbench::select(const std::optional<PieceId>& piece) {
-    if (selected == piece) return;
-    selected = piece;
+std::optional<PieceId> Workbench::selection() const {
+    if (selected.size() != 1) return std::nullopt;
+    return selected.front();
+}
+
+std::optional<std::size_t> Workbench::selectedLoad() const {
+    const auto piece = selection();
+    if (!piece || piece->type != PieceId::Type::LOAD) return std::nullopt;
+    return piece->index;
+}
+
+void Workbench::select(std::vector<PieceId> pieces) {
+    if (selected == pieces) return;
+    selected = std::move(pieces);
     turned.reset();
     emit selectionChanged();
 }
 
+void Workbench::select(const std::optional<PieceId>& piece) {
+    select(piece ? std::vector{*piece} : std::vector<PieceId>());
+}
+
+void Workbench::toggle(const PieceId& piece) {
+    auto pieces = selected;
+    if (std::erase(pieces, piece) == 0) pieces.push_back(piece);
+    select(std::move(pieces));
+}
+
 void Workbench::deleteSelected() {
-    if (!selected) return;
-    const PieceId id = *selected;
+    if (selected.empty()) return;
+    const auto ids = selected;
     const std::array<QString, 3> names = {tr("Delete load"), tr("Delete support"),
                                           tr("Delete area")};
-    const QString& name = names[static_cast<std::size_t>(id.type)];
-    if (edit(name, [id](Scene& scene) { takeOut(scene, id); })) select(std::nullopt);
+    const QString name =
+        ids.size() > 1 ? tr("Delete selection") : names[static_cast<std::size_t>(ids.front().type)];
+    if (edit(name, [&](Scene& scene) { takeOut(scene, ids); })) select(std::nullopt);
+}
+
+std::vector<Piece> Workbench::contentOfSelection() const {
+    std::vector<Piece> pieces;
+    for (const PieceId& id : selected) pieces.push_back(pieceOf(document.scene(), id));
+    return pieces;
 }
 
 void Workbench::copySelected() {
-    if (!selected) return;
-    copied = pieceOf(document.scene(), *selected);
+    if (selected.empty()) return;
+    copied = contentOfSelection();
     emit copiedChanged();
 }
 
@@ -67,54 +94,71 @@ void Workbench::cutSelected() {
 }
 
 void Workbench::paste(const std::optional<QPointF>& place) {
-    if (!copied) return;
+    if (copied.empty()) return;
     attempt([&] {
-        const Extent extent = extentOf(*copied);
-        const int beside = 2;
-        const auto step = [](double middle, const Range& range) {
-            return static_cast<int>(std::lround(middle - 0.5 * (range.from + range.to)));
-        };
-        // The middle of an element is half a step from its node.
-        const double half = std::holds_alternative<KeptArea>(*copied) ? 0.5 : 0;
-        const int right = place ? step(place->x() - half, extent.x) : beside;
-        const int down = place ? step(place->y() - half, extent.y) : beside;
-        const Piece piece = moved(*copied, right, down, document.scene());
-        if (putIn(tr("Paste"), piece)) copied = piece;
+        QRectF box = boxOf(copied.front());
+        for (const Piece& piece : copied) {
+            const QRectF other = boxOf(piece);
+            // Not united(): the box of a node is empty.
+            box = {QPointF(std::min(box.left(), other.left()), std::min(box.top(), other.top())),
+                   QPointF(std::max(box.right(), other.right()),
+                           std::max(box.bottom(), other.bottom()))};
+        }
+        const QPointF way = place ? *place - box.center() : QPointF(2, 2);
+        const auto pieces = moved(copied, static_cast<int>(std::lround(way.x())),
+                                  static_cast<int>(std::lround(way.y())), document.scene());
+        if (putIn(tr("Paste"), pieces)) copied = pieces;
+    });
+}
+
+void Workbench::moveSelected(int right, int down, int gesture) {
+    if (selected.empty()) return;
+    const std::array<QString, 3> names = {tr("Move load"), tr("Move support"), tr("Move area")};
+    const QString name = selected.size() > 1
+                             ? tr("Move selection")
+                             : names[static_cast<std::size_t>(selected.front().type)];
+    attempt([&] {
+        replaceSelected(name, moved(contentOfSelection(), right, down, document.scene()), gesture);
     });
 }
 
 void Workbench::mirrorSelected(bool isLeftRight, bool copies) {
-    if (!selected) return;
-    const Piece piece =
-        mirrored(pieceOf(document.scene(), *selected), isLeftRight, document.scene());
+    std::vector<Piece> pieces = contentOfSelection();
+    if (pieces.empty()) return;
+    for (Piece& piece : pieces) piece = mirrored(piece, isLeftRight, document.scene());
     if (copies)
-        putIn(tr("Copy mirrored"), piece);
+        putIn(tr("Copy mirrored"), pieces);
     else
-        changeSelected(tr("Mirror"), [&](Piece& each) { each = piece; });
+        replaceSelected(tr("Mirror"), pieces, Document::NO_GESTURE);
 }
 
 void Workbench::changeSelected(const QString& what, const std::function<void(Piece&)>& change,
                                int gesture) {
-    if (!selected) return;
-    PieceId id = *selected;
-    const auto exchange = [&](Scene& scene) {
-        Piece piece = pieceOf(scene, id);
-        change(piece);
-        id = replace(scene, {id}, {piece}).front();
-    };
-    editSelecting(what, exchange, id, gesture);
+    if (!selection()) return;
+    attempt([&] {
+        std::vector<Piece> pieces = contentOfSelection();
+        change(pieces.front());
+        replaceSelected(what, pieces, gesture);
+    });
 }
 
-bool Workbench::putIn(const QString& what, const Piece& piece, int gesture) {
-    PieceId id;
+bool Workbench::replaceSelected(const QString& what, const std::vector<Piece>& pieces,
+                                int gesture) {
+    std::vector<PieceId> ids = selected;
     return editSelecting(
-        what, [&](Scene& scene) { id = ::putIn(scene, piece); }, id, gesture);
+        what, [&](Scene& scene) { ids = replace(scene, ids, pieces); }, ids, gesture);
+}
+
+bool Workbench::putIn(const QString& what, const std::vector<Piece>& pieces, int gesture) {
+    std::vector<PieceId> ids;
+    return editSelecting(
+        what, [&](Scene& scene) { ids = ::putIn(scene, pieces); }, ids, gesture);
 }
 
 bool Workbench::editSelecting(const QString& what, const std::function<void(Scene&)>& change,
-                              const PieceId& piece, int gesture) {
+                              const std::vector<PieceId>& pieces, int gesture) {
     if (!edit(what, change, gesture)) return false;
-    select(piece);
+    select(pieces);
     return true;
 }
 
@@ -165,6 +209,8 @@ void Workbench::followScene() {
     const auto before = std::exchange(followed, document.snapshot());
     followForces();
     if (!before || before->blob != followed->blob) movedBlob.reset();
-    if (selected && !exists(document.scene(), *selected)) select(std::nullopt);
+    auto left = selected;
+    std::erase_if(left, [&](const PieceId& id) { return !exists(document.scene(), id); });
+    select(std::move(left));
     if (currentLoadCase >= document.scene().loadCaseCount()) setLoadCase(currentLoadCase);
 }

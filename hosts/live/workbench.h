@@ -3,6 +3,7 @@
 #include <QObject>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "brush.h"
 #include "document.h"
@@ -34,28 +35,41 @@ public:
     int loadCase() const { return currentLoadCase; }
     void setLoadCase(int loadCase);
 
-    const std::optional<PieceId>& selection() const { return selected; }
+    /// The selected pieces, each once.
+    const std::vector<PieceId>& selectedPieces() const { return selected; }
+    bool isSelected(const PieceId& piece) const;
+    /// The selected piece, unless several are.
+    std::optional<PieceId> selection() const;
     std::optional<std::size_t> selectedLoad() const;
+    void select(std::vector<PieceId> pieces);
     void select(const std::optional<PieceId>& piece);
     void select(std::size_t load) { select(PieceId::load(load)); }
+    /// Adds a piece to the selection, or takes it out.
+    void toggle(const PieceId& piece);
 
-    // These edit the selected piece, and do nothing without a selection.
+    // These edit all selected pieces in one step, and do nothing without a selection.
     void deleteSelected();
     void copySelected();
     void cutSelected();
-    /// Mirrors the piece at the middle of the plate, or adds a mirrored copy.
+    void moveSelected(int right, int down, int gesture);
+    /// Mirrors the pieces at the middle of the plate, or adds mirrored copies.
     void mirrorSelected(bool isLeftRight, bool copies);
-    /// Edits the piece. It stays selected.
+
+    /// Edits the selected piece, unless several are. It stays selected.
     void changeSelected(const QString& what, const std::function<void(Piece&)>& change,
                         int gesture = Document::NO_GESTURE);
 
-    bool hasCopy() const { return copied.has_value(); }
-    /// Adds a copy of the piece on the clipboard with its centre at `place`, in plate coordinates.
-    /// Without a place, the copy lies next to the previous one.
+    bool hasCopy() const { return !copied.empty(); }
+    /// Adds a copy of the pieces on the clipboard with their centre at `place`, in plate
+    /// coordinates. Without a place, the copy lies next to the previous one.
     void paste(const std::optional<QPointF>& place);
 
-    /// Adds a piece and selects it.
-    bool putIn(const QString& what, const Piece& piece, int gesture = Document::NO_GESTURE);
+    /// Adds pieces and selects them.
+    bool putIn(const QString& what, const std::vector<Piece>& pieces,
+               int gesture = Document::NO_GESTURE);
+    bool putIn(const QString& what, const Piece& piece, int gesture = Document::NO_GESTURE) {
+        return putIn(what, std::vector{piece}, gesture);
+    }
 
     /// The selected load if a hand has turned it. Its free end stays where the hand left it while
     /// the load is selected.
@@ -80,9 +94,9 @@ public:
               int gesture = Document::NO_GESTURE);
     /// Edits the scene with its timeline in the same way.
     bool editWhole(const QString& what, const std::function<void(Scene&)>& change);
-    /// Makes an edit and then selects `piece`, which the edit may set.
+    /// Makes an edit and then selects `pieces`, which the edit may set.
     bool editSelecting(const QString& what, const std::function<void(Scene&)>& change,
-                       const PieceId& piece, int gesture = Document::NO_GESTURE);
+                       const std::vector<PieceId>& pieces, int gesture = Document::NO_GESTURE);
 
 signals:
     void brushChanged();
@@ -99,13 +113,15 @@ private:
     void followScene();
     void followForces();
     bool attempt(const std::function<void()>& edit);
+    std::vector<Piece> contentOfSelection() const;
+    bool replaceSelected(const QString& what, const std::vector<Piece>& pieces, int gesture);
 
     Brush currentBrush{3, true};
     Mirror currentMirror;
     Shape currentShape = Shape::STROKE;
     int currentLoadCase = 0;
-    std::optional<PieceId> selected;
-    std::optional<Piece> copied;
+    std::vector<PieceId> selected;
+    std::vector<Piece> copied;
     std::optional<HeldLoad> turned;
     ForceScale forceScale;
     bool isInGesture = false;

@@ -172,6 +172,45 @@ private slots:
         QVERIFY(passive() == before);
     }
 
+    void severalPiecesAreEditedInOneStep() {
+        LiveFixture live(sceneWithPieces());
+        const PassiveAreas before = live.scene().passive;
+        QUndoStack& history = live.bench().document.undoStack();
+        // A frame around the rectangle and the second load; clicks add the disc and a support.
+        live.drag(live.at(1.2, 5.6), live.at(12, -0.6), Qt::ControlModifier);
+        live.drag(live.at(18.5, 6.5), live.at(18.5, 6.5), Qt::ControlModifier);
+        for (int i = 0; i < 3; ++i) live.drag(live.at(0, 6), live.at(0, 6), Qt::ControlModifier);
+        QCOMPARE(live.bench().selectedPieces().size(), std::size_t{4});
+        QVERIFY(!live.bench().selection());
+        live.drag(live.at(3.5, 3.5), live.at(4.5, 2.5));
+        // As far as the upright support and the load at the upper edge allow.
+        QCOMPARE(live.scene().loads[1].x, (Range{11, 11}));
+        QCOMPARE(live.scene().supports[0].x, (Range{1, 1}));
+        QCOMPARE(live.scene().passive.solids.rings, (std::vector<Ring>{{19, 6, 0, 2.5}}));
+        QCOMPARE(live.scene().passive.voids.cells.front(), (Cell{3, 2}));
+        live.key(Qt::Key_Right);
+        QCOMPARE(live.bench().selectedPieces().size(), std::size_t{4});
+        live.drag(live.at(4.5, 3.5), live.at(2.5, 3.5), Qt::AltModifier);
+        QCOMPARE(live.scene().loads.size(), std::size_t{3});
+        QCOMPARE(piecesOf(live.scene()).size(), std::size_t{10});
+        QVERIFY(live.takeTool("Ctrl+Alt+M"));
+        QVERIFY(live.takeTool("Ctrl+C"));
+        QVERIFY(live.takeTool("Ctrl+V"));
+        QCOMPARE(live.scene().loads.size(), std::size_t{4});
+        live.bench().deleteSelected();
+        QCOMPARE(live.scene().loads.size(), std::size_t{3});
+        QVERIFY(live.bench().selectedPieces().empty());
+        while (history.canUndo()) history.undo();
+        QVERIFY(live.scene().passive == before && live.scene().loads.size() == 2);
+        QCOMPARE(history.count(), 6);
+        // One of several that is clicked is selected alone. Not all loads can go.
+        for (const std::size_t load : {0, 1}) live.bench().toggle(PieceId::load(load));
+        live.bench().deleteSelected();
+        QCOMPARE(live.scene().loads.size(), std::size_t{2});
+        live.drag(live.at(24, 6), live.at(24, 6));
+        QCOMPARE(live.bench().selectedLoad(), std::optional<std::size_t>(0));
+    }
+
     void aForceHasAMagnitudeAndAnAngle() {
         LiveFixture live(LiveFixture::smallScene());
         live.bench().select(0);

@@ -52,7 +52,8 @@ private:
 
     static Qt::KeyboardModifier anyModifier(std::mt19937& random) {
         static const std::vector<Qt::KeyboardModifier> modifiers = {
-            Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::AltModifier};
+            Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::AltModifier,
+            Qt::ControlModifier};
         return modifiers[random() % modifiers.size()];
     }
 
@@ -147,6 +148,7 @@ private:
         if (random() % 4 == 0) putAnyRing(live, random);
         const auto ids = piecesOf(live.scene());
         if (!ids.empty()) live.bench().select(ids[random() % ids.size()]);
+        while (!ids.empty() && random() % 3 != 0) live.bench().toggle(ids[random() % ids.size()]);
         live.takeTool(keys[random() % keys.size()]);
     }
 

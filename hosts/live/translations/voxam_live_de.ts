@@ -131,6 +131,13 @@
         <source>Change numbers</source>
         <translation>Maße ändern</translation>
     </message>
+    <message numerus="yes">
+        <source>%n piece(s) selected. Select one to see its numbers.</source>
+        <translation>
+            <numerusform>%n Teil ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
+            <numerusform>%n Teile ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Banner</name>
@@ -1049,6 +1056,13 @@
         <source>Turn load</source>
         <translation>Last drehen</translation>
     </message>
+    <message numerus="yes">
+        <source>%n piece(s) selected. Select one to see its numbers.</source>
+        <translation>
+            <numerusform>%n Teil ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
+            <numerusform>%n Teile ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -1731,8 +1745,8 @@
         <translation>Nächste oder vorige Last auswählen (mit „Auswählen und ziehen“)</translation>
     </message>
     <message>
-        <source>Move the selected load</source>
-        <translation>Die ausgewählte Last verschieben</translation>
+        <source>Move what is selected</source>
+        <translation>Das Ausgewählte verschieben</translation>
     </message>
     <message>
         <source>Alt+Left, Right</source>
@@ -1953,6 +1967,33 @@
     <message>
         <source>, weighted sum of %1 load cases</source>
         <translation>, gewichtete Summe von %1 Lastfällen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n piece(s) selected</source>
+        <translation>
+            <numerusform>%n Teil ausgewählt</numerusform>
+            <numerusform>%n Teile ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Copy area</source>
+        <translation>Bereich kopieren</translation>
+    </message>
+    <message>
+        <source>Copy selection</source>
+        <translation>Auswahl kopieren</translation>
+    </message>
+    <message>
+        <source>Move selection</source>
+        <translation>Auswahl verschieben</translation>
+    </message>
+    <message>
+        <source>Ctrl and a click or a drag</source>
+        <translation>Strg und ein Klick oder Ziehen</translation>
+    </message>
+    <message>
+        <source>Select several pieces, one by one or by a frame</source>
+        <translation>Mehrere Teile auswählen, einzeln oder mit einem Rahmen</translation>
     </message>
 </context>
 <context>
@@ -2799,8 +2840,8 @@
         <translation>Auswählen und ziehen</translation>
     </message>
     <message>
-        <source>Drag loads, supports and kept areas, with Alt copies of them. The other end of an arrow turns and scales the load. Keys: N selects the next one, arrows move it, Alt with arrows turns and scales a load</source>
-        <translation>Lasten, Lager und vorgegebene Bereiche ziehen, mit Alt eine Kopie. Das andere Ende eines Pfeils dreht und skaliert die Last. Tasten: N wählt das Nächste, Pfeiltasten verschieben es, Alt mit Pfeiltasten dreht und skaliert eine Last</translation>
+        <source>Drag loads, supports and kept areas, with Alt copies of them. The other end of an arrow turns and scales the load. Ctrl selects several, by clicks or by a frame. Keys: N selects the next one, arrows move it, Alt with arrows turns and scales a load</source>
+        <translation>Lasten, Lager und vorgegebene Bereiche ziehen, mit Alt eine Kopie. Das andere Ende eines Pfeils dreht und skaliert die Last. Strg wählt mehrere aus, mit Klicks oder einem Rahmen. Tasten: N wählt das Nächste, Pfeiltasten verschieben es, Alt mit Pfeiltasten dreht und skaliert eine Last</translation>
     </message>
     <message>
         <source>Add load</source>
@@ -3113,6 +3154,26 @@
     <message>
         <source>Mirror</source>
         <translation>Spiegeln</translation>
+    </message>
+    <message>
+        <source>Delete selection</source>
+        <translation>Auswahl löschen</translation>
+    </message>
+    <message>
+        <source>Move selection</source>
+        <translation>Auswahl verschieben</translation>
+    </message>
+    <message>
+        <source>Move load</source>
+        <translation>Last verschieben</translation>
+    </message>
+    <message>
+        <source>Move support</source>
+        <translation>Lager verschieben</translation>
+    </message>
+    <message>
+        <source>Move area</source>
+        <translation>Bereich verschieben</translation>
     </message>
 </context>
 <context>

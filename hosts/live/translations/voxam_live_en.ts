@@ -10,6 +10,13 @@
             <numerusform>Deleted with %n loads; undo brings them back</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n piece(s) selected. Select one to see its numbers.</source>
+        <translation>
+            <numerusform>%n piece selected. Select one to see its numbers.</numerusform>
+            <numerusform>%n pieces selected. Select one to see its numbers.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ResultLine</name>
@@ -28,6 +35,26 @@
         <translation>
             <numerusform>Remove %n variant? This cannot be undone.</numerusform>
             <numerusform>Remove %n variants? This cannot be undone.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message numerus="yes">
+        <source>%n piece(s) selected</source>
+        <translation>
+            <numerusform>%n piece selected</numerusform>
+            <numerusform>%n pieces selected</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>AreaPanel</name>
+    <message numerus="yes">
+        <source>%n piece(s) selected. Select one to see its numbers.</source>
+        <translation>
+            <numerusform>%n piece selected. Select one to see its numbers.</numerusform>
+            <numerusform>%n pieces selected. Select one to see its numbers.</numerusform>
         </translation>
     </message>
 </context>
