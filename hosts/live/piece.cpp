@@ -42,11 +42,15 @@ Cells connectedCells(const Scene& scene, PassiveKind kind, const Cell& cell) {
     return takeConnected(mask, cell);
 }
 
-/// Of an area that the scene contains.
+/// Of an area that the scene contains. Parts of it may have gone to another kind.
 PieceId idOf(const Scene& scene, const KeptArea& kept) {
     if (!kept.area.rings.empty()) return PieceId::area(kept.kind, kept.area.rings.front());
-    return PieceId::area(kept.kind,
-                         connectedCells(scene, kept.kind, kept.area.cells.front()).front());
+    const Cells& cells = kept.area.cells;
+    const auto first = std::find_if(cells.begin(), cells.end(), [&](const Cell& cell) {
+        return isLoose(areaOf(scene.passive, kept.kind), cell);
+    });
+    if (first == cells.end()) return PieceId::area(kept.kind, cells.front());
+    return PieceId::area(kept.kind, connectedCells(scene, kept.kind, *first).front());
 }
 
 Range extentAlong(const Cells& cells, int Cell::*coordinate) {
