@@ -161,7 +161,7 @@ private slots:
         QCOMPARE(passive().solids.rings, (std::vector<Ring>{{12, 6, 2, 5}}));
         put(PassiveKind::SECOND_SOLID, {12, 6, 3, 4});
         QCOMPARE(passive().solids.rings, (std::vector<Ring>{{12, 6, 2, 3}, {12, 6, 4, 5}}));
-        const PassiveAreas before = passive();
+        const PassiveAreas before = live.scene().passive;
         // A hole beside the centre takes its elements, and stays a disc.
         live.bench().select(PieceId::area(PassiveKind::VOID, {12, 6, 0, 2}));
         live.key(Qt::Key_Right);
