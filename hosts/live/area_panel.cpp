@@ -33,6 +33,9 @@ AreaPanel::AreaPanel(Workbench& workbench) : bench(workbench), list(new GrowingL
     auto* group = new QGroupBox(tr("Supports and areas"));
     auto* column = new QVBoxLayout(group);
     list->setAccessibleName(tr("Supports and areas"));
+    list->setWhatsThis(
+        tr("Where the plate is held, and the areas that stay void or solid whatever "
+           "the optimiser does. Select one to change its numbers below."));
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.select(ids[static_cast<std::size_t>(row)]);
     });

@@ -49,11 +49,17 @@ QString casesText(const ViewedField& field, const Scene& scene) {
     return text.arg(field.loadCases.size());
 }
 
+/// A component of a value. A solver leaves rounding where it is 0.
+QString partText(double part, double whole) {
+    constexpr double rounding = 1e-9;
+    return numberText(std::abs(part) <= rounding * whole ? 0 : part, DIGITS);
+}
+
 QString energyReading(const ScoreResult& score, const Cell& cell) {
     const Field& energies = *score.view.field->values;
     const auto energy = static_cast<double>(energies.at(cell.x, cell.y));
     const double average = mean(energies);
-    return QObject::tr("Energy of this cell %1, that is %2 × the average of the plate")
+    return QObject::tr("Share of this cell in the compliance %1, %2 × the average of the plate")
         .arg(numberText(energy, DIGITS), numberText(average > 0 ? energy / average : 0, DIGITS));
 }
 
@@ -68,7 +74,9 @@ QString stressReading(const ScoreResult& score, const Scene& scene, const Cell& 
     });
     const Stress stress = stressIn(worst);
     const double edge = elementEdge(score.design.width, scene);
-    const auto number = [edge](double value) { return numberText(value / edge, DIGITS); };
+    const auto number = [&](double value) {
+        return partText(value / edge, stress.vonMises() / edge);
+    };
     const QString loadCase = cases.size() > 1
                                  ? QObject::tr(" (load case %1)").arg(numberedCase(scene, worst))
                                  : QString();
@@ -87,9 +95,11 @@ QString displacementReading(const ScoreResult& score, QPointF cells) {
     const double right = state.displacementX(x, y);
     const double down = state.displacementY(x, y);
     if (std::isnan(right) || std::isnan(down)) return QObject::tr("No material");
-    return QObject::tr("Displacement %1: x %2, y %3 (force / E t)")
-        .arg(numberText(std::hypot(right, down), DIGITS), numberText(right, DIGITS),
-             numberText(down, DIGITS));
+    const double size = std::hypot(right, down);
+    const int refinement = refinementOf(score.design, *score.scene);
+    return QObject::tr("Displacement of node %1, %2: %3, in x %4, in y %5 (force / E t)")
+        .arg(placeText(double(x) / refinement), placeText(double(y) / refinement),
+             numberText(size, DIGITS), partText(right, size), partText(down, size));
 }
 
 }  // namespace
@@ -140,7 +150,7 @@ Legend legendOf(const CommonView& common, const Scene& scene) {
     switch (common.field->choice.view) {
         case View::ENERGY:
             return {Legend::Kind::MULTIPLES,
-                    QObject::tr("Energy of an element as a multiple of the average") + cases,
+                    QObject::tr("Energy as a multiple of the average of the whole plate") + cases,
                     common.scale};
         case View::STRESS:
             return {Legend::Kind::VALUES,

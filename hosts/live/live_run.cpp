@@ -199,14 +199,23 @@ void LiveRun::setView(const ViewChoice& next) {
 
 bool LiveRun::hasView(const ScoreResult& score) const {
     if (!score.isSupported()) return true;
-    return score.view.field ? score.view.field->choice == choice : choice.view == View::MATERIAL;
+    if (!score.view.field) return choice.view == View::MATERIAL;
+    return score.view.field->choice == choice &&
+           (choice.view != View::STRESS || score.view.field->elementSize == elementSize);
 }
 
 void LiveRun::completeView(const ScoreResult& score) {
-    if (!hasView(score)) worker.view(score);
+    if (hasView(score)) return;
+    ScoreResult now = score;
+    auto scene = std::make_shared<Scene>(*score.scene);
+    scene->elementSize = elementSize;
+    now.scene = std::move(scene);
+    worker.view(now);
 }
 
 void LiveRun::followScene() {
+    const double size = bench.document.scene().elementSize;
+    if (std::exchange(elementSize, size) != size) emit viewChanged();
     // Each update unsettles the optimiser for a few iterations, so a stroke of a drawing that
     // leaves its volume as it was must not be one.
     const bool isSame = settings.scene && hasSameProblem(*sceneToOptimise(), *settings.scene) &&

@@ -131,6 +131,7 @@ private:
     LibraryText lastRefusal;
     std::uint64_t freshRevision = 0;  // of the start by startAfreshIfTorn()
     ViewChoice choice;
+    double elementSize = 1;  // the stresses on the plate follow it
     bool playing = false;
     bool drawing = false;
     bool isKeptShown = false;

@@ -38,9 +38,10 @@ LoadCaseBox::LoadCaseBox(Workbench& workbench) : QGroupBox(tr("Load cases")), be
 void LoadCaseBox::makeList() {
     list = new GrowingList;
     list->setAccessibleName(tr("Load cases; those that are ticked are in use"));
-    list->setToolTip(
-        tr("Tick the load cases to optimise for. New loads belong to the one that is "
-           "selected. Scene files count load cases from 0, and so does the window."));
+    explainField(
+        *list, tr("Loads of one load case act at the same time; load cases take turns, such as "
+                  "wind from the left and from the right. Tick the load cases to optimise for. "
+                  "New loads belong to the selected one. Numbers start at 0, as in scene files."));
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isShowing && row >= 0) bench.setLoadCase(row);
     });

@@ -9,6 +9,7 @@
 #include <numbers>
 
 #include "drawing/load_arrows.h"
+#include "field_help.h"
 #include "growing_list.h"
 #include "load_case_box.h"
 #include "load_case_text.h"
@@ -103,7 +104,6 @@ QWidget* LoadPanel::makeFields() {
     angle->setSingleStep(5);
     angle->setWrapping(true);
     angle->setSuffix(tr("°"));
-    angle->setToolTip(tr("0° points right, 90° up"));
     form->addRow(tr("Magnitude"), magnitude);
     form->addRow(tr("Angle"), angle);
     auto* remove = new QPushButton(tr("Delete load"));
@@ -112,7 +112,19 @@ QWidget* LoadPanel::makeFields() {
     last->addWidget(remove);
     form->addRow(tr("Load case"), last);
     connect(remove, &QPushButton::clicked, &bench, &Workbench::deleteSelected);
+    explainRows(*form);
     return fields;
+}
+
+void LoadPanel::explainRows(const QFormLayout& form) {
+    explainField(*x, tr("The column of nodes on which the load acts, or the first one"));
+    explainField(*y, tr("The row of nodes on which the load acts, or the first one"));
+    const QString force =
+        tr("The force, in a unit of your choice. A load on several nodes is "
+           "shared among them.");
+    for (QDoubleSpinBox* part : {fx, fy, magnitude}) explainRow(form, *part, force);
+    explainRow(form, *angle, tr("The direction of the force: 0° points right, 90° up"));
+    explainField(*loadCase, tr("Loads of the same load case act at the same time"));
 }
 
 void LoadPanel::connectFields() {

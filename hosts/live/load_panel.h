@@ -22,6 +22,7 @@ public:
 private:
     QWidget* makeLoads();
     QWidget* makeFields();
+    void explainRows(const QFormLayout& form);
     void connectFields();
     QDoubleSpinBox* makeForce(const QString& name);
     double radians() const;

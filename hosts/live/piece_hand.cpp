@@ -26,7 +26,7 @@ QString describeSupport(const Support& support) {
     const QString held = support.fixX && support.fixY ? QObject::tr("x and y")
                          : support.fixX               ? QObject::tr("x")
                                                       : QObject::tr("y");
-    return QObject::tr("Support at nodes %1, %2, held in %3")
+    return QObject::tr("Support at nodes x %1, y %2, held in %3")
         .arg(rangeText(support.x), rangeText(support.y), held);
 }
 

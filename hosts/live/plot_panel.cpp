@@ -66,9 +66,10 @@ struct PlotPanel::Axes {
 
 PlotPanel::PlotPanel(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Plot of compliance and volume over the iterations"));
-    explainField(*this,
-                 tr("Compliance (left scale) and volume (right scale) over the iterations; dotted "
-                    "lines are edits, triangles are peaks above the scale"));
+    explainField(
+        *this,
+        tr("Compliance (left scale) and volume (right scale) over the iterations; dotted "
+           "lines are edits and changes of the timeline, triangles are peaks above the scale"));
 }
 
 void PlotPanel::add(const std::vector<IterationNumbers>& numbers) {

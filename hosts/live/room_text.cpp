@@ -34,6 +34,7 @@ constexpr const char* PHRASES[] = {
                       "keep the elements at this load solid, and set the detail of the picture to "
                       "%1"),
     QT_TRANSLATE_NOOP("Rooms", "keep the elements at this load solid"),
+    QT_TRANSLATE_NOOP("Rooms", "raise the penalty to 3: a low one leaves greys"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid, more volume or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more volume"),

@@ -92,12 +92,15 @@ void ScenePanel::makeSizes() {
     form->addRow(tr("Element"), elementSize);
     form->addRow(tr("Whole plate"), plateSize);
     form->addRow(tr("Symmetry"), symmetry);
-    explainRow(*form, *elementSize,
-               tr("Edge of an element in millimetres, for outlines and solids. It changes no "
-                  "compliance. Forces are in a unit of your choice, such as newtons."));
-    explainRow(*form, *symmetry,
-               tr("Edit and compute one half of a plate that is symmetric to one of its edges. The "
-                  "nodes of that edge are held. Pictures and exports show the whole plate."));
+    explainRow(
+        *form, *elementSize,
+        tr("Edge of an element in millimetres, for outlines, solids and stresses. It changes "
+           "no compliance. Forces are in a unit of your choice, such as newtons."));
+    explainRow(
+        *form, *symmetry,
+        tr("Edit and compute one half of a plate that is symmetric to one of its edges. The "
+           "nodes of that edge are held. Pictures and exports show the whole plate. Of a force on "
+           "the plane of symmetry give one half."));
     connect(elementSize, &QDoubleSpinBox::valueChanged, this, [this](double size) {
         if (!isShowing)
             bench.editWhole(tr("Change element size"),

@@ -32,6 +32,9 @@ QString describe(const Change& change) {
 TimelineStrip::TimelineStrip(QWidget* parent)
     : QWidget(parent), scene(std::make_shared<const Scene>()) {
     setAccessibleName(tr("Timeline"));
+    setWhatsThis(
+        tr("The timeline changes the scene while the optimiser runs: it may move a load, "
+           "for example. Each mark is the iteration of a change."));
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     hide();

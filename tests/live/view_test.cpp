@@ -34,7 +34,7 @@ private slots:
 
         // Both load cases: the sum of energies, the stress of the worse.
         const double energy = elements.at("energy_0") + elements.at("energy_1");
-        QVERIFY(showsAt(live, "Ctrl+2", 7, 4, "cell " + digits(energy) + ", that"));
+        QVERIFY(showsAt(live, "Ctrl+2", 7, 4, "compliance " + digits(energy) + ","));
         const QString worse = elements.at("von_mises_0") > elements.at("von_mises_1") ? "0" : "1";
         const auto stress = [&](const QString& loadCase) {
             const auto value = [&](const char* name) {
@@ -48,7 +48,7 @@ private slots:
         cases.setCurrentIndex(2);
         QVERIFY(showsAt(live, "", 7, 4, stress("1")));
         const QString moved =
-            QString("x %1, y %2")
+            QString("in x %1, in y %2")
                 .arg(digits(nodes.at("displacement_x_1")), digits(nodes.at("displacement_y_1")));
         // Where the deformed plate is drawn.
         QVERIFY(live.takeTool("Ctrl+4"));
@@ -78,6 +78,14 @@ private slots:
         QVERIFY(live.takeTool("Ctrl+3"));
         QTRY_COMPARE(kind(live), Legend::Kind::VALUES);
         QCOMPARE(picture(live), stresses);
+        // The legend follows the size of the elements, which the colours need not.
+        const auto average = [&] {
+            const auto& scale = live.window.plateStage().fields().legend().legend().scale;
+            return scale ? scale->average() : 0;
+        };
+        const double before = average();
+        live.bench().editWhole("Size", [](Scene& scene) { scene.elementSize *= 2; });
+        QTRY_VERIFY(std::abs(average() - 0.5 * before) < 1e-6 * before);
         live.bench().edit("Volume", [](Scene& scene) { scene.volumeFraction = 0.4; });
         QCOMPARE(kind(live), Legend::Kind::TEXT);
     }

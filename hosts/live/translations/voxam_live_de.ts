@@ -138,6 +138,10 @@
             <numerusform>%n Teile ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Where the plate is held, and the areas that stay void or solid whatever the optimiser does. Select one to change its numbers below.</source>
+        <translation>Wo die Scheibe gehalten wird, und die Bereiche, die leer oder voll bleiben, was der Optimierer auch tut. Wählen Sie einen aus, um unten seine Zahlen zu ändern.</translation>
+    </message>
 </context>
 <context>
     <name>Banner</name>
@@ -895,8 +899,8 @@
         <translation>Lastfälle; die angekreuzten werden berücksichtigt</translation>
     </message>
     <message>
-        <source>Tick the load cases to optimise for. New loads belong to the one that is selected. Scene files count load cases from 0, and so does the window.</source>
-        <translation>Die Lastfälle ankreuzen, für die optimiert wird. Neue Lasten gehören zum ausgewählten. Wie in den Szenendateien zählen die Lastfälle ab 0.</translation>
+        <source>Loads of one load case act at the same time; load cases take turns, such as wind from the left and from the right. Tick the load cases to optimise for. New loads belong to the selected one. Numbers start at 0, as in scene files.</source>
+        <translation>Die Lasten eines Lastfalls wirken gleichzeitig; Lastfälle wechseln sich ab, etwa Wind von links und von rechts. Haken Sie die Lastfälle an, für die optimiert wird. Neue Lasten gehören zum gewählten. Gezählt wird ab 0, wie in Szenendateien.</translation>
     </message>
     <message>
         <source>Use load case</source>
@@ -1041,10 +1045,6 @@
         <translation>°</translation>
     </message>
     <message>
-        <source>0° points right, 90° up</source>
-        <translation>0° zeigt nach rechts, 90° nach oben</translation>
-    </message>
-    <message>
         <source>Magnitude</source>
         <translation>Betrag</translation>
     </message>
@@ -1062,6 +1062,26 @@
             <numerusform>%n Teil ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
             <numerusform>%n Teile ausgewählt. Wählen Sie eines aus, um seine Zahlen zu sehen.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The column of nodes on which the load acts, or the first one</source>
+        <translation>Die Knotenspalte, auf der die Last wirkt, oder die erste davon</translation>
+    </message>
+    <message>
+        <source>The row of nodes on which the load acts, or the first one</source>
+        <translation>Die Knotenzeile, auf der die Last wirkt, oder die erste davon</translation>
+    </message>
+    <message>
+        <source>The force, in a unit of your choice. A load on several nodes is shared among them.</source>
+        <translation>Die Kraft, in einer Einheit nach Wahl. Eine Last auf mehreren Knoten verteilt sich auf sie.</translation>
+    </message>
+    <message>
+        <source>The direction of the force: 0° points right, 90° up</source>
+        <translation>Die Richtung der Kraft: 0° zeigt nach rechts, 90° nach oben</translation>
+    </message>
+    <message>
+        <source>Loads of the same load case act at the same time</source>
+        <translation>Lasten desselben Lastfalls wirken gleichzeitig</translation>
     </message>
 </context>
 <context>
@@ -1510,7 +1530,7 @@
         <translation>Nachgiebigkeit und Volumen über den Iterationen</translation>
     </message>
     <message>
-        <source>Compliance (left scale) and volume (right scale) over the iterations; dotted lines are edits, triangles are peaks above the scale</source>
+        <source>Compliance (left scale) and volume (right scale) over the iterations; dotted lines are edits and changes of the timeline, triangles are peaks above the scale</source>
         <translation>Nachgiebigkeit (linke Skala) und Volumen (rechte Skala) über den Iterationen; gepunktete Linien sind Bearbeitungen, Dreiecke sind Spitzen oberhalb der Skala</translation>
     </message>
     <message>
@@ -1829,8 +1849,8 @@
         <translation>, Summe von %1 Lastfällen</translation>
     </message>
     <message>
-        <source>Energy of this cell %1, that is %2 × the average of the plate</source>
-        <translation>Energie dieser Zelle %1, das ist %2 × der Durchschnitt der Scheibe</translation>
+        <source>Share of this cell in the compliance %1, %2 × the average of the plate</source>
+        <translation>Anteil dieser Zelle an der Nachgiebigkeit %1, das %2-Fache des Mittels der Scheibe</translation>
     </message>
     <message>
         <source> (load case %1)</source>
@@ -1845,16 +1865,16 @@
         <translation>Kein Material</translation>
     </message>
     <message>
-        <source>Displacement %1: x %2, y %3 (force / E t)</source>
-        <translation>Verschiebung %1: x %2; y %3 (Kraft / E t)</translation>
+        <source>Displacement of node %1, %2: %3, in x %4, in y %5 (force / E t)</source>
+        <translation>Verschiebung des Knotens %1, %2: %3, in x %4, in y %5 (Kraft / E t)</translation>
     </message>
     <message>
         <source>Density</source>
         <translation>Dichte</translation>
     </message>
     <message>
-        <source>Energy of an element as a multiple of the average</source>
-        <translation>Energie eines Elements als Vielfaches des Durchschnitts</translation>
+        <source>Energy as a multiple of the average of the whole plate</source>
+        <translation>Energie als Vielfaches des Mittels der ganzen Scheibe</translation>
     </message>
     <message>
         <source>Von Mises stress in force/mm² at a thickness of 1 mm</source>
@@ -1901,8 +1921,8 @@
         <translation>y</translation>
     </message>
     <message>
-        <source>Support at nodes %1, %2, held in %3</source>
-        <translation>Lager an den Knoten %1, %2, gehalten in %3</translation>
+        <source>Support at nodes x %1, y %2, held in %3</source>
+        <translation>Lager an den Knoten x %1, y %2, gehalten in %3</translation>
     </message>
     <message>
         <source>Void</source>
@@ -2364,6 +2384,10 @@
         <source>elements that are kept solid do not touch the structure: move them to it, or do not keep them solid</source>
         <translation>gefüllt gehaltene Elemente berühren das Tragwerk nicht: an das Tragwerk schieben oder nicht gefüllt halten</translation>
     </message>
+    <message>
+        <source>raise the penalty to 3: a low one leaves greys</source>
+        <translation>die Bestrafung auf 3 erhöhen: eine niedrige lässt Grau stehen</translation>
+    </message>
 </context>
 <context>
     <name>RunActions</name>
@@ -2487,12 +2511,12 @@
         <translation>Symmetrie</translation>
     </message>
     <message>
-        <source>Edge of an element in millimetres, for outlines and solids. It changes no compliance. Forces are in a unit of your choice, such as newtons.</source>
-        <translation>Kante eines Elements in Millimetern, für Umrisse und Körper. Sie ändert keine Nachgiebigkeit. Kräfte haben eine Einheit nach Wahl, etwa Newton.</translation>
+        <source>Edge of an element in millimetres, for outlines, solids and stresses. It changes no compliance. Forces are in a unit of your choice, such as newtons.</source>
+        <translation>Kantenlänge eines Elements in Millimetern, für Umrisse, Körper und Spannungen. Sie ändert keine Nachgiebigkeit. Kräfte haben eine Einheit nach Wahl, etwa Newton.</translation>
     </message>
     <message>
-        <source>Edit and compute one half of a plate that is symmetric to one of its edges. The nodes of that edge are held. Pictures and exports show the whole plate.</source>
-        <translation>Eine Hälfte einer Scheibe bearbeiten und berechnen, die zu einem ihrer Ränder symmetrisch ist. Die Knoten dieses Randes werden gehalten. Bilder und Exporte zeigen die ganze Scheibe.</translation>
+        <source>Edit and compute one half of a plate that is symmetric to one of its edges. The nodes of that edge are held. Pictures and exports show the whole plate. Of a force on the plane of symmetry give one half.</source>
+        <translation>Eine Hälfte einer Scheibe bearbeiten und berechnen, die zu einem ihrer Ränder symmetrisch ist. Die Knoten dieses Randes werden gehalten. Bilder und Exporte zeigen die ganze Scheibe. Von einer Kraft auf der Symmetrieebene ist die Hälfte anzugeben.</translation>
     </message>
     <message>
         <source>Change element size</source>
@@ -2815,6 +2839,10 @@
     <message>
         <source>The scene&apos;s timeline: each mark is a change</source>
         <translation>Der Zeitplan der Szene: jede Marke ist eine Änderung</translation>
+    </message>
+    <message>
+        <source>The timeline changes the scene while the optimiser runs: it may move a load, for example. Each mark is the iteration of a change.</source>
+        <translation>Der Zeitplan ändert die Szene, während der Optimierer läuft; er kann zum Beispiel eine Last verschieben. Jede Marke ist die Iteration einer Änderung.</translation>
     </message>
 </context>
 <context>

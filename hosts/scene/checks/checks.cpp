@@ -30,7 +30,8 @@ constexpr double LITTLE_VOLUME = 0.25;
 constexpr double MUCH_OF_EDGE = 1.0 / 3;
 constexpr double FEW_ELEMENTS = 3;
 constexpr double MUCH_VOLUME = 0.4;
-constexpr int FINER = 2;  // the subdivision to advise instead of 1
+constexpr double LOW_PENALTY = 2;  // below, greys are nearly worth their material
+constexpr int FINER = 2;           // the subdivision to advise instead of 1
 
 Finding error(const std::string& key, const std::string& text,
               const std::optional<Place>& place = std::nullopt) {
@@ -256,6 +257,14 @@ Findings findLoadsOverFreeEdges(const Scene& scene) {
     return findings;
 }
 
+/// What helps a design that is less stiff as drawn than while optimising.
+std::string adviceAgainstGrey(const Scene& scene) {
+    if (scene.penalty < LOW_PENALTY) return "raise the penalty to 3: a low one leaves greys";
+    if (!canBeFiner(scene)) return "take a finer grid or more iterations";
+    return formatted(
+        "set subdivision and meshFactor to %d, or take a finer grid or more iterations", FINER);
+}
+
 bool hasMoreThanDots(const std::vector<FloatingPart>& floating, const Field& design) {
     double cells = 0;
     for (const FloatingPart& part : floating) cells += static_cast<double>(part.cells.size());
@@ -364,15 +373,10 @@ Findings checkResult(const RunResult& result, const Scene& scene) {
                                  "move them to it, or do not keep them solid"
                                : "; take a finer grid or more volume")));
     if (const double ratio = worseAsDrawn(result, scene); ratio > WORSE_AS_DRAWN)
-        findings.push_back(
-            warning("compliance",
-                    formatted("as drawn it is %.6g, %.3g times the %.6g while optimising; ",
-                              drawn.score.compliance, ratio, result.compliance) +
-                        (canBeFiner(scene)
-                             ? formatted("set subdivision and meshFactor to %d, or take a finer "
-                                         "grid or more iterations",
-                                         FINER)
-                             : "take a finer grid or more iterations")));
+        findings.push_back(warning(
+            "compliance", formatted("as drawn it is %.6g, %.3g times the %.6g while optimising; ",
+                                    drawn.score.compliance, ratio, result.compliance) +
+                              adviceAgainstGrey(scene)));
     const double drawnVolume = mean(result.drawn);
     for (const auto& [volume, what] : {std::pair(result.volume, ""), {drawnVolume, " as drawn"}}) {
         if (std::abs(volume - scene.volumeFraction) <= VOLUME_TOLERANCE) continue;

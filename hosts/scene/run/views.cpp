@@ -82,6 +82,7 @@ std::vector<int> shownCases(const ViewChoice& choice, const Scene& scene) {
 ViewedField viewOf(const ViewChoice& choice, const std::vector<PlateState>& states,
                    const Scene& scene) {
     ViewedField seen{choice, shownCases(choice, scene)};
+    seen.elementSize = scene.elementSize;
     if (choice.view == View::ENERGY) seen.values = energiesOf(seen, states, scene);
     if (choice.view == View::STRESS) seen.values = stressesOf(seen, states, scene);
     if (choice.view == View::DEFORMED && !seen.loadCases.empty())

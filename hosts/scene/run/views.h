@@ -36,6 +36,7 @@ struct ViewedField {
     /// Of each element: the energy, or the von Mises stress as force / mm² at a thickness of 1 mm.
     std::optional<Field> values = {};
     std::optional<Deformation> deformation = {};
+    double elementSize = 1;  ///< of the scene, in the stresses
 };
 
 /// Whether a view needs the displacements or stresses of an analysis.
