@@ -117,6 +117,10 @@ private slots:
         live.named<QSpinBox>("Number of columns").setValue(5);
         QCOMPARE(live.scene().passive.voids.cells.size(), std::size_t{20});
         QCOMPARE(live.bench().document.undoStack().count(), 5);
+        live.bench().select(PieceId::support(0));
+        live.named<QSpinBox>("Number of rows").setValue(5);
+        live.named<QSpinBox>("First row").setValue(3);
+        QVERIFY(live.scene().supports[0] == (Support{{0, 0}, {3, 7}, true, true}));
     }
 
     void aDiscStaysADiscAmongOthersOfItsKind() {

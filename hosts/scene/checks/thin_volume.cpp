@@ -42,6 +42,8 @@ double longestPath(const Load& load, const Scene& scene, const HeldNodes& held) 
 Findings findThinVolume(const Scene& scene) {
     if (scene.volumeFraction >= LITTLE_VOLUME) return {};
     const double elements = scene.volumeFraction * scene.width * scene.height;
+    // Enough for any path, which spares most scenes the search.
+    if (elements >= THIN * std::hypot(scene.width, scene.height)) return {};
     const HeldNodes held(scene);
     const Scene inUse = withLoadsInUse(scene);
     for (std::size_t i = 0; i < inUse.loads.size(); ++i) {

@@ -6,8 +6,8 @@ timeline and title. It checks symmetry and elementSize, but does not use them: t
 that the program writes. It ignores description and $schema. `read_scored` reads the densities of a
 design to score. As in the program, forces reach the library in the unit of the largest force, times
 the square root of the weight of their load case, and compliances are returned in the unit of the
-scene: the sum over the load cases in use of weight times compliance. The package does not repeat the program's own
-checks before and after a run.
+scene: the sum over the load cases in use of weight times compliance. The package does not repeat
+the program's own checks before and after a run.
 """
 
 from __future__ import annotations
