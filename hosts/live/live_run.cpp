@@ -79,8 +79,10 @@ void LiveRun::announceState() {
 }
 
 void LiveRun::showKept(Field design) {
-    setPlaying(false);
+    endRun();
+    emit startedAfresh();
     const Scene& scene = bench.document.scene();
+    front = Frame();
     front.refinement = refinementOf(design, scene);
     front.material = std::move(design);
     isKeptShown = true;
@@ -143,9 +145,15 @@ std::optional<LiveRun::Before> LiveRun::shownDesign() const {
     return now;
 }
 
-void LiveRun::showAgain(Before last) {
-    restart();
+// The optimiser cannot be given a design, so what it continued would be another one.
+void LiveRun::endRun() {
+    isKeptShown = false;  // or the restart would play
     setPlaying(false);
+    restart();
+}
+
+void LiveRun::showAgain(Before last) {
+    endRun();
     front = std::move(last.frame);
     front.numbers.revision = settings.revision;
     isKeptShown = isRunOver = true;

@@ -30,7 +30,7 @@ public:
     void step();
     void startAfresh();
     /// Shows a design of the scene that was kept, and scores it, instead of forming one. It stays
-    /// until the run is played, stepped or edited.
+    /// until the run is played, stepped or edited, which starts afresh.
     void showKept(Field design);
 
     bool movesBlob() const { return blobMoves; }
@@ -106,6 +106,8 @@ private:
     void showAgain(Before last);
     void scoreAsKept();
     void restart();
+    /// Pauses. The next iteration begins another run.
+    void endRun();
     /// Sends the scene, unless nothing in it concerns the optimiser. Another plate starts afresh.
     void followScene();
     void sendSettings();

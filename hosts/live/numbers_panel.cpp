@@ -103,8 +103,7 @@ void NumbersPanel::setHalf(bool isHalf) {
 
 void NumbersPanel::clear() {
     recent.clear();
-    tell(*iteration, "0");
-    for (QLabel* label : {compliance, volume, change, milliseconds}) tell(*label, "–");
+    for (QLabel* label : {iteration, compliance, volume, change, milliseconds}) tell(*label, "–");
     for (QProgressBar* bar : bars) bar->setValue(0);
 }
 

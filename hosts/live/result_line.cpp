@@ -32,7 +32,9 @@ ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), lin
     explainField(
         *word, tr("Forming: the optimiser improves the design. Settled: the compliance changed by "
                   "no more than 0.1 % in the last 30 iterations, or 500 iterations have passed "
-                  "since the last edit. The optimiser then rests until you change something."));
+                  "since the last edit. The optimiser then rests until you change something. As kept: "
+                  "the design of a file or of a variant. The optimiser cannot continue it, and "
+                  "starts afresh."));
     layout->addWidget(word);
     layout->addSpacing(10);
     layout->addWidget(line, 1);
@@ -66,6 +68,10 @@ QString ResultLine::worth() const {
                  : tr("Compliance as drawn %1  ·  Material %2"))
         .arg(numberText(score->assessment.score.compliance, DIGITS_AT_REST),
              percentText(materialOf(score->design) / 100));
+}
+
+QString ResultLine::outlook() const {
+    return shown == RunState::AS_KEPT ? tr("  ·  Play starts afresh") : QString();
 }
 
 QString ResultLine::progress() const {
@@ -103,7 +109,7 @@ void ResultLine::refresh() {
     word->setText(wordFor(shown));
     const bool isAtRest = shown == RunState::SETTLED || shown == RunState::AS_KEPT;
     if (isAtRest && score)
-        line->setText(worth());
+        line->setText(worth() + outlook());
     else if (isAtRest)
         line->setText(tr("Scoring the design..."));
     else if (shown == RunState::FAILED)

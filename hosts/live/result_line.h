@@ -26,6 +26,8 @@ public:
 private:
     void refresh();
     QString worth() const;
+    /// What Play does with a design at rest.
+    QString outlook() const;
     QString progress() const;
     QString details() const;
 

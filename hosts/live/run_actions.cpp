@@ -29,10 +29,14 @@ RunActions::RunActions(LiveRun& liveRun)
 
 void RunActions::showState() {
     const bool plays = isAtWork(run);
+    const bool isKept = run.state() == RunState::AS_KEPT;
     // Drawing an icon again takes time, and states are announced often.
-    if (!play->text().isEmpty() && plays == isShownAtWork) return;
+    if (!play->text().isEmpty() && plays == isShownAtWork && isKept == isShownAsKept) return;
     isShownAtWork = plays;
+    isShownAsKept = isKept;
     play->setIcon(icon(plays ? Glyph::PAUSE : Glyph::PLAY));
     play->setText(plays ? tr("&Pause") : tr("&Play"));
-    explain(*play, plays ? tr("Hold the design") : tr("Let the design form"));
+    explain(*play, plays    ? tr("Hold the design")
+                   : isKept ? tr("Let a design form afresh: the optimiser cannot continue a kept one")
+                            : tr("Let the design form"));
 }

@@ -22,4 +22,5 @@ private:
     QAction* step;
     QAction* restart;
     bool isShownAtWork = false;
+    bool isShownAsKept = false;
 };

@@ -36,9 +36,15 @@ private slots:
         const QString score = numbersOf(variants[0]).section('\n', 0, 0).section(' ', 1);
         const ResultLine& line = live.window.plateStage().resultLine();
         QTRY_VERIFY_WITH_TIMEOUT(line.text().contains(score), 60000);
-        // One step of the history, after which the optimiser goes on.
+        // Nothing tells of the run before, and a step does not continue it.
+        QCOMPARE(live.window.findChild<QLabel*>("Iteration")->text(), QString("–"));
+        live.run().step();
+        QTRY_COMPARE_WITH_TIMEOUT(live.run().state(), RunState::PAUSED, 60000);
+        QTRY_COMPARE_WITH_TIMEOUT(live.run().frame().numbers.iteration, 1, 60000);
+        // One step of the history.
         live.bench().document.undoStack().undo();
         QCOMPARE(live.scene().volumeFraction, 0.7);
+        live.run().setPlaying(true);
         QVERIFY(live.settle());
         live.bench().document.undoStack().setClean();
         QVERIFY(live.window.open(VOXAM_SCENES "/minimal.json"));

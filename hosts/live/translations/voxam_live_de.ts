@@ -2050,6 +2050,10 @@
         <translation> In Schwarzweiß ist jede Zelle des Bildes entweder gefüllt oder leer, und das Bild wird Zelle für Zelle berechnet. Der Optimierer rechnet mit Elementen, deren Dichten auch dazwischen liegen können: Bei Iteration %2 fand er %1.</translation>
     </message>
     <message>
+        <source>  ·  Play starts afresh</source>
+        <translation>  ·  Weiterrechnen beginnt neu</translation>
+    </message>
+    <message>
         <source>Scoring the design...</source>
         <translation>Der Entwurf wird bewertet …</translation>
     </message>
@@ -2058,8 +2062,8 @@
         <translation>Der Optimierer kann nicht weiterrechnen</translation>
     </message>
     <message>
-        <source>Forming: the optimiser improves the design. Settled: the compliance changed by no more than 0.1 % in the last 30 iterations, or 500 iterations have passed since the last edit. The optimiser then rests until you change something.</source>
-        <translation>Formt sich: Der Optimierer verbessert den Entwurf. Konvergiert: Die Nachgiebigkeit hat sich in den letzten 30 Iterationen um höchstens 0,1 % geändert, oder seit der letzten Bearbeitung sind 500 Iterationen vergangen. Der Optimierer ruht dann, bis Sie etwas ändern.</translation>
+        <source>Forming: the optimiser improves the design. Settled: the compliance changed by no more than 0.1 % in the last 30 iterations, or 500 iterations have passed since the last edit. The optimiser then rests until you change something. As kept: the design of a file or of a variant. The optimiser cannot continue it, and starts afresh.</source>
+        <translation>Formt sich: Der Optimierer verbessert den Entwurf. Konvergiert: Die Nachgiebigkeit hat sich in den letzten 30 Iterationen um höchstens 0,1 % geändert, oder seit der letzten Bearbeitung sind 500 Iterationen vergangen. Der Optimierer ruht dann, bis Sie etwas ändern. Gemerkt: der Entwurf einer Datei oder einer Variante. Der Optimierer kann ihn nicht fortsetzen und beginnt neu.</translation>
     </message>
     <message>
         <source> Material is the share of the plate that is solid. It may differ a little from the volume you asked for, because the picture is a smoothed copy of the optimiser&apos;s densities.</source>
@@ -2422,6 +2426,10 @@
     <message>
         <source>Let the design form</source>
         <translation>Den Entwurf sich formen lassen</translation>
+    </message>
+    <message>
+        <source>Let a design form afresh: the optimiser cannot continue a kept one</source>
+        <translation>Einen Entwurf neu formen lassen: Einen gemerkten kann der Optimierer nicht fortsetzen</translation>
     </message>
 </context>
 <context>
