@@ -456,11 +456,7 @@ void MainWindow::connectRun() {
         numbers->clear();
         recorder.clear();
     });
-    connect(&run, &LiveRun::refusalChanged, this, [this](const LibraryText& refusal) {
-        // What stands there is of the last design that could be computed.
-        numbers->setEnabled(refusal.text.empty());
-        showProblems();
-    });
+    connect(&run, &LiveRun::refusalChanged, this, &MainWindow::showProblems);
 }
 
 bool MainWindow::open(const std::filesystem::path& file) { return files->load(file); }
@@ -556,7 +552,13 @@ QString MainWindow::readPlate(QPointF place) const {
 }
 
 void MainWindow::showState() {
-    stage->resultLine().showState(run.state(), run.frame().numbers, run.secondsWaited());
+    const IterationNumbers& last = run.frame().numbers;
+    // After an edit in a pause, the last numbers belong to another problem.
+    const bool isOutdated = run.state() == RunState::PAUSED && last.revision != run.revision();
+    stage->resultLine().showState(run.state(), isOutdated ? IterationNumbers() : last,
+                                  run.secondsWaited());
+    // After a refusal, they belong to the last design that could be computed.
+    numbers->setEnabled(!isOutdated && run.refusal().text.empty());
     if (run.state() == RunState::FORMING && settledScore && !run.isDrawing())
         showScore(std::nullopt);
 }

@@ -75,6 +75,7 @@ QString ResultLine::outlook() const {
 }
 
 QString ResultLine::progress() const {
+    if (shown == RunState::PAUSED && last.iteration == 0) return tr("Not computed yet");
     QString text = tr("Iteration %1").arg(last.iteration);
     if (last.iteration > 0)
         text += (half ? tr("  ·  Compliance of the half so far %1  ·  Material %2")

@@ -14,6 +14,7 @@ class ResultLine : public QWidget {
 public:
     explicit ResultLine(QWidget* parent = nullptr);
 
+    /// The numbers are those of iteration 0 if the present problem has not been computed yet.
     /// `seconds` is how long the present iteration has taken.
     void showState(RunState state, const IterationNumbers& numbers, int seconds);
     /// Whether the compliances are those of one half of a symmetric plate.

@@ -227,6 +227,13 @@ private slots:
         QCOMPARE(told("Compliance"), numberText(numbers.compliance, 6));
         QCOMPARE(told("Volume"), QString::number(100 * numbers.volume, 'f', 1) + " %");
         QVERIFY(told("One iteration").endsWith(" ms"));
+        // After an edit in a pause, they are those of no present problem.
+        const ResultLine& line = live.window.plateStage().resultLine();
+        QVERIFY(line.text().contains("Compliance so far"));
+        live.drag(live.at(24, 6), live.at(24, 3));
+        QCOMPARE(line.text(), QString("Paused: Not computed yet"));
+        live.run().step();
+        QTRY_VERIFY_WITH_TIMEOUT(line.text().contains("Compliance so far"), 60000);
     }
 
     void thePlotMarksEdits() {

@@ -2050,6 +2050,10 @@
         <translation> In Schwarzweiß ist jede Zelle des Bildes entweder gefüllt oder leer, und das Bild wird Zelle für Zelle berechnet. Der Optimierer rechnet mit Elementen, deren Dichten auch dazwischen liegen können: Bei Iteration %2 fand er %1.</translation>
     </message>
     <message>
+        <source>Not computed yet</source>
+        <translation>Noch nicht berechnet</translation>
+    </message>
+    <message>
         <source>  ·  Play starts afresh</source>
         <translation>  ·  Weiterrechnen beginnt neu</translation>
     </message>
