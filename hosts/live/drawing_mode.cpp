@@ -81,7 +81,7 @@ void DrawingMode::setActive(bool isToBe) {
 
 void DrawingMode::forgetRival() {
     designScore.reset();
-    isRivalSettled = false;
+    isRivalSettled = hasRivalGivenUp = false;
 }
 
 void DrawingMode::followScene() {
@@ -118,7 +118,9 @@ void DrawingMode::takeScore(const ScoreResult& result) {
 
 void DrawingMode::takeRival(const ScoreResult& result) {
     if (!active || !isOfThisGrid(result) || result.revision != run.revision()) return;
+    // One that has given up is compared as if it had settled: a drawing needs its verdict.
     isRivalSettled = result.isSettled;
+    hasRivalGivenUp = result.isSettled && run.frame().hasGivenUp;
     if (!isBeaten(result)) {
         designScore = result;
         run.completeView(result);
@@ -234,7 +236,8 @@ QString DrawingMode::detailsOfDrawing(const Match& match) const {
 }
 
 void DrawingMode::showRivalHeader() const {
-    const QString state = isRivalSettled                    ? tr("Settled")
+    const QString state = hasRivalGivenUp  ? tr("Not settled, but compared as it is")
+                          : isRivalSettled ? tr("Settled")
                           : run.state() == RunState::PAUSED ? tr("Paused")
                                                             : tr("Still working");
     if (!designScore) {

@@ -86,6 +86,7 @@ private:
     std::optional<ScoreResult> drawingScore;
     std::optional<ScoreResult> designScore;  // the best one of its run
     bool isRivalSettled = false;
+    bool hasRivalGivenUp = false;
     bool isTaskNew = true;  // the drawing has no score for it
     std::uint64_t rivalRevision = 0;
 };

@@ -26,6 +26,8 @@ struct Frame {
     std::optional<voxam::Area> blob;  ///< the present place of a moving blob
     IterationNumbers numbers;
     bool isSettled = false;  ///< no iteration runs before the next edit
+    /// It rests after many iterations, although the compliance still changes.
+    bool hasGivenUp = false;
 };
 
 /// The text with which the library refused to iterate; empty if it did not.

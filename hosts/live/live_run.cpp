@@ -63,7 +63,7 @@ RunState LiveRun::state() const {
     if (!lastRefusal.text.empty() && lastRefusal.revision == settings.revision)
         return RunState::FAILED;
     if (!playing) return RunState::PAUSED;
-    if (front.isSettled) return RunState::SETTLED;
+    if (front.isSettled) return front.hasGivenUp ? RunState::NOT_SETTLED : RunState::SETTLED;
     return secondsWaited() > 0 ? RunState::COMPUTING : RunState::FORMING;
 }
 

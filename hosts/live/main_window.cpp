@@ -675,7 +675,7 @@ std::optional<Field> MainWindow::designToSave() const {
 }
 
 std::optional<Field> MainWindow::restingDesign() const {
-    const bool rests = run.state() == RunState::SETTLED || run.state() == RunState::AS_KEPT;
+    const bool rests = isAtRest(run.state()) || run.state() == RunState::AS_KEPT;
     return rests ? designToSave() : std::nullopt;
 }
 

@@ -23,18 +23,20 @@ ResultLine::ResultLine(QWidget* parent) : QWidget(parent), word(new QLabel), lin
     bold.setBold(true);
     word->setFont(bold);
     // Wide enough for each word, so that the text next to it does not move.
-    for (const RunState state : {RunState::COMPUTING, RunState::AS_KEPT, RunState::FORMING})
+    for (const RunState state :
+         {RunState::COMPUTING, RunState::AS_KEPT, RunState::FORMING, RunState::NOT_SETTLED})
         word->setMinimumWidth(
             std::max(word->minimumWidth(), word->fontMetrics().horizontalAdvance(wordFor(state))));
     line->setTextInteractionFlags(Qt::TextSelectableByMouse);
     // A line that does not fit must not widen the window.
     line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     explainField(
-        *word, tr("Forming: the optimiser improves the design. Settled: the compliance changed by "
-                  "no more than 0.1 % in the last 30 iterations, or 500 iterations have passed "
-                  "since the last edit. The optimiser then rests until you change something. As kept: "
-                  "the design of a file or of a variant. The optimiser cannot continue it, and "
-                  "starts afresh."));
+        *word,
+        tr("Forming: the optimiser improves the design. Settled: the compliance changed by no more "
+           "than 0.1 % in the last 30 iterations, and the optimiser rests until you change "
+           "something. Not settled: the optimiser stopped after 500 iterations, although the "
+           "compliance still changes; Play continues. As kept: the design of a file or of a "
+           "variant. The optimiser cannot continue it, and starts afresh."));
     layout->addWidget(word);
     layout->addSpacing(10);
     layout->addWidget(line, 1);
@@ -71,7 +73,10 @@ QString ResultLine::worth() const {
 }
 
 QString ResultLine::outlook() const {
-    return shown == RunState::AS_KEPT ? tr("  ·  Play starts afresh") : QString();
+    if (shown == RunState::AS_KEPT) return tr("  ·  Play starts afresh");
+    if (shown == RunState::NOT_SETTLED)
+        return tr("  ·  Stopped at iteration %1, Play continues").arg(last.iteration);
+    return {};
 }
 
 QString ResultLine::progress() const {
@@ -108,10 +113,10 @@ QString ResultLine::details() const {
 
 void ResultLine::refresh() {
     word->setText(wordFor(shown));
-    const bool isAtRest = shown == RunState::SETTLED || shown == RunState::AS_KEPT;
-    if (isAtRest && score)
+    const bool rests = isAtRest(shown) || shown == RunState::AS_KEPT;
+    if (rests && score)
         line->setText(worth() + outlook());
-    else if (isAtRest)
+    else if (rests)
         line->setText(tr("Scoring the design..."));
     else if (shown == RunState::FAILED)
         line->setText(tr("The optimiser cannot go on"));

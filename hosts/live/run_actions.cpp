@@ -6,7 +6,7 @@
 namespace {
 
 /// Whether there is something to pause: a settled design can only be let go on.
-bool isAtWork(const LiveRun& run) { return run.isPlaying() && run.state() != RunState::SETTLED; }
+bool isAtWork(const LiveRun& run) { return run.isPlaying() && !isAtRest(run.state()); }
 
 }  // namespace
 
@@ -36,7 +36,8 @@ void RunActions::showState() {
     isShownAsKept = isKept;
     play->setIcon(icon(plays ? Glyph::PAUSE : Glyph::PLAY));
     play->setText(plays ? tr("&Pause") : tr("&Play"));
-    explain(*play, plays    ? tr("Hold the design")
-                   : isKept ? tr("Let a design form afresh: the optimiser cannot continue a kept one")
-                            : tr("Let the design form"));
+    explain(*play, plays ? tr("Hold the design")
+                   : isKept
+                       ? tr("Let a design form afresh: the optimiser cannot continue a kept one")
+                       : tr("Let the design form"));
 }

@@ -12,6 +12,8 @@ QString wordFor(RunState state) {
             return QObject::tr("Computing");
         case RunState::SETTLED:
             return QObject::tr("Settled");
+        case RunState::NOT_SETTLED:
+            return QObject::tr("Not settled");
         case RunState::PAUSED:
             return QObject::tr("Paused");
         case RunState::FAILED:

@@ -16,6 +16,8 @@ public:
     void add(const Frame& frame, int lastChange);
 
     bool isSettled() const { return settled; }
+    /// Whether it has settled only because it took too many iterations.
+    bool hasGivenUp() const { return settled && !isStill(); }
 
 private:
     bool isStill() const;

@@ -258,6 +258,7 @@ void Worker::iterate(Lock& lock) {
         settling.add(back, timeline.empty() ? 0 : timeline.back().iteration);
     }
     back.isSettled = settling.isSettled();
+    back.hasGivenUp = settling.hasGivenUp();
     // A copy, because the picture goes first: a score may take seconds.
     const auto toScore = isScoreDue() ? std::optional(back) : std::nullopt;
     lock.lock();

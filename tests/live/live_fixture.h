@@ -61,7 +61,7 @@ public:
         if (!QTest::qWaitFor(isThere, PATIENCE)) return false;
         const int last = run().frame().numbers.iteration + iterations;
         const auto isDone = [&] {
-            return run().frame().numbers.iteration >= last || run().state() == RunState::SETTLED;
+            return run().frame().numbers.iteration >= last || isAtRest(run().state());
         };
         return QTest::qWaitFor(isDone, PATIENCE);
     }
@@ -70,7 +70,7 @@ public:
     bool settle() {
         return QTest::qWaitFor(
             [&] {
-                return run().state() == RunState::SETTLED &&
+                return isAtRest(run().state()) &&
                        window.plateStage().resultLine().text().contains("as drawn");
             },
             PATIENCE);

@@ -12,6 +12,7 @@
 #include "problems.h"
 #include "program.h"
 #include "saved_design.h"
+#include "settling.h"
 
 namespace fs = std::filesystem;
 
@@ -45,6 +46,27 @@ private slots:
         QVERIFY(live.reach(settledAt + 5));
         QVERIFY(live.takeTool("Space"));
         QCOMPARE(live.run().state(), RunState::PAUSED);
+    }
+
+    void aRunThatStillChangesGivesUp() {
+        const auto iterationsToRest = [](Settling& settling, double change) {
+            Frame frame;
+            for (int i = 1; i <= 1000; ++i) {
+                frame.numbers.compliance = 100 + change * i;
+                settling.add(frame, 0);
+                if (settling.isSettled()) return i;
+            }
+            return 0;
+        };
+        Settling settling;
+        QCOMPARE(iterationsToRest(settling, 0), 30);
+        QVERIFY(!settling.hasGivenUp());
+        // Play lets it go on for as many again.
+        for (int i = 0; i < 2; ++i) {
+            settling.restart();
+            QCOMPARE(iterationsToRest(settling, 1), 500);
+            QVERIFY(settling.hasGivenUp());
+        }
     }
 
     void aTimelineIsPlayedToItsEndBeforeTheRunRests() {

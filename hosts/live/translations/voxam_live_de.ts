@@ -322,6 +322,10 @@
         <translation>Angehalten</translation>
     </message>
     <message>
+        <source>Not settled, but compared as it is</source>
+        <translation>Nicht konvergiert, wird aber so verglichen</translation>
+    </message>
+    <message>
         <source>Still working</source>
         <translation>Rechnet noch</translation>
     </message>
@@ -1721,6 +1725,10 @@
         <translation>Rechnet</translation>
     </message>
     <message>
+        <source>Not settled</source>
+        <translation>Nicht konvergiert</translation>
+    </message>
+    <message>
         <source>Settled</source>
         <translation>Konvergiert</translation>
     </message>
@@ -2054,6 +2062,10 @@
         <translation>Noch nicht berechnet</translation>
     </message>
     <message>
+        <source>  ·  Stopped at iteration %1, Play continues</source>
+        <translation>  ·  Bei Iteration %1 aufgehört, Weiterrechnen setzt fort</translation>
+    </message>
+    <message>
         <source>  ·  Play starts afresh</source>
         <translation>  ·  Weiterrechnen beginnt neu</translation>
     </message>
@@ -2066,8 +2078,8 @@
         <translation>Der Optimierer kann nicht weiterrechnen</translation>
     </message>
     <message>
-        <source>Forming: the optimiser improves the design. Settled: the compliance changed by no more than 0.1 % in the last 30 iterations, or 500 iterations have passed since the last edit. The optimiser then rests until you change something. As kept: the design of a file or of a variant. The optimiser cannot continue it, and starts afresh.</source>
-        <translation>Formt sich: Der Optimierer verbessert den Entwurf. Konvergiert: Die Nachgiebigkeit hat sich in den letzten 30 Iterationen um höchstens 0,1 % geändert, oder seit der letzten Bearbeitung sind 500 Iterationen vergangen. Der Optimierer ruht dann, bis Sie etwas ändern. Gemerkt: der Entwurf einer Datei oder einer Variante. Der Optimierer kann ihn nicht fortsetzen und beginnt neu.</translation>
+        <source>Forming: the optimiser improves the design. Settled: the compliance changed by no more than 0.1 % in the last 30 iterations, and the optimiser rests until you change something. Not settled: the optimiser stopped after 500 iterations, although the compliance still changes; Play continues. As kept: the design of a file or of a variant. The optimiser cannot continue it, and starts afresh.</source>
+        <translation>Formt sich: Der Optimierer verbessert den Entwurf. Konvergiert: Die Nachgiebigkeit hat sich in den letzten 30 Iterationen um höchstens 0,1 % geändert, und der Optimierer ruht, bis Sie etwas ändern. Nicht konvergiert: Der Optimierer hat nach 500 Iterationen aufgehört, obwohl sich die Nachgiebigkeit noch ändert; Weiterrechnen setzt fort. Gemerkt: der Entwurf einer Datei oder einer Variante. Der Optimierer kann ihn nicht fortsetzen und beginnt neu.</translation>
     </message>
     <message>
         <source> Material is the share of the plate that is solid. It may differ a little from the volume you asked for, because the picture is a smoothed copy of the optimiser&apos;s densities.</source>
