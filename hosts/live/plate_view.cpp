@@ -58,6 +58,8 @@ void PlateView::setScene(std::shared_ptr<const Scene> next) {
         fit();
     }
     followSelection();
+    // A gesture tells its own effect.
+    if (hand && tool != nullptr && gesture == Gesture::NONE) emit handMoved(tool->describe(*hand));
     update();
 }
 

@@ -16,6 +16,14 @@ private slots:
         LiveFixture live("optimise-cantilever.json");
         QVERIFY(live.reach(40));
         const double before = live.material(60, 79, 0, 9);
+        QString told;
+        connect(&live.view(), &PlateView::handMoved, this,
+                [&](const QString& said) { told = said; });
+        live.drag(live.at(80, 25), live.at(80, 4));
+        QVERIFY2(told.contains("y 4"), qPrintable(told));
+        // Under a hand that does not move.
+        live.bench().document.undoStack().undo();
+        QVERIFY2(!told.contains("y 4"), qPrintable(told));
         live.drag(live.at(80, 25), live.at(80, 0));
         QCOMPARE(live.scene().loads[0].y, (Range{0, 0}));
         QVERIFY(live.runFor(60));
