@@ -73,8 +73,10 @@ ScoreResult LibrarySession::scoreDesign(const Frame& frame, int refinement,
             ? drawnDesign(frame.material, *scene, refinement, scene->volumeFraction)
             : drawnDesign(frame.material, *scene, drawnRefinement(*scene, frame.refinement));
     ScoreResult result = score(scene, drawn.design, choice);
-    const RunResult of{frame.numbers.compliance, frame.numbers.volume, result.design,
-                       result.assessment, drawn.level};
+    // Beside a drawing, the design in black and white has the volume whatever the greys have.
+    const double volume = refinement > 0 ? mean(result.design) : frame.numbers.volume;
+    const RunResult of{frame.numbers.compliance, volume, result.design, result.assessment,
+                       drawn.level};
     result.warnings = checkResult(of, *scene);
     return result;
 }
