@@ -688,6 +688,8 @@ void MainWindow::showEvent(QShowEvent* event) {
         const bool isRestored = restoreState(state, LAYOUT_VERSION);
         variantDock->setVisible(!variantStrip->variants().empty());
         if (!isRestored) shareOutHeights();
+        // A scene that opened in the drawing mode hides the panels of that layout as well.
+        if (!std::exchange(areDocksShown, true)) showDocks(false);
     });
 }
 

@@ -57,19 +57,19 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
 }
 
 void ScoreHeader::show(const QString& headline, const QString& details) {
-    headlineLabel->setText(headline);
+    wholeHeadline = headline;
     headlineLabel->setAccessibleName(title + ": " + headline);
     allDetails = details;
-    fitDetails();
+    fitTexts();
 }
 
 void ScoreHeader::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     // The layout sets the labels before this event comes.
-    fitDetails();
+    fitTexts();
 }
 
-void ScoreHeader::fitDetails() {
+void ScoreHeader::fitTexts() {
     const QFontMetrics metrics = detailLabel->fontMetrics();
     const auto fits = [&](const QString& text) {
         const QRect room(0, 0, detailLabel->width(), 0);
@@ -84,8 +84,10 @@ void ScoreHeader::fitDetails() {
     detailLabel->setText(shown);
     // Without its own tooltip, the label shows the tooltip of the header.
     detailLabel->setToolTip(shown == allDetails ? QString() : allDetails);
-    const int needed = headlineLabel->fontMetrics().horizontalAdvance(text());
-    headlineLabel->setToolTip(needed > headlineLabel->width() ? text() : QString());
+    const QString line = headlineLabel->fontMetrics().elidedText(wholeHeadline, Qt::ElideRight,
+                                                                 headlineLabel->width());
+    headlineLabel->setText(line);
+    headlineLabel->setToolTip(line == wholeHeadline ? QString() : wholeHeadline);
 }
 
 void ScoreHeader::showMaterial(double used, double budget, bool isOver) {

@@ -16,17 +16,19 @@ public:
     /// How much of the budget is used; both are shares of the plate.
     void showMaterial(double used, double budget, bool isOver);
 
-    QString text() const { return headlineLabel->text(); }
+    QString text() const { return wholeHeadline; }
     QString details() const { return allDetails; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    /// Shows as many words of the details as fit in two lines. The tooltip shows all of them.
-    void fitDetails();
+    /// Shows as much of the headline as fits in a line, and as many words of the details as fit in
+    /// two. The tooltips show all of them.
+    void fitTexts();
 
     QString title;
+    QString wholeHeadline;
     QString allDetails;
     QLabel* headlineLabel;
     QLabel* detailLabel;
