@@ -96,7 +96,7 @@ void LiveRun::scoreAsKept() {
     const int refinement = drawnRefinement(scene, front.refinement);
     auto drawn = drawnDesign(front.material, scene, refinement).design;
     worker.score({bench.document.snapshot(), std::make_shared<const Field>(std::move(drawn)),
-                  settings.revision, true});
+                  settings.revision, ScoreRequest::Kind::SAVED_DESIGN});
 }
 
 // A new revision lets fetch() ignore late results of the previous run.
@@ -165,12 +165,13 @@ void LiveRun::showAgain(Before last) {
 }
 
 void LiveRun::scoreDrawing(std::shared_ptr<const Field> design) {
-    worker.score({bench.document.snapshot(), std::move(design), settings.revision, false});
+    worker.score({bench.document.snapshot(), std::move(design), settings.revision});
 }
 
 void LiveRun::scoreVariant(std::shared_ptr<const Scene> scene, std::shared_ptr<const Field> design,
                            std::uint64_t revisionOfScene) {
-    worker.score({std::move(scene), std::move(design), revisionOfScene, false});
+    worker.score(
+        {std::move(scene), std::move(design), revisionOfScene, ScoreRequest::Kind::VARIANT});
 }
 
 std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Scene& scene) {
@@ -182,13 +183,12 @@ std::optional<ScoreResult> LiveRun::scoreAsDrawn(const Field& material, const Sc
     QEventLoop untilScored;
     connect(this, &LiveRun::startedAfresh, &untilScored, &QEventLoop::quit);
     connect(this, &LiveRun::drawingScored, &untilScored, [&](const ScoreResult& scored) {
-        // A drawing that was left with its score under way has another revision. A variant has
-        // another design.
+        // A drawing that was left with its score under way has another revision.
         if (scored.revision != revision || scored.design != *design) return;
         result = scored;
         untilScored.quit();
     });
-    worker.score({std::make_shared<const Scene>(scene), design, revision, false});
+    worker.score({std::make_shared<const Scene>(scene), design, revision});
     constexpr int patience = 500;  // ms before the dialog comes
     QProgressDialog progress(tr("Scoring the design"), tr("Cancel"), 0, 0,
                              QApplication::activeWindow());
@@ -319,6 +319,7 @@ void LiveRun::startAfreshIfTorn() {
 
 void LiveRun::fetchScores() {
     if (const auto score = worker.fetchScore()) emit drawingScored(*score);
+    if (const auto score = worker.fetchVariantScore()) emit variantScored(*score);
     const auto score = worker.fetchDesignScore();
     const auto views = worker.fetchViews();
     if (score && score->revision >= firstRevision) emit designScored(*score);

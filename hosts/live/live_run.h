@@ -42,8 +42,8 @@ public:
     void setDrawing(bool draws);
     bool isDrawing() const { return drawing; }
     void scoreDrawing(std::shared_ptr<const Field> design);
-    /// Scores a design that was kept with earlier settings. drawingScored() reports the score,
-    /// unless another request replaces this one.
+    /// Scores a design that was kept with earlier settings. variantScored() reports the score,
+    /// unless another variant replaces this one.
     void scoreVariant(std::shared_ptr<const Scene> scene, std::shared_ptr<const Field> design,
                       std::uint64_t revisionOfScene);
 
@@ -83,6 +83,7 @@ signals:
     /// The scene's own timeline has changed it.
     void timelinePlayed(const Change& change);
     void drawingScored(const ScoreResult& result);
+    void variantScored(const ScoreResult& result);
     /// The score of the optimiser's design: at any time while a design is drawn,
     /// otherwise once it has settled.
     void designScored(const ScoreResult& result);

@@ -19,12 +19,11 @@ VariantKeeper::VariantKeeper(Workbench& workbench, LiveRun& liveRun, VariantStri
     explain(*keepAction, tr("Keep the present design, to compare it or to return to it"));
     connect(keepAction, &QAction::triggered, this, [this] { keep(); });
     connect(&strip, &VariantStrip::restoreRequested, this, &VariantKeeper::restore);
-    connect(&run, &LiveRun::drawingScored, this, [this](const ScoreResult& result) {
+    connect(&run, &LiveRun::variantScored, this, [this](const ScoreResult& result) {
         strip.offerScore(result);
         isAwaiting = false;
         requestScore();
     });
-    connect(&run, &LiveRun::settingsSent, this, &VariantKeeper::requestScore);
     connect(&bench.document, &Document::opened, &strip, &VariantStrip::clear);
 }
 
@@ -54,8 +53,7 @@ void VariantKeeper::keep(const QString& name) {
 }
 
 void VariantKeeper::requestScore() {
-    // While drawing, the score of the last stroke comes first.
-    if (isAwaiting || run.isDrawing()) return;
+    if (isAwaiting) return;
     for (const Variant& variant : strip.variants()) {
         if (variant.score) continue;
         isAwaiting = true;

@@ -38,8 +38,7 @@ signals:
 
 private:
     void restore(const Variant& variant);
-    /// Requests the score of a variant without a score. The worker has room for one request, which
-    /// an export or a stroke may replace.
+    /// Requests the score of a variant without a score. The worker has room for one request.
     void requestScore();
 
     Workbench& bench;

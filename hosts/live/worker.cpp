@@ -57,7 +57,9 @@ void Worker::send(LiveSettings settings) {
 void Worker::score(ScoreRequest request) {
     {
         const std::lock_guard lock(mutex);
-        auto& place = request.isOfOptimiser ? inbox.savedScore : inbox.score;
+        auto& place = request.kind == ScoreRequest::Kind::DRAWING        ? inbox.score
+                      : request.kind == ScoreRequest::Kind::SAVED_DESIGN ? inbox.savedScore
+                                                                         : inbox.variantScore;
         place = std::move(request);
     }
     wake.notify_one();
@@ -132,6 +134,12 @@ std::optional<ScoreResult> Worker::fetchScore() {
     return std::exchange(outbox.score, std::nullopt);
 }
 
+std::optional<ScoreResult> Worker::fetchVariantScore() {
+    const std::lock_guard lock(mutex);
+    outbox.notified = false;
+    return std::exchange(outbox.variantScore, std::nullopt);
+}
+
 std::optional<ScoreResult> Worker::fetchDesignScore() {
     const std::lock_guard lock(mutex);
     outbox.notified = false;
@@ -153,7 +161,7 @@ void Worker::run() {
         if (std::exchange(inbox.wakes, false)) settling.restart();
         if (inbox.settings)
             takeSettings(lock);
-        else if (inbox.score || inbox.savedScore)
+        else if (hasScoreToDo())
             scoreDrawing(lock);
         else if (!inbox.views.empty())
             viewScore(lock);
@@ -165,7 +173,7 @@ void Worker::run() {
 bool Worker::waitForWork(Lock& lock) {
     for (;;) {
         if (inbox.stops) return false;
-        if (inbox.settings || inbox.score || inbox.savedScore) return true;
+        if (inbox.settings || hasScoreToDo()) return true;
         if (inbox.wakes || !inbox.views.empty()) return true;
         if (!isIterationDue()) {
             wake.wait(lock);
@@ -177,6 +185,8 @@ bool Worker::waitForWork(Lock& lock) {
         wake.wait_until(lock, due);
     }
 }
+
+bool Worker::hasScoreToDo() const { return inbox.savedScore || inbox.score || inbox.variantScore; }
 
 bool Worker::isIterationDue() const {
     if (!current.scene || (!text.empty() && !resumesAt)) return false;
@@ -211,20 +221,24 @@ void Worker::optimiseCurrent() {
 }
 
 void Worker::scoreDrawing(Lock& lock) {
-    auto& place = inbox.savedScore ? inbox.savedScore : inbox.score;
+    auto& place = inbox.savedScore ? inbox.savedScore
+                  : inbox.score    ? inbox.score
+                                   : inbox.variantScore;
     const ScoreRequest request = *std::exchange(place, std::nullopt);
     const ViewChoice choice = inbox.choice;
     lock.unlock();
+    const bool isSaved = request.kind == ScoreRequest::Kind::SAVED_DESIGN;
     ScoreResult result = scored([&] {
-        const auto score =
-            request.isOfOptimiser ? &LibrarySession::scoreSaved : &LibrarySession::score;
+        const auto score = isSaved ? &LibrarySession::scoreSaved : &LibrarySession::score;
         return score(request.scene, *request.drawing, choice);
     });
     result.number = ++scores;
     result.revision = request.revision;
-    result.isSettled = request.isOfOptimiser;
+    result.isSettled = isSaved;
     lock.lock();
-    (request.isOfOptimiser ? outbox.designScore : outbox.score) = std::move(result);
+    (isSaved                                       ? outbox.designScore
+     : request.kind == ScoreRequest::Kind::VARIANT ? outbox.variantScore
+                                                   : outbox.score) = std::move(result);
     announce(lock);
 }
 

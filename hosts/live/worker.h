@@ -28,12 +28,13 @@ struct LiveSettings {
     std::uint64_t revision = 0;  ///< is returned with each result of these settings
 };
 
-/// A drawn design to score.
+/// A drawn design, a saved design of the optimiser or a variant to score.
 struct ScoreRequest {
     std::shared_ptr<const voxam::Scene> scene;
     std::shared_ptr<const voxam::Field> drawing;
     std::uint64_t revision = 0;
-    bool isOfOptimiser = false;  ///< a saved design of the optimiser
+    /// Each kind has a mailbox of its own.
+    enum class Kind { DRAWING, SAVED_DESIGN, VARIANT } kind = Kind::DRAWING;
 };
 
 /// The one thread that calls the library, and the mailboxes on both sides of it.
@@ -86,6 +87,8 @@ public:
     LibraryText fetchText();
     /// The newest score of a drawing since the last call, if there is one.
     std::optional<ScoreResult> fetchScore();
+    /// The newest score of a variant since the last call, if there is one.
+    std::optional<ScoreResult> fetchVariantScore();
     /// The newest score of the optimiser's design since the last call, if there is one.
     std::optional<ScoreResult> fetchDesignScore();
     std::vector<ViewResult> fetchViews();
@@ -94,8 +97,9 @@ private:
     /// Messages from the window; under the lock.
     struct Inbox {
         std::optional<LiveSettings> settings;
-        std::optional<ScoreRequest> score;
         std::optional<ScoreRequest> savedScore;  ///< of a design of the optimiser
+        std::optional<ScoreRequest> score;
+        std::optional<ScoreRequest> variantScore;  ///< after a stroke that waits for its score
         voxam::ViewChoice choice;
         std::deque<ScoreResult> views;
         bool playing = false;
@@ -112,6 +116,7 @@ private:
         LibraryText text;
         std::optional<ScoreResult> score;
         std::optional<ScoreResult> designScore;
+        std::optional<ScoreResult> variantScore;
         std::vector<ViewResult> views;
         bool notified = false;
     };
@@ -119,6 +124,7 @@ private:
 
     void run();
     bool waitForWork(Lock& lock);
+    bool hasScoreToDo() const;
     bool isIterationDue() const;
     void takeSettings(Lock& lock);
     void optimiseCurrent();
