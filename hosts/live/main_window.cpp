@@ -371,6 +371,7 @@ void MainWindow::connectDocument() {
     connect(&document, &Document::opened, this, [this] {
         stage->plate().cancelGesture();
         stage->plate().fit();
+        tools->forgetLastTools();
         // The drawing mode has no tools to add missing supports.
         const Scene& scene = bench.document.scene();
         setDrawing(scene.densities.has_value() && findFreePlate(scene).empty());

@@ -11,8 +11,7 @@ ToolBox::ToolBox(Workbench& workbench, PlateView& plateView) : view(plateView), 
     addPlateTools(site);
     addDrawingTools(site);
     addMirrors(workbench);
-    lastOfPlate = ofPlate.front();
-    lastOfDrawing = ofDrawing.front();
+    forgetLastTools();
     setDrawing(false);
 }
 
@@ -93,6 +92,11 @@ void ToolBox::add(std::unique_ptr<Tool> tool, Glyph glyph, const QString& name, 
         view.setFocus();
         emit taken(*inHand);
     });
+}
+
+void ToolBox::forgetLastTools() {
+    lastOfPlate = ofPlate.front();
+    lastOfDrawing = ofDrawing.front();
 }
 
 void ToolBox::setDrawing(bool draws) {

@@ -24,6 +24,8 @@ public:
     /// Draw on both sides of the plate's middle.
     const std::vector<QAction*>& mirrorActions() const { return mirrors; }
 
+    /// Lets setDrawing() take up the first tool of either mode.
+    void forgetLastTools();
     /// Shows the tools of one mode and takes up the one that was used there last.
     void setDrawing(bool draws);
 
