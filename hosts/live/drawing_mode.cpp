@@ -195,8 +195,9 @@ QString DrawingMode::bestSoFar() const {
     const double best = BestScores::best(bench.document.scene());
     if (best <= 0) return {};
     const QString medal = BestScores::nameOf(BestScores::medalFor(best));
-    return medal.isEmpty() ? tr("Best so far %1 %").arg(tenthsText(best))
-                           : tr("Best so far %1 % (%2)").arg(tenthsText(best), medal);
+    const QString percent = percentText(best / 100);
+    return medal.isEmpty() ? tr("Best so far %1").arg(percent)
+                           : tr("Best so far %1 (%2)").arg(percent, medal);
 }
 
 QString DrawingMode::excess(const Field& design) const {

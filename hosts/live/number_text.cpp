@@ -43,4 +43,6 @@ QString complianceText(double compliance, bool ofHalf) {
 
 QString placeText(double value) { return QLocale().toString(value, 'g', 6); }
 
-QString percentText(double share) { return QLocale().toString(100 * share, 'f', 1) + " %"; }
+QString percentText(double share) {
+    return QLocale().toString(100 * share, 'f', 1) + QChar::Nbsp + "%";
+}

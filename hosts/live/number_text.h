@@ -15,5 +15,5 @@ QString placeText(double value);
 /// "Compliance 12.3", or "Compliance of the half 12.3" of a scene that is one half of the plate.
 QString complianceText(double compliance, bool ofHalf);
 
-/// A share from 0 to 1 in percent, with one decimal: "39.7 %".
+/// A share from 0 to 1 in percent, with one decimal: "39.7 %". No line breaks before the sign.
 QString percentText(double share);

@@ -225,7 +225,7 @@ private slots:
         };
         QCOMPARE(told("Iteration"), QString::number(numbers.iteration));
         QCOMPARE(told("Compliance"), numberText(numbers.compliance, 6));
-        QCOMPARE(told("Volume"), QString::number(100 * numbers.volume, 'f', 1) + " %");
+        QCOMPARE(told("Volume"), percentText(numbers.volume));
         QVERIFY(told("One iteration").endsWith(" ms"));
         // After an edit in a pause, they are those of no present problem.
         const ResultLine& line = live.window.plateStage().resultLine();

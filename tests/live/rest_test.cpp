@@ -200,7 +200,7 @@ private slots:
         live.window.exporter().writePicture(path("english.png"));
         const QLocale before;
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-        QCOMPARE(percentText(0.3974), QString("39,7 %"));
+        QCOMPARE(percentText(0.3974), QString("39,7\u00a0%"));
         live.window.exporter().writePicture(path("german.png"));
         QLocale::setDefault(before);
         QVERIFY(bytesOf(path("english.png")) == bytesOf(path("german.png")));

@@ -126,8 +126,8 @@ private slots:
         });
         named(live, "Compare").trigger();
         const QString text = said.join("|");
-        QVERIFY2(text.contains("All is 300.0 % stiffer."), qPrintable(text));
-        QVERIFY2(text.contains("All has more material, by 50.0 % of the plate."), qPrintable(text));
+        QVERIFY2(text.contains("All is 300.0\u00a0% stiffer."), qPrintable(text));
+        QVERIFY2(text.contains("All has more material, by 50.0\u00a0% of"), qPrintable(text));
         // Another load makes another task.
         Scene other = *all.seen;
         other.loads[0].fy = 2;

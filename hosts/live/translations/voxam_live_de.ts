@@ -306,12 +306,12 @@
         <translation>%1 der Scheibe ausradieren</translation>
     </message>
     <message>
-        <source>Best so far %1 %</source>
-        <translation>Bisher bester Wert %1 %</translation>
+        <source>Best so far %1</source>
+        <translation>Bisher bester Wert %1</translation>
     </message>
     <message>
-        <source>Best so far %1 % (%2)</source>
-        <translation>Bisher bester Wert %1 % (%2)</translation>
+        <source>Best so far %1 (%2)</source>
+        <translation>Bisher bester Wert %1 (%2)</translation>
     </message>
     <message>
         <source>Settled</source>
