@@ -241,13 +241,15 @@ void DrawingMode::showRivalHeader() const {
                           : isRivalSettled ? tr("Settled")
                           : run.state() == RunState::PAUSED ? tr("Paused")
                                                             : tr("Still working");
+    QStringList notes;
+    if (!bench.document.whole()->timeline.empty())
+        notes << tr("The timeline does not play here: only its start counts.");
     if (!designScore) {
         const bool isRefused = !run.refusal().text.empty();
         return stage.rivalHeader.show(
             isRefused ? tr("Stopped") : state,
-            isRefused ? problemsOf(bench.document.scene(), run.refusal()).text : QString());
+            isRefused ? problemsOf(bench.document.scene(), run.refusal()).text : notes.join("  "));
     }
-    QStringList notes;
     for (const Finding& warning : designScore->warnings) notes << sentenceOf(warning);
     stage.rivalHeader.show(designScore->isSupported() ? complianceOf(designScore->assessment)
                            : isRivalSettled           ? tr("Does not hold")

@@ -322,6 +322,10 @@
         <translation>Angehalten</translation>
     </message>
     <message>
+        <source>The timeline does not play here: only its start counts.</source>
+        <translation>Der Zeitplan läuft hier nicht ab: Nur sein Anfang zählt.</translation>
+    </message>
+    <message>
         <source>Not settled, but compared as it is</source>
         <translation>Nicht konvergiert, wird aber so verglichen</translation>
     </message>
