@@ -74,8 +74,7 @@ QString ResultLine::worth() const {
 
 QString ResultLine::outlook() const {
     if (shown == RunState::AS_KEPT) return tr("  ·  Play starts afresh");
-    if (shown == RunState::NOT_SETTLED)
-        return tr("  ·  Stopped at iteration %1, Play continues").arg(last.iteration);
+    if (shown == RunState::NOT_SETTLED) return tr("  ·  Play continues");
     return {};
 }
 

@@ -2066,8 +2066,8 @@
         <translation>Noch nicht berechnet</translation>
     </message>
     <message>
-        <source>  ·  Stopped at iteration %1, Play continues</source>
-        <translation>  ·  Bei Iteration %1 aufgehört, Weiterrechnen setzt fort</translation>
+        <source>  ·  Play continues</source>
+        <translation>  ·  Weiterrechnen setzt fort</translation>
     </message>
     <message>
         <source>  ·  Play starts afresh</source>
