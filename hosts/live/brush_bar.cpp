@@ -5,6 +5,7 @@
 #include <array>
 
 #include "action_text.h"
+#include "field_manners.h"
 #include "icons.h"
 
 BrushBar::BrushBar(Workbench& workbench)
@@ -38,6 +39,7 @@ BrushBar::BrushBar(Workbench& workbench)
     size->setSuffix(tr(" wide"));
     size->setAccessibleName(tr("Size of the brush in elements"));
     size->setToolTip(tr("Size of the brush in elements ([ and ])"));
+    FieldManners::readBothSigns(*size);
     addWidget(size);
 
     const auto resize = [this](int by) {

@@ -1,5 +1,6 @@
 #include <QAccessible>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLineEdit>
@@ -47,6 +48,39 @@ private slots:
         while (history.canUndo()) history.undo();
         QCOMPARE(slider.value(), 100);
         QVERIFY(live.scene() == LiveFixture::smallScene());
+    }
+
+    void pointsAndCommasAreDecimalSigns() {
+        const QLocale usual;
+        for (const QLocale& locale : {QLocale("en_US"), QLocale("de_DE")}) {
+            QLocale::setDefault(locale);
+            LiveFixture live(LiveFixture::smallScene());
+            const auto type = [](QAbstractSpinBox& box, const char* text) {
+                box.setFocus();
+                box.selectAll();
+                QTest::keyClicks(&box, text);
+                box.interpretText();
+            };
+            auto& volume = live.named<QDoubleSpinBox>("Volume of material in percent");
+            live.bench().select(std::size_t{0});
+            auto& magnitude = live.named<QDoubleSpinBox>("Magnitude of the force");
+            for (const char* text : {"12,5", "12.5"}) {
+                for (auto* box : {&volume, &magnitude}) {
+                    box->setValue(50);
+                    type(*box, text);
+                    QCOMPARE(box->value(), 12.5);
+                }
+                auto& width = live.named<QSpinBox>("Elements in x");
+                type(width, text);
+                QVERIFY(width.value() != 125);
+            }
+            QApplication::clipboard()->setText("1.012,25");
+            magnitude.selectAll();
+            magnitude.findChild<QLineEdit*>()->paste();
+            magnitude.interpretText();
+            QCOMPARE(magnitude.value(), 1012.25);
+        }
+        QLocale::setDefault(usual);
     }
 
     void aGridIsAppliedWarnedOfOrRefused() {
