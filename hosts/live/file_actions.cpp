@@ -57,8 +57,18 @@ struct ReadScene {
     Scene scene;
     std::optional<Field> design;   ///< next to the scene
     std::deque<Variant> variants;  ///< next to the scene
+    std::string designFault;       ///< why it cannot be read; empty if it can
     std::string variantsFault;     ///< why they cannot be read; empty if they can
 };
+
+/// Reads the design next to a scene.
+void readDesignBeside(const std::filesystem::path& file, ReadScene& read) {
+    try {
+        read.design = designBeside(file, read.scene);
+    } catch (const InputError& error) {
+        read.designFault = error.what();
+    }
+}
 
 /// Reads the variants next to a scene.
 void readVariants(const std::filesystem::path& file, ReadScene& read) {
@@ -69,15 +79,25 @@ void readVariants(const std::filesystem::path& file, ReadScene& read) {
     }
 }
 
+/// The name under which an unreadable file stays beside the scene.
+std::filesystem::path nameAside(const std::filesystem::path& file) {
+    std::error_code error;
+    for (int number = 1;; ++number) {
+        auto name = file;
+        name += number == 1 ? ".damaged" : ".damaged" + std::to_string(number);
+        if (!std::filesystem::exists(name, error)) return name;
+    }
+}
+
 /// Reads a scene that can be optimised here.
 ReadScene readWhole(const std::filesystem::path& file) {
-    ReadScene read{readScene(file), std::nullopt, {}, {}};
+    ReadScene read{readScene(file), std::nullopt, {}, {}, {}};
     Scene& scene = read.scene;
     if (scene.volumeFraction == 0) scene.volumeFraction = volumeFor(scene);
     // It would take the program down, with whatever is open.
     for (const Finding& finding : findTooLarge(scene))
         throw InputError(file.string() + ": " + lineOf(finding));
-    if (!scene.densities) read.design = designBeside(file, scene);
+    readDesignBeside(file, read);
     readVariants(file, read);
     return read;
 }
@@ -143,10 +163,11 @@ bool FileActions::load(const std::filesystem::path& file) {
             computeInBackground(parent, tr("Reading the scene"),
                                 [file](BackgroundProgress&) { return readWhole(file); });
         document.open(std::move(read.scene), file);
-        stampFile();
+        stampFiles();
+        damaged.clear();
         remember(file);
         emit loaded(read.design, read.variants);
-        warnOfVariants(read.variantsFault);
+        reportDamage(read.designFault, read.variantsFault);
         return true;
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The scene cannot be opened"), faultOf(error));
@@ -154,10 +175,25 @@ bool FileActions::load(const std::filesystem::path& file) {
     }
 }
 
-void FileActions::warnOfVariants(const std::string& fault) {
-    if (!fault.empty())
-        QMessageBox::warning(&parent, tr("The variants cannot be read"),
-                             QString::fromStdString(fault));
+void FileActions::reportDamage(const std::string& ofDesign, const std::string& ofVariants) {
+    const auto report = [this](const QString& title, const std::string& fault,
+                               const std::filesystem::path& file) {
+        if (fault.empty()) return;
+        damaged.push_back(file);
+        QMessageBox::warning(
+            &parent, title,
+            QString::fromStdString(fault) + "\n\n" +
+                tr("The file stays as it is. Before you save over it, it is renamed to %1.")
+                    .arg(pathText(nameAside(file).filename())));
+    };
+    report(tr("The saved design cannot be read"), ofDesign, designFileOf(document.file()));
+    report(tr("The variants cannot be read"), ofVariants, variantsFileOf(document.file()));
+}
+
+void FileActions::setAside(const std::filesystem::path& file) {
+    if (std::erase(damaged, file) == 0) return;
+    std::error_code error;
+    if (std::filesystem::exists(file, error)) std::filesystem::rename(file, nameAside(file));
 }
 
 bool FileActions::mayDiscard() {
@@ -197,7 +233,8 @@ std::filesystem::path FileActions::lastFile() const {
 void FileActions::makeNew() {
     if (!mayDiscard()) return;
     document.open(plainScene(), {});
-    stampFile();
+    stampFiles();
+    damaged.clear();
     emit loaded(std::nullopt, {});
 }
 
@@ -223,7 +260,7 @@ bool FileActions::recover(Recovery& own) {
 }
 
 void FileActions::openRecovered(const Recovery::Found& found) {
-    ReadScene next{found.scene, found.design, {}, {}};
+    ReadScene next{found.scene, found.design, {}, {}, {}};
     if (next.scene.volumeFraction == 0) next.scene.volumeFraction = volumeFor(next.scene);
     if (found.variants)
         next.variants = *found.variants;
@@ -234,10 +271,11 @@ void FileActions::openRecovered(const Recovery::Found& found) {
         document.open(std::move(next.scene), found.original);
     else
         document.recover(std::move(next.scene), found.original);
-    stampFile();
+    stampFiles();
+    damaged.clear();
     emit loaded(next.design, next.variants);
     if (found.variants && variants != nullptr) variants->setModified(true);
-    warnOfVariants(next.variantsFault);
+    reportDamage({}, next.variantsFault);
 }
 
 void FileActions::importDesign() {
@@ -271,17 +309,31 @@ std::optional<FileActions::FileStamp> FileActions::stampOf(const std::filesystem
     return error ? std::nullopt : std::optional(found);
 }
 
-void FileActions::stampFile() { stamp = stampOf(document.file()); }
+std::array<std::filesystem::path, 3> FileActions::filesOf(const std::filesystem::path& target) {
+    return {target, designFileOf(target), variantsFileOf(target)};
+}
+
+void FileActions::stampFiles() {
+    const auto files = filesOf(document.file());
+    std::transform(files.begin(), files.end(), stamps.begin(), stampOf);
+}
 
 bool FileActions::mayReplace(const std::filesystem::path& target) {
-    if (target != document.file() || !stamp) return true;
-    const auto now = stampOf(target);
-    if (!now || now == stamp) return true;
+    if (target != document.file() || !stamps[0]) return true;
+    const auto files = filesOf(target);
+    const std::array<bool, 3> isWritten = {true, design().has_value(),
+                                           variants != nullptr && variants->isModified()};
+    QStringList changed;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto now = stampOf(files[i]);
+        if (isWritten[i] && now && now != stamps[i]) changed += pathText(files[i].filename());
+    }
+    if (changed.isEmpty()) return true;
     const auto answer = QMessageBox::warning(
         &parent, tr("The file has changed"),
         tr("Another program has changed %1 since it was opened here. Save anyway, and lose those "
            "changes? Save as... another file to keep both.")
-            .arg(pathText(target.filename())),
+            .arg(changed.join(", ")),
         QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
     return answer == QMessageBox::Save;
 }
@@ -333,13 +385,18 @@ bool FileActions::write(const std::filesystem::path& target) {
     try {
         const bool isMoved = target != document.file();
         document.save(target);
-        stampFile();
-        if (const auto seen = design()) writeDesignBeside(target, *seen);
+        if (const auto seen = design()) {
+            setAside(designFileOf(target));
+            writeDesignBeside(target, *seen);
+        }
         // Do not overwrite a file of variants that could not be read.
         if (variants != nullptr && (isMoved || variants->isModified())) {
+            setAside(variantsFileOf(target));
             writeVariantsBeside(target, variants->variants());
             variants->setModified(false);
         }
+        if (isMoved) damaged.clear();
+        stampFiles();
         remember(target);
         return true;
     } catch (const std::exception& error) {

@@ -3,11 +3,13 @@
 #include <QAction>
 #include <QMenu>
 #include <QObject>
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "document.h"
 #include "recovery.h"
@@ -67,11 +69,16 @@ signals:
 private:
     void makeNew();
     void openRecovered(const Recovery::Found& found);
-    void warnOfVariants(const std::string& fault);
+    /// Reports why files beside the scene cannot be read. Empty texts report nothing.
+    void reportDamage(const std::string& ofDesign, const std::string& ofVariants);
+    /// Renames a file that could not be read, before it is written.
+    void setAside(const std::filesystem::path& file);
     void importDesign();
-    /// Asks before another program's changes to the file are lost.
+    /// Asks before another program's changes to the files are lost.
     bool mayReplace(const std::filesystem::path& target);
-    void stampFile();
+    /// A scene file, and the files of its design and of its variants.
+    static std::array<std::filesystem::path, 3> filesOf(const std::filesystem::path& target);
+    void stampFiles();
     void chooseAndOpen();
     bool save();
     bool saveAs();
@@ -93,5 +100,6 @@ private:
     QWidget& parent;
     std::function<std::optional<Field>()> design = [] { return std::nullopt; };
     VariantStrip* variants = nullptr;
-    std::optional<FileStamp> stamp;
+    std::array<std::optional<FileStamp>, 3> stamps;  // of filesOf()
+    std::vector<std::filesystem::path> damaged;      // beside the scene, and not replaced yet
 };

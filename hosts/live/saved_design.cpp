@@ -67,10 +67,5 @@ std::optional<Field> designBeside(const fs::path& sceneFile, const Scene& scene)
     if (error) return std::nullopt;
     const auto designTime = fs::last_write_time(file, error);
     if (error || designTime + SLACK < sceneTime) return std::nullopt;
-    try {
-        return exactDesign(file, scene, readDesignPng(file, scene.width, scene.height));
-    } catch (const InputError&) {
-        // The design has another grid, so the optimiser starts afresh.
-        return std::nullopt;
-    }
+    return exactDesign(file, scene, readDesignPng(file, scene.width, scene.height));
 }

@@ -17,6 +17,6 @@ std::filesystem::path designFileOf(const std::filesystem::path& sceneFile);
 /// Writes the design next to its scene file. Call it after writing the scene. Throws InputError.
 void writeDesignBeside(const std::filesystem::path& sceneFile, const Field& design);
 
-/// The design next to a scene file. Empty if there is no design, if its size does not match the
-/// plate, or if the scene was written later.
+/// The design next to a scene file. Empty if there is no design, or if the scene was written later.
+/// Throws InputError if the design cannot be read, or does not match the plate.
 std::optional<Field> designBeside(const std::filesystem::path& sceneFile, const Scene& scene);

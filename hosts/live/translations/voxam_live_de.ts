@@ -667,6 +667,14 @@
         <translation>Die Szene lässt sich nicht öffnen</translation>
     </message>
     <message>
+        <source>The file stays as it is. Before you save over it, it is renamed to %1.</source>
+        <translation>Die Datei bleibt, wie sie ist. Bevor Sie darüber speichern, wird sie in %1 umbenannt.</translation>
+    </message>
+    <message>
+        <source>The saved design cannot be read</source>
+        <translation>Der gespeicherte Entwurf lässt sich nicht lesen</translation>
+    </message>
+    <message>
         <source>The variants cannot be read</source>
         <translation>Die Varianten lassen sich nicht lesen</translation>
     </message>
