@@ -79,9 +79,17 @@ void LiveRun::announceState() {
 }
 
 void LiveRun::showKept(Field design) {
+    const Scene& scene = bench.document.scene();
+    if (drawing) {
+        Frame kept;
+        kept.refinement = refinementOf(design, scene);
+        kept.material = std::move(design);
+        before = Before{std::move(kept), std::nullopt, bench.document.whole(),
+                        bench.document.changesMade(), blobMoves};
+        return setPlaying(true);
+    }
     endRun();
     emit startedAfresh();
-    const Scene& scene = bench.document.scene();
     front = Frame();
     front.refinement = refinementOf(design, scene);
     front.material = std::move(design);
@@ -128,12 +136,17 @@ void LiveRun::setDrawing(bool draws) {
     if (drawing == draws) return;
     if (draws) before = shownDesign();
     drawing = draws;
+    const bool isKept = designBefore() != nullptr;
     auto last = draws ? std::nullopt : std::exchange(before, std::nullopt);
-    const bool isSame = last && last->movesBlob == blobMoves &&
-                        hasSameProblem(*last->whole, *bench.document.whole());
-    if (isSame) return showAgain(*std::move(last));
+    if (last && isKept) return showAgain(*std::move(last));
     startAfresh();
     setPlaying(true);
+}
+
+const Field* LiveRun::designBefore() const {
+    const bool isOfScene = before && before->movesBlob == blobMoves &&
+                           hasSameProblem(*before->whole, *bench.document.whole());
+    return isOfScene ? &before->frame.material : nullptr;
 }
 
 std::optional<LiveRun::Before> LiveRun::shownDesign() const {

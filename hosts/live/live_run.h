@@ -30,7 +30,8 @@ public:
     void step();
     void startAfresh();
     /// Shows a design of the scene that was kept, and scores it, instead of forming one. It stays
-    /// until the run is played, stepped or edited, which starts afresh.
+    /// until the run is played, stepped or edited, which starts afresh. While drawing, it is shown
+    /// afterwards.
     void showKept(Field design);
 
     bool movesBlob() const { return blobMoves; }
@@ -41,6 +42,8 @@ public:
     /// design from before is shown as a kept one, unless the problem has changed.
     void setDrawing(bool draws);
     bool isDrawing() const { return drawing; }
+    /// The design that will be shown after the drawing; null if there is none of this problem.
+    const Field* designBefore() const;
     void scoreDrawing(std::shared_ptr<const Field> design);
     /// Scores a design that was kept with earlier settings. variantScored() reports the score,
     /// unless another variant replaces this one.

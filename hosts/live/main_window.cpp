@@ -671,7 +671,11 @@ std::optional<Field> MainWindow::designToSave() const {
     const bool isThere = run.frame().numbers.iteration > 0 || run.state() == RunState::AS_KEPT;
     // While the library refuses the scene, the plate shows the start of a run or another design.
     const bool isOfScene = run.state() != RunState::FAILED;
-    if (drawing->isActive() || !isThere || !isOfScene) return std::nullopt;
+    if (drawing->isActive()) {
+        const Field* const before = run.designBefore();
+        return before != nullptr ? std::optional(*before) : std::nullopt;
+    }
+    if (!isThere || !isOfScene) return std::nullopt;
     return run.frame().material;
 }
 

@@ -12,6 +12,7 @@
 #include "problems.h"
 #include "program.h"
 #include "saved_design.h"
+#include "saved_variants.h"
 #include "settling.h"
 
 namespace fs = std::filesystem;
@@ -113,6 +114,47 @@ private slots:
         QVERIFY(!designBeside(file, live.scene()));
     }
 
+    void aSavedDesignIsThereAfterADrawing() {
+        const fs::path file = path("both.json");
+        Field seen;
+        {
+            LiveFixture live(LiveFixture::smallScene());
+            live.window.setDrawing(true);
+            live.drag(live.at(2, 2), live.at(20, 8));
+            live.window.setDrawing(false);
+            QVERIFY(live.scene().densities);
+            QVERIFY(live.settle());
+            seen = live.run().frame().material;
+            live.bench().document.save(file);
+            // The design is saved from either mode.
+            live.window.setDrawing(true);
+            QVERIFY(live.takeTool("Ctrl+S"));
+        }
+        LiveFixture live("minimal.json");
+        QVERIFY(live.window.open(file));
+        QVERIFY(live.run().isDrawing());
+        live.window.setDrawing(false);
+        QCOMPARE(live.run().state(), RunState::AS_KEPT);
+        QVERIFY(live.run().frame().material == seen);
+    }
+
+    void damagedFilesAreReportedAndSetAside() {
+        const fs::path file = path("torn.json");
+        LiveFixture live(LiveFixture::smallScene());
+        live.bench().document.save(file);
+        QVERIFY(live.settle());
+        QVERIFY(live.takeTool("Ctrl+S"));
+        const std::string half = bytesOf(designFileOf(file)).substr(0, 100);
+        std::ofstream(designFileOf(file), std::ios::binary) << half;
+        const MessageAnswer answer(QMessageBox::Ok);
+        QVERIFY(live.window.open(file));
+        QVERIFY2(answer.text.contains("torn.design.png"), qPrintable(answer.text));
+        QVERIFY(live.settle());
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY(designBeside(file, live.scene()));
+        QCOMPARE(bytesOf(path("torn.design.png.damaged")), half);
+    }
+
     void whatAnotherProgramWroteIsNotLost() {
         const fs::path file = path("shared.json");
         LiveFixture live(LiveFixture::smallScene());
@@ -125,6 +167,25 @@ private slots:
         QVERIFY2(answer.text.contains("Another program"), qPrintable(answer.text));
         QVERIFY(bytesOf(file).ends_with("// Mine.\n"));
         QVERIFY(live.bench().document.isModified());
+    }
+
+    void whatAnotherWindowKeptIsNotLost() {
+        const fs::path file = path("twice.json");
+        LiveFixture live(LiveFixture::smallScene());
+        live.bench().document.save(file);
+        QVERIFY(live.window.open(file));
+        QVERIFY(live.settle());
+        for (int own = 0; own < 2; ++own) {
+            QVERIFY(live.takeTool("Ctrl+K"));
+            QVERIFY(live.takeTool("Ctrl+S"));
+        }
+        QVERIFY(live.takeTool("Ctrl+K"));
+        for (const fs::path& beside : {designFileOf(file), variantsFileOf(file)})
+            std::ofstream(beside, std::ios::app) << "other";
+        MessageAnswer answer(QMessageBox::Cancel);
+        QVERIFY(live.takeTool("Ctrl+S"));
+        QVERIFY2(answer.text.contains("twice.design.png, twice.variants"), qPrintable(answer.text));
+        QVERIFY(bytesOf(variantsFileOf(file)).ends_with("other"));
     }
 
     void editsAndVariantsOutliveTheProgram() {
