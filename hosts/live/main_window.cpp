@@ -584,8 +584,9 @@ void MainWindow::showTitle() {
 
 void MainWindow::showProblems() {
     // While drawing, the headers describe the designs.
-    Problems problems = problemsOf(bench.document.scene(), run.refusal(),
-                                   drawing->isActive() ? std::nullopt : settledScore);
+    Problems problems =
+        problemsOf(bench.document.scene(), run.refusal(),
+                   drawing->isActive() ? std::nullopt : settledScore, drawing->isActive());
     if (drawing->isActive() && !problems.text.isEmpty())
         problems.advice +=
             tr(" The tools for loads and supports come back with the end of the drawing (Ctrl+D).");
@@ -647,7 +648,7 @@ std::optional<ExportActions::Exhibit> MainWindow::exhibit() const {
     if (frame.numbers.iteration == 0) {
         if (settledScore)
             shown.subtitle = QString::fromStdString(
-                scoreSubtitle(settledScore->design, shown.scene, settledScore->assessment));
+                keptSubtitle(settledScore->design, shown.scene, settledScore->assessment));
         return shown;
     }
     // A picture from before an edit must not get the score of what was edited.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "checks/checks.h"
+#include "checks/plate_checks.h"
 #include "room_text.h"
 
 using namespace voxam;
@@ -77,6 +78,13 @@ QString inWords(QString text) {
     if (const auto match = volume.match(text); match.hasMatch())
         text.replace(match.capturedStart(2), match.capturedLength(2),
                      QString::number(PERCENT * match.captured(2).toDouble()) + " %");
+    static const QRegularExpression thin(
+        R"re(^(\d[\d.e-]*) (is enough for a bar .*)loads\[(\d+)\])re");
+    if (const auto match = thin.match(text); match.hasMatch())
+        text.replace(0, match.capturedLength(),
+                     QString("a volume of %1 % %2load %3")
+                         .arg(QString::number(PERCENT * match.captured(1).toDouble()),
+                              match.captured(2), QString::number(match.captured(3).toInt() + 1)));
     static const std::array<std::pair<const char*, const char*>, 12> words = {
         {{"lies inside the elements that passive.void keeps void", "lies inside what is kept void"},
          {"passive.void separates it", "what is kept void separates it"},
@@ -96,14 +104,15 @@ QString inWords(QString text) {
 
 QString asSentence(const QString& words) { return words.left(1).toUpper() + words.mid(1) + "."; }
 
-/// The warnings about a settled design, if the settings are valid.
-void addWarnings(const ScoreResult& result, const Scene& scene, Problems& problems) {
-    if (result.warnings.empty()) return;
-    problems.text = sentenceOf(result.warnings.front());
-    for (std::size_t i = 1; i < result.warnings.size(); ++i)
-        problems.advice += (i > 1 ? " " : "") + sentenceOf(result.warnings[i]);
-    for (const Finding& warning : result.warnings)
+/// Warnings about a scene without errors, and about its settled design.
+void addWarnings(const Findings& warnings, const Scene& scene, Problems& problems) {
+    for (const Finding& warning : warnings) {
+        if (problems.text.isEmpty())
+            problems.text = sentenceOf(warning);
+        else
+            problems.advice += (problems.advice.isEmpty() ? "" : " ") + sentenceOf(warning);
         if (warning.place) mark(warning, scene, problems.places);
+    }
 }
 
 }  // namespace
@@ -142,7 +151,7 @@ QString sentenceOf(const Finding& finding) {
 }
 
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,
-                    const std::optional<ScoreResult>& result) {
+                    const std::optional<ScoreResult>& result, bool isDrawn) {
     Problems problems;
     const Findings findings = checkSettings(scene);
     for (const Finding& finding : findings) mark(finding, scene, problems.places);
@@ -155,8 +164,10 @@ Problems problemsOf(const Scene& scene, const LibraryText& refusal,
         const auto reason = words.indexOf(". ") + 1;
         problems.text = words.left(reason);
         problems.advice = words.mid(reason + 1);
-    } else if (result) {
-        addWarnings(*result, scene, problems);
+    } else {
+        addWarnings(findIdleLoads(scene), scene, problems);
+        if (!isDrawn) addWarnings(findThinVolume(scene), scene, problems);
+        if (result) addWarnings(result->warnings, scene, problems);
     }
     if (refusal.resumesAt)
         problems.advice += QObject::tr(" The run resumes with the change at iteration %1.")

@@ -32,6 +32,6 @@ QString sentenceOf(const InputError& refusal);
 QString faultOf(const std::exception& error);
 
 /// `refusal` is the library's last text about the scene, `result` the score of the design if it
-/// has settled.
+/// has settled. While drawing (`isDrawn`), a design of the optimiser is not judged.
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,
-                    const std::optional<ScoreResult>& result = std::nullopt);
+                    const std::optional<ScoreResult>& result = std::nullopt, bool isDrawn = false);

@@ -35,6 +35,10 @@ constexpr const char* PHRASES[] = {
                       "%1"),
     QT_TRANSLATE_NOOP("Rooms", "keep the elements at this load solid"),
     QT_TRANSLATE_NOOP("Rooms", "raise the penalty to 3: a low one leaves greys"),
+    QT_TRANSLATE_NOOP("Rooms",
+                      "a volume of %1 % is enough for a bar %2 elements wide from load %3 to the "
+                      "nearest support, and such a thin design tears"),
+    QT_TRANSLATE_NOOP("Rooms", "take more volume or a finer grid"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid, more volume or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more iterations"),
     QT_TRANSLATE_NOOP("Rooms", "take a finer grid or more volume"),

@@ -385,6 +385,14 @@
 <context>
     <name>ExportActions</name>
     <message>
+        <source>Edge of an element in millimetres:
+
+The plate becomes %1 × %2 mm. The scene keeps the size: change it in the panel Scene.</source>
+        <translation>Kantenlänge eines Elements in Millimetern:
+
+Die Platte wird %1 × %2 mm groß. Die Szene behält diese Größe; ändern lässt sie sich unter „Szene“.</translation>
+    </message>
+    <message>
         <source>&amp;Picture (PNG, SVG)...</source>
         <translation>&amp;Bild (PNG, SVG) …</translation>
     </message>
@@ -471,10 +479,6 @@
     <message>
         <source>Size of an element</source>
         <translation>Größe eines Elements</translation>
-    </message>
-    <message>
-        <source>Edge of an element in millimetres:</source>
-        <translation>Kantenlänge eines Elements in Millimetern:</translation>
     </message>
     <message>
         <source>Thickness</source>
@@ -2113,6 +2117,14 @@
 <context>
     <name>Rooms</name>
     <message>
+        <source>a volume of %1 % is enough for a bar %2 elements wide from load %3 to the nearest support, and such a thin design tears</source>
+        <translation>ein Volumen von %1 % reicht für einen Stab von %2 Elementen Breite von Last %3 zum nächsten Lager, und ein so dünner Entwurf reißt</translation>
+    </message>
+    <message>
+        <source>take more volume or a finer grid</source>
+        <translation>mehr Volumen oder ein feineres Netz wählen</translation>
+    </message>
+    <message>
         <source>from iteration %1 on, %2</source>
         <translation>ab Iteration %1: %2</translation>
     </message>
@@ -2680,6 +2692,10 @@
 <context>
     <name>SettingsPanel</name>
     <message>
+        <source>Plate %1 × %2 mm, elements of %3 mm</source>
+        <translation>Platte %1 × %2 mm, Elemente von %3 mm</translation>
+    </message>
+    <message>
         <source>Design</source>
         <translation>Entwurf</translation>
     </message>
@@ -3080,6 +3096,10 @@
 <context>
     <name>VariantKeeper</name>
     <message>
+        <source>The variant replaces your drawing. Undo brings it back.</source>
+        <translation>Die Variante ersetzt Ihre Zeichnung. „Rückgängig“ holt sie zurück.</translation>
+    </message>
+    <message>
         <source>&amp;Keep variant</source>
         <translation>Variante &amp;merken</translation>
     </message>
@@ -3146,8 +3166,8 @@
         <translation>Variante %1</translation>
     </message>
     <message>
-        <source>Double-click to restore. Select two with Ctrl to compare them.</source>
-        <translation>Doppelklick stellt wieder her. Zwei mit Strg auswählen, um sie zu vergleichen.</translation>
+        <source>Double-click to restore. F2 renames, Delete removes. Select two with Ctrl to compare them.</source>
+        <translation>Doppelklick stellt wieder her. F2 benennt um, Entf entfernt. Zwei mit Strg auswählen, um sie zu vergleichen.</translation>
     </message>
     <message>
         <source>Rename variant</source>

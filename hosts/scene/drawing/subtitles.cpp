@@ -31,17 +31,32 @@ std::string runSubtitle(const IterationRecord& shown, Symmetry symmetry, const A
            formatted(",  volume %.1f %%", 100 * shown.volume);
 }
 
+namespace {
+
+/// The rest of the line, after the compliance.
+std::string materialPart(const Field& design, const Scene& scene, const Assessment& found) {
+    std::string text = ",  material used " + materialText(design, scene);
+    // Their outlines show which parts.
+    if (found.problems.empty() && !found.floating.empty())
+        text += ",  " + counted(found.floating.size(), "part") + " left out";
+    return text;
+}
+
+}  // namespace
+
 std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
                           const Assessment* drawn) {
     const bool isSupported = found.problems.empty();
     std::string text = isSupported ? complianceName(scene.symmetry) + (" " + complianceText(found))
                                    : "not supported: " + lineOf(found.problems.front());
     if (drawn != nullptr && isSupported) text += ", as drawn " + complianceText(*drawn);
-    text += ",  material used " + materialText(design, scene);
-    // Their outlines show which parts.
-    if (isSupported && !found.floating.empty())
-        text += ",  " + counted(found.floating.size(), "part") + " left out";
-    return text;
+    return text + materialPart(design, scene, found);
+}
+
+std::string keptSubtitle(const Field& design, const Scene& scene, const Assessment& drawn) {
+    if (!drawn.problems.empty()) return scoreSubtitle(design, scene, drawn);
+    return complianceName(scene.symmetry) + (" as drawn " + complianceText(drawn)) +
+           materialPart(design, scene, drawn);
 }
 
 }  // namespace voxam::inline drawing

@@ -24,4 +24,8 @@ std::string runSubtitle(const IterationRecord& shown, Symmetry symmetry,
 std::string scoreSubtitle(const Field& design, const Scene& scene, const Assessment& found,
                           const Assessment* drawn = nullptr);
 
+/// The same for a design of an optimiser that was kept as it is: all that is known of it is how it
+/// does in black and white.
+std::string keptSubtitle(const Field& design, const Scene& scene, const Assessment& drawn);
+
 }  // namespace voxam::inline drawing
