@@ -15,6 +15,7 @@
 #include "format/resize.h"
 #include "number_text.h"
 #include "problems.h"
+#include "reflection.h"
 
 using namespace voxam;
 
@@ -137,7 +138,6 @@ QWidget* SettingsPanel::makeGrid() {
                                  "design then forms anew, from an even grey."));
     // Above its fields, so that it is in sight where the panel is low.
     form->addRow(gridButton);
-    form->addRow(gridAdvice);
     // In one row: the panel is to fit into a low window.
     auto* sides = new QHBoxLayout;
     auto* heightLabel = new QLabel(tr("Hei&ght"));
@@ -151,6 +151,11 @@ QWidget* SettingsPanel::makeGrid() {
     form->addRow(sides);
     form->addRow(tr("&Detail of the design"), subdivision);
     form->addRow(tr("Detail of the p&icture"), meshFactor);
+    plateSize = new QLabel;
+    plateSize->setWordWrap(true);
+    form->addRow(plateSize);
+    // Below the fields, which stay where they are when it appears.
+    form->addRow(gridAdvice);
     explainRow(*form, *width,
                tr("Elements from left to right. More elements show finer bars, and each iteration "
                   "takes longer."));
@@ -236,6 +241,8 @@ void SettingsPanel::judgeGrid() {
     plate.meshFactor = meshFactor->value();
     plate.loadCases = scene.loadCases;
     plate.volumeFraction = scene.volumeFraction;
+    plate.symmetry = scene.symmetry;
+    showPlateSize(plate);
     const QString fault = faultOf(plate, *bench.document.whole());
     gridAdvice->setText(!fault.isEmpty()
                             ? fault
@@ -251,6 +258,15 @@ void SettingsPanel::judgeGrid() {
         colours.setColor(QPalette::ButtonText, colours.color(QPalette::HighlightedText));
     }
     gridButton->setPalette(colours);
+}
+
+// Both depend on whether the plate keeps its shape.
+void SettingsPanel::showPlateSize(const Scene& plate) {
+    const double element = resizedElementSize(bench.document.scene(), plate.width, plate.height);
+    const QSizeF size = element * wholePlateOf(plate).size;
+    plateSize->setText(
+        tr("Plate %1 × %2 mm, elements of %3 mm")
+            .arg(placeText(size.width()), placeText(size.height()), placeText(element)));
 }
 
 // From the present time of an iteration. Solving takes most of it, and grows a little faster than

@@ -35,6 +35,8 @@ private:
     void setVolume(double percent);
     void applyGrid();
     void judgeGrid();
+    /// Shows what the plate and its elements will measure.
+    void showPlateSize(const Scene& plate);
     QString speedOf(const Scene& plate) const;
     void showGrid();
     bool leavesGrid(const QEvent& event) const;
@@ -49,6 +51,7 @@ private:
     QSpinBox* height;
     QSpinBox* subdivision;
     QSpinBox* meshFactor;
+    QLabel* plateSize;
     QLabel* gridAdvice;
     QPushButton* gridButton;
     QCheckBox* movesBlob;

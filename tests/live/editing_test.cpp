@@ -303,9 +303,11 @@ private slots:
         QVERIFY(finer.voids == ringArea({75, 75, 0, 19.5}, live.scene()));
         QCOMPARE(finer.voids.cells.size() + finer.solids.cells.size(), std::size_t{93} * 93);
         live.bench().document.undoStack().undo();
-        // The plate takes another shape, and discs would have to become ellipses.
+        // On a plate of another shape, discs keep their radii, and nothing of the old disc remains.
         live.bench().editWhole("Grid", [](Scene& scene) { resizeGrid(scene, 160, 80); });
-        QVERIFY(live.scene().passive.secondSolids.rings.empty());
+        const Area& disc = live.scene().passive.secondSolids;
+        QCOMPARE(disc.rings, (std::vector<Ring>{{80, 40, 0, 9}}));
+        QCOMPARE(disc.cells, ringArea({80, 40, 0, 9}, live.scene()).cells);
         QCOMPARE(live.scene().elementSize, 1.0);
         live.bench().document.undoStack().undo();
         QVERIFY(live.runFor(1));

@@ -41,6 +41,22 @@ Place besideRing(const Place& point, const Ring& ring) {
     return {point.x + share * (point.x - ring.x), point.y + share * (point.y - ring.y)};
 }
 
+/// Where a point within rings leaves them, away from their centres. `rings` are those of each
+/// element, or null.
+Place outsideRings(Place point, const Grid<const Ring*>& rings) {
+    constexpr int most = 8;  // touching rings may send a point back and forth
+    for (int i = 0; i < most; ++i) {
+        const Ring* ring =
+            rings.get(static_cast<int>(std::floor(point.x)), static_cast<int>(std::floor(point.y)));
+        if (ring == nullptr) break;
+        const double distance = std::hypot(point.x - ring->x, point.y - ring->y);
+        const double share = distance > 0 ? (ring->outer + 1) / distance : 0;
+        point = {ring->x + share * (point.x - ring->x), ring->y + share * (point.y - ring->y)};
+        if (distance == 0) point.x += ring->outer + 1;
+    }
+    return point;
+}
+
 /// Changes what a scene and a change of its timeline have in common.
 class Resizing {
 public:
@@ -84,8 +100,15 @@ public:
     }
 
 private:
-    /// In the new elements, if the plate keeps its shape.
-    double lengthOf(double before) const { return before * width / oldWidth; }
+    /// In the new elements. An ellipse is no ring: on a plate of another shape, rings keep their
+    /// radii.
+    Ring placed(const Ring& ring) const {
+        const auto radius = [this](double before) {
+            return keepsShape ? before * width / oldWidth : before;
+        };
+        return {ring.x * width / oldWidth, ring.y * height / oldHeight, radius(ring.inner),
+                radius(ring.outer)};
+    }
 
     /// Resizes areas that do not overlap, and keeps them from overlapping.
     void resize(const std::vector<Area*>& areas) const {
@@ -94,17 +117,15 @@ private:
         for (std::size_t i = 0; i < areas.size(); ++i) {
             const auto kind = static_cast<std::uint8_t>(i + 1);
             std::vector<Ring> rings;
-            if (keepsShape) rings.swap(areas[i]->rings);
-            areas[i]->rings.clear();
+            rings.swap(areas[i]->rings);
             for (const Ring& ring : rings) {
-                const Ring scaled = {lengthOf(ring.x), lengthOf(ring.y), lengthOf(ring.inner),
-                                     lengthOf(ring.outer)};
+                const Ring scaled = placed(ring);
                 const Cells cells = cellsOf(scaled, width, height);
                 const auto isFree = [&](const Cell& cell) {
                     const int owner = taken.at(cell.x, cell.y);
                     return owner == 0 || owner == kind;
                 };
-                // On a finer grid, rings may share elements that they did not share before.
+                // On the new grid, rings may share elements that they did not share before.
                 if (!cells.empty() && scaled.outer <= MAX_RADIUS &&
                     std::all_of(cells.begin(), cells.end(), isFree))
                     areas[i]->rings.push_back(scaled);
@@ -138,7 +159,6 @@ private:
         Grid<const Ring*> rings(oldWidth, oldHeight);
         for (std::size_t i = 0; i < areas.size(); ++i) {
             mark(kinds, areas[i]->cells, static_cast<std::uint8_t>(i + 1));
-            if (!keepsShape) continue;
             for (const Ring& ring : areas[i]->rings)
                 for (const Cell& cell : cellsOf(ring, oldWidth, oldHeight))
                     rings.at(cell.x, cell.y) = &ring;
@@ -150,7 +170,7 @@ private:
                 Place centre = {(x + 0.5) * oldWidth / width, (y + 0.5) * oldHeight / height};
                 if (const Ring* ring =
                         rings.at(static_cast<int>(centre.x), static_cast<int>(centre.y)))
-                    centre = besideRing(centre, *ring);
+                    centre = keepsShape ? besideRing(centre, *ring) : outsideRings(centre, rings);
                 result.at(x, y) = kinds.get(static_cast<int>(std::floor(centre.x)),
                                             static_cast<int>(std::floor(centre.y)));
             }
@@ -167,14 +187,19 @@ private:
 
 }  // namespace
 
+double resizedElementSize(const Scene& scene, int width, int height) {
+    return hasSameShape(scene.width, scene.height, width, height)
+               ? scene.elementSize * scene.width / width
+               : scene.elementSize;
+}
+
 void resizeGrid(Scene& scene, int width, int height) {
     const Resizing resize(scene, width, height);
     Scene result = scene;
     resize(static_cast<Settings&>(result));
     if (result.densities) resize(*result.densities);
     for (Change& change : result.timeline) resize(change.settings);
-    if (hasSameShape(scene.width, scene.height, width, height))
-        result.elementSize = scene.elementSize * scene.width / width;
+    result.elementSize = resizedElementSize(scene, width, height);
     if (result.elementSize < Scene::MIN_ELEMENT_SIZE ||
         result.elementSize > Scene::MAX_ELEMENT_SIZE)
         throw InputError("The elements would be too small or too large, see elementSize");
