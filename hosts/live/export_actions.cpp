@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QImage>
 #include <QInputDialog>
@@ -24,6 +25,7 @@
 #include "export/outline_file.h"
 #include "export/output_file.h"
 #include "export/picture_file.h"
+#include "field_manners.h"
 #include "format/input_error.h"
 #include "format/symmetry.h"
 #include "format/text.h"
@@ -41,13 +43,21 @@ constexpr double USUAL_THICKNESS = 0.1;  // of the plate's shorter side
 
 /// Asks for a length in millimetres. If the user does not change the proposal, returns it exactly,
 /// although the field may show fewer digits.
-std::optional<double> askLength(QWidget& parent, const QString& title, const QString& label,
+std::optional<double> askLength(QWidget& parent, const QString& title,
+                                const std::function<QString(double length)>& label,
                                 double proposal) {
-    bool isGiven = false;
-    const double given =
-        QInputDialog::getDouble(&parent, title, label, proposal, Scene::MIN_ELEMENT_SIZE,
-                                Scene::MAX_ELEMENT_SIZE, LENGTH_DECIMALS, &isGiven);
-    if (!isGiven) return std::nullopt;
+    QInputDialog dialog(&parent);
+    dialog.setWindowTitle(title);
+    dialog.setInputMode(QInputDialog::DoubleInput);
+    dialog.setDoubleDecimals(LENGTH_DECIMALS);
+    dialog.setDoubleRange(Scene::MIN_ELEMENT_SIZE, Scene::MAX_ELEMENT_SIZE);
+    dialog.setDoubleValue(proposal);
+    const auto show = [&](double length) { dialog.setLabelText(label(length)); };
+    show(proposal);
+    QObject::connect(&dialog, &QInputDialog::doubleValueChanged, &dialog, show);
+    for (auto* box : dialog.findChildren<QDoubleSpinBox*>()) FieldManners::readBothSigns(*box);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    const double given = dialog.doubleValue();
     const bool isChanged = given != QString::number(proposal, 'f', LENGTH_DECIMALS).toDouble();
     return isChanged ? given : proposal;
 }
@@ -257,23 +267,35 @@ void ExportActions::exportDesign() {
     });
 }
 
+std::optional<double> ExportActions::askElementSize(const Scene& whole) {
+    return askLength(
+        parent, tr("Size of an element"),
+        [&](double size) {
+            return tr("Edge of an element in millimetres:\n\nThe plate becomes %1 × %2 mm. The "
+                      "scene keeps the size: change it in the panel Scene.")
+                .arg(placeText(size * whole.width), placeText(size * whole.height));
+        },
+        Scene().elementSize);
+}
+
 void ExportActions::exportOutline() {
     if (!mayLeave()) return;
     const fs::path file =
         ask(tr("Export the outline"), tr("Outlines (*.svg *.dxf);;Solids (*.stl)"), "svg");
     if (file.empty()) return;
     const auto shown = current();
-    const double present = shown ? shown->scene.elementSize : 1;
-    const auto size = askLength(parent, tr("Size of an element"),
-                                tr("Edge of an element in millimetres:"), present);
+    const Scene whole = shown ? wholeOf(shown->scene) : Scene();
+    const double present = shown ? shown->scene.elementSize : Scene().elementSize;
+    // A scene with a size of its own has been asked before.
+    const auto size = present == Scene().elementSize ? askElementSize(whole) : present;
     if (!size) return;
     if (*size != present) emit elementSizeGiven(*size);
-    const Scene whole = shown ? wholeOf(shown->scene) : Scene();
     const int side = std::max(1, std::min(whole.width, whole.height));
     std::optional<double> thickness = USUAL_THICKNESS * side * *size;
     if (fileEnding(file) == ".stl")
-        thickness = askLength(parent, tr("Thickness"), tr("Thickness of the plate in millimetres:"),
-                              *thickness);
+        thickness = askLength(
+            parent, tr("Thickness"),
+            [](double) { return tr("Thickness of the plate in millimetres:"); }, *thickness);
     if (!thickness) return;
     attempt(file, [&] {
         checkEnding(tr("The outline").toStdString(), file, OUTLINE_ENDINGS);

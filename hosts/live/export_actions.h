@@ -65,6 +65,8 @@ private:
     void copyPicture();
     void exportDesign();
     void exportOutline();
+    /// Asks for the edge of an element, which the scene keeps. `whole` is the whole plate.
+    std::optional<double> askElementSize(const Scene& whole);
     void exportAnimation();
     /// Asks for a file. The dialog suggests the name of the exhibit with `suffix` and `ending`.
     std::filesystem::path ask(const QString& title, const QString& filter, const QString& ending,
