@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -20,6 +21,8 @@ namespace {
 constexpr QSize PICTURE_SIZE(118, 74);
 constexpr QSize ITEM_SIZE(262, 80);  // at least
 constexpr int ITEM_MARGIN = 24;      // around picture and text
+
+bool isDelete(const QKeyEvent& key) { return key.key() == Qt::Key_Delete; }
 
 }  // namespace
 
@@ -62,7 +65,20 @@ VariantStrip::VariantStrip(QWidget* parent)
     layout->addLayout(buttons);
     connect(items, &QListWidget::itemActivated, this, &VariantStrip::restoreSelected);
     connect(items, &QListWidget::itemSelectionChanged, this, &VariantStrip::showSelection);
+    items->installEventFilter(this);
     showSelection();
+}
+
+// Not shortcuts: in the rest of the window, these keys are of pieces on the plate.
+bool VariantStrip::eventFilter(QObject* list, QEvent* event) {
+    const bool isAsked = event->type() == QEvent::ShortcutOverride;
+    if (!isAsked && event->type() != QEvent::KeyPress) return QWidget::eventFilter(list, event);
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.modifiers() != Qt::NoModifier || (key.key() != Qt::Key_F2 && !isDelete(key)))
+        return QWidget::eventFilter(list, event);
+    event->accept();
+    if (!isAsked) (isDelete(key) ? remove : rename)->trigger();
+    return true;
 }
 
 void VariantStrip::addAction(QAction& action, const QString& explanation,
@@ -127,7 +143,9 @@ void VariantStrip::show(int row) {
     const int textWidth = items->fontMetrics().size(0, numbers).width();
     item.setSizeHint(
         ITEM_SIZE.expandedTo({PICTURE_SIZE.width() + textWidth + ITEM_MARGIN, ITEM_SIZE.height()}));
-    item.setToolTip(tr("Double-click to restore. Select two with Ctrl to compare them."));
+    item.setToolTip(
+        tr("Double-click to restore. F2 renames, Delete removes. Select two with "
+           "Ctrl to compare them."));
     const PlateColours& colours = isDarkNow() ? PlateColours::dark() : PlateColours::light();
     // With signs of half their size.
     const double ratio = devicePixelRatioF();

@@ -42,6 +42,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* list, QEvent* event) override;
 
 private:
     void append(Variant variant);

@@ -1,3 +1,4 @@
+#include <QInputDialog>
 #include <QLabel>
 #include <QtTest>
 #include <vector>
@@ -95,15 +96,26 @@ private slots:
         QCOMPARE(std::filesystem::file_size(kept), std::uintmax_t{3});
         // Without variants there is no file.
         live.window.variants().add(saved);
-        live.window.variants().list().selectAll();
+        QListWidget& list = live.window.variants().list();
+        list.selectAll();
+        const DialogAnswer name([](QWidget& dialog) {
+            auto* question = qobject_cast<QInputDialog*>(&dialog);
+            if (question == nullptr) return false;
+            question->setTextValue("Mine");
+            question->accept();
+            return true;
+        });
+        QTest::keyClick(&list, Qt::Key_F2);
+        QCOMPARE(variants[0].name, QString("Mine"));
         for (const auto button : {QMessageBox::Cancel, QMessageBox::Yes}) {
             const MessageAnswer answer(button);
-            named(live, "Remove variants").trigger();
+            QTest::keyClick(&list, Qt::Key_Delete);
             QVERIFY2(answer.text.contains("Remove 1 variant"), qPrintable(answer.text));
             QCOMPARE(variants.empty(), button == QMessageBox::Yes);
         }
         QVERIFY(live.takeTool("Ctrl+S"));
         QVERIFY(!std::filesystem::exists(kept));
+        QVERIFY(std::filesystem::exists(kept.string() + ".damaged"));
     }
 
     void twoVariantsAreComparedSideBySide() {
