@@ -63,6 +63,7 @@ void VariantKeeper::requestScore() {
 }
 
 void VariantKeeper::restore(const Variant& variant) {
+    const auto drawing = bench.document.scene().densities;
     if (!variant.isDrawn) setDrawing(false);
     const bool isDone = bench.editWhole(tr("Restore variant"), [&](Scene& scene) {
         scene = *variant.whole;
@@ -72,8 +73,11 @@ void VariantKeeper::restore(const Variant& variant) {
     bench.document.play(variant.changesMade);
     if (variant.isDrawn) {
         setDrawing(true);
-        return;
+    } else {
+        if (variant.seen->blob != bench.document.scene().blob)
+            bench.setMovedBlob(variant.seen->blob);
+        run.showKept(variant.material);
     }
-    if (variant.seen->blob != bench.document.scene().blob) bench.setMovedBlob(variant.seen->blob);
-    run.showKept(variant.material);
+    if (drawing && bench.document.scene().densities != drawing)
+        emit told(tr("The variant replaces your drawing. Undo brings it back."));
 }
