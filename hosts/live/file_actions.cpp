@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <algorithm>
 #include <cmath>
@@ -32,12 +33,20 @@ namespace {
 
 constexpr int MAX_RECENT = 10;
 constexpr const char* RECENT_KEY = "recentFiles";
+constexpr const char* DIRECTORY_KEY = "sceneDirectory";
 constexpr const char* IMPORT_DIRECTORY_KEY = "importDirectory";
 
 QString sceneFilter() { return QObject::tr("Scenes (*.json);;All files (*)"); }
 
 QString pathText(const std::filesystem::path& file) {
     return QString::fromStdString(file.string());
+}
+
+/// A text as a file name that every system accepts.
+QString safeName(QString text) {
+    constexpr qsizetype longest = 80;
+    static const QRegularExpression unsafe(R"([\x00-\x1f\x7f/\\:*?"<>|.]+)");
+    return text.replace(unsafe, " ").simplified().left(longest).trimmed();
 }
 
 std::filesystem::path pathOf(const QString& name) { return name.toStdString(); }
@@ -369,9 +378,11 @@ bool FileActions::saveAs() {
     const auto& file = document.file();
     // The ending by which the system recognises scenes.
     const QString ending = "voxam.json";
-    const QString name = document.displayName().section('.', 0, 0) + "." + ending;
+    const QString title = safeName(shippedText(document.scene().title));
+    const QString name = title.isEmpty() ? document.displayName().section('.', 0, 0) : title;
+    const QDir directory(QSettings().value(DIRECTORY_KEY, QDir::homePath()).toString());
     const QString start =
-        file.empty() || isShipped(file) ? QDir::home().filePath(name) : pathText(file);
+        file.empty() || isShipped(file) ? directory.filePath(name + "." + ending) : pathText(file);
     QFileDialog dialog(&parent, tr("Save the scene"), start, sceneFilter());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(ending);
@@ -412,6 +423,7 @@ void FileActions::remember(const std::filesystem::path& file) {
     std::error_code error;
     const auto whole = std::filesystem::absolute(file, error);
     const QString name = pathText(error ? file : whole.lexically_normal());
+    if (!isShipped(file)) settings.setValue(DIRECTORY_KEY, QFileInfo(name).absolutePath());
     recent.removeAll(name);
     recent.prepend(name);
     settings.setValue(RECENT_KEY, recent.mid(0, MAX_RECENT));
