@@ -1,19 +1,10 @@
 #pragma once
 
-#include <compare>
 #include <vector>
 
+#include "format/cell.h"
+
 namespace voxam::inline format {
-
-/// An element of the grid.
-struct Cell {
-    int x = 0;
-    int y = 0;
-
-    auto operator<=>(const Cell&) const = default;
-};
-
-using Cells = std::vector<Cell>;
 
 /// The elements whose centre is at least `inner` and less than `outer` from a point of the plate; a
 /// disc if `inner` is 0. A ring may extend beyond the plate.

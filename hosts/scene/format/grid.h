@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "format/area.h"
+#include "format/cell.h"
 
 namespace voxam::inline format {
 
