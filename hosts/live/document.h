@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "drawn_by_hand.h"
 #include "format/scene.h"
 
 using namespace voxam;
@@ -23,6 +24,8 @@ class Document : public QObject {
 
 public:
     Document();
+
+    DrawnByHand byHand;
 
     /// The present scene, with the changes that were made so far.
     const Scene& scene() const { return *current; }

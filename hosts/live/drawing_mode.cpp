@@ -19,13 +19,29 @@ namespace {
 
 constexpr double LEAST_SHARE = 0.001;  // less would read as 0.0 %
 
-QString tenthsText(double percent) { return QLocale().toString(percent, 'f', 1); }
+/// Rounded down, so that 100.0 is not written for less.
+double downToTenths(double percent) {
+    constexpr double tenths = 10;
+    constexpr double rounding = 1e-9;
+    return std::floor(tenths * percent + rounding) / tenths;
+}
+
+QString tenthsText(double percent) { return QLocale().toString(downToTenths(percent), 'f', 1); }
+
+/// With the medal that it wins.
+QString medalText(double percent) {
+    const QString medal = BestScores::nameOf(BestScores::medalFor(percent));
+    const QString text = percentText(downToTenths(percent) / 100);
+    return medal.isEmpty() ? text : text + " (" + medal + ")";
+}
 
 }  // namespace
 
-DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& shown)
+DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const DrawingClock& timer,
+                         const Stage& shown)
     : bench(workbench),
       run(liveRun),
+      clock(timer),
       stage(shown),
       startEmpty(new QAction(tr("Start with an &empty plate"), this)),
       startFromDesign(new QAction(tr("Start with the &optimiser's design"), this)) {
@@ -48,8 +64,9 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& sh
     });
     for (QAction* action : actions()) action->setEnabled(false);
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
-    connect(&bench.document, &Document::opened, this,
-            [this] { brought = bench.document.scene().densities; });
+    connect(&clock, &DrawingClock::started, this, [this] { timed.reset(); });
+    connect(&clock, &DrawingClock::timeIsUp, this, &DrawingMode::show);
+    connect(clock.action, &QAction::toggled, this, &DrawingMode::show);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
     connect(&run, &LiveRun::designScored, this, &DrawingMode::takeRival);
     connect(&run, &LiveRun::viewed, this, &DrawingMode::takeView);
@@ -111,6 +128,7 @@ void DrawingMode::takeScore(const ScoreResult& result) {
     // One of a grid that is no more.
     if (!active || !isOfThisGrid(result)) return;
     drawingScore = result;
+    offerToClock(result);
     // The view has changed while it was computed.
     run.completeView(result);
     show();
@@ -126,11 +144,30 @@ void DrawingMode::takeRival(const ScoreResult& result) {
         run.completeView(result);
     }
     designScore->isSettled = result.isSettled;
+    if (isRivalSettled && designScore->isSupported())
+        BestScores::offerRival(bench.document.scene(), designScore->assessment.score.compliance);
     show();
 }
 
 Match DrawingMode::match() const {
-    return judge(drawingScore, designScore, isRivalSettled, bench.document.scene().volumeFraction);
+    return judge(drawingScore, rival(), bench.document.scene().volumeFraction);
+}
+
+Rival DrawingMode::rival() const {
+    // An earlier refusal says nothing about the present task.
+    const bool isRivalTorn = isTorn(run.refusal()) && run.refusal().revision == run.revision();
+    return {designScore ? &*designScore : nullptr, isRivalSettled, isRivalTorn,
+            BestScores::bestRival(bench.document.scene())};
+}
+
+void DrawingMode::offerToClock(const ScoreResult& result) {
+    const Scene& scene = bench.document.scene();
+    if (!clock.isInTime(result.design) || !result.scene || !hasSameProblem(*result.scene, scene))
+        return;
+    if (judge(result, {}, scene.volumeFraction).state != Match::State::RIVAL_AT_WORK) return;
+    const double compliance = result.assessment.score.compliance;
+    if (!timed || !hasSameProblem(*timed->task, scene) || compliance < timed->compliance)
+        timed = {result.scene, compliance};
 }
 
 bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
@@ -150,7 +187,19 @@ bool DrawingMode::isBeaten(const ScoreResult& result) const {
             designScore->assessment.score.compliance < result.assessment.score.compliance);
 }
 
+QString DrawingMode::headlineWhenTimeIsUp() const {
+    if (!timed || !hasSameProblem(*timed->task, bench.document.scene()))
+        return tr("Time is up, without a result");
+    const Match match = judge(timed->compliance, rival());
+    if (match.state == Match::State::DECIDED)
+        return tr("Time is up: %1").arg(medalText(match.percent));
+    return match.state == Match::State::RIVAL_FAILED
+               ? tr("Time is up: only yours holds")
+               : tr("Time is up: the optimiser is still working");
+}
+
 QString DrawingMode::headline(const Match& match) const {
+    if (clock.isUp()) return headlineWhenTimeIsUp();
     switch (match.state) {
         case Match::State::NO_SCORE:
             return tr("Scoring...");
@@ -167,7 +216,7 @@ QString DrawingMode::headline(const Match& match) const {
             return run.state() == RunState::PAUSED ? tr("The optimiser is paused")
                                                    : tr("The optimiser is still working");
         case Match::State::RIVAL_FAILED:
-            return tr("The optimiser's design does not hold");
+            return tr("Yours holds, the optimiser's does not");
         case Match::State::DECIDED:
             break;
     }
@@ -182,22 +231,25 @@ bool DrawingMode::isScoreCurrent() const {
            hasSameProblem(*drawingScore->scene, bench.document.scene());
 }
 
+bool DrawingMode::counts(const Match& match) const {
+    return match.state == Match::State::DECIDED && !match.isRivalDoubtful && isScoreCurrent() &&
+           bench.document.byHand.contains(bench.document.scene());
+}
+
 QString DrawingMode::whyNotCounted(const Match& match) const {
-    if (match.state != Match::State::DECIDED) return {};
-    if (match.isRivalDoubtful) return tr("Does not count: the optimiser's design has a warning");
-    if (match.isAlike) return tr("Does not count: nearly the optimiser's design, and no stiffer");
-    if (brought && bench.document.scene().densities == brought)
-        return tr("Does not count: the drawing that came with the scene");
+    if (clock.isUp())
+        return tr("Later strokes do not count. Start with an empty plate to go again");
+    if (!bench.document.byHand.contains(bench.document.scene()))
+        return tr("Does not count: it did not begin with an empty plate. Start with one to win");
+    if (match.state == Match::State::DECIDED && match.isRivalDoubtful)
+        return tr("Does not count: the optimiser's design has a warning");
     return {};
 }
 
 QString DrawingMode::bestSoFar() const {
     const double best = BestScores::best(bench.document.scene());
     if (best <= 0) return {};
-    const QString medal = BestScores::nameOf(BestScores::medalFor(best));
-    const QString percent = percentText(best / 100);
-    return medal.isEmpty() ? tr("Best so far %1").arg(percent)
-                           : tr("Best so far %1 (%2)").arg(percent, medal);
+    return tr("Best so far %1").arg(medalText(best));
 }
 
 QString DrawingMode::excess(const Field& design) const {
@@ -218,10 +270,8 @@ QString DrawingMode::complianceOf(const Assessment& found) const {
 
 QString DrawingMode::detailsOfDrawing(const Match& match) const {
     if (!drawingScore) return {};
-    const QString best = bestSoFar();
     if (match.state == Match::State::EMPTY)
-        return tr("As stiff as you can: you may use as much material as the optimiser.") +
-               (best.isEmpty() ? QString() : "  " + best);
+        return tr("As stiff as you can: you may use as much material as the optimiser.");
     const Assessment& found = drawingScore->assessment;
     if (!drawingScore->isSupported()) return sentenceOf(found.problems.front());
     QStringList notes = {complianceOf(found)};
@@ -229,7 +279,6 @@ QString DrawingMode::detailsOfDrawing(const Match& match) const {
     if (match.state == Match::State::GREY)
         notes << tr("Draw in black and white to be compared with the optimiser");
     if (const QString reason = whyNotCounted(match); !reason.isEmpty()) notes << reason;
-    if (!best.isEmpty()) notes << best;
     if (!found.floating.empty())
         notes << tr("Loose, but counts as material: %1")
                      .arg(roomText(QString::fromStdString(describe(found.floating))));
@@ -250,6 +299,10 @@ void DrawingMode::showRivalHeader() const {
             isRefused ? tr("Stopped") : state,
             isRefused ? problemsOf(bench.document.scene(), run.refusal()).text : notes.join("  "));
     }
+    const Rival now = rival();
+    if (judge(designScore->assessment.score.compliance, now).isRivalEarlier)
+        notes << tr("You are compared with the optimiser's best so far: %1")
+                     .arg(numberText(now.bestCompliance, COMPLIANCE_DIGITS));
     for (const Finding& warning : designScore->warnings) notes << sentenceOf(warning);
     stage.rivalHeader.show(designScore->isSupported() ? complianceOf(designScore->assessment)
                            : isRivalSettled           ? tr("Does not hold")
@@ -259,9 +312,10 @@ void DrawingMode::showRivalHeader() const {
 
 void DrawingMode::showHeaders() {
     const Match now = match();
-    if (now.state == Match::State::DECIDED && isScoreCurrent() && whyNotCounted(now).isEmpty())
-        BestScores::offer(bench.document.scene(), now.percent);
+    // A score that comes when the time is up may be of a drawing in time.
+    if (counts(now)) BestScores::offer(bench.document.scene(), now.percent);
     const double budget = bench.document.scene().volumeFraction;
+    stage.drawingHeader.setRemark(bestSoFar());
     stage.drawingHeader.show(headline(now), detailsOfDrawing(now));
     stage.drawingHeader.showMaterial(mean(*drawing), budget, cellsOver(*drawing, budget) > 0);
     showRivalHeader();

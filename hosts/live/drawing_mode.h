@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "drawing_clock.h"
 #include "field_bar.h"
 #include "live_run.h"
 #include "match.h"
@@ -26,7 +27,8 @@ public:
         FieldBar& fields;
     };
 
-    DrawingMode(Workbench& workbench, LiveRun& liveRun, const Stage& shown);
+    DrawingMode(Workbench& workbench, LiveRun& liveRun, const DrawingClock& timer,
+                const Stage& shown);
 
     bool isActive() const { return active; }
     void setActive(bool isToBe);
@@ -63,10 +65,16 @@ private:
     bool isOfThisGrid(const Field& design) const;
     /// Whether an earlier design of the same run is the better rival.
     bool isBeaten(const ScoreResult& result) const;
+    Rival rival() const;
     QString headline(const Match& match) const;
+    QString headlineWhenTimeIsUp() const;
+    /// Takes part in the result of the timed drawing, if it was drawn in time.
+    void offerToClock(const ScoreResult& result);
     QString complianceOf(const voxam::Assessment& found) const;
     QString detailsOfDrawing(const Match& match) const;
-    /// Why the percentage does not count as best; empty if it does.
+    /// Whether the percentage may become the best one, and win a medal.
+    bool counts(const Match& match) const;
+    /// Why the drawing wins nothing, or no later one; empty if it may win.
     QString whyNotCounted(const Match& match) const;
     /// Whether the score belongs to the drawing and the problem as they are now.
     bool isScoreCurrent() const;
@@ -75,16 +83,23 @@ private:
     void showRivalHeader() const;
     void showHeaders();
 
+    /// The best drawing within the time.
+    struct Timed {
+        std::shared_ptr<const Scene> task;
+        double compliance = 0;
+    };
+
     Workbench& bench;
     LiveRun& run;
+    const DrawingClock& clock;
     Stage stage;
     QAction* startEmpty;
     QAction* startFromDesign;
     bool active = false;
     std::shared_ptr<const Field> drawing;  // as it is in the scene
-    std::optional<Field> brought;          // the drawing that came with the scene
     std::optional<ScoreResult> drawingScore;
     std::optional<ScoreResult> designScore;  // the best one of its run
+    std::optional<Timed> timed;
     bool isRivalSettled = false;
     bool hasRivalGivenUp = false;
     bool isTaskNew = true;  // the drawing has no score for it

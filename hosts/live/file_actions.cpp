@@ -396,6 +396,7 @@ bool FileActions::write(const std::filesystem::path& target) {
     try {
         const bool isMoved = target != document.file();
         document.save(target);
+        rememberDrawings(document, variants);
         if (const auto seen = design()) {
             setAside(designFileOf(target));
             writeDesignBeside(target, *seen);

@@ -102,12 +102,7 @@ void MainWindow::makeParts() {
     hint = new FirstHint(bench, stage->plate());
     clock = new DrawingClock(bench);
     statusBar()->addPermanentWidget(clock);
-    connect(clock, &DrawingClock::timeIsUp, this, [this] {
-        const QString result = tr("Time is up. %1").arg(stage->plateHeader().text());
-        statusBar()->showMessage(result);
-        // Later strokes do not change the result of the timed drawing.
-        clock->setText(result);
-    });
+    connect(clock, &DrawingClock::ending, &stage->plate(), &PlateView::endGesture);
     tools = std::make_unique<ToolBox>(bench, stage->plate());
     pieces = std::make_unique<PieceActions>(bench, stage->plate());
     files = std::make_unique<FileActions>(bench.document, *this);
@@ -128,7 +123,7 @@ void MainWindow::makeParts() {
         bench.editWhole(tr("Change element size"), [=](Scene& scene) { scene.elementSize = size; });
     });
     drawing = std::make_unique<DrawingMode>(
-        bench, run,
+        bench, run, *clock,
         DrawingMode::Stage{stage->plate(), stage->plateHeader(), stage->rival(),
                            stage->rivalHeader(), stage->fields()});
 }

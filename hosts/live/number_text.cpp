@@ -10,7 +10,6 @@ namespace {
 // Beyond, zeros would have to be counted.
 constexpr double LEAST = 1e-4;
 constexpr double MOST = 1e9;
-constexpr int COMPLIANCE_DIGITS = 5;
 
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(Numbers)

@@ -4,6 +4,8 @@
 
 /// Decimals of the fields for lengths in millimetres: enough for the smallest element.
 constexpr int LENGTH_DECIMALS = 6;
+/// Significant digits of compliances.
+constexpr int COMPLIANCE_DIGITS = 5;
 
 /// A number for the window: in the user's locale, with this many significant digits and without an
 /// exponent. Do not use it for files.

@@ -235,9 +235,7 @@ public:
         if (!start) return;
         const Cells cells = drawnStroke(site, *start, hand.plate);
         start.reset();
-        site.bench.edit(
-            QObject::tr("Draw line"), [&](Scene& scene) { paintDrawing(scene, cells, 1.0f); },
-            gesture);
+        site.bench.draw(QObject::tr("Draw line"), cells, 1.0f, gesture);
     }
     void cancel() override { start.reset(); }
     void paintHint(QPainter& painter, const Hand& hand,
@@ -326,9 +324,8 @@ std::unique_ptr<Tool> eraseTool(const ToolSite& site) {
 std::unique_ptr<Tool> pencilTool(const ToolSite& site, bool draws) {
     const auto paint = [=](const Area& area, int gesture) {
         const Cells cells = drawnOnBothSides(site, area.cells);
-        site.bench.edit(
-            draws ? QObject::tr("Draw") : QObject::tr("Rub out"),
-            [&](Scene& scene) { paintDrawing(scene, cells, draws ? 1.0f : 0.0f); }, gesture);
+        site.bench.draw(draws ? QObject::tr("Draw") : QObject::tr("Rub out"), cells,
+                        draws ? 1.0f : 0.0f, gesture);
     };
     return std::make_unique<AreaTool>(site, draws ? colourOfHand : colourOfLoss, paint);
 }

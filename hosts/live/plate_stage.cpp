@@ -24,8 +24,10 @@ PlateStage::PlateStage(QWidget* parent)
            "small wheel below one lets the plate slide. The tools change all of these.</qt>"));
     explainField(
         *header,
-        tr("100 % means that your design is as stiff as the optimiser's: the loads move it "
-           "as little. Both may use the same amount of material."));
+        tr("100 % means that your design is as stiff as the best design of the optimiser: the "
+           "loads move it as little. Both may use the same amount of material. From 85 % on you "
+           "win bronze, from 95 % silver and from 100 % gold, if you drew the design by hand and "
+           "began with an empty plate."));
     explainField(*otherHeader,
                  tr("As drawn means in black and white, without the greys of the optimiser. It "
                     "has cells as large as those of your drawing. Outside this mode it has "

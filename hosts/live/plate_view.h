@@ -51,6 +51,8 @@ public:
     void setMenu(bool isToBe) { hasMenu = isToBe; }
     bool isInGesture() const { return gesture == Gesture::TOOL; }
     void cancelGesture();
+    /// As if the button were released where the hand is.
+    void endGesture();
 
     const PlateTransform& transform() const { return where; }
     void zoom(double factor);
@@ -105,7 +107,6 @@ private:
     void bringIntoView(QPointF plate);
     bool moveHandByKey(const QKeyEvent& event);
     void pressByKey(Qt::KeyboardModifiers modifiers);
-    void endGesture();
     void leaveGesture();
     void takeUp(Qt::MouseButton button);
     // Mouse, pen and finger do the same.

@@ -58,10 +58,9 @@ QString adviceOn(const QString& text) {
            text + ")";
 }
 
-/// The same for a scene without errors. After the first iteration, a refusal means that the design
-/// has torn.
+/// The same for a scene without errors.
 QString adviceOn(const LibraryText& refusal) {
-    if (refusal.text == "Change load/support" && refusal.iteration > 1)
+    if (isTorn(refusal))
         return QObject::tr(
             "The design has torn: its material does not join the loads to the supports. Use more "
             "volume or a finer grid, or start afresh.");
@@ -116,6 +115,11 @@ void addWarnings(const Findings& warnings, const Scene& scene, Problems& problem
 }
 
 }  // namespace
+
+// In the first iteration, the same text means that the whole plate is not held.
+bool isTorn(const LibraryText& refusal) {
+    return refusal.text == "Change load/support" && refusal.iteration > 1;
+}
 
 QString sentenceOf(const InputError& refusal) {
     return asSentence(roomText(inWords(QString::fromUtf8(refusal.what()))));

@@ -31,6 +31,9 @@ QString sentenceOf(const InputError& refusal);
 /// Why a file cannot be opened, without the options of the command-line program.
 QString faultOf(const std::exception& error);
 
+/// Whether the library refuses to go on because the design has torn.
+bool isTorn(const LibraryText& refusal);
+
 /// `refusal` is the library's last text about the scene, `result` the score of the design if it
 /// has settled. While drawing (`isDrawn`), a design of the optimiser is not judged.
 Problems problemsOf(const Scene& scene, const LibraryText& refusal,

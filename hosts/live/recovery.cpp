@@ -106,6 +106,7 @@ void Recovery::keep() {
     if (!target.open(QIODevice::WriteOnly)) return;
     target.write(QJsonDocument(kept).toJson());
     target.commit();
+    rememberDrawings(document, variants);
 }
 
 std::optional<Recovery::Found> Recovery::find() {

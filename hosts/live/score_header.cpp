@@ -21,6 +21,7 @@ constexpr int DETAIL_LINES = 2;
 ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     : QWidget(parent),
       title(name),
+      heading(new QLabel(name)),
       headlineLabel(new QLabel("–")),
       detailLabel(new QLabel),
       material(new QProgressBar),
@@ -28,7 +29,6 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(14, 8, 14, 4);
     layout->setSpacing(1);
-    auto* heading = new QLabel(name);
     QFont bold = heading->font();
     bold.setBold(true);
     heading->setFont(bold);
@@ -37,6 +37,7 @@ ScoreHeader::ScoreHeader(const QString& name, QWidget* parent)
     headlineLabel->setFont(large);
     headlineLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     // Words that do not fit must not widen the window.
+    heading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     headlineLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     detailLabel->setWordWrap(true);
     detailLabel->setFixedHeight(DETAIL_LINES * detailLabel->fontMetrics().lineSpacing());
@@ -61,6 +62,10 @@ void ScoreHeader::show(const QString& headline, const QString& details) {
     headlineLabel->setAccessibleName(title + ": " + headline);
     allDetails = details;
     fitTexts();
+}
+
+void ScoreHeader::setRemark(const QString& remark) {
+    heading->setText(remark.isEmpty() ? title : title + "  ·  " + remark);
 }
 
 void ScoreHeader::resizeEvent(QResizeEvent* event) {

@@ -16,8 +16,12 @@ public:
     /// How much of the budget is used; both are shares of the plate.
     void showMaterial(double used, double budget, bool isOver);
 
+    /// A short remark next to the name; empty for none.
+    void setRemark(const QString& remark);
+
     QString text() const { return wholeHeadline; }
     QString details() const { return allDetails; }
+    QString remark() const { return heading->text().mid(title.size()); }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -30,6 +34,7 @@ private:
     QString title;
     QString wholeHeadline;
     QString allDetails;
+    QLabel* heading;
     QLabel* headlineLabel;
     QLabel* detailLabel;
     QProgressBar* material;

@@ -300,8 +300,10 @@ void SettingsPanel::applyGrid() {
         gridAdvice->setText(reason);
         gridAdvice->show();
     });
-    const bool isApplied = bench.editWhole(tr("Change grid"), [=](Scene& scene) {
+    const bool isApplied = bench.editWhole(tr("Change grid"), [=, this](Scene& scene) {
+        const bool isByHand = bench.document.byHand.isKnown(scene);
         if (columns != scene.width || rows != scene.height) resizeGrid(scene, columns, rows);
+        if (isByHand) bench.document.byHand.add(scene);
         scene.subdivision = design;
         scene.meshFactor = picture;
     });

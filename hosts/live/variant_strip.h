@@ -65,6 +65,14 @@ private:
     QAction* remove;
 };
 
+/// Stores which of the drawings that are saved were made by hand. `variants` may be null.
+inline void rememberDrawings(const Document& document, const VariantStrip* variants) {
+    if (const auto& drawing = document.scene().densities) document.byHand.remember(*drawing);
+    if (variants == nullptr) return;
+    for (const Variant& variant : variants->variants())
+        if (variant.isDrawn) document.byHand.remember(variant.material);
+}
+
 /// Whether the document has unsaved edits or unsaved variants. `variants` may be null.
 inline bool hasUnsaved(const Document& document, const VariantStrip* variants) {
     return document.isModified() || (variants != nullptr && variants->isModified());

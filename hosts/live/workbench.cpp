@@ -170,6 +170,17 @@ bool Workbench::edit(const QString& what, const std::function<void(Scene&)>& cha
     });
 }
 
+bool Workbench::draw(const QString& what, const Cells& cells, float density, int gesture) {
+    const auto stroke = [&](Scene& scene) {
+        const bool isByHand = !isTimeUp && document.byHand.contains(scene);
+        paintDrawing(scene, cells, density);
+        // Before the edit, whose followers ask for it.
+        if (isByHand) document.byHand.add(scene);
+        emit drawn(scene);
+    };
+    return edit(what, stroke, gesture);
+}
+
 bool Workbench::editWhole(const QString& what, const std::function<void(Scene&)>& change) {
     return attempt([&] {
         Scene next = *document.whole();

@@ -92,6 +92,10 @@ public:
     /// Edits the visible scene, or emits refused(). Returns whether the edit was possible.
     bool edit(const QString& what, const std::function<void(Scene&)>& change,
               int gesture = Document::NO_GESTURE);
+    /// A stroke makes elements of the drawing solid (1) or void (0).
+    bool draw(const QString& what, const Cells& cells, float density, int gesture);
+    /// Once the time of a timed drawing is up, strokes win nothing.
+    void setTimeUp(bool isToBe) { isTimeUp = isToBe; }
     /// Edits the scene with its timeline in the same way.
     bool editWhole(const QString& what, const std::function<void(Scene&)>& change);
     /// Makes an edit and then selects `pieces`, which the edit may set.
@@ -106,6 +110,8 @@ signals:
     void copiedChanged();
     /// An edit is not possible. `reason` is a sentence.
     void refused(const QString& reason);
+    /// The stroke of a hand leads to this scene, which the document has in a moment.
+    void drawn(const Scene& next);
     /// A side effect of an edit, as a sentence.
     void told(const QString& what);
 
@@ -125,6 +131,7 @@ private:
     std::optional<HeldLoad> turned;
     ForceScale forceScale;
     bool isInGesture = false;
+    bool isTimeUp = false;
     std::optional<Area> movedBlob;
     std::shared_ptr<const Scene> followed;
 };

@@ -1,9 +1,11 @@
 #include <QPointingDevice>
+#include <QRegularExpression>
 #include <QTabletEvent>
 #include <QtTest>
 #include <memory>
 
 #include "best_scores.h"
+#include "format/resize.h"
 #include "live_fixture.h"
 #include "match.h"
 #include "program.h"
@@ -99,6 +101,7 @@ private slots:
     }
 
     void theOptimisersDesignTakenOverIsExactlyAsGood() {
+        forgetScores();
         LiveFixture live("optimise-cantilever.json");
         live.window.setDrawing(true);
         const DrawingMode& mode = live.window.drawingMode();
@@ -112,9 +115,13 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(mode.match().state, Match::State::DECIDED, 60000);
         QCOMPARE(mode.match().percent, 100.0);
         QVERIFY(live.window.plateStage().plateHeader().text().contains("100 %"));
-        // A copy does not count, and nothing that is no stiffer.
-        QVERIFY(live.window.plateStage().plateHeader().details().contains("Does not count"));
-        QCOMPARE(BestScores::best(live.scene()), 0.0);
+        QVERIFY(winsNothing(live));
+        // Nor does a copy that a hand has changed.
+        QVERIFY(live.takeTool("U"));
+        live.bench().setBrush({1, false});
+        live.drag(live.at(1.5, 1.5), live.at(1.5, 1.5));
+        QVERIFY(*mode.design() != mode.rivalScore()->design);
+        QVERIFY(winsNothing(live));
         // A cell beyond the budget ends the comparison.
         QVERIFY(live.takeTool("D"));
         live.bench().setBrush({4, false});
@@ -220,10 +227,60 @@ private slots:
         QCOMPARE(stroke(QPointingDevice::PointerType::Eraser), 0.0);
     }
 
+    void onlyWhatWasDrawnByHandWins() {
+        forgetScores();
+        const std::string file = directory.filePath("by-hand.json").toStdString();
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        drawBar(live, 6);
+        QVERIFY(wins(live));
+        const double percent = live.window.drawingMode().match().percent;
+        QCOMPARE(BestScores::best(live.scene()), percent);
+        QVERIFY(live.window.plateStage().plateHeader().remark().contains("Best so far"));
+        live.bench().document.save(file);
+        Scene brought = live.scene();
+        brought.densities->at(12, 11) = 1;
+        // Another window knows it from the settings.
+        LiveFixture next(LiveFixture::smallScene());
+        forgetScores();
+        QVERIFY(next.window.open(file));
+        QVERIFY(wins(next));
+        // Somebody else's drawing stays so.
+        forgetScores();
+        next.bench().document.open(brought, {});
+        QVERIFY(winsNothing(next));
+        drawBar(next, 4);
+        QVERIFY(winsNothing(next));
+        next.bench().editWhole("Change grid", [](Scene& scene) { resizeGrid(scene, 48, 24); });
+        QVERIFY(winsNothing(next));
+        // An empty plate begins by hand. A drawing without a score hides no best score.
+        takeEntry(next, "empty plate");
+        drawBar(next, 12);
+        QVERIFY(wins(next));
+        next.bench().document.undoStack().undo();
+        scoreOf(next);
+        QVERIFY(next.window.plateStage().plateHeader().remark().contains("Best so far"));
+    }
+
+    void theOptimisersBestDesignCounts() {
+        forgetScores();
+        LiveFixture live(LiveFixture::smallScene());
+        live.window.setDrawing(true);
+        drawBar(live, 6);
+        QVERIFY(wins(live));
+        const double percent = live.window.drawingMode().match().percent;
+        BestScores::offerRival(live.scene(), 0.5 * BestScores::bestRival(live.scene()));
+        live.run().startAfresh();
+        QVERIFY(QTest::qWaitFor([&] { return isDecided(live); }, 60000));
+        QCOMPARE(live.window.drawingMode().match().percent, 0.5 * percent);
+        QVERIFY(live.window.plateStage().rivalHeader().details().contains("best so far"));
+        forgetScores();
+    }
+
     void theTimerStartsWithTheFirstStroke() {
         LiveFixture live(LiveFixture::smallScene());
         live.window.setDrawing(true);
-        const QLabel& clock = *live.window.findChild<DrawingClock*>();
+        const DrawingClock& clock = *live.window.findChild<DrawingClock*>();
         QVERIFY(!clock.isVisible());
         for (QAction* action : live.entries())
             if (action->text().contains("Timer")) action->trigger();
@@ -232,11 +289,36 @@ private slots:
         QVERIFY(clock.text().endsWith("3:00"));
         live.drag(live.at(4, 6), live.at(20, 6));
         QTRY_VERIFY(clock.text().endsWith("2:58"));
-        for (QAction* action : live.entries())
-            if (action->text().contains("empty plate")) action->trigger();
-        QVERIFY(clock.text().endsWith("3:00"));
+        // It goes on while the mode is left.
         live.window.setDrawing(false);
         QVERIFY(!clock.isVisible());
+        live.window.setDrawing(true);
+        QVERIFY(!clock.text().endsWith("3:00"));
+        takeEntry(live, "empty plate");
+        QVERIFY(clock.text().endsWith("3:00"));
+        // The drawing before the empty plate has no time.
+        live.bench().document.undoStack().undo();
+        QVERIFY(!clock.isRunning() && !clock.text().endsWith("3:00"));
+        takeEntry(live, "empty plate");
+        forgetScores();
+        live.window.findChild<DrawingClock*>()->setSeconds(1);
+        live.press(live.at(1, 6));
+        live.moveTo(live.at(23, 6));
+        QTRY_VERIFY(clock.isUp());
+        const double inTime = mean(*live.scene().densities);
+        live.moveTo(live.at(23, 1));
+        QCOMPARE(mean(*live.scene().densities), inTime);
+        live.release(live.at(23, 1));
+        const ScoreHeader& header = live.window.plateStage().plateHeader();
+        QTRY_VERIFY_WITH_TIMEOUT(header.text().contains(QRegularExpression("is up: \\d")), 60000);
+        const QString result = header.text();
+        // What is drawn now changes nothing.
+        const double best = BestScores::best(live.scene());
+        QVERIFY(best > 0);
+        drawBar(live, 5);
+        QVERIFY(QTest::qWaitFor([&] { return isDecided(live); }, 60000));
+        QCOMPARE(header.text(), result);
+        QCOMPARE(BestScores::best(live.scene()), best);
         QSettings().remove("drawing/timer");
     }
 
@@ -251,31 +333,39 @@ private slots:
         };
         const auto mine = scored(50, 1);
         const auto theirs = scored(40, 1);
-        QCOMPARE(judge(std::nullopt, theirs, true, 0.4).state, Match::State::NO_SCORE);
-        QCOMPARE(judge(mine, std::nullopt, false, 0.4).state, Match::State::RIVAL_AT_WORK);
-        QCOMPARE(judge(mine, theirs, false, 0.4).state, Match::State::RIVAL_AT_WORK);
-        QCOMPARE(judge(mine, theirs, true, 0.38).state, Match::State::OVER_BUDGET);
-        const Match decided = judge(mine, theirs, true, 0.4);
+        QCOMPARE(judge(std::nullopt, {&theirs, true}, 0.4).state, Match::State::NO_SCORE);
+        QCOMPARE(judge(mine, {}, 0.4).state, Match::State::RIVAL_AT_WORK);
+        QCOMPARE(judge(mine, {&theirs}, 0.4).state, Match::State::RIVAL_AT_WORK);
+        QCOMPARE(judge(mine, {&theirs, true}, 0.38).state, Match::State::OVER_BUDGET);
+        const Match decided = judge(mine, {&theirs, true}, 0.4);
         QCOMPARE(decided.state, Match::State::DECIDED);
         QCOMPARE(decided.percent, 80.0);
-        QVERIFY(decided.isAlike);
-        QVERIFY(!judge(scored(39.98, 1), theirs, true, 0.4).isAlike);
-        // Two cells elsewhere make it another design.
-        auto another = mine;
-        std::swap(another.design.at(0, 0), another.design.at(9, 9));
-        QVERIFY(!judge(another, theirs, true, 0.4).isAlike);
-        QCOMPARE(judge(scored(40.01, 1), theirs, true, 0.4).percent, 100.0);
+        QVERIFY(!decided.isRivalEarlier);
+        // The best design of the optimiser counts.
+        QCOMPARE(judge(mine, {&theirs, true, false, 39}, 0.4).percent, 78.0);
+        QVERIFY(judge(mine, {&theirs, true, false, 39}, 0.4).isRivalEarlier);
+        QCOMPARE(judge(mine, {&theirs, true, false, 41}, 0.4).percent, 80.0);
+        // Nearly as stiff wins no gold.
+        const double nearly = judge(scored(40.001, 1), {&theirs, true}, 0.4).percent;
+        QCOMPARE(BestScores::medalFor(nearly), BestScores::Medal::SILVER);
+        QCOMPARE(judge(scored(40 + 1e-12, 1), {&theirs, true}, 0.4).percent, 100.0);
+        // A rival that does not hold loses.
+        auto loose = theirs;
+        loose.assessment.problems = {{Finding::ERROR, "design", "is loose", std::nullopt}};
+        QCOMPARE(judge(mine, {&loose, true}, 0.4).state, Match::State::RIVAL_FAILED);
+        QCOMPARE(judge(mine, {nullptr, false, true}, 0.4).state, Match::State::RIVAL_FAILED);
         // Greys have no verdict. A rounded sum is not over the budget; a cell too many is, also a
         // loose one.
-        QCOMPARE(judge(scored(50, 0.5f), theirs, true, 0.4).state, Match::State::GREY);
+        QCOMPARE(judge(scored(50, 0.5f), {&theirs, true}, 0.4).state, Match::State::GREY);
         QCOMPARE(cellsOver(Field(80, 50, 0.4f), 0.4), std::size_t{0});
+        auto another = mine;
         another.design.at(5, 9) = 1;
         another.assessment.floating = {{}};
         QCOMPARE(cellsOver(another.design, 0.4), std::size_t{1});
-        QCOMPARE(judge(another, theirs, true, 0.4).state, Match::State::OVER_BUDGET);
+        QCOMPARE(judge(another, {&theirs, true}, 0.4).state, Match::State::OVER_BUDGET);
         auto doubtful = theirs;
         doubtful.warnings = {{Finding::WARNING, "design", "is in pieces", std::nullopt}};
-        QVERIFY(judge(mine, doubtful, true, 0.4).isRivalDoubtful);
+        QVERIFY(judge(mine, {&doubtful, true}, 0.4).isRivalDoubtful);
     }
 
 private:
@@ -283,6 +373,40 @@ private:
         QVERIFY(live.takeTool("I"));
         live.drag(live.at(1, 2), live.at(79, 25));
         live.drag(live.at(1, 48), live.at(79, 25));
+    }
+
+    /// From the supports of the small scene, or one of twice its size, to its right edge.
+    static void drawBar(LiveFixture& live, double y) {
+        QVERIFY(live.takeTool("I"));
+        live.bench().setBrush({3, false});
+        live.drag(live.at(0.5, y), live.at(live.scene().width - 0.5, y));
+    }
+
+    static void takeEntry(LiveFixture& live, const QString& words) {
+        for (QAction* action : live.entries())
+            if (action->text().contains(words)) return action->trigger();
+        QFAIL(qPrintable("no entry " + words));
+    }
+
+    static void forgetScores() {
+        QSettings settings;
+        for (const QString& key : settings.allKeys())
+            if (key.startsWith("best")) settings.remove(key);
+    }
+
+    static bool isDecided(LiveFixture& live) {
+        const DrawingMode& mode = live.window.drawingMode();
+        return mode.score() && mode.score()->design == *mode.design() &&
+               mode.match().state == Match::State::DECIDED;
+    }
+    static bool wins(LiveFixture& live) {
+        return QTest::qWaitFor([&] { return isDecided(live); }, 60000) &&
+               BestScores::best(live.scene()) > 0;
+    }
+    static bool winsNothing(LiveFixture& live) {
+        return QTest::qWaitFor([&] { return isDecided(live); }, 60000) &&
+               live.window.plateStage().plateHeader().details().contains("Does not count") &&
+               BestScores::best(live.scene()) == 0;
     }
 
     /// Of the drawing as it is now.

@@ -220,15 +220,19 @@
     <name>DrawingClock</name>
     <message>
         <source>&amp;Timer of three minutes</source>
-        <translation>&amp;Stoppuhr über drei Minuten</translation>
-    </message>
-    <message>
-        <source>Draw against the clock, which starts with the first stroke</source>
-        <translation>Gegen die Uhr zeichnen; sie beginnt mit dem ersten Strich</translation>
+        <translation>&amp;Zeitlimit von drei Minuten</translation>
     </message>
     <message>
         <source>Time left %1:%2</source>
         <translation>Restzeit %1:%2</translation>
+    </message>
+    <message>
+        <source>Draw against the clock, which starts with the first stroke on an empty plate</source>
+        <translation>Gegen die Uhr zeichnen; sie beginnt mit dem ersten Strich auf einer leeren Scheibe</translation>
+    </message>
+    <message>
+        <source>Timer: start with an empty plate</source>
+        <translation>Zeitlimit: mit einer leeren Scheibe beginnen</translation>
     </message>
 </context>
 <context>
@@ -282,10 +286,6 @@
         <translation>Der Optimierer rechnet noch</translation>
     </message>
     <message>
-        <source>The optimiser&apos;s design does not hold</source>
-        <translation>Der Entwurf des Optimierers hält nicht</translation>
-    </message>
-    <message>
         <source>As stiff as the optimiser&apos;s: 100 %</source>
         <translation>So steif wie der des Optimierers: 100 %</translation>
     </message>
@@ -304,14 +304,6 @@
     <message>
         <source>Rub out %1 of the plate</source>
         <translation>%1 der Scheibe ausradieren</translation>
-    </message>
-    <message>
-        <source>Best so far %1</source>
-        <translation>Bisher bester Wert %1</translation>
-    </message>
-    <message>
-        <source>Best so far %1 (%2)</source>
-        <translation>Bisher bester Wert %1 (%2)</translation>
     </message>
     <message>
         <source>Settled</source>
@@ -362,14 +354,6 @@
         <translation>Zählt nicht: Zum Entwurf des Optimierers gibt es eine Warnung</translation>
     </message>
     <message>
-        <source>Does not count: nearly the optimiser&apos;s design, and no stiffer</source>
-        <translation>Zählt nicht: fast der Entwurf des Optimierers, und nicht steifer</translation>
-    </message>
-    <message>
-        <source>Does not count: the drawing that came with the scene</source>
-        <translation>Zählt nicht: die Zeichnung, die zur Szene gehört</translation>
-    </message>
-    <message>
         <source>Rub out %1 of the %2 elements</source>
         <translation>%1 der %2 Elemente ausradieren</translation>
     </message>
@@ -380,6 +364,42 @@
     <message>
         <source>Loose, but counts as material: %1</source>
         <translation>Lose, zählt aber als Material: %1</translation>
+    </message>
+    <message>
+        <source>Yours holds, the optimiser&apos;s does not</source>
+        <translation>Ihrer hält, der des Optimierers nicht</translation>
+    </message>
+    <message>
+        <source>Best so far %1</source>
+        <translation>Bisher bester Wert %1</translation>
+    </message>
+    <message>
+        <source>Does not count: it did not begin with an empty plate. Start with one to win</source>
+        <translation>Zählt nicht: nicht auf einer leeren Scheibe begonnen. Beginnen Sie mit einer leeren, um zu gewinnen</translation>
+    </message>
+    <message>
+        <source>Later strokes do not count. Start with an empty plate to go again</source>
+        <translation>Weitere Striche zählen nicht. Für eine neue Runde mit einer leeren Scheibe beginnen</translation>
+    </message>
+    <message>
+        <source>Time is up, without a result</source>
+        <translation>Die Zeit ist um, ohne Ergebnis</translation>
+    </message>
+    <message>
+        <source>Time is up: %1</source>
+        <translation>Die Zeit ist um: %1</translation>
+    </message>
+    <message>
+        <source>Time is up: only yours holds</source>
+        <translation>Die Zeit ist um: Nur Ihrer hält</translation>
+    </message>
+    <message>
+        <source>Time is up: the optimiser is still working</source>
+        <translation>Die Zeit ist um: Der Optimierer rechnet noch</translation>
+    </message>
+    <message>
+        <source>You are compared with the optimiser&apos;s best so far: %1</source>
+        <translation>Verglichen wird mit dem bisher besten Wert des Optimierers: %1</translation>
     </message>
 </context>
 <context>
@@ -1111,10 +1131,6 @@ Die Platte wird %1 × %2 mm groß. Die Szene behält diese Größe; ändern läs
         <translation>Die Ansicht ließ sich nicht berechnen: %1</translation>
     </message>
     <message>
-        <source>Time is up. %1</source>
-        <translation>Die Zeit ist um. %1</translation>
-    </message>
-    <message>
         <source>Change element size</source>
         <translation>Elementgröße ändern</translation>
     </message>
@@ -1520,16 +1536,16 @@ Die Platte wird %1 × %2 mm groß. Die Szene behält diese Größe; ändern läs
         <translation>Der Entwurf des Optimierers</translation>
     </message>
     <message>
-        <source>100 % means that your design is as stiff as the optimiser&apos;s: the loads move it as little. Both may use the same amount of material.</source>
-        <translation>100 % heißt, dass Ihr Entwurf so steif ist wie der des Optimierers: Die Lasten bewegen ihn ebenso wenig. Beide dürfen gleich viel Material verwenden.</translation>
-    </message>
-    <message>
         <source>As drawn means in black and white, without the greys of the optimiser. It has cells as large as those of your drawing. Outside this mode it has finer cells, so its compliance and material differ a little.</source>
         <translation>In Schwarzweiß heißt: ohne die Grautöne des Optimierers. Der Entwurf hat hier so große Zellen wie Ihre Zeichnung. Außerhalb dieses Modus hat er feinere Zellen, deshalb weichen Nachgiebigkeit und Material ein wenig ab.</translation>
     </message>
     <message>
         <source>&lt;qt&gt;The plate and the structure on it. Arrows are loads. Triangles are supports; a small wheel below one lets the plate slide. The tools change all of these.&lt;/qt&gt;</source>
         <translation>&lt;qt&gt;Die Scheibe mit dem Tragwerk. Pfeile sind Lasten. Dreiecke sind Lager; auf einem kleinen Rad darunter kann die Scheibe gleiten. Die Werkzeuge ändern all das.&lt;/qt&gt;</translation>
+    </message>
+    <message>
+        <source>100 % means that your design is as stiff as the best design of the optimiser: the loads move it as little. Both may use the same amount of material. From 85 % on you win bronze, from 95 % silver and from 100 % gold, if you drew the design by hand and began with an empty plate.</source>
+        <translation>100 % heißt, dass Ihr Entwurf so steif ist wie der beste Entwurf des Optimierers: Die Lasten bewegen ihn ebenso wenig. Beide dürfen gleich viel Material verwenden. Ab 85 % gewinnen Sie Bronze, ab 95 % Silber und ab 100 % Gold, wenn Sie den Entwurf von Hand gezeichnet und auf einer leeren Scheibe begonnen haben.</translation>
     </message>
 </context>
 <context>
