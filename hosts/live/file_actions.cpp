@@ -18,6 +18,7 @@
 #include "format/refinement.h"
 #include "format/scene_reader.h"
 #include "icons.h"
+#include "number_text.h"
 #include "problems.h"
 #include "recovery.h"
 #include "saved_design.h"
@@ -298,11 +299,21 @@ void FileActions::importDesign() {
         const Field design = readDesign(pathOf(name), next);
         // The score compares designs in black and white only.
         const int refinement = drawnRefinement(next, refinementOf(design, next));
-        next.densities = drawnDesign(design, next, refinement).design;
+        const int before = next.densities ? refinementOf(*next.densities, next) : 1;
+        const DrawnDesign drawn = drawnDesign(design, next, refinement);
+        next.densities = drawn.design;
         keepAreas(*next.densities, next);
         document.edit(tr("Import design"), std::move(next));
         QSettings().setValue(IMPORT_DIRECTORY_KEY, QFileInfo(name).absolutePath());
         emit imported(pathText(pathOf(name).filename()));
+        if (mean(drawn.design) == 0 && mean(design) > 0)
+            emit told(tr("The drawing is empty: cells of this design become solid from a density "
+                         "of %1 on, and no cell is so dense.")
+                          .arg(percentText(drawn.level)));
+        else if (refinement != before)
+            emit told(tr("The drawing now has %1 × %1 cells per element. The optimiser starts "
+                         "afresh, and drawings as fine as this have a best score of their own.")
+                          .arg(refinement));
     } catch (const std::exception& error) {
         QMessageBox::warning(&parent, tr("The design cannot be imported"),
                              QString::fromStdString(error.what()));

@@ -65,6 +65,8 @@ signals:
     void modificationChanged();
     /// A design replaced the drawing. `name` is the name of its file.
     void imported(const QString& name);
+    /// A side effect of an import, as a sentence.
+    void told(const QString& what);
 
 private:
     void makeNew();

@@ -49,6 +49,7 @@ constexpr const char* FIRST_SCENE = "optimise-cantilever.json";
 constexpr const char* KEEP_VOID_KEY = "O";
 constexpr double ORDINARY_RATE = 60;  // Hz, for a screen that does not tell
 constexpr int MESSAGE_TIME = 6000;    // ms
+constexpr int LONG_MESSAGE_TIME = 20000;
 constexpr QSize DEFAULT_SIZE(1280, 820);
 constexpr QSize FRAME_SIZE(16, 48);  // about what a desktop puts around a window
 constexpr const char* GEOMETRY_KEY = "window/geometry";
@@ -382,6 +383,8 @@ void MainWindow::connectDocument() {
         setDrawing(true);
         variantKeeper->keep(name);
     });
+    connect(files.get(), &FileActions::told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, LONG_MESSAGE_TIME); });
     files->setDesignSource([this] { return designToSave(); });
     recovery.setVariants(*variantStrip);
     recovery.setDesignSource([this] { return restingDesign(); });

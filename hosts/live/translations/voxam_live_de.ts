@@ -766,6 +766,14 @@ Die Platte wird %1 × %2 mm groß. Die Szene behält diese Größe; ändern läs
         <source>Reading the scene</source>
         <translation>Szene wird gelesen</translation>
     </message>
+    <message>
+        <source>The drawing is empty: cells of this design become solid from a density of %1 on, and no cell is so dense.</source>
+        <translation>Die Zeichnung ist leer: Zellen dieses Entwurfs werden ab einer Dichte von %1 zu Material, und keine Zelle ist so dicht.</translation>
+    </message>
+    <message>
+        <source>The drawing now has %1 × %1 cells per element. The optimiser starts afresh, and drawings as fine as this have a best score of their own.</source>
+        <translation>Die Zeichnung hat jetzt %1 × %1 Zellen je Element. Der Optimierer beginnt neu, und so feine Zeichnungen haben einen eigenen Bestwert.</translation>
+    </message>
 </context>
 <context>
     <name>FirstHint</name>
