@@ -7,8 +7,8 @@
 using namespace voxam;
 
 /// How stiff the best drawing for a scene was, in percent of the optimiser's best design, and the
-/// compliance of that. They are stored for later runs of the program, for each problem: plate, detail, loads, supports, kept
-/// areas, volume and penalty, and the cells of the drawing.
+/// compliance of that design. They are stored for later runs of the program, for each problem:
+/// plate, detail, loads, supports, kept areas, volume and penalty, and the cells of the drawing.
 class BestScores {
 public:
     enum class Medal { NONE, BRONZE, SILVER, GOLD };

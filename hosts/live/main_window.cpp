@@ -72,6 +72,7 @@ MainWindow::MainWindow() : run(bench), recovery(bench.document) {
     makeToolBars();
     makeStartHere();
     connectDocument();
+    connectPlate();
     connectRun();
     restoreLayout();
     showTheme();
@@ -349,7 +350,6 @@ void MainWindow::fitToScreen() {
 
 void MainWindow::connectDocument() {
     Document& document = bench.document;
-    PlateView& plate = stage->plate();
     connect(&document, &Document::sceneChanged, this, [this] {
         const Scene& scene = bench.document.scene();
         stage->setPlateSize(wholePlateOf(scene).size);
@@ -388,6 +388,10 @@ void MainWindow::connectDocument() {
     files->setDesignSource([this] { return designToSave(); });
     recovery.setVariants(*variantStrip);
     recovery.setDesignSource([this] { return restingDesign(); });
+}
+
+void MainWindow::connectPlate() {
+    PlateView& plate = stage->plate();
     connect(&bench, &Workbench::selectionChanged, this,
             [this] { stage->plate().setSelection(bench.selectedPieces()); });
     connect(&plate, &PlateView::menuAsked, this, &MainWindow::openMenu);

@@ -79,6 +79,7 @@ private:
     void makeStartHere();
     void showToolHint();
     void connectDocument();
+    void connectPlate();
     void connectRun();
     void restoreLayout();
     void fitToScreen();

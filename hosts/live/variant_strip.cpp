@@ -69,7 +69,7 @@ VariantStrip::VariantStrip(QWidget* parent)
     showSelection();
 }
 
-// Not shortcuts: in the rest of the window, these keys are of pieces on the plate.
+// Not shortcuts: elsewhere in the window, these keys edit the pieces on the plate.
 bool VariantStrip::eventFilter(QObject* list, QEvent* event) {
     const bool isAsked = event->type() == QEvent::ShortcutOverride;
     if (!isAsked && event->type() != QEvent::KeyPress) return QWidget::eventFilter(list, event);

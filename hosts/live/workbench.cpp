@@ -174,7 +174,7 @@ bool Workbench::draw(const QString& what, const Cells& cells, float density, int
     const auto stroke = [&](Scene& scene) {
         const bool isByHand = !isTimeUp && document.byHand.contains(scene);
         paintDrawing(scene, cells, density);
-        // Before the edit, whose followers ask for it.
+        // Before the edit, because its receivers ask for it.
         if (isByHand) document.byHand.add(scene);
         emit drawn(scene);
     };

@@ -110,7 +110,7 @@ signals:
     void copiedChanged();
     /// An edit is not possible. `reason` is a sentence.
     void refused(const QString& reason);
-    /// The stroke of a hand leads to this scene, which the document has in a moment.
+    /// A stroke by hand is about to change the document to this scene.
     void drawn(const Scene& next);
     /// A side effect of an edit, as a sentence.
     void told(const QString& what);

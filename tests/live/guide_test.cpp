@@ -112,8 +112,8 @@ private slots:
         thin.volumeFraction = 0.05;
         QCOMPARE(problemsOf(thin, {}).text,
                  QString("Ein Volumen von 5 % reicht für einen Stab von 0,6 Elementen Breite von "
-                         "Last 1 zum nächsten Lager, und ein so dünner Entwurf reißt; mehr Volumen "
-                         "oder ein feineres Netz wählen."));
+                         "Last 1 zum nächsten Lager, und ein so dünner Entwurf reißt; mehr "
+                         "Volumen oder ein feineres Netz wählen."));
         for (const GalleryScene& shipped : galleryScenes(VOXAM_SCENES)) {
             const Scene scene = readScene(shipped.file);
             QVERIFY(scene.volumeFraction == 0 || problemsOf(scene, {}).text.isEmpty());
