@@ -376,6 +376,8 @@ void MainWindow::connectDocument() {
     connect(files.get(), &FileActions::modificationChanged, this, &MainWindow::showTitle);
     connect(files.get(), &FileActions::loaded, this,
             [this](const std::optional<Field>& design, const std::deque<Variant>& variants) {
+                // No run rests before the last change of the timeline.
+                if (design) bench.document.play(bench.document.whole()->timeline.size());
                 design ? run.showKept(*design) : run.setPlaying(true);
                 variantKeeper->open(variants);
             });
@@ -562,7 +564,9 @@ void MainWindow::showState() {
                                   run.secondsWaited());
     // After a refusal, they belong to the last design that could be computed.
     numbers->setEnabled(!isOutdated && run.refusal().text.empty());
-    if (run.state() == RunState::FORMING && settledScore && !run.isDrawing())
+    const bool isForming = run.state() == RunState::FORMING ||
+                           (run.state() == RunState::PAUSED && !run.frame().isSettled);
+    if (isForming && settledScore && !run.isDrawing())
         showScore(std::nullopt);
 }
 
@@ -694,6 +698,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     QTimer::singleShot(0, this, [this] {
         const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
         const bool isRestored = restoreState(state, LAYOUT_VERSION);
+        if (!isRestored) restoreState(usualLayout, LAYOUT_VERSION);
         variantDock->setVisible(!variantStrip->variants().empty());
         if (!isRestored) shareOutHeights();
         // A scene that opened in the drawing mode hides the panels of that layout as well.
