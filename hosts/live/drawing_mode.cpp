@@ -1,6 +1,7 @@
 #include "drawing_mode.h"
 
 #include <QLocale>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -64,7 +65,7 @@ DrawingMode::DrawingMode(Workbench& workbench, LiveRun& liveRun, const DrawingCl
     });
     for (QAction* action : actions()) action->setEnabled(false);
     connect(&bench.document, &Document::sceneChanged, this, &DrawingMode::followScene);
-    connect(&clock, &DrawingClock::started, this, [this] { timed.reset(); });
+    connect(&clock, &DrawingClock::started, this, [this] { timed.clear(); });
     connect(&clock, &DrawingClock::timeIsUp, this, &DrawingMode::show);
     connect(clock.action, &QAction::toggled, this, &DrawingMode::show);
     connect(&run, &LiveRun::drawingScored, this, &DrawingMode::takeScore);
@@ -166,8 +167,16 @@ void DrawingMode::offerToClock(const ScoreResult& result) {
         return;
     if (judge(result, {}, scene.volumeFraction).state != Match::State::RIVAL_AT_WORK) return;
     const double compliance = result.assessment.score.compliance;
-    if (!timed || !hasSameProblem(*timed->task, scene) || compliance < timed->compliance)
-        timed = {result.scene, compliance};
+    if (const auto best = timedHere(); best == timed.end())
+        timed.push_back({result.scene, compliance});
+    else if (compliance < best->compliance)
+        timed[static_cast<std::size_t>(best - timed.begin())].compliance = compliance;
+}
+
+std::vector<DrawingMode::Timed>::const_iterator DrawingMode::timedHere() const {
+    return std::find_if(timed.begin(), timed.end(), [this](const Timed& each) {
+        return hasSameProblem(*each.task, bench.document.scene());
+    });
 }
 
 bool DrawingMode::isOfThisGrid(const ScoreResult& result) const {
@@ -188,9 +197,9 @@ bool DrawingMode::isBeaten(const ScoreResult& result) const {
 }
 
 QString DrawingMode::headlineWhenTimeIsUp() const {
-    if (!timed || !hasSameProblem(*timed->task, bench.document.scene()))
-        return tr("Time is up, without a result");
-    const Match match = judge(timed->compliance, rival());
+    const auto best = timedHere();
+    if (best == timed.end()) return tr("Time is up, without a result");
+    const Match match = judge(best->compliance, rival());
     if (match.state == Match::State::DECIDED)
         return tr("Time is up: %1").arg(medalText(match.percent));
     return match.state == Match::State::RIVAL_FAILED

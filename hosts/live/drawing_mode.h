@@ -4,6 +4,7 @@
 #include <QObject>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "drawing_clock.h"
 #include "field_bar.h"
@@ -68,8 +69,17 @@ private:
     Rival rival() const;
     QString headline(const Match& match) const;
     QString headlineWhenTimeIsUp() const;
+
+    /// The best drawing of a task within the time.
+    struct Timed {
+        std::shared_ptr<const Scene> task;
+        double compliance = 0;
+    };
+
     /// Takes part in the result of the timed drawing, if it was drawn in time.
     void offerToClock(const ScoreResult& result);
+    /// The best drawing of the present task within the time.
+    std::vector<Timed>::const_iterator timedHere() const;
     QString complianceOf(const voxam::Assessment& found) const;
     QString detailsOfDrawing(const Match& match) const;
     /// Whether the percentage may become the best one, and win a medal.
@@ -83,12 +93,6 @@ private:
     void showRivalHeader() const;
     void showHeaders();
 
-    /// The best drawing within the time.
-    struct Timed {
-        std::shared_ptr<const Scene> task;
-        double compliance = 0;
-    };
-
     Workbench& bench;
     LiveRun& run;
     const DrawingClock& clock;
@@ -99,7 +103,7 @@ private:
     std::shared_ptr<const Field> drawing;  // as it is in the scene
     std::optional<ScoreResult> drawingScore;
     std::optional<ScoreResult> designScore;  // the best one of its run
-    std::optional<Timed> timed;
+    std::vector<Timed> timed;  // the best within the time, of each task that was set meanwhile
     bool isRivalSettled = false;
     bool hasRivalGivenUp = false;
     bool isTaskNew = true;  // the drawing has no score for it

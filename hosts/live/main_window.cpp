@@ -566,8 +566,7 @@ void MainWindow::showState() {
     numbers->setEnabled(!isOutdated && run.refusal().text.empty());
     const bool isForming = run.state() == RunState::FORMING ||
                            (run.state() == RunState::PAUSED && !run.frame().isSettled);
-    if (isForming && settledScore && !run.isDrawing())
-        showScore(std::nullopt);
+    if (isForming && settledScore && !run.isDrawing()) showScore(std::nullopt);
 }
 
 void MainWindow::showScore(std::optional<ScoreResult> result) {
