@@ -697,7 +697,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     QTimer::singleShot(0, this, [this] {
         const QByteArray state = QSettings().value(LAYOUT_KEY).toByteArray();
         const bool isRestored = restoreState(state, LAYOUT_VERSION);
-        if (!isRestored) restoreState(usualLayout, LAYOUT_VERSION);
+        if (!isRestored && !areDocksShown) restoreState(usualLayout, LAYOUT_VERSION);
         variantDock->setVisible(!variantStrip->variants().empty());
         if (!isRestored) shareOutHeights();
         // A scene that opened in the drawing mode hides the panels of that layout as well.
